@@ -1,0 +1,20 @@
+# tarnik_core_library(<folder> [LINKS <folder>...])
+#
+# Makes core/<folder> the static library tarnik_<folder>. LINKS names the floors below that it may
+# use; including anything else doesn't link. A folder without sources gives a library of headers.
+function(tarnik_core_library folder)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS")
+  set(name tarnik_${folder})
+  list(TRANSFORM arg_LINKS PREPEND tarnik_)
+  tarnik_sources(sources ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+
+  if(NOT sources)
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ${arg_LINKS})
+    return()
+  endif()
+
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE tarnik_options)
+  target_precompile_headers(${name} PRIVATE ${TARNIK_STANDARD_HEADERS})
+endfunction()
