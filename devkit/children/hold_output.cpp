@@ -1,0 +1,25 @@
+// hold_output SECONDS: leaves a process behind that keeps the output (a pipe or a terminal) open for
+// this long, prints that process's id, and itself exits at once.
+//
+// On macOS the end of a session's first process takes the terminal away from everybody else; there
+// only pipes can be held.
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+#include <unistd.h>
+
+int main(int count, char** arguments) {
+    const std::chrono::duration<double> held(count > 1 ? std::atof(arguments[1]) : 1.0);
+    std::signal(SIGHUP, SIG_IGN);  // sent when the terminal's first process, this one, ends
+    const pid_t holder = fork();
+    if (holder < 0) return 1;
+    if (holder == 0) {
+        std::this_thread::sleep_for(held);
+        _exit(0);
+    }
+    std::printf("%ld\n", static_cast<long>(holder));
+    return 0;
+}
