@@ -1,0 +1,82 @@
+#include "tests/support/ManualQueue.h"
+
+#include <utility>
+
+namespace tarnik {
+
+TimePoint ManualClock::now() const {
+    const std::lock_guard lock(mutex_);
+    return now_;
+}
+
+void ManualClock::set(TimePoint now) {
+    const std::lock_guard lock(mutex_);
+    now_ = now;
+}
+
+ManualQueue::ManualQueue(std::shared_ptr<ManualClock> clock) : clock_(std::move(clock)) {}
+
+void ManualQueue::post(Task task) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (closed_) return;
+        schedule_.push(clock_->now(), std::move(task));
+    }
+    drain();
+}
+
+SerialQueue::Timer ManualQueue::postAfter(Seconds delay, Task task) {
+    const std::lock_guard lock(mutex_);
+    return closed_ ? 0 : schedule_.push(after(clock_->now(), delay), std::move(task));
+}
+
+void ManualQueue::cancel(Timer timer) {
+    const std::lock_guard lock(mutex_);
+    schedule_.cancel(timer);
+}
+
+void ManualQueue::run(const Task& task) {
+    post(task);
+}
+
+void ManualQueue::close() {
+    const std::lock_guard turn(running_);
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+    schedule_.clear();
+}
+
+void ManualQueue::advance(Seconds by) {
+    const TimePoint target = after(clock_->now(), by);
+    while (true) {
+        std::optional<TimePoint> due;
+        {
+            const std::lock_guard lock(mutex_);
+            due = schedule_.nextDue();
+        }
+        if (!due || *due > target) break;
+        if (*due > clock_->now()) clock_->set(*due);
+        drain();
+    }
+    clock_->set(target);
+}
+
+// Another thread's drain waits for the one that runs, so that whoever posts finds its task done on return. A
+// task that posts leaves its new task to the drain that it runs in.
+void ManualQueue::drain() {
+    const std::lock_guard turn(running_);
+    if (draining_) return;
+    draining_ = true;
+    while (true) {
+        std::optional<TaskSchedule::Task> task;
+        {
+            const std::lock_guard lock(mutex_);
+            task = schedule_.take(clock_->now());
+        }
+        if (!task) break;
+        (*task)();
+    }
+    draining_ = false;
+}
+
+}  // namespace tarnik
