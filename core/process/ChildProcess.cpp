@@ -1,0 +1,44 @@
+#include "core/process/ChildProcess.h"
+
+#include <csignal>
+#include <utility>
+
+namespace tarnik {
+
+ChildProcess::ChildProcess(pid_t pid) : ChildProcess(pid, [](pid_t to, int number) { ::kill(to, number); }) {}
+
+ChildProcess::ChildProcess(pid_t pid, Kill kill) : pid_(pid), kill_(std::move(kill)) {}
+
+std::optional<ExitStatus> ChildProcess::exitStatus() const {
+    const std::lock_guard lock(mutex_);
+    return status_;
+}
+
+std::optional<ExitStatus> ChildProcess::waitForExit(Seconds timeout) const {
+    const TimePoint deadline = after(steadyNow(), timeout);
+    std::unique_lock lock(mutex_);
+    ended_.wait_until(lock, deadline, [this] { return status_.has_value(); });
+    return status_;
+}
+
+void ChildProcess::signal(int number) {
+    const std::lock_guard lock(mutex_);
+    if (!status_) kill_(pid_, number);
+}
+
+void ChildProcess::stop(Seconds grace) {
+    signal(SIGTERM);
+    if (waitForExit(grace)) return;
+    signal(SIGKILL);
+    waitForExit(killGrace);
+}
+
+void ChildProcess::markReaped(const std::function<ExitStatus()>& reap) {
+    {
+        const std::lock_guard lock(mutex_);
+        status_ = reap();
+    }
+    ended_.notify_all();
+}
+
+}  // namespace tarnik

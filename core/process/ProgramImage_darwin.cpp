@@ -1,0 +1,39 @@
+#include "core/process/ProgramImage.h"
+
+#include <csignal>
+
+#include <spawn.h>
+#include <unistd.h>
+
+#include "core/process/CStringArray.h"
+#include "core/process/SpawnRecords.h"
+
+namespace tarnik {
+
+struct ProgramImage::Prepared {
+    std::string executable;
+    CStringArray arguments;
+    CStringArray environment;
+    SpawnRecords records;
+};
+
+ProgramImage::ProgramImage(const SpawnRequest& request) {
+    auto prepared = std::make_unique<Prepared>(request.executable, CStringArray::arguments(request),
+                                               CStringArray::environment(request.environment));
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        prepared->records.keep(standard);
+    }
+    prepared->records.seal(POSIX_SPAWN_SETEXEC);
+    prepared_ = std::move(prepared);
+}
+
+ProgramImage::~ProgramImage() = default;
+
+// With POSIX_SPAWN_SETEXEC the call replaces the calling process, as execve(2) does, and takes the same care
+// of signals and descriptors as for any other child (posix_spawnattr_setflags(3)).
+void ProgramImage::become() const {
+    ::posix_spawn(nullptr, prepared_->executable.c_str(), prepared_->records.actions(),
+                  prepared_->records.attributes(), prepared_->arguments.get(), prepared_->environment.get());
+}
+
+}  // namespace tarnik

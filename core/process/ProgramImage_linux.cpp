@@ -1,0 +1,51 @@
+#include "core/process/ProgramImage.h"
+
+#include <csignal>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "core/process/CStringArray.h"
+
+namespace tarnik {
+
+struct ProgramImage::Prepared {
+    std::string executable;
+    CStringArray arguments;
+    CStringArray environment;
+};
+
+namespace {
+
+// Everything that we open ourselves is close-on-exec; this is for what others in the process opened.
+void closeOthers() {
+    constexpr unsigned first = STDERR_FILENO + 1;
+    if (::syscall(SYS_close_range, first, ~0U, 0) == 0) return;
+    for (int fd = first; fd < 4096; ++fd) ::close(fd);  // a kernel before 5.9
+}
+
+void resetSignals() {
+    struct sigaction byDefault{};
+    byDefault.sa_handler = SIG_DFL;
+    // SIGKILL, SIGSTOP and the C library's own two are refused, as they should be.
+    for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &byDefault, nullptr);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+}  // namespace
+
+ProgramImage::ProgramImage(const SpawnRequest& request)
+    : prepared_(new Prepared{request.executable, CStringArray::arguments(request),
+                             CStringArray::environment(request.environment)}) {}
+
+ProgramImage::~ProgramImage() = default;
+
+void ProgramImage::become() const {
+    resetSignals();
+    closeOthers();
+    ::execve(prepared_->executable.c_str(), prepared_->arguments.get(), prepared_->environment.get());
+}
+
+}  // namespace tarnik

@@ -1,0 +1,100 @@
+#include "core/process/PtyProcess.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <utility>
+
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include "core/process/ProgramImage.h"
+#include "core/process/PtyPlatform.h"
+#include "core/process/Reaper.h"
+
+namespace tarnik {
+namespace {
+
+// A terminal that says it can take input takes at least this much without blocking.
+constexpr std::size_t writeBytes = 256;
+
+bool waitWritable(int fd) {
+    const auto timeout = std::chrono::ceil<std::chrono::milliseconds>(PtyProcess::writeTimeout);
+    pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
+    int ready = 0;
+    do ready = ::poll(&entry, 1, static_cast<int>(timeout.count()));
+    while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t all;
+        ::sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+private:
+    sigset_t before_{};
+};
+
+}  // namespace
+
+std::expected<std::shared_ptr<PtyProcess>, SpawnError> PtyProcess::spawn(const SpawnRequest& request,
+                                                                         ChildProcess::OnExit onExit) {
+    auto reaper = Reaper::prepare(std::move(onExit));
+    if (!reaper) return std::unexpected(reaper.error());
+    const ProgramImage image(request);
+    winsize size{};
+    size.ws_row = rows;
+    size.ws_col = columns;
+
+    int number = -1;
+    const SignalsBlocked blocked;  // the child must not run our handlers before it has become its program
+    const pid_t pid = forkOnTerminal(number, size);
+    if (pid < 0) return std::unexpected(SpawnError{"forkpty", errno});
+    if (pid == 0) {
+        image.become();
+        ::_exit(127);
+    }
+    auto child = std::move(*reaper).adopt(pid);
+    const UniqueFd opened(number);
+    // Above 2 and close-on-exec from here on; every child of ours closes it in the moment before.
+    auto pty = std::make_shared<PtyProcess>(child, UniqueFd::duplicate(opened.get()));
+    if (pty->input_) return pty;
+    const SpawnError error{"forkpty", errno};
+    child->signal(SIGKILL);
+    return std::unexpected(error);
+}
+
+PtyProcess::PtyProcess(std::shared_ptr<ChildProcess> child, UniqueFd master)
+    : child_(std::move(child)), master_(std::move(master)), input_(UniqueFd::duplicate(master_.get())) {}
+
+UniqueFd PtyProcess::takeMaster() {
+    return std::move(master_);
+}
+
+bool PtyProcess::write(std::string_view text) {
+    const std::lock_guard lock(writeMutex_);
+    if (!input_) return false;
+    while (!text.empty()) {
+        if (!waitWritable(input_.get())) return false;
+        const ssize_t count = ::write(input_.get(), text.data(), std::min(text.size(), writeBytes));
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        text.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+void PtyProcess::closeInput() {
+    const std::lock_guard lock(writeMutex_);
+    input_.reset();
+}
+
+}  // namespace tarnik

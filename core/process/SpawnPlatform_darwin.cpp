@@ -1,0 +1,24 @@
+#include "core/process/SpawnPlatform.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tarnik {
+
+// With this flag only descriptors that an action names survive (posix_spawnattr_setflags(3)).
+int closeAllOthers(posix_spawn_file_actions_t& /*actions*/, short& flags) {
+    flags = static_cast<short>(flags | POSIX_SPAWN_CLOEXEC_DEFAULT);
+    return 0;
+}
+
+// There is no pipe2. A child that another thread makes between the two steps still gets neither end: both
+// ways to make a child here close what they were not told to keep.
+int openPipe(int (&ends)[2]) {
+    if (::pipe(ends) != 0) return errno;
+    for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
+    return 0;
+}
+
+}  // namespace tarnik

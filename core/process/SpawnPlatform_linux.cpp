@@ -1,0 +1,19 @@
+#include "core/process/SpawnPlatform.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tarnik {
+
+// One close_range(2) in the child, however many descriptors the parent has open.
+int closeAllOthers(posix_spawn_file_actions_t& actions, short& /*flags*/) {
+    return ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+}
+
+int openPipe(int (&ends)[2]) {
+    return ::pipe2(ends, O_CLOEXEC) == 0 ? 0 : errno;
+}
+
+}  // namespace tarnik

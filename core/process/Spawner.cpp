@@ -1,0 +1,139 @@
+#include "core/process/Spawner.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "core/foundation/Utf8.h"
+#include "core/process/CStringArray.h"
+#include "core/process/FDReader.h"
+#include "core/process/LockedData.h"
+#include "core/process/Reaper.h"
+#include "core/process/SpawnPlatform.h"
+#include "core/process/SpawnRecords.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Seconds terminateGrace = 2s;
+constexpr Seconds killGrace = 5s;
+constexpr Seconds outputGrace = 5s;
+
+// A program that was only just written can't be run while a child of another thread, not yet past its own
+// exec, still holds it open for writing (ETXTBSY). That lasts moments.
+constexpr int busyRetries = 50;
+constexpr Seconds busyPause = 10ms;
+
+// A descriptor of ours that happens to be 0, 1 or 2 is lent to the child from above: there, an earlier
+// duplication could have replaced it, and duplicated onto itself it would stay close-on-exec.
+class Lent {
+public:
+    explicit Lent(const Stdio& stdio) : stdio_(stdio) {
+        const auto fd = stdio.descriptor();
+        if (!fd || *fd > STDERR_FILENO) return;
+        raised_ = UniqueFd::duplicate(*fd);
+        if (!raised_) error_ = errno;
+        stdio_ = Stdio::fd(raised_.get());
+    }
+
+    const Stdio& stdio() const { return stdio_; }
+    int error() const { return error_; }
+
+private:
+    Stdio stdio_;
+    UniqueFd raised_;
+    int error_ = 0;
+};
+
+int start(const SpawnRequest& request, pid_t& pid) {
+    const Lent input(request.standardInput);
+    const Lent output(request.standardOutput);
+    const Lent error(request.standardError);
+    for (const auto* lent : {&input, &output, &error}) {
+        if (lent->error() != 0) return lent->error();
+    }
+    SpawnRecords records;
+    records.connect(STDIN_FILENO, input.stdio(), O_RDONLY);
+    records.connect(STDOUT_FILENO, output.stdio(), O_WRONLY);
+    records.connect(STDERR_FILENO, error.stdio(), O_WRONLY);
+    if (const int failed = records.seal()) return failed;
+
+    const auto arguments = CStringArray::arguments(request);
+    const auto environment = CStringArray::environment(request.environment);
+    int result = 0;
+    for (int attempt = 0; attempt <= busyRetries; ++attempt) {
+        result = ::posix_spawn(&pid, request.executable.c_str(), records.actions(), records.attributes(),
+                               arguments.get(), environment.get());
+        if (result != ETXTBSY) break;
+        std::this_thread::sleep_for(busyPause);
+    }
+    return result;
+}
+
+// Waits for the end, making sure of it after `timeout`.
+ExitStatus awaitEnd(ChildProcess& child, Seconds timeout) {
+    if (const auto status = child.waitForExit(timeout)) return *status;
+    child.signal(SIGTERM);
+    if (const auto status = child.waitForExit(terminateGrace)) return *status;
+    child.signal(SIGKILL);
+    return child.waitForExit(killGrace).value_or(ExitStatus::signaled(SIGKILL));
+}
+
+}  // namespace
+
+std::expected<std::shared_ptr<ChildProcess>, SpawnError> Spawner::spawn(const SpawnRequest& request,
+                                                                        ChildProcess::OnExit onExit) {
+    auto reaper = Reaper::prepare(std::move(onExit));
+    if (!reaper) return std::unexpected(reaper.error());
+    pid_t pid = -1;
+    if (const int error = start(request, pid)) {
+        return std::unexpected(SpawnError{"posix_spawn " + request.executable, error});
+    }
+    return std::move(*reaper).adopt(pid);
+}
+
+std::expected<Spawner::Pipe, SpawnError> Spawner::pipe() {
+    int ends[2] = {-1, -1};
+    if (const int error = openPipe(ends)) return std::unexpected(SpawnError{"pipe", error});
+    Pipe pipe{UniqueFd(ends[0]), UniqueFd(ends[1])};
+    for (auto* end : {&pipe.readEnd, &pipe.writeEnd}) {
+        if (end->get() > STDERR_FILENO) continue;
+        auto raised = UniqueFd::duplicate(end->get());
+        if (!raised) return std::unexpected(SpawnError{"pipe", errno});
+        *end = std::move(raised);
+    }
+    return pipe;
+}
+
+std::expected<Spawner::Output, SpawnError> Spawner::run(const Command& command) {
+    auto pipe = Spawner::pipe();
+    if (!pipe) return std::unexpected(pipe.error());
+    SpawnRequest request{.executable = command.executable,
+                         .arguments = command.arguments,
+                         .environment = command.environment,
+                         .standardOutput = Stdio::fd(pipe->writeEnd.get()),
+                         .standardError = Stdio::fd(pipe->writeEnd.get())};
+    if (request.environment.empty()) request.environment = {{"PATH", defaultPath}};
+
+    auto captured = std::make_shared<LockedData>(command.limit);
+    auto reader = FDReader::start(std::move(pipe->readEnd),
+                                  [captured](std::string_view chunk) { captured->append(chunk); });
+    if (!reader) return std::unexpected(reader.error());
+    auto child = spawn(request);
+    pipe->writeEnd.reset();
+    if (!child) return std::unexpected(child.error());
+
+    const ExitStatus status = awaitEnd(**child, command.timeout);
+    (*reader)->waitForEOF(outputGrace);
+    return Output{status, decodeLossy(captured->data())};
+}
+
+}  // namespace tarnik

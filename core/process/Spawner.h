@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/foundation/Time.h"
+#include "core/foundation/UniqueFd.h"
+#include "core/process/ChildProcess.h"
+#include "core/process/SpawnError.h"
+#include "core/process/SpawnRequest.h"
+
+namespace tarnik {
+
+// Starts child programs. Call from any thread.
+//
+// A child gets exactly its request: that environment, those three descriptors and no other, every signal at
+// its default and none blocked; the working directory is the parent's. PATH is never searched.
+struct Spawner {
+    struct Pipe {
+        UniqueFd readEnd;
+        UniqueFd writeEnd;
+    };
+
+    struct Output {
+        ExitStatus status;
+        std::string text;  // both outputs, UTF-8, invalid bytes replaced
+    };
+
+    // A short command to run to its end.
+    struct Command {
+        std::string executable;
+        std::vector<std::string> arguments;
+        Environment environment;  // empty: only PATH, as defaultPath
+        Seconds timeout;
+        std::size_t limit;  // bytes of output kept, the last ones
+    };
+
+    static constexpr const char* defaultPath = "/usr/bin:/bin:/usr/sbin:/sbin";
+
+    // `onExit` is called once, on the child's reaper thread, after the status is set; it may call back into
+    // the child. The request's descriptors are borrowed for the call.
+    static std::expected<std::shared_ptr<ChildProcess>, SpawnError> spawn(const SpawnRequest& request,
+                                                                          ChildProcess::OnExit onExit = {});
+
+    // Both ends close-on-exec and above 2, so that neither can be taken for a standard descriptor.
+    static std::expected<Pipe, SpawnError> pipe();
+
+    // Blocks up to `timeout` + 12 s: SIGTERM at the time-out, SIGKILL 2 s later, then 5 s for the end and 5 s
+    // for the rest of the output. A bad exit is no error; a child that survives it all reads as signal 9.
+    static std::expected<Output, SpawnError> run(const Command& command);
+};
+
+}  // namespace tarnik
