@@ -18,7 +18,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     -fpch-preprocess)
 else()
   target_compile_options(tarnik_options INTERFACE
-    -Wunreachable-code -Wshadow-uncaptured-local -Wrange-loop-analysis
+    -Wunreachable-code -Wrange-loop-analysis
     # A precompiled header with a time inside is never the same twice, and so never cached.
     "SHELL:-Xclang -fno-pch-timestamp")
 endif()

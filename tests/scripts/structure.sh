@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# The structure check passes a good tree and names the fault in each bad one.
+set -euo pipefail
+tree=$(mktemp -d)
+trap 'rm -rf "$tree"' EXIT
+failures=0
+
+check() { node tools/check-structure.mjs "$tree"; }
+
+# refuses FILE TEXT WORDS: with FILE holding TEXT the check fails with a line for FILE and WORDS.
+refuses() {
+    mkdir -p "$tree/$(dirname "$1")"
+    printf '%b\n' "$2" >"$tree/$1"
+    local said
+    if said=$(check); then
+        echo "passed, but should not: $1 with $2"
+        failures=$((failures + 1))
+    elif ! grep -qF "$1:" <<<"$said" || ! grep -qF -- "$3" <<<"$said"; then
+        echo "said nothing of '$3' in $1: $said"
+        failures=$((failures + 1))
+    fi
+    rm "$tree/$1"
+}
+
+mkdir -p "$tree"/core/{foundation,node} "$tree/app" "$tree/tests"
+printf '#pragma once\n#include <vector>\n' >"$tree/core/foundation/Json.h"
+printf '#include <boost/json.hpp>\n' >"$tree/core/foundation/Json.cpp"
+printf '#include "core/pairing/JoinLink.h"\n#include <sys/stat.h>\nclass HelperNode {};\n' >"$tree/core/node/NodeState.cpp"
+printf '#include "core/node/NodeState.h"\n#include "app/platform/linux/Records.h"\n' >"$tree/app/main.cpp"
+printf '#include "app/model/AppModel.h"\n#include <gtest/gtest.h>\n#if 1\n#endif\n' >"$tree/tests/AppModelTest.cpp"
+if ! check; then
+    echo "a good tree did not pass"
+    failures=1
+fi
+
+refuses core/process/A.cpp '#include "core/node/NodeState.h"' 'not on a floor below'
+refuses core/pairing/A.cpp '#include "core/driver/DriverHost.h"' 'not on a floor below'
+refuses core/switches/A.cpp '#include "core/foundation/Json.h"' 'not on a floor below'
+refuses core/node/A.cpp '#include "app/main.h"' 'above core/'
+refuses core/node/A.cpp '#include "NodeState.h"' 'from the root'
+refuses core/node/A.cpp '#include <QWidget>' 'neither standard'
+refuses core/node/A.cpp '#include <gtk/gtk.h>' 'neither standard'
+refuses core/node/A.cpp '#  include <utf8proc.h>' 'third-party'
+refuses core/foundation/A.h '#pragma once\n#include <openssl/evp.h>' 'third-party'
+refuses core/shared/A.cpp 'int a;' 'no floor'
+refuses core/node/A.cpp '#ifdef __linux__' 'no #if'
+refuses core/node/A.h '// nothing' '#pragma once'
+refuses app/model/A.cpp '#include "app/platform/linux/Records.h"' 'only app/main.cpp'
+refuses app/model/A.cpp '#include <QString>' 'toolkit'
+refuses app/model/A.cpp '#include "tests/support/Fake.h"' 'in tests/'
+refuses tests/A.cpp '#include "devkit/children/Echo.h"' 'in devkit/'
+refuses devkit/children/A.cpp '#include "core/foundation/Json.h"' 'programs of their own'
+refuses core/node/NodeManager.cpp '' 'says nothing'
+refuses tests/support/old_util.h '#pragma once' 'says nothing'
+refuses core/node/A.cpp 'class CommonParts {' 'CommonParts'
+refuses docs/a.md 'as Par''t 1.2 has it' 'outside the tree'
+refuses devkit/a.mjs '// see the spe''c' 'outside the tree'
+refuses core/node/A.h "#pragma once$(printf '\\n%.0s' {1..120})" 'more than 120'
+refuses core/node/A.cpp "$(printf '\\n%.0s' {1..451})" 'more than 450'
+
+exit $((failures > 0))

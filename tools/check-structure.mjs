@@ -1,0 +1,131 @@
+// check-structure.mjs [ROOT]: includes go downward only, names say something, files stay small.
+//
+// Prints one line per fault and exits 1 if there is one.
+import fs from 'node:fs';
+import path from 'node:path';
+
+const root = path.resolve(process.argv[2] ?? path.join(import.meta.dirname ?? path.dirname(new URL(import.meta.url).pathname), '..'));
+
+// A folder of core/ may include itself and what lies on a lower floor.
+const floors = {
+    foundation: 1, switches: 1,
+    process: 2,
+    pairing: 3, driver: 3, updates: 3,
+    node: 4,
+    relocation: 5,
+};
+const standardHeader = /^[a-z0-9_]+$/;
+const systemHeader = /^((sys|net|netinet|arpa|linux|mach)\/)?[a-z0-9_]+\.h$/;
+const thirdPartyHeader = /^(boost|openssl|curl|plist)\/|^utf8proc\.h$/;
+const toolkitHeader = /^Q[A-Z]|^Qt/;
+
+// "helper" alone is a word of the product: the helper node.
+const emptyNames = new Set(['util', 'utils', 'common', 'helpers', 'misc', 'manager']);
+// What the code is written after is named in no file of the tree.
+const foreignWords = [/\b[s]pecs?\b/i, /\b[s]pecifications?\b/i, /\b[P]art \d+\.\d+/, /\b[i]ssue #?\d/i];
+
+const limits = { header: 120, sourceAim: 400, source: 450 };
+const codeFolders = ['core', 'app', 'devkit', 'bench', 'tests'];
+
+let faults = 0;
+function fault(file, line, text) {
+    faults += 1;
+    console.log(`${file}:${line}: ${text}`);
+}
+
+function filesBelow(folder) {
+    const whole = path.join(root, folder);
+    if (!fs.existsSync(whole)) return [];
+    return fs.readdirSync(whole, { withFileTypes: true })
+        .flatMap((entry) => {
+            const name = path.posix.join(folder, entry.name);
+            if (entry.isDirectory()) return filesBelow(name);
+            return entry.isFile() ? [name] : [];
+        });
+}
+
+// FooManager.h: foo, manager, h. old_util.cpp: old, util, cpp.
+function words(name) {
+    return name.replace(/([a-z0-9])([A-Z])/g, '$1 $2').split(/[^A-Za-z0-9]+/).map((word) => word.toLowerCase());
+}
+
+function emptyName(name) {
+    return words(name).find((word) => emptyNames.has(word));
+}
+
+// Why `file` may not include `name`; nothing when it may.
+function whyNotInclude(file, name, quoted) {
+    const [area, folder] = file.split('/');
+    if (quoted) {
+        const [toArea, toFolder] = name.split('/');
+        if (!codeFolders.includes(toArea)) return 'is not written from the root of the tree';
+        if (toArea === 'devkit') return 'is in devkit/, which nothing includes';
+        if (area === 'tests' || area === 'bench') return undefined;
+        if (toArea === 'tests' || toArea === 'bench') return `is in ${toArea}/, which only tests and measurements include`;
+        if (area === 'devkit') return 'is ours: the stand-ins are programs of their own';
+        if (area === 'app') return whyNotPlatform(file, name);
+        if (toArea === 'app') return 'is in app/, above core/';
+        if (toFolder === folder || floors[toFolder] < floors[folder]) return undefined;
+        return `is not on a floor below core/${folder}/`;
+    }
+    if (area !== 'core' && area !== 'app') return undefined;
+    if (thirdPartyHeader.test(name)) {
+        return area === 'core' && folder === 'foundation' && file.endsWith('.cpp')
+            ? undefined
+            : 'is third-party, and belongs in one source of core/foundation/';
+    }
+    if (area === 'app') {
+        const drawn = /^app\/(views|platform)\/|^app\/main\.cpp$/.test(file);
+        return toolkitHeader.test(name) && !drawn ? 'is of the toolkit, outside app/views/ and app/platform/' : undefined;
+    }
+    return standardHeader.test(name) || systemHeader.test(name) ? undefined : 'is neither standard nor of the system';
+}
+
+function whyNotPlatform(file, name) {
+    const platform = /^app\/platform\/(linux|macos)\//.exec(name)?.[0];
+    if (!platform || file === 'app/main.cpp' || file.startsWith(platform)) return undefined;
+    return 'is of one platform, which only app/main.cpp names';
+}
+
+function checkCode(file, lines) {
+    const [area, folder] = file.split('/');
+    const header = file.endsWith('.h');
+    if (area === 'core' && !(folder in floors)) fault(file, 1, 'stands on no floor; floors are listed in tools/check-structure.mjs');
+
+    // Lines as an editor counts them: the last newline ends a line and starts none.
+    const length = lines.at(-1) === '' ? lines.length - 1 : lines.length;
+    if (header && length > limits.header) fault(file, length, `a header of more than ${limits.header} lines`);
+    if (!header && length > limits.source) fault(file, length, `a source of more than ${limits.source} lines`);
+    else if (!header && length > limits.sourceAim) console.log(`${file}: note: more than ${limits.sourceAim} lines`);
+    if (header && !lines.includes('#pragma once')) fault(file, 1, 'a header without #pragma once');
+
+    lines.forEach((line, index) => {
+        const include = /^\s*#\s*include\s*([<"])([^>"]+)[>"]/.exec(line);
+        const why = include && whyNotInclude(file, include[2], include[1] === '"');
+        if (why) fault(file, index + 1, `${include[2]} ${why}`);
+        if ((area === 'core' || area === 'app') && /^\s*#\s*(if|ifdef|ifndef|elif|elifdef|elifndef|else)\b/.test(line)) {
+            fault(file, index + 1, 'the build picks the platform\'s files; no #if');
+        }
+        const type = /^\s*(?:template\s*<.*>\s*)?(?:class|struct|union|enum(?:\s+class|\s+struct)?|namespace)\s+(\w+)/.exec(line);
+        if (type && emptyName(type[1])) fault(file, index + 1, `the name ${type[1]} says nothing about what it holds`);
+    });
+}
+
+for (const file of [...codeFolders, 'docs', 'tools', 'cmake'].flatMap(filesBelow)) {
+    if (file.split('/').some(emptyName)) fault(file, 1, 'the name says nothing about what it holds');
+    if (/\.(h|hpp|cpp|cc|mm)$/.test(file)) {
+        checkCode(file, fs.readFileSync(path.join(root, file), 'utf8').split('\n'));
+    }
+}
+
+const texts = fs.readdirSync(root).filter((name) => name.endsWith('.md'));
+for (const file of [...codeFolders, 'docs', 'tools', 'cmake'].flatMap(filesBelow).concat(texts)) {
+    if (!/\.(h|hpp|cpp|cc|mm|mjs|js|json|sh|md|txt|cmake)$|^[^.]+$/.test(file)) continue;
+    fs.readFileSync(path.join(root, file), 'utf8').split('\n').forEach((line, index) => {
+        const word = foreignWords.map((pattern) => pattern.exec(line)?.[0]).find(Boolean);
+        if (word) fault(file, index + 1, `"${word}" points outside the tree`);
+    });
+}
+
+if (faults > 0) console.log(`${faults} fault${faults === 1 ? '' : 's'} in the structure`);
+process.exitCode = faults > 0 ? 1 : 0;
