@@ -1,0 +1,90 @@
+// The console program, driven over pipes.
+import { spawn } from 'node:child_process';
+import { EventEmitter } from 'node:events';
+import { createInterface } from 'node:readline';
+
+const time = String.raw`^\d\d:\d\d:\d\d\.\d{3} `;
+
+// Matches an event line of this word whose rest matches, whole, this pattern.
+export function event(word, rest) {
+  return new RegExp(`${time}${word} ${rest}$`);
+}
+
+export class ConsoleProgram {
+  lines = [];
+  exit = undefined;  // { code, signal } once the program has ended and all its output is here
+
+  #child;
+  #changed = new EventEmitter();
+
+  constructor(program, words, environment) {
+    this.#child = spawn(program, ['--console', ...words], { env: environment });
+    this.#child.stdin.on('error', () => {});
+    this.#child.on('error', (error) => this.#ended({ failure: error.message }));
+    this.#child.on('close', (code, signal) => this.#ended({ code, signal }));
+    this.#collect(this.#child.stdout, 'out');
+    this.#collect(this.#child.stderr, 'err');
+  }
+
+  #collect(stream, from) {
+    createInterface({ input: stream, crlfDelay: Infinity }).on('line', (text) => {
+      this.lines.push({ from, text });
+      this.#changed.emit('change');
+    });
+  }
+
+  #ended(exit) {
+    this.exit ??= exit;
+    this.#changed.emit('change');
+  }
+
+  // The place in the output at which whatever comes from now on begins.
+  get mark() {
+    return this.lines.length;
+  }
+
+  send(line) {
+    this.#child.stdin.write(`${line}\n`);
+  }
+
+  kill(signal) {
+    this.#child.kill(signal);
+  }
+
+  find(pattern, from = 0) {
+    return this.lines.slice(from).find((line) => pattern.test(line.text))?.text;
+  }
+
+  // The first line that matches, from the mark on.
+  expect(pattern, from, deadline) {
+    return this.#until(() => this.find(pattern, from), `no line like ${pattern}`, deadline);
+  }
+
+  async expectExit(deadline) {
+    return this.#until(() => this.exit, 'the program did not end', deadline, { endIsFine: true });
+  }
+
+  #until(look, complaint, deadline, { endIsFine = false } = {}) {
+    return new Promise((resolve, reject) => {
+      const settle = (finish, value) => {
+        clearTimeout(timer);
+        this.#changed.off('change', check);
+        finish(value);
+      };
+      const check = () => {
+        const found = look();
+        if (found !== undefined) settle(resolve, found);
+        else if (this.exit && !endIsFine) settle(reject, new Error(`${complaint}: ${this.describeExit()}`));
+      };
+      const timer = setTimeout(() => settle(reject, new Error(`${complaint} in time`)), deadline - Date.now());
+      this.#changed.on('change', check);
+      check();
+    });
+  }
+
+  describeExit() {
+    const { failure, code, signal } = this.exit;
+    if (failure) return `the program could not be run (${failure})`;
+    return `the program ended (${signal ?? `exit ${code}`})`;
+  }
+}
