@@ -1,8 +1,8 @@
 // hold_output SECONDS: leaves a process behind that keeps the output (a pipe or a terminal) open for
 // this long, prints that process's id, and itself exits at once.
 //
-// On macOS the end of a session's first process takes the terminal away from everybody else; there
-// only pipes can be held.
+// On macOS a terminal is taken from everybody when the first process on it ends; there only pipes can
+// be held.
 #include <chrono>
 #include <csignal>
 #include <cstdio>

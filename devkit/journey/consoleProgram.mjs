@@ -74,9 +74,10 @@ export class ConsoleProgram {
       const check = () => {
         const found = look();
         if (found !== undefined) settle(resolve, found);
-        else if (this.exit && !endIsFine) settle(reject, new Error(`${complaint}: ${this.describeExit()}`));
+        else if (this.exit && !endIsFine) fail(`${complaint}: ${this.describeExit()}`);
       };
-      const timer = setTimeout(() => settle(reject, new Error(`${complaint} in time`)), deadline - Date.now());
+      const fail = (text) => settle(reject, new Error(text));
+      const timer = setTimeout(fail, deadline - Date.now(), `${complaint} in time`);
       this.#changed.on('change', check);
       check();
     });

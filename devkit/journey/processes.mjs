@@ -15,11 +15,14 @@ function inspectByProc(pid) {
   }
 }
 
+function askPs(pid, column) {
+  return execFileSync('/bin/ps', ['-ww', '-o', `${column}=`, '-p', `${pid}`], { encoding: 'utf8' }).trim();
+}
+
 function inspectByPs(pid) {
   try {
-    const ask = (column) => execFileSync('/bin/ps', ['-o', `${column}=`, '-p', `${pid}`], { encoding: 'utf8' }).trim();
-    if (ask('stat').startsWith('Z')) return undefined;
-    return { command: ask('command'), executable: undefined };
+    if (askPs(pid, 'stat').startsWith('Z')) return undefined;
+    return { command: askPs(pid, 'command'), executable: undefined };
   } catch {
     return undefined;
   }

@@ -43,7 +43,8 @@ function logShowsStart(walk, pid) {
 function privateFile(file) {
   const modeOf = (name) => (statSync(name).mode & 0o777).toString(8);
   const [fileMode, folderMode] = [modeOf(file), modeOf(file.slice(0, file.lastIndexOf('/')))];
-  demand(fileMode === '600' && folderMode === '700', `modes are ${fileMode} in ${folderMode}, not 600 in 700`);
+  const isPrivate = fileMode === '600' && folderMode === '700';
+  demand(isPrivate, `modes are ${fileMode} in ${folderMode}, not 600 in 700`);
   return `${file} (${fileMode}) ${readFileSync(file, 'utf8').trim()}`;
 }
 
@@ -153,7 +154,10 @@ export const stages = [
   },
   {
     name: 'the node log holds both starts',
-    reach: async (walk) => [await logShowsStart(walk, walk.firstPid), await logShowsStart(walk, walk.secondPid)],
+    reach: async (walk) => [
+      await logShowsStart(walk, walk.firstPid),
+      await logShowsStart(walk, walk.secondPid),
+    ],
   },
   {
     name: 'quit stops the helper, then the program',
