@@ -1,0 +1,151 @@
+#include "core/pairing/TerminalText.h"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace tarnik::TerminalText {
+
+namespace {
+
+constexpr unsigned char bell = 7;
+constexpr unsigned char escape = 27;
+
+constexpr bool isDropped(unsigned char byte) {
+    return (byte < 32) & (byte != '\t') & (byte != '\n');  // without branches, to be vectorised
+}
+
+constexpr std::size_t blockBytes = 64;
+
+// One mark for each byte of a block: 1 where it is dropped, else 0.
+struct Marks {
+    std::array<unsigned char, blockBytes> of{};
+    bool any = false;
+
+    // The compiler turns this loop into a few vector instructions; keep it free of exits.
+    explicit Marks(const char* block) {
+        unsigned char seen = 0;
+        for (std::size_t i = 0; i < blockBytes; ++i) {
+            of[i] = isDropped(static_cast<unsigned char>(block[i]));
+            seen |= of[i];
+        }
+        any = seen != 0;
+    }
+
+    // The marks as bits, the first byte's lowest: eight at a time, brought together by a multiplication.
+    std::uint64_t bits() const {
+        std::uint64_t bits = 0;
+        for (std::size_t at = 0; at < blockBytes; at += 8) {
+            std::uint64_t eight = 0;
+            std::memcpy(&eight, &of[at], sizeof eight);
+            if constexpr (std::endian::native == std::endian::big) eight = std::byteswap(eight);
+            bits |= ((eight * 0x0102040810204080U) >> 56U) << at;
+        }
+        return bits;
+    }
+};
+
+// Cleans from one buffer into another of the same size. What is written never overtakes what is read, so
+// that a piece may be copied in full before it is known how much of it counts.
+class Cleaner {
+public:
+    Cleaner(std::string_view text, char* out) : in_(text.data()), end_(in_ + text.size()), out_(out) {}
+
+    // Where the cleaned text ends.
+    char* run() {
+        while (left() >= blockBytes + pieceBytes) cleanBlock();
+        while (in_ != end_) cleanCharacter();
+        return out_;
+    }
+
+private:
+    static constexpr std::size_t pieceBytes = 16;
+
+    std::size_t left() const { return static_cast<std::size_t>(end_ - in_); }
+
+    // Takes in the next block, and the end of a sequence that reaches beyond it.
+    void cleanBlock() {
+        const char* const block = in_;
+        const Marks marks(block);
+        if (!marks.any) return copy(blockBytes);
+
+        const std::uint64_t dropped = marks.bits();
+        for (std::uint64_t ahead = dropped; ahead != 0;) {
+            copy(static_cast<std::size_t>(block + std::countr_zero(ahead) - in_));
+            drop();
+            const auto done = static_cast<std::size_t>(in_ - block);
+            if (done >= blockBytes) return;
+            ahead = dropped & (~std::uint64_t{0} << done);
+        }
+        copy(static_cast<std::size_t>(block + blockBytes - in_));
+    }
+
+    // Copies whole pieces, most often one, and so up to a piece more than `count`.
+    void copy(std::size_t count) {
+        std::size_t done = 0;
+        do {
+            std::memcpy(out_ + done, in_ + done, pieceBytes);
+            done += pieceBytes;
+        } while (done < count);
+        in_ += count;
+        out_ += count;
+    }
+
+    void cleanCharacter() {
+        if (isDropped(static_cast<unsigned char>(*in_))) return drop();
+        *out_++ = *in_++;
+    }
+
+    // `in_` is at a character that goes, by itself or with the sequence that it starts.
+    void drop() {
+        if (next() != escape || in_ == end_) return;
+        const unsigned char kind = next();
+        if (kind == '[') {
+            skipControlSequence();
+        } else if (kind == ']') {
+            skipSystemCommand();
+        } else if (kind >= 0x80) {
+            skipContinuationBytes();
+        }
+    }
+
+    void skipControlSequence() {
+        while (in_ != end_) {
+            const unsigned char byte = next();
+            if (64 <= byte && byte <= 126) return;
+        }
+    }
+
+    void skipSystemCommand() {
+        unsigned char previous = ' ';
+        while (in_ != end_) {
+            const unsigned char byte = next();
+            if (byte == bell || (byte == '\\' && previous == escape)) return;
+            previous = byte;
+        }
+    }
+
+    void skipContinuationBytes() {
+        while (in_ != end_ && (static_cast<unsigned char>(*in_) & 0xC0U) == 0x80) ++in_;
+    }
+
+    unsigned char next() { return static_cast<unsigned char>(*in_++); }
+
+    const char* in_;
+    const char* end_;
+    char* out_;
+};
+
+}  // namespace
+
+std::string clean(std::string_view text) {
+    std::string cleaned;
+    cleaned.resize_and_overwrite(text.size(), [text](char* out, std::size_t) {
+        return static_cast<std::size_t>(Cleaner(text, out).run() - out);
+    });
+    return cleaned;
+}
+
+}  // namespace tarnik::TerminalText
