@@ -1,0 +1,109 @@
+#include <cstring>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include "core/pairing/TerminalText.h"
+
+namespace {
+
+using Text = std::string (*)(std::size_t bytes);
+using Work = std::string (*)(std::string_view text);
+
+std::string repeated(const std::string& lines, std::size_t bytes) {
+    std::string text;
+    while (text.size() < bytes) text += lines;
+    text.resize(bytes);
+    return text;
+}
+
+std::string plain(std::size_t bytes) {
+    return repeated(
+        "2026-01-05 10:32:07 connected to the service, waiting for the next job to come in\n"
+        "a short line\n"
+        "and one with an umlaut, \xC3\xBC, a tab\there, and some more words behind it to make it long\n",
+        bytes);
+}
+
+// As a terminal passes it on: every line feed has become CR LF.
+std::string terminalLines(std::size_t bytes) {
+    return repeated(
+        "2026-01-05 10:32:07 connected to the service, waiting for the next job to come in\r\n"
+        "a short line\r\n"
+        "and one with an umlaut, \xC3\xBC, a tab\there, and some more words behind it to make it long\r\n",
+        bytes);
+}
+
+std::string coloured(std::size_t bytes) {
+    return repeated(
+        "\x1B[1;32mok\x1B[0m \x1B[38;5;244m10:32:07\x1B[0m \x1B[36mnode\x1B[0m: connected to "
+        "\x1B[4;34mthe service\x1B[0m\x1B[K\r\n\x1B[2m\xE2\x94\x94\x1B[22m \x1B[1mwaiting\x1B[22m\r\n",
+        bytes);
+}
+
+// The rule as a plain loop over the bytes, right for the texts above: what clean is measured against.
+std::string byteLoop(std::string_view text) {
+    enum class State { plain, escape, control, command, commandEscape };
+    std::string cleaned;
+    cleaned.reserve(text.size());
+    State state = State::plain;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        switch (state) {
+            case State::plain:
+                if (byte == 27) {
+                    state = State::escape;
+                } else if (byte >= 32 || byte == 9 || byte == 10) {
+                    cleaned.push_back(character);
+                }
+                break;
+            case State::escape:
+                state = byte == '[' ? State::control : byte == ']' ? State::command : State::plain;
+                break;
+            case State::control:
+                if (byte >= 64 && byte <= 126) state = State::plain;
+                break;
+            case State::command:
+            case State::commandEscape:
+                if (byte == 7 || (state == State::commandEscape && byte == '\\')) {
+                    state = State::plain;
+                } else {
+                    state = byte == 27 ? State::commandEscape : State::command;
+                }
+                break;
+        }
+    }
+    return cleaned;
+}
+
+std::string copied(std::string_view text) {
+    std::string copy;
+    copy.resize_and_overwrite(text.size(), [text](char* out, std::size_t bytes) {
+        std::memcpy(out, text.data(), bytes);
+        return bytes;
+    });
+    return copy;
+}
+
+void over(benchmark::State& state, Work work, Text make) {
+    const std::string text = make(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        std::string result = work(text);
+        benchmark::DoNotOptimize(result.data());
+    }
+    state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+
+void sizes(benchmark::internal::Benchmark* benchmark) {
+    benchmark->Arg(16 << 10)->Arg(1 << 20);
+}
+
+BENCHMARK_CAPTURE(over, memcpy, copied, plain)->Apply(sizes);
+BENCHMARK_CAPTURE(over, byteLoop_plain, byteLoop, plain)->Apply(sizes);
+BENCHMARK_CAPTURE(over, clean_plain, tarnik::TerminalText::clean, plain)->Apply(sizes);
+BENCHMARK_CAPTURE(over, byteLoop_terminalLines, byteLoop, terminalLines)->Apply(sizes);
+BENCHMARK_CAPTURE(over, clean_terminalLines, tarnik::TerminalText::clean, terminalLines)->Apply(sizes);
+BENCHMARK_CAPTURE(over, byteLoop_coloured, byteLoop, coloured)->Apply(sizes);
+BENCHMARK_CAPTURE(over, clean_coloured, tarnik::TerminalText::clean, coloured)->Apply(sizes);
+
+}  // namespace
