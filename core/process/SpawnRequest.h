@@ -33,9 +33,9 @@ private:
 
 // One child to start, described whole: nothing is inherited that isn't named here.
 struct SpawnRequest {
-    std::string executable;              // absolute path; also argument 0
-    std::vector<std::string> arguments;  // those after argument 0
-    Environment environment;
+    std::string executable;                   // absolute path; also argument 0
+    std::vector<std::string> arguments = {};  // those after argument 0
+    Environment environment = {};
     Stdio standardInput = Stdio::null();
     Stdio standardOutput = Stdio::null();
     Stdio standardError = Stdio::null();
