@@ -69,11 +69,12 @@ needPackages() {
     done <<<"$missing"
 
     if [[ $(id -u) != 0 ]]; then asRoot=(sudo); fi
-    local install=(${asRoot[@]+"${asRoot[@]}"} env DEBIAN_FRONTEND=noninteractive apt-get install
+    local install=(env DEBIAN_FRONTEND=noninteractive apt-get install
         --yes --quiet=2 --no-install-recommends "${names[@]}")
-    if ! apt-cache show --no-all-versions "${names[@]}" >/dev/null 2>&1 || ! "${install[@]}"; then
+    # Package lists that are missing or out of date show as an install that can't even be planned or fetched.
+    if ! "${install[@]}" --simulate >/dev/null 2>&1 || ! ${asRoot[@]+"${asRoot[@]}"} "${install[@]}" >/dev/null; then
         ${asRoot[@]+"${asRoot[@]}"} apt-get update --quiet=2
-        "${install[@]}"
+        ${asRoot[@]+"${asRoot[@]}"} "${install[@]}" >/dev/null
     fi
     packagesInstalled=yes
 }
