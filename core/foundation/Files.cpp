@@ -1,0 +1,121 @@
+#include "core/foundation/Files.h"
+
+#include <cerrno>
+#include <memory>
+#include <optional>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "core/foundation/ErrorText.h"
+#include "core/foundation/Paths.h"
+#include "core/foundation/UniqueFd.h"
+
+namespace tarnik {
+
+namespace {
+
+// Takes errno as the call left it.
+std::unexpected<FileError> failed(const char* call, const std::string& path) {
+    const int code = errno;
+    return std::unexpected(FileError{.call = call + (" " + path), .code = code});
+}
+
+// What `path` leads to, or the link itself; none when it can't be told.
+using Look = int (*)(const char*, struct stat*);
+std::optional<mode_t> modeOf(const std::string& path, Look look) {
+    struct stat found{};
+    if (look(path.c_str(), &found) != 0) return std::nullopt;
+    return found.st_mode;
+}
+
+int followingLinks(const char* path, struct stat* found) {
+    return ::stat(path, found);
+}
+
+int theEntryItself(const char* path, struct stat* found) {
+    return ::lstat(path, found);
+}
+
+}  // namespace
+
+std::string describe(const FileError& error) {
+    return error.call + " failed: " + errorText(error.code);
+}
+
+std::expected<void, FileError> createFolders(const std::string& path, mode_t mode) {
+    int made = ::mkdir(path.c_str(), mode);
+    if (made != 0 && errno == ENOENT && path != "/") {
+        if (auto above = createFolders(parentFolder(path), mode); !above) return above;
+        made = ::mkdir(path.c_str(), mode);
+    }
+    if (made != 0) {
+        const int code = errno;
+        if (isFolder(path)) return {};
+        errno = code;
+        return failed("mkdir", path);
+    }
+    if (::fchmodat(AT_FDCWD, path.c_str(), mode, AT_SYMLINK_NOFOLLOW) != 0) return failed("chmod", path);
+    return {};
+}
+
+std::expected<void, FileError> writeFile(const std::string& path, std::string_view bytes, mode_t mode) {
+    // Without O_NONBLOCK a pipe in the file's place would make us wait for a reader.
+    constexpr int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    const UniqueFd file(::open(path.c_str(), flags, mode));
+    if (!file) return failed("open", path);
+
+    struct stat found{};
+    if (::fstat(file.get(), &found) != 0) return failed("fstat", path);
+    if (!S_ISREG(found.st_mode)) return std::unexpected(FileError{.call = "open " + path, .code = EEXIST});
+    if (::ftruncate(file.get(), 0) != 0) return failed("ftruncate", path);
+
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(file.get(), bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return failed("write", path);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return {};
+}
+
+bool exists(const std::string& path) {
+    return modeOf(path, followingLinks).has_value();
+}
+
+bool isFolder(const std::string& path) {
+    const auto mode = modeOf(path, followingLinks);
+    return mode && S_ISDIR(*mode);
+}
+
+bool isExecutableFile(const std::string& path) {
+    const auto mode = modeOf(path, followingLinks);
+    return mode && S_ISREG(*mode) && ::access(path.c_str(), X_OK) == 0;
+}
+
+bool holdsEntries(const std::string& folder) {
+    struct Close {
+        void operator()(DIR* open) const { ::closedir(open); }
+    };
+    const std::unique_ptr<DIR, Close> open(::opendir(folder.c_str()));
+    if (!open) return false;
+    while (const dirent* entry = ::readdir(open.get())) {
+        const std::string_view name = &entry->d_name[0];
+        if (name != "." && name != "..") return true;
+    }
+    return false;
+}
+
+bool isLink(const std::string& path) {
+    const auto mode = modeOf(path, theEntryItself);
+    return mode && S_ISLNK(*mode);
+}
+
+bool isRegularFile(const std::string& path) {
+    const auto mode = modeOf(path, theEntryItself);
+    return mode && S_ISREG(*mode);
+}
+
+}  // namespace tarnik

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <expected>
+#include <string>
+#include <string_view>
+
+#include <sys/types.h>
+
+namespace tarnik {
+
+// A file system call that failed.
+struct FileError {
+    std::string call;  // with its subject: "mkdir /x"
+    int code = 0;      // an errno value
+
+    bool operator==(const FileError&) const = default;
+};
+
+// "mkdir /x failed: Permission denied"
+std::string describe(const FileError& error);
+
+// Makes the folder and those above it that are missing, each with exactly `mode`, whatever the umask and the
+// parent say. A folder that is already there (by a link too) is left as it is.
+std::expected<void, FileError> createFolders(const std::string& path, mode_t mode);
+
+// Puts the bytes into the file, in place of what it held. A new file gets `mode`, less the umask. Refuses
+// whatever isn't a regular file, a link or a pipe in its place too, without waiting for anybody.
+std::expected<void, FileError> writeFile(const std::string& path, std::string_view bytes, mode_t mode);
+
+// These follow links, and answer no when the system won't tell.
+bool exists(const std::string& path);
+bool isFolder(const std::string& path);
+bool isExecutableFile(const std::string& path);  // a regular file that this user may run
+bool holdsEntries(const std::string& folder);
+
+// These ask about the entry itself.
+bool isLink(const std::string& path);
+bool isRegularFile(const std::string& path);
+
+}  // namespace tarnik
