@@ -1,0 +1,26 @@
+#include "core/driver/DriverLaunch.h"
+
+#include "core/driver/CuaDriverEndpoint.h"
+#include "core/process/InheritedEnvironment.h"
+
+namespace tarnik {
+
+DriverLaunch DriverLaunch::make(const Inputs& inputs) {
+    Environment variables = withoutPrefixes(inputs.inherited, CuaDriverEndpoint::inheritedFamilyPrefixes);
+    variables.erase("CUA_TELEMETRY_ENABLED");
+    variables["CUA_DRIVER_EMBEDDED"] = "1";
+    variables["CUA_DRIVER_HOST_BUNDLE_ID"] = inputs.hostBundleID;
+    variables["CUA_DRIVER_PERMISSION_MODE"] = "unrestricted";
+    variables["CUA_DRIVER_DANGEROUSLY_BYPASS_APPROVALS"] = "1";
+    variables["CUA_DRIVER_RS_TELEMETRY_ENABLED"] = "false";
+    variables["CUA_DRIVER_RS_UPDATE_CHECK"] = "false";
+    variables["CUA_DRIVER_EMBEDDED_HOST_PID"] = std::to_string(inputs.hostPID);
+
+    return {.executable = inputs.executable,
+            .arguments = {"serve", "--embedded", "--parent-liveness-stdio", "--no-permissions-gate",
+                          "--socket", inputs.socketPath, "--host-bundle-id", inputs.hostBundleID,
+                          "--permission-mode", "unrestricted", "--dangerously-bypass-approvals"},
+            .environment = std::move(variables)};
+}
+
+}  // namespace tarnik
