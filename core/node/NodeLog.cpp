@@ -1,0 +1,146 @@
+#include "core/node/NodeLog.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "core/foundation/Files.h"
+#include "core/foundation/Paths.h"
+#include "core/process/FDReader.h"
+#include "core/process/Spawner.h"
+
+namespace tarnik {
+namespace {
+
+constexpr mode_t folderMode = 0700;
+constexpr mode_t fileMode = 0600;
+constexpr std::int64_t severalRuns = 3;  // caps; one run leaves little more than two
+
+struct LogFile {
+    UniqueFd fd;
+    std::int64_t size = 0;
+};
+
+// Opening a FIFO would wait for its reader, hence O_NONBLOCK; it changes nothing for a regular file.
+LogFile openLogFile(const std::string& path) {
+    constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    LogFile file{UniqueFd(::open(path.c_str(), flags, fileMode))};
+    // As a standard descriptor it would take in what was never meant for it.
+    if (file.fd && file.fd.get() <= STDERR_FILENO) file.fd = UniqueFd::duplicate(file.fd.get());
+    if (!file.fd) return {};
+    struct stat status = {};
+    if (::fstat(file.fd.get(), &status) != 0) return {};
+    if (!S_ISREG(status.st_mode) || status.st_uid != ::geteuid()) return {};
+    file.size = status.st_size;
+    return file;
+}
+
+// How much of `data` went into the file.
+std::int64_t writeAll(int fd, std::string_view data) {
+    std::size_t done = 0;
+    while (done < data.size()) {
+        const ssize_t count = ::write(fd, data.data() + done, data.size() - done);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) break;
+        done += static_cast<std::size_t>(count);
+    }
+    return static_cast<std::int64_t>(done);
+}
+
+}  // namespace
+
+std::string NodeLog::defaultPath(const std::string& homeDirectory) {
+    return homeDirectory + "/Library/Logs/tarnik/node.log";
+}
+
+std::shared_ptr<NodeLog> NodeLog::make(std::string path, std::int64_t capBytes, Clock now) {
+    return std::make_shared<NodeLog>(Passkey(), std::move(path), capBytes, std::move(now));
+}
+
+NodeLog::NodeLog(Passkey, std::string path, std::int64_t capBytes, Clock now)
+    : path_(std::move(path)), cap_(std::max<std::int64_t>(capBytes, 1)), now_(std::move(now)) {}
+
+UniqueFd NodeLog::attach() {
+    {
+        const std::lock_guard lock(mutex_);
+        if (!ready()) return {};
+    }
+    auto pipe = Spawner::pipe();
+    if (!pipe) return {};
+    const auto reader = FDReader::start(
+        std::move(pipe->readEnd), [log = shared_from_this()](std::string_view chunk) { log->append(chunk); });
+    if (!reader) return {};
+    return std::move(pipe->writeEnd);
+}
+
+void NodeLog::append(std::string_view data) {
+    if (data.empty()) return;
+    const std::lock_guard lock(mutex_);
+    if (!ready()) return;
+    size_ += writeAll(file_.get(), data);
+    if (size_ >= rotateAt_) rotate();
+}
+
+// Whether a file is open. Looking at the path on each append would cost as much as a short write.
+bool NodeLog::ready() {
+    if (!file_) return reopen();
+    const TimePoint now = now_();
+    if (now < nextCheck_) return true;
+    nextCheck_ = after(now, checkInterval);
+    return isAtPath() || reopen();
+}
+
+bool NodeLog::reopen() {
+    if (!open()) return false;
+    moveFailed_ = size_ / severalRuns >= cap_;
+    if (size_ >= cap_) rotate();
+    return static_cast<bool>(file_);
+}
+
+// Lets go of the open file, and takes what is at the path, or makes it.
+bool NodeLog::open() {
+    // It mostly exists; where it can't be made, opening the file fails too.
+    [[maybe_unused]] const auto made = createFolders(parentFolder(path_), folderMode);
+    auto [fd, size] = openLogFile(path_);
+    file_ = std::move(fd);
+    size_ = size;
+    rotateAt_ = cap_;
+    nextCheck_ = after(now_(), checkInterval);
+    return static_cast<bool>(file_);
+}
+
+// Whether the open file is still the one at the path; when that can't be told, it is taken to be.
+bool NodeLog::isAtPath() const {
+    struct stat opened = {};
+    struct stat found = {};
+    if (::lstat(path_.c_str(), &found) != 0) return errno != ENOENT && errno != ENOTDIR;
+    if (::fstat(file_.get(), &opened) != 0) return true;
+    return opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
+}
+
+void NodeLog::rotate() {
+    // A file that is no longer ours to move leaves the older copy alone.
+    if (isAtPath()) {
+        const std::string older = path_ + ".1";
+        // Replacing a file by renaming makes some file systems (ext4) write the new one out first.
+        ::unlink(older.c_str());
+        if (::rename(path_.c_str(), older.c_str()) != 0 && errno != ENOENT) return growOrEmpty();
+    }
+    moveFailed_ = false;
+    open();
+}
+
+// The file can't be moved aside: something that is no file has the copy's place, or the folder may not be
+// changed. What the file holds is worth more than the bound, but not for ever.
+void NodeLog::growOrEmpty() {
+    if (moveFailed_ && ::ftruncate(file_.get(), 0) == 0) size_ = 0;
+    moveFailed_ = !moveFailed_;
+    rotateAt_ = size_ + cap_;
+}
+
+}  // namespace tarnik
