@@ -3,6 +3,7 @@
 #include <condition_variable>
 #include <future>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -36,8 +37,9 @@ public:
     Timer postAfter(Seconds delay, Task task) override { return state_->push(delay, std::move(task)); }
 
     void cancel(Timer timer) override {
+        std::optional<Task> dropped;  // goes after the lock: what it holds may call back in
         const std::lock_guard lock(state_->mutex);
-        state_->schedule.cancel(timer);
+        dropped = state_->schedule.cancel(timer);
     }
 
     void run(const Task& task) override {
@@ -52,12 +54,10 @@ public:
     }
 
     void close() override {
+        dropWaiting();
+        if (onOwnThread()) return;
         std::unique_lock lock(state_->mutex);
-        state_->closed = true;
-        auto dropped = std::exchange(state_->schedule, {});
-        state_->changed.notify_all();
-        if (!onOwnThread()) state_->changed.wait(lock, [this] { return !state_->busy; });
-        lock.unlock();  // what the dropped tasks hold goes without the lock
+        state_->changed.wait(lock, [this] { return !state_->busy; });
     }
 
 private:
@@ -101,6 +101,15 @@ private:
         }
     };
 
+    // Closes at once. What the dropped tasks hold goes without the lock: it may call back in.
+    void dropWaiting() {
+        TaskSchedule dropped;
+        const std::lock_guard lock(state_->mutex);
+        state_->closed = true;
+        std::swap(dropped, state_->schedule);
+        state_->changed.notify_all();
+    }
+
     bool onOwnThread() const { return std::this_thread::get_id() == thread_.get_id(); }
 
     std::shared_ptr<State> state_ = std::make_shared<State>();
@@ -109,7 +118,7 @@ private:
 
 }  // namespace
 
-std::shared_ptr<SerialQueue> SerialQueue::withThread(const std::string& label) {
+std::shared_ptr<SerialQueue> SerialQueue::withThread(const std::string& label) noexcept {
     return std::make_shared<ThreadQueue>(label);
 }
 

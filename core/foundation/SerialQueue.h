@@ -22,8 +22,9 @@ public:
     // Names one delayed task. Only ever counts up.
     using Timer = unsigned long long;
 
-    // A queue with a thread of its own, named `label`. It sleeps while nothing is due.
-    static std::shared_ptr<SerialQueue> withThread(const std::string& label);
+    // A queue with a thread of its own, named `label`. It sleeps while nothing is due. Made at the program's
+    // start; where not even then a thread can be had, the program ends.
+    static std::shared_ptr<SerialQueue> withThread(const std::string& label) noexcept;
 
     virtual ~SerialQueue() = default;
 

@@ -1,5 +1,7 @@
 #include "core/foundation/TaskSchedule.h"
 
+#include <algorithm>
+
 namespace tarnik {
 
 TaskSchedule::Timer TaskSchedule::push(TimePoint due, Task task) {
@@ -7,8 +9,11 @@ TaskSchedule::Timer TaskSchedule::push(TimePoint due, Task task) {
     return lastTimer_;
 }
 
-void TaskSchedule::cancel(Timer timer) {
-    std::erase_if(waiting_, [timer](const auto& entry) { return entry.first.second == timer; });
+std::optional<TaskSchedule::Task> TaskSchedule::cancel(Timer timer) {
+    const auto found =
+        std::ranges::find(waiting_, timer, [](const auto& entry) { return entry.first.second; });
+    if (found == waiting_.end()) return std::nullopt;
+    return std::move(waiting_.extract(found).mapped());
 }
 
 std::optional<TimePoint> TaskSchedule::nextDue() const {

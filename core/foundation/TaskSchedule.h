@@ -18,9 +18,9 @@ public:
 
     Timer push(TimePoint due, Task task);
 
-    // Does nothing once the task was taken.
-    void cancel(Timer timer);
-    void clear() { waiting_.clear(); }
+    // Gives back the dropped task, so that what it holds can go without the caller's lock. None once it was
+    // taken.
+    std::optional<Task> cancel(Timer timer);
 
     std::optional<TimePoint> nextDue() const;
 

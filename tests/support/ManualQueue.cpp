@@ -31,8 +31,9 @@ SerialQueue::Timer ManualQueue::postAfter(Seconds delay, Task task) {
 }
 
 void ManualQueue::cancel(Timer timer) {
+    std::optional<Task> dropped;  // goes after the lock: what it holds may call back in
     const std::lock_guard lock(mutex_);
-    schedule_.cancel(timer);
+    dropped = schedule_.cancel(timer);
 }
 
 void ManualQueue::run(const Task& task) {
@@ -41,9 +42,10 @@ void ManualQueue::run(const Task& task) {
 
 void ManualQueue::close() {
     const std::lock_guard turn(running_);
+    TaskSchedule dropped;
     const std::lock_guard lock(mutex_);
     closed_ = true;
-    schedule_.clear();
+    std::swap(dropped, schedule_);
 }
 
 void ManualQueue::advance(Seconds by) {
