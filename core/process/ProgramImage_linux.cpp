@@ -1,11 +1,14 @@
 #include "core/process/ProgramImage.h"
 
+#include <cerrno>
 #include <csignal>
+#include <ctime>
 
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include "core/process/CStringArray.h"
+#include "core/process/SpawnPlatform.h"
 
 namespace tarnik {
 
@@ -45,7 +48,12 @@ ProgramImage::~ProgramImage() = default;
 void ProgramImage::become() const {
     resetSignals();
     closeOthers();
-    ::execve(prepared_->executable.c_str(), prepared_->arguments.get(), prepared_->environment.get());
+    for (int attempt = 0; attempt <= busyRetries; ++attempt) {
+        ::execve(prepared_->executable.c_str(), prepared_->arguments.get(), prepared_->environment.get());
+        if (errno != ETXTBSY) return;
+        constexpr timespec pause{.tv_sec = 0, .tv_nsec = std::chrono::nanoseconds(busyPause).count()};
+        ::nanosleep(&pause, nullptr);
+    }
 }
 
 }  // namespace tarnik

@@ -19,13 +19,17 @@ namespace {
 // A terminal that says it can take input takes at least this much without blocking.
 constexpr std::size_t writeBytes = 256;
 
-bool waitWritable(int fd) {
-    const auto timeout = std::chrono::ceil<std::chrono::milliseconds>(PtyProcess::writeTimeout);
-    pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
-    int ready = 0;
-    do ready = ::poll(&entry, 1, static_cast<int>(timeout.count()));
-    while (ready < 0 && errno == EINTR);
-    return ready > 0;
+// False when the terminal takes nothing until `deadline`, and when nobody is left on its other side: Linux
+// would still accept the bytes.
+bool waitWritable(int fd, TimePoint deadline) {
+    while (true) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steadyNow());
+        const auto timeout = static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
+        pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
+        const int ready = ::poll(&entry, 1, timeout);
+        if (ready < 0 && errno == EINTR) continue;
+        return ready > 0 && (entry.revents & (POLLHUP | POLLERR | POLLNVAL)) == 0;
+    }
 }
 
 class SignalsBlocked {
@@ -73,7 +77,9 @@ std::expected<std::shared_ptr<PtyProcess>, SpawnError> PtyProcess::spawn(const S
 }
 
 PtyProcess::PtyProcess(std::shared_ptr<ChildProcess> child, UniqueFd master)
-    : child_(std::move(child)), master_(std::move(master)), input_(UniqueFd::duplicate(master_.get())) {}
+    : child_(std::move(child)),
+      master_(std::move(master)),
+      input_(master_ ? UniqueFd::duplicate(master_.get()) : UniqueFd()) {}
 
 UniqueFd PtyProcess::takeMaster() {
     return std::move(master_);
@@ -82,8 +88,9 @@ UniqueFd PtyProcess::takeMaster() {
 bool PtyProcess::write(std::string_view text) {
     const std::lock_guard lock(writeMutex_);
     if (!input_) return false;
+    const TimePoint deadline = after(steadyNow(), writeTimeout);
     while (!text.empty()) {
-        if (!waitWritable(input_.get())) return false;
+        if (!waitWritable(input_.get(), deadline)) return false;
         const ssize_t count = ::write(input_.get(), text.data(), std::min(text.size(), writeBytes));
         if (count < 0 && errno == EINTR) continue;
         if (count <= 0) return false;

@@ -38,7 +38,7 @@ public:
     UniqueFd takeMaster();
 
     // Types `text`; whether all of it was taken. False after closeInput(), on a dead terminal, and when the
-    // terminal takes nothing for writeTimeout. Two texts are never mixed. Call from any thread.
+    // terminal hasn't taken it within writeTimeout. Two texts are never mixed. Call from any thread.
     bool write(std::string_view text);
 
     // Later writes return false. Sends nothing to the child.

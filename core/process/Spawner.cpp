@@ -27,11 +27,6 @@ constexpr Seconds terminateGrace = 2s;
 constexpr Seconds killGrace = 5s;
 constexpr Seconds outputGrace = 5s;
 
-// A program that was only just written can't be run while a child of another thread, not yet past its own
-// exec, still holds it open for writing (ETXTBSY). That lasts moments.
-constexpr int busyRetries = 50;
-constexpr Seconds busyPause = 10ms;
-
 // A descriptor of ours that happens to be 0, 1 or 2 is lent to the child from above: there, an earlier
 // duplication could have replaced it, and duplicated onto itself it would stay close-on-exec.
 class Lent {

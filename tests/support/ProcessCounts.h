@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cerrno>
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
+#include <ostream>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+
+namespace tarnik {
+
+// What this process holds of the things that a careless spawner leaks.
+struct ProcessCounts {
+    std::ptrdiff_t descriptors = 0;
+    std::ptrdiff_t threads = 0;  // 0 where the system has no /proc
+    bool children = false;       // running or waiting to be reaped
+
+    static ProcessCounts now() {
+        siginfo_t ignored{};
+        return {
+            .descriptors = entries("/dev/fd"),
+            .threads = entries("/proc/self/task"),
+            .children = ::waitid(P_ALL, 0, &ignored, WEXITED | WNOHANG | WNOWAIT) == 0 || errno != ECHILD};
+    }
+
+    bool operator==(const ProcessCounts&) const = default;
+
+    friend std::ostream& operator<<(std::ostream& out, const ProcessCounts& counts) {
+        return out << counts.descriptors << " descriptors, " << counts.threads << " threads, "
+                   << (counts.children ? "with" : "no") << " children";
+    }
+
+private:
+    static std::ptrdiff_t entries(const char* folder) {
+        std::error_code ignored;
+        return std::distance(std::filesystem::directory_iterator(folder, ignored), {});
+    }
+};
+
+}  // namespace tarnik
