@@ -11,15 +11,6 @@ const NodeHome standard{.path = "/Users/me/.tarnik/node", .isDefault = true};
 const NodeHome chosen{.path = "/n", .isDefault = false};
 const std::string searchPath = "/usr/bin:/bin:/usr/sbin:/sbin";
 
-TEST(NodeLaunch, namesTheScriptAndTheMode) {
-    const std::string script = "/n/app/lib/node_modules/openclaw/openclaw.mjs";
-    EXPECT_EQ(chosen.nodeBinary(), "/n/runtime/node/bin/node");
-    EXPECT_EQ(NodeLaunch::runArguments(chosen),
-              (std::vector<std::string>{script, "node", "run", "--parent-stdin"}));
-    EXPECT_EQ(NodeLaunch::connectArguments(chosen, " https://x/?a=%20 "),
-              (std::vector<std::string>{script, "connect", " https://x/?a=%20 "}));
-}
-
 TEST(NodeLaunch, passesOnTheEnvironmentWithoutWhatSteersTheNode) {
     const Environment own{{"HOME", "/h"}, {"PATH", "/p"}};
     const auto with = [](Environment base, const Environment& more) {
