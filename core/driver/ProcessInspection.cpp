@@ -1,9 +1,8 @@
 #include "core/driver/ProcessInspection.h"
 
 #include <cerrno>
+#include <csignal>
 #include <thread>
-
-#include <signal.h>
 
 #include "core/foundation/Paths.h"
 

@@ -26,7 +26,7 @@ std::string standardize(std::string_view path) {
 }
 
 std::string resolvingLinks(std::string_view path) {
-    const std::string plain = standardize(path);
+    std::string plain = standardize(path);
     std::string existing = plain;
     while (existing != "/") {
         if (const auto real = realPath(existing)) return standardize(*real + plain.substr(existing.size()));

@@ -27,7 +27,7 @@ std::string NodeHome::defaultPath(std::string_view homeDirectory) {
 std::expected<NodeHome, NodeHome::ResolveError> NodeHome::resolve(const std::optional<std::string>& chosen,
                                                                   std::string_view homeDirectory) {
     using enum ResolveError::Reason;
-    const NodeHome standard{.path = defaultPath(homeDirectory), .isDefault = true};
+    NodeHome standard{.path = defaultPath(homeDirectory), .isDefault = true};
     const std::string_view text = trimmingWhiteSpace(chosen ? std::string_view(*chosen) : "");
     if (text.empty()) return standard;
     if (!text.starts_with('/')) return std::unexpected(ResolveError{notAbsolute, std::string(text)});
