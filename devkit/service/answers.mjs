@@ -1,0 +1,32 @@
+// What the service answers with, before anything is done to it on its way out.
+import { createReadStream, readFileSync, statSync } from 'node:fs';
+import path from 'node:path';
+import { Readable } from 'node:stream';
+
+const releaseFileName = /^[A-Za-z0-9_-][A-Za-z0-9._-]{0,199}$/;
+
+export function json(status, value) {
+  const body = Buffer.from(`${JSON.stringify(value)}\n`);
+  return {
+    status,
+    type: 'application/json',
+    length: body.length,
+    open: () => Readable.from([body]),
+    whole: () => body,
+  };
+}
+
+export const notFound = json(404, { v: 1, error: 'there is nothing here' });
+
+export function releaseFile(folder, name) {
+  const target = path.join(folder, name);
+  const found = releaseFileName.test(name) && statSync(target, { throwIfNoEntry: false });
+  if (!found || !found.isFile()) return notFound;
+  return {
+    status: 200,
+    type: name.endsWith('.json') ? 'application/json' : 'application/gzip',
+    length: found.size,
+    open: () => createReadStream(target),
+    whole: () => readFileSync(target),
+  };
+}

@@ -1,0 +1,79 @@
+// How an answer goes out: as it should, or in one of the ways in which servers and networks go wrong.
+import { Readable } from 'node:stream';
+import { pipeline } from 'node:stream/promises';
+import { setTimeout as pause } from 'node:timers/promises';
+import { json } from './answers.mjs';
+
+const slowPieces = 40;
+const slowPauseMs = 75;
+const dripPauseMs = 1000;
+const blockOfNoise = Buffer.alloc(64 * 1024, 'endless ');
+export const movedTo = '/devkit/moved';
+
+function start(response, { status, type, length }, headers = {}) {
+  const size = length === undefined ? {} : { 'content-length': length };
+  response.writeHead(status, { 'content-type': type, ...size, ...headers });
+}
+
+export async function deliver(response, answer) {
+  start(response, answer);
+  await pipeline(answer.open(), response);
+}
+
+async function* piecewise(body, pieceLength, pauseMs) {
+  for (let at = 0; at < body.length; at += pieceLength) {
+    yield body.subarray(at, at + pieceLength);
+    await pause(pauseMs);
+  }
+}
+
+async function* endlessly(body) {
+  yield body;
+  for (;;) yield blockOfNoise;
+}
+
+async function inPieces(response, answer, pieces, pauseMs) {
+  start(response, answer);
+  const pieceLength = Math.ceil(answer.length / pieces);
+  await pipeline(Readable.from(piecewise(answer.whole(), pieceLength, pauseMs)), response);
+}
+
+function failWith(status) {
+  return (response) => deliver(response, json(status, { v: 1, error: `status ${status}, as asked for` }));
+}
+
+function redirect(response, location) {
+  start(response, { status: 302, type: 'text/plain', length: 0 }, { location });
+  response.end();
+}
+
+// Each is given the response, the answer that should have gone out, and the path that was asked for.
+export const misbehaviours = {
+  404: failWith(404),
+  500: failWith(500),
+  // Three seconds for the whole body, however long it is.
+  slow: (response, answer) => inPieces(response, answer, slowPieces, slowPauseMs),
+  drip: (response, answer) => inPieces(response, answer, answer.length, dripPauseMs),
+  'cut-off': (response, answer) => {
+    start(response, answer);
+    const body = answer.whole();
+    response.write(body.subarray(0, body.length / 2), () => response.destroy());
+  },
+  endless: async (response, answer) => {
+    start(response, { ...answer, length: undefined });
+    await pipeline(Readable.from(endlessly(answer.whole())), response);
+  },
+  redirect: (response, answer, path) => redirect(response, movedTo + path),
+  'redirect-to-file': (response) => redirect(response, 'file:///etc/hosts'),
+  'redirect-loop': (response, answer, path) => redirect(response, path),
+  altered: (response, answer) => {
+    const body = Buffer.from(answer.whole());
+    body[body.length >> 1] ^= 1;
+    start(response, answer);
+    response.end(body);
+  },
+  stall: (response, answer) => {
+    start(response, answer);
+    response.flushHeaders();
+  },
+};
