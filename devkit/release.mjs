@@ -1,0 +1,67 @@
+// Makes a release for the service stand-in, and prints one JSON line about it:
+//
+//     node devkit/release.mjs --folder DIR [--key FILE] [--version V] [--platform KEY] [--channel NAME]
+//                             [--helper-size MIB] [--runtime real|tiny|none] [--cache DIR] [--fault NAME]
+//
+// Without --key, the key that signs the release is made for it and forgotten.
+import path from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { parseArgs } from 'node:util';
+import { faults } from './release/faults.mjs';
+import { defaultVersion, machinePlatform, makeRelease } from './release/makeRelease.mjs';
+import { freshKey, keyInFile } from './release/signing.mjs';
+
+const wrongUsage = 2;
+const builtFolder = fileURLToPath(new URL('../build/devkit', import.meta.url));
+const options = {
+  folder: { type: 'string' },
+  key: { type: 'string' },
+  version: { type: 'string', default: defaultVersion },
+  platform: { type: 'string', default: machinePlatform },
+  channel: { type: 'string', default: 'stable' },
+  'helper-size': { type: 'string', default: '0' },
+  runtime: { type: 'string', default: 'real' },
+  cache: { type: 'string', default: path.join(builtFolder, 'runtime') },
+  fault: { type: 'string' },
+};
+
+const rules = [
+  ['folder', (value) => value, 'a folder for the release'],
+  ['version', (value) => /^\d{4}\.\d{1,2}\.\d{1,3}(-\d{1,4})?$/.test(value), 'a version such as 2026.1.1'],
+  ['channel', (value) => ['stable', 'beta'].includes(value), 'stable or beta'],
+  ['helper-size', (value) => /^\d{1,3}$/.test(value), 'a number of MiB'],
+  ['runtime', (value) => ['real', 'tiny', 'none'].includes(value), 'real, tiny or none'],
+  ['fault', (value) => value === undefined || Object.hasOwn(faults, value),
+    `one of ${Object.keys(faults).join(', ')}`],
+];
+
+function refuse(message) {
+  console.error(message);
+  process.exit(wrongUsage);
+}
+
+function readArguments() {
+  try {
+    const { values } = parseArgs({ options });
+    for (const [name, isGood, wanted] of rules) {
+      if (!isGood(values[name])) refuse(`--${name} must be ${wanted}`);
+    }
+    return values;
+  } catch (error) {
+    return refuse(error.message);
+  }
+}
+
+const values = readArguments();
+const release = await makeRelease({
+  folder: path.resolve(values.folder),
+  key: values.key === undefined ? freshKey() : keyInFile(values.key),
+  version: values.version,
+  platform: values.platform,
+  channel: values.channel,
+  helperSizeMiB: Number(values['helper-size']),
+  runtime: values.runtime,
+  cache: path.resolve(values.cache),
+  fault: values.fault,
+});
+console.log(JSON.stringify(release));

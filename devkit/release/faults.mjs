@@ -1,0 +1,54 @@
+// Releases made wrong. Each fault takes part at one of these moments:
+//
+//     version    the version that is released
+//     members    the members of the helper package, and a folder that they may try to reach
+//     package    the helper package once it is written
+//     manifest   the manifest before it is signed
+//     signing    the release file, with the build's key
+import { writeFileSync } from 'node:fs';
+import { entry, wrapper } from './helperPackage.mjs';
+import { freshKey } from './signing.mjs';
+import { file, folder, hardLink, link } from './tarball.mjs';
+
+const escaped = Buffer.from('escaped\n');
+const inside = (name) => `tarnik-node/${name}`;
+const without = (name) => (members) => members.filter((member) => member.name !== name);
+
+export const faults = {
+  'older-version': { version: () => '2025.1.1' },
+  'beta-channel': { manifest: (manifest) => ({ ...manifest, channel: 'beta' }) },
+  'no-artifact': { manifest: (manifest) => ({ ...manifest, artifacts: {} }) },
+  'wrong-shape': { manifest: ({ upstream, ...manifest }) => manifest },
+  'wrong-key': {
+    signing: (release) => {
+      const other = freshKey();
+      return { ...release, keyId: other.keyId, sig: other.signature(release.manifest) };
+    },
+  },
+  'bad-signature': { signing: (release) => ({ ...release, sig: freshKey().signature(release.manifest) }) },
+  'not-json': { signing: () => 'moved to another address' },
+
+  'missing-wrapper': { members: without(wrapper) },
+  'missing-entry': { members: without(entry) },
+  'not-a-tar': { package: (target) => writeFileSync(target, 'this is no archive\n') },
+
+  // These try to write outside the folder that they are unpacked in.
+  'dot-dot-member': { members: (members) => [...members, file(inside('../../../../../escaped'), escaped)] },
+  'absolute-member': { members: (members, outside) => [...members, file(`${outside}/escaped`, escaped)] },
+  'through-a-link': {
+    members: (members, outside) => [
+      ...members, link(inside('way-out'), outside), file(inside('way-out/escaped'), escaped),
+    ],
+  },
+  'hard-link-out': {
+    members: (members, outside) => [
+      ...members, hardLink(inside('shared'), `${outside}/precious`), file(inside('shared'), escaped),
+    ],
+  },
+  // A folder that can't be listed, in a package that is refused: it must be cleared away all the same.
+  'locked-folder': {
+    members: (members) => [
+      ...without(wrapper)(members), file(inside('locked/file'), escaped), folder(inside('locked'), 0),
+    ],
+  },
+};
