@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iterator>
 #include <ostream>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -17,6 +18,12 @@ struct ProcessCounts {
     std::ptrdiff_t threads = 0;  // 0 where the system has no /proc
     bool children = false;       // running or waiting to be reaped
 
+    // To compare with later: a sanitizer's own thread starts with the first of ours.
+    static ProcessCounts baseline() {
+        std::thread([] {}).join();
+        return now();
+    }
+
     static ProcessCounts now() {
         siginfo_t ignored{};
         return {
@@ -25,7 +32,9 @@ struct ProcessCounts {
             .children = ::waitid(P_ALL, 0, &ignored, WEXITED | WNOHANG | WNOWAIT) == 0 || errno != ECHILD};
     }
 
-    bool operator==(const ProcessCounts&) const = default;
+    bool holdsNoMoreThan(const ProcessCounts& before) const {
+        return descriptors <= before.descriptors && threads <= before.threads && children <= before.children;
+    }
 
     friend std::ostream& operator<<(std::ostream& out, const ProcessCounts& counts) {
         return out << counts.descriptors << " descriptors, " << counts.threads << " threads, "
