@@ -165,12 +165,4 @@ void PairingSession::deliverUpdates() {
     delivering_ = false;
 }
 
-std::string describe(PairingSession::Failure failure) {
-    switch (failure) {
-        case PairingSession::Failure::notInstalled: return "tarnik's helper isn't installed on this Mac yet.";
-        case PairingSession::Failure::busy: break;
-    }
-    return "This Mac is already connecting with another link. Finish or cancel that one first.";
-}
-
 }  // namespace tarnik

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "core/foundation/Time.h"
+#include "core/pairing/PairingFailure.h"
 #include "core/pairing/PairingPhase.h"
 #include "core/process/FDReader.h"
 #include "core/process/PtyProcess.h"
@@ -50,7 +51,7 @@ public:
         bool operator==(const Snapshot&) const = default;
     };
 
-    enum class Failure { notInstalled, busy };
+    using Failure = PairingFailure;
 
     using SpawnPty = std::function<std::expected<std::shared_ptr<PtyProcess>, SpawnError>(
         const SpawnRequest&, ChildProcess::OnExit)>;
@@ -111,8 +112,5 @@ private:
     std::deque<Snapshot> updates_;  // changes not yet told
     bool delivering_ = false;
 };
-
-// The message for the person.
-std::string describe(PairingSession::Failure failure);
 
 }  // namespace tarnik

@@ -1,0 +1,329 @@
+#include "core/node/NodeSupervisor.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "core/process/Spawner.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeChild.h"
+#include "tests/support/ManualQueue.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace NodeStates;
+
+const std::string endpointKey(CuaDriverEndpoint::environmentKey);
+const CuaDriverEndpoint endpointA{"/tmp/a.sock", "/opt/driver"};
+const CuaDriverEndpoint endpointB{"/tmp/b.sock", "/opt/driver"};
+
+struct Fixture {
+    TemporaryFolder folder;
+    NodeHome home = NodeHome::resolve(folder.path() + "/node", "/Users/me").value();
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    std::shared_ptr<ManualQueue> queue = std::make_shared<ManualQueue>(clock);
+    FakeSpawner spawner;
+    std::vector<std::string> messages;
+    std::vector<NodeState> states;
+    std::optional<NodeSupervisor> made;
+
+    NodeSupervisorDeps deps() {
+        auto deps = NodeSupervisorDeps::production();
+        deps.spawn = spawner.spawn();
+        deps.spawnPty = spawner.spawnPty();
+        deps.now = [this] { return clock->now(); };
+        deps.makeQueue = [this](const std::string&) { return queue; };
+        return deps;
+    }
+
+    void write(const std::string& path, const std::string& text = "") const {
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+        std::ofstream(path) << text;
+        ::chmod(path.c_str(), 0700);
+    }
+    void install() const {
+        write(home.nodeBinary());
+        write(home.entry());
+    }
+    void join() const { write(home.joinRecord()); }
+
+    NodeSupervisor& supervisor(std::optional<NodeSupervisorDeps> with = {}) {
+        if (!made) {
+            made.emplace(
+                home, Environment{{"PATH", "/bin"}, {"HOME", "/Users/me"}}, with ? *with : deps(),
+                [this](const std::string& text) { messages.push_back(text); },
+                [this](const NodeState& state) { states.push_back(state); });
+        }
+        return *made;
+    }
+    void startJoined() {
+        install();
+        join();
+        supervisor().start();
+    }
+    std::shared_ptr<PairingSession> pair(const std::string& link = "https://join.example") {
+        return supervisor().beginPairing(link, {}).value();
+    }
+    void prompt(const std::shared_ptr<PairingSession>& session) {
+        spawner.last().print("Press Enter to connect it");
+        ASSERT_TRUE(
+            eventually([&] { return session->phase() == PairingPhase(PairingPhases::WaitingForYes{}); }));
+    }
+    std::shared_ptr<PairingSession> connect() {
+        auto session = pair();
+        prompt(session);
+        session->confirm();
+        queue->advance(15s);
+        return session;
+    }
+};
+
+TEST(NodeSupervisor, saysOnceWhatIsMissing) {
+    Fixture f;
+    f.supervisor().start();
+    f.supervisor().start();
+    EXPECT_EQ(f.states, std::vector<NodeState>{NotInstalled{}});
+    f.install();
+    f.supervisor().start();
+    EXPECT_EQ(f.states.back(), NodeState(WaitingForLink{}));
+    EXPECT_EQ(f.spawner.count(), 0U);
+    f.join();
+    f.supervisor().start();
+    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+    EXPECT_EQ(f.supervisor().runningPID(), f.spawner.last().handle()->pid());
+}
+
+TEST(NodeSupervisor, startsTheNodeOnItsOwnInput) {
+    Fixture f;
+    f.startJoined();
+    const auto& request = f.spawner.last().request();
+    EXPECT_EQ(request.executable, f.home.nodeBinary());
+    EXPECT_EQ(request.arguments, (std::vector<std::string>{f.home.entry(), "node", "run", "--parent-stdin"}));
+    EXPECT_TRUE(request.standardInput.descriptor());
+    EXPECT_EQ(request.standardOutput, Stdio::null());
+    EXPECT_EQ(request.environment.at("TARNIK_HOME"), f.home.path);
+    f.supervisor().stop();
+    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+    EXPECT_EQ(f.spawner.last().handle()->exitStatus(), ExitStatus::exited(0));  // at the end of its input
+    EXPECT_TRUE(f.spawner.last().signals().empty());
+    EXPECT_TRUE(f.messages.empty());
+}
+
+TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
+    Fixture f;
+    f.startJoined();
+    for (const Seconds delay : {1s, 2s, 4s, 8s, 16s, 30s, 60s, 60s}) {
+        f.spawner.last().end(ExitStatus::exited(1));
+        EXPECT_EQ(f.states.back(), NodeState(Restarting{delay}));
+        f.queue->advance(delay - 1ms);
+        EXPECT_EQ(f.states.back(), NodeState(Restarting{delay}));
+        f.queue->advance(1ms);
+        EXPECT_EQ(f.states.back(), NodeState(Running{}));
+    }
+    EXPECT_EQ(f.messages.front(), "the node stopped (exit 1)");
+    f.queue->advance(60s);
+    f.spawner.last().end(ExitStatus::signaled(SIGKILL));
+    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));
+    EXPECT_EQ(f.messages.back(), "the node stopped (signal 9)");
+    EXPECT_EQ(f.spawner.count(), 9U);
+}
+
+TEST(NodeSupervisor, triesAgainWhenTheNodeCannotBeStarted) {
+    Fixture f;
+    f.spawner.failure = SpawnError{"posix_spawn /node", ENOENT};
+    f.startJoined();
+    f.queue->advance(1s);
+    EXPECT_EQ(f.messages,
+              std::vector<std::string>(
+                  2, "couldn't start the node: posix_spawn /node failed: No such file or directory"));
+    EXPECT_EQ(f.states, (std::vector<NodeState>{Restarting{1s}, Restarting{2s}}));
+    f.spawner.failure.reset();
+    f.queue->advance(2s);
+    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+}
+
+TEST(NodeSupervisor, stopCancelsAPendingRestart) {
+    Fixture f;
+    f.startJoined();
+    f.spawner.last().end(ExitStatus::exited(1));
+    f.supervisor().stop();
+    f.queue->advance(1h);
+    EXPECT_EQ(f.spawner.count(), 1U);
+    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+}
+
+TEST(NodeSupervisor, ignoresTheLateWordOfAnOlderNode) {
+    Fixture f;
+    f.install();
+    f.join();
+    f.spawner.manners = FakeChild::Manners::ignores;
+    auto deps = f.deps();
+    deps.stopGraces = {.inputClosed = 0s, .terminated = 0s};
+    f.supervisor(deps).start();
+    // The old node survives everything until its killer's patience is over; its end comes in between.
+    std::thread late([&f] {
+        EXPECT_TRUE(eventually([&f] { return f.spawner.last().signals().size() == 2; }));
+        f.spawner.last().end(ExitStatus::signaled(SIGKILL));
+    });
+    f.supervisor().setEndpoint(endpointA);
+    late.join();
+    EXPECT_EQ(f.spawner.at(0).signals(), (std::vector{SIGTERM, SIGKILL}));
+    EXPECT_EQ(f.states, std::vector<NodeState>{Running{}});
+    EXPECT_TRUE(f.messages.empty());
+    EXPECT_EQ(f.spawner.count(), 2U);
+    f.spawner.last().end(ExitStatus::exited(0));
+}
+
+TEST(NodeSupervisor, restartsOnlyForAnotherEndpoint) {
+    Fixture f;
+    f.supervisor().setEndpoint(endpointA);
+    f.startJoined();
+    f.spawner.last().end(ExitStatus::exited(1));
+    f.queue->advance(1s);
+    f.supervisor().setEndpoint(endpointA);
+    EXPECT_EQ(f.spawner.count(), 2U);
+    f.supervisor().setEndpoint(endpointB);
+    EXPECT_EQ(f.spawner.count(), 3U);
+    EXPECT_EQ(f.spawner.last().request().environment.at(endpointKey), endpointB.environmentValue());
+    f.spawner.last().end(ExitStatus::exited(1));
+    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff began anew
+    f.supervisor().setEndpoint(std::nullopt);
+    f.queue->advance(1s);
+    EXPECT_FALSE(f.spawner.last().request().environment.contains(endpointKey));
+}
+
+TEST(NodeSupervisor, refusesToPairWithoutChangingAnything) {
+    Fixture f;
+    const auto missing = f.supervisor().beginPairing("https://join.example", {});
+    EXPECT_EQ(describe(missing.error()), "tarnik's helper isn't installed on this Mac yet.");
+    EXPECT_TRUE(f.states.empty());
+    f.install();
+    const auto session = f.pair();
+    EXPECT_EQ(f.states, std::vector<NodeState>{NodeStates::Pairing{}});
+    const auto busy = f.supervisor().beginPairing("https://other.example", {});
+    EXPECT_EQ(describe(busy.error()),
+              "This Mac is already connecting with another link. Finish or cancel that one first.");
+    EXPECT_EQ(f.spawner.count(), 1U);
+    EXPECT_TRUE(session->isInProgress());
+}
+
+TEST(NodeSupervisor, pairsAndHandsBackToTheNode) {
+    Fixture f;
+    f.startJoined();
+    const auto session = f.connect();
+    EXPECT_EQ(f.spawner.at(0).handle()->exitStatus(), ExitStatus::exited(0));
+    EXPECT_EQ(f.spawner.last().request().arguments,
+              (std::vector<std::string>{f.home.entry(), "connect", "https://join.example"}));
+    EXPECT_EQ(f.states, (std::vector<NodeState>{Running{}, NodeStates::Pairing{}, Running{}}));
+    EXPECT_FALSE(f.supervisor().runningPID());
+    f.spawner.last().end(ExitStatus::exited(0));
+    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));
+    f.queue->advance(1s);
+    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+    EXPECT_TRUE(f.supervisor().runningPID());
+}
+
+TEST(NodeSupervisor, waitsForAnotherLinkWhenPairingFails) {
+    Fixture f;
+    f.install();
+    f.pair();
+    f.spawner.last().end(ExitStatus::exited(1));
+    EXPECT_EQ(f.states, (std::vector<NodeState>{NodeStates::Pairing{}, WaitingForLink{}}));
+    f.queue->advance(1h);
+    EXPECT_EQ(f.spawner.count(), 1U);
+}
+
+TEST(NodeSupervisor, takesANewLinkOverAConnectedOne) {
+    Fixture f;
+    f.startJoined();
+    const auto first = f.connect();
+    const auto second = f.pair("https://other.example");
+    EXPECT_EQ(f.spawner.at(1).signals(), std::vector{SIGTERM});
+    EXPECT_EQ(f.states.back(), NodeState(NodeStates::Pairing{}));
+    EXPECT_TRUE(second->isInProgress());
+}
+
+TEST(NodeSupervisor, bringsTheNodeBackWhenTheConnectCommandCannotBeStarted) {
+    Fixture f;
+    f.startJoined();
+    f.spawner.failure = SpawnError{"forkpty", EAGAIN};
+    EXPECT_FALSE(f.supervisor().beginPairing("https://join.example", {}));
+    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));
+    f.spawner.failure.reset();
+    f.queue->advance(1s);
+    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+}
+
+TEST(NodeSupervisor, holdsANewEndpointBackWhilePairing) {
+    Fixture f;
+    f.startJoined();
+    const auto session = f.pair();
+    f.prompt(session);
+    f.supervisor().setEndpoint(endpointA);
+    f.queue->advance(10min);
+    EXPECT_TRUE(session->isInProgress());
+    session->confirm();
+    f.queue->advance(89s);
+    EXPECT_EQ(f.spawner.count(), 2U);
+    f.queue->advance(15s);  // the next look
+    EXPECT_EQ(f.spawner.count(), 3U);
+    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+    EXPECT_TRUE(f.spawner.last().request().environment.contains(endpointKey));
+
+    // A run that ends first leaves nothing to do later.
+    f.prompt(f.pair());
+    f.supervisor().setEndpoint(endpointB);
+    f.spawner.last().end(ExitStatus::exited(1));
+    f.queue->advance(1s);
+    EXPECT_EQ(f.spawner.count(), 5U);
+    f.queue->advance(1h);
+    EXPECT_EQ(f.spawner.count(), 5U);
+}
+
+TEST(NodeSupervisor, killsANodeThatWillNotLeave) {
+    Fixture f;
+    f.install();
+    f.join();
+    auto deps = f.deps();
+    deps.stopGraces = {.inputClosed = 50ms, .terminated = 50ms};
+    std::shared_ptr<ChildProcess> child;
+    deps.spawn = [&child](SpawnRequest request, ChildProcess::OnExit onExit) {
+        request.executable = TARNIK_CHILDREN_DIR "/ignore_term";
+        request.arguments.clear();
+        auto spawned = Spawner::spawn(request, std::move(onExit));
+        child = spawned.value_or(nullptr);
+        return spawned;
+    };
+    f.supervisor(deps).start();
+    ASSERT_TRUE(child);
+    EXPECT_TRUE(f.supervisor().runningPID());
+    f.supervisor().stop();
+    EXPECT_FALSE(child->isRunning());
+    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+}
+
+TEST(NodeSupervisor, mayGoWhileItsNodesLastWordIsOnTheWay) {
+    Fixture f;
+    f.install();
+    f.join();
+    f.spawner.manners = FakeChild::Manners::ignores;
+    auto deps = f.deps();
+    deps.stopGraces = {.inputClosed = 0s, .terminated = 0s};
+    f.supervisor(deps).start();
+    std::thread late([&f] {
+        EXPECT_TRUE(eventually([&f] { return f.spawner.last().signals().size() == 2; }));
+        f.spawner.last().end(ExitStatus::signaled(SIGKILL));
+    });
+    f.made.reset();
+    late.join();
+    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+}
+
+}  // namespace
+}  // namespace tarnik

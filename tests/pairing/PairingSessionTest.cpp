@@ -1,0 +1,257 @@
+#include "core/pairing/PairingSession.h"
+
+#include <csignal>
+
+#include <gtest/gtest.h>
+
+#include "core/process/Spawner.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeChild.h"
+#include "tests/support/ManualQueue.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace PairingPhases;
+
+struct Fixture {
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    ManualQueue timers{clock};
+    FakeSpawner spawner;
+    std::atomic<bool> joined = false;
+    std::mutex mutex;
+    std::vector<PairingSession::Snapshot> updates;
+    std::vector<ExitStatus> exits;
+    std::shared_ptr<PairingSession> session;
+
+    PairingSession::Setup setup() {
+        return {.request = {.executable = "/runtime/node"},
+                .spawnPty = spawner.spawnPty(),
+                .now = [this] { return clock->now(); },
+                .joined = [this] { return joined.load(); },
+                .connectedAfter = 15s,
+                .callAfter = [this](Seconds delay, auto task) { timers.postAfter(delay, std::move(task)); },
+                .onUpdate =
+                    [this](const PairingSession::Snapshot& snapshot) {
+                        const std::lock_guard lock(mutex);
+                        updates.push_back(snapshot);
+                    },
+                .onExit =
+                    [this](ExitStatus status) {
+                        const std::lock_guard lock(mutex);
+                        exits.push_back(status);
+                    }};
+    }
+
+    void start() { session = PairingSession::start(setup()).value(); }
+
+    FakeChild& command() { return spawner.last(); }
+
+    bool reaches(const PairingPhase& phase) {
+        return eventually([&] { return session->phase() == phase; });
+    }
+
+    void startAndPrompt() {
+        start();
+        command().print("Press Enter to connect it");
+        ASSERT_TRUE(reaches(WaitingForYes{}));
+    }
+
+    void startAndConfirm() {
+        startAndPrompt();
+        ASSERT_TRUE(session->confirm());
+    }
+
+    // Each phase once, in the order in which it was told.
+    std::vector<std::string> toldPhases() {
+        const std::lock_guard lock(mutex);
+        std::vector<std::string> phases;
+        for (const auto& update : updates) {
+            if (phases.empty() || phases.back() != describe(update.phase))
+                phases.push_back(describe(update.phase));
+        }
+        return phases;
+    }
+};
+
+TEST(PairingSession, findsThePromptHoweverItArrives) {
+    const std::vector<std::vector<std::string>> cases = {
+        {"Hello\r\nPress Enter to connect it: "},
+        {"Press En", "ter to conn", "ect it"},
+        {"\x1b[1mPress \x1b[32mEnter\x1b[0m to connect it"},
+        {"Press \x1b[3", "2mEnter to connect it"},
+    };
+    for (const auto& chunks : cases) {
+        Fixture f;
+        f.start();
+        for (const auto& chunk : chunks) {
+            EXPECT_EQ(f.session->phase(), PairingPhase(Starting{})) << chunk;
+            f.command().print(chunk);
+            EXPECT_TRUE(eventually([&] {
+                const std::lock_guard lock(f.mutex);
+                return f.updates.size() >= static_cast<std::size_t>(&chunk - chunks.data()) + 1;
+            }));
+        }
+        EXPECT_TRUE(f.reaches(WaitingForYes{})) << chunks.front();
+        f.session->cancel();
+    }
+}
+
+TEST(PairingSession, pressesEnterOnceAndOnlyAtThePrompt) {
+    Fixture f;
+    f.start();
+    EXPECT_FALSE(f.session->confirm());
+    f.command().print("press enter to connect it");
+    f.command().print("Press Enter to connect it");
+    ASSERT_TRUE(f.reaches(WaitingForYes{}));
+    EXPECT_TRUE(f.session->confirm());
+    EXPECT_FALSE(f.session->confirm());
+    EXPECT_EQ(f.command().typed(), "\n");
+    f.session->cancel();
+}
+
+TEST(PairingSession, countsAsConnectedWhenTheCommandRunsOn) {
+    Fixture f;
+    f.startAndConfirm();
+    f.timers.advance(14.9s);
+    EXPECT_EQ(f.session->phase(), PairingPhase(Connecting{}));
+    f.timers.advance(0.1s);
+    EXPECT_EQ(f.session->phase(), PairingPhase(Connected{}));
+    f.command().end(ExitStatus::exited(1));
+    EXPECT_EQ(f.session->phase(), PairingPhase(Connected{}));
+    EXPECT_EQ(f.toldPhases(), (std::vector<std::string>{"waitingForYes", "connecting", "connected"}));
+}
+
+TEST(PairingSession, endsWithTheCommandUntilItIsConnected) {
+    Fixture f;
+    f.startAndConfirm();
+    f.joined = true;
+    f.timers.advance(1s);
+    f.command().end(ExitStatus::exited(0));
+    EXPECT_EQ(f.session->phase(), PairingPhase(Ended{ExitStatus::exited(0)}));
+    f.timers.advance(1min);
+    EXPECT_EQ(f.session->phase(), PairingPhase(Ended{ExitStatus::exited(0)}));
+    EXPECT_EQ(f.exits, std::vector{ExitStatus::exited(0)});
+}
+
+TEST(PairingSession, cancelEndsTheCommandAndAsksWhetherItHadJoined) {
+    struct Case {
+        bool confirmed;
+        bool joined;
+        PairingPhase phase;
+    };
+    const Case cases[] = {
+        {true, true, Connected{}},
+        {true, false, Ended{ExitStatus::signaled(SIGTERM)}},
+        {false, true, Ended{ExitStatus::signaled(SIGTERM)}},
+    };
+    for (const auto& c : cases) {
+        Fixture f;
+        if (c.confirmed)
+            f.startAndConfirm();
+        else
+            f.startAndPrompt();
+        f.joined = c.joined;
+        f.session->cancel();
+        EXPECT_TRUE(f.reaches(c.phase)) << c.confirmed << c.joined;
+        EXPECT_EQ(f.command().signals(), std::vector{SIGTERM});
+        EXPECT_FALSE(f.session->confirm());
+    }
+}
+
+TEST(PairingSession, keepsTheLastCharactersOfLongOutput) {
+    Fixture f;
+    f.start();
+    const std::string family = "\U0001F469\u200D\U0001F467";  // one character, 11 bytes
+    for (int i = 0; i < 200; ++i) f.command().print(std::string(100, 'x'));
+    f.command().print(family + "end");
+    EXPECT_TRUE(eventually([&] { return f.session->snapshot().text.ends_with(family + "end"); }));
+    const auto text = f.session->snapshot().text;
+    EXPECT_LE(text.size(), PairingSession::maxTextBytes);
+    EXPECT_GE(text.size(), PairingSession::keptCharacters);
+    f.session->cancel();
+}
+
+TEST(PairingSession, isLeftAloneUntilAWhileAfterTheAnswer) {
+    Fixture f;
+    f.startAndPrompt();
+    f.timers.advance(1h);
+    EXPECT_FALSE(f.session->mayBeInterrupted(f.clock->now(), 90s));
+    f.session->confirm();
+    EXPECT_FALSE(f.session->mayBeInterrupted(f.clock->now() + 89s, 90s));
+    EXPECT_TRUE(f.session->mayBeInterrupted(f.clock->now() + 90s, 90s));
+    f.command().end(ExitStatus::exited(1));
+    EXPECT_TRUE(f.session->mayBeInterrupted(f.clock->now(), 90s));
+}
+
+TEST(PairingSession, hearsOfAnExitThatComesBeforeItHasTheHandle) {
+    Fixture f;
+    f.spawner.endsWhileStarting = ExitStatus::exited(127);
+    // The exit report waits for the handle, so it comes from another thread, as a reaper's does.
+    auto spawn = f.setup();
+    spawn.spawnPty = [inner = f.spawner.spawnPty()](const SpawnRequest& request,
+                                                    ChildProcess::OnExit onExit) {
+        return inner(request, [onExit](ExitStatus status) { std::thread([=] { onExit(status); }).detach(); });
+    };
+    f.session = PairingSession::start(std::move(spawn)).value();
+    EXPECT_TRUE(f.reaches(Ended{ExitStatus::exited(127)}));
+    EXPECT_TRUE(eventually([&] {
+        const std::lock_guard lock(f.mutex);
+        return f.exits.size() == 1;
+    }));
+}
+
+TEST(PairingSession, letsAListenerAnswerFromInsideAnUpdate) {
+    Fixture f;
+    auto setup = f.setup();
+    std::atomic<bool> confirmed = false;
+    setup.onUpdate = [&](const PairingSession::Snapshot& snapshot) {
+        const std::lock_guard lock(f.mutex);
+        f.updates.push_back(snapshot);
+        if (snapshot.phase == PairingPhase(WaitingForYes{})) confirmed = f.session->confirm();
+    };
+    f.session = PairingSession::start(std::move(setup)).value();
+    f.command().print("Press Enter to connect it");
+    ASSERT_TRUE(eventually([&] { return f.toldPhases().size() == 2; }));
+    EXPECT_TRUE(confirmed);
+    EXPECT_EQ(f.toldPhases(), (std::vector<std::string>{"waitingForYes", "connecting"}));
+    f.session->cancel();
+}
+
+TEST(PairingSession, showsWhatARealCommandSaidLast) {
+    struct Case {
+        const char* why;
+        std::vector<std::string> arguments;
+        std::string last;
+        int code;
+    };
+    const Case cases[] = {
+        {"a flood and a last word",
+         {"-c", "seq 1 20000; echo The link has expired.; exit 1"},
+         "The link has expired.\n",
+         1},
+        {"a descendant keeps the terminal",
+         {"-c", "echo Gone.; trap '' HUP; sleep 3 & exit 2"},
+         "Gone.\n",
+         2},
+    };
+    for (const auto& c : cases) {
+        Fixture f;
+        auto setup = f.setup();
+        setup.request = {.executable = "/bin/sh",
+                         .arguments = c.arguments,
+                         .environment = {{"PATH", Spawner::defaultPath}}};
+        setup.spawnPty = PtyProcess::spawn;
+        f.session = PairingSession::start(std::move(setup)).value();
+        EXPECT_TRUE(f.reaches(Ended{ExitStatus::exited(c.code)})) << c.why;
+        EXPECT_TRUE(f.session->snapshot().text.ends_with(c.last)) << c.why;
+        EXPECT_TRUE(eventually([&] {
+            const std::lock_guard lock(f.mutex);
+            return f.exits.size() == 1;
+        }));
+    }
+}
+
+}  // namespace
+}  // namespace tarnik

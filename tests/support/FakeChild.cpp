@@ -1,0 +1,104 @@
+#include "tests/support/FakeChild.h"
+
+#include <array>
+#include <utility>
+
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace tarnik {
+namespace {
+
+constexpr pid_t firstPid = 1 << 29;  // above every real one
+
+// Returns at the end of the input, which is when every write end is closed.
+void awaitEndOfInput(const UniqueFd& fd) {
+    char byte = 0;
+    while (::read(fd.get(), &byte, 1) > 0) {}
+}
+
+}  // namespace
+
+FakeChild::FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, Manners manners)
+    : request_(std::move(request)),
+      onExit_(std::move(onExit)),
+      manners_(manners),
+      handle_(std::make_shared<ChildProcess>(firstPid, [this](pid_t, int number) { signalled(number); })) {
+    const auto input = request_.standardInput.descriptor();
+    if (!input || manners_ == Manners::ignores) return;
+    threads_.emplace_back([this, fd = UniqueFd::duplicate(*input)] {
+        awaitEndOfInput(fd);
+        end(ExitStatus::exited(0));
+    });
+}
+
+FakeChild::~FakeChild() {
+    for (auto& thread : threads_) thread.join();
+}
+
+std::vector<int> FakeChild::signals() const {
+    const std::lock_guard lock(mutex_);
+    return signals_;
+}
+
+void FakeChild::end(ExitStatus status) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (std::exchange(ended_, true)) return;
+    }
+    terminal_.reset();
+    handle_->markReaped([status] { return status; });
+    if (onExit_) onExit_(status);
+}
+
+void FakeChild::print(std::string_view text) const {
+    ASSERT_EQ(::write(terminal_.get(), text.data(), text.size()), static_cast<ssize_t>(text.size()));
+}
+
+std::string FakeChild::typed() const {
+    pollfd entry{terminal_.get(), POLLIN, 0};
+    if (::poll(&entry, 1, 5000) != 1) return "(nothing was typed)";
+    std::array<char, 256> buffer{};
+    const ssize_t count = ::read(terminal_.get(), buffer.data(), buffer.size());
+    return count > 0 ? std::string(buffer.data(), static_cast<std::size_t>(count)) : std::string();
+}
+
+// Called under the handle's lock, so the end comes from another thread, as with a real child.
+void FakeChild::signalled(int number) {
+    const std::lock_guard lock(mutex_);
+    signals_.push_back(number);
+    if (manners_ == Manners::obeys)
+        threads_.emplace_back([this, number] { end(ExitStatus::signaled(number)); });
+}
+
+FakeChild& FakeSpawner::add(const SpawnRequest& request, ChildProcess::OnExit onExit) {
+    children_.push_back(std::make_unique<FakeChild>(request, std::move(onExit), manners));
+    return *children_.back();
+}
+
+NodeSupervisorDeps::Spawn FakeSpawner::spawn() {
+    return [this](const SpawnRequest& request,
+                  ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<ChildProcess>, SpawnError> {
+        if (failure) return std::unexpected(*failure);
+        return add(request, std::move(onExit)).handle();
+    };
+}
+
+PairingSession::SpawnPty FakeSpawner::spawnPty() {
+    return [this](const SpawnRequest& request,
+                  ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<PtyProcess>, SpawnError> {
+        if (failure) return std::unexpected(*failure);
+        int ends[2] = {-1, -1};
+        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+        UniqueFd master(ends[0]);
+        auto& child = add(request, std::move(onExit));
+        child.attachTerminal(UniqueFd(ends[1]));
+        auto pty = std::make_shared<PtyProcess>(child.handle(), std::move(master));
+        if (endsWhileStarting) child.end(*endsWhileStarting);
+        return pty;
+    };
+}
+
+}  // namespace tarnik

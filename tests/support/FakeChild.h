@@ -1,0 +1,75 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "core/foundation/UniqueFd.h"
+#include "core/node/NodeSupervisorDeps.h"
+#include "core/process/ChildProcess.h"
+#include "core/process/PtyProcess.h"
+#include "core/process/SpawnRequest.h"
+
+namespace tarnik {
+
+// A child without a process: ends when the test says so, or by itself on the first signal or the end of its
+// input.
+class FakeChild {
+public:
+    enum class Manners { obeys, ignores };
+
+    FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, Manners manners);
+    ~FakeChild();
+    FakeChild(const FakeChild&) = delete;
+    FakeChild& operator=(const FakeChild&) = delete;
+
+    const std::shared_ptr<ChildProcess>& handle() const { return handle_; }
+    const SpawnRequest& request() const { return request_; }
+    std::vector<int> signals() const;
+
+    // Returns when the end has been reported. A second end changes nothing.
+    void end(ExitStatus status);
+
+    // The far side of its terminal: what the program prints and what is typed at it.
+    void attachTerminal(UniqueFd farSide) { terminal_ = std::move(farSide); }
+    void print(std::string_view text) const;
+    std::string typed() const;  // waits for some, with a bound
+
+private:
+    void signalled(int number);
+
+    const SpawnRequest request_;
+    const ChildProcess::OnExit onExit_;
+    const Manners manners_;
+    const std::shared_ptr<ChildProcess> handle_;
+    UniqueFd terminal_;
+    mutable std::mutex mutex_;
+    bool ended_ = false;
+    std::vector<int> signals_;
+    std::vector<std::thread> threads_;
+};
+
+// Stands for Spawner::spawn and PtyProcess::spawn, and keeps the children.
+class FakeSpawner {
+public:
+    NodeSupervisorDeps::Spawn spawn();
+    PairingSession::SpawnPty spawnPty();
+
+    std::size_t count() const { return children_.size(); }
+    FakeChild& last() { return *children_.back(); }
+    FakeChild& at(std::size_t index) { return *children_[index]; }
+
+    FakeChild::Manners manners = FakeChild::Manners::obeys;
+    std::optional<SpawnError> failure;            // every start fails with it
+    std::optional<ExitStatus> endsWhileStarting;  // before its starter gets the handle
+
+private:
+    FakeChild& add(const SpawnRequest& request, ChildProcess::OnExit onExit);
+
+    std::vector<std::unique_ptr<FakeChild>> children_;
+};
+
+}  // namespace tarnik
