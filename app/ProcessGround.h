@@ -1,0 +1,12 @@
+#pragma once
+
+namespace tarnik {
+
+// Makes the process fit to own children, whatever started it. First thing in main(), before any thread.
+//
+// - Descriptors 0, 1 and 2 are open (on /dev/null where they were not), so that nothing of ours lands there.
+// - SIGPIPE is ignored: writing to a dead child is an error, not the end. Children get the default back.
+// - SIGCHLD is at its default: ignored, it would take every child's exit status from us.
+void layProcessGround();
+
+}  // namespace tarnik

@@ -1,0 +1,40 @@
+#include "app/SignalWatch.h"
+
+#include <csignal>
+#include <utility>
+
+#include "core/foundation/ThreadName.h"
+
+namespace tarnik {
+namespace {
+
+constexpr int nudge = SIGUSR2;  // wakes the watching thread to see that its owner ends
+
+sigset_t watched() {
+    sigset_t set;
+    ::sigemptyset(&set);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, nudge}) ::sigaddset(&set, signal);
+    return set;
+}
+
+}  // namespace
+
+SignalWatch::SignalWatch(std::function<void(int)> onSignal) {
+    const sigset_t set = watched();
+    ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    thread_ = std::thread([this, set, onSignal = std::move(onSignal)] {
+        setThreadName("tarnik.signals");
+        int signal = 0;
+        while (::sigwait(&set, &signal) == 0 && !ending_) {
+            if (signal != nudge) onSignal(signal);
+        }
+    });
+}
+
+SignalWatch::~SignalWatch() {
+    ending_ = true;
+    ::pthread_kill(thread_.native_handle(), nudge);
+    thread_.join();
+}
+
+}  // namespace tarnik

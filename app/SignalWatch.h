@@ -1,0 +1,25 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <thread>
+
+namespace tarnik {
+
+// Turns the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) into calls on a thread of its own.
+//
+// Made by main() before any other thread, so that all of them inherit the blocked signals and only this one
+// is ever handed them. Children are not concerned: they start with none blocked.
+class SignalWatch {
+public:
+    explicit SignalWatch(std::function<void(int)> onSignal);
+    ~SignalWatch();
+    SignalWatch(const SignalWatch&) = delete;
+    SignalWatch& operator=(const SignalWatch&) = delete;
+
+private:
+    std::atomic<bool> ending_ = false;
+    std::thread thread_;
+};
+
+}  // namespace tarnik

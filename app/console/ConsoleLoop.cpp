@@ -1,0 +1,70 @@
+#include "app/console/ConsoleLoop.h"
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include <poll.h>
+#include <unistd.h>
+
+namespace tarnik {
+
+ConsoleLoop::ConsoleLoop(int inputFd, Spawner::Pipe wake) : inputFd_(inputFd), wake_(std::move(wake)) {}
+
+void ConsoleLoop::post(Task task) {
+    const std::lock_guard lock(mutex_);
+    posted_.push_back(std::move(task));
+    if (posted_.size() > 1) return;  // the loop has been woken for the first
+    const char byte = 0;
+    while (::write(wake_.writeEnd.get(), &byte, 1) < 0 && errno == EINTR) {}
+}
+
+void ConsoleLoop::quit() {
+    post([this] { running_ = false; });
+}
+
+void ConsoleLoop::run(const Handlers& handlers) {
+    while (running_) {
+        std::array<pollfd, 2> entries{pollfd{wake_.readEnd.get(), POLLIN, 0},
+                                      pollfd{reading_ ? inputFd_ : -1, POLLIN, 0}};
+        if (::poll(entries.data(), entries.size(), -1) < 0) continue;  // EINTR
+        if (entries[0].revents != 0) runPosted();
+        if (entries[1].revents != 0 && reading_) readInput(handlers);
+    }
+}
+
+void ConsoleLoop::runPosted() {
+    std::vector<Task> tasks;
+    {
+        const std::lock_guard lock(mutex_);
+        char byte = 0;
+        while (::read(wake_.readEnd.get(), &byte, 1) < 0 && errno == EINTR) {}
+        tasks = std::exchange(posted_, {});
+    }
+    for (const auto& task : tasks) task();
+}
+
+void ConsoleLoop::readInput(const Handlers& handlers) {
+    std::array<char, 4096> buffer{};
+    const ssize_t count = ::read(inputFd_, buffer.data(), buffer.size());
+    if (count < 0 && (errno == EINTR || errno == EAGAIN)) return;
+    if (count <= 0) {
+        closeInput();
+        if (!partial_.empty()) handlers.onLine(std::exchange(partial_, {}));
+        handlers.onEndOfInput();
+        return;
+    }
+    for (const char c : std::string_view(buffer.data(), static_cast<std::size_t>(count))) {
+        if (c == '\n') {
+            if (!std::exchange(skipping_, false)) handlers.onLine(std::exchange(partial_, {}));
+        } else if (!skipping_) {
+            partial_ += c;
+        }
+        if (partial_.size() <= longestLine) continue;
+        partial_.clear();
+        skipping_ = true;
+        handlers.onLineTooLong();
+    }
+}
+
+}  // namespace tarnik

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "core/process/Spawner.h"
+
+namespace tarnik {
+
+// The main thread of a program without a window: sleeps until there is a line of input or a posted task.
+//
+// Made and run by main().
+class ConsoleLoop {
+public:
+    using Task = std::function<void()>;
+
+    static constexpr std::size_t longestLine = 65536;
+
+    struct Handlers {
+        std::function<void(const std::string&)> onLine;  // without its line feed
+        std::function<void()> onLineTooLong;             // once for each line over longestLine
+        std::function<void()> onEndOfInput;
+    };
+
+    // `wake` is a fresh pipe.
+    ConsoleLoop(int inputFd, Spawner::Pipe wake);
+
+    // Runs `task` on the main thread, soon. Call from any thread.
+    void post(Task task);
+
+    // Ends run() after what was posted before. Call from any thread.
+    void quit();
+
+    // Reads no more input.
+    void closeInput() { reading_ = false; }
+
+    void run(const Handlers& handlers);
+
+private:
+    void readInput(const Handlers& handlers);
+    void runPosted();
+
+    const int inputFd_;
+    Spawner::Pipe wake_;
+    bool reading_ = true;
+    bool running_ = true;
+    bool skipping_ = false;  // the rest of a line that was too long
+    std::string partial_;
+
+    std::mutex mutex_;
+    std::vector<Task> posted_;  // guarded by mutex_
+};
+
+}  // namespace tarnik

@@ -1,0 +1,74 @@
+#include "app/console/ConsoleOutput.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <string>
+
+#include <unistd.h>
+
+namespace tarnik {
+namespace {
+
+constexpr std::string_view dim = "\x1b[2m";
+constexpr std::string_view bold = "\x1b[1m";
+constexpr std::string_view red = "\x1b[31m";
+constexpr std::string_view plain = "\x1b[0m";
+
+bool wantsColours(int fd) {
+    return ::isatty(fd) != 0 && std::getenv("NO_COLOR") == nullptr;
+}
+
+// The local time of day with milliseconds.
+std::string timeOfDay() {
+    using namespace std::chrono;
+    const auto now = system_clock::now();
+    const std::time_t whole = system_clock::to_time_t(floor<seconds>(now));
+    const auto milliseconds = duration_cast<std::chrono::milliseconds>(now - floor<seconds>(now)).count();
+    std::tm local{};
+    ::localtime_r(&whole, &local);
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%02d:%02d:%02d.%03d", local.tm_hour, local.tm_min, local.tm_sec,
+                  static_cast<int>(milliseconds));
+    return text.data();
+}
+
+std::string painted(bool coloured, std::string_view colour, std::string_view text) {
+    if (!coloured) return std::string(text);
+    return std::string(colour) + std::string(text) + std::string(plain);
+}
+
+// Whoever read the output may be gone; then there is nobody to tell.
+void writeAll(int fd, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t count = ::write(fd, text.data(), text.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return;
+        text.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+}  // namespace
+
+ConsoleOutput::ConsoleOutput()
+    : coloured_(wantsColours(STDOUT_FILENO)), colouredMessages_(wantsColours(STDERR_FILENO)) {}
+
+void ConsoleOutput::line(std::string_view word, std::string_view rest) {
+    const auto colour = word == "error" ? red : bold;
+    writeAll(STDOUT_FILENO, painted(coloured_, dim, timeOfDay()) + " " + painted(coloured_, colour, word) +
+                                " " + std::string(rest) + "\n");
+}
+
+void ConsoleOutput::message(std::string_view text) {
+    writeAll(STDERR_FILENO, painted(colouredMessages_, dim, timeOfDay()) + " " + std::string(text) + "\n");
+}
+
+void ConsoleOutput::hint(std::string_view text) {
+    if (::isatty(STDOUT_FILENO) == 0) return;
+    writeAll(STDOUT_FILENO, painted(coloured_, dim, text) + "\n");
+}
+
+}  // namespace tarnik
