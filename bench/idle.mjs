@@ -1,0 +1,58 @@
+// What the program costs while nothing happens, with a helper running: how often its threads wake, and how much
+// memory it holds. Linux only; reads /proc.
+//
+//     node bench/idle.mjs PROGRAM [SECONDS]
+import { spawn } from 'node:child_process';
+import { cpSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync, symlinkSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import path from 'node:path';
+import { createInterface } from 'node:readline';
+import { setTimeout as pause } from 'node:timers/promises';
+import { fileURLToPath } from 'node:url';
+
+const mostResidentKiB = 12 * 1024;
+const settling = 2000;  // milliseconds for a start to come to rest
+const [program, seconds = '10'] = process.argv.slice(2);
+
+// A home that has joined, so that the helper starts by itself.
+function layOut(root) {
+  const nodeHome = path.join(root, '.tarnik', 'node');
+  for (const folder of ['runtime/node/bin', 'trust']) mkdirSync(path.join(nodeHome, folder), { recursive: true });
+  symlinkSync(process.execPath, path.join(nodeHome, 'runtime/node/bin/node'));
+  writeFileSync(path.join(nodeHome, 'trust/web-key.json'), '{}');
+  cpSync(fileURLToPath(new URL('../devkit/helper/app', import.meta.url)), path.join(nodeHome, 'app'), { recursive: true });
+}
+
+function switches(pid) {
+  const count = (text) => [...text.matchAll(/ctxt_switches:\s+(\d+)/g)].reduce((sum, match) => sum + Number(match[1]), 0);
+  const threads = readdirSync(`/proc/${pid}/task`);
+  return threads.reduce((sum, thread) => sum + count(readFileSync(`/proc/${pid}/task/${thread}/status`, 'utf8')), 0);
+}
+
+function residentKiB(pid) {
+  return Number(/VmRSS:\s+(\d+)/.exec(readFileSync(`/proc/${pid}/status`, 'utf8'))[1]);
+}
+
+async function firstLine(child, word) {
+  for await (const line of createInterface({ input: child.stdout })) if (line.includes(word)) return;
+  throw new Error(`the program ended without saying "${word}"`);
+}
+
+const root = mkdtempSync(path.join(tmpdir(), 'tarnik-idle-'));
+layOut(root);
+const child = spawn(program, ['--console'], { env: { ...process.env, HOME: root }, stdio: ['pipe', 'pipe', 'inherit'] });
+try {
+  await firstLine(child, 'state running');
+  await pause(settling);
+  const before = switches(child.pid);
+  await pause(Number(seconds) * 1000);
+  const woke = switches(child.pid) - before;
+  const resident = residentKiB(child.pid);
+  const threads = readdirSync(`/proc/${child.pid}/task`).length;
+  console.log(`idle for ${seconds} s: ${woke} wake-ups, ${(resident / 1024).toFixed(1)} MiB resident, ${threads} threads`);
+  if (woke > 0 || resident > mostResidentKiB) process.exitCode = 1;
+} finally {
+  child.stdin.end();
+  await new Promise((resolve) => child.once('exit', resolve));
+  rmSync(root, { recursive: true, force: true, maxRetries: 5 });
+}
