@@ -25,6 +25,7 @@ benchPackages='
 libbenchmark-dev|measures
 '
 checkPackages='
+git|lists the sources
 clang-19|is the second compiler
 libclang-rt-19-dev|brings its sanitizers
 clang-tidy-19|looks for likely faults
