@@ -81,6 +81,24 @@ std::expected<void, FileError> writeFile(const std::string& path, std::string_vi
     return {};
 }
 
+std::optional<std::string> readFile(const std::string& path, std::size_t maxBytes) {
+    const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat found{};
+    if (!file || ::fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode)) return std::nullopt;
+    std::string bytes(maxBytes + 1, '\0');  // one more, to see that there is no more
+    std::size_t size = 0;
+    while (size < bytes.size()) {
+        const ssize_t count = ::read(file.get(), bytes.data() + size, bytes.size() - size);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return std::nullopt;
+        if (count == 0) break;
+        size += static_cast<std::size_t>(count);
+    }
+    if (size > maxBytes) return std::nullopt;
+    bytes.resize(size);
+    return bytes;
+}
+
 bool exists(const std::string& path) {
     return modeOf(path, followingLinks).has_value();
 }

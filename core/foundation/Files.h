@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <expected>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +28,10 @@ std::expected<void, FileError> createFolders(const std::string& path, mode_t mod
 // Puts the bytes into the file, in place of what it held. A new file gets `mode`, less the umask. Refuses
 // whatever isn't a regular file, a link or a pipe in its place too, without waiting for anybody.
 std::expected<void, FileError> writeFile(const std::string& path, std::string_view bytes, mode_t mode);
+
+// All of a regular file that holds at most `maxBytes`; none for anything else. Follows links, waits for
+// nobody.
+std::optional<std::string> readFile(const std::string& path, std::size_t maxBytes);
 
 // These follow links, and answer no when the system won't tell.
 bool exists(const std::string& path);
