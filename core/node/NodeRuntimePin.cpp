@@ -1,0 +1,17 @@
+#include "core/node/NodeRuntimePin.h"
+
+namespace tarnik::NodeRuntimePin {
+
+const RuntimeArchives& archives() {
+    static const RuntimeArchives pinned{
+        {"darwin-arm64",
+         {.file = "node-v24.22.1-darwin-arm64.tar.gz",
+          .sha256 = "89c682593d76cd44233fa53b1563264e7de9cbb189cad169135c5b4fadfbc0a7"}},
+        {"darwin-x64",
+         {.file = "node-v24.22.1-darwin-x64.tar.gz",
+          .sha256 = "d132557e7ee2b85af08b0c8c34338e65c6430f2238d01f727728ef42dc83b035"}},
+    };
+    return pinned;
+}
+
+}  // namespace tarnik::NodeRuntimePin
