@@ -19,6 +19,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 else()
   target_compile_options(tarnik_options INTERFACE
     -Wunreachable-code -Wrange-loop-analysis
+    # The stable_sort of libstdc++ 12 uses a name that it deprecates itself; g++ still looks at ours.
+    -Wno-deprecated-declarations
     # A precompiled header with a time inside is never the same twice, and so never cached.
     "SHELL:-Xclang -fno-pch-timestamp")
 endif()
