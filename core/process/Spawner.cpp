@@ -1,6 +1,5 @@
 #include "core/process/Spawner.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <optional>
@@ -15,6 +14,7 @@
 #include "core/process/FDReader.h"
 #include "core/process/LockedData.h"
 #include "core/process/Reaper.h"
+#include "core/process/SmallTable.h"
 #include "core/process/SpawnPlatform.h"
 #include "core/process/SpawnRecords.h"
 
@@ -48,17 +48,11 @@ private:
     int error_ = 0;
 };
 
-int start(const SpawnRequest& request, pid_t& pid) {
-    const Lent input(request.standardInput);
-    const Lent output(request.standardOutput);
-    const Lent error(request.standardError);
-    for (const auto* lent : {&input, &output, &error}) {
-        if (lent->error() != 0) return lent->error();
-    }
+int startConnected(const SpawnRequest& request, const StandardStreams& streams, pid_t& pid) {
     SpawnRecords records;
-    records.connect(STDIN_FILENO, input.stdio(), O_RDONLY);
-    records.connect(STDOUT_FILENO, output.stdio(), O_WRONLY);
-    records.connect(STDERR_FILENO, error.stdio(), O_WRONLY);
+    records.connect(STDIN_FILENO, streams[STDIN_FILENO], O_RDONLY);
+    records.connect(STDOUT_FILENO, streams[STDOUT_FILENO], O_WRONLY);
+    records.connect(STDERR_FILENO, streams[STDERR_FILENO], O_WRONLY);
     if (const int failed = records.seal()) return failed;
 
     const auto arguments = CStringArray::arguments(request);
@@ -71,6 +65,18 @@ int start(const SpawnRequest& request, pid_t& pid) {
         std::this_thread::sleep_for(busyPause);
     }
     return result;
+}
+
+int start(const SpawnRequest& request, pid_t& pid) {
+    const Lent input(request.standardInput);
+    const Lent output(request.standardOutput);
+    const Lent error(request.standardError);
+    for (const auto* lent : {&input, &output, &error}) {
+        if (lent->error() != 0) return lent->error();
+    }
+    return onSmallTable({input.stdio(), output.stdio(), error.stdio()}, [&](const StandardStreams& streams) {
+        return startConnected(request, streams, pid);
+    });
 }
 
 // Waits for the end, making sure of it after `timeout`.

@@ -113,6 +113,9 @@ TEST(Spawner, givesTheChildNoDescriptorThatItWasNotGiven) {
     const ManyDescriptors many(5000);
     EXPECT_EQ(run("list_descriptors").text, "0\n1\n2\n");
     EXPECT_EQ(runOnTerminal("list_descriptors"), "0\n1\n2\n");
+    const auto refused = Spawner::spawn({.executable = "/bin/true", .standardOutput = Stdio::fd(1 << 20)});
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().code, EBADF);
 }
 
 TEST(Spawner, startsTheChildWithDefaultSignals) {
@@ -244,35 +247,37 @@ private:
 };
 
 TEST(Spawner, worksWithTheStandardDescriptorsClosed) {
-    std::string captured;
-    std::string onTerminal;
-    int lowest = 0;
-    std::string crossed;
-    {
-        const StandardDescriptorsClosed closed;
-        captured = run("write_bytes", {"3"}).text + run("list_descriptors").text;
-        onTerminal = runOnTerminal("list_descriptors");
-        auto pipe = Spawner::pipe();
-        if (pipe) lowest = std::min(pipe->readEnd.get(), pipe->writeEnd.get());
+    for (const std::size_t others : {0U, 2000U}) {
+        const ManyDescriptors many(others);
+        std::string captured;
+        std::string onTerminal;
+        std::string crossed;
+        int lowest = 0;
+        {
+            const StandardDescriptorsClosed closed;
+            captured = run("write_bytes", {"3"}).text + run("list_descriptors").text;
+            onTerminal = runOnTerminal("list_descriptors");
+            if (auto pipe = Spawner::pipe()) lowest = std::min(pipe->readEnd.get(), pipe->writeEnd.get());
 
-        // Each of the child's descriptors is one of ours with another low number.
-        int ends[2] = {-1, -1};
-        if (::pipe(ends) == 0 && ::dup2(ends[1], 2) == 2) {
-            const auto child = Spawner::spawn({.executable = "/bin/sh",
-                                               .arguments = {"-c", "echo out; echo error >&2"},
-                                               .standardOutput = Stdio::fd(2),
-                                               .standardError = Stdio::fd(1)});
-            if (child) (*child)->waitForExit(limit);
-            std::array<char, 100> buffer{};
-            const auto count = ::read(ends[0], buffer.data(), buffer.size());
-            if (count > 0) crossed.assign(buffer.data(), static_cast<std::size_t>(count));
+            // Each of the child's descriptors is one of ours with another low number.
+            int ends[2] = {-1, -1};
+            if (::pipe(ends) == 0 && ::dup2(ends[1], 2) == 2) {
+                const auto child = Spawner::spawn({.executable = "/bin/sh",
+                                                   .arguments = {"-c", "echo out; echo error >&2"},
+                                                   .standardOutput = Stdio::fd(2),
+                                                   .standardError = Stdio::fd(1)});
+                if (child) (*child)->waitForExit(limit);
+                std::array<char, 100> buffer{};
+                const auto count = ::read(ends[0], buffer.data(), buffer.size());
+                if (count > 0) crossed.assign(buffer.data(), static_cast<std::size_t>(count));
+            }
+            for (const int end : {0, 1, 2}) ::close(end);
         }
-        for (const int end : {0, 1, 2}) ::close(end);
+        EXPECT_EQ(captured, "abc0\n1\n2\n");
+        EXPECT_EQ(onTerminal, "0\n1\n2\n");
+        EXPECT_EQ(crossed, "out\nerror\n");
+        EXPECT_GT(lowest, STDERR_FILENO);
     }
-    EXPECT_EQ(captured, "abc0\n1\n2\n");
-    EXPECT_EQ(onTerminal, "0\n1\n2\n");
-    EXPECT_GT(lowest, STDERR_FILENO);
-    EXPECT_EQ(crossed, "out\nerror\n");
 }
 
 TEST(Spawner, waitsForAProgramThatIsStillBeingWritten) {
