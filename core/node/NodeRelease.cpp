@@ -58,7 +58,6 @@ bool isDottedTriple(std::string_view text) {
         if (character == '.' ? !inNumber : !isDigit(character)) return false;
         inNumber = character != '.';
         points += inNumber ? 0 : 1;
-        if (points > 2) return false;
     }
     return points == 2 && inNumber;
 }

@@ -1,17 +1,17 @@
 #include "core/node/ReleaseVersion.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace tarnik::ReleaseVersion {
 
 namespace {
 
-// Takes a number of so many decimal digits off the front; few enough for an int.
+// Takes a number of at most so many decimal digits off the front; few enough for an int.
 std::optional<int> takeNumber(std::string_view& text, std::size_t minDigits, std::size_t maxDigits) {
     int number = 0;
     std::size_t digits = 0;
-    while (digits < text.size() && text[digits] >= '0' && text[digits] <= '9') {
-        if (digits == maxDigits) return std::nullopt;
+    while (digits < std::min(maxDigits, text.size()) && text[digits] >= '0' && text[digits] <= '9') {
         number = number * 10 + (text[digits] - '0');
         ++digits;
     }

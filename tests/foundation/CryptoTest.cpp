@@ -95,14 +95,9 @@ TEST(Crypto, refusesUnusableKeysAndSignatures) {
 
 TEST(Crypto, leavesTheErrorQueueAsItWas) {
     ERR_clear_error();
-    const auto key = fromHex(published[0].key);
-    const auto refuse = [&key] { return !verifyEd25519(key, std::string(64, '\xFF'), "x"); };
-    EXPECT_TRUE(refuse());
-    EXPECT_EQ(ERR_peek_error(), 0U);
-
     ERR_new();
     ERR_set_error(ERR_LIB_USER, 7, nullptr);
-    EXPECT_TRUE(refuse());
+    EXPECT_FALSE(verifyEd25519(fromHex(published[0].key), std::string(64, '\xFF'), "x"));
     EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 7);
     EXPECT_EQ(ERR_get_error(), 0U);
 }
