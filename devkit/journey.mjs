@@ -1,6 +1,7 @@
-// Runs the console program against the stand-ins, in a private folder that is removed afterwards:
+// Runs the console program against the stand-ins, from an empty home in a private folder that is removed
+// afterwards:
 //
-//     node devkit/journey.mjs --program PATH [--walk] [--keep]
+//     node devkit/journey.mjs --program PATH [--walk] [--keep] [--misbehave WHAT=HOW] [--fault NAME]
 //
 // With a terminal on standard input the user drives it; otherwise, or with --walk, it goes through the
 // whole life of a helper by itself and exits 0 only if every stage was really reached.
@@ -9,20 +10,36 @@ import { parseArgs } from 'node:util';
 import { layOut } from './journey/layout.mjs';
 import { playTogether } from './journey/interactive.mjs';
 import { walk } from './journey/walk.mjs';
+import { faults } from './release/faults.mjs';
+import { misbehaviours } from './service/delivery.mjs';
 
-const usage = 'usage: node devkit/journey.mjs --program PATH [--walk] [--keep]';
+const usage = 'usage: node devkit/journey.mjs --program PATH [--walk] [--keep]'
+  + ' [--misbehave WHAT=HOW] [--fault NAME]';
 const wrongUsage = 2;
+const served = ['release', 'runtime', 'helper'];
+
+function whatIsWrong({ program, misbehave, fault }) {
+  if (!program) return '--program is missing';
+  const [what, how] = misbehave?.split('=') ?? ['release', '404'];
+  if (!served.includes(what)) return `--misbehave is of one of ${served.join(', ')}`;
+  if (!Object.hasOwn(misbehaviours, how)) return `HOW is one of ${Object.keys(misbehaviours).join(', ')}`;
+  if (fault && !Object.hasOwn(faults, fault)) return `--fault is one of ${Object.keys(faults).join(', ')}`;
+  return undefined;
+}
 
 function readArguments() {
   const options = {
     program: { type: 'string' },
     walk: { type: 'boolean', default: false },
     keep: { type: 'boolean', default: false },
+    misbehave: { type: 'string' },
+    fault: { type: 'string' },
   };
   try {
     const { values } = parseArgs({ options });
-    if (values.program) return values;
-    console.error(`--program is missing; ${usage}`);
+    const wrong = whatIsWrong(values);
+    if (!wrong) return values;
+    console.error(`${wrong}; ${usage}`);
   } catch (error) {
     console.error(`${error.message}; ${usage}`);
   }
@@ -31,11 +48,14 @@ function readArguments() {
 
 const options = readArguments();
 const program = path.resolve(options.program);
-const place = layOut();
+const place = await layOut({ fault: options.fault });
+place.misbehave('runtime', 'slow');  // so that there is progress to see
+if (options.misbehave) place.misbehave(...options.misbehave.split('='));
 try {
   const play = process.stdin.isTTY && !options.walk ? playTogether : walk;
   process.exitCode = await play(program, place);
 } finally {
+  await place.service.close();
   if (options.keep) console.log(`kept: ${place.root}`);
   else place.remove();
 }

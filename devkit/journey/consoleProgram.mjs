@@ -18,7 +18,7 @@ export class ConsoleProgram {
   #changed = new EventEmitter();
 
   constructor(program, words, environment) {
-    this.#child = spawn(program, ['--console', ...words], { env: environment });
+    this.#child = spawn(program, words, { env: environment });
     this.#child.stdin.on('error', () => {});
     this.#child.on('error', (error) => this.#ended({ failure: error.message }));
     this.#child.on('close', (code, signal) => this.#ended({ code, signal }));

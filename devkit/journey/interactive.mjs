@@ -2,17 +2,26 @@
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 
-const welcome = `
-This is tarnik without a window, running against a stand-in for its helper. Nothing leaves this machine.
+function welcome({ origin, links }) {
+  const [first, second, used] = [links.handOut(), links.handOut(), links.handOut()];
+  links.use(used.code);
+  return `
+This is tarnik without a window, running against stand-ins for its service and its helper. Nothing leaves
+this machine. It starts with an empty home and installs the helper first.
 
-  1. Paste a link:  https://join.example.invalid/j/abc   (add ?expired=1 to see one refused)
+  1. Paste a link:     ${first.link}
+     or another:       ${second.appLink}
+     one used already: ${used.link}
   2. When it asks, press Enter to connect. 15 seconds later it counts as connected.
   3. Commands: status, confirm, cancel, help, quit.
+
+More links: curl -X POST ${origin}/devkit/links
 `;
+}
 
 export async function playTogether(program, place) {
-  console.log(welcome);
-  const child = spawn(program, ['--console'], { stdio: 'inherit', env: place.environment });
+  console.log(welcome(place.service));
+  const child = spawn(program, place.words, { stdio: 'inherit', env: place.environment });
   // The terminal gives its own signals to both of us, and the program must have time to stop cleanly.
   process.on('SIGINT', () => {});
   process.on('SIGHUP', () => {});

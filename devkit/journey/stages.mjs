@@ -1,17 +1,18 @@
 // The stages of the journey, in order. Each waits for its proof and returns the lines to quote; a stage
 // that throws was not reached.
-import { readFileSync, statSync } from 'node:fs';
-import { inspect, isRunning } from './processes.mjs';
+import { readFileSync, rmSync } from 'node:fs';
+import { isRunning } from './processes.mjs';
+import {
+  demand, exactly, installedHelper, logShowsStart, modeOf, nothingStaged, runningHelper,
+} from './proof.mjs';
 
-const goodLink = 'https://join.example.invalid/j/abc';
-const expiredLink = `${goodLink}?expired=1`;
+const noLink = "That doesn't look like a link from tarnik. "
+  + 'Copy the whole link from your chat and paste it here.';
+const noLongerGood = 'This link has expired or was already used. Ask tarnik for a new one.';
+const amount = String.raw`\d+(\.\d+)? [kMG]?B`;
 const orphanLimitMs = 2000;
 // A helper that does not leave when its input ends is signalled only after 10 s.
 const politeStopMs = 5000;
-
-function demand(condition, complaint) {
-  if (!condition) throw new Error(complaint);
-}
 
 async function refuses(walk, words, named) {
   const program = walk.launch(...words);
@@ -23,29 +24,30 @@ async function refuses(walk, words, named) {
   return texts[0];
 }
 
-// The normal run's process, once its status says so and the system agrees.
-async function runningHelper(walk) {
-  const { line, state, pid } = await walk.status();
-  demand(state === 'running' && pid, `the status is not that of a running helper: ${line}`);
-  const found = inspect(pid);
-  demand(found, `there is no process ${pid}`);
-  const { command, executable } = found;
-  demand(command.includes(`${walk.place.entry} node run --parent-stdin`), `process ${pid} runs: ${command}`);
-  demand(!executable || executable === process.execPath, `process ${pid} is ${executable}`);
-  return { pid, quotes: [line, `process ${pid}: ${command}`] };
-}
-
-function logShowsStart(walk, pid) {
-  const look = () => walk.startsInLog().find((start) => start.pid === pid)?.line;
-  return walk.until(look, `the node log has no start of process ${pid}`);
-}
-
 function privateFile(file) {
-  const modeOf = (name) => (statSync(name).mode & 0o777).toString(8);
   const [fileMode, folderMode] = [modeOf(file), modeOf(file.slice(0, file.lastIndexOf('/')))];
   const isPrivate = fileMode === '600' && folderMode === '700';
   demand(isPrivate, `modes are ${fileMode} in ${folderMode}, not 600 in 700`);
   return `${file} (${fileMode}) ${readFileSync(file, 'utf8').trim()}`;
+}
+
+// Refuses each link with this sentence, and goes on waiting.
+async function refusesLinks(walk, links, sentence) {
+  const quotes = [];
+  for (const link of links) {
+    const from = walk.console.mark;
+    walk.console.send(link);
+    quotes.push(await walk.expect('error', exactly(sentence), from));
+  }
+  const { line, state, pairing } = await walk.status();
+  demand(state === 'waitingForLink' && pairing === 'none', `it no longer waits: ${line}`);
+  return [...quotes, line];
+}
+
+async function connectStarts(walk, from) {
+  const started = await walk.expect('terminal', String.raw`.*connect pid \d+`, from);
+  walk.connectPids.push(Number(started.match(/\d+$/)[0]));
+  return started;
 }
 
 export const stages = [
@@ -57,31 +59,50 @@ export const stages = [
     ],
   },
   {
-    name: 'waiting for a link',
+    name: 'an empty home gets its helper over HTTP',
     reach: async (walk) => {
+      const { place } = walk;
+      const { runtime, version } = place.release;
       walk.launch('--connected-after', '1');
-      return [await walk.expect('state', 'waitingForLink', 0)];
+      const quotes = [
+        await walk.expect('install', exactly(`Downloading Node.js ${runtime.version}…`), 0),
+        await walk.expect('install', `${amount} of ${amount}`, 0),
+        await walk.expect('install', "Downloading tarnik's helper…", 0),
+        await walk.expect('install', exactly(`done ${version}`), 0),
+      ];
+      nothingStaged(place);
+      return [...quotes, ...installedHelper(place)];
     },
   },
   {
-    name: 'an expired link is refused',
+    name: 'waiting for a link',
+    reach: async (walk) => [await walk.expect('state', 'waitingForLink', 0)],
+  },
+  {
+    name: 'what is no link is refused',
     reach: async (walk) => {
-      const from = walk.console.mark;
-      walk.console.send(expiredLink);
-      return [
-        await walk.expect('terminal', '.*link has expired.*', from),
-        await walk.expect('pairing', String.raw`ended \(exit 1\)`, from),
-        await walk.expect('state', 'waitingForLink', from),
-      ];
+      const { origin, links } = walk.place.service;
+      const { code } = links.handOut();
+      const elsewhere = `https://elsewhere.example.invalid/c/${code}`;
+      return refusesLinks(walk, [`${origin}/c/short`, elsewhere, `${origin}/j/${code}`], noLink);
+    },
+  },
+  {
+    name: 'a used link is refused, whatever its shape',
+    reach: async (walk) => {
+      const { links } = walk.place.service;
+      const { code, link, appLink } = links.handOut();
+      links.use(code);
+      return refusesLinks(walk, [link, appLink, code], noLongerGood);
     },
   },
   {
     name: 'the helper runs on a real terminal',
     reach: async (walk) => {
+      walk.offer = walk.place.service.links.handOut();
       walk.linkSent = walk.console.mark;
-      walk.console.send(goodLink);
-      const started = await walk.expect('terminal', String.raw`.*connect pid \d+`, walk.linkSent);
-      walk.connectPid = Number(started.match(/\d+$/)[0]);
+      walk.console.send(walk.offer.link);
+      const started = await connectStarts(walk, walk.linkSent);
       return [
         await walk.expect('state', 'pairing', walk.linkSent),
         started,
@@ -117,20 +138,26 @@ export const stages = [
     },
   },
   {
-    name: 'the join record is written',
-    reach: async (walk) => [privateFile(walk.place.joinRecord)],
+    name: 'the link is used up and the join record written',
+    reach: async (walk) => {
+      const { service, joinRecord } = walk.place;
+      demand(!service.links.isFresh(walk.offer.code), 'the link would join another machine');
+      const { origin } = JSON.parse(readFileSync(joinRecord, 'utf8'));
+      demand(origin === service.origin, `the join record is of ${origin}`);
+      return [privateFile(joinRecord)];
+    },
   },
   {
     name: 'the normal run follows the pairing run',
     reach: async (walk) => {
       const from = walk.console.mark;
-      process.kill(walk.connectPid, 'SIGTERM');
+      process.kill(walk.connectPids[0], 'SIGTERM');
       const quotes = [
         await walk.console.expect(/the node stopped \(signal 15\)/, from, walk.deadline),
         await walk.expect('state', 'restarting 1s', from),
         await walk.expect('state', 'running', from),
       ];
-      const helper = await runningHelper(walk);
+      const helper = await runningHelper(walk, walk.place.runtime);
       walk.firstPid = helper.pid;
       return [...quotes, ...helper.quotes, await logShowsStart(walk, helper.pid)];
     },
@@ -146,7 +173,7 @@ export const stages = [
         await walk.expect('state', 'restarting 2s', from),
         await walk.expect('state', 'running', from),
       ];
-      const helper = await runningHelper(walk);
+      const helper = await runningHelper(walk, walk.place.runtime);
       demand(helper.pid !== walk.firstPid, `still process ${helper.pid}`);
       walk.secondPid = helper.pid;
       return [...quotes, ...helper.quotes];
@@ -180,7 +207,8 @@ export const stages = [
       walk.launch();
       const running = await walk.expect('state', 'running', 0);
       demand(!walk.console.find(/ state waitingForLink$/), 'it waited for a link first');
-      const helper = await runningHelper(walk);
+      demand(!walk.console.find(/ install /), 'it installed the helper once more');
+      const helper = await runningHelper(walk, walk.place.runtime);
       walk.thirdPid = helper.pid;
       return [running, ...helper.quotes, await logShowsStart(walk, helper.pid)];
     },
@@ -196,6 +224,21 @@ export const stages = [
       const { signal } = await walk.console.expectExit(walk.deadline);
       demand(signal === 'SIGKILL', walk.console.describeExit());
       return [walk.console.describeExit(), `helper ${walk.thirdPid} was gone ${tookMs} ms after the kill`];
+    },
+  },
+  {
+    name: 'a link given at the start pairs, and can be cancelled',
+    reach: async (walk) => {
+      rmSync(walk.place.joinRecord);
+      const { links } = walk.place.service;
+      const { code, appLink } = links.handOut();
+      walk.launch('--link', appLink);
+      const quotes = [await connectStarts(walk, 0), await walk.expect('pairing', 'waitingForYes', 0)];
+      walk.console.send('cancel');
+      quotes.push(await walk.expect('pairing', String.raw`ended \(signal 15\)`, 0));
+      await walk.quit();
+      demand(links.isFresh(code), 'the link was used up without an Enter');
+      return [...quotes, walk.console.describeExit()];
     },
   },
 ];

@@ -1,5 +1,7 @@
 // The archive of the runtime, made from the machine's own Node.js.
-import { copyFileSync, existsSync, linkSync, mkdirSync, readdirSync, realpathSync, rmSync, statSync } from 'node:fs';
+import {
+  copyFileSync, existsSync, linkSync, mkdirSync, readdirSync, realpathSync, rmSync, statSync,
+} from 'node:fs';
 import path from 'node:path';
 import { file, fileFrom, folder, writeTarball } from './tarball.mjs';
 

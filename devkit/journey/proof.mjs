@@ -1,0 +1,57 @@
+// Proofs that several stages and checks ask for. Each returns lines to quote, and throws if it fails.
+import { execFileSync } from 'node:child_process';
+import { lstatSync, readFileSync, readdirSync, statSync } from 'node:fs';
+import { inspect } from './processes.mjs';
+
+const markerText = "This folder is tarnik-node's own. `tarnik-node uninstall` removes it whole.\n";
+const versionLimitMs = 10_000;
+
+export function demand(condition, complaint) {
+  if (!condition) throw new Error(complaint);
+}
+
+// For a text that is to be found as it stands.
+export function exactly(text) {
+  return text.replace(/[.*+?^${}()|[\]\\]/g, '\\$&');
+}
+
+export const modeOf = (name) => (statSync(name).mode & 0o777).toString(8);
+
+function runtimeVersion(runtime) {
+  return execFileSync(runtime, ['--version'], { encoding: 'utf8', env: {}, timeout: versionLimitMs }).trim();
+}
+
+// Runtime and helper are in place, the folder is claimed and nothing is left of the way there.
+export function installedHelper({ nodeHome, marker, staging, runtime, entry, description, release }) {
+  demand(lstatSync(marker).isFile(), `${marker} is not a file`);
+  demand(readFileSync(marker, 'utf8') === markerText, `${marker} holds another text`);
+  demand(modeOf(nodeHome) === '700', `the mode of ${nodeHome} is ${modeOf(nodeHome)}`);
+  const found = runtimeVersion(runtime);
+  demand(found === release.runtime.version, `the runtime is ${found}, not ${release.runtime.version}`);
+  const { version } = JSON.parse(readFileSync(description, 'utf8'));
+  demand(version === release.version, `the helper is ${version}, not ${release.version}`);
+  demand(statSync(entry).isFile(), `${entry} is not a file`);
+  return [`${marker} (in 700)`, `${runtime}: ${found}`, `${description}: ${version}`];
+}
+
+export function nothingStaged({ staging }) {
+  const left = readdirSync(staging);
+  demand(left.length === 0, `${staging} still holds ${left.join(', ')}`);
+}
+
+// The normal run's process, once its status says so and the system agrees.
+export async function runningHelper(run, runtime) {
+  const { line, state, pid } = await run.status();
+  demand(state === 'running' && pid, `the status is not that of a running helper: ${line}`);
+  const found = inspect(pid);
+  demand(found, `there is no process ${pid}`);
+  const { command, executable } = found;
+  demand(command.includes(`${run.place.entry} node run --parent-stdin`), `process ${pid} runs: ${command}`);
+  demand(!executable || executable === runtime, `process ${pid} is ${executable}`);
+  return { pid, quotes: [line, `process ${pid}: ${command}`] };
+}
+
+export function logShowsStart(run, pid) {
+  const look = () => run.startsInLog().find((start) => start.pid === pid)?.line;
+  return run.until(look, `the node log has no start of process ${pid}`);
+}
