@@ -1,0 +1,132 @@
+// What the installer must refuse, and what it must put up with.
+//
+//     misbehave   [what, how]: the service answers for 'release', 'runtime' or 'helper' in this way
+//     fault       the release is made wrong in this way
+//     settings    settings in place of the usual ones; undefined leaves one out
+//     prepare     lays something into the home first
+//     outcome     'refused', 'installed', or 'either' where only what is left on the disk matters
+//     sentence    what is said: the whole text, or a pattern for it
+//     leaves      what may be there afterwards that was not before: 'nothing', 'claim', 'runtime' or 'all'
+//     patient     takes minutes or half a gigabyte
+import { mkdirSync, writeFileSync } from 'node:fs';
+import path from 'node:path';
+import { minimumVersion } from '../journey/settings.mjs';
+
+const aSentence = /^[A-Z'"“][^\n]{8,400}\.$/;
+const notUsed = 'Nothing was installed.';
+
+const notLoaded = (what) => ({ service, release }) => {
+  const name = { release: 'stable.json', runtime: release.runtime.file, helper: release.helper.path }[what];
+  return `Couldn't download ${service.origin}/${name}. Check your connection and try again.`;
+};
+const notPublished = (platform = '') => `tarnik's helper isn't published for this Mac${platform} yet.`;
+const tooOld = (version) => `tarnik's helper ${version} is older than this Mac may install. ${notUsed}`;
+const mentions = (text) => new RegExp(`^[^\n]*${text}[^\n]*$`);
+
+function writeBelow(folder, name, text) {
+  const file = path.join(folder, name);
+  mkdirSync(path.dirname(file), { recursive: true, mode: 0o700 });
+  writeFileSync(file, text);
+}
+
+function claimByHand({ marker }) {
+  writeBelow(path.dirname(marker), path.basename(marker), 'claimed\n');
+}
+
+const release = [
+  ['404', notLoaded('release')],
+  ['500', notLoaded('release')],
+  ['cut-off', aSentence],
+  ['endless', aSentence],
+  ['redirect-to-file', aSentence],
+  ['redirect-loop', aSentence],
+  ['stall', aSentence],
+  ['drip', aSentence],
+].map(([how, sentence]) => ({ misbehave: ['release', how], sentence, leaves: 'nothing' }));
+
+const runtime = [
+  ['404', notLoaded('runtime')],
+  ['500', notLoaded('runtime')],
+  ['cut-off', aSentence],
+  ['altered', `Node.js didn't match its signed release. ${notUsed}`],
+  ['redirect-to-file', aSentence],
+  ['redirect-loop', aSentence],
+].map(([how, sentence]) => ({ misbehave: ['runtime', how], sentence, leaves: 'claim' }));
+
+const helper = [
+  ['404', notLoaded('helper')],
+  ['500', notLoaded('helper')],
+  ['cut-off', aSentence],
+  ['altered', `tarnik's helper didn't match its signed release. ${notUsed}`],
+  ['redirect-to-file', aSentence],
+  ['redirect-loop', aSentence],
+  ['endless', aSentence, { patient: true }],
+  ['stall', aSentence, { patient: true }],
+  ['drip', aSentence, { patient: true }],
+].map(([how, sentence, more]) => ({ misbehave: ['helper', how], sentence, leaves: 'runtime', ...more }));
+
+// Slow is not broken, and another address is not either.
+const bearable = ['release', 'runtime', 'helper'].flatMap((what) => ['slow', 'redirect'].map((how) => ({
+  misbehave: [what, how], outcome: 'installed', leaves: 'all',
+})));
+
+const signed = [
+  ['not-json', mentions('the release file is not JSON')],
+  ['wrong-key', mentions("the release is signed with key [0-9a-f]{16}, not this build's")],
+  ['bad-signature', mentions('the release signature does not verify')],
+  ['wrong-shape', mentions('the release file is not in the expected shape')],
+  ['beta-channel', mentions('the stable file carries another channel')],
+  ['older-version', tooOld('2025.1.1')],
+  ['no-artifact', ({ release: { platform } }) => notPublished(` (${platform})`)],
+].map(([fault, sentence]) => ({ fault, sentence, leaves: 'nothing' }));
+
+const unpacked = [
+  ['missing-wrapper', `tarnik's helper is missing a file. ${notUsed}`],
+  ['missing-entry', `tarnik's helper is missing a file. ${notUsed}`],
+  ['locked-folder', `tarnik's helper is missing a file. ${notUsed}`],
+  ['not-a-tar', /^Couldn't unpack tarnik's helper \([^\n]+\)\. Nothing was installed\.$/],
+].map(([fault, sentence]) => ({ fault, sentence, leaves: 'runtime' }));
+
+// How much of these is refused is tar's to say.
+const hostile = ['dot-dot-member', 'absolute-member', 'through-a-link', 'hard-link-out'].map((fault) => ({
+  fault, outcome: 'either', leaves: 'all',
+}));
+
+const built = [
+  ['no release base', { TKNodeReleaseBase: undefined }, notPublished()],
+  ['no release key', { TKNodeReleasePublicKey: undefined }, notPublished()],
+  ['a key that is none', { TKNodeReleasePublicKey: 'AAAA' }, mentions('this build carries no release key')],
+  ['a minimum that is no version', { TKNodeMinVersion: `v${minimumVersion}` }, tooOld('2026.1.1')],
+].map(([name, settings, sentence]) => ({ name, settings, sentence, leaves: 'nothing' }));
+
+const before = [
+  {
+    name: 'other files in the node home',
+    prepare: ({ nodeHome }) => writeBelow(nodeHome, 'notes.txt', 'mine\n'),
+    sentence: ({ nodeHome }) => (
+      `${nodeHome} already holds files tarnik didn't put there. Move them out, then try again. ${notUsed}`
+    ),
+    leaves: 'nothing',
+  },
+  {
+    name: 'a newer helper that was there',
+    prepare: (place) => {
+      claimByHand(place);
+      writeBelow(path.dirname(place.description), path.basename(place.description), '{"version":"2027.1.1"}');
+    },
+    sentence: tooOld('2026.1.1'),
+    leaves: 'nothing',
+  },
+  {
+    name: 'another digest for the runtime',
+    settings: { TKDevRuntimeSHA256: '0'.repeat(64) },
+    sentence: `Node.js didn't match its signed release. ${notUsed}`,
+    leaves: 'claim',
+  },
+];
+
+// The slow ones first, so that the others go on beside them.
+export const cases = [
+  ...release.reverse(), ...helper.reverse(), ...bearable, ...runtime,
+  ...signed, ...unpacked, ...hostile, ...built, ...before,
+].map((one) => ({ outcome: 'refused', name: one.name ?? one.fault ?? one.misbehave.join(' '), ...one }));

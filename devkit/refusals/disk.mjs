@@ -1,0 +1,31 @@
+// What lies in a user's home, and what came to it.
+import { lstatSync, readFileSync, readdirSync, readlinkSync } from 'node:fs';
+import path from 'node:path';
+import { demand } from '../journey/proof.mjs';
+
+// Logs are written whatever becomes of the install.
+const ignored = /^Library(\/|$)/;
+const claim = [/^\.tarnik(\/node)?$/, /^\.tarnik\/node\/(\.tarnik-node-home|runtime|tmp)$/];
+const runtime = [...claim, /^\.tarnik\/node\/runtime\/node(\/|$)/];
+const all = [...runtime, /^\.tarnik\/node\/app(\/|$)/];
+const allowed = { nothing: [], claim, runtime, all };
+
+function describe(file) {
+  const entry = lstatSync(file);
+  const mode = entry.mode.toString(8);
+  if (entry.isSymbolicLink()) return `${mode} ${readlinkSync(file)}`;
+  return entry.isFile() ? `${mode} ${readFileSync(file, 'base64')}` : mode;
+}
+
+export function lookAt(root) {
+  const names = readdirSync(root, { recursive: true }).filter((name) => !ignored.test(name));
+  return new Map(names.map((name) => [name, describe(path.join(root, name))]));
+}
+
+// Nothing changed but what this outcome may leave.
+export function compare(then, now, leaves) {
+  for (const [name, content] of then) demand(now.get(name) === content, `${name} was changed`);
+  const fresh = [...now.keys()].filter((name) => !then.has(name));
+  const over = fresh.filter((name) => !allowed[leaves].some((pattern) => pattern.test(name)));
+  demand(over.length === 0, `left behind: ${over.join(', ')}`);
+}
