@@ -13,7 +13,7 @@ CStringArray CStringArray::arguments(const SpawnRequest& request) {
 CStringArray CStringArray::environment(const Environment& environment) {
     std::vector<std::string> texts;
     texts.reserve(environment.size());
-    for (const auto& [key, value] : environment) texts.push_back(key + "=" + value);
+    for (const auto& [key, value] : environment) texts.emplace_back(key).append("=").append(value);
     return CStringArray(std::move(texts));
 }
 

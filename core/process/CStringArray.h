@@ -23,6 +23,7 @@ public:
     CStringArray& operator=(CStringArray&&) = default;
     CStringArray(const CStringArray&) = delete;
     CStringArray& operator=(const CStringArray&) = delete;
+    ~CStringArray() = default;
 
     // Borrowed; valid as long as this object. The C interfaces take it without const but don't write to it.
     char* const* get() const { return pointers_.data(); }

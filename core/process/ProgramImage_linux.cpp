@@ -33,7 +33,7 @@ void resetSignals() {
     // SIGKILL, SIGSTOP and the C library's own two are refused, as they should be.
     for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &byDefault, nullptr);
     sigset_t none;
-    ::sigemptyset(&none);
+    sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 

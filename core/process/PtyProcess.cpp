@@ -36,7 +36,7 @@ class SignalsBlocked {
 public:
     SignalsBlocked() {
         sigset_t all;
-        ::sigfillset(&all);
+        sigfillset(&all);
         ::pthread_sigmask(SIG_SETMASK, &all, &before_);
     }
     ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }

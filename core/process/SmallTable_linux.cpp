@@ -54,7 +54,7 @@ int onSmallTable(const StandardStreams& streams, const std::function<int(const S
             if (const auto moved = moveToOwnTable(streams)) result = spawn(*moved);
         }).join();
     } catch (const std::system_error&) {
-        // No thread to be had: the long way works as well.
+        return spawn(streams);  // no thread to be had: the long way works as well
     }
     return result ? *result : spawn(streams);
 }

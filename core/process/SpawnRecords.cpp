@@ -33,8 +33,8 @@ int SpawnRecords::seal(short extraFlags) {
     note(closeAllOthers(actions_, flags));
     sigset_t all;
     sigset_t none;
-    ::sigfillset(&all);
-    ::sigemptyset(&none);
+    sigfillset(&all);  // a macro on Darwin
+    sigemptyset(&none);
     note(::posix_spawnattr_setsigdefault(&attributes_, &all));
     note(::posix_spawnattr_setsigmask(&attributes_, &none));
     note(::posix_spawnattr_setflags(&attributes_, flags));
