@@ -23,6 +23,12 @@ bool isDropped(char32_t character) {
         dropped, [=](Range range) { return character >= range.first && character <= range.last; });
 }
 
+// Line feed and the like, which keep words apart.
+bool separates(char32_t character) {
+    return (character >= 0x09 && character <= 0x0D) || character == 0x85 || character == 0x2028 ||
+           character == 0x2029;
+}
+
 // Takes the first code point off valid UTF-8: its bytes, and its number.
 struct Taken {
     std::string_view bytes;
@@ -46,7 +52,11 @@ std::string oneLine(std::string_view bytes, std::size_t maxCharacters) {
     std::size_t count = 0;
     std::size_t lastAt = 0;
     for (std::string_view rest = text; !rest.empty();) {
-        const Taken next = takeFirst(rest);
+        Taken next = takeFirst(rest);
+        if (separates(next.character)) {
+            if (line.empty() || line.ends_with(' ') || rest.empty()) continue;
+            next = {" ", U' '};
+        }
         if (isDropped(next.character)) continue;
         if (count == maxCharacters) return line.substr(0, lastAt) + "\xE2\x80\xA6";
         lastAt = line.size();

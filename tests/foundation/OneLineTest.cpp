@@ -17,12 +17,13 @@ TEST(OneLine, isShortAndPlain) {
          "a \xC3\xBC\xE2\x82\xAC\xF0\x9F\x99\x82"},
         {"one too long", "abcdef", "abcd\xE2\x80\xA6"},
         {"cut between characters", "abcd\xF0\x9F\x99\x82z", "abcd\xE2\x80\xA6"},
-        {"controls, which don't count", "\x1B[1\nm\r\t\x7F" + std::string(9, '\0') + "a\xC2\x9B", "[1ma"},
+        {"controls, which don't count", "\x1B[1m\x7F" + std::string(9, '\0') + "a\xC2\x9B", "[1ma"},
+        {"line ends, one blank for several", "\na\r\n\tb\n", "a b"},
         {"line ends of Unicode",
          "a\xE2\x80\xA8"
          "b\xE2\x80\xA9"
          "c\xC2\x85",
-         "abc"},
+         "a b c"},
         {"turned around",
          "a\xE2\x80\xAE"
          "b\xE2\x81\xA6"
