@@ -1,0 +1,356 @@
+#include "core/foundation/Http.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include <curl/curl.h>
+#include <fcntl.h>
+#include <openssl/crypto.h>
+#include <strings.h>
+#include <unistd.h>
+
+#include "core/foundation/ErrorText.h"
+#include "core/foundation/UniqueFd.h"
+#include "core/foundation/Uuid.h"
+
+namespace tarnik {
+
+namespace {
+
+using Kind = HttpError::Kind;
+
+// libcurl wants to be started once, by one thread, before anything else. A local static is just that, and
+// nobody else can touch it. It is never undone, and OpenSSL is told to leave out its clean-up at exit: that
+// would take its tables away under a transfer that still runs on some thread when the program ends.
+bool librariesStarted() {
+    static const bool started = OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr) == 1 &&
+                                curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    return started;
+}
+
+// libcurl's words may quote the other side's: a host name, a certificate.
+std::string plainLine(std::string_view text) {
+    constexpr std::size_t longest = 200;
+    std::string line(text.substr(0, longest));
+    for (char& c : line) {
+        if (c < ' ' || c > '~') c = '?';
+    }
+    return line;
+}
+
+HttpError transportError(std::string_view text) {
+    return {.kind = Kind::transport, .text = plainLine(text)};
+}
+
+HttpError fileError() {
+    return {.kind = Kind::file, .code = errno};
+}
+
+struct CloseHandle {
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+};
+
+struct FreeList {
+    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+};
+
+// One GET with its redirects. Lives for one call, on its thread.
+class Transfer {
+public:
+    // Takes a piece of the body; an error ends the transfer. Hears the announced length, if there is one.
+    using Sink =
+        std::function<std::optional<HttpError>(std::string_view piece, std::optional<std::int64_t> total)>;
+
+    Transfer(const HttpOptions& options, Sink sink) : options_(options), sink_(std::move(sink)) {}
+    std::expected<void, HttpError> get(std::string url);
+
+private:
+    bool configure();
+    // None when the body has come, else the address to go on with.
+    std::expected<std::optional<std::string>, HttpError> request(const std::string& url);
+    HttpError failure(CURLcode result) const;
+
+    std::size_t take(std::string_view piece);
+    bool isMoving(std::int64_t received);
+    template <class Value>
+    Value info(CURLINFO which) const {
+        Value value{};
+        curl_easy_getinfo(handle_.get(), which, &value);
+        return value;
+    }
+
+    // libcurl's callbacks; `self` is the Transfer.
+    static int onConnected(void* self, char*, char*, int, int) noexcept;
+    static std::size_t onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
+    static int onProgress(void* self, curl_off_t, curl_off_t received, curl_off_t, curl_off_t) noexcept;
+
+    // A moment up to which enough had come.
+    struct Mark {
+        TimePoint at;
+        std::int64_t received = 0;
+    };
+
+    const HttpOptions& options_;
+    const Sink sink_;
+    std::array<char, CURL_ERROR_SIZE> words_{};
+    std::unique_ptr<curl_slist, FreeList> headers_;
+    bool secure_ = false;               // came to https, and so stays there
+    std::optional<Mark> mark_;          // none before the connection stands
+    std::optional<HttpError> refusal_;  // why we ended it ourselves
+    std::int64_t taken_ = 0;
+    std::unique_ptr<CURL, CloseHandle> handle_;
+};
+
+std::expected<void, HttpError> Transfer::get(std::string url) {
+    if (!librariesStarted()) return std::unexpected(transportError("libcurl can't start"));
+    handle_.reset(curl_easy_init());
+    if (!handle_ || !configure()) return std::unexpected(transportError("libcurl lacks what is needed"));
+
+    for (int redirects = 0; redirects <= Http::maximumRedirects; ++redirects) {
+        auto next = request(url);
+        if (!next) return std::unexpected(std::move(next.error()));
+        if (!*next) return {};
+        url = std::move(**next);
+    }
+    return std::unexpected(transportError("too many redirects"));
+}
+
+// Redirects are followed by hand: libcurl would go from https to http by way of http, and would read the
+// redirect's own body without an end.
+bool Transfer::configure() {
+    bool accepted = true;
+    const auto set = [&](CURLoption option, auto value) {
+        accepted = accepted && curl_easy_setopt(handle_.get(), option, value) == CURLE_OK;
+    };
+    const auto milliseconds = [](Seconds time) {
+        return static_cast<long>(std::chrono::ceil<std::chrono::milliseconds>(time).count());
+    };
+    for (const char* header : {"Cache-Control: no-cache", "Accept-Encoding: identity"}) {
+        curl_slist* const longer = curl_slist_append(headers_.get(), header);
+        if (longer == nullptr) return false;
+        static_cast<void>(headers_.release());
+        headers_.reset(longer);
+    }
+
+    set(CURLOPT_HTTPHEADER, headers_.get());
+    set(CURLOPT_USERAGENT, "tarnik");
+    set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});  // one request gains nothing from a later one
+    set(CURLOPT_SSL_VERIFYPEER, 1L);
+    set(CURLOPT_SSL_VERIFYHOST, 2L);
+    set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
+    if (!options_.authorities.empty()) set(CURLOPT_CAINFO, options_.authorities.c_str());
+
+    set(CURLOPT_NOSIGNAL, 1L);
+    set(CURLOPT_QUICK_EXIT, 1L);  // else a time-out waits for the name's resolver
+    set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(options_.connectTimeout));
+    set(CURLOPT_MAXFILESIZE_LARGE, curl_off_t{options_.bodyBytes});
+    set(CURLOPT_ERRORBUFFER, words_.data());
+
+    set(CURLOPT_PREREQFUNCTION, &Transfer::onConnected);
+    set(CURLOPT_PREREQDATA, this);
+    set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
+    set(CURLOPT_WRITEDATA, this);
+    set(CURLOPT_NOPROGRESS, 0L);
+    set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+    set(CURLOPT_XFERINFODATA, this);
+    return accepted;
+}
+
+std::expected<std::optional<std::string>, HttpError> Transfer::request(const std::string& url) {
+    if (url.find('\0') != std::string::npos) return std::unexpected(transportError("the address is broken"));
+    mark_.reset();
+    words_[0] = '\0';
+    const char* const protocols = secure_ ? "https" : "http,https";
+    if (curl_easy_setopt(handle_.get(), CURLOPT_URL, url.c_str()) != CURLE_OK ||
+        curl_easy_setopt(handle_.get(), CURLOPT_PROTOCOLS_STR, protocols) != CURLE_OK) {
+        return std::unexpected(transportError("the address is broken"));
+    }
+
+    const CURLcode result = curl_easy_perform(handle_.get());
+    const auto status = info<long>(CURLINFO_RESPONSE_CODE);
+    const bool redirected = status >= 300 && status < 400;
+    const HttpError badStatus{.kind = Kind::badStatus, .code = static_cast<int>(status)};
+    if (refusal_) return std::unexpected(*refusal_);
+    // The status counts for more than how its body went.
+    if (status > 200 && !redirected) return std::unexpected(badStatus);
+    if (result != CURLE_OK) return std::unexpected(failure(result));
+    if (!redirected && taken_ > 0) return std::nullopt;
+
+    const char* const scheme = info<char*>(CURLINFO_SCHEME);
+    secure_ = scheme != nullptr && ::strcasecmp(scheme, "https") == 0;
+    const char* const next = redirected ? info<char*>(CURLINFO_REDIRECT_URL) : nullptr;
+    if (next == nullptr) return std::unexpected(badStatus);
+    return next;
+}
+
+HttpError Transfer::failure(CURLcode result) const {
+    switch (result) {
+        case CURLE_PARTIAL_FILE: return {.kind = Kind::cutShort};
+        case CURLE_FILESIZE_EXCEEDED: return {.kind = Kind::tooLarge};
+        case CURLE_UNSUPPORTED_PROTOCOL: return transportError("the address is of a kind that isn't allowed");
+        default: return transportError(words_[0] != '\0' ? words_.data() : curl_easy_strerror(result));
+    }
+}
+
+// How much of `piece` was taken; anything but all of it ends the transfer.
+std::size_t Transfer::take(std::string_view piece) {
+    const auto status = info<long>(CURLINFO_RESPONSE_CODE);
+    if (status >= 300 && status < 400) return piece.size();
+    if (status != 200) return 0;
+
+    const auto count = static_cast<std::int64_t>(piece.size());
+    if (count > options_.bodyBytes - taken_) {
+        refusal_ = HttpError{.kind = Kind::tooLarge};
+        return 0;
+    }
+    const auto total = info<curl_off_t>(CURLINFO_CONTENT_LENGTH_DOWNLOAD_T);
+    taken_ += count;
+    refusal_ = sink_(piece, total >= 0 ? std::optional<std::int64_t>(total) : std::nullopt);
+    return refusal_ ? 0 : piece.size();
+}
+
+// libcurl's own limit looks at its last five seconds only, so that a burst now and then gets round it. What
+// counts here are the bytes on the line: a body may decode to nothing, and a redirect's goes nowhere.
+bool Transfer::isMoving(std::int64_t received) {
+    if (!mark_) return true;
+    if (received > options_.bodyBytes) {
+        refusal_ = HttpError{.kind = Kind::tooLarge};
+        return false;
+    }
+    const TimePoint now = steadyNow();
+    const Seconds since = now - mark_->at;
+    const double enough =
+        static_cast<double>(options_.floorBytesPerSecond) * std::max(since, options_.stallTimeout).count();
+    if (static_cast<double>(received - mark_->received) >= enough) {
+        mark_ = Mark{.at = now, .received = received};
+    } else if (since > options_.stallTimeout) {
+        refusal_ = HttpError{.kind = Kind::stalled};
+        return false;
+    }
+    return true;
+}
+
+int Transfer::onConnected(void* self, char*, char*, int, int) noexcept {
+    static_cast<Transfer*>(self)->mark_ = Mark{.at = steadyNow()};
+    return CURL_PREREQFUNC_OK;
+}
+
+std::size_t Transfer::onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept {
+    return static_cast<Transfer*>(self)->take({bytes, count});
+}
+
+int Transfer::onProgress(void* self, curl_off_t, curl_off_t received, curl_off_t, curl_off_t) noexcept {
+    return static_cast<Transfer*>(self)->isMoving(received) ? 0 : 1;
+}
+
+// What a download grows in. Gone with this object, unless it was put in place.
+class PartFile {
+public:
+    explicit PartFile(const std::string& destination)
+        : path_(destination + "." + randomUuid() + ".part"),
+          file_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)),
+          made_(static_cast<bool>(file_)) {}
+    PartFile(const PartFile&) = delete;
+    PartFile& operator=(const PartFile&) = delete;
+    ~PartFile() {
+        if (made_) ::unlink(path_.c_str());
+    }
+
+    // These leave errno set when they fail.
+    bool isOpen() const { return static_cast<bool>(file_); }
+    bool append(std::string_view bytes) const {
+        while (!bytes.empty()) {
+            const ssize_t written = ::write(file_.get(), bytes.data(), bytes.size());
+            if (written < 0 && errno == EINTR) continue;
+            if (written < 0) return false;
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        }
+        return true;
+    }
+    bool moveTo(const std::string& destination) {
+        if (::close(file_.release()) != 0)
+            return false;  // some file systems notice only here that they are full
+        if (::rename(path_.c_str(), destination.c_str()) != 0) return false;
+        made_ = false;
+        return true;
+    }
+
+private:
+    const std::string path_;
+    UniqueFd file_;
+    bool made_;
+};
+
+// Passes on reports, but not too many.
+class Reports {
+public:
+    explicit Reports(const Http::Progress& progress) : progress_(progress) {}
+
+    void moved(std::int64_t by, std::optional<std::int64_t> total) {
+        constexpr auto apart =
+            std::chrono::duration_cast<TimePoint::duration>(Seconds(1.0 / Http::maximumReportsPerSecond));
+        received_ += by;
+        total_ = total;
+        if (!progress_ || steadyNow() < next_) return;
+        next_ = steadyNow() + apart;
+        progress_(received_, total_);
+    }
+    void finished() const {
+        if (progress_) progress_(received_, total_);
+    }
+
+private:
+    const Http::Progress& progress_;
+    std::int64_t received_ = 0;
+    std::optional<std::int64_t> total_;
+    TimePoint next_;
+};
+
+}  // namespace
+
+std::string describe(const HttpError& error) {
+    switch (error.kind) {
+        case Kind::badStatus:
+            if (error.code == 200) return "The server sent an empty answer.";
+            return "The server answered with status " + std::to_string(error.code) + ".";
+        case Kind::tooLarge: return "The server sent more than is allowed.";
+        case Kind::cutShort: return "The connection ended before everything had arrived.";
+        case Kind::stalled: return "The server stopped sending, or sent too slowly.";
+        case Kind::file: return "The download couldn't be saved (" + errorText(error.code) + ").";
+        case Kind::transport: break;
+    }
+    return "The connection failed (" + error.text + ").";
+}
+
+std::expected<std::string, HttpError> Http::fetch(const std::string& url, const HttpOptions& options) {
+    std::string body;
+    Transfer transfer(options, [&](std::string_view piece, auto) -> std::optional<HttpError> {
+        body += piece;
+        return std::nullopt;
+    });
+    if (auto got = transfer.get(url); !got) return std::unexpected(std::move(got.error()));
+    return body;
+}
+
+std::expected<void, HttpError> Http::download(const std::string& url, const std::string& destination,
+                                              const HttpOptions& options, const Progress& progress) {
+    PartFile part(destination);
+    if (!part.isOpen()) return std::unexpected(fileError());
+    Reports reports(progress);
+    Transfer transfer(
+        options, [&](std::string_view piece, std::optional<std::int64_t> total) -> std::optional<HttpError> {
+            if (!part.append(piece)) return fileError();
+            reports.moved(static_cast<std::int64_t>(piece.size()), total);
+            return std::nullopt;
+        });
+    if (auto got = transfer.get(url); !got) return got;
+    if (!part.moveTo(destination)) return std::unexpected(fileError());
+    reports.finished();
+    return {};
+}
+
+}  // namespace tarnik

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include "core/foundation/Time.h"
+#include "core/foundation/UniqueFd.h"
+
+struct ssl_ctx_st;
+struct ssl_st;
+
+namespace tarnik {
+
+// Answers on a loopback port as a test scripts it, byte for byte: one connection after the other, on a thread
+// of its own. Over TLS it shows a certificate for "localhost" that it has signed itself.
+class LoopbackServer {
+public:
+    enum class Security { none, tls };
+
+    // The far side of one connection, closed when the script returns.
+    class Client {
+    public:
+        Client(int fd, int stop, ssl_st* tls) : fd_(fd), stop_(stop), tls_(tls) {}
+
+        // False once the client has left.
+        bool send(std::string_view bytes) const;
+        // Whether the client leaves within this time; true too when the server is to end.
+        bool leaves(Seconds within) const;
+
+    private:
+        int fd_;
+        int stop_;
+        ssl_st* tls_;  // none on a plain connection
+    };
+    // `request` is the head of what was asked.
+    using Script = std::function<void(const Client& client, const std::string& request)>;
+
+    explicit LoopbackServer(Script script, Security security = Security::none);
+    LoopbackServer(const LoopbackServer&) = delete;
+    LoopbackServer& operator=(const LoopbackServer&) = delete;
+    ~LoopbackServer();
+
+    // "http://127.0.0.1:1234", or "https://localhost:1234".
+    const std::string& origin() const { return origin_; }
+    const std::string& certificate() const { return certificate_; }  // PEM
+
+private:
+    void serve() const;
+    void serve(int fd) const;
+
+    const Script script_;
+    UniqueFd listening_;
+    UniqueFd stopRead_;
+    UniqueFd stopWrite_;
+    std::shared_ptr<ssl_ctx_st> tls_;
+    std::string origin_;
+    std::string certificate_;
+    std::thread thread_;
+};
+
+}  // namespace tarnik
