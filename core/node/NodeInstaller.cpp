@@ -1,0 +1,184 @@
+#include "core/node/NodeInstaller.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "core/foundation/Json.h"
+#include "core/foundation/RemoveTree.h"
+#include "core/foundation/Uuid.h"
+#include "core/node/NodeRuntimePin.h"
+#include "core/node/ReleaseVersion.h"
+
+namespace tarnik {
+namespace {
+
+using Kind = InstallFailure::Kind;
+
+constexpr std::size_t versionFileBytes = 65536;
+constexpr mode_t privateFolder = 0700;
+
+std::unexpected<InstallError> fail(Kind kind, std::string what = {}) {
+    return std::unexpected<InstallError>(InstallFailure{kind, std::move(what)});
+}
+
+bool isAtLeast(const std::string& version, const std::string& minimum) {
+    const auto order = ReleaseVersion::compare(version, minimum);
+    return order && *order >= 0;
+}
+
+// rename(2), with the failure named.
+std::expected<void, InstallError> move(const std::string& from, const std::string& to) {
+    if (::rename(from.c_str(), to.c_str()) == 0) return {};
+    return std::unexpected(FileError{"rename " + from, errno});
+}
+
+std::expected<void, InstallError> makeFolder(const std::string& path) {
+    const auto made = createFolders(path, privateFolder);
+    if (!made) return std::unexpected(made.error());
+    return {};
+}
+
+}  // namespace
+
+// What is going to be installed.
+struct NodeInstaller::Sources {
+    NodeRuntime runtime;
+    ReleaseArtifact package;
+};
+
+// A private folder for one install, inside the node home so that moving out of it is one step. Removed with
+// all it holds, whatever happens.
+class NodeInstaller::Stage {
+public:
+    explicit Stage(const NodeHome& home)
+        : path_(home.path + "/tmp/app-install." + randomUuid().substr(0, 8)) {}
+    ~Stage() { removeTree(path_); }
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    const std::string& path() const { return path_; }
+
+private:
+    const std::string path_;
+};
+
+NodeInstaller::NodeInstaller(NodeHome home, Settings settings, NodeInstallerDeps deps)
+    : home_(std::move(home)), settings_(std::move(settings)), deps_(std::move(deps)) {}
+
+std::expected<void, InstallError> NodeInstaller::install(const Progress& progress) const {
+    const auto sources = chooseSources();
+    if (!sources) return std::unexpected(sources.error());
+    if (auto claimed = claim(); !claimed) return claimed;
+    for (const auto& folder : {home_.path + "/runtime", home_.path + "/tmp"}) {
+        if (auto made = makeFolder(folder); !made) return made;
+    }
+    const Stage stage(home_);
+    if (auto made = makeFolder(stage.path()); !made) return made;
+    if (deps_.runtimeVersion(home_.nodeBinary()) != sources->runtime.version) {
+        if (auto installed = installRuntime(*sources, stage, progress); !installed) return installed;
+    }
+    return installPackage(*sources, stage, progress);
+}
+
+std::optional<std::string> NodeInstaller::installedVersion() const {
+    const std::string path = home_.appDir() + "/lib/node_modules/openclaw/tarnik-node.json";
+    const auto text = readFile(path, versionFileBytes);
+    if (!text) return std::nullopt;
+    const auto json = Json::parse(*text, versionFileBytes);
+    const Json* version = json ? json->member("version") : nullptr;
+    return version != nullptr ? version->asString() : std::nullopt;
+}
+
+// Everything that can be refused before the disk is touched.
+std::expected<NodeInstaller::Sources, InstallError> NodeInstaller::chooseSources() const {
+    if (!settings_.releaseBase || !settings_.releasePublicKey) return fail(Kind::notPublished);
+    const auto body = deps_.fetch(settings_.releaseBase->appending("stable.json").text());
+    if (!body) return std::unexpected(body.error());
+    const auto manifest = NodeRelease::verifyChannelFile(*body, settings_.releasePublicKey, deps_.crypto);
+    if (!manifest) return std::unexpected(manifest.error());
+    if (auto allowed = checkVersion(manifest->version); !allowed) return std::unexpected(allowed.error());
+
+    const auto artifact = manifest->artifacts.find(settings_.platform);
+    if (artifact == manifest->artifacts.end()) return fail(Kind::noArtifact, settings_.platform);
+    auto chosen = runtime();
+    if (!chosen) return fail(Kind::noArtifact, settings_.platform);
+    return Sources{std::move(*chosen), artifact->second};
+}
+
+std::expected<void, InstallError> NodeInstaller::checkVersion(const std::string& version) const {
+    if (settings_.minimumVersion && !isAtLeast(version, *settings_.minimumVersion)) {
+        return fail(Kind::tooOld, version);
+    }
+    // A version that can't be compared blocks every install: it might be newer.
+    const auto installed = installedVersion();
+    if (installed && !isAtLeast(version, *installed)) return fail(Kind::tooOld, version);
+    return {};
+}
+
+std::optional<NodeRuntime> NodeInstaller::runtime() const {
+    const auto& pinned = NodeRuntimePin::archives();
+    if (const auto row = pinned.find(settings_.platform); row != pinned.end()) {
+        return NodeRuntime{settings_.platform, std::string(NodeRuntimePin::version),
+                           std::string(NodeRuntimePin::distBase), row->second.file, row->second.sha256};
+    }
+    const auto& development = settings_.developmentRuntime;
+    if (development && development->platform == settings_.platform) return development;
+    return std::nullopt;
+}
+
+std::expected<void, InstallError> NodeInstaller::claim() const {
+    const auto claimed = home_.claim();
+    if (claimed) return {};
+    return std::visit(
+        [](const auto& error) -> std::expected<void, InstallError> { return std::unexpected(error); },
+        claimed.error());
+}
+
+std::expected<void, InstallError> NodeInstaller::installRuntime(const Sources& sources, const Stage& stage,
+                                                                const Progress& progress) const {
+    progress.text("Downloading Node.js " + sources.runtime.version + "…");
+    const auto base = Url::parse(sources.runtime.base);
+    if (!base) return fail(Kind::download, "Node.js");
+    const std::string archive = stage.path() + "/node.tar.gz";
+    const std::string unpacked = stage.path() + "/node";
+    const auto url = base->appending(sources.runtime.file).text();
+    if (auto done = deps_.download(url, archive, progress.bytes); !done) return done;
+    if (deps_.crypto.sha256HexOfFile(archive) != sources.runtime.sha256)
+        return fail(Kind::checksum, "Node.js");
+    if (auto made = makeFolder(unpacked); !made) return made;
+    if (auto done = deps_.extract(archive, unpacked); !done) return done;
+    if (!isExecutableFile(unpacked + "/bin/node")) return fail(Kind::incomplete);
+    return replace(home_.runtimeDir(), unpacked, stage);
+}
+
+std::expected<void, InstallError> NodeInstaller::installPackage(const Sources& sources, const Stage& stage,
+                                                                const Progress& progress) const {
+    progress.text("Downloading tarnik's helper…");
+    const std::string archive = stage.path() + "/tarnik-node.tar.gz";
+    const std::string unpacked = stage.path() + "/app";
+    const auto url = settings_.releaseBase->appending(sources.package.path).text();
+    if (auto done = deps_.download(url, archive, progress.bytes); !done) return done;
+    if (deps_.crypto.sha256HexOfFile(archive) != sources.package.sha256) {
+        return fail(Kind::checksum, "tarnik's helper");
+    }
+    if (auto made = makeFolder(unpacked); !made) return made;
+    if (auto done = deps_.extract(archive, unpacked); !done) return done;
+    const bool complete = isExecutableFile(unpacked + "/bin/tarnik-node") &&
+                          exists(unpacked + "/lib/node_modules/openclaw/openclaw.mjs");
+    if (!complete) return fail(Kind::incomplete);
+    return replace(home_.appDir(), unpacked, stage);
+}
+
+// The old one is moved into the staging folder, not removed where it stands: removing takes a while, and half
+// of a package could still look like one.
+std::expected<void, InstallError> NodeInstaller::replace(const std::string& target, const std::string& staged,
+                                                         const Stage& stage) const {
+    if (!home_.isClaimed()) return fail(Kind::notOurFolder, home_.path);
+    if (exists(target) || isLink(target)) {
+        if (auto done = move(target, stage.path() + "/old-" + randomUuid()); !done) return done;
+    }
+    return move(staged, target);
+}
+
+}  // namespace tarnik

@@ -1,0 +1,61 @@
+#include "core/node/NodeInstallerDeps.h"
+
+#include "core/foundation/WhiteSpace.h"
+#include "core/process/Spawner.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t outputLimit = 65536;
+
+// An answer other than 200 is named by its address; whatever else went wrong on the way says so itself.
+InstallError downloadError(const HttpError& error, const std::string& url) {
+    if (error.kind == HttpError::Kind::badStatus) return InstallFailure{InstallFailure::Kind::download, url};
+    return error;
+}
+
+std::expected<std::string, InstallError> httpFetch(const std::string& url) {
+    auto body = Http::fetch(url);
+    if (!body) return std::unexpected(downloadError(body.error(), url));
+    return std::move(*body);
+}
+
+std::expected<void, InstallError> httpDownload(const std::string& url, const std::string& destination,
+                                               const Http::Progress& progress) {
+    const auto stored = Http::download(url, destination, Http::downloadOptions(), progress);
+    if (!stored) return std::unexpected(downloadError(stored.error(), url));
+    return {};
+}
+
+std::expected<void, InstallError> tarExtract(const std::string& archive, const std::string& folder) {
+    const auto run = Spawner::run({.executable = "/usr/bin/tar",
+                                   .arguments = {"-xzf", archive, "-C", folder, "--strip-components=1"},
+                                   .timeout = 120s,
+                                   .limit = outputLimit});
+    if (!run) return std::unexpected(run.error());
+    if (run->status.succeeded()) return {};
+    const std::string words(trimmingWhiteSpace(run->text));
+    return std::unexpected(InstallFailure{InstallFailure::Kind::extract, words});
+}
+
+std::optional<std::string> nodeVersion(const std::string& nodeBinary) {
+    if (!isExecutableFile(nodeBinary)) return std::nullopt;
+    const auto run = Spawner::run(
+        {.executable = nodeBinary, .arguments = {"--version"}, .timeout = 20s, .limit = outputLimit});
+    if (!run || !run->status.succeeded()) return std::nullopt;
+    return std::string(trimmingWhiteSpace(run->text));
+}
+
+}  // namespace
+
+NodeInstallerDeps NodeInstallerDeps::production() {
+    return {.fetch = httpFetch,
+            .download = httpDownload,
+            .extract = tarExtract,
+            .runtimeVersion = nodeVersion,
+            .crypto = ReleaseCrypto::platform()};
+}
+
+}  // namespace tarnik
