@@ -11,7 +11,6 @@
 
 #include "core/foundation/Files.h"
 #include "core/foundation/Paths.h"
-#include "core/process/FDReader.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik {
@@ -75,7 +74,18 @@ UniqueFd NodeLog::attach() {
     const auto reader = FDReader::start(
         std::move(pipe->readEnd), [log = shared_from_this()](std::string_view chunk) { log->append(chunk); });
     if (!reader) return {};
+    const std::lock_guard lock(mutex_);
+    lastReader_ = *reader;
     return std::move(pipe->writeEnd);
+}
+
+void NodeLog::drain(Seconds timeout) {
+    std::shared_ptr<FDReader> reader;
+    {
+        const std::lock_guard lock(mutex_);
+        reader = lastReader_.lock();
+    }
+    if (reader) reader->waitForEOF(timeout);
 }
 
 void NodeLog::append(std::string_view data) {

@@ -9,6 +9,7 @@
 
 #include "core/foundation/Time.h"
 #include "core/foundation/UniqueFd.h"
+#include "core/process/FDReader.h"
 
 namespace tarnik {
 
@@ -52,6 +53,10 @@ public:
 
     void append(std::string_view data);
 
+    // Waits, at most `timeout`, until all that came through the last attached pipe is in the file: for the
+    // end of the program, which would otherwise take a stopped node's last words with it.
+    void drain(Seconds timeout);
+
 private:
     // All of these with the lock held.
     bool ready();
@@ -71,6 +76,7 @@ private:
     std::int64_t rotateAt_ = 0;  // the cap, or more after a move that failed
     bool moveFailed_ = false;    // the next failure empties the file
     TimePoint nextCheck_;
+    std::weak_ptr<FDReader> lastReader_;
 };
 
 }  // namespace tarnik
