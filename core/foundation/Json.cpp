@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 #include <boost/json/basic_parser_impl.hpp>
 
@@ -168,6 +169,8 @@ std::optional<Json> Json::parse(std::string_view bytes, std::size_t maxBytes) {
     if (error.failed() || taken < bytes.size()) return std::nullopt;
     return std::move(parser.handler().document);
 }
+
+Json::Json(Value value) : value_(std::move(value)) {}
 
 bool Json::isObject() const {
     return std::holds_alternative<Object>(value_);

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -40,7 +39,7 @@ public:
     // twice, since two readers of it might see two things.
     static std::optional<Json> parse(std::string_view bytes, std::size_t maxBytes);
 
-    explicit Json(Value value) : value_(std::move(value)) {}
+    explicit Json(Value value);
 
     bool isObject() const;
     bool isNumber() const;

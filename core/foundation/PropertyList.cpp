@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 #include <plist/plist.h>
 
@@ -51,7 +52,7 @@ private:
     static constexpr std::size_t trailerSize = 32;
     static constexpr std::size_t maxUnfoldedBytes = 16 * PropertyList::maxBytes;
 
-    enum class Kind { plain, text, array, dictionary };
+    enum class Kind { plain, text, wideText, array, dictionary };
     struct Object {
         Kind kind;
         std::size_t begin;
@@ -63,6 +64,7 @@ private:
     };
 
     bool readTrailer();
+    bool holdsNul(const Object& text) const;
     bool visit(Reference reference);
     std::optional<Object> objectOf(std::uint64_t number) const;
     // None when they aren't there.
@@ -105,10 +107,12 @@ bool BinaryWalk::readTrailer() {
 
 bool BinaryWalk::visit(Reference reference) {
     const auto object = objectOf(reference.object);
-    if (!object || (reference.isKey && object->kind != Kind::text)) return false;
+    if (!object) return false;
+    const bool isText = object->kind == Kind::text || object->kind == Kind::wideText;
+    if (isText ? holdsNul(*object) : reference.isKey) return false;
     unfoldedBytes_ += 1 + object->size;
     if (unfoldedBytes_ > maxUnfoldedBytes) return false;
-    if (object->kind != Kind::array && object->kind != Kind::dictionary) return true;
+    if (isText || object->kind == Kind::plain) return true;
 
     if (++containers_ > PropertyList::maxContainers) return false;
     const std::size_t count = object->size / referenceSize_;
@@ -118,6 +122,15 @@ bool BinaryWalk::visit(Reference reference) {
         waiting_.push_back({.object = *to, .isKey = i < keys});
     }
     return true;
+}
+
+// The library ends the program over a key with a NUL in it.
+bool BinaryWalk::holdsNul(const Object& text) const {
+    const std::size_t width = text.kind == Kind::wideText ? 2 : 1;
+    for (std::size_t at = text.begin; at < text.begin + text.size; at += width) {
+        if (*number(at, width) == 0) return true;
+    }
+    return false;
 }
 
 std::optional<BinaryWalk::Object> BinaryWalk::objectOf(std::uint64_t wanted) const {
@@ -146,7 +159,7 @@ std::optional<BinaryWalk::Object> BinaryWalk::objectOf(std::uint64_t wanted) con
         case 0x3: object.size = 8; break;
         case 0x4: object.size = count; break;
         case 0x5: object = {.kind = Kind::text, .begin = begin, .size = count}; break;
-        case 0x6: object = {.kind = Kind::text, .begin = begin, .size = 2 * count}; break;
+        case 0x6: object = {.kind = Kind::wideText, .begin = begin, .size = 2 * count}; break;
         case 0x8: object.size = count + 1; break;
         case 0xA: object = {.kind = Kind::array, .begin = begin, .size = count * referenceSize_}; break;
         case 0xD:
@@ -241,6 +254,8 @@ std::optional<PropertyList> PropertyList::parse(std::string_view bytes) {
     if (list == nullptr) return std::nullopt;
     return valueOf(list);
 }
+
+PropertyList::PropertyList(Value value) : value_(std::move(value)) {}
 
 bool PropertyList::isDictionary() const {
     return std::holds_alternative<Dictionary>(value_);

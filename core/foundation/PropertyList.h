@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -31,7 +30,7 @@ public:
     // same key the last one stays.
     static std::optional<PropertyList> parse(std::string_view bytes);
 
-    explicit PropertyList(Value value) : value_(std::move(value)) {}
+    explicit PropertyList(Value value);
 
     bool isDictionary() const;
     std::optional<std::string> asString() const;

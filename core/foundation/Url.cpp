@@ -25,6 +25,26 @@ bool isPort(std::string_view digits) {
     return digits.size() < highest.size() || (digits.size() == highest.size() && digits <= highest);
 }
 
+// `text` has whole escapes only, by the grammar of addresses.
+std::string decoded(std::string_view text) {
+    boost::urls::encoding_opts plusIsAPlus;
+    plusIsAPlus.space_as_plus = false;
+    return boost::urls::pct_string_view(text.data(), text.size()).decode(plusIsAPlus);
+}
+
+// The library's own walk over the items of an empty query, with a fragment behind it, leaves the text.
+std::vector<Url::QueryItem> itemsOf(std::string_view query) {
+    std::vector<Url::QueryItem> items;
+    while (!query.empty()) {
+        const std::string_view item = query.substr(0, query.find('&'));
+        query.remove_prefix(std::min(item.size() + 1, query.size()));
+        const std::size_t equals = item.find('=');
+        items.push_back({.name = decoded(item.substr(0, equals)), .value = std::nullopt});
+        if (equals != item.npos) items.back().value = decoded(item.substr(equals + 1));
+    }
+    return items;
+}
+
 }  // namespace
 
 std::optional<Url> Url::parse(std::string_view text) {
@@ -44,20 +64,18 @@ std::optional<Url> Url::parse(std::string_view text) {
     }
     url.hasUserInfo_ = parsed->has_userinfo();
 
-    const auto path = parsed->encoded_path();
-    url.pathAt_ = static_cast<std::size_t>(path.data() - text.data());
-    url.pathSize_ = path.size();
+    // The path ends where query or fragment begin. Where it is empty the library doesn't say so itself.
+    const std::size_t pathEnd = std::min(text.find_first_of("?#"), text.size());
+    url.pathSize_ = parsed->encoded_path().size();
+    url.pathAt_ = pathEnd - url.pathSize_;
     // The library lets a path begin right behind the host: http://127.0.0.1.example/ would have the host
     // 127.0.0.1, and http://h@g@i/ the host g.
     if (parsed->has_authority() && url.pathSize_ > 0 && !url.path().starts_with('/')) return std::nullopt;
     url.hasQuery_ = parsed->has_query();
     url.hasFragment_ = parsed->has_fragment();
-
-    boost::urls::encoding_opts plusIsAPlus;
-    plusIsAPlus.space_as_plus = false;
-    for (const auto item : parsed->encoded_params()) {
-        url.queryItems_.push_back({.name = item.key.decode(plusIsAPlus), .value = std::nullopt});
-        if (item.has_value) url.queryItems_.back().value = item.value.decode(plusIsAPlus);
+    if (url.hasQuery_) {
+        const std::size_t queryEnd = std::min(text.find('#'), text.size());
+        url.queryItems_ = itemsOf(text.substr(pathEnd + 1, queryEnd - pathEnd - 1));
     }
     return url;
 }
