@@ -42,8 +42,11 @@ for from in /usr/include /usr/include/x86_64-linux-gnu; do
     includes+=(-isystem "$to")
 done
 flags=(-std=c++2b -O1 "${includes[@]}"
+    -DTARNIK_DEFAULT_WEB_ORIGIN='"https://tarnik.invalid"'
     -Wall -Wextra -Wshadow -Wconversion -Wsign-conversion -Wno-missing-field-initializers -Werror)
-sources=$(find core app -name '*.cpp' ! -name '*_linux.cpp' ! -path '*/platform/linux/*' | sort)
+# Of the two kinds of build, the one that ships.
+sources=$(find core app -name '*.cpp' ! -name '*_linux.cpp' ! -path '*/platform/linux/*' \
+    ! -name '*_development.cpp' | sort)
 
 # zig remembers what it compiled by content, so each object is asked for every time.
 compile() {
