@@ -4,14 +4,17 @@
 #include <string>
 #include <vector>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include "app/OwnBundle.h"
 #include "app/ProcessGround.h"
 #include "app/SignalWatch.h"
 #include "app/console/Console.h"
 #include "app/console/ConsoleLoop.h"
 #include "app/console/ConsoleOptions.h"
+#include "app/model/BuildSettings.h"
+#include "core/driver/ProcessInspection.h"
+#include "core/foundation/Files.h"
 #include "core/foundation/UserHome.h"
 
 extern char** environ;
@@ -41,39 +44,60 @@ std::string homeDirectory(const Environment& environment) {
     return home != environment.end() && home->second.starts_with('/') ? home->second : userHome();
 }
 
+// Those of the bundle that runs, or of the one that was named.
+BuildSettings buildSettings(const ConsoleOptions& options) {
+    if (options.bundle) return BuildSettings::fromBundle(*options.bundle);
+    const auto executable = ProcessInspection::executablePath(::getpid());
+    const auto bundle = executable ? bundleOf(*executable) : std::nullopt;
+    return bundle ? BuildSettings::fromBundle(*bundle) : BuildSettings::fromPropertyList({});
+}
+
 int runConsole(const ConsoleOptions& options) {
     auto inherited = inheritedEnvironment();
     const std::string userFolder = homeDirectory(inherited);
     auto home = NodeHome::resolve(options.nodeHome, userFolder);
     if (!home) return refuse(describe(home.error()));
-    struct stat entry{};
-    if (::stat(home->path.c_str(), &entry) == 0 && !S_ISDIR(entry.st_mode)) {
+    if (exists(home->path) && !isFolder(home->path)) {
         return refuse("the node folder " + home->path + " isn't a folder");
     }
+    if (options.bundle && !isFolder(*options.bundle))
+        return refuse(*options.bundle + " isn't a bundle folder");
     auto wake = Spawner::pipe();
     if (!wake) return refuse(describe(wake.error()));
 
-    auto deps = NodeSupervisorDeps::production();
-    deps.connectedAfter = options.connectedAfter;
-    deps.nodeLog = NodeLog::make(NodeLog::defaultPath(userFolder));
+    const auto settings = buildSettings(options);
+    Console::Machine machine{.home = std::move(*home),
+                             .userFolder = userFolder,
+                             .inherited = std::move(inherited),
+                             .webOrigin = settings.webOrigin,
+                             .install = {.releaseBase = settings.nodeReleaseBase,
+                                         .releasePublicKey = settings.nodeReleasePublicKey,
+                                         .platform = std::string(NodeRelease::hostPlatform),
+                                         .minimumVersion = settings.nodeMinVersion,
+                                         .developmentRuntime = settings.developmentRuntime},
+                             .supervisor = NodeSupervisorDeps::production()};
+    machine.supervisor.connectedAfter = options.connectedAfter;
+    machine.supervisor.nodeLog = NodeLog::make(NodeLog::defaultPath(userFolder));
 
     const auto loop = std::make_shared<ConsoleLoop>(STDIN_FILENO, std::move(*wake));
     std::function<void(int)> onSignal;
     const SignalWatch signals([&](int signal) { loop->post([&onSignal, signal] { onSignal(signal); }); });
-    Console console(loop, std::move(*home), std::move(inherited), std::move(deps));
+    Console console(loop, std::move(machine));
     onSignal = [&console](int signal) { console.onSignal(signal); };
-    console.start();
+    console.start(options.link);
     loop->run({.onLine = [&](const std::string& line) { console.onLine(line); },
                .onLineTooLong = [&] { console.onLineTooLong(); },
-               .onEndOfInput = [&] { console.quit(); }});
-    return EXIT_SUCCESS;
+               .onEndOfInput = [&] { console.onEndOfInput(); }});
+    if (console.waitsForNetwork()) ::_exit(console.exitStatus());
+    return console.exitStatus();
 }
 
 int run(const std::vector<std::string>& words) {
-    const auto options = ConsoleOptions::parse(words);
+    const auto build = ConsoleOptions::thisBuild();
+    const auto options = ConsoleOptions::parse(words, build);
     if (!options) return refuse(options.error());
     if (options->help) {
-        std::fputs(ConsoleOptions::usage, stdout);
+        std::fputs(ConsoleOptions::usage(build).c_str(), stdout);
         return EXIT_SUCCESS;
     }
     if (!options->console) return refuse("there is no window yet; start it with --console");

@@ -1,17 +1,31 @@
 #include "app/console/Console.h"
 
+#include <cstdlib>
 #include <utility>
 
 #include <unistd.h>
 
-#include "app/console/PlainText.h"
+#include "core/foundation/Files.h"
+#include "core/foundation/Http.h"
+#include "core/foundation/OneLine.h"
+#include "core/foundation/PropertyList.h"
+#include "core/node/LaunchdTakeover.h"
+#include "core/pairing/JoinLink.h"
 
 namespace tarnik {
 namespace {
 
 constexpr const char* help =
-    "a link (https://...) pairs this computer with it; Enter or confirm answers the pairing prompt; "
-    "cancel ends the pairing; status; quit";
+    "a link from your chat pairs this computer; Enter or confirm answers the pairing prompt; cancel ends the "
+    "pairing; status; quit";
+constexpr const char* notALink =
+    "That doesn't look like a link from tarnik. Copy the whole link from your chat and paste it here.";
+constexpr const char* stillInstalling = "tarnik's helper is still installing. Try again in a moment.";
+constexpr const char* expired = "This link has expired or was already used. Ask tarnik for a new one.";
+
+constexpr std::size_t longestMessage = 1000;
+constexpr std::size_t shortestLink = 20;  // shorter lines are mistyped commands
+constexpr Seconds logDrain = Seconds(1);
 
 // The phase of a pairing run that is under way or has connected and goes on in the node's place.
 std::string pairingWord(const PairingSession* session, std::optional<pid_t> pid) {
@@ -28,24 +42,86 @@ std::string statusLine(const NodeState& state, std::optional<pid_t> pid, const P
            " endpoint=" + (endpoint ? endpoint->socketPath : "none") + " home=" + home;
 }
 
+// Stops an agent that a command-line install of the helper registered for this very home.
+std::optional<LaunchdTakeover::Outcome> takeOverAgent(const NodeHome& home, const std::string& userFolder) {
+    const auto path = LaunchdTakeover::plistPath(userFolder);
+    const auto plan = LaunchdTakeover::plan(readFile(path, PropertyList::maxBytes), path, home, ::getuid());
+    return LaunchdTakeover::execute(plan, LaunchdTakeover::Deps::production());
+}
+
+std::string describe(const LaunchdTakeover::Outcome& outcome) {
+    return "took over the node's LaunchAgent: stopped " + std::to_string(outcome.stopped) + ", removed " +
+           std::to_string(outcome.removed);
+}
+
+// Asks the service what the code stands for; none when it has no answer that we take.
+std::optional<Url> fetchJoinURL(const std::string& code, const Url& webOrigin) {
+    const auto answer = Http::fetch(JoinLink::answerURL(code, webOrigin).text());
+    return answer ? JoinLink::joinURL(*answer, code) : std::nullopt;
+}
+
 }  // namespace
 
-Console::Console(std::shared_ptr<ConsoleLoop> loop, NodeHome home, Environment inherited,
-                 NodeSupervisorDeps deps)
+Console::Console(std::shared_ptr<ConsoleLoop> loop, Machine machine)
     : loop_(std::move(loop)),
-      homePath_(home.path),
+      machine_(std::move(machine)),
+      network_(SerialQueue::withThread("tarnik.network")),
       work_(SerialQueue::withThread("tarnik.console")),
       supervisor_(
-          std::move(home), std::move(inherited), std::move(deps),
+          machine_.home, machine_.inherited, machine_.supervisor,
           [this](const std::string& text) { loop_->post([this, text] { output_.message(text); }); },
           [this](const NodeState& state) { loop_->post([this, state] { showState(state); }); }) {}
 
 Console::~Console() {
+    network_->close();
     work_->close();
 }
 
-void Console::start() {
+void Console::start(std::optional<std::string> link) {
+    network_->post([this, link = std::move(link)] {
+        if (const auto outcome = takeOverAgent(machine_.home, machine_.userFolder)) {
+            loop_->post([this, text = describe(*outcome)] { output_.message(text); });
+        }
+        std::optional<InstallError> error;
+        if (!machine_.home.isInstalled()) {
+            const NodeInstaller installer(machine_.home, machine_.install, NodeInstallerDeps::production());
+            const auto done = installer.install(
+                {.text =
+                     [this](const std::string& text) {
+                         loop_->post([this, text] { output_.line("install", text); });
+                     },
+                 .bytes =
+                     [this](std::int64_t received, std::optional<std::int64_t> total) {
+                         loop_->post([this, received, total] { output_.progress(received, total); });
+                     }});
+            if (!done) error = done.error();
+            const auto version = installer.installedVersion();
+            if (done)
+                loop_->post([this, version] { output_.line("install", "done " + version.value_or("")); });
+        }
+        loop_->post([this, error, link] { setupEnded(error, link); });
+    });
+}
+
+void Console::setupEnded(const std::optional<InstallError>& error, const std::optional<std::string>& link) {
+    setup_ = error ? Setup::failed : Setup::ready;
+    if (quitting_) return;
+    if (error) return refuse(describe(*error), Refusal::ends);
+    if (inputEnded_) return quit();
     work_->post([this] { supervisor_.start(); });
+    if (link) pair(*link, Refusal::ends);
+}
+
+void Console::refuse(const std::string& why, Refusal refusal) {
+    showError(why);
+    if (refusal == Refusal::isTold) return;
+    exitStatus_ = EXIT_FAILURE;
+    quit();
+}
+
+void Console::onEndOfInput() {
+    inputEnded_ = true;
+    if (setup_ != Setup::installing) quit();
 }
 
 void Console::onLine(const std::string& line) {
@@ -55,8 +131,9 @@ void Console::onLine(const std::string& line) {
     if (line == "status") return showStatus();
     if (line == "quit") return quit();
     if (line == "help") return output_.line("help", help);
-    if (line.starts_with("https://") || line.starts_with("http://")) return pair(line);
-    showError("unknown command " + shown(line) + " (help lists them)");
+    if (line.size() >= shortestLink || line.find("://") != std::string::npos)
+        return pair(line, Refusal::isTold);
+    showError("unknown command " + line + " (help lists them)");
 }
 
 void Console::onLineTooLong() {
@@ -73,19 +150,40 @@ void Console::quit() {
     loop_->closeInput();
     work_->post([this] {
         supervisor_.stop();
+        if (machine_.supervisor.nodeLog) machine_.supervisor.nodeLog->drain(logDrain);
         loop_->quit();
     });
 }
 
-void Console::pair(const std::string& link) {
-    work_->post([this, link] {
+void Console::pair(const std::string& link, Refusal refusal) {
+    const auto code = JoinLink::code(link, machine_.webOrigin);
+    if (!code) return refuse(notALink, refusal);
+    if (setup_ != Setup::ready) return refuse(stillInstalling, refusal);
+    if (checkingLink_ || pairing_) return refuse(describe(PairingFailure::busy), refusal);
+    checkingLink_ = true;
+    output_.line("link", "Checking the link…");
+    network_->post([this, code = *code, refusal] {
+        const auto joinURL = fetchJoinURL(code, machine_.webOrigin);
+        loop_->post([this, joinURL, refusal] { linkChecked(joinURL, refusal); });
+    });
+}
+
+void Console::linkChecked(const std::optional<Url>& joinURL, Refusal refusal) {
+    checkingLink_ = false;
+    if (quitting_) return;
+    if (!joinURL) return refuse(expired, refusal);
+    beginPairing(joinURL->text());
+}
+
+void Console::beginPairing(const std::string& joinURL) {
+    work_->post([this, joinURL] {
         auto transcript = std::make_shared<PairingTranscript>();
         auto show = [this, weak = std::weak_ptr(loop_),
                      transcript](const PairingSession::Snapshot& snapshot) {
             const auto loop = weak.lock();
             if (loop) loop->post([this, transcript, snapshot] { showUpdate(snapshot, *transcript); });
         };
-        auto session = supervisor_.beginPairing(link, std::move(show));
+        auto session = supervisor_.beginPairing(joinURL, std::move(show));
         if (session) {
             session_ = *session;
         } else {
@@ -115,7 +213,8 @@ void Console::showStatus() {
         const auto pid = supervisor_.runningPID();
         const auto endpoint = supervisor_.currentEndpoint();
         loop_->post([this, state, pid, endpoint, session = session_] {
-            output_.line("status", statusLine(state, pid, session.get(), restarts_, endpoint, homePath_));
+            output_.line("status",
+                         statusLine(state, pid, session.get(), restarts_, endpoint, machine_.home.path));
         });
     });
 }
@@ -124,6 +223,7 @@ void Console::showUpdate(const PairingSession::Snapshot& snapshot, PairingTransc
     const auto news = transcript.update(snapshot);
     for (const auto& line : news.lines) output_.line("terminal", line);
     if (!news.phase) return;
+    pairing_ = isInProgress(*news.phase);
     output_.line("pairing", describe(*news.phase));
     if (std::holds_alternative<PairingPhases::WaitingForYes>(*news.phase)) {
         output_.hint("Press Enter here to connect, or type cancel.");
@@ -133,12 +233,13 @@ void Console::showUpdate(const PairingSession::Snapshot& snapshot, PairingTransc
 void Console::showState(const NodeState& state) {
     if (std::holds_alternative<NodeStates::Restarting>(state)) ++restarts_;
     output_.line("state", describe(state));
-    if (std::holds_alternative<NodeStates::WaitingForLink>(state))
+    if (std::holds_alternative<NodeStates::WaitingForLink>(state)) {
         output_.hint("Paste the link from your chat here.");
+    }
 }
 
 void Console::showError(const std::string& text) {
-    output_.line("error", text);
+    output_.line("error", oneLine(text, longestMessage));
 }
 
 }  // namespace tarnik

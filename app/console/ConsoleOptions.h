@@ -11,21 +11,22 @@ namespace tarnik {
 
 // What the command line asks for.
 struct ConsoleOptions {
+    // Builds for development take settings from elsewhere than their own bundle.
+    enum class Build { development, release };
+    static Build thisBuild();
+
     bool console = false;
     bool help = false;
     std::optional<std::string> nodeHome;
+    std::optional<std::string> bundle;  // a folder; development builds only
+    std::optional<std::string> link;    // to pair with right after the start
     Seconds connectedAfter = Seconds(15);
 
-    static constexpr const char* usage =
-        "usage: tarnik --console [--node-home DIR] [--connected-after SECONDS]\n"
-        "\n"
-        "  --console                  run the whole machine in this terminal, without a window\n"
-        "  --node-home DIR            keep the helper in DIR instead of ~/.tarnik/node\n"
-        "  --connected-after SECONDS  how long a pairing must last to count as connected (15)\n"
-        "  --help                     show this and end\n";
+    static std::string usage(Build build);
 
     // Takes the words after the program's name; the error is one line naming what is wrong.
-    static std::expected<ConsoleOptions, std::string> parse(const std::vector<std::string>& words);
+    static std::expected<ConsoleOptions, std::string> parse(const std::vector<std::string>& words,
+                                                            Build build);
 
     bool operator==(const ConsoleOptions&) const = default;
 };

@@ -1,5 +1,6 @@
 #include "app/console/ConsoleOutput.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -17,6 +18,9 @@ constexpr std::string_view dim = "\x1b[2m";
 constexpr std::string_view bold = "\x1b[1m";
 constexpr std::string_view red = "\x1b[31m";
 constexpr std::string_view plain = "\x1b[0m";
+constexpr std::string_view backToStart = "\r\x1b[K";  // and the line cleared
+constexpr Seconds betweenProgressLines = Seconds(2);
+constexpr std::int64_t worthShowing = 1'000'000;  // bytes; less is there at once
 
 bool wantsColours(int fd) {
     return ::isatty(fd) != 0 && std::getenv("NO_COLOR") == nullptr;
@@ -34,6 +38,24 @@ std::string timeOfDay() {
     std::snprintf(text.data(), text.size(), "%02d:%02d:%02d.%03d", local.tm_hour, local.tm_min, local.tm_sec,
                   static_cast<int>(milliseconds));
     return text.data();
+}
+
+// "12.3 MB of 40.1 MB"
+std::string amount(std::int64_t received, std::optional<std::int64_t> total) {
+    const auto megabytes = [](std::int64_t bytes) {
+        std::array<char, 32> text{};
+        std::snprintf(text.data(), text.size(), "%.1f MB", static_cast<double>(bytes) / 1e6);
+        return std::string(text.data());
+    };
+    return megabytes(received) + (total ? " of " + megabytes(*total) : "");
+}
+
+std::string bar(std::int64_t received, std::optional<std::int64_t> total) {
+    constexpr std::size_t width = 40;
+    if (!total || *total <= 0) return amount(received, total);
+    const double share = std::min(1.0, static_cast<double>(received) / static_cast<double>(*total));
+    const auto filled = static_cast<std::size_t>(share * static_cast<double>(width));
+    return "[" + std::string(filled, '#') + std::string(width - filled, '.') + "] " + amount(received, total);
 }
 
 std::string painted(bool coloured, std::string_view colour, std::string_view text) {
@@ -54,21 +76,46 @@ void writeAll(int fd, std::string_view text) {
 }  // namespace
 
 ConsoleOutput::ConsoleOutput()
-    : coloured_(wantsColours(STDOUT_FILENO)), colouredMessages_(wantsColours(STDERR_FILENO)) {}
+    : onTerminal_(::isatty(STDOUT_FILENO) != 0),
+      coloured_(wantsColours(STDOUT_FILENO)),
+      colouredMessages_(wantsColours(STDERR_FILENO)) {}
 
 void ConsoleOutput::line(std::string_view word, std::string_view rest) {
+    clearBar();
     const auto colour = word == "error" ? red : bold;
     writeAll(STDOUT_FILENO, painted(coloured_, dim, timeOfDay()) + " " + painted(coloured_, colour, word) +
                                 " " + std::string(rest) + "\n");
 }
 
 void ConsoleOutput::message(std::string_view text) {
+    clearBar();
     writeAll(STDERR_FILENO, painted(colouredMessages_, dim, timeOfDay()) + " " + std::string(text) + "\n");
 }
 
 void ConsoleOutput::hint(std::string_view text) {
-    if (::isatty(STDOUT_FILENO) == 0) return;
+    if (!onTerminal_) return;
+    clearBar();
     writeAll(STDOUT_FILENO, painted(coloured_, dim, text) + "\n");
+}
+
+void ConsoleOutput::progress(std::int64_t received, std::optional<std::int64_t> total) {
+    if (total && *total < worthShowing) return;
+    const bool complete = total && received >= *total;
+    if (onTerminal_) {
+        writeAll(STDOUT_FILENO, std::string(backToStart) + bar(received, total));
+        barShown_ = true;
+        if (complete) clearBar();
+        return;
+    }
+    const TimePoint now = steadyNow();
+    if (now < nextProgressLine_ && !complete) return;
+    nextProgressLine_ = after(now, betweenProgressLines);
+    line("install", amount(received, total));
+}
+
+void ConsoleOutput::clearBar() {
+    if (barShown_) writeAll(STDOUT_FILENO, backToStart);
+    barShown_ = false;
 }
 
 }  // namespace tarnik

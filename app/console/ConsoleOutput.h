@@ -1,6 +1,11 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
+
+#include "core/foundation/Time.h"
 
 namespace tarnik {
 
@@ -19,9 +24,18 @@ public:
     // Only for a person at a terminal.
     void hint(std::string_view text);
 
+    // How far a download is, in bytes: a bar that stays in its place on a terminal, a line now and then
+    // elsewhere.
+    void progress(std::int64_t received, std::optional<std::int64_t> total);
+
 private:
+    void clearBar();
+
+    const bool onTerminal_;
     const bool coloured_;
     const bool colouredMessages_;
+    bool barShown_ = false;
+    TimePoint nextProgressLine_;
 };
 
 }  // namespace tarnik

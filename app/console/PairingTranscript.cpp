@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/console/PlainText.h"
+#include "core/foundation/OneLine.h"
 
 namespace tarnik {
 namespace {
@@ -13,7 +13,7 @@ constexpr std::size_t overlapBytes = 200;
 
 void addLine(std::vector<std::string>& lines, std::string_view line) {
     constexpr std::size_t longestLine = 2000;
-    const auto plain = shown(line, longestLine);
+    const auto plain = oneLine(line, longestLine);
     if (!plain.empty()) lines.push_back(plain);
 }
 

@@ -1,0 +1,9 @@
+#include "app/console/ConsoleOptions.h"
+
+namespace tarnik {
+
+ConsoleOptions::Build ConsoleOptions::thisBuild() {
+    return Build::release;
+}
+
+}  // namespace tarnik
