@@ -130,10 +130,9 @@ bool Transfer::configure() {
         return static_cast<long>(std::chrono::ceil<std::chrono::milliseconds>(time).count());
     };
     for (const char* header : {"Cache-Control: no-cache", "Accept-Encoding: identity"}) {
-        curl_slist* const longer = curl_slist_append(headers_.get(), header);
-        if (longer == nullptr) return false;
-        static_cast<void>(headers_.release());
-        headers_.reset(longer);
+        curl_slist* const list = curl_slist_append(headers_.get(), header);
+        if (list == nullptr) return false;
+        if (!headers_) headers_.reset(list);
     }
 
     set(CURLOPT_HTTPHEADER, headers_.get());
@@ -142,8 +141,12 @@ bool Transfer::configure() {
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
     set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
-    if (!options_.authorities.empty()) set(CURLOPT_CAINFO, options_.authorities.c_str());
+    if (!options_.authorities.empty()) {
+        set(CURLOPT_CAINFO, options_.authorities.c_str());
+        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
+    }
 
+    set(CURLOPT_BUFFERSIZE, 100L << 10);  // the default of 16 KiB costs a fifth of the speed
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L);  // else a time-out waits for the name's resolver
     set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(options_.connectTimeout));
@@ -174,9 +177,9 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     const bool redirected = status >= 300 && status < 400;
     const HttpError badStatus{.kind = Kind::badStatus, .code = static_cast<int>(status)};
-    if (refusal_) return std::unexpected(*refusal_);
     // The status counts for more than how its body went.
     if (status > 200 && !redirected) return std::unexpected(badStatus);
+    if (refusal_) return std::unexpected(*refusal_);
     if (result != CURLE_OK) return std::unexpected(failure(result));
     if (!redirected && taken_ > 0) return std::nullopt;
 

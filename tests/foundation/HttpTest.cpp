@@ -1,13 +1,14 @@
 #include "core/foundation/Http.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/TemporaryFolder.h"
