@@ -120,7 +120,7 @@ TEST(NodeRelease, refusesEachFaultOfAReleaseFile) {
         {"a number for the key id", key, "21", wrongKey("21")},
         {"null for the key id", key, "null", wrongKey("null")},
         {"an object for the key id", key, R"({"a": [1]})", wrongKey(R"({"a":[1]})")},
-        {"controls in the key id", key, R"("\u001b[2J\nx\u202e")", wrongKey("[2Jx")},
+        {"controls in the key id", key, R"("\u001b[2J\nx\u202e")", wrongKey("[2J x")},
         {"a long key id", key, "\"" + std::string(1000, 'k') + "\"",
          wrongKey(std::string(63, 'k') + "\xE2\x80\xA6")},
         {"63 bytes of signature", "2KDA\"", "2KA\"", {Reason::badSignature}},
