@@ -81,7 +81,7 @@ std::optional<Url> joinURL(std::string_view answer, std::string_view code) {
     const Json* version = json->member("v");
     const Json* join = json->member("join");
     if (version == nullptr || version->asInteger() != 1 || join == nullptr) return std::nullopt;
-    const auto url = Url::parse(join->asString().value_or(""));
+    auto url = Url::parse(join->asString().value_or(""));
     if (!url || !isJoinAddress(*url, code)) return std::nullopt;
     return url;
 }
