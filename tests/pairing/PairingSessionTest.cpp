@@ -25,6 +25,13 @@ struct Fixture {
     std::vector<ExitStatus> exits;
     std::shared_ptr<PairingSession> session;
 
+    // The session's threads tell this fixture of their changes until the command's end was told.
+    ~Fixture() {
+        if (!session) return;
+        session->cancel();
+        EXPECT_TRUE(eventually([&] { return !toldExits().empty(); }));
+    }
+
     PairingSession::Setup setup() {
         return {.request = {.executable = "/runtime/node"},
                 .spawnPty = spawner.spawnPty(),
@@ -63,6 +70,16 @@ struct Fixture {
         ASSERT_TRUE(session->confirm());
     }
 
+    std::vector<ExitStatus> toldExits() {
+        const std::lock_guard lock(mutex);
+        return exits;
+    }
+
+    std::size_t updateCount() {
+        const std::lock_guard lock(mutex);
+        return updates.size();
+    }
+
     // Each phase once, in the order in which it was told.
     std::vector<std::string> toldPhases() {
         const std::lock_guard lock(mutex);
@@ -88,13 +105,10 @@ TEST(PairingSession, findsThePromptHoweverItArrives) {
         for (const auto& chunk : chunks) {
             EXPECT_EQ(f.session->phase(), PairingPhase(Starting{})) << chunk;
             f.command().print(chunk);
-            EXPECT_TRUE(eventually([&] {
-                const std::lock_guard lock(f.mutex);
-                return f.updates.size() >= static_cast<std::size_t>(&chunk - chunks.data()) + 1;
-            }));
+            EXPECT_TRUE(eventually(
+                [&] { return f.updateCount() >= static_cast<std::size_t>(&chunk - chunks.data()) + 1; }));
         }
         EXPECT_TRUE(f.reaches(WaitingForYes{})) << chunks.front();
-        f.session->cancel();
     }
 }
 
@@ -108,7 +122,6 @@ TEST(PairingSession, pressesEnterOnceAndOnlyAtThePrompt) {
     EXPECT_TRUE(f.session->confirm());
     EXPECT_FALSE(f.session->confirm());
     EXPECT_EQ(f.command().typed(), "\n");
-    f.session->cancel();
 }
 
 TEST(PairingSession, countsAsConnectedWhenTheCommandRunsOn) {
@@ -132,7 +145,7 @@ TEST(PairingSession, endsWithTheCommandUntilItIsConnected) {
     EXPECT_EQ(f.session->phase(), PairingPhase(Ended{ExitStatus::exited(0)}));
     f.timers.advance(1min);
     EXPECT_EQ(f.session->phase(), PairingPhase(Ended{ExitStatus::exited(0)}));
-    EXPECT_EQ(f.exits, std::vector{ExitStatus::exited(0)});
+    EXPECT_EQ(f.toldExits(), std::vector{ExitStatus::exited(0)});
 }
 
 TEST(PairingSession, cancelEndsTheCommandAndAsksWhetherItHadJoined) {
@@ -170,7 +183,6 @@ TEST(PairingSession, keepsTheLastCharactersOfLongOutput) {
     const auto text = f.session->snapshot().text;
     EXPECT_LE(text.size(), PairingSession::maxTextBytes);
     EXPECT_GE(text.size(), PairingSession::keptCharacters);
-    f.session->cancel();
 }
 
 TEST(PairingSession, isLeftAloneUntilAWhileAfterTheAnswer) {
@@ -196,27 +208,25 @@ TEST(PairingSession, hearsOfAnExitThatComesBeforeItHasTheHandle) {
     };
     f.session = PairingSession::start(std::move(spawn)).value();
     EXPECT_TRUE(f.reaches(Ended{ExitStatus::exited(127)}));
-    EXPECT_TRUE(eventually([&] {
-        const std::lock_guard lock(f.mutex);
-        return f.exits.size() == 1;
-    }));
+    EXPECT_TRUE(eventually([&] { return f.toldExits().size() == 1; }));
 }
 
 TEST(PairingSession, letsAListenerAnswerFromInsideAnUpdate) {
     Fixture f;
     auto setup = f.setup();
     std::atomic<bool> confirmed = false;
+    std::atomic<PairingSession*> listening = nullptr;
     setup.onUpdate = [&](const PairingSession::Snapshot& snapshot) {
         const std::lock_guard lock(f.mutex);
         f.updates.push_back(snapshot);
-        if (snapshot.phase == PairingPhase(WaitingForYes{})) confirmed = f.session->confirm();
+        if (snapshot.phase == PairingPhase(WaitingForYes{})) confirmed = listening.load()->confirm();
     };
     f.session = PairingSession::start(std::move(setup)).value();
+    listening = f.session.get();
     f.command().print("Press Enter to connect it");
     ASSERT_TRUE(eventually([&] { return f.toldPhases().size() == 2; }));
     EXPECT_TRUE(confirmed);
     EXPECT_EQ(f.toldPhases(), (std::vector<std::string>{"waitingForYes", "connecting"}));
-    f.session->cancel();
 }
 
 TEST(PairingSession, showsWhatARealCommandSaidLast) {
@@ -246,10 +256,7 @@ TEST(PairingSession, showsWhatARealCommandSaidLast) {
         f.session = PairingSession::start(std::move(setup)).value();
         EXPECT_TRUE(f.reaches(Ended{ExitStatus::exited(c.code)})) << c.why;
         EXPECT_TRUE(f.session->snapshot().text.ends_with(c.last)) << c.why;
-        EXPECT_TRUE(eventually([&] {
-            const std::lock_guard lock(f.mutex);
-            return f.exits.size() == 1;
-        }));
+        EXPECT_TRUE(eventually([&] { return f.toldExits().size() == 1; }));
     }
 }
 
