@@ -43,6 +43,10 @@ export class ConsoleProgram {
     return this.lines.length;
   }
 
+  get pid() {
+    return this.#child.pid;
+  }
+
   send(line) {
     this.#child.stdin.write(`${line}\n`);
   }
