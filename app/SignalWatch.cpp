@@ -12,8 +12,8 @@ constexpr int nudge = SIGUSR2;  // wakes the watching thread to see that its own
 
 sigset_t watched() {
     sigset_t set;
-    ::sigemptyset(&set);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, nudge}) ::sigaddset(&set, signal);
+    sigemptyset(&set);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, nudge}) sigaddset(&set, signal);
     return set;
 }
 

@@ -34,11 +34,12 @@ void ConsoleLoop::run(const Handlers& handlers) {
 }
 
 void ConsoleLoop::runPosted() {
+    // One byte for all that was posted since the last time; what comes in between is taken along.
+    char byte = 0;
+    while (::read(wake_.readEnd.get(), &byte, 1) < 0 && errno == EINTR) {}
     std::vector<Task> tasks;
     {
         const std::lock_guard lock(mutex_);
-        char byte = 0;
-        while (::read(wake_.readEnd.get(), &byte, 1) < 0 && errno == EINTR) {}
         tasks = std::exchange(posted_, {});
     }
     for (const auto& task : tasks) task();

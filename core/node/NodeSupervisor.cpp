@@ -58,7 +58,7 @@ std::expected<std::shared_ptr<PairingSession>, PairingError> NodeSupervisor::beg
         const auto* pairing = std::get_if<Pairing>(&current_);
         if (!home_.isInstalled()) {
             result = std::unexpected(PairingFailure::notInstalled);
-        } else if (pairing != nullptr && pairing->session->isInProgress()) {
+        } else if (pairing != nullptr && pairing->session && pairing->session->isInProgress()) {
             result = std::unexpected(PairingFailure::busy);
         } else if (auto session = startPairing(joinURL, std::move(onUpdate))) {
             result = *session;

@@ -45,10 +45,10 @@ public:
     // Stops what runs, as stop().
     ~NodeSupervisor();
     NodeSupervisor(const NodeSupervisor&) = delete;
+    NodeSupervisor& operator=(const NodeSupervisor&) = delete;
 
     // The node is wanted. Start again after installing: nothing else retries then.
     void start();
-
     // Ends the node politely, then by force. Blocks for up to 20 s. Never fails.
     void stop();
 
