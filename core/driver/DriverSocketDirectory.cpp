@@ -1,0 +1,332 @@
+#include "core/driver/DriverSocketDirectory.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <csignal>
+#include <memory>
+#include <string_view>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "core/driver/ProcessInspection.h"
+#include "core/foundation/Paths.h"
+#include "core/foundation/UniqueFd.h"
+#include "core/foundation/Uuid.h"
+#include "core/foundation/WhiteSpace.h"
+
+namespace tarnik {
+
+namespace {
+
+using Failure = DriverSocketDirectory::Failure;
+using Status = struct stat;
+
+constexpr mode_t folderMode = 0700;
+constexpr mode_t pidFileMode = 0600;
+constexpr mode_t permissionBits = 07777;
+constexpr std::size_t idLength = 16;
+constexpr int idAttempts = 8;
+constexpr std::size_t socketPathLimit = 104;  // Darwin's, with the NUL at the end; Linux has a few more
+constexpr std::size_t pidFileLimit = 64;
+constexpr Seconds terminateGrace = Seconds(1);
+constexpr Seconds killGrace = Seconds(1);
+constexpr const char* socketName = "cua.sock";
+constexpr const char* pidFileName = "cua.pid";
+
+std::unexpected<Failure> refused(const char* reason) {
+    return std::unexpected(Failure{.kind = Failure::Kind::directory, .reason = reason});
+}
+
+// Of the entry itself, never of what a link leads to.
+std::optional<Status> statusAt(int folder, const std::string& name) {
+    Status found{};
+    if (::fstatat(folder, name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+    return found;
+}
+
+std::optional<Status> statusOf(const UniqueFd& opened) {
+    Status found{};
+    if (::fstat(opened.get(), &found) != 0) return std::nullopt;
+    return found;
+}
+
+bool isOurs(const Status& status) {
+    return status.st_uid == ::geteuid();
+}
+
+bool isOurPrivateFolder(const Status& status) {
+    return S_ISDIR(status.st_mode) && isOurs(status) && (status.st_mode & permissionBits) == folderMode;
+}
+
+bool isTheOneMade(const DriverSocketDirectory& directory, const std::optional<Status>& status) {
+    return status && isOurPrivateFolder(*status) && status->st_dev == directory.device &&
+           status->st_ino == directory.inode;
+}
+
+UniqueFd openFolder(int at, const std::string& name) {
+    return UniqueFd(::openat(at, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
+// With errno set on failure. The mode is set once more: the umask takes bits away, a parent may add some.
+bool makeFolder(int at, const std::string& name) {
+    if (::mkdirat(at, name.c_str(), folderMode) != 0) return false;
+    if (::fchmodat(at, name.c_str(), folderMode, AT_SYMLINK_NOFOLLOW) == 0) return true;
+    const int code = errno;
+    ::unlinkat(at, name.c_str(), AT_REMOVEDIR);
+    errno = code;
+    return false;
+}
+
+enum class WhenMissing { make, leave };
+
+// The folder that holds the private ones; none when it or one above it isn't there or isn't ours.
+UniqueFd openRoots(const std::string& applicationSupport, WhenMissing whenMissing) {
+    UniqueFd folder;
+    int above = AT_FDCWD;
+    for (const std::string& name : {applicationSupport, std::string("tarnik"), std::string("cua")}) {
+        UniqueFd next = openFolder(above, name);
+        if (!next && errno == ENOENT && whenMissing == WhenMissing::make) {
+            if (!makeFolder(above, name) && errno != EEXIST) return {};
+            next = openFolder(above, name);
+        }
+        const auto status = statusOf(next);
+        if (!status || !isOurs(*status)) return {};
+        folder = std::move(next);
+        above = folder.get();
+    }
+    return folder;
+}
+
+// A link with a "/" behind it would be followed.
+std::string withoutSlashesAtTheEnd(std::string path) {
+    while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+    return path;
+}
+
+DriverSocketDirectory record(const std::string& applicationSupport, const std::string& id,
+                             const Status& status) {
+    const std::string path = applicationSupport + "/tarnik/cua/" + id;
+    return {
+        .path = path, .socketPath = path + "/" + socketName, .device = status.st_dev, .inode = status.st_ino};
+}
+
+std::string randomID() {
+    std::string id = randomUuid();
+    std::erase(id, '-');
+    return id.substr(0, idLength);
+}
+
+bool isID(std::string_view name) {
+    return name.size() == idLength && name.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
+
+// The name of a new folder in `root`.
+std::optional<std::string> makeUniqueFolder(const UniqueFd& root) {
+    for (int attempt = 0; attempt < idAttempts; ++attempt) {
+        const std::string id = randomID();
+        if (makeFolder(root.get(), id)) return id;
+        if (errno != EEXIST) return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::expected<DriverSocketDirectory, Failure> inspectNew(const UniqueFd& root,
+                                                         const std::string& applicationSupport,
+                                                         const std::string& id) {
+    const UniqueFd folder = openFolder(root.get(), id);
+    const auto status = statusOf(folder);
+    if (!status || !isOurPrivateFolder(*status)) {
+        return refused("the new directory failed its ownership checks");
+    }
+    auto made = record(applicationSupport, id, *status);
+    if (made.socketPath.size() >= socketPathLimit) {
+        return std::unexpected(Failure{.kind = Failure::Kind::socketPathTooLong, .reason = {}});
+    }
+    if (statusAt(folder.get(), socketName) || errno != ENOENT) return refused("socket path already exists");
+    return made;
+}
+
+// Closed, when it isn't the one that was made.
+UniqueFd openUnchanged(const DriverSocketDirectory& directory) {
+    UniqueFd folder = openFolder(AT_FDCWD, directory.path);
+    if (!isTheOneMade(directory, statusOf(folder))) return {};
+    return folder;
+}
+
+void removeOurs(const UniqueFd& folder, const char* name) {
+    const auto status = statusAt(folder.get(), name);
+    if (status && isOurs(*status)) ::unlinkat(folder.get(), name, 0);
+}
+
+std::optional<pid_t> parsePid(std::string_view text) {
+    text = trimmingWhiteSpace(text);
+    pid_t pid = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), pid);
+    if (error != std::errc() || end != text.data() + text.size() || pid < 1) return std::nullopt;
+    return pid;
+}
+
+// Whether no driver uses the folder any more.
+bool endDriver(const DriverSocketDirectory& directory, const std::string& expectedExecutable,
+               const DriverSocketDirectory::Processes& processes) {
+    const auto pid = directory.readProcessIdentifier();
+    if (!pid || *pid < 2) return true;
+    const int unreachable = processes.signal(*pid, 0);
+    if (unreachable != 0 && unreachable != EPERM) return true;
+
+    const auto runsDriver = [&] {
+        const auto runs = processes.executablePath(*pid);
+        return runs && !expectedExecutable.empty() && ProcessInspection::samePath(*runs, expectedExecutable);
+    };
+    if (!runsDriver()) return false;
+    processes.signal(*pid, SIGTERM);
+    if (processes.waitForExit(*pid, terminateGrace)) return true;
+
+    // By now the number may be another process's.
+    if (directory.readProcessIdentifier() != pid || !runsDriver()) {
+        return processes.waitForExit(*pid, Seconds::zero());
+    }
+    processes.signal(*pid, SIGKILL);
+    return processes.waitForExit(*pid, killGrace);
+}
+
+}  // namespace
+
+DriverSocketDirectory::Processes DriverSocketDirectory::Processes::production() {
+    return {.executablePath = ProcessInspection::executablePath,
+            .signal = [](pid_t pid, int signal) { return ::kill(pid, signal) == 0 ? 0 : errno; },
+            .waitForExit = ProcessInspection::waitForExit};
+}
+
+std::expected<DriverSocketDirectory, Failure> DriverSocketDirectory::create(
+    const std::string& applicationSupport) {
+    const std::string support = withoutSlashesAtTheEnd(applicationSupport);
+    const UniqueFd root = openRoots(support, WhenMissing::make);
+    if (!root) return refused("support roots must be directories this user owns");
+    const auto id = makeUniqueFolder(root);
+    if (!id) return refused("could not allocate a unique directory");
+
+    auto made = inspectNew(root, support, *id);
+    if (!made) ::unlinkat(root.get(), id->c_str(), AT_REMOVEDIR);
+    return made;
+}
+
+std::string DriverSocketDirectory::pidFilePath() const {
+    return path + "/" + pidFileName;
+}
+
+bool DriverSocketDirectory::isUnchangedAndOwned() const {
+    return isTheOneMade(*this, statusAt(AT_FDCWD, path));
+}
+
+std::expected<void, FileError> DriverSocketDirectory::writeProcessIdentifier(pid_t pid) const {
+    const auto failed = [this](const char* call) {
+        return std::unexpected(FileError{.call = call + (" " + pidFilePath()), .code = errno});
+    };
+    const UniqueFd folder = openUnchanged(*this);
+    if (!folder) return std::unexpected(FileError{.call = "open " + path, .code = ESTALE});
+    removeOurs(folder, pidFileName);
+    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    const UniqueFd file(::openat(folder.get(), pidFileName, flags, pidFileMode));
+    if (!file) return failed("open");
+    if (::fchmod(file.get(), pidFileMode) != 0) return failed("fchmod");
+
+    const std::string text = std::to_string(pid);
+    ssize_t written = -1;
+    do written = ::write(file.get(), text.data(), text.size());
+    while (written < 0 && errno == EINTR);
+    if (written < 0) return failed("write");
+    if (static_cast<std::size_t>(written) != text.size()) {
+        return std::unexpected(FileError{.call = "write " + pidFilePath(), .code = ENOSPC});
+    }
+    return {};
+}
+
+std::optional<pid_t> DriverSocketDirectory::readProcessIdentifier() const {
+    const UniqueFd folder = openUnchanged(*this);
+    // Without O_NONBLOCK a pipe in the file's place would make us wait for a writer.
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    const UniqueFd file(folder ? ::openat(folder.get(), pidFileName, flags) : -1);
+    const auto status = statusOf(file);
+    if (!status || !S_ISREG(status->st_mode) || !isOurs(*status)) return std::nullopt;
+
+    std::array<char, pidFileLimit> text{};
+    ssize_t count = -1;
+    do count = ::read(file.get(), text.data(), text.size());
+    while (count < 0 && errno == EINTR);
+    const auto size = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    if (size == text.size()) return std::nullopt;  // there may be more
+    return parsePid({text.data(), size});
+}
+
+void DriverSocketDirectory::cleanup() const {
+    const UniqueFd root = openFolder(AT_FDCWD, parentFolder(path));
+    const std::string name = path.substr(path.rfind('/') + 1);
+    const UniqueFd folder = root ? openFolder(root.get(), name) : UniqueFd();
+    if (!isTheOneMade(*this, statusOf(folder))) return;
+    removeOurs(folder, socketName);
+    removeOurs(folder, pidFileName);
+    // The name may have come to lead elsewhere; no system can compare and remove in one step, but what goes
+    // is empty.
+    if (isTheOneMade(*this, statusAt(root.get(), name))) ::unlinkat(root.get(), name.c_str(), AT_REMOVEDIR);
+}
+
+std::vector<DriverSocketDirectory> DriverSocketDirectory::owned(const std::string& applicationSupport) {
+    struct Close {
+        void operator()(DIR* open) const { ::closedir(open); }
+    };
+    const std::string support = withoutSlashesAtTheEnd(applicationSupport);
+    UniqueFd root = openRoots(support, WhenMissing::leave);
+    const std::unique_ptr<DIR, Close> listing(root ? ::fdopendir(root.get()) : nullptr);
+    if (!listing) return {};
+    const int folder = root.release();  // the listing's now
+
+    std::vector<DriverSocketDirectory> found;
+    while (const dirent* entry = ::readdir(listing.get())) {
+        const std::string name = &entry->d_name[0];
+        if (!isID(name)) continue;
+        const auto status = statusAt(folder, name);
+        if (status && isOurPrivateFolder(*status)) found.push_back(record(support, name, *status));
+    }
+    return found;
+}
+
+void DriverSocketDirectory::reapStale(const std::string& applicationSupport,
+                                      const std::string& expectedExecutable, const Processes& processes) {
+    for (const auto& directory : owned(applicationSupport)) {
+        if (endDriver(directory, expectedExecutable, processes)) directory.cleanup();
+    }
+}
+
+bool DriverSocketDirectory::acceptsConnections(const std::string& socketPath) {
+    sockaddr_un address{};
+    if (socketPath.size() >= socketPathLimit || socketPath.contains('\0')) return false;
+    address.sun_family = AF_UNIX;
+    std::copy(socketPath.begin(), socketPath.end(), &address.sun_path[0]);
+
+    const UniqueFd socket(::socket(AF_UNIX, SOCK_STREAM, 0));
+    if (!socket || ::fcntl(socket.get(), F_SETFD, FD_CLOEXEC) != 0 ||
+        ::fcntl(socket.get(), F_SETFL, O_NONBLOCK) != 0) {
+        return false;
+    }
+    // A full queue is EAGAIN on Linux and ECONNREFUSED on Darwin: not now, on both. Nothing of the local
+    // family connects later by itself (EINPROGRESS).
+    return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+}
+
+std::string describe(const Failure& failure) {
+    switch (failure.kind) {
+        case Failure::Kind::socketPathTooLong: return "The driver's private socket path is too long";
+        case Failure::Kind::directory: break;
+    }
+    return "Could not prepare the driver's socket directory: " + failure.reason;
+}
+
+}  // namespace tarnik

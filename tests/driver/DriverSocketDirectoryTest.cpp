@@ -1,0 +1,260 @@
+#include "core/driver/DriverSocketDirectory.h"
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "core/foundation/UniqueFd.h"
+#include "core/process/Spawner.h"
+#include "tests/support/ChildPrograms.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+namespace {
+
+namespace fs = std::filesystem;
+
+mode_t modeOf(const std::string& path) {
+    struct stat found{};
+    return ::lstat(path.c_str(), &found) == 0 ? found.st_mode & 07777 : 0;
+}
+
+void write(const std::string& path, const std::string& text) {
+    ASSERT_TRUE(writeFile(path, text, 0600).has_value()) << path;
+}
+
+TEST(DriverSocketDirectory, isPrivateWhateverTheUmaskAndTheParent) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(::chmod(folder.path().c_str(), 02777), 0);
+    const mode_t umask = ::umask(0777);
+    const auto made = DriverSocketDirectory::create(folder.path() + "/");
+    const bool written = made && made->writeProcessIdentifier(4711);
+    ::umask(umask);
+
+    ASSERT_TRUE(made);
+    EXPECT_EQ(fs::path(made->path).parent_path(), folder.path() + "/tarnik/cua");
+    for (const auto& path : {folder.path() + "/tarnik", folder.path() + "/tarnik/cua", made->path})
+        EXPECT_EQ(modeOf(path), 0700U) << path;
+    EXPECT_TRUE(written);
+    EXPECT_EQ(modeOf(made->pidFilePath()), 0600U);
+    EXPECT_EQ(readFile(made->path + "/cua.pid", 99), "4711");
+    EXPECT_EQ(DriverSocketDirectory::owned(folder.path()), std::vector{*made});
+}
+
+TEST(DriverSocketDirectory, wantsRootsOfItsOwn) {
+    struct Case {
+        const char* why;
+        std::function<void(const std::string& support)> prepare;
+        std::string suffix = {};
+    };
+    const Case cases[] = {
+        {"a link", [](const auto& s) { fs::create_directory_symlink("/tmp", s + "/tarnik"); }},
+        {"a link to nowhere", [](const auto& s) { fs::create_symlink(s + "/x", s + "/tarnik"); }},
+        {"a link itself", [](const auto& s) { fs::create_directory_symlink(s, s + "/l"); }, "/l/"},
+        {"nothing above", [](const auto&) {}, "/a/b"},
+        {"somebody else's",
+         [](const auto& s) {
+             const auto chowned = ::chown(s.c_str(), 4711, 4711);  // only the superuser can
+             if (chowned != 0) write(s + "/tarnik", "");
+         }},
+    };
+    for (const auto& c : cases) {
+        const TemporaryFolder folder;
+        c.prepare(folder.path());
+        const auto made = DriverSocketDirectory::create(folder.path() + c.suffix);
+        EXPECT_EQ(made ? "made" : describe(made.error()),
+                  "Could not prepare the driver's socket directory: support roots must be directories this "
+                  "user owns")
+            << c.why;
+    }
+}
+
+TEST(DriverSocketDirectory, keepsToPathsThatASocketMayHave) {
+    const TemporaryFolder folder;
+    const std::size_t rest = std::string("//tarnik/cua/0123456789abcdef/cua.sock").size();
+    const std::string longest = folder.path() + "/" + std::string(103 - folder.path().size() - rest, 's');
+    const auto made = DriverSocketDirectory::create(longest);
+    ASSERT_TRUE(made);
+    EXPECT_EQ(made->socketPath.size(), 103U);
+    const auto tooLong = DriverSocketDirectory::create(longest + "s");
+    ASSERT_FALSE(tooLong);
+    EXPECT_EQ(describe(tooLong.error()), "The driver's private socket path is too long");
+    EXPECT_TRUE(fs::is_empty(longest + "s/tarnik/cua"));
+}
+
+TEST(DriverSocketDirectory, readsWholePidsOnly) {
+    const TemporaryFolder folder;
+    const auto made = DriverSocketDirectory::create(folder.path());
+    ASSERT_TRUE(made);
+    const std::string file = made->pidFilePath();
+    const auto read = [&](const std::string& text) {
+        write(file, text);
+        return made->readProcessIdentifier();
+    };
+    EXPECT_EQ(made->readProcessIdentifier(), std::nullopt) << "no file";
+    EXPECT_EQ(read(" \t4711\n"), 4711);
+    EXPECT_EQ(read("2147483647"), 2147483647);
+    const std::string bad[] = {"",
+                               "0",
+                               "-4711",
+                               "+4711",
+                               "0x10",
+                               "47 11",
+                               "4711x",
+                               "driver",
+                               "2147483648",
+                               "1099511627776",
+                               "4711" + std::string(60, ' '),
+                               std::string(1 << 20, '7')};
+    for (const auto& text : bad) EXPECT_EQ(read(text), std::nullopt) << text.substr(0, 80);
+
+    fs::rename(file, file + "2");
+    write(file + "2", "4711");
+    fs::create_symlink(file + "2", file);
+    EXPECT_EQ(made->readProcessIdentifier(), std::nullopt) << "a link";
+    fs::remove(file);
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    EXPECT_EQ(made->readProcessIdentifier(), std::nullopt) << "a pipe";
+}
+
+TEST(DriverSocketDirectory, cleansUpOnlyTheFolderThatWasMade) {
+    struct Case {
+        const char* why;
+        std::function<void(const std::string& path)> change;
+        int filesLeft;
+    };
+    const Case cases[] = {
+        {"nothing changed", [](const auto&) {}, 0},
+        {"its mode", [](const auto& path) { fs::permissions(path, fs::perms(0755)); }, 2},
+        {"something else in it", [](const auto& path) { write(path + "/mine", ""); }, 1},
+        {"another folder in its place",
+         [](const auto& path) {
+             fs::rename(path, path + "-old");
+             fs::copy(path + "-old", path);
+             fs::permissions(path, fs::perms(0700));
+         },
+         4},
+        {"a link to it in its place",
+         [](const auto& path) {
+             fs::rename(path, path + "-old");
+             fs::create_directory_symlink(path + "-old", path);
+         },
+         2},
+    };
+    for (const auto& c : cases) {
+        const TemporaryFolder folder;
+        const auto made = DriverSocketDirectory::create(folder.path());
+        ASSERT_TRUE(made && made->writeProcessIdentifier(4711));
+        write(made->socketPath, "");
+        c.change(made->path);
+        made->cleanup();
+        int files = 0;
+        for (const auto& entry : fs::recursive_directory_iterator(folder.path()))
+            files += entry.is_regular_file() ? 1 : 0;
+        EXPECT_EQ(files, c.filesLeft) << c.why;
+        EXPECT_EQ(fs::exists(made->path), c.filesLeft > 0) << c.why;
+    }
+}
+
+// One process as reapStale sees it.
+struct FakeProcess {
+    std::optional<std::string> runs = "/driver";
+    std::optional<std::string> runsAfterTerm = "/driver";
+    int unreachable = 0;
+    int endsAt = SIGTERM;
+    const char* pidAfterTerm = "4711";
+    std::vector<int> signals = {};
+
+    bool got(int signal) const { return std::ranges::find(signals, signal) != signals.end(); }
+
+    DriverSocketDirectory::Processes processes(const std::string& pidFile) {
+        return {.executablePath = [this](pid_t) { return got(SIGTERM) ? runsAfterTerm : runs; },
+                .signal =
+                    [this, pidFile](pid_t, int signal) {
+                        signals.push_back(signal);
+                        if (signal == SIGTERM) write(pidFile, pidAfterTerm);
+                        return unreachable;
+                    },
+                .waitForExit = [this](pid_t, Seconds) { return got(endsAt); }};
+    }
+};
+
+TEST(DriverSocketDirectory, endsOnlyWhatIsProvenToBeALeftDriver) {
+    enum Folder { removed, left };
+    struct Case {
+        const char* why;
+        FakeProcess process;
+        std::vector<int> signals;
+        Folder folder;
+        const char* pid = "4711";
+    };
+    const Case cases[] = {
+        {"leaves", {}, {0, SIGTERM}, removed},
+        {"has to be killed", {.endsAt = SIGKILL}, {0, SIGTERM, SIGKILL}, removed},
+        {"survives", {.endsAt = -1}, {0, SIGTERM, SIGKILL}, left},
+        {"is gone", {.unreachable = ESRCH}, {0}, removed},
+        {"another user's", {.runs = {}, .unreachable = EPERM}, {0}, left},
+        {"another program", {.runs = "/other"}, {0}, left},
+        {"another program by then", {.runsAfterTerm = "/other", .endsAt = SIGKILL}, {0, SIGTERM}, left},
+        {"another driver's folder by then", {.endsAt = SIGKILL, .pidAfterTerm = "4"}, {0, SIGTERM}, left},
+        {"no pid", {}, {}, removed, "driver"},
+        {"the first process", {}, {}, removed, "1"},
+    };
+    for (auto c : cases) {
+        const TemporaryFolder folder;
+        const auto made = DriverSocketDirectory::create(folder.path());
+        ASSERT_TRUE(made);
+        write(made->pidFilePath(), c.pid);
+        DriverSocketDirectory::reapStale(folder.path(), "/driver", c.process.processes(made->pidFilePath()));
+        EXPECT_EQ(c.process.signals, c.signals) << c.why;
+        EXPECT_EQ(fs::exists(made->path) ? left : removed, c.folder) << c.why;
+    }
+}
+
+TEST(DriverSocketDirectory, endsARealDriverAndNoOtherProgram) {
+    const TemporaryFolder folder;
+    const auto made = DriverSocketDirectory::create(folder.path());
+    const auto said = Spawner::pipe();
+    const std::string program = childProgram("ignore_term");
+    const auto child =
+        Spawner::spawn({.executable = program, .standardOutput = Stdio::fd(said->writeEnd.get())});
+    ASSERT_TRUE(made && child && made->writeProcessIdentifier((*child)->pid()));
+    char ready = 0;
+    ASSERT_EQ(::read(said->readEnd.get(), &ready, 1), 1);
+
+    const auto processes = DriverSocketDirectory::Processes::production();
+    DriverSocketDirectory::reapStale(folder.path(), childProgram("exit_with"), processes);
+    EXPECT_TRUE((*child)->isRunning());
+    EXPECT_TRUE(made->isUnchangedAndOwned());
+    DriverSocketDirectory::reapStale(folder.path(), program, processes);
+    EXPECT_EQ((*child)->waitForExit(Seconds(10)), ExitStatus::signaled(SIGKILL));
+    EXPECT_FALSE(fs::exists(made->path));
+}
+
+TEST(DriverSocketDirectory, neverWaitsForAConnection) {
+    const TemporaryFolder folder;
+    const std::string path = folder.path() + "/s";
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(&address.sun_path[0], sizeof address.sun_path - 1);
+    const UniqueFd listener(::socket(AF_UNIX, SOCK_STREAM, 0));
+    EXPECT_FALSE(DriverSocketDirectory::acceptsConnections(path)) << "no socket";
+    ASSERT_EQ(::bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_FALSE(DriverSocketDirectory::acceptsConnections(path)) << "nobody listens";
+    ASSERT_EQ(::listen(listener.get(), 1), 0);
+    EXPECT_TRUE(DriverSocketDirectory::acceptsConnections(path));
+    // Nobody takes them, so the queue gets full.
+    bool accepts = true;
+    for (int i = 0; i < 1000 && accepts; ++i) accepts = DriverSocketDirectory::acceptsConnections(path);
+    EXPECT_FALSE(accepts);
+    EXPECT_FALSE(DriverSocketDirectory::acceptsConnections("/" + std::string(103, 's')));
+}
+
+}  // namespace
+}  // namespace tarnik
