@@ -1,0 +1,48 @@
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/driver/DriverLaunch.h"
+#include "core/foundation/SerialQueue.h"
+#include "core/foundation/Time.h"
+#include "core/foundation/UniqueFd.h"
+#include "core/process/ChildProcess.h"
+#include "core/process/SpawnError.h"
+
+namespace tarnik {
+
+// Everything DriverHost asks of the outside.
+struct DriverHostDeps {
+    using LaunchResult = std::expected<std::shared_ptr<ChildProcess>, SpawnError>;
+
+    // `livenessFd` becomes the driver's standard input; it is borrowed for the call.
+    using Launch =
+        std::function<LaunchResult(const DriverLaunch&, int livenessFd, ChildProcess::OnExit onExit)>;
+
+    // A descriptor for one driver's standard output and error; none sends them to /dev/null.
+    using AttachOutput = std::function<UniqueFd()>;
+
+    // How long a stopping driver is given after each step; ChildProcess::killGrace after the last.
+    struct StopGraces {
+        Seconds livenessClosed = Seconds(2);
+        Seconds terminated = Seconds(1);
+    };
+
+    Launch launch;
+    std::function<bool(const std::string& socketPath)> socketReady;  // must not block
+    std::function<void(Seconds)> sleep;                              // blocks the calling thread
+    std::function<TimePoint()> now;
+    Seconds readinessTimeout = Seconds(10);
+    std::vector<Seconds> restartDelays{Seconds(1), Seconds(2), Seconds(4), Seconds(8), Seconds(10)};
+    StopGraces stopGraces;
+    std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
+
+    // Real children, the steady clock, a queue with a thread.
+    static DriverHostDeps production(AttachOutput attachOutput = {});
+};
+
+}  // namespace tarnik

@@ -1,0 +1,269 @@
+#include "core/driver/DriverHost.h"
+
+#include <csignal>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "core/process/Spawner.h"
+#include "tests/support/ChildPrograms.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeChild.h"
+#include "tests/support/ManualQueue.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+// In made-up time; a driver is ready once `ready` is set, and `whileWaiting` runs at each look before.
+struct Fixture {
+    TemporaryFolder folder;
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    std::shared_ptr<ManualQueue> queue = std::make_shared<ManualQueue>(clock);
+    FakeSpawner spawner;
+    bool ready = true;
+    std::function<void()> whileWaiting = [] {};
+    std::vector<std::string> log;
+    std::vector<std::optional<CuaDriverEndpoint>> endpoints;
+    DriverHost::Setup setup{.executable = "/driver",
+                            .applicationSupport = folder.path(),
+                            .hostBundleID = "app.tarnik",
+                            .inherited = {{"PATH", "/bin"}}};
+    DriverHostDeps deps = fakes();
+    std::optional<DriverHost> made;
+
+    DriverHostDeps fakes() {
+        auto fakes = DriverHostDeps::production();
+        fakes.launch = [this](const DriverLaunch& launch, int livenessFd, ChildProcess::OnExit onExit) {
+            return spawner.spawn()({.executable = launch.executable,
+                                    .arguments = launch.arguments,
+                                    .environment = launch.environment,
+                                    .standardInput = Stdio::fd(livenessFd)},
+                                   std::move(onExit));
+        };
+        fakes.socketReady = [this](const std::string&) { return ready; };
+        fakes.sleep = [this](Seconds time) {
+            whileWaiting();
+            clock->set(after(clock->now(), time));
+        };
+        fakes.now = [this] { return clock->now(); };
+        fakes.makeQueue = [this](const std::string&) { return queue; };
+        return fakes;
+    }
+    // On real children and in real time.
+    void useStandIn(DriverHostDeps::AttachOutput output = {}) {
+        deps = DriverHostDeps::production(std::move(output));
+        setup.executable = childProgram("../driver/cua-driver");
+    }
+    DriverHost& host() {
+        if (!made) {
+            made.emplace(
+                setup, deps, [this](const std::string& text) { log.push_back(text); },
+                [this](const auto& endpoint) { endpoints.push_back(endpoint); });
+        }
+        return *made;
+    }
+    std::size_t directories() const { return DriverSocketDirectory::owned(folder.path()).size(); }
+};
+
+TEST(DriverHost, tellsWhereTheDriverListensWhileItRuns) {
+    Fixture f;
+    f.host().setEnabled(true);
+    f.host().setEnabled(true);
+    EXPECT_EQ(f.spawner.count(), 1U);
+    const auto directory = DriverSocketDirectory::owned(f.folder.path()).at(0);
+    const CuaDriverEndpoint endpoint{.socketPath = directory.socketPath, .binaryPath = "/driver"};
+    EXPECT_EQ(f.host().currentEndpoint(), endpoint);
+    EXPECT_EQ(f.spawner.last().request().arguments.at(5), endpoint.socketPath);
+    EXPECT_EQ(f.host().runningPID(), f.spawner.last().handle()->pid());
+    EXPECT_EQ(f.host().runningPID(), directory.readProcessIdentifier());
+
+    f.host().shutdown();
+    EXPECT_EQ(f.spawner.last().handle()->exitStatus(), ExitStatus::exited(0));
+    EXPECT_TRUE(f.spawner.last().signals().empty());
+    EXPECT_FALSE(f.host().isRunning());
+    EXPECT_EQ(f.endpoints, (std::vector<std::optional<CuaDriverEndpoint>>{endpoint, std::nullopt}));
+    EXPECT_EQ(f.log, std::vector<std::string>{"desktop driver ready"});
+    EXPECT_EQ(f.directories(), 0U);
+}
+
+TEST(DriverHost, triesAgainOnceForEachFailedStart) {
+    struct Case {
+        const char* line;
+        std::function<void(Fixture&)> spoil;
+        std::size_t directoriesLeft = 0;
+    };
+    const Case cases[] = {
+        {"the desktop driver didn't start: posix_spawn /driver failed: Permission denied",
+         [](Fixture& f) { f.spawner.failure = SpawnError{"posix_spawn /driver", EACCES}; }},
+        {"the desktop driver stopped before it was ready (exit 3)",
+         [](Fixture& f) { f.whileWaiting = [&f] { f.spawner.last().end(ExitStatus::exited(3)); }; }},
+        {"the desktop driver didn't become ready in time", [](Fixture&) {}},
+        {"couldn't record the desktop driver's pid",
+         [](Fixture& f) {
+             f.deps.launch = [&f, launch = f.deps.launch](const auto& recipe, int fd, auto onExit) {
+                 for (const auto& made : DriverSocketDirectory::owned(f.folder.path()))
+                     fs::create_directory(made.pidFilePath());
+                 return launch(recipe, fd, std::move(onExit));
+             };
+         },
+         1},
+    };
+    for (const auto& c : cases) {
+        Fixture f;
+        f.ready = false;
+        c.spoil(f);
+        const TimePoint start = f.clock->now();
+        f.host().setEnabled(true);
+        EXPECT_EQ(f.log, std::vector<std::string>{c.line});
+        EXPECT_LT(f.clock->now() - start, 10.1s) << c.line;
+        EXPECT_FALSE(f.host().isRunning()) << c.line;
+        EXPECT_EQ(f.directories(), c.directoriesLeft) << c.line;
+        if (f.spawner.count() > 0) {
+            EXPECT_FALSE(f.spawner.last().handle()->isRunning()) << c.line;
+        }
+        f.queue->advance(0.9s);
+        EXPECT_EQ(f.log.size(), 1U) << c.line;
+        f.queue->advance(0.1s);
+        EXPECT_EQ(f.log, (std::vector<std::string>{c.line, c.line}));
+        EXPECT_TRUE(f.endpoints.empty()) << c.line;
+    }
+}
+
+TEST(DriverHost, waitsLongerForEachStartUntilItGivesUp) {
+    Fixture f;
+    f.spawner.failure = SpawnError{"pipe", EMFILE};
+    f.host().setEnabled(true);
+    for (const Seconds delay : {1s, 2s, 4s, 8s, 10s}) {
+        const auto before = f.log.size();
+        f.queue->advance(delay - 10ms);
+        EXPECT_EQ(f.log.size(), before);
+        f.queue->advance(10ms);
+        EXPECT_EQ(f.log.size(), before + 1);
+    }
+    f.queue->advance(1h);
+    EXPECT_EQ(f.log.size(), 6U);
+    f.host().permissionsChanged();
+    f.queue->advance(1h);
+    EXPECT_EQ(f.log.size(), 12U);
+    f.host().setEnabled(false);
+    f.host().setEnabled(true);
+    f.queue->advance(1h);
+    EXPECT_EQ(f.log.size(), 18U);
+}
+
+TEST(DriverHost, bringsADriverBackThatEnds) {
+    Fixture f;
+    f.host().setEnabled(true);
+    for (int i = 0; i < 7; ++i) {
+        f.log.clear();
+        f.spawner.last().end(ExitStatus::signaled(SIGSEGV));
+        EXPECT_EQ(f.log, std::vector<std::string>{"the desktop driver stopped unexpectedly (signal 11)"});
+        EXPECT_EQ(f.endpoints.back(), std::nullopt);
+        EXPECT_EQ(f.directories(), 0U);
+        f.queue->advance(1s);  // the first delay each time
+        EXPECT_TRUE(f.host().currentEndpoint().has_value());
+    }
+    f.spawner.last().end(ExitStatus::exited(0));
+    f.host().permissionsChanged();
+    EXPECT_EQ(f.spawner.count(), 9U);
+    f.queue->advance(0.5s);
+    f.spawner.last().end(ExitStatus::exited(0));
+    f.queue->advance(0.9s);
+    EXPECT_EQ(f.spawner.count(), 9U) << "the start took the place of the pending restart";
+    f.host().setEnabled(false);
+    f.queue->advance(1h);
+    EXPECT_EQ(f.spawner.count(), 9U);
+}
+
+TEST(DriverHost, ignoresTheLateWordOfAnOlderDriver) {
+    Fixture f;
+    ChildProcess::OnExit late;
+    f.deps.launch = [&, launch = f.deps.launch](const auto& recipe, int fd, ChildProcess::OnExit onExit) {
+        if (!late) late = onExit;
+        return launch(recipe, fd, std::move(onExit));
+    };
+    f.host().permissionsChanged();
+    EXPECT_EQ(f.spawner.count(), 0U) << "off";
+    f.host().setEnabled(true);
+    f.host().permissionsChanged();
+    EXPECT_EQ(f.endpoints.size(), 3U);
+    late(ExitStatus::signaled(SIGKILL));
+    f.queue->advance(1h);
+    EXPECT_EQ(f.log.size(), 2U);
+    EXPECT_EQ(f.spawner.count(), 2U);
+    EXPECT_TRUE(f.host().currentEndpoint().has_value());
+    f.made.reset();
+    late(ExitStatus::signaled(SIGKILL));
+    EXPECT_EQ(f.log.size(), 2U);
+}
+
+TEST(DriverHost, doesNotRetryWhatCannotWork) {
+    Fixture none;
+    none.setup.executable.reset();
+    Fixture noFolder;
+    noFolder.setup.applicationSupport += "/a/b";
+    for (auto* f : {&none, &noFolder}) {
+        f->host().setEnabled(true);
+        f->queue->advance(1h);
+        EXPECT_EQ(f->log.size(), 1U);
+    }
+    EXPECT_EQ(none.log.at(0), "the desktop driver isn't in this build of the app");
+    EXPECT_TRUE(noFolder.log.at(0).ends_with("support roots must be directories this user owns"));
+}
+
+TEST(DriverHost, removesWhatAnEarlierRunLeft) {
+    Fixture f;
+    for (const bool enabled : {false, true}) {
+        const auto left = DriverSocketDirectory::create(f.folder.path());
+        ASSERT_TRUE(left && left->writeProcessIdentifier(1 << 29));
+        f.host().setEnabled(enabled);
+        EXPECT_FALSE(fs::exists(left->path));
+    }
+}
+
+TEST(DriverHost, runsARealDriver) {
+    Fixture f;
+    auto said = Spawner::pipe();
+    ASSERT_TRUE(said);
+    f.useStandIn([&said] { return UniqueFd::duplicate(said->writeEnd.get()); });
+    f.host().setEnabled(true);
+    ASSERT_EQ(f.log, std::vector<std::string>{"desktop driver ready"});
+    const std::string socketPath = f.host().currentEndpoint()->socketPath;
+    EXPECT_TRUE(DriverSocketDirectory::acceptsConnections(socketPath));
+    std::string words(200, '\0');
+    EXPECT_GT(::read(said->readEnd.get(), words.data(), words.size()), 0);
+    EXPECT_TRUE(words.starts_with("listening on " + socketPath)) << words;
+    ASSERT_EQ(::kill(*f.host().runningPID(), SIGKILL), 0);
+    EXPECT_TRUE(eventually([&f] { return !f.host().isRunning(); }));
+    EXPECT_TRUE(eventually([&f] { return f.host().currentEndpoint().has_value(); })) << "back after 1 s";
+    f.made.reset();
+    EXPECT_EQ(f.directories(), 0U);
+}
+
+TEST(DriverHost, killsARealDriverThatWillNotLeave) {
+    Fixture f;
+    f.useStandIn();
+    f.setup.inherited["TARNIK_STANDIN_DRIVER_IGNORE"] = "end,term";
+    f.setup.inherited["TARNIK_STANDIN_DRIVER_FULL_QUEUE"] = "1";
+    f.deps.readinessTimeout = 0.3s;
+    f.deps.stopGraces = {.livenessClosed = 50ms, .terminated = 50ms};
+    f.deps.restartDelays.clear();
+    pid_t pid = 0;
+    f.deps.launch = [&pid, launch = f.deps.launch](const auto& recipe, int fd, auto onExit) {
+        auto child = launch(recipe, fd, std::move(onExit));
+        pid = child ? (*child)->pid() : 0;
+        return child;
+    };
+    f.host().setEnabled(true);
+    EXPECT_EQ(f.log, std::vector<std::string>{"the desktop driver didn't become ready in time"});
+    EXPECT_EQ(::kill(pid, 0), -1);
+    EXPECT_FALSE(f.host().isRunning());
+}
+
+}  // namespace
+}  // namespace tarnik
