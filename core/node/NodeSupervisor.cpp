@@ -54,18 +54,7 @@ void NodeSupervisor::setEndpoint(std::optional<CuaDriverEndpoint> endpoint) {
 std::expected<std::shared_ptr<PairingSession>, PairingError> NodeSupervisor::beginPairing(
     const std::string& joinURL, OnPairingUpdate onUpdate) {
     std::expected<std::shared_ptr<PairingSession>, PairingError> result;
-    queue_->run([&] {
-        const auto* pairing = std::get_if<Pairing>(&current_);
-        if (!home_.isInstalled()) {
-            result = std::unexpected(PairingFailure::notInstalled);
-        } else if (pairing != nullptr && pairing->session && pairing->session->isInProgress()) {
-            result = std::unexpected(PairingFailure::busy);
-        } else if (auto session = startPairing(joinURL, std::move(onUpdate))) {
-            result = *session;
-        } else {
-            result = std::unexpected(session.error());
-        }
-    });
+    queue_->run([&] { result = startPairing(joinURL, std::move(onUpdate)); });
     return result;
 }
 
@@ -201,8 +190,11 @@ void NodeSupervisor::restartIfPairingSettled() {
     }
 }
 
-std::expected<std::shared_ptr<PairingSession>, SpawnError> NodeSupervisor::startPairing(
+std::expected<std::shared_ptr<PairingSession>, PairingError> NodeSupervisor::startPairing(
     const std::string& joinURL, OnPairingUpdate onUpdate) {
+    const auto* pairing = std::get_if<Pairing>(&current_);
+    if (!home_.isInstalled()) return std::unexpected(PairingFailure::notInstalled);
+    if (pairing != nullptr && pairing->session->isInProgress()) return std::unexpected(PairingFailure::busy);
     wanted_ = true;
     cancelRestart();
     stopCurrent();
@@ -214,7 +206,7 @@ std::expected<std::shared_ptr<PairingSession>, SpawnError> NodeSupervisor::start
     }
     current_ = Pairing{*session, generation};
     setState(NodeStates::Pairing{});
-    return session;
+    return *session;
 }
 
 PairingSession::Setup NodeSupervisor::pairingSetup(const std::string& joinURL, OnPairingUpdate onUpdate,

@@ -90,8 +90,8 @@ private:
     void restartForNewEnvironment();
     void schedulePairingCheck();
     void restartIfPairingSettled();
-    std::expected<std::shared_ptr<PairingSession>, SpawnError> startPairing(const std::string& joinURL,
-                                                                            OnPairingUpdate onUpdate);
+    std::expected<std::shared_ptr<PairingSession>, PairingError> startPairing(const std::string& joinURL,
+                                                                              OnPairingUpdate onUpdate);
     PairingSession::Setup pairingSetup(const std::string& joinURL, OnPairingUpdate onUpdate,
                                        Generation generation);
     void pairingConnected(Generation generation);
