@@ -14,7 +14,7 @@ const runTool = promisify(execFile);  // not the blocking one: the service lives
 const [program, rounds = '7'] = process.argv.slice(2);
 
 const seconds = (from) => (performance.now() - from) / 1000;
-const median = (numbers) => numbers.toSorted((a, b) => a - b)[Math.floor(numbers.length / 2)];
+const median = (numbers) => [...numbers].sort((a, b) => a - b)[Math.floor(numbers.length / 2)];
 
 function memory(pid, field) {
   return Number(new RegExp(`${field}:\\s+(\\d+)`).exec(readFileSync(`/proc/${pid}/status`, 'utf8'))[1]) / 1024;

@@ -23,6 +23,8 @@ nodejs|runs the helper and its stand-ins
 '
 benchPackages='
 libbenchmark-dev|measures
+curl|downloads by hand, to compare with
+openssl|digests by hand, to compare with
 '
 checkPackages='
 git|lists the sources
