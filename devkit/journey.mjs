@@ -2,9 +2,13 @@
 // afterwards:
 //
 //     node devkit/journey.mjs --program PATH [--walk] [--keep] [--misbehave WHAT=HOW] [--fault NAME]
+//                             [--stand-ins DIR]
+//
+// The stand-ins are those built with the program, unless DIR has others.
 //
 // With a terminal on standard input the user drives it; otherwise, or with --walk, it goes through the
 // whole life of a helper by itself and exits 0 only if every stage was really reached.
+import { existsSync } from 'node:fs';
 import path from 'node:path';
 import { parseArgs } from 'node:util';
 import { layOut } from './journey/layout.mjs';
@@ -14,17 +18,24 @@ import { faults } from './release/faults.mjs';
 import { misbehaviours } from './service/delivery.mjs';
 
 const usage = 'usage: node devkit/journey.mjs --program PATH [--walk] [--keep]'
-  + ' [--misbehave WHAT=HOW] [--fault NAME]';
+  + ' [--misbehave WHAT=HOW] [--fault NAME] [--stand-ins DIR]';
 const wrongUsage = 2;
 const served = ['release', 'runtime', 'helper'];
 
-function whatIsWrong({ program, misbehave, fault }) {
+function whatIsWrong(options) {
+  const { program, misbehave, fault } = options;
   if (!program) return '--program is missing';
+  const standIns = standInsFor(options);
+  if (!existsSync(path.join(standIns, 'cua-driver'))) return `${standIns} has no cua-driver`;
   const [what, how] = misbehave?.split('=') ?? ['release', '404'];
   if (!served.includes(what)) return `--misbehave is of one of ${served.join(', ')}`;
   if (!Object.hasOwn(misbehaviours, how)) return `HOW is one of ${Object.keys(misbehaviours).join(', ')}`;
   if (fault && !Object.hasOwn(faults, fault)) return `--fault is one of ${Object.keys(faults).join(', ')}`;
   return undefined;
+}
+
+function standInsFor({ program, 'stand-ins': chosen }) {
+  return path.resolve(chosen ?? path.join(path.dirname(program), '..', 'devkit', 'driver'));
 }
 
 function readArguments() {
@@ -34,6 +45,7 @@ function readArguments() {
     keep: { type: 'boolean', default: false },
     misbehave: { type: 'string' },
     fault: { type: 'string' },
+    'stand-ins': { type: 'string' },
   };
   try {
     const { values } = parseArgs({ options });
@@ -48,7 +60,7 @@ function readArguments() {
 
 const options = readArguments();
 const program = path.resolve(options.program);
-const place = await layOut({ fault: options.fault });
+const place = await layOut({ fault: options.fault, standIns: standInsFor(options) });
 place.misbehave('runtime', 'slow');  // so that there is progress to see
 if (options.misbehave) place.misbehave(...options.misbehave.split('='));
 try {

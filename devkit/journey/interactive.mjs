@@ -6,14 +6,15 @@ function welcome({ origin, links }) {
   const [first, second, used] = [links.handOut(), links.handOut(), links.handOut()];
   links.use(used.code);
   return `
-This is tarnik without a window, running against stand-ins for its service and its helper. Nothing leaves
-this machine. It starts with an empty home and installs the helper first.
+This is tarnik without a window, running against stand-ins for its service, its helper and its driver. Nothing
+leaves this machine. It starts with an empty home and installs the helper first.
 
   1. Paste a link:     ${first.link}
      or another:       ${second.appLink}
      one used already: ${used.link}
   2. When it asks, press Enter to connect. 15 seconds later it counts as connected.
-  3. Commands: status, confirm, cancel, help, quit.
+  3. Type switch accessibility on and switch screen on: the desktop driver starts, and the helper greets it.
+  4. Commands: status, confirm, cancel, help, quit.
 
 More links: curl -X POST ${origin}/devkit/links
 `;

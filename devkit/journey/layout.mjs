@@ -1,6 +1,6 @@
 // Lays out a private folder for one journey: an empty user's home, a release and the service that offers
 // it, and a bundle whose settings make a program install from there. Nothing is installed by hand.
-import { mkdirSync, mkdtempSync, realpathSync, rmSync } from 'node:fs';
+import { chmodSync, copyFileSync, mkdirSync, mkdtempSync, realpathSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -10,10 +10,30 @@ import { settingsFor, writeSettings } from './settings.mjs';
 
 const runtimeCache = fileURLToPath(new URL('../../build/devkit/runtime', import.meta.url));
 const here = '127.0.0.1,localhost';
+// The driver's socket lies deep in the home, and its whole path must stay below 104 bytes.
+const longestRoot = 20;
 
-// The given keys take the place of the usual settings; one without a value is left out.
-export async function layOut({ runtime = 'real', helperSizeMiB = 0, fault, settings: changes = {} } = {}) {
-  const root = realpathSync(mkdtempSync(path.join(tmpdir(), 'tarnik-journey-')));
+function makeRoot() {
+  const folder = [tmpdir(), '/tmp'].map((name) => realpathSync(name)).find((name) => name.length < longestRoot);
+  if (!folder) throw new Error(`the path of ${tmpdir()} is too long for a socket below it`);
+  return mkdtempSync(path.join(folder, 'tarnik-'));
+}
+
+// A copy: the program takes no link for its driver.
+function installDriver(bundle, source) {
+  const driver = path.join(bundle, 'Contents', 'Resources', 'cua-driver');
+  copyFileSync(source, driver);
+  chmodSync(driver, 0o755);
+  return driver;
+}
+
+// The given keys take the place of the usual settings; one without a value is left out. `standIns` is the
+// folder with the compiled stand-ins for the driver and for what it works with; without one the bundle has no
+// driver.
+export async function layOut(
+  { runtime = 'real', helperSizeMiB = 0, fault, settings: changes = {}, standIns } = {},
+) {
+  const root = makeRoot();
   const home = path.join(root, 'home');
   const nodeHome = path.join(home, '.tarnik', 'node');
   mkdirSync(home);
@@ -23,6 +43,7 @@ export async function layOut({ runtime = 'real', helperSizeMiB = 0, fault, setti
   const service = await startService({ folder });
   const bundle = path.join(root, 'tarnik.app');
   writeSettings(bundle, { ...settingsFor(service.origin, release), ...changes });
+  const keepAwake = standIns && path.join(standIns, 'keep_awake');
 
   const paths = {
     release: '/stable.json',
@@ -41,12 +62,21 @@ export async function layOut({ runtime = 'real', helperSizeMiB = 0, fault, setti
     entry: path.join(nodeHome, 'app', 'lib', 'node_modules', 'openclaw', 'openclaw.mjs'),
     description: path.join(nodeHome, 'app', 'lib', 'node_modules', 'openclaw', 'tarnik-node.json'),
     joinRecord: path.join(nodeHome, 'trust', 'web-key.json'),
+    driver: standIns && installDriver(bundle, path.join(standIns, 'cua-driver')),
+    driverRoot: path.join(home, 'Library', 'Application Support', 'tarnik', 'cua'),
+    keepAwake,
     nodeLog: path.join(home, 'Library', 'Logs', 'tarnik', 'node.log'),
     // Without `how` the service is well again. `what` is 'release', 'runtime' or 'helper'.
     misbehave: (what, how) => service.misbehave(paths[what], how),
     // The words that every program of this journey is started with.
     words: ['--console', '--bundle', bundle],
-    environment: { ...process.env, HOME: home, NO_PROXY: here, no_proxy: here },
+    environment: {
+      ...process.env,
+      ...(keepAwake && { TARNIK_STANDIN_KEEP_AWAKE: keepAwake }),
+      HOME: home,
+      NO_PROXY: here,
+      no_proxy: here,
+    },
     remove: () => rmSync(root, { recursive: true, force: true, maxRetries: 5 }),
   };
 }

@@ -36,3 +36,13 @@ export const inspect = hasProc ? inspectByProc : inspectByPs;
 export function isRunning(pid, script) {
   return inspect(pid)?.command.includes(script) ?? false;
 }
+
+// An orphan that has ended keeps its number until the first process of the system collects it, which may take
+// that one seconds.
+export function hasNumber(pid) {
+  try {
+    return process.kill(pid, 0);
+  } catch (error) {
+    return error.code === 'EPERM';
+  }
+}

@@ -1,6 +1,7 @@
 // The stages of the journey, in order. Each waits for its proof and returns the lines to quote; a stage
 // that throws was not reached.
 import { readFileSync, rmSync } from 'node:fs';
+import { driverStages } from './driverStages.mjs';
 import { isRunning } from './processes.mjs';
 import {
   demand, exactly, installedHelper, logShowsStart, modeOf, nothingStaged, runningHelper,
@@ -226,6 +227,7 @@ export const stages = [
       return [walk.console.describeExit(), `helper ${walk.thirdPid} was gone ${tookMs} ms after the kill`];
     },
   },
+  ...driverStages,
   {
     name: 'a link given at the start pairs, and can be cancelled',
     reach: async (walk) => {
