@@ -49,6 +49,7 @@ public:
     // Stops what runs, as shutdown().
     ~DriverHost();
     DriverHost(const DriverHost&) = delete;
+    DriverHost& operator=(const DriverHost&) = delete;
 
     // Returns when the driver is ready or has failed to start this time; when it is gone. Never fails.
     void setEnabled(bool enabled);

@@ -10,13 +10,13 @@ namespace tarnik {
 
 DriverHostDeps DriverHostDeps::production(AttachOutput attachOutput) {
     DriverHostDeps deps;
-    deps.launch = [attachOutput = std::move(attachOutput)](const DriverLaunch& launch, int livenessFd,
+    deps.launch = [attachOutput = std::move(attachOutput)](const DriverLaunch& recipe, int livenessFd,
                                                            ChildProcess::OnExit onExit) {
         const UniqueFd output = attachOutput ? attachOutput() : UniqueFd();
         const Stdio outputs = output ? Stdio::fd(output.get()) : Stdio::null();
-        return Spawner::spawn({.executable = launch.executable,
-                               .arguments = launch.arguments,
-                               .environment = launch.environment,
+        return Spawner::spawn({.executable = recipe.executable,
+                               .arguments = recipe.arguments,
+                               .environment = recipe.environment,
                                .standardInput = Stdio::fd(livenessFd),
                                .standardOutput = outputs,
                                .standardError = outputs},

@@ -53,7 +53,7 @@ std::optional<Status> statusAt(int folder, const std::string& name) {
 
 std::optional<Status> statusOf(const UniqueFd& opened) {
     Status found{};
-    if (::fstat(opened.get(), &found) != 0) return std::nullopt;
+    if (!opened || ::fstat(opened.get(), &found) != 0) return std::nullopt;
     return found;
 }
 
@@ -130,7 +130,7 @@ bool isID(std::string_view name) {
 // The name of a new folder in `root`.
 std::optional<std::string> makeUniqueFolder(const UniqueFd& root) {
     for (int attempt = 0; attempt < idAttempts; ++attempt) {
-        const std::string id = randomID();
+        std::string id = randomID();
         if (makeFolder(root.get(), id)) return id;
         if (errno != EEXIST) return std::nullopt;
     }
@@ -201,7 +201,7 @@ bool endDriver(const DriverSocketDirectory& directory, const std::string& expect
 
 DriverSocketDirectory::Processes DriverSocketDirectory::Processes::production() {
     return {.executablePath = ProcessInspection::executablePath,
-            .signal = [](pid_t pid, int signal) { return ::kill(pid, signal) == 0 ? 0 : errno; },
+            .signal = [](pid_t pid, int number) { return ::kill(pid, number) == 0 ? 0 : errno; },
             .waitForExit = ProcessInspection::waitForExit};
 }
 

@@ -32,7 +32,7 @@ struct DriverSocketDirectory {
     // What is asked of processes that are not our children.
     struct Processes {
         std::function<std::optional<std::string>(pid_t)> executablePath;
-        std::function<int(pid_t, int signal)> signal;  // 0, or the errno of kill(2)
+        std::function<int(pid_t, int number)> signal;  // 0, or the errno of kill(2)
         std::function<bool(pid_t, Seconds timeout)> waitForExit;
 
         static Processes production();
