@@ -1,0 +1,107 @@
+#include "core/process/MacProcesses.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include <libproc.h>
+#include <mach/mach_time.h>
+#include <sys/proc_info.h>
+
+#include "core/process/ProcessTree.h"
+
+namespace tarnik::MacProcesses {
+
+namespace {
+
+constexpr std::size_t roomForNewOnes = 64;
+constexpr std::size_t mostChildren = 1024;
+constexpr double nanosecondsPerSecond = 1e9;
+
+static_assert(sizeof(struct proc_bsdinfo) == 136 && sizeof(struct proc_taskinfo) == 96);
+
+template <class Info>
+std::optional<Info> info(pid_t pid, int flavor) {
+    Info found{};
+    constexpr int size = sizeof(Info);
+    if (::proc_pidinfo(pid, flavor, 0, &found, size) != size) return std::nullopt;
+    return found;
+}
+
+std::optional<std::string> program(pid_t pid) {
+    std::array<char, 4096> path{};
+    const int length = ::proc_pidpath(pid, path.data(), static_cast<uint32_t>(path.size()));
+    if (length < 1) return std::nullopt;
+    return std::string(path.data(), std::min(static_cast<std::size_t>(length), path.size()));
+}
+
+std::optional<ProcessEntry> entry(pid_t pid) {
+    const auto found = info<struct proc_bsdinfo>(pid, PROC_PIDTBSDINFO);
+    if (!found) return std::nullopt;
+    return ProcessEntry{.pid = pid,
+                        .parent = static_cast<pid_t>(found->pbi_ppid),
+                        .path = program(pid),
+                        .started = ProcessTime(std::chrono::seconds(found->pbi_start_tvsec) +
+                                               std::chrono::microseconds(found->pbi_start_tvusec))};
+}
+
+int bytes(const std::vector<pid_t>& pids) {
+    return static_cast<int>(pids.size() * sizeof(pid_t));
+}
+
+std::optional<std::vector<pid_t>> children(pid_t parent) {
+    std::vector<pid_t> pids(mostChildren);
+    errno = 0;
+    const int count = ::proc_listchildpids(parent, pids.data(), bytes(pids));
+    if (count < 0 || (count == 0 && errno != 0)) return std::nullopt;
+    if (static_cast<std::size_t>(count) >= pids.size()) return std::nullopt;  // perhaps more than had room
+    pids.resize(static_cast<std::size_t>(count));
+    return pids;
+}
+
+// A failure reads much like "no children", so that the list has to prove itself: the process must be
+// among those of its own parent.
+bool isListed(pid_t pid) {
+    const auto found = entry(pid);
+    const auto siblings = found ? children(found->parent) : std::nullopt;
+    return siblings && std::ranges::find(*siblings, pid) != siblings->end();
+}
+
+}  // namespace
+
+std::optional<std::vector<ProcessEntry>> table() {
+    const int count = ::proc_listallpids(nullptr, 0);
+    if (count < 1) return std::nullopt;
+    std::vector<pid_t> pids(static_cast<std::size_t>(count) + roomForNewOnes);
+    const int listed = ::proc_listallpids(pids.data(), bytes(pids));
+    if (listed < 1) return std::nullopt;
+    pids.resize(std::min(static_cast<std::size_t>(listed), pids.size()));
+
+    std::vector<ProcessEntry> entries;
+    entries.reserve(pids.size());
+    for (const pid_t pid : pids) {
+        if (pid < 1) continue;
+        if (auto found = entry(pid)) entries.push_back(std::move(*found));
+    }
+    return entries;
+}
+
+std::optional<std::vector<ProcessEntry>> tableUnder(pid_t ancestor) {
+    const ProcessTree tree{.children = children, .entry = entry};
+    if (isListed(ancestor)) {
+        if (auto family = tree.under(ancestor)) return family;
+    }
+    return table();
+}
+
+std::optional<double> cpuSeconds(pid_t pid) {
+    const auto found = info<struct proc_taskinfo>(pid, PROC_PIDTASKINFO);
+    if (!found) return std::nullopt;
+    struct mach_timebase_info base = {};
+    if (::mach_timebase_info(&base) != 0 || base.denom == 0) return std::nullopt;
+    return static_cast<double>(found->pti_total_user + found->pti_total_system) * base.numer / base.denom /
+           nanosecondsPerSecond;
+}
+
+}  // namespace tarnik::MacProcesses

@@ -1,0 +1,181 @@
+#include "core/process/ProcFolder.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <memory>
+#include <span>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tarnik {
+
+namespace {
+
+constexpr std::string_view deletedMark = " (deleted)";
+
+std::optional<pid_t> pidFrom(std::string_view text) {
+    pid_t pid = 0;
+    const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), pid);
+    if (error != std::errc() || stopped != text.data() + text.size() || pid < 1) return std::nullopt;
+    return pid;
+}
+
+struct CloseDirectory {
+    void operator()(DIR* directory) const { ::closedir(directory); }
+};
+
+// One pass over the entries of a folder whose names are process ids.
+class PidListing {
+public:
+    PidListing(int at, const char* name) {
+        UniqueFd folder(::openat(at, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!folder) return;
+        listing_.reset(::fdopendir(folder.get()));
+        if (listing_) folder.release();
+    }
+
+    int descriptor() const { return ::dirfd(listing_.get()); }
+
+    // 0 at the end; none when the folder or its rest can't be read.
+    std::optional<pid_t> next() {
+        if (!listing_) return std::nullopt;
+        while (true) {
+            errno = 0;
+            // Only streams that threads share are unsafe, and this one is ours.
+            const dirent* entry = ::readdir(listing_.get());  // NOLINT(concurrency-mt-unsafe)
+            if (entry == nullptr) return errno == 0 ? std::optional<pid_t>(0) : std::nullopt;
+            if (const auto pid = pidFrom(entry->d_name)) return pid;
+        }
+    }
+
+private:
+    std::unique_ptr<DIR, CloseDirectory> listing_;
+};
+
+// Reads to the end of the file, whatever pieces it comes in. None when it is longer than the buffer.
+std::optional<std::string_view> readAll(int file, std::span<char> buffer) {
+    std::size_t length = 0;
+    while (length < buffer.size()) {
+        const ssize_t count = ::read(file, buffer.data() + length, buffer.size() - length);
+        if (count < 0) return std::nullopt;
+        if (count == 0) return std::string_view(buffer.data(), length);
+        length += static_cast<std::size_t>(count);
+    }
+    return std::nullopt;
+}
+
+// Appends the pids of a text that has a blank behind each; false when it is no such text.
+bool appendPids(std::string_view text, std::vector<pid_t>& pids) {
+    while (!text.empty()) {
+        const std::size_t length = text.find(' ');
+        const auto pid = length == text.npos ? std::nullopt : pidFrom(text.substr(0, length));
+        if (!pid) return false;
+        pids.push_back(*pid);
+        text.remove_prefix(length + 1);
+    }
+    return true;
+}
+
+// What it means that something of a process could not be opened or read.
+ProcFolder::Missing missing() {
+    const bool gone = errno == ENOENT || errno == ESRCH || errno == EACCES || errno == EPERM;
+    return gone ? ProcFolder::Missing::process : ProcFolder::Missing::answer;
+}
+
+// The system's clock ticks, in two steps so that no uptime overflows.
+ProcessTime timeOf(std::uint64_t ticks, std::uint64_t perSecond) {
+    constexpr std::uint64_t nanoseconds = 1'000'000'000;
+    return ProcessTime(std::chrono::seconds(ticks / perSecond) +
+                       std::chrono::nanoseconds(ticks % perSecond * nanoseconds / perSecond));
+}
+
+}  // namespace
+
+ProcFolder::ProcFolder()
+    : folder_(::open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
+      ticksPerSecond_(static_cast<std::uint64_t>(std::max(::sysconf(_SC_CLK_TCK), 1L))) {}
+
+std::optional<std::vector<ProcessEntry>> ProcFolder::entries() {
+    PidListing listing(folder_.get(), ".");
+    std::vector<ProcessEntry> entries;
+    while (true) {
+        const auto pid = listing.next();
+        if (!pid) return std::nullopt;
+        if (*pid == 0) break;
+        auto found = entry(*pid);
+        if (found) {
+            entries.push_back(std::move(*found));
+        } else if (found.error() == Missing::answer) {
+            return std::nullopt;
+        }
+    }
+    // We run, so a list without anybody is no list of processes.
+    if (entries.empty()) return std::nullopt;
+    return entries;
+}
+
+std::expected<ProcessEntry, ProcFolder::Missing> ProcFolder::entry(pid_t pid) {
+    const auto found = stat(pid);
+    if (!found) return std::unexpected(found.error());
+    return ProcessEntry{.pid = pid,
+                        .parent = found->parent,
+                        .path = program(pid),
+                        .started = timeOf(found->startTicks, ticksPerSecond_)};
+}
+
+std::expected<ProcessStat, ProcFolder::Missing> ProcFolder::stat(pid_t pid) {
+    const UniqueFd file(::openat(folder_.get(), nameOf(pid, "stat"), O_RDONLY | O_CLOEXEC));
+    if (!file) return std::unexpected(missing());
+    // A line always comes in one piece.
+    const ssize_t length = ::read(file.get(), text_.data(), text_.size());
+    if (length < 0) return std::unexpected(missing());
+    const auto parsed = ProcessStat::parse({text_.data(), static_cast<std::size_t>(length)});
+    if (!parsed) return std::unexpected(Missing::answer);
+    return *parsed;
+}
+
+std::optional<std::vector<pid_t>> ProcFolder::children(pid_t parent) {
+    PidListing threads(folder_.get(), nameOf(parent, "task"));
+    std::vector<pid_t> children;
+    while (true) {
+        const auto thread = threads.next();
+        if (!thread) return std::nullopt;
+        if (*thread == 0) return children;
+        const char* name = nameOf(*thread, "children");
+        const UniqueFd list(::openat(threads.descriptor(), name, O_RDONLY | O_CLOEXEC));
+        const auto text = list ? readAll(list.get(), text_) : std::nullopt;
+        if (!text || !appendPids(*text, children)) return std::nullopt;
+    }
+}
+
+const char* ProcFolder::nameOf(pid_t pid, std::string_view file) {
+    char* end = std::to_chars(name_.data(), name_.data() + name_.size(), pid).ptr;
+    *end++ = '/';
+    end = std::copy(file.begin(), file.end(), end);
+    *end = '\0';
+    return name_.data();
+}
+
+std::optional<std::string> ProcFolder::program(pid_t pid) {
+    const char* link = nameOf(pid, "exe");
+    const ssize_t length = ::readlinkat(folder_.get(), link, text_.data(), text_.size());
+    if (length < 1) return std::nullopt;
+    std::string path(text_.data(), static_cast<std::size_t>(length));
+    // The system marks a program whose file has gone; a file may also have that for a name.
+    if (path.ends_with(deletedMark) && !leadsTo(link, path)) path.resize(path.size() - deletedMark.size());
+    return path;
+}
+
+bool ProcFolder::leadsTo(const char* link, const std::string& path) const {
+    struct stat program = {};
+    struct stat file = {};
+    return ::fstatat(folder_.get(), link, &program, 0) == 0 && ::stat(path.c_str(), &file) == 0 &&
+           program.st_dev == file.st_dev && program.st_ino == file.st_ino;
+}
+
+}  // namespace tarnik

@@ -1,0 +1,13 @@
+#include "core/process/ProcessClock.h"
+
+#include <time.h>
+
+namespace tarnik {
+
+ProcessTime ProcessClock::now() {
+    struct timespec time = {};
+    ::clock_gettime(CLOCK_BOOTTIME, &time);
+    return ProcessTime(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
+}
+
+}  // namespace tarnik

@@ -1,0 +1,52 @@
+#include "core/process/ProcessTree.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace tarnik {
+
+namespace {
+
+// Of more processes than this the whole table is as quickly told.
+constexpr std::size_t largestFamily = 1000;
+
+struct Link {
+    pid_t pid = 0;
+    pid_t parent = 0;
+    bool operator==(const Link&) const = default;
+};
+
+// `ancestor` first, with no parent, and then breadth by breadth.
+std::optional<std::vector<Link>> look(const ProcessTree& tree, pid_t ancestor) {
+    std::vector<Link> family{{.pid = ancestor}};
+    for (std::size_t next = 0; next < family.size(); ++next) {
+        const pid_t parent = family[next].pid;
+        const auto children = tree.children(parent);
+        if (!children || family.size() + children->size() > largestFamily) return std::nullopt;
+        for (const pid_t child : *children) {
+            // A pid used again: without this check the walk might never end.
+            if (std::ranges::find(family, child, &Link::pid) != family.end()) return std::nullopt;
+            family.push_back({.pid = child, .parent = parent});
+        }
+    }
+    return family;
+}
+
+}  // namespace
+
+std::optional<std::vector<ProcessEntry>> ProcessTree::under(pid_t ancestor) const {
+    const auto family = look(*this, ancestor);
+    if (!family || look(*this, ancestor) != family) return std::nullopt;
+
+    std::vector<ProcessEntry> entries;
+    entries.reserve(family->size() - 1);
+    for (auto link = family->begin() + 1; link != family->end(); ++link) {
+        auto found = entry(link->pid);
+        if (!found || found->parent != link->parent) return std::nullopt;
+        entries.push_back(std::move(*found));
+    }
+    return entries;
+}
+
+}  // namespace tarnik

@@ -1,0 +1,151 @@
+#include "core/process/MacProcesses.h"
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "core/process/Spawner.h"
+#include "tests/support/ChildPrograms.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/ForkedChild.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+
+using Table = std::optional<std::vector<ProcessEntry>>;
+
+// None also where there is no table.
+std::optional<ProcessEntry> in(const Table& table, pid_t pid) {
+    if (!table) return std::nullopt;
+    const auto found = std::ranges::find(*table, pid, &ProcessEntry::pid);
+    if (found == table->end()) return std::nullopt;
+    return *found;
+}
+
+TEST(MacProcesses, knowsAChildWhateverItsProgramIsCalled) {
+    enum class File { stays, goes };
+    struct Case {
+        std::string name;
+        File file;
+    };
+    const Case cases[] = {
+        {"plain", File::stays},         {"a) R 1 (b\n", File::stays},
+        {"gone", File::goes},           {"not gone (deleted)", File::stays},
+        {"gone (deleted)", File::goes},
+    };
+    const TemporaryFolder folder;
+    for (const auto& c : cases) {
+        const std::string program = folder.path() + "/" + c.name;
+        std::filesystem::copy_file(childProgram("wait_for_input_end"), program);
+        const auto pipe = Spawner::pipe();
+        const auto child =
+            Spawner::spawn({.executable = program, .standardInput = Stdio::fd(pipe->readEnd.get())});
+        ASSERT_TRUE(child) << c.name;
+        if (c.file == File::goes) std::filesystem::remove(program);
+
+        const auto entry = in(MacProcesses::table(), (*child)->pid());
+        ASSERT_TRUE(entry) << c.name;
+        EXPECT_EQ(entry->parent, ::getpid()) << c.name;
+        EXPECT_EQ(entry->path, program);
+        (*child)->stop(10s);
+    }
+}
+
+TEST(MacProcesses, tellsALaterProcessByItsStart) {
+    constexpr auto tick = 20ms;  // the system counts in steps of half of it
+    const ProcessTime before = ProcessClock::now();
+    const auto first = ForkedChild::waiting();
+    ASSERT_TRUE(eventually([&] { return ProcessClock::now() > before + 2 * tick; }));
+    const auto second = ForkedChild::waiting();
+
+    const auto table = MacProcesses::table();
+    const auto one = in(table, first.pid());
+    const auto other = in(table, second.pid());
+    ASSERT_TRUE(one && other && one->started && other->started);
+    EXPECT_GE(*one->started, before - tick);
+    EXPECT_GT(*other->started, *one->started);
+    EXPECT_LE(*other->started, ProcessClock::now());
+    EXPECT_EQ(in(MacProcesses::table(), first.pid()), one) << "it has to stay the same";
+}
+
+TEST(MacProcesses, knowsNothingOfWhoHasEnded) {
+    pid_t pid = 0;
+    {
+        const ForkedChild child([] {});
+        pid = child.pid();
+        siginfo_t ended{};
+        ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(pid), &ended, WEXITED | WNOWAIT), 0);
+        const auto zombie = in(MacProcesses::table(), pid).value_or(ProcessEntry{.parent = ::getpid()});
+        EXPECT_EQ(zombie.parent, ::getpid());
+        EXPECT_EQ(zombie.path, std::nullopt);
+    }
+    EXPECT_FALSE(in(MacProcesses::table(), pid));
+    EXPECT_FALSE(in(MacProcesses::tableUnder(pid), pid));
+    for (const pid_t gone : {pid, 0, -1}) EXPECT_EQ(MacProcesses::cpuSeconds(gone), std::nullopt) << gone;
+}
+
+TEST(MacProcesses, countsTheProcessorTimeOfTheBusy) {
+    const auto idle = ForkedChild::waiting();
+    const ForkedChild busy([] {
+        while (true) std::atomic_signal_fence(std::memory_order_seq_cst);
+    });
+    const auto used = [&](Seconds time) {
+        return [&busy, time] { return MacProcesses::cpuSeconds(busy.pid()).value_or(0) >= time.count(); };
+    };
+    const TimePoint start = steadyNow();
+    EXPECT_TRUE(eventually(used(0.1s)));
+    EXPECT_GE(steadyNow() - start, 80ms) << "seconds, not ticks";
+    EXPECT_LT(MacProcesses::cpuSeconds(idle.pid()).value_or(1), 0.1);
+}
+
+// The machine's other processes start and end meanwhile, too.
+TEST(MacProcesses, overlooksNobodyWhileOthersComeAndGo) {
+    std::atomic<bool> over = false;
+    std::thread crowd([&over] {
+        while (!over) ForkedChild([] {});
+    });
+    std::atomic<pid_t> ofThread = 0;
+    std::thread parent([&] {
+        const auto child = ForkedChild::waiting();
+        ofThread = child.pid();
+        while (!over) std::this_thread::sleep_for(1ms);
+    });
+    ASSERT_TRUE(eventually([&] { return ofThread != 0; }));
+    const auto child = ForkedChild::waiting();
+    for (int round = 0; round < 50; ++round) {
+        for (const pid_t pid : {child.pid(), ofThread.load()}) {
+            EXPECT_TRUE(in(MacProcesses::table(), pid));
+            EXPECT_TRUE(in(MacProcesses::tableUnder(::getpid()), pid));
+        }
+    }
+    over = true;
+    crowd.join();
+    parent.join();
+}
+
+TEST(MacProcesses, readsOnlyTheFamilyWhereTheSystemListsIt) {
+    const std::string self = std::to_string(::getpid());
+    if (!std::filesystem::exists("/proc/" + self + "/task/" + self + "/children")) {
+        GTEST_SKIP() << "this system lists no children";
+    }
+    const ForkedChild parent([] {
+        const auto child = ForkedChild::waiting();
+        while (true) ::pause();
+    });
+    Table family;
+    ASSERT_TRUE(
+        eventually([&] { return (family = MacProcesses::tableUnder(parent.pid())) && !family->empty(); }));
+    ASSERT_EQ(family->size(), 1);
+    EXPECT_EQ(family->front().parent, parent.pid());
+    EXPECT_EQ(in(MacProcesses::table(), family->front().pid), family->front());
+    ::kill(family->front().pid, SIGKILL);
+}
+
+}  // namespace
+}  // namespace tarnik

@@ -1,0 +1,58 @@
+#include "core/process/ProcessTree.h"
+
+#include <map>
+
+#include <gtest/gtest.h>
+
+namespace tarnik {
+namespace {
+
+using Children = std::map<pid_t, std::vector<pid_t>>;
+
+ProcessEntry childOf(pid_t parent, pid_t pid) {
+    return {.pid = pid, .parent = parent};
+}
+
+// A system of which nobody but `parents` has gone. Every look at 1 takes the next of `looks`, until the last.
+ProcessTree systemOf(std::vector<Children> looks, std::map<pid_t, pid_t> parents) {
+    return {.children = [looks = std::move(looks),
+                         next = std::size_t{0}](pid_t pid) mutable -> std::optional<std::vector<pid_t>> {
+                if (pid == 1 && next < looks.size()) ++next;
+                const Children& now = looks[next - 1];
+                const auto found = now.find(pid);
+                if (found == now.end()) return std::nullopt;
+                return found->second;
+            },
+            .entry = [parents = std::move(parents)](pid_t pid) -> std::optional<ProcessEntry> {
+                const auto found = parents.find(pid);
+                if (found == parents.end()) return std::nullopt;
+                return childOf(found->second, pid);
+            }};
+}
+
+TEST(ProcessTree, answersOnlyWhenTheFamilyKeptStill) {
+    const Children family{{1, {2, 3}}, {2, {4}}, {3, {}}, {4, {}}};
+    const std::map<pid_t, pid_t> parents{{2, 1}, {3, 1}, {4, 2}};
+    Children big{{1, {}}};
+    for (pid_t pid = 2; pid < 2000; ++pid) big[1].push_back(pid);
+    struct Case {
+        const char* why;
+        ProcessTree system;
+        std::optional<std::vector<ProcessEntry>> under;
+    };
+    const Case cases[] = {
+        {"a family", systemOf({family}, parents), {{childOf(1, 2), childOf(1, 3), childOf(2, 4)}}},
+        {"no children", systemOf({{{1, {}}}}, parents), std::vector<ProcessEntry>{}},
+        {"the first look missed one", systemOf({{{1, {2}}, {2, {4}}, {4, {}}}, family}, parents),
+         std::nullopt},
+        {"one can't be asked", systemOf({{{1, {2, 3}}, {2, {4}}, {3, {}}}}, parents), std::nullopt},
+        {"one went before it was read", systemOf({family}, {{2, 1}, {3, 1}}), std::nullopt},
+        {"one has another parent now", systemOf({family}, {{2, 1}, {3, 1}, {4, 9}}), std::nullopt},
+        {"a loop", systemOf({{{1, {2}}, {2, {1}}}}, parents), std::nullopt},
+        {"too many to be worth it", systemOf({big}, parents), std::nullopt},
+    };
+    for (const auto& c : cases) EXPECT_EQ(c.system.under(1), c.under) << c.why;
+}
+
+}  // namespace
+}  // namespace tarnik

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <csignal>
+#include <stdexcept>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tarnik {
+
+// A child that runs `body` in a copy of this process, which must do there as little as a signal handler may;
+// ends with its owner.
+class ForkedChild {
+public:
+    template <class Body>
+    explicit ForkedChild(Body body) : pid_(::fork()) {
+        if (pid_ < 0) throw std::runtime_error("no child");
+        if (pid_ != 0) return;
+        ::alarm(120);  // who lost it must not leave it behind
+        body();
+        ::_exit(0);
+    }
+    ForkedChild(ForkedChild&& other) noexcept : pid_(other.pid_) { other.pid_ = 0; }
+    ForkedChild& operator=(ForkedChild&&) = delete;
+    ForkedChild(const ForkedChild&) = delete;
+    ForkedChild& operator=(const ForkedChild&) = delete;
+    ~ForkedChild() {
+        if (pid_ == 0) return;
+        ::kill(pid_, SIGKILL);
+        ::waitpid(pid_, nullptr, 0);
+    }
+
+    pid_t pid() const { return pid_; }
+
+    static ForkedChild waiting() {
+        return ForkedChild([] {
+            while (true) ::pause();
+        });
+    }
+
+private:
+    pid_t pid_;
+};
+
+}  // namespace tarnik
