@@ -1,0 +1,68 @@
+#include "core/updates/KeepAwakeHolder.h"
+
+#include <unordered_set>
+
+#include <gtest/gtest.h>
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr pid_t node = 10;
+
+ProcessTime at(std::chrono::seconds time) {
+    return ProcessTime(time);
+}
+
+ProcessEntry process(pid_t pid, pid_t parent, std::string_view path = "/bin/sh") {
+    return {.pid = pid, .parent = parent, .path = std::string(path), .started = at(5s)};
+}
+
+TEST(KeepAwakeHolder, findsHoldersAmongDescendantsOnly) {
+    constexpr auto holder = KeepAwakeHolder::path;
+    struct Case {
+        const char* why;
+        std::vector<ProcessEntry> table;
+        std::vector<pid_t> holders;
+    };
+    const Case cases[] = {
+        {"an empty table", {}, {}},
+        {"a grandchild behind a child, before its parent in the table",
+         {process(12, 11, holder), process(11, node), process(13, node, holder), process(node, 1)},
+         {13, 12}},
+        {"under another parent", {process(node, 1), process(11, 1, holder)}, {}},
+        {"the node itself", {process(node, 1, holder)}, {}},
+        {"two that name each other as parent",
+         {process(11, 12, holder), process(12, 11, holder), process(13, node)},
+         {}},
+        {"a node that descends from itself", {process(node, 11, holder), process(11, node, holder)}, {11}},
+        {"almost the same path",
+         {process(11, node, "/usr/bin/caffeinate2"), {.pid = 12, .parent = node}},
+         {}},
+    };
+    for (const auto& c : cases) {
+        std::vector<pid_t> found;
+        for (const auto& entry : KeepAwakeHolder::holders(node, c.table)) found.push_back(entry.pid);
+        EXPECT_EQ(found, c.holders) << c.why;
+        EXPECT_EQ(KeepAwakeHolder::held(node, c.table), !c.holders.empty()) << c.why;
+    }
+    EXPECT_TRUE(KeepAwakeHolder::held(node, {process(11, node, "/stand/in")}, "/stand/in"));
+}
+
+TEST(KeepAwakeHolder, isSeenWithItsStartOrNotAtAll) {
+    std::vector<ProcessEntry> table{process(11, node, KeepAwakeHolder::path),
+                                    process(12, node, KeepAwakeHolder::path), process(13, node)};
+    table[2].started.reset();  // no holder
+    using Seen = KeepAwakeHolder::Seen;
+    EXPECT_EQ(KeepAwakeHolder::seen(node, table), (std::vector<Seen>{{11, at(5s)}, {12, at(5s)}}));
+    table[1].started.reset();
+    EXPECT_EQ(KeepAwakeHolder::seen(node, table), std::nullopt);
+
+    const std::unordered_set<Seen> known{{11, at(5s)}};
+    EXPECT_TRUE(known.contains({11, at(5s)}));
+    EXPECT_FALSE(known.contains({11, at(6s)})) << "the pid of another process by now";
+}
+
+}  // namespace
+}  // namespace tarnik
