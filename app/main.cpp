@@ -13,9 +13,12 @@
 #include "app/console/ConsoleLoop.h"
 #include "app/console/ConsoleOptions.h"
 #include "app/model/BuildSettings.h"
+#include "core/driver/BundledDriver.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/UserHome.h"
+#include "core/node/TarnikIdentity.h"
+#include "core/updates/KeepAwakeHolder.h"
 
 extern char** environ;
 
@@ -44,12 +47,15 @@ std::string homeDirectory(const Environment& environment) {
     return home != environment.end() && home->second.starts_with('/') ? home->second : userHome();
 }
 
-// Those of the bundle that runs, or of the one that was named.
-BuildSettings buildSettings(const ConsoleOptions& options) {
-    if (options.bundle) return BuildSettings::fromBundle(*options.bundle);
+// The bundle that this program runs from.
+std::optional<std::string> ownBundle() {
     const auto executable = ProcessInspection::executablePath(::getpid());
-    const auto bundle = executable ? bundleOf(*executable) : std::nullopt;
-    return bundle ? BuildSettings::fromBundle(*bundle) : BuildSettings::fromPropertyList({});
+    return executable ? bundleOf(*executable) : std::nullopt;
+}
+
+std::optional<std::string> resourceFolder(const std::optional<std::string>& bundle) {
+    if (!bundle) return std::nullopt;
+    return *bundle + "/Contents/Resources";
 }
 
 int runConsole(const ConsoleOptions& options) {
@@ -62,20 +68,32 @@ int runConsole(const ConsoleOptions& options) {
     }
     if (options.bundle && !isFolder(*options.bundle))
         return refuse(*options.bundle + " isn't a bundle folder");
+    const std::string applicationSupport = userFolder + "/Library/Application Support";
+    // Where it can't be made, the driver host says so when it needs it.
+    (void)createFolders(applicationSupport, 0700);
     auto wake = Spawner::pipe();
     if (!wake) return refuse(describe(wake.error()));
 
-    const auto settings = buildSettings(options);
-    Console::Machine machine{.home = std::move(*home),
-                             .userFolder = userFolder,
-                             .inherited = std::move(inherited),
-                             .webOrigin = settings.webOrigin,
-                             .install = {.releaseBase = settings.nodeReleaseBase,
-                                         .releasePublicKey = settings.nodeReleasePublicKey,
-                                         .platform = std::string(NodeRelease::hostPlatform),
-                                         .minimumVersion = settings.nodeMinVersion,
-                                         .developmentRuntime = settings.developmentRuntime},
-                             .supervisor = NodeSupervisorDeps::production()};
+    const auto bundle = options.bundle ? options.bundle : ownBundle();
+    const auto settings = bundle ? BuildSettings::fromBundle(*bundle) : BuildSettings::fromPropertyList({});
+    Console::Machine machine{
+        .home = std::move(*home),
+        .userFolder = userFolder,
+        .inherited = inherited,
+        .webOrigin = settings.webOrigin,
+        .install = {.releaseBase = settings.nodeReleaseBase,
+                    .releasePublicKey = settings.nodeReleasePublicKey,
+                    .platform = std::string(NodeRelease::hostPlatform),
+                    .minimumVersion = settings.nodeMinVersion,
+                    .developmentRuntime = settings.developmentRuntime},
+        .supervisor = NodeSupervisorDeps::production(),
+        .driver = {.host = {.executable = BundledDriver::path(resourceFolder(bundle)),
+                            .applicationSupport = applicationSupport,
+                            .hostBundleID = std::string(TarnikIdentity::bundleIdentifier),
+                            .inherited = inherited},
+                   .switches = {options.switchesOn, options.switchesOn},
+                   .showsOutput = options.driverOutput},
+        .keepAwakePath = options.keepAwake.value_or(std::string(KeepAwakeHolder::path))};
     machine.supervisor.connectedAfter = options.connectedAfter;
     machine.supervisor.nodeLog = NodeLog::make(NodeLog::defaultPath(userFolder));
 

@@ -11,18 +11,20 @@
 #include "core/foundation/PropertyList.h"
 #include "core/node/LaunchdTakeover.h"
 #include "core/pairing/JoinLink.h"
+#include "core/updates/ActivitySources.h"
 
 namespace tarnik {
 namespace {
 
 constexpr const char* help =
     "a link from your chat pairs this computer; Enter or confirm answers the pairing prompt; cancel ends the "
-    "pairing; status; quit";
+    "pairing; switch accessibility|screen on|off; status; sample; quit";
 constexpr const char* notALink =
     "That doesn't look like a link from tarnik. Copy the whole link from your chat and paste it here.";
 constexpr const char* stillInstalling = "tarnik's helper is still installing. Try again in a moment.";
 constexpr const char* expired = "This link has expired or was already used. Ask tarnik for a new one.";
 
+constexpr std::string_view switchCommand = "switch ";
 constexpr std::size_t longestMessage = 1000;
 constexpr std::size_t shortestLink = 20;  // shorter lines are mistyped commands
 constexpr Seconds logDrain = Seconds(1);
@@ -34,12 +36,21 @@ std::string pairingWord(const PairingSession* session, std::optional<pid_t> pid)
     return std::holds_alternative<PairingPhases::Ended>(phase) ? "none" : describe(phase);
 }
 
-std::string statusLine(const NodeState& state, std::optional<pid_t> pid, const PairingSession* session,
-                       int restarts, const std::optional<CuaDriverEndpoint>& endpoint,
-                       const std::string& home) {
-    return "state=" + describe(state) + " pid=" + (pid ? std::to_string(*pid) : "none") +
-           " pairing=" + pairingWord(session, pid) + " restarts=" + std::to_string(restarts) +
-           " endpoint=" + (endpoint ? endpoint->socketPath : "none") + " home=" + home;
+std::string pidWord(std::optional<pid_t> pid) {
+    return pid ? std::to_string(*pid) : "none";
+}
+
+// What isn't known is "unknown", never "no".
+std::string sampleLine(const ActivitySample& sample) {
+    const auto yesNo = [](bool yes) { return yes ? "yes" : "no"; };
+    const auto seconds =
+        std::chrono::duration_cast<std::chrono::seconds>(sample.at.steady.time_since_epoch());
+    return "at=" + std::to_string(seconds.count()) + " nodePID=" + pidWord(sample.nodePID) +
+           " nodeHoldsAwake=" + (sample.nodeHoldsAwake ? yesNo(*sample.nodeHoldsAwake) : "unknown") +
+           " holders=" + (sample.holders ? std::to_string(sample.holders->size()) : "unknown") +
+           " driverPID=" + pidWord(sample.driverPID) + " driverCPUSeconds=" +
+           (sample.driverCPUSeconds ? std::to_string(*sample.driverCPUSeconds) : "unknown") +
+           " settingUp=" + yesNo(sample.settingUp) + " windowInUse=" + yesNo(sample.windowInUse);
 }
 
 // Stops an agent that a command-line install of the helper registered for this very home.
@@ -70,7 +81,11 @@ Console::Console(std::shared_ptr<ConsoleLoop> loop, Machine machine)
       supervisor_(
           machine_.home, machine_.inherited, machine_.supervisor,
           [this](const std::string& text) { loop_->post([this, text] { output_.message(text); }); },
-          [this](const NodeState& state) { loop_->post([this, state] { showState(state); }); }) {}
+          [this](const NodeState& state) { loop_->post([this, state] { showState(state); }); }),
+      driver_(loop_, output_, machine_.driver, [this](const std::optional<CuaDriverEndpoint>& endpoint) {
+          work_->post([this, endpoint] { supervisor_.setEndpoint(endpoint); });
+          loop_->post([this, endpoint] { showEndpoint(endpoint); });
+      }) {}
 
 Console::~Console() {
     network_->close();
@@ -109,6 +124,7 @@ void Console::setupEnded(const std::optional<InstallError>& error, const std::op
     if (error) return refuse(describe(*error), Refusal::ends);
     if (inputEnded_) return quit();
     work_->post([this] { supervisor_.start(); });
+    driver_.start();
     if (link) pair(*link, Refusal::ends);
 }
 
@@ -129,6 +145,8 @@ void Console::onLine(const std::string& line) {
     if (line == "confirm") return confirm(true);
     if (line == "cancel") return cancel();
     if (line == "status") return showStatus();
+    if (line == "sample") return showSample();
+    if (line.starts_with(switchCommand)) return setSwitch(line.substr(switchCommand.size()));
     if (line == "quit") return quit();
     if (line == "help") return output_.line("help", help);
     if (line.size() >= shortestLink || line.find("://") != std::string::npos)
@@ -151,8 +169,25 @@ void Console::quit() {
     work_->post([this] {
         supervisor_.stop();
         if (machine_.supervisor.nodeLog) machine_.supervisor.nodeLog->drain(logDrain);
+        driver_.shutdown();
         loop_->quit();
     });
+}
+
+void Console::setSwitch(const std::string& words) {
+    struct Command {
+        const char* words;
+        Switch which;
+        bool on;
+    };
+    constexpr Command commands[] = {{"accessibility on", Switch::accessibility, true},
+                                    {"accessibility off", Switch::accessibility, false},
+                                    {"screen on", Switch::screenRecording, true},
+                                    {"screen off", Switch::screenRecording, false}};
+    for (const auto& command : commands) {
+        if (words == command.words) return driver_.set(command.which, command.on);
+    }
+    showError("that is: switch accessibility on, or off; switch screen on, or off");
 }
 
 void Console::pair(const std::string& link, Refusal refusal) {
@@ -212,11 +247,35 @@ void Console::showStatus() {
         const auto state = supervisor_.currentState();
         const auto pid = supervisor_.runningPID();
         const auto endpoint = supervisor_.currentEndpoint();
-        loop_->post([this, state, pid, endpoint, session = session_] {
-            output_.line("status",
-                         statusLine(state, pid, session.get(), restarts_, endpoint, machine_.home.path));
+        driver_.post([this, state, pid, endpoint, session = session_](DriverHost& host) {
+            loop_->post([this, state, pid, endpoint, session, driver = host.runningPID()] {
+                const auto& switches = driver_.switches();
+                const auto word = [](bool on) { return on ? "on" : "off"; };
+                output_.line("status", "state=" + describe(state) + " pid=" + pidWord(pid) +
+                                           " pairing=" + pairingWord(session.get(), pid) + " restarts=" +
+                                           std::to_string(restarts_) + " driver=" + pidWord(driver) +
+                                           " driverRestarts=" + std::to_string(driver_.failures()) +
+                                           " switches=accessibility:" + word(switches.accessibility) +
+                                           ",screen:" + word(switches.screenRecording) +
+                                           " endpoint=" + (endpoint ? endpoint->socketPath : "none") +
+                                           " home=" + machine_.home.path);
+            });
         });
     });
+}
+
+void Console::showSample() {
+    const OwnActivity own{.settingUp = setup_ != Setup::ready || checkingLink_ || pairing_};
+    driver_.post([this, own](DriverHost& host) {
+        auto sources = ActivitySources::production([this] { return supervisor_.runningPID(); },
+                                                   [&host] { return host.runningPID(); });
+        sources.holderPath = machine_.keepAwakePath;
+        loop_->post([this, text = sampleLine(sources.sample(own))] { output_.line("sample", text); });
+    });
+}
+
+void Console::showEndpoint(const std::optional<CuaDriverEndpoint>& endpoint) {
+    output_.line("endpoint", endpoint ? endpoint->socketPath : "none");
 }
 
 void Console::showUpdate(const PairingSession::Snapshot& snapshot, PairingTranscript& transcript) {

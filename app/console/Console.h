@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "app/console/ConsoleDriver.h"
 #include "app/console/ConsoleLoop.h"
 #include "app/console/ConsoleOutput.h"
 #include "app/console/PairingTranscript.h"
@@ -27,6 +28,8 @@ public:
         Url webOrigin;
         NodeInstaller::Settings install;
         NodeSupervisorDeps supervisor;
+        ConsoleDriver::Setup driver;
+        std::string keepAwakePath;  // the executable whose processes hold the machine awake
     };
 
     Console(std::shared_ptr<ConsoleLoop> loop, Machine machine);
@@ -67,7 +70,10 @@ private:
     void beginPairing(const std::string& joinURL);
     void confirm(bool askedInWords);
     void cancel();
+    void setSwitch(const std::string& words);
     void showStatus();
+    void showSample();
+    void showEndpoint(const std::optional<CuaDriverEndpoint>& endpoint);
     void showUpdate(const PairingSession::Snapshot& snapshot, PairingTranscript& transcript);
     void showState(const NodeState& state);
     void showError(const std::string& text);
@@ -86,6 +92,7 @@ private:
     const std::shared_ptr<SerialQueue> network_;
     const std::shared_ptr<SerialQueue> work_;
     NodeSupervisor supervisor_;
+    ConsoleDriver driver_;
     std::shared_ptr<PairingSession> session_;  // touched only on work_
 };
 

@@ -38,6 +38,11 @@ std::map<std::string, Take> options(ConsoleOptions::Build build) {
              options.link = value;
              return "";
          }},
+        {"--switches",
+         [](auto& options, const auto& value) {
+             options.switchesOn = value == "on";
+             return value == "on" || value == "off" ? "" : "--switches takes on or off, not " + quoted(value);
+         }},
         {"--connected-after",
          [](auto& options, const auto& value) -> std::string {
              const auto seconds = parseSeconds(value);
@@ -47,6 +52,10 @@ std::map<std::string, Take> options(ConsoleOptions::Build build) {
          }},
     };
     if (build == ConsoleOptions::Build::development) {
+        known.emplace("--keep-awake", [](auto& options, const auto& value) {
+            options.keepAwake = value;
+            return "";
+        });
         known.emplace("--bundle", [](auto& options, const auto& value) {
             options.bundle = value;
             return "";
@@ -64,9 +73,13 @@ std::string ConsoleOptions::usage(Build build) {
         "  --console                  run the whole machine in this terminal, without a window\n"
         "  --link LINK                pair with this link right after the start\n"
         "  --node-home DIR            keep the helper in DIR instead of ~/.tarnik/node\n"
-        "  --connected-after SECONDS  how long a pairing must last to count as connected (15)\n";
+        "  --connected-after SECONDS  how long a pairing must last to count as connected (15)\n"
+        "  --switches on|off          how the two simulated privacy switches stand at the start (off)\n"
+        "  --driver-output            show what the desktop driver prints\n";
     if (build == Build::development) {
-        text += "  --bundle DIR               take the settings and the driver from this bundle folder\n";
+        text +=
+            "  --bundle DIR               take the settings and the driver from this bundle folder\n"
+            "  --keep-awake PATH          what the helper runs to hold the machine awake\n";
     }
     return text + "  --help                     show this and end\n";
 }
@@ -81,6 +94,8 @@ std::expected<ConsoleOptions, std::string> ConsoleOptions::parse(const std::vect
             options.console = true;
         } else if (word == "--help") {
             options.help = true;
+        } else if (word == "--driver-output") {
+            options.driverOutput = true;
         } else if (const auto option = known.find(word); option == known.end()) {
             return std::unexpected("unknown argument " + quoted(word) + " (--help lists them)");
         } else if (i + 1 == words.size()) {

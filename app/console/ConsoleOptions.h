@@ -21,6 +21,9 @@ struct ConsoleOptions {
     std::optional<std::string> bundle;  // a folder; development builds only
     std::optional<std::string> link;    // to pair with right after the start
     Seconds connectedAfter = Seconds(15);
+    std::optional<std::string> keepAwake;  // a stand-in for the keep-awake program; development builds only
+    bool switchesOn = false;               // both simulated switches, at the start
+    bool driverOutput = false;             // show what the driver prints
 
     static std::string usage(Build build);
 
