@@ -40,7 +40,6 @@ async function isGone(walk, pid, program) {
 export const driverStages = [
   {
     name: 'one switch alone starts no driver',
-    needs: '--switches',
     reach: async (walk) => {
       walk.launch('--driver-output');
       await walk.expect('state', 'running', 0);
@@ -54,7 +53,6 @@ export const driverStages = [
   },
   {
     name: 'with both on the helper talks to the driver',
-    needs: '--switches',
     reach: async (walk) => {
       const from = walk.console.mark;
       const switched = await switchTo(walk, 'screen on', { accessibility: 'on', screen: 'on' });
@@ -68,12 +66,10 @@ export const driverStages = [
   },
   {
     name: 'nobody else can reach the driver',
-    needs: '--switches',
     reach: async (walk) => privateEndpoint(walk.driver),
   },
   {
     name: 'a sample sees both, and what holds the machine awake',
-    needs: '--keep-awake',
     reach: async (walk) => {
       const quiet = { nodePID: walk.helper.pid, driverPID: walk.driver.pid, nodeHoldsAwake: 'no', holders: 0 };
       const first = await sampleShows(walk, { ...quiet, settingUp: 'no', windowInUse: 'no' });
@@ -91,7 +87,6 @@ export const driverStages = [
   },
   {
     name: 'a killed driver comes back after a second',
-    needs: '--switches',
     reach: async (walk) => {
       const from = walk.console.mark;
       const { pid, folder } = walk.driver;
@@ -115,7 +110,6 @@ export const driverStages = [
   },
   {
     name: 'a switch off ends the driver',
-    needs: '--switches',
     reach: async (walk) => {
       const from = walk.console.mark;
       const switched = await switchTo(walk, 'accessibility off', { accessibility: 'off', screen: 'on' });
@@ -128,7 +122,6 @@ export const driverStages = [
   },
   {
     name: 'the switch on again starts another driver',
-    needs: '--switches',
     reach: async (walk) => {
       const from = walk.console.mark;
       const { pid } = walk.driver;
@@ -141,7 +134,6 @@ export const driverStages = [
   },
   {
     name: 'neither helper nor driver outlives a killed program',
-    needs: '--switches',
     reach: async (walk) => {
       walk.holderMark = walk.logLength();
       const holder = await startsHolder(walk);
@@ -161,7 +153,6 @@ export const driverStages = [
   },
   {
     name: 'the next start removes what was left behind',
-    needs: '--switches',
     reach: async (walk) => {
       const { pid, folder } = walk.driver;
       await walk.until(() => !hasNumber(pid), `nobody collects process ${pid}`);
@@ -179,7 +170,6 @@ export const driverStages = [
   },
   {
     name: 'a process of somebody else is left alone',
-    needs: '--switches',
     reach: async (walk) => {
       const sleeper = spawn('sleep', ['60'], { stdio: 'ignore' });
       const ended = once(sleeper, 'exit');

@@ -14,7 +14,9 @@ leaves this machine. It starts with an empty home and installs the helper first.
      one used already: ${used.link}
   2. When it asks, press Enter to connect. 15 seconds later it counts as connected.
   3. Type switch accessibility on and switch screen on: the desktop driver starts, and the helper greets it.
-  4. Commands: status, confirm, cancel, help, quit.
+  4. sample shows how busy it all is. kill -USR1 PID, with the pid that status shows, makes the helper hold the
+     machine awake; kill -USR2 PID ends that.
+  5. Commands: status, sample, switch, confirm, cancel, help, quit.
 
 More links: curl -X POST ${origin}/devkit/links
 `;

@@ -69,7 +69,7 @@ export async function layOut(
     // Without `how` the service is well again. `what` is 'release', 'runtime' or 'helper'.
     misbehave: (what, how) => service.misbehave(paths[what], how),
     // The words that every program of this journey is started with.
-    words: ['--console', '--bundle', bundle],
+    words: ['--console', '--bundle', bundle, ...(keepAwake ? ['--keep-awake', keepAwake] : [])],
     environment: {
       ...process.env,
       ...(keepAwake && { TARNIK_STANDIN_KEEP_AWAKE: keepAwake }),

@@ -1,5 +1,4 @@
 // Goes through the stages on its own, prints each as it is reached, and a table at the end.
-import { execFileSync } from 'node:child_process';
 import { ConsoleRun } from './consoleRun.mjs';
 import { stages } from './stages.mjs';
 
@@ -19,11 +18,6 @@ async function reach(stage, walk) {
   }
 }
 
-// A program that is older than the stage can't be asked for it.
-function lacks(program, { needs }) {
-  return needs && !execFileSync(program, ['--console', '--help'], { encoding: 'utf8' }).includes(needs);
-}
-
 function printReached({ took, quotes }, stage) {
   console.log(`${seconds(took)}  ${stage.name}`);
   for (const quote of quotes) console.log(`            | ${quote}`);
@@ -40,7 +34,7 @@ function printTable(results) {
   console.log('\nstage                                                            took');
   stages.forEach((stage, index) => {
     const result = results[index];
-    const word = result ? result.skipped ?? (result.problem ? ' NOT REACHED' : seconds(result.took)) : '   not tried';
+    const word = result ? (result.problem ? ' NOT REACHED' : seconds(result.took)) : '   not tried';
     console.log(`${stage.name.padEnd(60)} ${word}`);
   });
 }
@@ -57,11 +51,6 @@ export async function walk(program, place) {
   const results = [];
   try {
     for (const stage of stages) {
-      if (lacks(program, stage)) {
-        console.log(`   skipped  ${stage.name}: the program has no ${stage.needs} yet`);
-        results.push({ skipped: '     skipped' });
-        continue;
-      }
       const result = await reach(stage, under);
       results.push(result);
       if (result.problem) {
