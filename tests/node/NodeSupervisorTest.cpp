@@ -67,6 +67,23 @@ struct Fixture {
         join();
         supervisor().start();
     }
+    // A node that survives everything until its killer's patience is nearly over.
+    void startStubborn() {
+        install();
+        join();
+        spawner.manners = FakeChild::Manners::ignores;
+        auto patient = deps();
+        patient.stopGraces = {.inputClosed = 0s, .terminated = 0s};
+        supervisor(patient).start();
+    }
+    void whileItEndsLate(const std::function<void()>& act) {
+        std::thread late([this] {
+            EXPECT_TRUE(eventually([this] { return spawner.last().signals().size() == 2; }));
+            spawner.last().end(ExitStatus::signaled(SIGKILL));
+        });
+        act();
+        late.join();
+    }
     std::shared_ptr<PairingSession> pair(const std::string& link = "https://join.example") {
         return supervisor().beginPairing(link, {}).value();
     }
@@ -160,19 +177,8 @@ TEST(NodeSupervisor, stopCancelsAPendingRestart) {
 
 TEST(NodeSupervisor, ignoresTheLateWordOfAnOlderNode) {
     Fixture f;
-    f.install();
-    f.join();
-    f.spawner.manners = FakeChild::Manners::ignores;
-    auto deps = f.deps();
-    deps.stopGraces = {.inputClosed = 0s, .terminated = 0s};
-    f.supervisor(deps).start();
-    // The old node survives everything until its killer's patience is over; its end comes in between.
-    std::thread late([&f] {
-        EXPECT_TRUE(eventually([&f] { return f.spawner.last().signals().size() == 2; }));
-        f.spawner.last().end(ExitStatus::signaled(SIGKILL));
-    });
-    f.supervisor().setEndpoint(endpointA);
-    late.join();
+    f.startStubborn();
+    f.whileItEndsLate([&f] { f.supervisor().setEndpoint(endpointA); });
     EXPECT_EQ(f.spawner.at(0).signals(), (std::vector{SIGTERM, SIGKILL}));
     EXPECT_EQ(f.states, std::vector<NodeState>{Running{}});
     EXPECT_TRUE(f.messages.empty());
@@ -310,18 +316,8 @@ TEST(NodeSupervisor, killsANodeThatWillNotLeave) {
 
 TEST(NodeSupervisor, mayGoWhileItsNodesLastWordIsOnTheWay) {
     Fixture f;
-    f.install();
-    f.join();
-    f.spawner.manners = FakeChild::Manners::ignores;
-    auto deps = f.deps();
-    deps.stopGraces = {.inputClosed = 0s, .terminated = 0s};
-    f.supervisor(deps).start();
-    std::thread late([&f] {
-        EXPECT_TRUE(eventually([&f] { return f.spawner.last().signals().size() == 2; }));
-        f.spawner.last().end(ExitStatus::signaled(SIGKILL));
-    });
-    f.made.reset();
-    late.join();
+    f.startStubborn();
+    f.whileItEndsLate([&f] { f.made.reset(); });
     EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
 }
 
