@@ -69,8 +69,9 @@ int runConsole(const ConsoleOptions& options) {
     if (options.bundle && !isFolder(*options.bundle))
         return refuse(*options.bundle + " isn't a bundle folder");
     const std::string applicationSupport = userFolder + "/Library/Application Support";
-    // Where it can't be made, the driver host says so when it needs it.
-    (void)createFolders(applicationSupport, 0700);
+    if (const auto made = createFolders(applicationSupport, 0700); !made) {
+        std::fputs(("tarnik: " + describe(made.error()) + "\n").c_str(), stderr);  // all but the driver works
+    }
     auto wake = Spawner::pipe();
     if (!wake) return refuse(describe(wake.error()));
 
