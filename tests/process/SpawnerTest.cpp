@@ -5,8 +5,7 @@
 #include <csignal>
 #include <filesystem>
 #include <future>
-#include <iterator>
-#include <thread>
+#include <tuple>
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -14,14 +13,13 @@
 #include <pthread.h>
 #include <unistd.h>
 
-#include "core/process/FDReader.h"
-#include "core/process/LockedData.h"
 #include "core/process/PtyProcess.h"
 #include "tests/support/ChildPrograms.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/ManyDescriptors.h"
 #include "tests/support/ProcessCounts.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Terminal.h"
 
 namespace tarnik {
 namespace {
@@ -30,95 +28,56 @@ using namespace std::chrono_literals;
 
 constexpr Seconds limit = 20s;
 
-Spawner::Output run(const std::string& program, std::vector<std::string> arguments = {}) {
+Spawner::Output run(const std::string& program, std::vector<std::string> arguments = {},
+                    Environment environment = {}) {
     const auto output = Spawner::run({.executable = childProgram(program),
                                       .arguments = std::move(arguments),
-                                      .environment = {},
+                                      .environment = std::move(environment),
                                       .timeout = limit,
                                       .limit = 65536});
     return output.value_or(Spawner::Output{ExitStatus::exited(-1), "not started"});
 }
 
-// What a child on a terminal says until its end.
-std::string runOnTerminal(const std::string& program) {
-    const auto pty = PtyProcess::spawn({.executable = childProgram(program)});
-    if (!pty) return describe(pty.error());
-    LockedData said(65536);
-    const auto reader =
-        FDReader::start((*pty)->takeMaster(), [&](std::string_view chunk) { said.append(chunk); });
-    EXPECT_TRUE((*reader)->waitForEOF(limit));
-    EXPECT_EQ((*pty)->child().waitForExit(limit), ExitStatus::exited(0));
-    std::string text = said.data();
-    std::erase(text, '\r');
-    return text;
+std::string saidOnTerminal(const std::string& program) {
+    return Terminal(childProgram(program)).saidWhole();
 }
 
 TEST(Spawner, givesTheChildItsWholeEnvironmentInOrderOfTheKeys) {
-    struct Case {
-        Environment environment;
-        std::string said;
-    };
-    const Case cases[] = {
-        {{}, ""},
-        {{{"B", "2"}, {"A", ""}, {"A.", "x=y"}}, "variable A=\nvariable A.=x=y\nvariable B=2\n"},
-    };
-    for (const auto& c : cases) {
-        auto pipe = Spawner::pipe();
-        ASSERT_TRUE(pipe);
-        LockedData said(65536);
-        const auto reader =
-            FDReader::start(std::move(pipe->readEnd), [&](std::string_view chunk) { said.append(chunk); });
-        const std::string program = childProgram("print_environment");
-        const auto child = Spawner::spawn({.executable = program,
-                                           .arguments = {"a b", ""},
-                                           .environment = c.environment,
-                                           .standardOutput = Stdio::fd(pipe->writeEnd.get())});
-        pipe->writeEnd.reset();
-        ASSERT_TRUE((*reader)->waitForEOF(limit));
-        EXPECT_EQ(said.data(), "argument " + program + "\nargument a b\nargument \n" + c.said);
-    }
-    EXPECT_TRUE(run("print_environment").text.ends_with("\nvariable PATH=/usr/bin:/bin:/usr/sbin:/sbin\n"));
+    const std::string itself = "argument " + childProgram("print_environment") + "\n";
+    EXPECT_EQ(run("print_environment", {"a b", ""}, {{"B", "2"}, {"A", ""}, {"A.", "x=y"}}).text,
+              itself + "argument a b\nargument \nvariable A=\nvariable A.=x=y\nvariable B=2\n");
+    EXPECT_EQ(run("print_environment").text, itself + "variable PATH=/usr/bin:/bin:/usr/sbin:/sbin\n");
+    EXPECT_EQ(saidOnTerminal("print_environment"), itself);
 }
 
 TEST(Spawner, refusesWhatCannotBeRun) {
     const TemporaryFolder folder;
-    struct Case {
-        std::string executable;
-        int code;
-        const char* text;
-    };
-    const Case cases[] = {
-        {"/usr/bin/no-such-tar", ENOENT,
-         "posix_spawn /usr/bin/no-such-tar failed: No such file or directory"},
-        {"true", ENOENT, "posix_spawn true failed: No such file or directory"},  // PATH is not searched
-        {"", ENOENT, "posix_spawn  failed: No such file or directory"},
-        {folder.path(), EACCES, nullptr},
-    };
     const auto before = ProcessCounts::baseline();
-    for (const auto& c : cases) {
-        const auto child = Spawner::spawn({.executable = c.executable}, [](ExitStatus) { ADD_FAILURE(); });
-        ASSERT_FALSE(child) << c.executable;
-        EXPECT_EQ(child.error(), (SpawnError{"posix_spawn " + c.executable, c.code}));
-        if (c.text != nullptr) {
-            EXPECT_EQ(describe(child.error()), c.text);
-        }
-        EXPECT_FALSE(Spawner::run({.executable = c.executable, .timeout = limit, .limit = 100}));
+    // PATH is not searched.
+    for (const auto& [executable, code] :
+         {std::pair<std::string, int>("/no/tar", ENOENT), {"true", ENOENT}, {folder.path(), EACCES}}) {
+        const auto child = Spawner::spawn({.executable = executable}, [](ExitStatus) { ADD_FAILURE(); });
+        ASSERT_FALSE(child) << executable;
+        EXPECT_EQ(child.error(), (SpawnError{"posix_spawn " + executable, code}));
+        EXPECT_FALSE(Spawner::run({.executable = executable, .timeout = limit, .limit = 100}));
     }
     EXPECT_FALSE(Spawner::spawn({.executable = "/bin/true", .standardOutput = Stdio::fd(-1)}));
     EXPECT_TRUE(eventually([&] { return ProcessCounts::now().holdsNoMoreThan(before); }))
         << ProcessCounts::now();
+    EXPECT_EQ(describe(SpawnError{"posix_spawn /x", ENOENT}),
+              "posix_spawn /x failed: No such file or directory");
 }
 
 TEST(Spawner, givesTheChildNoDescriptorThatItWasNotGiven) {
     for (const std::size_t count : {10U, 5000U}) {
         const ManyDescriptors many(count);
         EXPECT_EQ(run("list_descriptors").text, "0\n1\n2\n") << count;
-        EXPECT_EQ(runOnTerminal("list_descriptors"), "0\n1\n2\n") << count;
+        EXPECT_EQ(saidOnTerminal("list_descriptors"), "0\n1\n2\n") << count;
+        const auto refused =
+            Spawner::spawn({.executable = "/bin/true", .standardOutput = Stdio::fd(1 << 20)});
+        ASSERT_FALSE(refused);
+        EXPECT_EQ(refused.error().code, EBADF);
     }
-    const ManyDescriptors many(5000);
-    const auto refused = Spawner::spawn({.executable = "/bin/true", .standardOutput = Stdio::fd(1 << 20)});
-    ASSERT_FALSE(refused);
-    EXPECT_EQ(refused.error().code, EBADF);
 }
 
 TEST(Spawner, startsTheChildWithDefaultSignals) {
@@ -129,11 +88,11 @@ TEST(Spawner, startsTheChildWithDefaultSignals) {
     ::sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
     const std::array ignored{SIGPIPE, SIGHUP, SIGUSR2};
-    std::array<void (*)(int), ignored.size()> handlers{};
-    for (std::size_t i = 0; i < ignored.size(); ++i) handlers[i] = std::signal(ignored[i], SIG_IGN);
+    std::vector<void (*)(int)> handlers;
+    for (const int number : ignored) handlers.push_back(std::signal(number, SIG_IGN));
 
     EXPECT_EQ(run("print_signals").text, "");
-    EXPECT_EQ(runOnTerminal("print_signals"), "");
+    EXPECT_EQ(saidOnTerminal("print_signals"), "");
 
     for (std::size_t i = 0; i < ignored.size(); ++i) std::signal(ignored[i], handlers[i]);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -141,31 +100,22 @@ TEST(Spawner, startsTheChildWithDefaultSignals) {
 
 // Reported once, when it can already be asked for, and from a callback that calls back in.
 TEST(Spawner, reportsHowAChildEnded) {
-    struct Case {
-        const char* program;
-        std::string argument;
-        ExitStatus status;
+    const std::tuple<const char*, int, ExitStatus> cases[] = {
+        {"exit_with", 0, ExitStatus::exited(0)},
+        {"exit_with", 3, ExitStatus::exited(3)},
+        {"signal_self", SIGTERM, ExitStatus::signaled(SIGTERM)},
     };
-    const Case cases[] = {
-        {"exit_with", "0", ExitStatus::exited(0)},
-        {"exit_with", "3", ExitStatus::exited(3)},
-        {"signal_self", std::to_string(SIGTERM), ExitStatus::signaled(SIGTERM)},
-        {"signal_self", std::to_string(SIGPIPE), ExitStatus::signaled(SIGPIPE)},
-    };
-    for (const auto& c : cases) {
+    for (const auto& [program, argument, expected] : cases) {
         std::promise<std::shared_ptr<ChildProcess>> handle;
         std::promise<ExitStatus> reported;
-        const auto child = Spawner::spawn({.executable = childProgram(c.program), .arguments = {c.argument}},
-                                          [&, handed = handle.get_future().share()](ExitStatus status) {
-                                              const auto ended = handed.get();
-                                              ended->stop(Seconds(0));
-                                              EXPECT_EQ(ended->exitStatus(), status);
-                                              EXPECT_FALSE(ended->isRunning());
-                                              reported.set_value(status);
-                                          });
-        ASSERT_TRUE(child);
-        handle.set_value(*child);
-        EXPECT_EQ(reported.get_future().get(), c.status) << c.argument;
+        const auto onExit = [&, handed = handle.get_future().share()](ExitStatus status) {
+            handed.get()->stop(Seconds(0));
+            EXPECT_EQ(handed.get()->exitStatus(), status);
+            reported.set_value(status);
+        };
+        handle.set_value(*Spawner::spawn(
+            {.executable = childProgram(program), .arguments = {std::to_string(argument)}}, onExit));
+        EXPECT_EQ(reported.get_future().get(), expected) << program;
     }
 }
 
@@ -177,22 +127,11 @@ TEST(Spawner, reportsTheEndOfAChildThatSomebodyElseReaped) {
 }
 
 TEST(Spawner, keepsTheEndOfALongOutput) {
-    const auto output = Spawner::run({.executable = childProgram("write_bytes"),
-                                      .arguments = {"260000"},
-                                      .environment = {},
-                                      .timeout = limit,
-                                      .limit = 26});
-    ASSERT_TRUE(output);
+    const auto output = Spawner::run({childProgram("write_bytes"), {"260000"}, {}, limit, 26});
     EXPECT_EQ(output->status, ExitStatus::exited(0));
     EXPECT_EQ(output->text, "abcdefghijklmnopqrstuvwxyz");
-    EXPECT_EQ(Spawner::run({.executable = "/bin/sh",
-                            .arguments = {"-c", "printf 'a\\377b'; printf c >&2"},
-                            .environment = {},
-                            .timeout = limit,
-                            .limit = 100})
-                  ->text,
-              "a\xEF\xBF\xBD"
-              "bc");
+    const std::string script = "printf 'a\\377b'; printf c >&2";
+    EXPECT_EQ(Spawner::run({"/bin/sh", {"-c", script}, {}, limit, 100})->text, "a\uFFFDbc");
 }
 
 TEST(Spawner, boundsWhateverTheChildDoes) {
@@ -202,82 +141,55 @@ TEST(Spawner, boundsWhateverTheChildDoes) {
         std::vector<std::string> arguments;
         Seconds timeout;
         ExitStatus status;
-        Seconds earliest;
-        Seconds latest;
+        std::pair<Seconds, Seconds> bounds;
     };
     const Case cases[] = {
-        {"ends when asked to", "/bin/sleep", {"60"}, 0.3s, ExitStatus::signaled(SIGTERM), 0.3s, 2.2s},
-        {"ends only by force", childProgram("ignore_term"), {}, 1s, ExitStatus::signaled(SIGKILL), 3s, 6s},
-        {"leaves its output open", childProgram("hold_output"), {"60"}, 1s, ExitStatus::exited(0), 5s, 9s},
+        {"ends when asked to", "/bin/sleep", {"60"}, 0.3s, ExitStatus::signaled(SIGTERM), {0.3s, 2.2s}},
+        {"ends only by force", childProgram("ignore_term"), {}, 1s, ExitStatus::signaled(SIGKILL), {3s, 6s}},
+        {"leaves its output open", childProgram("hold_output"), {"60"}, 1s, ExitStatus::exited(0), {5s, 9s}},
     };
-    std::vector<std::thread> commands;
+    std::vector<std::future<void>> commands;
     for (const auto& c : cases) {
-        commands.emplace_back([&c] {
+        commands.push_back(std::async(std::launch::async, [&c] {
             const TimePoint started = steadyNow();
-            const auto output = Spawner::run({.executable = c.executable,
-                                              .arguments = c.arguments,
-                                              .environment = {},
-                                              .timeout = c.timeout,
-                                              .limit = 100});
+            const auto output = Spawner::run({c.executable, c.arguments, {}, c.timeout, 100});
             const Seconds took = steadyNow() - started;
             ASSERT_TRUE(output) << c.why;
             EXPECT_EQ(output->status, c.status) << c.why;
-            EXPECT_GE(took, c.earliest) << c.why;
-            EXPECT_LE(took, c.latest) << c.why;
+            EXPECT_TRUE(took >= c.bounds.first && took <= c.bounds.second) << c.why << ": " << took.count();
             if (const int holder = std::atoi(output->text.c_str()); holder > 1) ::kill(holder, SIGKILL);
-        });
+        }));
     }
-    for (auto& command : commands) command.join();
 }
 
 // As when a careless launcher started us: every new descriptor of ours would land on 0, 1 or 2.
-class StandardDescriptorsClosed {
-public:
-    StandardDescriptorsClosed() {
-        for (int fd = 0; fd < 3; ++fd) {
-            saved_.push_back(UniqueFd::duplicate(fd));
-            ::close(fd);
-        }
-    }
-    ~StandardDescriptorsClosed() {
-        for (int fd = 0; fd < 3; ++fd) ::dup2(saved_[static_cast<std::size_t>(fd)].get(), fd);
-    }
-    StandardDescriptorsClosed(const StandardDescriptorsClosed&) = delete;
-    StandardDescriptorsClosed& operator=(const StandardDescriptorsClosed&) = delete;
-
-private:
-    std::vector<UniqueFd> saved_;
-};
-
 TEST(Spawner, worksWithTheStandardDescriptorsClosed) {
     for (const std::size_t others : {0U, 2000U}) {
         const ManyDescriptors many(others);
-        std::string captured;
-        std::string onTerminal;
-        std::string crossed;
-        int lowest = 0;
-        {
-            const StandardDescriptorsClosed closed;
-            captured = run("write_bytes", {"3"}).text + run("list_descriptors").text;
-            onTerminal = runOnTerminal("list_descriptors");
-            if (auto pipe = Spawner::pipe()) lowest = std::min(pipe->readEnd.get(), pipe->writeEnd.get());
+        const std::array saved{UniqueFd::duplicate(0), UniqueFd::duplicate(1), UniqueFd::duplicate(2)};
+        for (const int fd : {0, 1, 2}) ::close(fd);
+        const std::string captured = run("write_bytes", {"3"}).text + run("list_descriptors").text;
+        const std::string onTerminal = saidOnTerminal("list_descriptors");
 
-            // The child's output is our descriptor 2 and its errors are our 1.
-            auto ours1 = Spawner::pipe();
-            auto ours2 = Spawner::pipe();
-            ::dup2(ours1->writeEnd.get(), 1);
-            ::dup2(ours2->writeEnd.get(), 2);
-            const auto child = Spawner::spawn({.executable = "/bin/sh",
-                                               .arguments = {"-c", "echo out; echo error >&2"},
-                                               .standardOutput = Stdio::fd(2),
-                                               .standardError = Stdio::fd(1)});
-            if (child) (*child)->waitForExit(limit);
-            for (const int fd : {ours2->readEnd.get(), ours1->readEnd.get()}) {
-                std::array<char, 100> buffer{};
-                const auto count = ::read(fd, buffer.data(), buffer.size());
-                if (count > 0) crossed.append(buffer.data(), static_cast<std::size_t>(count));
-                crossed += '|';
-            }
+        // The child's output is our descriptor 2 and its errors are our 1.
+        auto ours1 = Spawner::pipe();
+        auto ours2 = Spawner::pipe();
+        const int lowest = std::min(ours1->readEnd.get(), ours1->writeEnd.get());
+        ::dup2(ours1->writeEnd.get(), 1);
+        ::dup2(ours2->writeEnd.get(), 2);
+        const auto child = Spawner::spawn({.executable = "/bin/sh",
+                                           .arguments = {"-c", "echo out; echo error >&2"},
+                                           .standardOutput = Stdio::fd(2),
+                                           .standardError = Stdio::fd(1)});
+        if (child) (*child)->waitForExit(limit);
+        for (int fd = 0; const auto& standard : saved) ::dup2(standard.get(), fd++);
+
+        std::string crossed;
+        for (auto* pipe : {&ours2, &ours1}) {
+            (*pipe)->writeEnd.reset();
+            std::array<char, 100> buffer{};
+            const auto count = ::read((*pipe)->readEnd.get(), buffer.data(), buffer.size());
+            crossed.append(buffer.data(), static_cast<std::size_t>(std::max(count, ssize_t{0}))) += '|';
         }
         EXPECT_EQ(captured, "abc0\n1\n2\n");
         EXPECT_EQ(onTerminal, "0\n1\n2\n");
@@ -288,30 +200,26 @@ TEST(Spawner, worksWithTheStandardDescriptorsClosed) {
 
 TEST(Spawner, waitsForAProgramThatIsStillBeingWritten) {
     const TemporaryFolder folder;
-    const std::string program = folder.path() + "/true";
-    std::filesystem::copy_file("/bin/true", program);
-    const auto heldFor = [&](auto duration) {
-        UniqueFd held(::open(program.c_str(), O_RDWR | O_CLOEXEC));
-        return std::async(std::launch::async, [duration, fd = std::move(held)]() mutable {
+    const SpawnRequest request{.executable = folder.path() + "/true"};
+    std::filesystem::copy_file("/bin/true", request.executable);
+    UniqueFd writing;
+    const auto writeFor = [&](Seconds duration) {
+        writing.reset(::open(request.executable.c_str(), O_RDWR | O_CLOEXEC));
+        return std::async(std::launch::async, [&writing, duration] {
             std::promise<void>().get_future().wait_for(duration);
-            fd.reset();
+            writing.reset();
         });
     };
     {
-        auto writer = heldFor(50ms);
-        const auto child = Spawner::spawn({.executable = program});
-        ASSERT_TRUE(child) << describe(child.error());
+        const auto written = writeFor(50ms);
+        EXPECT_TRUE(Spawner::spawn(request));
     }
     {
-        auto writer = heldFor(50ms);
-        const auto pty = PtyProcess::spawn({.executable = program});
-        ASSERT_TRUE(pty);
-        EXPECT_EQ((*pty)->child().waitForExit(limit), ExitStatus::exited(0));
+        const auto written = writeFor(50ms);
+        EXPECT_EQ((*PtyProcess::spawn(request))->child().waitForExit(limit), ExitStatus::exited(0));
     }
-    const UniqueFd writing(::open(program.c_str(), O_RDWR | O_CLOEXEC));
-    const auto child = Spawner::spawn({.executable = program});
-    ASSERT_FALSE(child);
-    EXPECT_EQ(child.error().code, ETXTBSY);
+    writing.reset(::open(request.executable.c_str(), O_RDWR | O_CLOEXEC));
+    EXPECT_EQ(Spawner::spawn(request).error().code, ETXTBSY);
 }
 
 // A default stack larger than the address space: no thread can be had. Only where the C library lets it be
@@ -329,21 +237,17 @@ TEST(Spawner, startsNothingWhereNoThreadCanBeHad) {
     ::pthread_attr_setstacksize(&attributes, std::size_t{1} << 47);
     ASSERT_EQ(setDefaults(&attributes), 0);
 
-    const SpawnError refused{"pthread_create", EAGAIN};
+    const SpawnRequest request{.executable = "/bin/true"};
+    const auto errorOf = [](const auto& result) { return result ? SpawnError{} : result.error(); };
     const auto never = [](ExitStatus) { ADD_FAILURE(); };
-    const auto child = Spawner::spawn({.executable = "/bin/true"}, never);
-    const auto pty = PtyProcess::spawn({.executable = "/bin/true"}, never);
-    const auto output = Spawner::run({.executable = "/bin/true", .timeout = limit, .limit = 100});
+    const std::vector errors{errorOf(Spawner::spawn(request, never)),
+                             errorOf(PtyProcess::spawn(request, never)),
+                             errorOf(Spawner::run({request.executable, {}, {}, limit, 100}))};
     ::pthread_attr_setstacksize(&attributes, usual);
     setDefaults(&attributes);
     ::pthread_attr_destroy(&attributes);
 
-    ASSERT_FALSE(child);
-    EXPECT_EQ(child.error(), refused);
-    ASSERT_FALSE(pty);
-    EXPECT_EQ(pty.error(), refused);
-    ASSERT_FALSE(output);
-    EXPECT_EQ(output.error(), refused);
+    EXPECT_EQ(errors, std::vector(3, SpawnError{"pthread_create", EAGAIN}));
     EXPECT_TRUE(ProcessCounts::now().holdsNoMoreThan(before)) << ProcessCounts::now();
 }
 
