@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Words.h"
+
 namespace tarnik {
 namespace {
 
@@ -18,59 +20,34 @@ std::string pieces(std::string_view text) {
 }
 
 TEST(Url, takesAnAddressApart) {
-    struct Case {
-        std::string text;
-        std::string pieces;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"HTTPS://Example.COM:0443/C/%63%2Fx//", "https example.com 0443 /C/%63%2Fx//"},
         {"tarnik://connect?a=1&code=x+y%2B%2525&b&c=#f",
          "tarnik connect -  query a=1 code=x+y+%25 b=(none) c= fragment"},
-        {"http://[::1]:1/?", "http [::1] 1 / query"},
-        {"http://h?#f", "http h -  query fragment"},
+        {"http://[::1]:65535/?", "http [::1] 65535 / query"},
         {"tarnik:?#?a", "tarnik - -  query fragment"},
         {"tarnik:a#?b", "tarnik - - a fragment"},
         {"tarnik:?&=&a=b=%26", "tarnik - -  query =(none) = a=b=&"},
-        {"http://h#", "http h -  fragment"},
         {"http://a:b@h", "http h -  user"},
         {"http://@h", "http h -  user"},
-        {"http://:@h", "http h -  user"},
-        {"http://h:65535", "http h 65535 "},
-        {"http://h:65536", "none"},
-        {"http://h:18446744073709551617", "none"},
-        {"http://h:", "none"},
-        {"http://h:/c", "none"},
-        {"http://h:8o", "none"},
         {"https:///c", "https - - /c"},
-        {"https:/c", "https - - /c"},
-        {"tarnik:connect", "tarnik - - connect"},
-        {"http://%68", "none"},
-        {"http://[fe80::1%25en0]/", "none"},
-        {"http%3A//h", "none"},
-        {"//h/c", "none"},
-        {"h/c", "none"},
-        {"", "none"},
-        {" http://h", "none"},
-        {"http://h/a b", "none"},
-        {"http://h/%zz", "none"},
-        {"http://h/%4", "none"},
-        {"http://h/\xC3\xA9", "none"},
-        {"http://h\\@g/", "none"},
-        {"http://h@g@i/", "none"},
-        {"http://h:1:2/", "none"},
-        {"http://127.0.0.1.example/", "none"},
-        {"http://127.0.0.1@example/", "http example - / user"},
         {"http://127.0.0.1:1@example/", "http example - / user"},
-        {"http://[::1]example/", "none"},
-        {std::string("http://h/\0", 10), "none"},
-        {std::string("http://h\0.com/", 14), "none"},
     };
-    for (const auto& c : cases) EXPECT_EQ(pieces(c.text), c.pieces) << c.text;
+    for (const auto& [text, expected] : cases) EXPECT_EQ(pieces(text), expected) << text;
+}
 
+TEST(Url, takesNothingElse) {
     const std::string start = "http://h/";
-    EXPECT_TRUE(Url::parse(start + std::string(Url::maxBytes - start.size(), 'a')));
-    EXPECT_FALSE(Url::parse(start + std::string(Url::maxBytes - start.size() + 1, 'a')));
-    EXPECT_FALSE(Url::parse(start + std::string(10'000'000, '%')));
+    const auto longUrl = [&](std::size_t bytes) { return start + std::string(bytes - start.size(), 'a'); };
+    EXPECT_TRUE(Url::parse(longUrl(Url::maxBytes)));
+    auto refused = words(
+        "http://h:65536 http://h:18446744073709551617 http://h: http://h:/c http://h:8o http://%68 "
+        "http://[fe80::1%25en0]/ http%3A//h //h/c h/c http://h/%zz http://h/%4 http://h/\u00E9 "
+        "http://h\\@g/ http://h@g@i/ http://h:1:2/ http://127.0.0.1.example/ http://[::1]example/");
+    refused.insert(refused.end(),
+                   {"", " http://h", "http://h/a b", {"http://h/\0", 10}, {"http://h\0/", 10}});
+    refused.insert(refused.end(), {longUrl(Url::maxBytes + 1), start + std::string(10'000'000, '%')});
+    for (const auto& text : refused) EXPECT_EQ(pieces(text), "none") << text.substr(0, 100);
 }
 
 TEST(Url, appendsOneComponentAfterOneSlash) {
@@ -80,14 +57,10 @@ TEST(Url, appendsOneComponentAfterOneSlash) {
         const char* result;
     };
     const Case cases[] = {
-        {"http://H", "c", "http://H/c"},
-        {"http://h/", "c", "http://h/c"},
-        {"http://h:8//", "c", "http://h:8/c"},
-        {"http://h/a%2F/b/?q=/#f/", "c", "http://h/a%2F/b/c?q=/#f/"},
-        {"http://h?q#f", "c", "http://h/c?q#f"},
+        {"http://H", "a-Z_0.9~", "http://H/a-Z_0.9~"},
+        {"http://h/a%2F/b//?q=/#f/", "c", "http://h/a%2F/b/c?q=/#f/"},
         {"tarnik:?q#f", "c", "tarnik:/c?q#f"},
-        {"http://h/", "a-Z_0.9~", "http://h/a-Z_0.9~"},
-        {"http://h/", "../a b?#%2F\xC3\xA9", "http://h/..%2Fa%20b%3F%23%252F%C3%A9"},
+        {"http://h/", "../a b?#%2F\u00E9", "http://h/..%2Fa%20b%3F%23%252F%C3%A9"},
     };
     for (const auto& c : cases) {
         const Url longer = Url::parse(c.url)->appending(c.component);

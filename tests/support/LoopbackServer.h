@@ -6,11 +6,14 @@
 #include <string_view>
 #include <thread>
 
+#include <sys/socket.h>
+
 #include "core/foundation/Time.h"
 #include "core/foundation/UniqueFd.h"
+#include "core/process/Spawner.h"
 
+struct bio_st;
 struct ssl_ctx_st;
-struct ssl_st;
 
 namespace tarnik {
 
@@ -23,7 +26,7 @@ public:
     // The far side of one connection, closed when the script returns.
     class Client {
     public:
-        Client(int fd, int stop, ssl_st* tls) : fd_(fd), stop_(stop), tls_(tls) {}
+        Client(int fd, int stop, bio_st* stream) : fd_(fd), stop_(stop), stream_(stream) {}
 
         // False once the client has left.
         bool send(std::string_view bytes) const;
@@ -33,7 +36,7 @@ public:
     private:
         int fd_;
         int stop_;
-        ssl_st* tls_;  // none on a plain connection
+        bio_st* stream_;
     };
     // `request` is the head of what was asked.
     using Script = std::function<void(const Client& client, const std::string& request)>;
@@ -52,9 +55,8 @@ private:
     void serve(int fd) const;
 
     const Script script_;
-    UniqueFd listening_;
-    UniqueFd stopRead_;
-    UniqueFd stopWrite_;
+    const UniqueFd listening_{::socket(AF_INET, SOCK_STREAM, 0)};
+    Spawner::Pipe stop_ = *Spawner::pipe();
     std::shared_ptr<ssl_ctx_st> tls_;
     std::string origin_;
     std::string certificate_;
