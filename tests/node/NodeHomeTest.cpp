@@ -1,17 +1,15 @@
 #include "core/node/NodeHome.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
 namespace {
 
-using ResolveReason = NodeHome::ResolveError::Reason;
 using ClaimReason = NodeHome::ClaimError::Reason;
 namespace fs = std::filesystem;
 
@@ -20,21 +18,19 @@ std::string text(const std::expected<NodeHome, NodeHome::ResolveError>& result) 
     return describe(result.error());
 }
 
+std::string reserved(const std::string& path) {
+    return "The node folder can't be " + path + ", which holds other things. Pick a new or empty folder.";
+}
+
+std::string overlaps(const std::string& path) {
+    return "The test node folder " + path + " can't be inside ~/.tarnik/node or contain it.";
+}
+
 TEST(NodeHome, resolvesOnlyFoldersSafeToFillAndRemove) {
     const std::string standard = "/Users/me/.tarnik/node (default)";
-    const auto reserved = [](const std::string& path) {
-        return "The node folder can't be " + path + ", which holds other things. Pick a new or empty folder.";
-    };
-    const auto overlaps = [](const std::string& path) {
-        return "The test node folder " + path + " can't be inside ~/.tarnik/node or contain it.";
-    };
-    struct Case {
-        std::optional<std::string> chosen;
-        std::string result;
-    };
-    const Case cases[] = {
+    const std::pair<std::optional<std::string>, std::string> cases[] = {
         {std::nullopt, standard},
-        {"\xC2\xA0\n\xE3\x80\x80", standard},
+        {"\xC2\xA0\n\u3000", standard},
         {"/Users/me/.tarnik/node/", standard},
         {" relative/dir\n", "The node folder must be a full path (starting with /), not relative/dir."},
         {"/x/..", reserved("/")},
@@ -46,41 +42,25 @@ TEST(NodeHome, resolvesOnlyFoldersSafeToFillAndRemove) {
         {"/User", "/User"},
         {"\t/a/b/../c ", "/a/c"},
     };
-    for (const auto& c : cases) EXPECT_EQ(text(NodeHome::resolve(c.chosen, "/Users/me/")), c.result);
+    for (const auto& [chosen, result] : cases)
+        EXPECT_EQ(text(NodeHome::resolve(chosen, "/Users/me/")), result);
 }
 
 TEST(NodeHome, looksThroughLinksForTheDefaultFolder) {
     const TemporaryFolder folder;
     const std::string home = folder.path() + "/home";
-    const std::string elsewhere = folder.path() + "/elsewhere";
-    fs::create_directories(home + "/.tarnik/node");
-    fs::create_directories(elsewhere);
-    fs::create_directory_symlink(home + "/.tarnik/node", elsewhere + "/node");
-    fs::create_directory_symlink(home, elsewhere + "/home");
-    fs::create_directory_symlink(folder.path(), folder.path() + "/all");
-
-    const auto reason = [&](const std::string& chosen) {
-        return NodeHome::resolve(chosen, home).error().reason;
-    };
-    EXPECT_EQ(reason(elsewhere + "/node"), ResolveReason::overlapsDefault);
-    EXPECT_EQ(reason(elsewhere + "/node/new/er"), ResolveReason::overlapsDefault);
-    EXPECT_EQ(reason(elsewhere + "/home"), ResolveReason::overlapsDefault);
-    EXPECT_EQ(text(NodeHome::resolve(folder.path() + "/all/new", home)), folder.path() + "/all/new");
+    shell(folder.path(), "mkdir -p home/.tarnik/node; ln -s home/.tarnik/node node; ln -s home link");
+    for (const char* chosen : {"/node/new/er", "/link"})
+        EXPECT_EQ(text(NodeHome::resolve(folder.path() + chosen, home)), overlaps(folder.path() + chosen));
+    EXPECT_EQ(text(NodeHome::resolve(folder.path() + "/link/new", home)), folder.path() + "/link/new");
 }
 
-// A node home in a fresh folder, by default not there yet.
+// A node home in a fresh folder, made by the script if at all.
 struct Fixture {
     TemporaryFolder folder;
-    NodeHome home{.path = folder.path() + "/above/node", .isDefault = false};
+    NodeHome home{.path = folder.path() + "/above/node"};
 
-    void put(const std::string& path) const {
-        fs::create_directories(fs::path(path).parent_path());
-        std::ofstream(path) << "theirs";
-    }
-    std::string markerText() const {
-        std::ifstream file(home.marker());
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    explicit Fixture(const std::string& script = "") { shell(folder.path(), script); }
     std::optional<ClaimReason> refusal() const {
         const auto claimed = home.claim();
         if (claimed) return std::nullopt;
@@ -89,64 +69,54 @@ struct Fixture {
 };
 
 TEST(NodeHome, claimsANewOrEmptyFolderOnce) {
-    for (const bool isThere : {false, true}) {
-        const Fixture f;
-        if (isThere) fs::create_directories(f.home.path);
-        EXPECT_TRUE(f.home.claim().has_value());
-        EXPECT_TRUE(f.home.isClaimed());
-        EXPECT_EQ(f.markerText().size(), 76U);
-        if (!isThere) {
-            EXPECT_EQ(fs::status(f.home.path).permissions(), fs::perms::owner_all);
-        }
+    for (const char* script : {"", "mkdir -p -m 700 above/node"}) {
+        const Fixture f(script);
+        EXPECT_EQ(f.refusal(), std::nullopt);
+        EXPECT_EQ(readFile(f.home.marker(), 100).value_or("").size(), 76U);
+        EXPECT_EQ(fs::status(f.home.path).permissions(), fs::perms::owner_all);
 
-        f.put(f.home.marker());
-        f.put(f.home.path + "/other");
-        EXPECT_TRUE(f.home.claim().has_value());
-        EXPECT_EQ(f.markerText(), "theirs");
+        shell(f.home.path, "printf theirs > .tarnik-node-home; touch other");
+        EXPECT_EQ(f.refusal(), std::nullopt);
+        EXPECT_EQ(readFile(f.home.marker(), 100), "theirs");
     }
 }
 
 TEST(NodeHome, refusesWhatIsNotItsOwnAndChangesNothing) {
-    const auto danglingLink = [](const Fixture& f) {
-        fs::create_directories(f.folder.path() + "/above");
-        fs::create_symlink("nowhere", f.home.path);
+    const std::pair<const char*, ClaimReason> cases[] = {
+        {"mkdir above; touch above/node", ClaimReason::notAFolder},
+        {"mkdir above; ln -s nowhere above/node", ClaimReason::isALink},
+        {"mkdir -p above/node; touch above/node/.x", ClaimReason::holdsOtherFiles},
+        // An install, but in a chosen folder.
+        {"mkdir -p above/node/app/bin; touch above/node/app/bin/tarnik-node", ClaimReason::holdsOtherFiles},
     };
-    struct Case {
-        const char* why;
-        void (*prepare)(const Fixture&);
-        ClaimReason reason;
-    };
-    const Case cases[] = {
-        {"a file", [](const Fixture& f) { f.put(f.home.path); }, ClaimReason::notAFolder},
-        {"a link to nowhere", danglingLink, ClaimReason::isALink},
-        {"a hidden file", [](const Fixture& f) { f.put(f.home.path + "/.x"); }, ClaimReason::holdsOtherFiles},
-        {"an install, but in a chosen folder", [](const Fixture& f) { f.put(f.home.wrapper()); },
-         ClaimReason::holdsOtherFiles},
-    };
-    for (const auto& c : cases) {
-        const Fixture f;
-        c.prepare(f);
-        EXPECT_EQ(f.refusal(), c.reason) << c.why;
-        EXPECT_FALSE(f.home.isClaimed()) << c.why;
+    for (const auto& [script, reason] : cases) {
+        const Fixture f(script);
+        EXPECT_EQ(f.refusal(), reason) << script;
+        EXPECT_FALSE(f.home.isClaimed()) << script;
     }
 }
 
 TEST(NodeHome, adoptsACommandLineInstallInTheDefaultFolder) {
-    for (const auto sign : {&NodeHome::wrapper, &NodeHome::joinRecord, &NodeHome::entry}) {
-        Fixture f;
+    const std::pair<const char*, std::optional<ClaimReason>> cases[] = {
+        {"app/bin/tarnik-node", std::nullopt},
+        {"trust/web-key.json", std::nullopt},
+        {"app/lib/node_modules/openclaw/openclaw.mjs", ClaimReason::holdsOtherFiles},
+    };
+    for (const auto& [sign, reason] : cases) {
+        Fixture f(
+            "mkdir -p above/node; cd above/node; ln -s ../victim .tarnik-node-home; mkdir -p $(dirname " +
+            std::string(sign) + "); touch " + sign);
         f.home.isDefault = true;
-        f.put((f.home.*sign)());
-        fs::create_symlink("../victim", f.home.marker());
         EXPECT_EQ(f.refusal(), ClaimReason::holdsOtherFiles);
         fs::remove(f.home.marker());
-        EXPECT_EQ(f.home.claim().has_value(), sign != &NodeHome::entry);
+        EXPECT_EQ(f.refusal(), reason) << sign;
     }
 }
 
 TEST(NodeHome, isInstalledWithBothItsParts) {
-    const Fixture f;
-    f.put(f.home.nodeBinary());
-    f.put(f.home.entry());
+    const Fixture f(
+        "mkdir -p above/node/runtime/node/bin above/node/app/lib/node_modules/openclaw; cd above/node;"
+        "touch runtime/node/bin/node app/lib/node_modules/openclaw/openclaw.mjs");
     EXPECT_FALSE(f.home.isInstalled()) << "the runtime can't be run";
     fs::permissions(f.home.nodeBinary(), fs::perms::owner_all);
     EXPECT_TRUE(f.home.isInstalled());

@@ -7,42 +7,31 @@
 namespace tarnik {
 namespace {
 
-const NodeHome standard{.path = "/Users/me/.tarnik/node", .isDefault = true};
-const NodeHome chosen{.path = "/n", .isDefault = false};
-const std::string searchPath = "/usr/bin:/bin:/usr/sbin:/sbin";
-
 TEST(NodeLaunch, passesOnTheEnvironmentWithoutWhatSteersTheNode) {
-    const Environment own{{"HOME", "/h"}, {"PATH", "/p"}};
+    const NodeHome standard{.path = "/Users/me/.tarnik/node", .isDefault = true};
+    const NodeHome chosen{.path = "/n", .isDefault = false};
     const auto with = [](Environment base, const Environment& more) {
         base.insert(more.begin(), more.end());
         return base;
     };
-    const CuaDriverEndpoint endpoint{.socketPath = "/s", .binaryPath = "/b"};
-    const CuaDriverEndpoint unspeakable{.socketPath = "s", .binaryPath = "/b"};
+    const Environment own{{"HOME", "/h"}, {"PATH", "/p"},         {"openclaw_x", "1"},
+                          {"CUA_X", "1"}, {"TARNIK_HOME_X", "1"}, {"X_OPENCLAW_", "1"}};
+    const Environment inherited = with(own, {{"OPENCLAW_STATE_DIR", "x"},
+                                             {"OPENCLAW_CUA_DRIVER_ENDPOINT", "x"},
+                                             {"CF_ACCESS_CLIENT", "x"},
+                                             {"CUA_DRIVER_SOCKET", "x"},
+                                             {"TARNIK_HOME", "x"},
+                                             {"TARNIK_NODE_RUNTIME", "x"}});
     const Environment ofChosen{{"OPENCLAW_STATE_DIR", "/n"}, {"TARNIK_HOME", "/n"}};
-    const Environment steering{{"OPENCLAW_STATE_DIR", "x"}, {"OPENCLAW_CUA_DRIVER_ENDPOINT", "x"},
-                               {"CF_ACCESS_CLIENT", "x"},   {"CUA_DRIVER_SOCKET", "x"},
-                               {"TARNIK_HOME", "x"},        {"TARNIK_NODE_RUNTIME", "x"}};
-    const Environment harmless{
-        {"openclaw_x", "1"}, {"CUA_X", "1"}, {"TARNIK_HOME_X", "1"}, {"X_OPENCLAW_", "1"}};
-    struct Case {
-        const char* why;
-        Environment inherited;
-        const NodeHome& home;
-        std::optional<CuaDriverEndpoint> endpoint;
-        Environment expected;
-    };
-    const Case cases[] = {
-        {"nothing inherited", {}, standard, {}, {{"HOME", userHome()}, {"PATH", searchPath}}},
-        {"what steers the node", with(own, steering), standard, {}, own},
-        {"what doesn't", with(own, harmless), standard, {}, with(own, harmless)},
-        {"another home", with(own, steering), chosen, {}, with(own, ofChosen)},
-        {"an endpoint", with(own, steering), standard, endpoint,
-         with(own, {{"OPENCLAW_CUA_DRIVER_ENDPOINT", R"({"v":1,"socketPath":"/s","binaryPath":"/b"})"}})},
-        {"an endpoint that can't be told", with(own, steering), standard, unspeakable, own},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(NodeLaunch::environment(c.inherited, c.home, c.endpoint), c.expected) << c.why;
+    const std::string endpoint = R"({"v":1,"socketPath":"/s","binaryPath":"/b"})";
+
+    EXPECT_EQ(NodeLaunch::environment({}, standard, {}),
+              (Environment{{"HOME", userHome()}, {"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}}));
+    EXPECT_EQ(NodeLaunch::environment(inherited, standard, {}), own);
+    EXPECT_EQ(NodeLaunch::environment(inherited, chosen, {}), with(own, ofChosen));
+    EXPECT_EQ(NodeLaunch::environment(inherited, standard, CuaDriverEndpoint{"/s", "/b"}),
+              with(own, {{"OPENCLAW_CUA_DRIVER_ENDPOINT", endpoint}}));
+    EXPECT_EQ(NodeLaunch::environment(inherited, standard, CuaDriverEndpoint{"s", "/b"}), own);
 }
 
 }  // namespace

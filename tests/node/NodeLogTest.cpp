@@ -2,19 +2,20 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
+#include <sstream>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/foundation/Files.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
@@ -26,25 +27,20 @@ namespace fs = std::filesystem;
 constexpr const char* nothing = "(no such file)";
 
 std::string contents(const std::string& path) {
-    if (!fs::is_regular_file(fs::symlink_status(path))) return nothing;
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void put(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
+    return isRegularFile(path) ? readFile(path, 1 << 20).value_or(nothing) : nothing;
 }
 
 struct Fixture {
     TemporaryFolder folder;
-    std::string other = folder.path() + "/other";
     std::string logs = folder.path() + "/a/b";
     std::string path = logs + "/node.log";
     std::string older = path + ".1";
     TimePoint now = steadyNow();
-    UniqueFd reader;
 
-    Fixture() { fs::create_directories(logs); }
+    // Runs the script where the log is.
+    explicit Fixture(const std::string& script = "") {
+        shell(folder.path(), "mkdir -p a/b; cd a/b; " + script);
+    }
     std::shared_ptr<NodeLog> log(std::int64_t cap) {
         return NodeLog::make(path, cap, [this] { return now; });
     }
@@ -52,7 +48,6 @@ struct Fixture {
 
 TEST(NodeLog, movesTheFullFileAsideBetweenChunks) {
     struct Case {
-        const char* why;
         std::int64_t cap;
         std::string found;
         std::vector<std::string> chunks;
@@ -60,65 +55,45 @@ TEST(NodeLog, movesTheFullFileAsideBetweenChunks) {
         std::string older;
     };
     const Case cases[] = {
-        {"what was there is continued", 4, "a", {"b", "", "c"}, "abc", nothing},
-        {"the cap is reached exactly", 4, "", {"ab", "cd"}, "", "abcd"},
-        {"a chunk stays whole", 4, "", {"abc", "defgh", "i"}, "i", "abcdefgh"},
-        {"there is one older copy", 4, "", {"abcd", "efgh", "i"}, "i", "efgh"},
-        {"the file was full when opened", 4, "abcd", {"e"}, "e", "abcd"},
-        {"each append fills a cap of 0", 0, "", {"ab", "c", ""}, "", "c"},
+        {4, "a", {"b", "", "c"}, "abc", nothing},
+        {4, "", {"ab", "cd"}, "", "abcd"},
+        {4, "", {"abc", "defgh", "ijkl", "m"}, "m", "ijkl"},
+        {4, "", {"abc", "defgh", "i"}, "i", "abcdefgh"},
+        {4, "abcd", {"e"}, "e", "abcd"},
+        {0, "", {"ab", "c", ""}, "", "c"},
     };
     for (const auto& c : cases) {
-        Fixture f;
-        if (!c.found.empty()) put(f.path, c.found);
+        Fixture f("printf '" + c.found + "' > node.log");
         const auto log = f.log(c.cap);
         for (const auto& chunk : c.chunks) log->append(chunk);
-        EXPECT_EQ(contents(f.path), c.file) << c.why;
-        EXPECT_EQ(contents(f.older), c.older) << c.why;
+        EXPECT_EQ(contents(f.path) + "|" + contents(f.older), c.file + "|" + c.older);
     }
 }
 
 TEST(NodeLog, opensOnlyAPlainFileOfOursAndGoesOnOnceItCan) {
-    struct Case {
-        const char* why;
-        std::function<void(Fixture&)> block;
-    };
-    std::vector<Case> cases = {
-        {"a folder", [](Fixture& f) { fs::create_directory(f.path); }},
-        {"a FIFO", [](Fixture& f) { ASSERT_EQ(::mkfifo(f.path.c_str(), 0600), 0); }},
-        {"a FIFO that is read",
-         [](Fixture& f) {
-             ASSERT_EQ(::mkfifo(f.path.c_str(), 0600), 0);
-             f.reader = UniqueFd(::open(f.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-         }},
-        {"a link", [](Fixture& f) { fs::create_symlink(f.other, f.path); }},
-        {"a dangling link", [](Fixture& f) { fs::create_symlink(f.other + "s", f.path); }},
-    };
-    if (::geteuid() == 0) {
-        cases.push_back({"another user's file", [](Fixture& f) {
-                             put(f.path, "");
-                             ASSERT_EQ(::chown(f.path.c_str(), 1, 1), 0);
-                         }});
-    }
-    for (const auto& c : cases) {
-        Fixture f;
-        put(f.other, "");
-        c.block(f);
-        const auto log = f.log(100);
-        log->append("lost");
-        EXPECT_FALSE(log->attach()) << c.why;
-        EXPECT_EQ(contents(f.other), "") << c.why;
-        fs::remove(f.path);
-        log->append("written");
-        EXPECT_EQ(contents(f.path), "written") << c.why;
+    std::vector<std::string> blocks{"mkdir node.log", "mkfifo node.log", "ln -s other node.log",
+                                    "ln -s others node.log"};
+    if (::geteuid() == 0) blocks.emplace_back("echo theirs > node.log; chown 1:1 node.log");
+    for (const auto& block : blocks) {
+        for (const bool isRead : {false, true}) {  // which makes a difference to a FIFO
+            Fixture f(block + "; touch other");
+            const UniqueFd reader(isRead ? ::open(f.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1);
+            const auto log = f.log(100);
+            log->append("lost");
+            EXPECT_FALSE(log->attach()) << block;
+            EXPECT_EQ(contents(f.logs + "/other"), "") << block;
+            EXPECT_EQ(contents(f.logs + "/others"), nothing) << block;
+            fs::remove(f.path);
+            log->append("written");
+            EXPECT_EQ(contents(f.path), "written") << block;
+        }
     }
 }
 
 TEST(NodeLog, keepsForAnotherCapWhatCannotBeMovedAside) {
-    Fixture f;
-    fs::create_directory(f.older);
+    Fixture f("mkdir node.log.1");
     const auto log = f.log(4);
-    log->append("abcde");
-    log->append("fgh");
+    for (const char* chunk : {"abcde", "fgh"}) log->append(chunk);
     EXPECT_EQ(contents(f.path), "abcdefgh");
     log->append("i");
     EXPECT_EQ(contents(f.path), "");
@@ -127,39 +102,28 @@ TEST(NodeLog, keepsForAnotherCapWhatCannotBeMovedAside) {
     log->append("nopq");
     EXPECT_EQ(contents(f.older), "jklmnopq");
 
-    fs::remove(f.older), fs::create_directory(f.older);
-    put(f.path, "left by runs before");
-    f.log(6)->append("r");
-    EXPECT_EQ(contents(f.path), "r");
+    Fixture grown("mkdir node.log.1; echo left by runs before > node.log");
+    grown.log(6)->append("r");
+    EXPECT_EQ(contents(grown.path), "r");
 }
 
 TEST(NodeLog, noticesAFileThatIsGoneOrExchanged) {
-    struct Case {
-        const char* why;
-        std::function<void(const Fixture&)> change;
-        std::string file;
-        std::string older;
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"rm -r ../b", "new", nothing},
+        {"mv node.log ..", "new", "older"},
+        {"rm node.log; printf 'its ' > node.log", "its new", "older"},
     };
-    const Case cases[] = {
-        {"folder removed", [](const Fixture& f) { fs::remove_all(f.logs); }, "new", nothing},
-        {"moved away", [](const Fixture& f) { fs::rename(f.path, f.other); }, "new", "older"},
-        {"exchanged", [](const Fixture& f) { fs::remove(f.path), put(f.path, "its "); }, "its new", "older"},
-    };
-    for (const auto& c : cases) {
+    for (const auto& [change, file, older] : cases) {
         for (const bool atTheCap : {false, true}) {
-            Fixture f;
-            put(f.older, "older");
+            Fixture f("printf older > node.log.1");
             const auto log = f.log(8);
             log->append("before");
-            c.change(f);
-            if (atTheCap) {
-                log->append("lost");
-            } else {
-                f.now += 1s;
-            }
+            shell(f.logs, change);
+            if (!atTheCap) f.now += 1s;
+            if (atTheCap) log->append("lost");
             log->append("new");
-            EXPECT_EQ(contents(f.path), c.file) << c.why;
-            EXPECT_EQ(contents(f.older), c.older) << c.why;
+            EXPECT_EQ(contents(f.path) + "|" + contents(f.older), file + ("|" + std::string(older)))
+                << change;
         }
     }
 }
@@ -193,10 +157,10 @@ TEST(NodeLog, takesChunksOfTwoWritersWhole) {
     write('b');
     other.join();
 
-    std::map<char, std::size_t> seen;
-    std::ifstream file(f.path);
-    for (std::string line; std::getline(file, line);) EXPECT_EQ(line, std::string(++seen[line[0]], line[0]));
-    EXPECT_EQ(seen, (std::map<char, std::size_t>{{'a', 300}, {'b', 300}}));
+    std::map<char, std::size_t> seen{{'a', 0}, {'b', 0}};
+    std::istringstream lines(contents(f.path));
+    for (std::string line; std::getline(lines, line);) EXPECT_EQ(line, std::string(++seen[line[0]], line[0]));
+    for (const auto& [letter, count] : seen) EXPECT_EQ(count, 300U) << letter;
 }
 
 TEST(NodeLog, copiesPipesUntilTheyEndWhoeverStillHoldsIt) {
