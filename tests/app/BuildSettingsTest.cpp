@@ -1,12 +1,13 @@
 #include "app/model/BuildSettings.h"
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include "tests/support/PropertyLists.h"
+#include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
@@ -20,35 +21,27 @@ std::string summary(const BuildSettings& settings) {
 }
 
 TEST(BuildSettings, takesTextsThatAreNotEmpty) {
-    const std::string standard = TARNIK_DEFAULT_WEB_ORIGIN;
-    struct Case {
-        std::string entries;
-        std::string summary;
-    };
-    const Case cases[] = {
-        {"<key>TKWebOrigin</key><string>http://localhost:1</string><key>TKNodeReleaseBase</key>"
-         "<string>https://b/x/</string><key>TKNodeReleasePublicKey</key><string>k</string>"
-         "<key>TKNodeMinVersion</key><string>2026.4.9</string>",
+    const std::string standard = TARNIK_DEFAULT_WEB_ORIGIN " - - -";
+    // Values of the four keys, and what is made of them.
+    const std::pair<std::array<std::string, 4>, std::string> cases[] = {
+        {{"<string>http://localhost:1</string>", "<string>https://b/x/</string>", "<string>k</string>",
+          "<string>2026.4.9</string>"},
          "http://localhost:1 https://b/x/ k 2026.4.9"},
-        {"", standard + " - - -"},
-        {"<key>TKWebOrigin</key><string></string><key>TKNodeReleaseBase</key><string/>"
-         "<key>TKNodeReleasePublicKey</key><string/><key>TKNodeMinVersion</key><string/>",
-         standard + " - - -"},
-        {"<key>TKWebOrigin</key><true/><key>TKNodeReleaseBase</key><array><string>https://b</string></array>"
-         "<key>TKNodeReleasePublicKey</key><data>AAAA</data><key>TKNodeMinVersion</key><integer>1</integer>",
-         standard + " - - -"},
-        {"<key>TKWebOrigin</key><string>not an "
-         "address</string><key>TKNodeReleaseBase</key><string>b/x</string>",
-         standard + " - - -"},
-        {"<key>TKWebOrigin</key><string>https:///c</string><key>TKNodeReleaseBase</key><string>https:b</"
-         "string>",
-         standard + " - - -"},
+        {{"<string></string>", "<string/>", "<string/>", "<string/>"}, standard},
+        {{"<true/>", "<array><string>https://b</string></array>", "<data>AAAA</data>",
+          "<integer>1</integer>"},
+         standard},
+        {{"<string>not an address</string>", "<string>b/x</string>", "<true/>", "<true/>"}, standard},
+        {{"<string>https:///c</string>", "<string>https:b</string>", "<true/>", "<true/>"}, standard},
     };
-    for (const auto& c : cases) {
-        const std::string info = propertyLists::xml("<dict>" + c.entries + "</dict>");
-        EXPECT_EQ(summary(BuildSettings::fromPropertyList(info)), c.summary) << c.entries;
+    for (const auto& [values, expected] : cases) {
+        const std::string info =
+            propertyLists::xml("<dict><key>TKWebOrigin</key>" + values[0] + "<key>TKNodeReleaseBase</key>" +
+                               values[1] + "<key>TKNodeReleasePublicKey</key>" + values[2] +
+                               "<key>TKNodeMinVersion</key>" + values[3] + "</dict>");
+        EXPECT_EQ(summary(BuildSettings::fromPropertyList(info)), expected) << values[0];
     }
-    EXPECT_TRUE(BuildSettings::fromPropertyList("").webOrigin.host());
+    EXPECT_EQ(summary(BuildSettings::fromPropertyList("")), standard);
 }
 
 TEST(BuildSettings, readsTheInfoPlistOfABundle) {
@@ -59,15 +52,13 @@ TEST(BuildSettings, readsTheInfoPlistOfABundle) {
         return BuildSettings::fromBundle(folder.path()).nodeReleasePublicKey.value_or("-");
     };
     EXPECT_EQ(key(), "-") << "no file";
-
-    const std::string info = contents + "/Info.plist";
-    ASSERT_EQ(::mkfifo(info.c_str(), 0600), 0);
+    shell(contents, "mkfifo Info.plist");
     EXPECT_EQ(key(), "-") << "a pipe, which nobody writes to";
 
-    std::filesystem::remove(info);
-    std::ofstream(info) << propertyLists::binary({propertyLists::binaryDictionary({1, 2}),
-                                                  propertyLists::binaryText("TKNodeReleasePublicKey"),
-                                                  propertyLists::binaryText("k")});
+    using namespace propertyLists;
+    std::filesystem::remove(contents + "/Info.plist");
+    std::ofstream(contents + "/Info.plist")
+        << binary({binaryDictionary({1, 2}), binaryText("TKNodeReleasePublicKey"), binaryText("k")});
     EXPECT_EQ(key(), "k");
 }
 

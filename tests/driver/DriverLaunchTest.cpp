@@ -1,12 +1,10 @@
 #include "core/driver/DriverLaunch.h"
 
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
 #include "core/driver/BundledDriver.h"
 #include "core/driver/CuaDriverEndpoint.h"
-#include "core/foundation/Files.h"
+#include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
@@ -15,16 +13,11 @@ namespace {
 TEST(DriverLaunch, replacesWhatSpeaksOfAnotherDriver) {
     const Environment kept{
         {"OPENCLAW_STATE_DIR", "x"}, {"CUA_TELEMETRY_ENABLED_X", "x"}, {"cua_driver_x", "x"}};
-    Environment inherited{{"CUA_DRIVER_SOCKET", "x"},
-                          {"CUA_DRIVER_PERMISSION_MODE", "ask"},
-                          {"OPENCLAW_CUA_DRIVER_ENDPOINT", "x"},
-                          {"CUA_TELEMETRY_ENABLED", "1"}};
-    inherited.insert(kept.begin(), kept.end());
-    const auto launch = DriverLaunch::make({.executable = "/d",
-                                            .socketPath = "/s",
-                                            .hostBundleID = "id",
-                                            .hostPID = 47,
-                                            .inherited = inherited});
+    Environment inherited = kept;
+    for (const char* name : {"CUA_DRIVER_SOCKET", "CUA_DRIVER_PERMISSION_MODE",
+                             "OPENCLAW_CUA_DRIVER_ENDPOINT", "CUA_TELEMETRY_ENABLED"})
+        inherited[name] = "x";
+    const auto launch = DriverLaunch::make({"/d", "/s", "id", 47, inherited});
 
     EXPECT_EQ(launch.arguments.size(), 11U);
     EXPECT_EQ(launch.arguments.at(5), "/s");
@@ -35,42 +28,31 @@ TEST(DriverLaunch, replacesWhatSpeaksOfAnotherDriver) {
 }
 
 TEST(CuaDriverEndpoint, isToldOnlyWhenItCanBeToldSafely) {
-    const std::string frame = R"({"v":1,"socketPath":"/","binaryPath":"/b"})";
-    const std::string longest(CuaDriverEndpoint::maxBytes - frame.size(), 's');
-    struct Case {
-        const char* why;
-        CuaDriverEndpoint endpoint;
-        std::optional<std::string> value;
+    const std::string start = R"({"v":1,"socketPath":"/)";
+    const std::string end = R"(","binaryPath":"/b"})";
+    const std::string longest(CuaDriverEndpoint::maxBytes - start.size() - end.size(), 's');
+    const std::pair<CuaDriverEndpoint, std::optional<std::string>> cases[] = {
+        {{"/\"\\\n\x01", "/b"}, start + R"(\"\\\n\u0001)" + end},
+        {{"/" + longest, "/b"}, start + longest + end},
+        {{"/s" + longest, "/b"}, std::nullopt},
+        {{"s", "/b"}, std::nullopt},
+        {{"/s", ""}, std::nullopt},
+        {{"/s", std::string("/b\0", 3)}, std::nullopt},
     };
-    const Case cases[] = {
-        {"plain",
-         {"/s/cua.sock", "/r/cua-driver"},
-         R"({"v":1,"socketPath":"/s/cua.sock","binaryPath":"/r/cua-driver"})"},
-        {"to be escaped",
-         {"/\"\\\n\x01", "/\xC3\xA9"},
-         "{\"v\":1,\"socketPath\":\"/\\\"\\\\\\n\\u0001\",\"binaryPath\":\"/\xC3\xA9\"}"},
-        {"relative socket", {"s", "/b"}, std::nullopt},
-        {"empty driver", {"/s", ""}, std::nullopt},
-        {"NUL", {"/s", std::string("/b\0", 3)}, std::nullopt},
-        {"as long as may be",
-         {"/" + longest, "/b"},
-         R"({"v":1,"socketPath":"/)" + longest + R"(","binaryPath":"/b"})"},
-        {"too long", {"/s" + longest, "/b"}, std::nullopt},
-    };
-    for (const auto& c : cases) EXPECT_EQ(c.endpoint.environmentValue(), c.value) << c.why;
+    for (const auto& [endpoint, value] : cases)
+        EXPECT_EQ(endpoint.environmentValue(), value) << endpoint.socketPath.substr(0, 100);
 }
 
 TEST(BundledDriver, isARunnableFileAndNoLink) {
     const TemporaryFolder folder;
     const std::string driver = folder.path() + "/cua-driver";
-    EXPECT_TRUE(writeFile(driver, "", 0600).has_value());
-    EXPECT_EQ(BundledDriver::path(folder.path()), std::nullopt) << "not executable";
-    std::filesystem::permissions(driver, std::filesystem::perms::owner_all);
-    EXPECT_EQ(BundledDriver::path(folder.path()), driver);
-
-    std::filesystem::rename(driver, folder.path() + "/real");
-    std::filesystem::create_symlink(folder.path() + "/real", driver);
-    EXPECT_EQ(BundledDriver::path(folder.path()), std::nullopt) << "a link";
+    const auto found = [&](const char* script) {
+        shell(folder.path(), script);
+        return BundledDriver::path(folder.path());
+    };
+    EXPECT_EQ(found("touch cua-driver; chmod 600 cua-driver"), std::nullopt);
+    EXPECT_EQ(found("chmod 700 cua-driver"), driver);
+    EXPECT_EQ(found("mv cua-driver real; ln -s real cua-driver"), std::nullopt);
 }
 
 }  // namespace

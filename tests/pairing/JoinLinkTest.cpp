@@ -2,102 +2,70 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Words.h"
+
 namespace tarnik {
 namespace {
 
 const std::string code = "Ab0_-Ab0_-Ab0_-Ab0_-Zz";
+const std::string encodedCode = "%41" + code.substr(1);
 const Url origin = *Url::parse("https://Tarnik.example");
 const Url localOrigin = *Url::parse("http://localhost:8787/");
 
+// The code stands for each "*".
+std::vector<std::string> links(const std::string& text) {
+    std::string filled;
+    for (const char letter : text) filled += letter == '*' ? code : std::string(1, letter);
+    return words(filled);
+}
+
+void expectAll(const std::vector<std::string>& texts, const Url& webOrigin,
+               const std::optional<std::string>& found) {
+    for (const auto& text : texts) EXPECT_EQ(JoinLink::code(text, webOrigin), found) << text.substr(0, 100);
+}
+
 TEST(JoinLink, takesOnlyWholeCodes) {
-    struct Case {
-        const char* why;
-        std::string text;
-        std::optional<std::string> code;
-    };
-    const Case cases[] = {
-        {"a bare code", code, code},
-        {"blanks around it, as pasted", "  \xE2\x80\x89" + code + "\n", code},
-        {"one letter short", code.substr(1), std::nullopt},
-        {"one letter more", code + "A", std::nullopt},
-        {"a line break within", code.substr(1) + "\nA", std::nullopt},
-        {"a NUL behind", code + std::string(1, '\0'), std::nullopt},
-        {"standard base64", code.substr(1) + "+", std::nullopt},
-        {"padding", code.substr(1) + "=", std::nullopt},
-        {"a letter beyond ASCII", code.substr(2) + "\xC3\xA9", std::nullopt},
-        {"nothing", "", std::nullopt},
-        {"a megabyte of blanks", std::string(1'000'000, ' ') + code, std::nullopt},
-    };
-    for (const auto& c : cases) EXPECT_EQ(JoinLink::code(c.text, origin), c.code) << c.why;
-    EXPECT_TRUE(JoinLink::isCode(code));
+    expectAll({code, "  \u2009" + code + "\n"}, origin, code);
+    const std::string most = code.substr(1);
+    expectAll({"", most, code + "A", most + "\nA", code + '\0', most + "+", most + "=",
+               code.substr(2) + "\u00E9", std::string(1'000'000, ' ') + code},
+              origin, std::nullopt);
     EXPECT_FALSE(JoinLink::isCode(code + "\n"));
 }
 
 TEST(JoinLink, takesTheFirstCodeOfAnAppLink) {
-    const std::string percentCode = "%41" + code.substr(1);
-    struct Case {
-        std::string text;
-        bool accepted;
-    };
-    const Case cases[] = {
-        {"tarnik://connect?code=" + code, true},
-        {" TARNIK://CONNECT?code=" + code + "\r\n", true},
-        {"tarnik://connect/?x=1&code=" + code + "&code=other#f", true},
-        {"tarnik://connect?c%6Fde=" + percentCode, true},
-        {"tarnik://connect?code=%25" + percentCode.substr(1), false},
-        {"tarnik://connect?code=other&code=" + code, false},
-        {"tarnik://connect?code&code=" + code, false},
-        {"tarnik://connect?code=", false},
-        {"tarnik://connect?Code=" + code, false},
-        {"tarnik://connect?code=" + code.substr(1) + "+", false},
-        {"tarnik://connect?code=" + code + "%00", false},
-        {"tarnik://connect", false},
-        {"tarnik://connect#?code=" + code, false},
-        {"tarnik://connect.example?code=" + code, false},
-        {"tarnik://%63onnect?code=" + code, false},
-        {"tarnik:connect?code=" + code, false},
-        {"tarniks://connect?code=" + code, false},
-    };
-    for (const auto& c : cases) EXPECT_EQ(JoinLink::code(c.text, origin).has_value(), c.accepted) << c.text;
-    EXPECT_EQ(JoinLink::code("tarnik://connect?code=" + percentCode, origin), "A" + code.substr(1));
-    EXPECT_EQ(JoinLink::code("tarnik://connect?code=" + std::string(1'000'000, 'a'), origin), std::nullopt);
+    expectAll(
+        links("tarnik://connect?code=* TARNIK://CONNECT?code=* tarnik://connect/?x=1&code=*&code=other#f "
+              "tarnik://connect?c%6Fde=*"),
+        origin, code);
+    expectAll({"tarnik://connect?code=" + encodedCode}, origin, "A" + code.substr(1));
+    expectAll(
+        {"tarnik://connect?code=%25" + encodedCode.substr(1), "tarnik://connect?code=" + code.substr(1) + "+",
+         "tarnik://connect?code=" + std::string(1'000'000, 'a')},
+        origin, std::nullopt);
+    expectAll(links("tarnik://connect?code=other&code=* tarnik://connect?code&code=* tarnik://connect?code= "
+                    "tarnik://connect?Code=* tarnik://connect?code=*%00 tarnik://connect#?code=* "
+                    "tarnik://connect.example?code=* tarnik://%63onnect?code=* tarnik:connect?code=* "
+                    "tarniks://connect?code=*"),
+              origin, std::nullopt);
 }
 
 TEST(JoinLink, takesWebLinksOfTheOriginOnly) {
-    struct Case {
-        std::string text;
-        bool accepted;
-    };
-    const Case cases[] = {
-        {"https://tarnik.example/c/" + code, true},
-        {"HTTPS://TARNIK.Example//c//" + code + "/?code=x#y", true},
-        {"http://tarnik.example/c/" + code, false},
-        {"https://tarnik.example:443/c/" + code, false},
-        {"https://tarnik.example:65979/c/" + code, false},
-        {"https://tarnik.example:/c/" + code, false},
-        {"https://x.tarnik.example/c/" + code, false},
-        {"https://tarnik.example@evil.example/c/" + code, false},
-        {"https://evil.example@tarnik.example/c/" + code, false},
-        {"https://@tarnik.example/c/" + code, false},
-        {"https://tarnik%2Eexample/c/" + code, false},
-        {"https:///c/" + code, false},
-        {"tarnik.example/c/" + code, false},
-        {"https://tarnik.example/C/" + code, false},
-        {"https://tarnik.example/%63/" + code, false},
-        {"https://tarnik.example/c%2F" + code, false},
-        {"https://tarnik.example/c/%41" + code.substr(1), false},
-        {"https://tarnik.example/c/" + code + "/app", false},
-        {"https://tarnik.example/c/" + code.substr(1), false},
-        {"https://tarnik.example/c/", false},
-        {"https://tarnik.example/" + code, false},
-    };
-    for (const auto& c : cases) EXPECT_EQ(JoinLink::code(c.text, origin).has_value(), c.accepted) << c.text;
-    EXPECT_EQ(JoinLink::code(cases[1].text, origin), code);
+    expectAll(links("https://tarnik.example/c/* HTTPS://TARNIK.Example//c//*/?code=x#y"), origin, code);
+    expectAll(
+        links("http://tarnik.example/c/* https://tarnik.example:443/c/* https://tarnik.example:65979/c/* "
+              "https://tarnik.example:/c/* https://x.tarnik.example/c/* https:///c/* tarnik.example/c/* "
+              "https://tarnik.example@evil.example/c/* https://evil.example@tarnik.example/c/* "
+              "https://@tarnik.example/c/* https://tarnik%2Eexample/c/* https://tarnik.example/C/* "
+              "https://tarnik.example/%63/* https://tarnik.example/c%2F* https://tarnik.example/c/*/app "
+              "https://tarnik.example/c/x* https://tarnik.example/c/ https://tarnik.example/*"),
+        origin, std::nullopt);
+    expectAll({"https://tarnik.example/c/" + encodedCode}, origin, std::nullopt);
 
-    EXPECT_EQ(JoinLink::code("http://localhost:8787/c/" + code, localOrigin), code);
-    EXPECT_FALSE(JoinLink::code("http://localhost:08787/c/" + code, localOrigin));
-    EXPECT_FALSE(JoinLink::code("http://localhost:74323/c/" + code, localOrigin)) << "8787 + 65536";
-    EXPECT_FALSE(JoinLink::code("http://localhost/c/" + code, localOrigin));
+    expectAll(links("http://localhost:8787/c/*"), localOrigin, code);
+    // The second port is 8787 + 65536.
+    expectAll(links("http://localhost:08787/c/* http://localhost:74323/c/* http://localhost/c/*"),
+              localOrigin, std::nullopt);
 }
 
 TEST(JoinLink, asksAtTheOrigin) {
@@ -105,48 +73,34 @@ TEST(JoinLink, asksAtTheOrigin) {
     EXPECT_EQ(JoinLink::answerURL(code, localOrigin).text(), "http://localhost:8787/c/" + code + "/app");
 }
 
+std::string joinAddress(const std::string& answer) {
+    const auto url = JoinLink::joinURL(answer, code);
+    return url ? url->text() : "none";
+}
+
 TEST(JoinLink, takesTheJoinAddressOfAGoodAnswer) {
     const std::string good = "https://Join.example:8/x/c/" + code;
-    struct Case {
-        std::string version;
-        std::string join;
-        bool accepted;
+    const auto answer = [](const std::string& version, const std::string& join) {
+        return R"({"v":)" + version + R"(,"join":")" + join + "\"}";
     };
-    const Case cases[] = {
-        {"1", good, true},
-        {"1.0", good, true},
-        {"2", good, false},
-        {"true", good, false},
-        {"\"1\"", good, false},
-        {"1.5", good, false},
-        {"1e400", good, false},
-        {"1", "http://localhost/c/" + code, true},
-        {"1", "HTTP://LocalHost:9/c/" + code, true},
-        {"1", "http://127.0.0.1:65535/c/" + code, true},
-        {"1", "http://127.0.0.1:65536/c/" + code, false},
-        {"1", "http://join.example/c/" + code, false},
-        {"1", "http://127.0.0.1.example/c/" + code, false},
-        {"1", "http://localhost@join.example/c/" + code, false},
-        {"1", "ws://localhost/c/" + code, false},
-        {"1", "https:///c/" + code, false},
-        {"1", "https://u@join.example/c/" + code, false},
-        {"1", good + "?", false},
-        {"1", good + "#", false},
-        {"1", good + "/", false},
-        {"1", "https://join.example/c/" + code.substr(1) + "z", false},
-        {"1", "https://join.example/x%2Fc/" + code, false},
-        {"1", "https://join.example/xc/" + code, false},
-        {"1", " " + good, false},
-    };
-    for (const auto& c : cases) {
-        const auto url = JoinLink::joinURL(R"({"v":)" + c.version + R"(,"join":")" + c.join + "\"}", code);
-        EXPECT_EQ(url ? url->text() : "none", c.accepted ? c.join : "none") << c.version;
-    }
-    for (const std::string& answer :
+    for (const char* version : {"1", "1.0"}) EXPECT_EQ(joinAddress(answer(version, good)), good);
+    for (const auto& version : words("2 true \"1\" 1.5 1e400"))
+        EXPECT_EQ(joinAddress(answer(version, good)), "none") << version;
+
+    for (const auto& join : links("http://localhost/c/* HTTP://LocalHost:9/c/* http://127.0.0.1:65535/c/*"))
+        EXPECT_EQ(joinAddress(answer("1", join)), join);
+    for (const auto& join :
+         links("http://127.0.0.1:65536/c/* http://join.example/c/* http://127.0.0.1.example/c/* "
+               "http://localhost@join.example/c/* ws://localhost/c/* https:///c/* https://u@join.example/c/* "
+               "https://join.example/c/*? https://join.example/c/*# https://join.example/c/*/ "
+               "https://join.example/c/*z https://join.example/x%2Fc/* https://join.example/xc/*"))
+        EXPECT_EQ(joinAddress(answer("1", join)), "none") << join;
+
+    const std::string padding(1'000'000, ' ');
+    for (const auto& other :
          {std::string(), std::string("[1]"), std::string(R"({"v":1})"), R"({"join":")" + good + "\"}",
-          std::string(R"({"v":1,"join":1})"), R"({"v":1,"join":")" + good + "\"} x",
-          R"({"v":1,"join":")" + good + R"(","more":")" + std::string(1'000'000, ' ') + "\"}"})
-        EXPECT_FALSE(JoinLink::joinURL(answer, code)) << answer.substr(0, 100);
+          std::string(R"({"v":1,"join":1})"), answer("1", " " + good), answer("1", good) + padding})
+        EXPECT_EQ(joinAddress(other), "none") << other.substr(0, 100);
 }
 
 }  // namespace
