@@ -28,34 +28,28 @@ std::optional<pid_t> pidFrom(std::string_view text) {
 struct CloseDirectory {
     void operator()(DIR* directory) const { ::closedir(directory); }
 };
+using Directory = std::unique_ptr<DIR, CloseDirectory>;
 
-// One pass over the entries of a folder whose names are process ids.
-class PidListing {
-public:
-    PidListing(int at, const char* name) {
-        UniqueFd folder(::openat(at, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (!folder) return;
-        listing_.reset(::fdopendir(folder.get()));
-        if (listing_) folder.release();
+Directory openDirectory(int at, const char* name) {
+    UniqueFd folder(::openat(at, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    Directory directory(folder ? ::fdopendir(folder.get()) : nullptr);
+    if (directory) folder.release();
+    return directory;
+}
+
+// The names that are process ids; none when the folder can't be read to its end.
+std::optional<std::vector<pid_t>> pidsIn(DIR* directory) {
+    if (directory == nullptr) return std::nullopt;
+    std::vector<pid_t> pids;
+    while (true) {
+        errno = 0;
+        const dirent* entry = ::readdir(directory);
+        if (entry == nullptr) break;
+        if (const auto pid = pidFrom(entry->d_name)) pids.push_back(*pid);
     }
-
-    int descriptor() const { return ::dirfd(listing_.get()); }
-
-    // 0 at the end; none when the folder or its rest can't be read.
-    std::optional<pid_t> next() {
-        if (!listing_) return std::nullopt;
-        while (true) {
-            errno = 0;
-            // Only streams that threads share are unsafe, and this one is ours.
-            const dirent* entry = ::readdir(listing_.get());  // NOLINT(concurrency-mt-unsafe)
-            if (entry == nullptr) return errno == 0 ? std::optional<pid_t>(0) : std::nullopt;
-            if (const auto pid = pidFrom(entry->d_name)) return pid;
-        }
-    }
-
-private:
-    std::unique_ptr<DIR, CloseDirectory> listing_;
-};
+    if (errno != 0) return std::nullopt;
+    return pids;
+}
 
 // Reads to the end of the file, whatever pieces it comes in. None when it is longer than the buffer.
 std::optional<std::string_view> readAll(int file, std::span<char> buffer) {
@@ -101,21 +95,19 @@ ProcFolder::ProcFolder()
       ticksPerSecond_(static_cast<std::uint64_t>(std::max(::sysconf(_SC_CLK_TCK), 1L))) {}
 
 std::optional<std::vector<ProcessEntry>> ProcFolder::entries() {
-    PidListing listing(folder_.get(), ".");
+    const auto pids = pidsIn(openDirectory(folder_.get(), ".").get());
+    // We run, so a list without anybody is no list of processes.
+    if (!pids || pids->empty()) return std::nullopt;
     std::vector<ProcessEntry> entries;
-    while (true) {
-        const auto pid = listing.next();
-        if (!pid) return std::nullopt;
-        if (*pid == 0) break;
-        auto found = entry(*pid);
+    entries.reserve(pids->size());
+    for (const pid_t pid : *pids) {
+        auto found = entry(pid);
         if (found) {
             entries.push_back(std::move(*found));
         } else if (found.error() == Missing::answer) {
             return std::nullopt;
         }
     }
-    // We run, so a list without anybody is no list of processes.
-    if (entries.empty()) return std::nullopt;
     return entries;
 }
 
@@ -140,17 +132,18 @@ std::expected<ProcessStat, ProcFolder::Missing> ProcFolder::stat(pid_t pid) {
 }
 
 std::optional<std::vector<pid_t>> ProcFolder::children(pid_t parent) {
-    PidListing threads(folder_.get(), nameOf(parent, "task"));
+    const Directory folder = openDirectory(folder_.get(), nameOf(parent, "task"));
+    const auto threads = pidsIn(folder.get());
+    const int at = folder ? ::dirfd(folder.get()) : -1;
+    if (!threads || at < 0) return std::nullopt;
     std::vector<pid_t> children;
-    while (true) {
-        const auto thread = threads.next();
-        if (!thread) return std::nullopt;
-        if (*thread == 0) return children;
-        const char* name = nameOf(*thread, "children");
-        const UniqueFd list(::openat(threads.descriptor(), name, O_RDONLY | O_CLOEXEC));
+    for (const pid_t thread : *threads) {
+        const char* name = nameOf(thread, "children");
+        const UniqueFd list(::openat(at, name, O_RDONLY | O_CLOEXEC));
         const auto text = list ? readAll(list.get(), text_) : std::nullopt;
         if (!text || !appendPids(*text, children)) return std::nullopt;
     }
+    return children;
 }
 
 const char* ProcFolder::nameOf(pid_t pid, std::string_view file) {

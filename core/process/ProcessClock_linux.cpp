@@ -1,6 +1,6 @@
 #include "core/process/ProcessClock.h"
 
-#include <time.h>
+#include <ctime>
 
 namespace tarnik {
 

@@ -14,9 +14,16 @@ constexpr int startTicksField = 22;
 
 template <class Number>
 bool read(std::string_view text, Number& number) {
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && stopped == end;
+    const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && stopped == text.data() + text.size();
+}
+
+// The last parenthesis: behind the name there are only numbers and the letter of the state. Found from the
+// front, near which it is; a search from the back is not done a word at a time.
+std::size_t endOfName(std::string_view line) {
+    std::size_t last = line.npos;
+    for (std::size_t at = line.find(')'); at != line.npos; at = line.find(')', at + 1)) last = at;
+    return last;
 }
 
 // Stores the field if it is one of ours; false when it is and holds no number.
@@ -33,18 +40,18 @@ bool store(int field, std::string_view text, ProcessStat& stat) {
 }  // namespace
 
 std::optional<ProcessStat> ProcessStat::parse(std::string_view line) {
-    // Behind the name there are only numbers and the letter of the state.
-    const std::size_t nameEnd = line.rfind(')');
+    const std::size_t nameEnd = endOfName(line);
     if (nameEnd == line.npos) return std::nullopt;
-    std::string_view rest = line.substr(nameEnd + 1);
+    const std::string_view rest = line.substr(nameEnd + 1);
 
     ProcessStat stat;
+    const char* at = rest.data();
+    const char* const end = at + rest.size();
     for (int field = 3; field <= startTicksField; ++field) {
-        if (!rest.starts_with(' ')) return std::nullopt;
-        rest.remove_prefix(1);
-        const std::string_view text = rest.substr(0, rest.find(' '));
-        if (!store(field, text, stat)) return std::nullopt;
-        rest.remove_prefix(text.size());
+        if (at == end || *at != ' ') return std::nullopt;
+        const char* const begin = ++at;
+        while (at != end && *at != ' ') ++at;
+        if (!store(field, {begin, at}, stat)) return std::nullopt;
     }
     return stat;
 }

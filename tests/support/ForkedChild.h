@@ -21,9 +21,6 @@ public:
         ::_exit(0);
     }
     ForkedChild(ForkedChild&& other) noexcept : pid_(other.pid_) { other.pid_ = 0; }
-    ForkedChild& operator=(ForkedChild&&) = delete;
-    ForkedChild(const ForkedChild&) = delete;
-    ForkedChild& operator=(const ForkedChild&) = delete;
     ~ForkedChild() {
         if (pid_ == 0) return;
         ::kill(pid_, SIGKILL);

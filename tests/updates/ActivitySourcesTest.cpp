@@ -24,53 +24,28 @@ ActivitySources busy() {
 }
 
 TEST(ActivitySources, keepsTheUnknownUnknown) {
+    const OwnActivity own{.settingUp = true};
     const ActivitySample whole{.at = {TimePoint(7s), ProcessTime(8s)},
                                .nodeHoldsAwake = true,
                                .driverCPUSeconds = 1.5,
                                .driverPID = driver,
                                .settingUp = true,
                                .nodePID = node,
-                               .holders = {{{11, ProcessTime(5s)}}},
-                               .windowInUse = false};
-    struct Case {
-        const char* why;
-        void (*change)(ActivitySources&);
-        void (*expect)(ActivitySample&);
-    };
-    const Case cases[] = {
-        {"all is known", [](auto&) {}, [](auto&) {}},
-        {"nobody holds", [](auto& from) { from.holderPath = KeepAwakeHolder::path; },
-         [](auto& sample) { sample.nodeHoldsAwake = false, sample.holders.emplace().clear(); }},
-        {"no table", [](auto& from) { from.processesUnder = [](pid_t) { return std::nullopt; }; },
-         [](auto& sample) { sample.nodeHoldsAwake.reset(), sample.holders.reset(); }},
-        {"a holder whose start is not known",
-         [](auto& from) {
-             auto table = *from.processesUnder(node);
-             table[0].started.reset();
-             from.processesUnder = [table](pid_t) { return table; };
-         },
-         [](auto& sample) { sample.nodeHoldsAwake.reset(), sample.holders.reset(); }},
-        {"no node, and so no need of a table",
-         [](auto& from) {
-             from.nodePID = [] { return std::nullopt; };
-             from.processesUnder = [](pid_t) { return std::nullopt; };
-         },
-         [](auto& sample) {
-             sample.nodePID.reset(), sample.nodeHoldsAwake = false, sample.holders.emplace().clear();
-         }},
-        {"no driver", [](auto& from) { from.driverPID = [] { return std::nullopt; }; },
-         [](auto& sample) { sample.driverPID.reset(), sample.driverCPUSeconds.reset(); }},
-        {"a driver that ended just now",
-         [](auto& from) { from.cpuSeconds = [](pid_t) { return std::nullopt; }; },
-         [](auto& sample) { sample.driverCPUSeconds.reset(); }},
-    };
-    for (const auto& c : cases) {
-        ActivitySources from = busy();
-        c.change(from);
-        ActivitySample expected = whole;
-        c.expect(expected);
-        EXPECT_EQ(from.sample({.settingUp = true, .windowInUse = false}), expected) << c.why;
-    }
+                               .holders = {{{11, ProcessTime(5s)}}}};
+    ActivitySources from = busy();
+    EXPECT_EQ(from.sample(own), whole);
+
+    from.cpuSeconds = [](pid_t) { return std::nullopt; };  // it has ended just now
+    from.processesUnder = [](pid_t) { return std::nullopt; };
+    ActivitySample unknown = whole;
+    unknown.driverCPUSeconds.reset(), unknown.nodeHoldsAwake.reset(), unknown.holders.reset();
+    EXPECT_EQ(from.sample(own), unknown);
+
+    // Without a node nobody needs a table to know that it holds nothing.
+    from.nodePID = from.driverPID = [] { return std::nullopt; };
+    const ActivitySample idle{
+        .at = whole.at, .nodeHoldsAwake = false, .settingUp = true, .holders = {std::vector<Seen>{}}};
+    EXPECT_EQ(from.sample(own), idle);
 }
 
 }  // namespace
