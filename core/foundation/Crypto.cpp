@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 #include <sys/stat.h>
@@ -29,7 +30,12 @@ using Key = std::unique_ptr<EVP_PKEY, Free>;
 // The library notes every failure for this thread, where its next user (HTTP) would take it for its own.
 class CleanErrors {
 public:
-    CleanErrors() { ERR_set_mark(); }
+    CleanErrors() {
+        // Counts only as the library's first use. A transfer may still run on some thread when the program
+        // ends, and the clean-up at exit would take the tables from under it.
+        OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
+        ERR_set_mark();
+    }
     CleanErrors(const CleanErrors&) = delete;
     CleanErrors& operator=(const CleanErrors&) = delete;
     ~CleanErrors() { ERR_pop_to_mark(); }
