@@ -1,6 +1,7 @@
 #include <condition_variable>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <mutex>
 #include <thread>
 
@@ -47,7 +48,7 @@ NodeHome layOut() {
     std::filesystem::create_directories(std::filesystem::path(home.nodeBinary()).parent_path());
     for (const auto& file : {home.entry(), home.joinRecord()}) {
         std::filesystem::create_directories(std::filesystem::path(file).parent_path());
-        std::filesystem::copy_file("/dev/null", file, std::filesystem::copy_options::overwrite_existing);
+        std::ofstream(file).flush();
     }
     std::error_code there;
     std::filesystem::create_symlink(waiter, home.nodeBinary(), there);

@@ -33,10 +33,20 @@ async function install(place) {
   const took = seconds(start);
   const peak = memory(console.pid, 'VmHWM');
   await run.expect('state', '.*', 0);
-  const idle = memory(console.pid, 'VmRSS');
   const unpacked = took - ((await lastByte) - start) / 1000;
   await run.quit();
-  return { took, peak, idle, unpacked };
+  return { took, peak, unpacked };
+}
+
+// What the program holds when there is nothing to install.
+async function idleMemory(place) {
+  const run = new ConsoleRun(program, place);
+  run.allow(limitMs);
+  const console = run.launch();
+  await run.expect('state', '.*', 0);
+  const idle = memory(console.pid, 'VmRSS');
+  await run.quit();
+  return idle;
 }
 
 // The same steps without the program: fetch, digest, unpack, for the release file, the runtime and the package.
@@ -75,8 +85,9 @@ try {
   console.log(`install of 50 MB: ${show(ours.map((one) => one.took))} s, by hand ${show(hand.map((one) => one.took))} s, ` +
     `ratio ${ratio.toFixed(2)}`);
   console.log(`after the last byte: ${show(ours.map((one) => one.unpacked))} s, of it our own ${share.toFixed(3)} s`);
+  const idle = await idleMemory(place);
   console.log(`peak memory: ${show(ours.map((one) => one.peak), 1)} MiB, ` +
-    `${show(ours.map((one) => one.peak - one.idle), 1)} MiB above idle`);
+    `${show(ours.map((one) => one.peak - idle), 1)} MiB above idle`);
 } finally {
   await place.service.close();
   place.remove();
