@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+
+#include "core/switches/Switch.h"
+
+namespace tarnik {
+
+// The two privacy switches of the system. Main thread.
+struct SwitchOperations {
+    // As the system says right now; never prompts.
+    std::function<bool(Switch)> isOn;
+
+    // Asks the system to offer the switch to the person, with a dialogue of its own, which may come up later.
+    // Whether it is on already.
+    std::function<bool(Switch)> prompt;
+
+    // Shows the page of the settings where the person turns it on.
+    std::function<void(Switch)> openSettings;
+};
+
+}  // namespace tarnik
