@@ -1,0 +1,361 @@
+#include "app/model/AppModel.h"
+
+#include <utility>
+
+#include "app/model/NodeInstallation.h"
+#include "core/foundation/OneLine.h"
+#include "core/node/TarnikIdentity.h"
+#include "core/pairing/JoinLink.h"
+
+namespace tarnik {
+namespace {
+
+constexpr Seconds pollInterval = Seconds(2);
+constexpr Seconds logDrain = Seconds(1);
+constexpr const char* accessibilityWasOnKey = "AccessibilityWasOn";
+
+constexpr const char* notALink =
+    "That doesn't look like a link from tarnik. Copy the whole link from your chat and paste it here.";
+constexpr const char* stillInstalling = "tarnik's helper is still installing. Try again in a moment.";
+constexpr const char* checking = "Checking the link…";
+constexpr const char* expired = "This link has expired or was already used. Ask tarnik for a new one.";
+constexpr const char* noThread = "This computer is too busy right now. Quit tarnik and open it again.";
+
+bool isUnderWay(const PairingSlot& slot) {
+    return !std::holds_alternative<PairingSlots::None>(slot);
+}
+
+}  // namespace
+
+std::shared_ptr<AppModel> AppModel::make(Machine machine, AppModelDeps deps) {
+    return std::make_shared<AppModel>(Passkey{}, std::move(machine), std::move(deps));
+}
+
+AppModel::AppModel(Passkey, Machine machine, AppModelDeps deps)
+    : machine_(std::move(machine)),
+      deps_(std::move(deps)),
+      nodeQueue_(deps_.makeQueue("tarnik.node")),
+      driverQueue_(deps_.makeQueue("tarnik.driver")) {
+    const auto chosen = deps_.platform.defaults.text(std::string(TarnikIdentity::nodeHomeDefaultsKey));
+    auto home = NodeHome::resolve(chosen, machine_.userFolder);
+    if (!home) {
+        state_.homeError = describe(home.error());
+        return;
+    }
+    home_ = std::move(*home);
+    state_.joined = home_->hasJoined();
+    state_.accessibilityWasOn = deps_.platform.defaults.flag(accessibilityWasOnKey);
+}
+
+AppModel::~AppModel() {
+    ending_ = true;
+    nodeQueue_->close();
+    driverQueue_->close();
+}
+
+void AppModel::observe(WillChange observer) {
+    observers_.push_back(std::move(observer));
+}
+
+WeakModel AppModel::weak() {
+    return {.model = weak_from_this(), .post = deps_.platform.mainThread.post};
+}
+
+void AppModel::change(const std::function<void(AppState&)>& edit) {
+    AppState next = state_;
+    edit(next);
+    next.checkingLink = std::holds_alternative<PairingSlots::Starting>(slot_);
+    if (next == state_) return;
+    for (const auto& observer : observers_) observer(state_, next);
+    state_ = std::move(next);
+}
+
+void AppModel::start() {
+    if (!home_ || hasStarted() || state_.stopping) return;
+    nodeLog_ = NodeLog::make(NodeLog::defaultPath(machine_.userFolder));
+    makeSupervisor();
+    makeDriver();
+    refreshSwitches();
+    pollTimer_ = deps_.platform.mainThread.repeat(pollInterval, [weak = weak_from_this()] {
+        if (const auto model = weak.lock()) model->refreshSwitches();
+    });
+    startInstallation();
+}
+
+void AppModel::makeSupervisor() {
+    auto deps = deps_.supervisor;
+    deps.nodeLog = nodeLog_;
+    supervisor_ = std::make_unique<NodeSupervisor>(
+        *home_, machine_.inherited, std::move(deps), deps_.platform.log,
+        [weak = weak()](const NodeState& node) { weak.run([node](AppModel& m) { m.nodeChanged(node); }); });
+}
+
+void AppModel::makeDriver() {
+    driver_ = std::make_unique<DriverHost>(
+        DriverHost::Setup{.executable = machine_.driverExecutable,
+                          .applicationSupport = machine_.applicationSupport,
+                          .hostBundleID = std::string(TarnikIdentity::bundleIdentifier),
+                          .inherited = machine_.inherited},
+        deps_.driver, deps_.platform.log, [weak = weak()](const std::optional<CuaDriverEndpoint>& endpoint) {
+            weak.run([endpoint](AppModel& m) { m.endpointChanged(endpoint); });
+        });
+}
+
+void AppModel::startInstallation() {
+    NodeInstallation installation{.home = *home_,
+                                  .userFolder = machine_.userFolder,
+                                  .settings = {.releaseBase = machine_.settings.nodeReleaseBase,
+                                               .releasePublicKey = machine_.settings.nodeReleasePublicKey,
+                                               .platform = machine_.platform,
+                                               .minimumVersion = machine_.settings.nodeMinVersion,
+                                               .developmentRuntime = machine_.settings.developmentRuntime},
+                                  .installer = deps_.installer,
+                                  .launchd = deps_.launchd,
+                                  .log = deps_.platform.log};
+    const bool started =
+        deps_.detach("tarnik.install", [installation = std::move(installation), weak = weak()] {
+            const auto installed = installation.run(
+                {.text =
+                     [&weak](const std::string& text) {
+                         weak.run([text](AppModel& m) {
+                             m.change([&](AppState& next) {
+                                 next.setup = Setups::Installing{text};
+                                 next.download.reset();
+                             });
+                         });
+                     },
+                 .bytes =
+                     [&weak](std::int64_t received, std::optional<std::int64_t> total) {
+                         weak.run([received, total](AppModel& m) {
+                             m.change([&](AppState& next) { next.download = {received, total}; });
+                         });
+                     }});
+            const Setup setup =
+                installed ? Setup(Setups::Ready{}) : Setup(Setups::Failed{describe(installed.error())});
+            weak.run([setup](AppModel& m) { m.installationEnded(setup); });
+        });
+    if (!started) installationEnded(Setups::Failed{noThread});
+}
+
+void AppModel::installationEnded(const Setup& setup) {
+    change([&](AppState& next) {
+        next.setup = setup;
+        next.download.reset();
+        next.joined = home_->hasJoined();
+    });
+    if (!std::holds_alternative<Setups::Ready>(setup)) return;
+    nodeQueue_->post([this] {
+        if (!ending_) supervisor_->start();
+    });
+}
+
+void AppModel::nodeChanged(const NodeState& node) {
+    change([&](AppState& next) {
+        next.node = node;
+        next.joined = home_->hasJoined();
+    });
+}
+
+void AppModel::endpointChanged(const std::optional<CuaDriverEndpoint>& endpoint) {
+    change([&](AppState& next) { next.endpoint = endpoint; });
+    nodeQueue_->post([this, endpoint] { supervisor_->setEndpoint(endpoint); });
+}
+
+void AppModel::stop(std::function<void()> done) {
+    if (state_.stopping) return;
+    pollTimer_.reset();
+    ending_ = true;
+    const auto session = freeSlot();
+    change([](AppState& next) {
+        next.stopping = true;
+        next.pairing.reset();
+        next.linkMessage.reset();
+        next.replaceOffer.reset();
+    });
+    if (!hasStarted()) return deps_.platform.mainThread.post(std::move(done));
+    nodeQueue_->post([this, session, done = std::move(done)] {
+        if (session) session->cancel();
+        supervisor_->stop();
+        nodeLog_->drain(logDrain);
+        driverQueue_->post([this, done] {
+            driver_->shutdown();
+            deps_.platform.mainThread.post(done);
+        });
+    });
+}
+
+void AppModel::refreshSwitches() {
+    if (state_.stopping) return;
+    const auto& isOn = deps_.platform.switches.isOn;
+    const SwitchSnapshot switches{.accessibility = isOn(Switch::accessibility),
+                                  .screenRecording = isOn(Switch::screenRecording)};
+    const bool firstTimeOn = switches.accessibility && !state_.accessibilityWasOn;
+    if (firstTimeOn) deps_.platform.defaults.setFlag(accessibilityWasOnKey);
+    change([&](AppState& next) {
+        next.switches = switches;
+        next.accessibilityWasOn |= switches.accessibility;
+        if (home_) next.joined = home_->hasJoined();
+    });
+    const bool wanted = switches.allOn();
+    if (!driver_ || driverEnabled_ == wanted) return;
+    driverEnabled_ = wanted;
+    driverQueue_->post([this, wanted] {
+        if (!ending_) driver_->setEnabled(wanted);
+    });
+}
+
+void AppModel::request(Switch which) {
+    const auto& operations = deps_.platform.switches;
+    // Of the two only Accessibility's prompt tells what the switch is, and asks nothing while it is on.
+    const bool isOff = which == Switch::accessibility ? !operations.prompt(which) : !operations.isOn(which);
+    if (isOff && which == Switch::screenRecording) operations.prompt(which);
+    if (isOff) operations.openSettings(which);
+    refreshSwitches();
+}
+
+bool AppModel::needsAttention() const {
+    return !home_ || std::holds_alternative<Setups::Failed>(state_.setup) ||
+           std::holds_alternative<NodeStates::NotInstalled>(state_.node) ||
+           std::holds_alternative<NodeStates::WaitingForLink>(state_.node) || !state_.switches.allOn() ||
+           state_.pairing.has_value();
+}
+
+void AppModel::activitySample(std::function<void(ActivitySample)> done) {
+    const OwnActivity own{
+        .settingUp = !std::holds_alternative<Setups::Ready>(state_.setup) || isUnderWay(slot_),
+        .windowInUse = deps_.platform.windowInUse()};
+    driverQueue_->post([this, own, done = std::move(done)] {
+        const auto sources =
+            deps_.activity([this] { return supervisor_ ? supervisor_->runningPID() : std::nullopt; },
+                           [this] { return driver_ ? driver_->runningPID() : std::nullopt; });
+        deps_.platform.mainThread.post([done, sample = sources.sample(own)] { done(sample); });
+    });
+}
+
+void AppModel::connect(const std::string& link, Replacing replacing) {
+    if (state_.stopping) return;
+    const auto code = JoinLink::code(link, webOrigin());
+    if (!code) return refuse(notALink);
+    if (!home_ || !hasStarted() || !home_->isInstalled()) return refuse(stillInstalling);
+    if (isUnderWay(slot_)) return refuse(describe(PairingFailure::busy));
+    if (home_->hasJoined() && replacing == Replacing::no) {
+        return change([&](AppState& next) {
+            next.replaceOffer = link;
+            next.linkMessage.reset();
+        });
+    }
+    checkLink(*code);
+}
+
+// A refusal ends an offer too: what it was for can't be done now.
+void AppModel::refuse(const std::string& why) {
+    change([&](AppState& next) {
+        next.linkMessage = why;
+        next.replaceOffer.reset();
+    });
+}
+
+void AppModel::checkLink(const std::string& code) {
+    const auto attempt = ++lastAttempt_;
+    slot_ = PairingSlots::Starting{attempt};
+    wanted_ = attempt;
+    change([](AppState& next) {
+        next.linkMessage = checking;
+        next.replaceOffer.reset();
+        next.pairing.reset();
+    });
+    const auto url = JoinLink::answerURL(code, webOrigin()).text();
+    const bool started =
+        deps_.detach("tarnik.link", [fetch = deps_.fetchAnswer, url, code, attempt, weak = weak()] {
+            const auto answer = fetch(url);
+            const auto joinURL = answer ? JoinLink::joinURL(*answer, code) : std::nullopt;
+            weak.run([attempt, joinURL](AppModel& m) { m.linkChecked(attempt, joinURL); });
+        });
+    if (started) return;
+    freeSlot();
+    refuse(noThread);
+}
+
+void AppModel::linkChecked(PairingAttempt attempt, const std::optional<Url>& joinURL) {
+    if (slot_ != PairingSlot(PairingSlots::Starting{attempt})) return;  // cancelled meanwhile
+    if (joinURL) {
+        return nodeQueue_->post([this, attempt, text = joinURL->text()] { beginPairing(attempt, text); });
+    }
+    freeSlot();
+    refuse(expired);
+}
+
+// On the queue, since it waits for the node's end.
+void AppModel::beginPairing(PairingAttempt attempt, const std::string& joinURL) {
+    if (wanted_ != attempt) return;  // cancelled before its turn
+    const auto onUpdate = [attempt, weak = weak()](const PairingSession::Snapshot& snapshot) {
+        weak.run([attempt, snapshot](AppModel& m) { m.pairingUpdate(attempt, snapshot); });
+    };
+    const auto session = supervisor_->beginPairing(joinURL, onUpdate);
+    weak().run([attempt, session](AppModel& m) { m.pairingBegan(attempt, session); });
+}
+
+void AppModel::pairingBegan(PairingAttempt attempt, const std::expected<Session, PairingError>& session) {
+    const bool isCurrent = isUnderWay(slot_) && wanted_ == attempt;
+    if (!session) {
+        if (!isCurrent) return;
+        freeSlot();
+        return refuse(describe(session.error()));
+    }
+    if (isCurrent) {
+        session_ = *session;
+    } else if ((*session)->isInProgress()) {  // cancelled while it began
+        nodeQueue_->post([late = *session] { late->cancel(); });
+    }
+}
+
+void AppModel::pairingUpdate(PairingAttempt attempt, const PairingSession::Snapshot& snapshot) {
+    if (!adopts(attempt, snapshot)) return;
+    if (!isInProgress(snapshot.phase)) freeSlot();
+    change([&](AppState& next) {
+        next.pairing = snapshot;
+        next.linkMessage.reset();
+        next.joined = home_->hasJoined();
+    });
+}
+
+// Whether the snapshot is of the link that is worked on.
+bool AppModel::adopts(PairingAttempt attempt, const PairingSession::Snapshot& snapshot) {
+    const PairingSlots::Active active{attempt, snapshot.sessionID};
+    if (slot_ == PairingSlot(PairingSlots::Starting{attempt})) slot_ = active;
+    return slot_ == PairingSlot(active);
+}
+
+void AppModel::pairingFinished() {
+    if (isUnderWay(slot_)) return;
+    change([](AppState& next) { next.pairing.reset(); });
+}
+
+void AppModel::confirmPairing() {
+    if (!session_) return;
+    nodeQueue_->post([session = session_] { session->confirm(); });
+}
+
+void AppModel::cancelPairing() {
+    const auto session = freeSlot();
+    change([](AppState& next) {
+        next.pairing.reset();
+        if (next.checkingLink) next.linkMessage.reset();
+    });
+    if (session) {
+        nodeQueue_->post([session] { session->cancel(); });
+    }
+}
+
+void AppModel::keepCurrentConnection() {
+    change([](AppState& next) { next.replaceOffer.reset(); });
+}
+
+// Gives back the session that was worked on, if there is one yet.
+AppModel::Session AppModel::freeSlot() {
+    slot_ = PairingSlots::None{};
+    wanted_ = 0;
+    return std::exchange(session_, nullptr);
+}
+
+}  // namespace tarnik
