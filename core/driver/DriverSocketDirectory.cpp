@@ -238,14 +238,7 @@ std::expected<void, FileError> DriverSocketDirectory::writeProcessIdentifier(pid
     if (!file) return failed("open");
     if (::fchmod(file.get(), pidFileMode) != 0) return failed("fchmod");
 
-    const std::string text = std::to_string(pid);
-    ssize_t written = -1;
-    do written = ::write(file.get(), text.data(), text.size());
-    while (written < 0 && errno == EINTR);
-    if (written < 0) return failed("write");
-    if (static_cast<std::size_t>(written) != text.size()) {
-        return std::unexpected(FileError{.call = "write " + pidFilePath(), .code = ENOSPC});
-    }
+    if (!writeAll(file, std::to_string(pid))) return failed("write");
     return {};
 }
 
@@ -258,12 +251,9 @@ std::optional<pid_t> DriverSocketDirectory::readProcessIdentifier() const {
     if (!status || !S_ISREG(status->st_mode) || !isOurs(*status)) return std::nullopt;
 
     std::array<char, pidFileLimit> text{};
-    ssize_t count = -1;
-    do count = ::read(file.get(), text.data(), text.size());
-    while (count < 0 && errno == EINTR);
-    const auto size = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-    if (size == text.size()) return std::nullopt;  // there may be more
-    return parsePid({text.data(), size});
+    const auto size = readInto(file, text);
+    if (!size || *size == text.size()) return std::nullopt;  // there may be more
+    return parsePid({text.data(), *size});
 }
 
 void DriverSocketDirectory::cleanup() const {

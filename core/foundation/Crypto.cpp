@@ -1,18 +1,14 @@
 #include "core/foundation/Crypto.h"
 
 #include <array>
-#include <cerrno>
 #include <memory>
 #include <vector>
 
-#include <fcntl.h>
 #include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include "core/foundation/UniqueFd.h"
+#include "core/foundation/Files.h"
 
 namespace tarnik {
 
@@ -72,14 +68,6 @@ private:
     bool good_;
 };
 
-// Without O_NONBLOCK a pipe in the file's place would make us wait for a writer.
-UniqueFd openRegularFile(const std::string& path) {
-    UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    struct stat found{};
-    if (!file || ::fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode)) return {};
-    return file;
-}
-
 }  // namespace
 
 std::string sha256Hex(std::string_view bytes) {
@@ -93,13 +81,11 @@ std::optional<std::string> sha256HexOfFile(const std::string& path) {
     if (!file) return std::nullopt;
     Sha256 digest;
     std::vector<char> piece(pieceBytes);
-    while (true) {
-        const ssize_t count = ::read(file.get(), piece.data(), piece.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return std::nullopt;
-        if (count == 0) return digest.hex();
-        digest.add({piece.data(), static_cast<std::size_t>(count)});
+    while (const auto count = readInto(file, piece)) {
+        if (*count == 0) return digest.hex();
+        digest.add({piece.data(), *count});
     }
+    return std::nullopt;
 }
 
 bool verifyEd25519(std::string_view publicKey, std::string_view signature, std::string_view message) {

@@ -11,7 +11,6 @@
 
 #include "core/foundation/ErrorText.h"
 #include "core/foundation/Paths.h"
-#include "core/foundation/UniqueFd.h"
 
 namespace tarnik {
 
@@ -72,31 +71,48 @@ std::expected<void, FileError> writeFile(const std::string& path, std::string_vi
     if (!S_ISREG(found.st_mode)) return std::unexpected(FileError{.call = "open " + path, .code = EEXIST});
     if (::ftruncate(file.get(), 0) != 0) return failed("ftruncate", path);
 
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(file.get(), bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return failed("write", path);
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    if (!writeAll(file, bytes)) return failed("write", path);
     return {};
 }
 
 std::optional<std::string> readFile(const std::string& path, std::size_t maxBytes) {
-    const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    struct stat found{};
-    if (!file || ::fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode)) return std::nullopt;
+    const UniqueFd file = openRegularFile(path);
+    if (!file) return std::nullopt;
     std::string bytes(maxBytes + 1, '\0');  // one more, to see that there is no more
+    const auto size = readInto(file, bytes);
+    if (!size || *size > maxBytes) return std::nullopt;
+    bytes.resize(*size);
+    return bytes;
+}
+
+UniqueFd openRegularFile(const std::string& path) {
+    // Without O_NONBLOCK a pipe in the file's place would make us wait for a writer.
+    UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat found{};
+    if (!file || ::fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode)) return {};
+    return file;
+}
+
+bool writeAll(const UniqueFd& file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(file.get(), bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer) {
     std::size_t size = 0;
-    while (size < bytes.size()) {
-        const ssize_t count = ::read(file.get(), bytes.data() + size, bytes.size() - size);
+    while (size < buffer.size()) {
+        const ssize_t count = ::read(file.get(), buffer.data() + size, buffer.size() - size);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) return std::nullopt;
         if (count == 0) break;
         size += static_cast<std::size_t>(count);
     }
-    if (size > maxBytes) return std::nullopt;
-    bytes.resize(size);
-    return bytes;
+    return size;
 }
 
 bool exists(const std::string& path) {

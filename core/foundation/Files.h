@@ -3,10 +3,13 @@
 #include <cstddef>
 #include <expected>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include <sys/types.h>
+
+#include "core/foundation/UniqueFd.h"
 
 namespace tarnik {
 
@@ -32,6 +35,14 @@ std::expected<void, FileError> writeFile(const std::string& path, std::string_vi
 // All of a regular file that holds at most `maxBytes`; none for anything else. Follows links, waits for
 // nobody.
 std::optional<std::string> readFile(const std::string& path, std::size_t maxBytes);
+
+// A regular file, open for reading; closed when it is anything else. Follows links, waits for nobody.
+UniqueFd openRegularFile(const std::string& path);
+
+// To and from an open file, going on after interruptions; errno tells why one failed.
+bool writeAll(const UniqueFd& file, std::string_view bytes);
+// How much was read: less than the buffer holds only at the end of the file.
+std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer);
 
 // These follow links, and answer no when the system won't tell.
 bool exists(const std::string& path);

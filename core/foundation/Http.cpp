@@ -14,7 +14,7 @@
 #include <unistd.h>
 
 #include "core/foundation/ErrorText.h"
-#include "core/foundation/UniqueFd.h"
+#include "core/foundation/Files.h"
 #include "core/foundation/Uuid.h"
 
 namespace tarnik {
@@ -265,15 +265,7 @@ public:
 
     // These leave errno set when they fail.
     bool isOpen() const { return static_cast<bool>(file_); }
-    bool append(std::string_view bytes) const {
-        while (!bytes.empty()) {
-            const ssize_t written = ::write(file_.get(), bytes.data(), bytes.size());
-            if (written < 0 && errno == EINTR) continue;
-            if (written < 0) return false;
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        }
-        return true;
-    }
+    bool append(std::string_view bytes) const { return writeAll(file_, bytes); }
     bool moveTo(const std::string& destination) {
         if (::close(file_.release()) != 0)
             return false;  // some file systems notice only here that they are full
