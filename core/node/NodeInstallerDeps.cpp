@@ -1,5 +1,6 @@
 #include "core/node/NodeInstallerDeps.h"
 
+#include "core/foundation/OneLine.h"
 #include "core/foundation/WhiteSpace.h"
 #include "core/process/Spawner.h"
 
@@ -9,6 +10,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::size_t outputLimit = 65536;
+constexpr std::size_t mostOfTarsWords = 500;
 
 // An answer other than 200 is named by its address; whatever else went wrong on the way says so itself.
 InstallError downloadError(const HttpError& error, const std::string& url) {
@@ -36,8 +38,9 @@ std::expected<void, InstallError> tarExtract(const std::string& archive, const s
                                    .limit = outputLimit});
     if (!run) return std::unexpected(run.error());
     if (run->status.succeeded()) return {};
-    const std::string words(trimmingWhiteSpace(run->text));
-    return std::unexpected(InstallFailure{InstallFailure::Kind::extract, words});
+    // They may quote names out of the archive.
+    auto words = oneLine(trimmingWhiteSpace(run->text), mostOfTarsWords);
+    return std::unexpected(InstallFailure{InstallFailure::Kind::extract, std::move(words)});
 }
 
 std::optional<std::string> nodeVersion(const std::string& nodeBinary) {

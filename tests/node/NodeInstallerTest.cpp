@@ -219,6 +219,15 @@ TEST(NodeInstaller, swapsNothingInAFolderThatIsNoLongerOurs) {
     EXPECT_TRUE(f.staged().empty());
 }
 
+TEST(NodeInstaller, quotesTarOnOneLine) {
+    const TemporaryFolder folder;
+    write(folder.path() + "/a", "no archive");
+    const auto done = NodeInstallerDeps::production().extract(folder.path() + "/a", folder.path());
+    const std::string message = done ? "" : describe(done.error());
+    EXPECT_TRUE(message.starts_with("Couldn't unpack tarnik's helper (")) << message;
+    EXPECT_FALSE(message.contains('\n')) << message;
+}
+
 TEST(NodeInstaller, readsTheInstalledVersionOrNone) {
     struct Case {
         std::string file;
