@@ -2,6 +2,7 @@
 
 #include "core/foundation/UserHome.h"
 #include "core/process/InheritedEnvironment.h"
+#include "core/process/Spawner.h"
 
 namespace tarnik::NodeLaunch {
 
@@ -26,7 +27,7 @@ Environment environment(const Environment& inherited, const NodeHome& home,
         variables[std::string(CuaDriverEndpoint::environmentKey)] = *value;
     }
     if (!variables.contains("HOME")) variables["HOME"] = userHome();
-    variables.try_emplace("PATH", "/usr/bin:/bin:/usr/sbin:/sbin");
+    variables.try_emplace("PATH", Spawner::defaultPath);
     return variables;
 }
 

@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t writeBytes = 256;
 
 // False when the terminal takes nothing until `deadline`, and when nobody is left on its other side: Linux
-// would still accept the bytes.
+// would still accept the bytes. Where a system can't tell (POLLNVAL), the write itself will.
 bool waitWritable(int fd, TimePoint deadline) {
     while (true) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steadyNow());
@@ -28,7 +28,7 @@ bool waitWritable(int fd, TimePoint deadline) {
         pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
         const int ready = ::poll(&entry, 1, timeout);
         if (ready < 0 && errno == EINTR) continue;
-        return ready > 0 && (entry.revents & (POLLHUP | POLLERR | POLLNVAL)) == 0;
+        return ready > 0 && (entry.revents & (POLLHUP | POLLERR)) == 0;
     }
 }
 

@@ -24,7 +24,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Seconds terminateGrace = 2s;
-constexpr Seconds killGrace = 5s;
 constexpr Seconds outputGrace = 5s;
 
 // A descriptor of ours that happens to be 0, 1 or 2 is lent to the child from above: there, an earlier
@@ -82,10 +81,8 @@ int start(const SpawnRequest& request, pid_t& pid) {
 // Waits for the end, making sure of it after `timeout`.
 ExitStatus awaitEnd(ChildProcess& child, Seconds timeout) {
     if (const auto status = child.waitForExit(timeout)) return *status;
-    child.signal(SIGTERM);
-    if (const auto status = child.waitForExit(terminateGrace)) return *status;
-    child.signal(SIGKILL);
-    return child.waitForExit(killGrace).value_or(ExitStatus::signaled(SIGKILL));
+    child.stop(terminateGrace);
+    return child.exitStatus().value_or(ExitStatus::signaled(SIGKILL));
 }
 
 }  // namespace
