@@ -14,10 +14,8 @@ using namespace PairingPhases;
 std::expected<std::shared_ptr<PairingSession>, SpawnError> PairingSession::start(Setup setup) {
     // The session is there before its command, so that an exit, however early, finds it.
     auto session = std::make_shared<PairingSession>(Passkey{}, std::move(setup));
-    auto pty = session->setup_.spawnPty(session->setup_.request, [session](ExitStatus status) {
-        session->commandEnded(status);
-        if (session->setup_.onExit) session->setup_.onExit(status);
-    });
+    auto pty = session->setup_.spawnPty(session->setup_.request,
+                                        [session](ExitStatus status) { session->commandEnded(status); });
     if (!pty) return std::unexpected(pty.error());
 
     auto reader =
@@ -124,7 +122,7 @@ void PairingSession::processExited(ExitStatus status) {
         } else if (!std::holds_alternative<Connected>(phase_)) {
             phase_ = Ended{status};
         }
-        enqueueUpdate();
+        enqueueUpdate(status);
     }
     deliverUpdates();
 }
@@ -145,9 +143,12 @@ PairingSession::Snapshot PairingSession::makeSnapshot() const {
 
 // With the lock held. Of several untold changes within one phase only the last is worth telling, which bounds
 // what a slow listener lets pile up.
-void PairingSession::enqueueUpdate() {
-    if (!updates_.empty() && updates_.back().phase == phase_) updates_.pop_back();
-    updates_.push_back(makeSnapshot());
+void PairingSession::enqueueUpdate(std::optional<ExitStatus> ended) {
+    if (!updates_.empty() && updates_.back().snapshot.phase == phase_) {
+        if (!ended) ended = updates_.back().ended;
+        updates_.pop_back();
+    }
+    updates_.push_back({makeSnapshot(), ended});
 }
 
 // Without the lock. Changes come from four threads; letting only one of them tell keeps them in order.
@@ -156,10 +157,11 @@ void PairingSession::deliverUpdates() {
     if (delivering_) return;
     delivering_ = true;
     while (!updates_.empty()) {
-        const Snapshot next = std::move(updates_.front());
+        const Update next = std::move(updates_.front());
         updates_.pop_front();
         lock.unlock();
-        if (setup_.onUpdate) setup_.onUpdate(next);
+        if (setup_.onUpdate) setup_.onUpdate(next.snapshot);
+        if (next.ended && setup_.onExit) setup_.onExit(*next.ended);
         lock.lock();
     }
     delivering_ = false;

@@ -42,6 +42,7 @@ public:
     static constexpr Seconds drainTimeout = Seconds(1);  // for output that is still on its way at the exit
 
     using Phase = PairingPhase;
+    using Failure = PairingFailure;
 
     struct Snapshot {
         std::string sessionID;
@@ -50,8 +51,6 @@ public:
 
         bool operator==(const Snapshot&) const = default;
     };
-
-    using Failure = PairingFailure;
 
     using SpawnPty = std::function<std::expected<std::shared_ptr<PtyProcess>, SpawnError>(
         const SpawnRequest&, ChildProcess::OnExit)>;
@@ -67,7 +66,7 @@ public:
         // Told of every change, in order, one call at a time, on the thread that made the change or on one
         // that is telling of an earlier one. May call back into the session.
         std::function<void(const Snapshot&)> onUpdate;
-        ChildProcess::OnExit onExit;  // after the last snapshot, on the command's reaper thread
+        ChildProcess::OnExit onExit;  // told like a change, right after the snapshot that shows the end
     };
 
     static std::expected<std::shared_ptr<PairingSession>, SpawnError> start(Setup setup);
@@ -89,13 +88,18 @@ public:
     bool mayBeInterrupted(TimePoint now, Seconds grace) const;
 
 private:
+    struct Update {
+        Snapshot snapshot;
+        std::optional<ExitStatus> ended;  // of the command, to be told after the snapshot
+    };
+
     void attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDReader> reader);
     void received(std::string_view bytes);
     void commandEnded(ExitStatus status);
     void processExited(ExitStatus status);
     void checkConnected();
     Snapshot makeSnapshot() const;
-    void enqueueUpdate();
+    void enqueueUpdate(std::optional<ExitStatus> ended = {});
     void deliverUpdates();
 
     const Setup setup_;
@@ -109,7 +113,7 @@ private:
     Phase phase_ = PairingPhases::Starting{};
     std::optional<TimePoint> confirmedAt_;
     bool stopRequested_ = false;
-    std::deque<Snapshot> updates_;  // changes not yet told
+    std::deque<Update> updates_;  // changes not yet told
     bool delivering_ = false;
 };
 
