@@ -1,0 +1,197 @@
+#include "core/relocation/Relocation.h"
+
+#include <gtest/gtest.h>
+
+#include "core/relocation/RecordLine.h"
+#include "core/relocation/RelocationMessages.h"
+#include "core/relocation/Takeover.h"
+#include "core/relocation/VersionOrder.h"
+
+namespace tarnik::Relocation {
+namespace {
+
+using namespace Decisions;
+
+const std::string installed = "/Applications/tarnik.app";
+const Launch fromDownloads{.bundlePath = "/Users/me/Downloads/tarnik.app"};
+const Launch fromInstalled{.bundlePath = installed};
+
+Launch translocated(std::optional<std::string> original) {
+    return {.bundlePath = "/private/T/d/tarnik.app", .isTranslocated = true, .originalPath = original};
+}
+
+Launch relaunched(Launch launch) {
+    launch.isRelaunch = true;
+    return launch;
+}
+
+TEST(VersionOrder, readsRunsOfDigitsAsNumbers) {
+    const std::string digits(400, '9');
+    // Each is older than the next.
+    const std::string ascending[] = {"",       "1",          "1.9",       "1.10",  "1.10-beta",
+                                     "1.10.0", "2026.1.2",   "2026.1.10", "9999",  "10000",
+                                     digits,   "1" + digits, "v1.9",      "v1.10", "é"};
+    for (std::size_t i = 0; i < std::size(ascending); ++i) {
+        for (std::size_t j = 0; j < std::size(ascending); ++j)
+            EXPECT_EQ(compareVersions(ascending[i], ascending[j]), i <=> j)
+                << ascending[i] << " " << ascending[j];
+    }
+    EXPECT_EQ(compareVersions("1.01.0", "1.1.000"), std::weak_ordering::equivalent);
+    EXPECT_EQ(compareVersions("1.010", "1.9"), std::weak_ordering::greater);
+}
+
+TEST(Relocation, decidesByPlaceVersionsAndWhatItMayWrite) {
+    struct Case {
+        const char* why;
+        Facts facts;
+        Decision decision;
+    };
+    const Launch ofInstalled = translocated(installed);
+    const Case cases[] = {
+        {"the installed copy", {fromInstalled, "9", "1", true}, Stay{}},
+        {"the installed copy, oddly written", {{"/Applications/x/..//tarnik.app/"}, {}, "1", true}, Stay{}},
+        {"a development build", {fromDownloads, {}, "1", true, true}, Stay{}},
+        {"a development build, translocated", {ofInstalled, {}, "1", true, true}, Stay{}},
+        {"nothing installed", {fromDownloads, {}, "1", true}, Install{.replacing = false}},
+        {"nothing installed, no right to", {fromDownloads, {}, "1", false}, CannotInstall{}},
+        {"an older one installed", {fromDownloads, "1.9", "1.10", true}, Install{.replacing = true}},
+        {"an older one installed, no right to", {fromDownloads, "1.9", "1.10", false}, CannotInstall{}},
+        {"the same one installed", {fromDownloads, "1.9", "1.9", false}, OpenInstalled{}},
+        {"a newer one installed", {fromDownloads, "1.10", "1.9", true}, OpenInstalled{}},
+        {"the installed one, translocated", {ofInstalled, "1", "1", false}, OpenInstalled{}},
+        {"translocated from nobody knows where", {translocated({}), {}, "1", true}, Install{}},
+        {"translocated, as if at the install path",
+         {{.bundlePath = installed, .isTranslocated = true}, {}, "1", true},
+         OpenInstalled{}},
+        {"an original that doesn't count",
+         {{fromDownloads.bundlePath, false, installed}, {}, "1", true},
+         Install{}},
+        {"relaunched, would install", {relaunched(fromDownloads), {}, "1", true}, RunHere{}},
+        {"relaunched, would open", {relaunched(ofInstalled), "1", "1", true}, RunHere{}},
+        {"relaunched, no right to", {relaunched(fromDownloads), {}, "1", false}, CannotInstall{}},
+        {"relaunched as meant", {relaunched(fromInstalled), "1", "1", true}, Stay{}},
+    };
+    for (const auto& c : cases) EXPECT_EQ(decide(c.facts), c.decision) << c.why;
+}
+
+TEST(Relocation, judgesOtherCopies) {
+    EXPECT_EQ(runningCopyAction("2026.1.2", "2026.1.10"), RunningCopyAction::takeover);
+    EXPECT_EQ(runningCopyAction("1.9", "1.9"), RunningCopyAction::activate);
+    EXPECT_EQ(runningCopyAction("1.10", "1.9"), RunningCopyAction::activate);
+
+    using enum InstalledCopy;
+    const std::optional<std::string> none;
+    const std::tuple<std::optional<std::string>, std::optional<std::string>, InstalledCopy> teams[] = {
+        {none, "", notOurs},
+        {"", none, notOurs},
+        {"A", none, notOurs},
+        {"", "", lenient},
+        {"", "A", notOurs},
+        {"A", "", needsDesignatedRequirement},
+        {"A", "B", needsDesignatedRequirement},
+    };
+    for (const auto& [ours, theirs, judged] : teams)
+        EXPECT_EQ(installedCopy(ours, theirs), judged) << ours.value_or("-") << " " << theirs.value_or("-");
+}
+
+TEST(Takeover, asksThenForcesWithinItsBudgets) {
+    constexpr int never = 1'000'000;
+    struct Case {
+        const char* why;
+        int looks;  // how often it is seen running
+        Seconds graceful;
+        TakeoverResult result;
+        std::string told;  // t: terminate, s: sleep, f: force
+        Seconds interval = Seconds(1);
+    };
+    using enum TakeoverResult;
+    const Case cases[] = {
+        {"quits at once", 0, Seconds(3), quitGracefully, "t"},
+        {"quits at the last look", 3, Seconds(3), quitGracefully, "tsss"},
+        {"a budget that isn't whole", 3, Seconds(2.5), quitGracefully, "tsss"},
+        {"goes when forced", 4, Seconds(3), neededForce, "tsssf"},
+        {"no patience", 1, Seconds(0), neededForce, "tf"},
+        {"goes a while after", 6, Seconds(3), neededForce, "tsssfss"},
+        {"never goes", never, Seconds(3), stillRunning, "tsssfss"},
+        {"an interval of nothing", never, Seconds(3), stillRunning, "tsfs", Seconds(0)},
+    };
+    for (const auto& c : cases) {
+        std::string told;
+        int looks = c.looks;
+        const auto result = takeOver({.isRunning = [&] { return looks-- > 0; },
+                                      .terminate = [&] { told += 't'; },
+                                      .forceTerminate = [&] { told += 'f'; },
+                                      .sleep =
+                                          [&](Seconds interval) {
+                                              EXPECT_EQ(interval, c.interval);
+                                              told += 's';
+                                          },
+                                      .graceful = c.graceful,
+                                      .forced = Seconds(2),
+                                      .interval = c.interval});
+        EXPECT_EQ(result, c.result) << c.why;
+        EXPECT_EQ(told, c.told) << c.why;
+    }
+}
+
+TEST(RelocationMessages, nameTheFolderThatThePersonKnows) {
+    const std::string stick =
+        ", so the switches you turn on may not stick. Quit tarnik, drag it into your "
+        "Applications folder in Finder, and open it from there.";
+    const std::string temporary = "tarnik is running from a temporary copy";
+    const std::string instead = "macOS is still running tarnik from a temporary copy instead of from ";
+    const std::pair<Message, Message> cases[] = {
+        {differentBuildMessage(translocated("/Volumes/tarnik/tarnik.app/")),
+         {"This is a different build of tarnik",
+          "The tarnik in your Applications folder is a different build from this one, so this one is running "
+          "from “/Volumes/tarnik” and the one in Applications is untouched."}},
+        {takeoverStuckMessage(fromDownloads),
+         {"The older tarnik is still running",
+          "An older tarnik is still running from your Applications folder and would not quit, so this newer "
+          "one is running from “/Users/me/Downloads” for now. Quit tarnik from the menu bar at the top of "
+          "your screen, then open the new one again."}},
+        {runHereMessage(fromDownloads),
+         {"Move tarnik to Applications",
+          "tarnik is running from “/Users/me/Downloads”, not your Applications folder" + stick}},
+        {runHereMessage(translocated(installed)),
+         {temporary,
+          "macOS is still running tarnik from a temporary copy instead of from your Applications folder, so "
+          "the switches you turn on may not stick. Quit tarnik, drag it from Applications to your Desktop "
+          "and "
+          "back into Applications in Finder, then open it from there."}},
+        {runHereMessage(translocated("/Users/me/tarnik.app")), {temporary, instead + "“/Users/me”" + stick}},
+        {runHereMessage(translocated({})), {temporary, instead + "where you downloaded it" + stick}},
+    };
+    for (const auto& [said, expected] : cases) {
+        EXPECT_EQ(said.title, expected.title);
+        EXPECT_EQ(said.body, expected.body);
+    }
+}
+
+TEST(RecordLine, isOneLineOfTabbedFields) {
+    const RecordTime at(std::chrono::milliseconds(1'772'373'909'999));
+    const std::pair<std::string, std::string> cases[] = {
+        {recordLine(fromDownloads, Install{.replacing = true}, {}, {}, at),
+         "2026-03-01T14:05:09Z\ttranslocated=false\toriginal=-\there=/Users/me/Downloads/"
+         "tarnik.app\trelaunch="
+         "false\tdecision=installReplacing"},
+        {recordLine(relaunched(translocated("/a\tb\n%")), Takeover{}, true, {"one=1", "two=\x7F"}, at),
+         "2026-03-01T14:05:09Z\ttranslocated=true\toriginal=/a%09b%0A%\there=/private/T/d/"
+         "tarnik.app\trelaunch="
+         "true\tdecision=takeover\tcleared=true\tone=1\ttwo=%7F"},
+        {windowLine("secondOpen", RecordTime()), "1970-01-01T00:00:00Z\twindow=opened\treason=secondOpen"},
+    };
+    for (const auto& [line, expected] : cases) EXPECT_EQ(line, expected);
+
+    const std::pair<Decision, std::string_view> names[] = {
+        {Install{}, "install"},
+        {Stay{}, "stay"},
+        {OpenInstalled{}, "openInstalled"},
+        {CannotInstall{}, "cannotInstall"},
+        {RunHere{}, "runHere"},
+    };
+    for (const auto& [decision, name] : names) EXPECT_EQ(recordName(decision), name);
+}
+
+}  // namespace
+}  // namespace tarnik::Relocation
