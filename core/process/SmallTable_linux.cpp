@@ -22,24 +22,20 @@ bool hasManyDescriptors() {
     return UniqueFd(::open("/dev/null", O_RDONLY | O_CLOEXEC)).get() >= manyDescriptors;
 }
 
-int raised(int fd) {
-    return fd > STDERR_FILENO ? fd : ::fcntl(fd, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-}
-
 // Gives the calling thread a table of its own with nothing but 0 to 2 and, fetched back out of the process's
 // table, the files of `streams`. None where the system refuses. Closes nothing: the table goes with the
 // thread.
 std::optional<StandardStreams> moveToOwnTable(const StandardStreams& streams) {
     constexpr unsigned first = STDERR_FILENO + 1;
     if (::syscall(SYS_close_range, first, ~0U, CLOSE_RANGE_UNSHARE) != 0) return std::nullopt;
-    const int process = raised(static_cast<int>(::syscall(SYS_pidfd_open, ::getpid(), 0)));
+    const auto process = ::syscall(SYS_pidfd_open, ::getpid(), 0);
     StandardStreams moved;
     for (std::size_t i = 0; i < streams.size(); ++i) {
         const auto fd = streams[i].descriptor();
         if (!fd) continue;
-        const int fetched = raised(static_cast<int>(::syscall(SYS_pidfd_getfd, process, *fd, 0)));
-        if (fetched < 0) return std::nullopt;
-        moved[i] = Stdio::fd(fetched);
+        const auto fetched = ::syscall(SYS_pidfd_getfd, process, *fd, 0);
+        if (fetched <= STDERR_FILENO) return std::nullopt;
+        moved[i] = Stdio::fd(static_cast<int>(fetched));
     }
     return moved;
 }
