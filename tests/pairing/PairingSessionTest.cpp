@@ -211,22 +211,25 @@ TEST(PairingSession, hearsOfAnExitThatComesBeforeItHasTheHandle) {
     EXPECT_TRUE(eventually([&] { return f.toldExits().size() == 1; }));
 }
 
+// All that comes while a listener is told of a change waits its turn, the command's end too.
 TEST(PairingSession, letsAListenerAnswerFromInsideAnUpdate) {
     Fixture f;
     auto setup = f.setup();
     std::atomic<bool> confirmed = false;
     std::atomic<PairingSession*> listening = nullptr;
-    setup.onUpdate = [&](const PairingSession::Snapshot& snapshot) {
-        const std::lock_guard lock(f.mutex);
-        f.updates.push_back(snapshot);
-        if (snapshot.phase == PairingPhase(WaitingForYes{})) confirmed = listening.load()->confirm();
+    setup.onUpdate = [&, record = setup.onUpdate](const PairingSession::Snapshot& snapshot) {
+        record(snapshot);
+        if (snapshot.phase != PairingPhase(WaitingForYes{})) return;
+        confirmed = listening.load()->confirm();
+        f.command().end(ExitStatus::exited(1));
+        EXPECT_TRUE(f.toldExits().empty());
     };
     f.session = PairingSession::start(std::move(setup)).value();
     listening = f.session.get();
     f.command().print("Press Enter to connect it");
-    ASSERT_TRUE(eventually([&] { return f.toldPhases().size() == 2; }));
+    ASSERT_TRUE(eventually([&] { return !f.toldExits().empty(); }));
     EXPECT_TRUE(confirmed);
-    EXPECT_EQ(f.toldPhases(), (std::vector<std::string>{"waitingForYes", "connecting"}));
+    EXPECT_EQ(f.toldPhases(), (std::vector<std::string>{"waitingForYes", "connecting", "ended (exit 1)"}));
 }
 
 TEST(PairingSession, showsWhatARealCommandSaidLast) {

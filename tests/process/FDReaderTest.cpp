@@ -10,7 +10,6 @@
 #include <pthread.h>
 #include <unistd.h>
 
-#include "core/process/LockedData.h"
 #include "core/process/Spawner.h"
 #include "tests/support/ChildPrograms.h"
 #include "tests/support/Eventually.h"
@@ -59,15 +58,6 @@ TEST(FDReader, readsOnAfterASignal) {
     EXPECT_FALSE((*reader)->waitForEOF(Seconds(0.05)));
     pipe->writeEnd.reset();
     EXPECT_TRUE((*reader)->waitForEOF(Seconds(20)));
-}
-
-TEST(LockedData, keepsTheLastBytes) {
-    LockedData data(4);
-    for (const auto& [chunk, kept] :
-         {std::pair("ab", "ab"), {"cd", "abcd"}, {"e", "bcde"}, {"fghijk", "hijk"}}) {
-        data.append(chunk);
-        EXPECT_EQ(data.data(), kept);
-    }
 }
 
 }  // namespace
