@@ -6,9 +6,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "core/process/Spawner.h"
 #include "tests/support/ChildPrograms.h"
-#include "tests/support/Eventually.h"
 #include "tests/support/FakeChild.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/TemporaryFolder.h"
@@ -53,11 +51,6 @@ struct Fixture {
         fakes.now = [this] { return clock->now(); };
         fakes.makeQueue = [this](const std::string&) { return queue; };
         return fakes;
-    }
-    // On real children and in real time.
-    void useStandIn(DriverHostDeps::AttachOutput output = {}) {
-        deps = DriverHostDeps::production(std::move(output));
-        setup.executable = childProgram("../driver/cua-driver");
     }
     DriverHost& host() {
         if (!made) {
@@ -216,37 +209,19 @@ TEST(DriverHost, doesNotRetryWhatCannotWork) {
 }
 
 TEST(DriverHost, removesWhatAnEarlierRunLeft) {
-    Fixture f;
     for (const bool enabled : {false, true}) {
+        Fixture f;
         const auto left = DriverSocketDirectory::create(f.folder.path());
         ASSERT_TRUE(left && left->writeProcessIdentifier(1 << 29));
         f.host().setEnabled(enabled);
-        EXPECT_FALSE(fs::exists(left->path));
+        EXPECT_FALSE(fs::exists(left->path)) << enabled;
     }
-}
-
-TEST(DriverHost, runsARealDriver) {
-    Fixture f;
-    auto said = Spawner::pipe();
-    ASSERT_TRUE(said);
-    f.useStandIn([&said] { return UniqueFd::duplicate(said->writeEnd.get()); });
-    f.host().setEnabled(true);
-    ASSERT_EQ(f.log, std::vector<std::string>{"desktop driver ready"});
-    const std::string socketPath = f.host().currentEndpoint()->socketPath;
-    EXPECT_TRUE(DriverSocketDirectory::acceptsConnections(socketPath));
-    std::string words(200, '\0');
-    EXPECT_GT(::read(said->readEnd.get(), words.data(), words.size()), 0);
-    EXPECT_TRUE(words.starts_with("listening on " + socketPath)) << words;
-    ASSERT_EQ(::kill(*f.host().runningPID(), SIGKILL), 0);
-    EXPECT_TRUE(eventually([&f] { return !f.host().isRunning(); }));
-    EXPECT_TRUE(eventually([&f] { return f.host().currentEndpoint().has_value(); })) << "back after 1 s";
-    f.made.reset();
-    EXPECT_EQ(f.directories(), 0U);
 }
 
 TEST(DriverHost, killsARealDriverThatWillNotLeave) {
     Fixture f;
-    f.useStandIn();
+    f.deps = DriverHostDeps::production();
+    f.setup.executable = childProgram("../driver/cua-driver");
     f.setup.inherited["TARNIK_STANDIN_DRIVER_IGNORE"] = "end,term";
     f.deps.stopGraces = {.livenessClosed = 50ms, .terminated = 50ms};
     f.host().setEnabled(true);

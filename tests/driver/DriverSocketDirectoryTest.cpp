@@ -13,7 +13,9 @@
 #include "core/foundation/UniqueFd.h"
 #include "core/process/Spawner.h"
 #include "tests/support/ChildPrograms.h"
+#include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 namespace {
@@ -48,30 +50,19 @@ TEST(DriverSocketDirectory, isPrivateWhateverTheUmaskAndTheParent) {
 }
 
 TEST(DriverSocketDirectory, wantsRootsOfItsOwn) {
-    struct Case {
-        const char* why;
-        std::function<void(const std::string& support)> prepare;
-        std::string suffix = {};
+    // Only the superuser can make them somebody else's.
+    const std::pair<const char*, const char*> cases[] = {
+        {"ln -s /tmp tarnik", ""}, {"ln -s nowhere tarnik", ""}, {"ln -s . link", "/link/"},
+        {"", "/none/above"},       {"touch tarnik", ""},         {"chown 4711 . 2>&1 || touch tarnik", ""},
     };
-    const Case cases[] = {
-        {"a link", [](const auto& s) { fs::create_directory_symlink("/tmp", s + "/tarnik"); }},
-        {"a link to nowhere", [](const auto& s) { fs::create_symlink(s + "/x", s + "/tarnik"); }},
-        {"a link itself", [](const auto& s) { fs::create_directory_symlink(s, s + "/l"); }, "/l/"},
-        {"nothing above", [](const auto&) {}, "/a/b"},
-        {"somebody else's",
-         [](const auto& s) {
-             const auto chowned = ::chown(s.c_str(), 4711, 4711);  // only the superuser can
-             if (chowned != 0) write(s + "/tarnik", "");
-         }},
-    };
-    for (const auto& c : cases) {
+    for (const auto& [script, suffix] : cases) {
         const TemporaryFolder folder;
-        c.prepare(folder.path());
-        const auto made = DriverSocketDirectory::create(folder.path() + c.suffix);
+        shell(folder.path(), script);
+        const auto made = DriverSocketDirectory::create(folder.path() + suffix);
         EXPECT_EQ(made ? "made" : describe(made.error()),
                   "Could not prepare the driver's socket directory: support roots must be directories this "
                   "user owns")
-            << c.why;
+            << script;
     }
 }
 
@@ -100,65 +91,38 @@ TEST(DriverSocketDirectory, readsWholePidsOnly) {
     EXPECT_EQ(made->readProcessIdentifier(), std::nullopt) << "no file";
     EXPECT_EQ(read(" \t4711\n"), 4711);
     EXPECT_EQ(read("2147483647"), 2147483647);
-    const std::string bad[] = {"",
-                               "0",
-                               "-4711",
-                               "+4711",
-                               "0x10",
-                               "47 11",
-                               "4711x",
-                               "driver",
-                               "2147483648",
-                               "1099511627776",
-                               "4711" + std::string(60, ' '),
-                               std::string(1 << 20, '7')};
+    auto bad = words("0 -4711 +4711 0x10 4711x driver 2147483648 1099511627776");
+    bad.insert(bad.end(), {"", "47 11", "4711" + std::string(60, ' '), std::string(1 << 20, '7')});
     for (const auto& text : bad) EXPECT_EQ(read(text), std::nullopt) << text.substr(0, 80);
 
-    fs::rename(file, file + "2");
-    write(file + "2", "4711");
-    fs::create_symlink(file + "2", file);
-    EXPECT_EQ(made->readProcessIdentifier(), std::nullopt) << "a link";
-    fs::remove(file);
-    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
-    EXPECT_EQ(made->readProcessIdentifier(), std::nullopt) << "a pipe";
+    for (const char* script : {"printf 4711 > x; ln -s x cua.pid", "mkfifo cua.pid"}) {
+        fs::remove(file);
+        shell(made->path, script);
+        EXPECT_EQ(made->readProcessIdentifier(), std::nullopt) << script;
+    }
 }
 
 TEST(DriverSocketDirectory, cleansUpOnlyTheFolderThatWasMade) {
-    struct Case {
-        const char* why;
-        std::function<void(const std::string& path)> change;
-        int filesLeft;
+    // What is done to the folder, and how many files are left after.
+    const std::pair<const char*, int> cases[] = {
+        {"", 0},
+        {"chmod 755 $made", 2},
+        {"touch $made/mine", 1},
+        {"mv $made old; cp -Rp old $made", 4},
+        {"mv $made old; ln -s old $made", 2},
     };
-    const Case cases[] = {
-        {"nothing changed", [](const auto&) {}, 0},
-        {"its mode", [](const auto& path) { fs::permissions(path, fs::perms(0755)); }, 2},
-        {"something else in it", [](const auto& path) { write(path + "/mine", ""); }, 1},
-        {"another folder in its place",
-         [](const auto& path) {
-             fs::rename(path, path + "-old");
-             fs::copy(path + "-old", path);
-             fs::permissions(path, fs::perms(0700));
-         },
-         4},
-        {"a link to it in its place",
-         [](const auto& path) {
-             fs::rename(path, path + "-old");
-             fs::create_directory_symlink(path + "-old", path);
-         },
-         2},
-    };
-    for (const auto& c : cases) {
+    for (const auto& [script, filesLeft] : cases) {
         const TemporaryFolder folder;
         const auto made = DriverSocketDirectory::create(folder.path());
         ASSERT_TRUE(made && made->writeProcessIdentifier(4711));
         write(made->socketPath, "");
-        c.change(made->path);
+        shell(folder.path() + "/tarnik/cua", std::string("made=$(echo *); ") + script);
         made->cleanup();
         int files = 0;
         for (const auto& entry : fs::recursive_directory_iterator(folder.path()))
             files += entry.is_regular_file() ? 1 : 0;
-        EXPECT_EQ(files, c.filesLeft) << c.why;
-        EXPECT_EQ(fs::exists(made->path), c.filesLeft > 0) << c.why;
+        EXPECT_EQ(files, filesLeft) << script;
+        EXPECT_EQ(fs::exists(made->path), filesLeft > 0) << script;
     }
 }
 

@@ -65,15 +65,5 @@ TEST(Json, takesOnlyWholeNumbersAsIntegers) {
             EXPECT_EQ(Json::parse(text, manyBytes)->asInteger(), integer) << text;
 }
 
-TEST(Json, findsMembersOfObjectsOnly) {
-    const auto json = Json::parse(R"({"v":1.0,"join":"x","more":{"v":[]}})", manyBytes);
-    ASSERT_TRUE(json && json->isObject());
-    EXPECT_TRUE(json->member("v")->isNumber());
-    EXPECT_EQ(json->member("join")->asString(), "x");
-    EXPECT_EQ(json->member("join")->member("v"), nullptr);
-    for (const char* missing : {"jo", "z"}) EXPECT_EQ(json->member(missing), nullptr);
-    EXPECT_FALSE(json->member("more")->member("v")->isObject());
-}
-
 }  // namespace
 }  // namespace tarnik

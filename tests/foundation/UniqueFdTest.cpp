@@ -25,7 +25,7 @@ TEST(UniqueFd, closesOnceHoweverItWasMoved) {
     errno = ENOENT;
     first.reset();
     EXPECT_EQ(errno, ENOENT);
-    const UniqueFd stranger(::open("/dev/null", O_RDONLY));
+    const UniqueFd stranger(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, number));
     ASSERT_EQ(stranger.get(), number);  // it was closed, and not before
     first.reset();
     EXPECT_NE(::fcntl(number, F_GETFD), -1);

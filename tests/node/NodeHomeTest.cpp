@@ -1,6 +1,7 @@
 #include "core/node/NodeHome.h"
 
 #include <filesystem>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -81,35 +82,31 @@ TEST(NodeHome, claimsANewOrEmptyFolderOnce) {
     }
 }
 
-TEST(NodeHome, refusesWhatIsNotItsOwnAndChangesNothing) {
-    const std::pair<const char*, ClaimReason> cases[] = {
-        {"mkdir above; touch above/node", ClaimReason::notAFolder},
-        {"mkdir above; ln -s nowhere above/node", ClaimReason::isALink},
-        {"mkdir -p above/node; touch above/node/.x", ClaimReason::holdsOtherFiles},
-        // An install, but in a chosen folder.
-        {"mkdir -p above/node/app/bin; touch above/node/app/bin/tarnik-node", ClaimReason::holdsOtherFiles},
+TEST(NodeHome, takesOnlyItsOwnAndElseChangesNothing) {
+    using enum NodeHome::ClaimError::Reason;
+    enum Home { chosen, standard };
+    const std::string link = "mkdir -p above/node; ln -s ../victim above/node/.tarnik-node-home; ";
+    const auto holding = [](const std::string& file) {
+        return "mkdir -p $(dirname above/node/" + file + "); touch above/node/" + file;
     };
-    for (const auto& [script, reason] : cases) {
-        const Fixture f(script);
+    const std::tuple<std::string, Home, std::optional<ClaimReason>> cases[] = {
+        {"mkdir above; touch above/node", chosen, notAFolder},
+        {"mkdir above; ln -s nowhere above/node", chosen, isALink},
+        {holding(".x"), chosen, holdsOtherFiles},
+        {link, chosen, holdsOtherFiles},
+        // What a command-line install leaves, and what only looks like it.
+        {holding("app/bin/tarnik-node"), chosen, holdsOtherFiles},
+        {holding("app/bin/tarnik-node"), standard, std::nullopt},
+        {holding("trust/web-key.json"), standard, std::nullopt},
+        {link + holding("trust/web-key.json"), standard, holdsOtherFiles},
+        {holding("app/lib/node_modules/openclaw/openclaw.mjs"), standard, holdsOtherFiles},
+    };
+    for (const auto& [script, which, reason] : cases) {
+        Fixture f(script);
+        f.home.isDefault = which == standard;
         EXPECT_EQ(f.refusal(), reason) << script;
-        EXPECT_FALSE(f.home.isClaimed()) << script;
-    }
-}
-
-TEST(NodeHome, adoptsACommandLineInstallInTheDefaultFolder) {
-    const std::pair<const char*, std::optional<ClaimReason>> cases[] = {
-        {"app/bin/tarnik-node", std::nullopt},
-        {"trust/web-key.json", std::nullopt},
-        {"app/lib/node_modules/openclaw/openclaw.mjs", ClaimReason::holdsOtherFiles},
-    };
-    for (const auto& [sign, reason] : cases) {
-        Fixture f(
-            "mkdir -p above/node; cd above/node; ln -s ../victim .tarnik-node-home; mkdir -p $(dirname " +
-            std::string(sign) + "); touch " + sign);
-        f.home.isDefault = true;
-        EXPECT_EQ(f.refusal(), ClaimReason::holdsOtherFiles);
-        fs::remove(f.home.marker());
-        EXPECT_EQ(f.refusal(), reason) << sign;
+        EXPECT_EQ(f.home.isClaimed(), !reason) << script;
+        EXPECT_FALSE(fs::exists(f.folder.path() + "/above/victim")) << script;
     }
 }
 
