@@ -1,0 +1,241 @@
+#include "app/model/WindowContent.h"
+
+#include "app/model/SymbolName.h"
+#include "app/model/TerminalTail.h"
+#include "app/model/WindowTexts.h"
+#include "core/foundation/OneLine.h"
+
+namespace tarnik {
+namespace {
+
+using Section = WindowContent::Section;
+using Key = WindowContent::Key;
+using Intent = WindowIntent::Kind;
+
+// What comes from outside is cut to so many characters.
+constexpr std::size_t longestLine = 200;
+constexpr std::size_t longestFailure = 600;
+
+template <typename State, typename... States>
+bool is(const std::variant<States...>& state) {
+    return std::holds_alternative<State>(state);
+}
+
+WindowContent page(Section section, std::string_view heading) {
+    WindowContent content;
+    content.section = section;
+    content.heading = content.announcement = heading;
+    return content;
+}
+
+void setSymbol(WindowContent& content, std::string_view name, std::string_view accessibleName) {
+    content.symbol = {.name = name, .accessibleName = std::string(accessibleName)};
+}
+
+void setBusy(WindowContent& content) {
+    content.progress = WindowContent::Busy{};
+    content.progressAccessibleName = WindowTexts::busyName;
+}
+
+WindowContent::Button button(std::string_view title, Intent intent, Key key) {
+    return {.title = std::string(title),
+            .accessibleName = std::string(title),
+            .intent = {.kind = intent},
+            .key = key};
+}
+
+WindowContent::Button cancelButton() {
+    return button(WindowTexts::cancel, Intent::cancelPairing, Key::cancelKey);
+}
+
+WindowContent stoppingPage() {
+    auto content = page(Section::stopping, WindowTexts::stopping);
+    setSymbol(content, SymbolName::arrows, WindowTexts::stopping);
+    setBusy(content);
+    return content;
+}
+
+WindowContent offerPage() {
+    auto content = page(Section::replaceOffer, WindowTexts::offerHeading);
+    content.paragraphs.emplace_back(WindowTexts::offerText);
+    // Links come from anywhere: no stray Return may end the current connection.
+    content.buttons = {button(WindowTexts::offerConnect, Intent::connectOffer, Key::none),
+                       button(WindowTexts::offerKeep, Intent::keepCurrent, Key::cancelKey)};
+    return content;
+}
+
+struct PairingPage {
+    WindowContent operator()(const PairingPhases::Starting&) const {
+        return working(WindowTexts::readingLink);
+    }
+    WindowContent operator()(const PairingPhases::WaitingForYes&) const {
+        auto content = page(Section::pairing, "");
+        content.announcement = WindowTexts::confirmPrompt;
+        content.buttons = {button(WindowTexts::connect, Intent::confirmPairing, Key::defaultKey),
+                           cancelButton()};
+        return content;
+    }
+    WindowContent operator()(const PairingPhases::Connecting&) const {
+        return working(WindowTexts::connecting);
+    }
+    WindowContent operator()(const PairingPhases::Connected&) const {
+        auto content = over(WindowTexts::pairingConnected);
+        setSymbol(content, SymbolName::checkmark, WindowTexts::succeededName);
+        return content;
+    }
+    WindowContent operator()(const PairingPhases::Ended&) const {
+        auto content = over(WindowTexts::pairingEnded);
+        setSymbol(content, SymbolName::warning, WindowTexts::problemName);
+        return content;
+    }
+
+    static WindowContent working(std::string_view heading) {
+        auto content = page(Section::pairing, heading);
+        setBusy(content);
+        content.buttons = {cancelButton()};
+        return content;
+    }
+    static WindowContent over(std::string_view heading) {
+        auto content = page(Section::pairing, heading);
+        content.buttons = {button(WindowTexts::done, Intent::finishPairing, Key::defaultAndCancelKey)};
+        return content;
+    }
+};
+
+WindowContent pairingPage(const PairingSession::Snapshot& pairing) {
+    auto content = std::visit(PairingPage{}, pairing.phase);
+    // What the helper printed matters until it has worked.
+    if (is<PairingPhases::Connected>(pairing.phase)) return content;
+    if (auto text = terminalTail(pairing.text); !text.empty())
+        content.terminal = {.text = std::move(text),
+                            .accessibleName = std::string(WindowTexts::terminalName)};
+    return content;
+}
+
+WindowContent connectedPage() {
+    auto content = page(Section::connected, WindowTexts::connected);
+    setSymbol(content, SymbolName::checkmark, WindowTexts::succeededName);
+    return content;
+}
+
+WindowContent reconnectingPage() {
+    auto content = page(Section::reconnecting, WindowTexts::reconnecting);
+    setSymbol(content, SymbolName::arrows, WindowTexts::reconnecting);
+    return content;
+}
+
+// Of a machine that has joined: whether its node is on its way, with nothing for the person to do.
+bool isReconnecting(const AppState& state) {
+    if (is<NodeStates::Stopped>(state.node)) return is<Setups::Ready>(state.setup);
+    return is<NodeStates::Restarting>(state.node) || is<NodeStates::Pairing>(state.node);
+}
+
+WindowContent problemPage(std::string_view heading, std::string_view failure) {
+    auto content = page(Section::problem, heading);
+    setSymbol(content, SymbolName::warning, WindowTexts::problemName);
+    if (auto text = oneLine(failure, longestFailure); !text.empty())
+        content.paragraphs.push_back(std::move(text));
+    content.paragraphs.emplace_back(WindowTexts::tryAgain);
+    return content;
+}
+
+WindowContent installingPage(const AppState& state, std::string_view text) {
+    const std::string line = oneLine(text, longestLine);
+    if (line.empty() && state.joined) return reconnectingPage();
+
+    auto content = page(Section::installing, line.empty() ? WindowTexts::gettingReady : line);
+    setBusy(content);
+    if (line.empty()) return content;
+    setSymbol(content, SymbolName::download, WindowTexts::downloadName);
+    if (!state.download) return content;
+    content.progress = DownloadProgress::of(*state.download);
+    content.progressAccessibleName = WindowTexts::downloadName;
+    return content;
+}
+
+WindowContent linkPage(const AppState& state, const Url& webOrigin) {
+    auto content = page(Section::link, WindowTexts::linkHeading);
+    content.paragraphs.emplace_back(WindowTexts::linkText);
+    const auto placeholder = webOrigin.appending("c").text() + std::string(WindowTexts::linkPathHint);
+    content.linkField = {.placeholder = oneLine(placeholder, longestLine),
+                         .accessibleName = std::string(WindowTexts::linkFieldName),
+                         .onReturn = {.kind = Intent::connectPasted},
+                         .enabled = !state.checkingLink};
+    content.buttons = {button(WindowTexts::linkContinue, Intent::connectPasted, Key::defaultKey)};
+    content.buttons.front().enabled = !state.checkingLink;
+    return content;
+}
+
+// What stands in the way of everything but an account that is connected.
+std::optional<WindowContent> blockingPage(const AppState& state) {
+    if (state.homeError) return problemPage(WindowTexts::homeUnusable, *state.homeError);
+    if (const auto* failed = std::get_if<Setups::Failed>(&state.setup))
+        return problemPage(WindowTexts::installFailed, failed->text);
+    if (const auto* installing = std::get_if<Setups::Installing>(&state.setup))
+        return installingPage(state, installing->text);
+    if (is<NodeStates::NotInstalled>(state.node)) return problemPage(WindowTexts::helperMissing, "");
+    return std::nullopt;
+}
+
+WindowContent restingPage(const AppState& state, const Url& webOrigin) {
+    if (state.joined && is<NodeStates::Running>(state.node)) return connectedPage();
+    if (state.joined && isReconnecting(state)) return reconnectingPage();
+    if (auto blocking = blockingPage(state)) return *std::move(blocking);
+    return linkPage(state, webOrigin);
+}
+
+// The upper half: the first that applies.
+WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
+    if (state.stopping) return stoppingPage();
+    if (state.replaceOffer) return offerPage();
+    if (state.pairing) return pairingPage(*state.pairing);
+
+    auto content = restingPage(state, webOrigin);
+    if (state.linkMessage) content.message = oneLine(*state.linkMessage, longestLine);
+    if (state.checkingLink) {
+        setBusy(content);
+        content.buttons.push_back(cancelButton());
+    }
+    return content;
+}
+
+WindowContent::SwitchRow switchRow(const AppState& state, Switch which) {
+    const SwitchStatus status = state.status(which);
+    const std::string name(title(which));
+    WindowContent::SwitchRow row{.title = name, .description = std::string(why(which))};
+    row.on = status == SwitchStatus::on;
+    row.symbol = {
+        .name = row.on ? SymbolName::checkmark : SymbolName::circle,
+        .accessibleName = name + std::string(row.on ? WindowTexts::switchIsOn : WindowTexts::switchIsOff)};
+    if (!row.on && !state.stopping)
+        row.button = {.title = std::string(WindowTexts::turnOn),
+                      .accessibleName = std::string(WindowTexts::turnOnSwitch) + name,
+                      .intent = {.kind = Intent::requestSwitch, .which = which}};
+    if (status == SwitchStatus::mayBeStale) row.hint = SwitchSnapshot::staleHint;
+    return row;
+}
+
+}  // namespace
+
+WindowContent WindowContent::of(const AppState& state, const Url& webOrigin) {
+    auto content = upperHalf(state, webOrigin);
+    content.switches.heading = WindowTexts::switchesHeading;
+    content.switches.text = WindowTexts::switchesText;
+    for (const Switch which : allSwitches) content.switches.rows.push_back(switchRow(state, which));
+    return content;
+}
+
+std::string WindowContent::newsSince(const WindowContent& before) const {
+    std::string news;
+    const auto tell = [&](std::string_view text) {
+        if (!news.empty()) news += ' ';
+        news += text;
+    };
+    if (announcement != before.announcement) tell(announcement);
+    if (message && message != before.message) tell(*message);
+    for (std::size_t i = 0; i < switches.rows.size() && i < before.switches.rows.size(); ++i)
+        if (switches.rows[i].on != before.switches.rows[i].on) tell(switches.rows[i].symbol.accessibleName);
+    return news;
+}
+
+}  // namespace tarnik
