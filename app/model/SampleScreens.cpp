@@ -1,0 +1,148 @@
+#include "app/model/SampleScreens.h"
+
+#include <utility>
+
+#include "app/model/WindowTexts.h"
+#include "core/node/InstallFailure.h"
+
+namespace tarnik {
+namespace {
+
+constexpr std::string_view prompt =
+    "This link connects this Mac to ada@example.com.\n\n"
+    "tarnik will be able to run commands and work in apps on this Mac.\n\n"
+    "Press Enter to connect it, or Ctrl-C to leave things as they are.\n";
+
+AppState ready(NodeState node) {
+    AppState state;
+    state.setup = Setups::Ready{};
+    state.node = node;
+    return state;
+}
+
+AppState installing(std::string text, std::optional<AppState::Download> download = std::nullopt) {
+    AppState state;
+    state.setup = Setups::Installing{std::move(text)};
+    state.download = download;
+    return state;
+}
+
+AppState failed(std::string text) {
+    AppState state;
+    state.setup = Setups::Failed{std::move(text)};
+    return state;
+}
+
+AppState homeless(std::string text) {
+    AppState state;
+    state.homeError = std::move(text);
+    return state;
+}
+
+AppState unjoined() {
+    return ready(NodeStates::WaitingForLink{});
+}
+
+AppState joined(NodeState node = NodeStates::Running{}) {
+    auto state = ready(node);
+    state.joined = true;
+    return state;
+}
+
+AppState saying(AppState state, std::string_view message) {
+    state.linkMessage = message;
+    return state;
+}
+
+AppState checking(AppState state) {
+    state.checkingLink = true;
+    return saying(std::move(state), WindowTexts::checkingLink);
+}
+
+AppState pairing(PairingPhase phase, std::string text) {
+    auto state = ready(NodeStates::Pairing{});
+    state.pairing = {.sessionID = "00000000-0000-4000-8000-000000000000",
+                     .phase = std::move(phase),
+                     .text = std::move(text)};
+    return state;
+}
+
+AppState switched(AppState state, SwitchSnapshot switches) {
+    state.switches = switches;
+    state.accessibilityWasOn = switches.accessibility;
+    return state;
+}
+
+AppState stale() {
+    auto state = joined();
+    state.accessibilityWasOn = true;
+    return state;
+}
+
+AppState offered() {
+    auto state = joined();
+    state.replaceOffer = "tarnik://connect?code=AAAAAAAAAAAAAAAAAAAAAA";
+    return state;
+}
+
+AppState ending() {
+    auto state = joined();
+    state.stopping = true;
+    return state;
+}
+
+// More than the window shows of it.
+std::string longText() {
+    std::string text;
+    for (int line = 1; line <= 600; ++line)
+        text += "line " + std::to_string(line) + " of what the helper says while it reads the link\n";
+    return text + std::string(prompt);
+}
+
+}  // namespace
+
+std::vector<SampleScreen> sampleScreens() {
+    using namespace PairingPhases;
+    const std::string shown(prompt);
+    const AppState::Download part{.received = 18'100'000, .total = 40'100'000};
+    const AppState::Download unknown{.received = 18'100'000, .total = std::nullopt};
+    auto starting = installing("");
+    starting.joined = true;
+    auto halfStale = switched(joined(), {.screenRecording = true});
+
+    return {
+        {"getting-ready", installing("")},
+        {"installing", installing("Downloading tarnik's helper…")},
+        {"installing-download", installing("Downloading Node.js v24.22.1…", part)},
+        {"installing-download-unknown-size", installing("Downloading tarnik's helper…", unknown)},
+        {"installing-refused-link",
+         saying(installing("Downloading Node.js v24.22.1…", part), WindowTexts::stillInstalling)},
+        {"install-failed",
+         failed(describe(InstallFailure{.kind = InstallFailure::Kind::download, .what = "Node.js"}))},
+        {"helper-missing", ready(NodeStates::NotInstalled{})},
+        {"home-error", homeless("The node folder must be a full path (starting with /), not tarnik-node.")},
+        {"connect", unjoined()},
+        {"checking", checking(unjoined())},
+        {"refused-link", saying(unjoined(), WindowTexts::notALink)},
+        {"expired-link", saying(unjoined(), WindowTexts::linkExpired)},
+        {"pairing-reading", pairing(Starting{}, "")},
+        {"pairing-confirm", pairing(WaitingForYes{}, shown)},
+        {"pairing-long-text", pairing(WaitingForYes{}, longText())},
+        {"pairing-connecting", pairing(Connecting{}, shown)},
+        {"pairing-connected", pairing(Connected{}, shown)},
+        {"pairing-failed", pairing(Ended{ExitStatus::exited(1)}, shown + "\nThe link was already used.\n")},
+        {"connected-switches-off", joined()},
+        {"connected-one-switch", switched(joined(), {.accessibility = true})},
+        {"connected", switched(joined(), {.accessibility = true, .screenRecording = true})},
+        {"connected-stale-switch", stale()},
+        {"connected-stale-switch-and-screen", std::move(halfStale)},
+        {"connected-refused-link", saying(joined(), WindowTexts::notALink)},
+        {"connected-checking", checking(joined())},
+        {"reconnecting", joined(NodeStates::Restarting{Seconds(4)})},
+        {"reconnecting-at-start", std::move(starting)},
+        {"replace-offer", offered()},
+        {"stopping", ending()},
+    };
+}
+
+}  // namespace tarnik

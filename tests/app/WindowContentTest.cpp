@@ -1,0 +1,307 @@
+#include "app/model/WindowContent.h"
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "app/model/MenuContent.h"
+#include "app/model/SampleScreens.h"
+#include "app/model/TerminalTail.h"
+
+namespace tarnik {
+namespace {
+
+using Section = WindowContent::Section;
+using Key = WindowContent::Key;
+using Intent = WindowIntent::Kind;
+
+WindowContent contentOf(const AppState& state) {
+    return WindowContent::of(state, *Url::parse("https://tarnik.test"));
+}
+
+AppState sample(std::string_view name) {
+    const auto screens = sampleScreens();
+    const auto found = std::ranges::find(screens, name, &SampleScreen::name);
+    return found == screens.end() ? ADD_FAILURE() << "no screen " << name, AppState{} : found->state;
+}
+
+// "Cancel esc", "Continue return off"
+std::string summary(const WindowContent::Button& button) {
+    constexpr const char* keys[] = {"", " return", " esc", " return esc"};
+    return button.title + keys[static_cast<int>(button.key)] + (button.enabled ? "" : " off");
+}
+
+// All that differs between the screens, in the order in which it is drawn.
+std::string summary(const WindowContent& content) {
+    std::string text = content.symbol ? std::string(content.symbol->name) + ": " : "";
+    text += content.heading;
+    for (const auto& paragraph : content.paragraphs) text += " / " + paragraph;
+    if (std::holds_alternative<WindowContent::Busy>(content.progress)) text += " (busy)";
+    if (const auto* download = std::get_if<DownloadProgress>(&content.progress))
+        text += " (" + download->text + ")";
+    if (content.terminal) text += " (terminal)";
+    if (content.linkField) text += " " + content.linkField->placeholder;
+    if (content.linkField && !content.linkField->enabled) text += " off";
+    if (content.message) text += " | " + *content.message;
+    for (const auto& button : content.buttons) text += " [" + summary(button) + "]";
+    return text;
+}
+
+TEST(WindowContent, showsEachStateInItsWords) {
+    const std::string link =
+        "Connect this Mac / Open the link tarnik sent you in your chat and click “Open in tarnik”, or paste "
+        "the link here.";
+    const std::string bad = "exclamationmark.triangle: ";
+    const std::string again = " / Quit tarnik and open it again to try once more.";
+    const std::string download = "Couldn't download Node.js. Check your connection and try again.";
+    const std::string folder = "The node folder must be a full path (starting with /), not tarnik-node.";
+    const std::string good = "checkmark.circle.fill: This Mac is connected to your tarnik.";
+    const std::pair<const char*, std::string> cases[] = {
+        {"getting-ready", "Getting ready… (busy)"},
+        {"installing", "arrow.down.circle: Downloading tarnik's helper… (busy)"},
+        {"installing-download", "arrow.down.circle: Downloading Node.js v24.22.1… (18.1 MB of 40.1 MB)"},
+        {"install-failed", bad + "tarnik couldn't install its helper. / " + download + again},
+        {"helper-missing", bad + "tarnik's helper isn't there any more." + again},
+        {"home-error", bad + "tarnik can't use the folder for its helper. / " + folder + again},
+        {"connect", link + " https://tarnik.test/c/… [Continue return]"},
+        {"checking", link + " (busy) https://tarnik.test/c/… off | Checking the link… "
+                            "[Continue return off] [Cancel esc]"},
+        {"pairing-reading", "Reading the link… (busy) [Cancel esc]"},
+        {"pairing-confirm", " (terminal) [Connect return] [Cancel esc]"},
+        {"pairing-connecting", "Connecting… (busy) (terminal) [Cancel esc]"},
+        {"pairing-connected",
+         "checkmark.circle.fill: Connected. You can go back to your chat. [Done return esc]"},
+        {"pairing-failed", bad + "That didn't connect. Ask tarnik for a new link and open it again. "
+                                 "(terminal) [Done return esc]"},
+        {"connected", good},
+        {"connected-checking", good + " (busy) | Checking the link… [Cancel esc]"},
+        {"connected-refused-link", good + " | That doesn't look like a link from tarnik. Copy the whole link "
+                                          "from your chat and paste it here."},
+        {"reconnecting", "arrow.triangle.2.circlepath: Reconnecting…"},
+        {"replace-offer",
+         "This Mac is already connected to an tarnik account. / The link you opened is for connecting a Mac. "
+         "Connect this Mac to the account that sent it instead? Its current connection ends. Or keep things "
+         "as they are. [Connect to the new account] [Keep the current one esc]"},
+        {"stopping", "arrow.triangle.2.circlepath: Stopping… (busy)"},
+    };
+    for (const auto& [name, expected] : cases) EXPECT_EQ(summary(contentOf(sample(name))), expected) << name;
+}
+
+TEST(WindowContent, showsTheFirstSectionThatApplies) {
+    AppState state = sample("pairing-reading");
+    state.stopping = state.joined = true;
+    state.replaceOffer = "link";
+    state.node = NodeStates::Running{};
+    state.homeError = "no home";
+    state.setup = Setups::Failed{"no install"};
+    const auto expect = [&](Section section, const char* why) {
+        EXPECT_EQ(contentOf(state).section, section) << why;
+    };
+    expect(Section::stopping, "everything at once");
+    state.stopping = false;
+    expect(Section::replaceOffer, "no longer stopping");
+    state.replaceOffer.reset();
+    expect(Section::pairing, "no offer");
+    state.pairing.reset();
+    expect(Section::connected, "no pairing");
+    state.node = NodeStates::Restarting{};
+    expect(Section::reconnecting, "a node that comes back");
+    state.node = NodeStates::NotInstalled{};
+    expect(Section::problem, "no node on its way");
+    EXPECT_EQ(contentOf(state).paragraphs.front(), "no home");
+    state.homeError.reset();
+    EXPECT_EQ(contentOf(state).paragraphs.front(), "no install");
+    state.setup = Setups::Installing{"line"};
+    expect(Section::installing, "not installed yet");
+    state.setup = Setups::Ready{};
+    expect(Section::problem, "not installed any more");
+    state.node = NodeStates::WaitingForLink{};
+    expect(Section::link, "nothing else");
+}
+
+TEST(WindowContent, tellsAConnectedMachineFromOneThatWaits) {
+    const tarnik::Setup ready = Setups::Ready{};
+    struct Case {
+        NodeState node;
+        tarnik::Setup setup;
+        Section joined, unjoined;
+    };
+    const Case cases[] = {
+        {NodeStates::Running{}, ready, Section::connected, Section::link},
+        {NodeStates::Restarting{}, ready, Section::reconnecting, Section::link},
+        {NodeStates::Pairing{}, ready, Section::reconnecting, Section::link},
+        {NodeStates::Stopped{}, ready, Section::reconnecting, Section::link},
+        {NodeStates::WaitingForLink{}, ready, Section::link, Section::link},
+        {NodeStates::Stopped{}, Setups::Installing{""}, Section::reconnecting, Section::installing},
+        {NodeStates::Stopped{}, Setups::Installing{"line"}, Section::installing, Section::installing},
+        {NodeStates::Stopped{}, Setups::Failed{"text"}, Section::problem, Section::problem},
+    };
+    for (const auto& c : cases) {
+        AppState state{.setup = c.setup, .node = c.node};
+        EXPECT_EQ(contentOf(state).section, c.unjoined) << describe(c.node) << c.setup.index();
+        state.joined = true;
+        EXPECT_EQ(contentOf(state).section, c.joined) << describe(c.node) << c.setup.index();
+    }
+}
+
+TEST(WindowContent, givesEachButtonItsIntent) {
+    const std::map<std::string, Intent> intents{{"Continue", Intent::connectPasted},
+                                                {"Connect to the new account", Intent::connectOffer},
+                                                {"Keep the current one", Intent::keepCurrent},
+                                                {"Connect", Intent::confirmPairing},
+                                                {"Cancel", Intent::cancelPairing},
+                                                {"Done", Intent::finishPairing}};
+    for (const auto& [name, state] : sampleScreens())
+        for (const auto& button : contentOf(state).buttons)
+            EXPECT_EQ(button.intent.kind, intents.at(button.title)) << name;
+}
+
+TEST(WindowContent, offersASwitchOnlyWhileItIsOff) {
+    const auto row = [](const WindowContent::SwitchRow& shown) {
+        std::string text = std::string(shown.symbol.name) + " " + shown.title + (shown.on ? " on" : "");
+        if (shown.button) {
+            EXPECT_EQ(shown.button->intent.kind, Intent::requestSwitch);
+            text +=
+                " [" + shown.button->title + " " + std::string(rawValue(shown.button->intent.which)) + "]";
+        }
+        return text + (shown.hint ? " hint" : "");
+    };
+    const std::string off[] = {"circle Accessibility [Turn On… accessibility]",
+                               "circle Screen Recording [Turn On… screenRecording]"};
+    const std::string on[] = {"checkmark.circle.fill Accessibility on",
+                              "checkmark.circle.fill Screen Recording on"};
+    const std::tuple<const char*, std::string, std::string> cases[] = {
+        {"connect", off[0], off[1]},
+        {"connected-one-switch", on[0], off[1]},
+        {"connected", on[0], on[1]},
+        {"connected-stale-switch", off[0] + " hint", off[1]},
+        {"stopping", "circle Accessibility", "circle Screen Recording"},
+    };
+    for (const auto& [name, first, second] : cases) {
+        const auto rows = contentOf(sample(name)).switches.rows;
+        ASSERT_EQ(rows.size(), 2U);
+        EXPECT_EQ(row(rows[0]), first) << name;
+        EXPECT_EQ(row(rows[1]), second) << name;
+    }
+    const auto switches = contentOf({}).switches;
+    EXPECT_EQ(switches.heading, "So tarnik can work in your apps");
+    EXPECT_EQ(switches.text,
+              "Turn on these two switches for tarnik. It works in the background, in its own "
+              "windows, and leaves your cursor alone.");
+}
+
+// Each control's name, and what of its title the name must hold.
+std::vector<std::pair<std::string, std::string>> controlNames(const WindowContent& content) {
+    std::vector<std::pair<std::string, std::string>> names;
+    if (content.symbol) names.emplace_back(content.symbol->accessibleName, "");
+    if (content.progress.index() != 0) names.emplace_back(content.progressAccessibleName, "");
+    if (content.terminal) names.emplace_back(content.terminal->accessibleName, "");
+    if (content.linkField) names.emplace_back(content.linkField->accessibleName, "");
+    for (const auto& button : content.buttons) names.emplace_back(button.accessibleName, button.title);
+    for (const auto& row : content.switches.rows) {
+        names.emplace_back(row.symbol.accessibleName, row.title + (row.on ? " is on" : " is off"));
+        if (row.button) names.emplace_back(row.button->accessibleName, row.title);
+    }
+    return names;
+}
+
+TEST(SampleScreens, showEverySectionWithoutANamelessControl) {
+    std::set<std::string_view> names;
+    std::set<Section> sections;
+    for (const auto& [name, state] : sampleScreens()) {
+        const auto content = contentOf(state);
+        EXPECT_TRUE(names.insert(name).second) << name;
+        sections.insert(content.section);
+        EXPECT_FALSE(content.announcement.empty()) << name;
+        for (const auto& [said, title] : controlNames(content)) {
+            EXPECT_FALSE(said.empty()) << name;
+            EXPECT_NE(said.find(title), std::string::npos) << name << ": " << said;
+        }
+    }
+    EXPECT_EQ(sections.size(), static_cast<std::size_t>(Section::link) + 1);
+}
+
+TEST(WindowContent, boundsWhatOthersSayAndShowsItPlain) {
+    const std::string bad = "\x1B[31m<b>\xE2\x80\xAEtxt\a\x01";
+    const std::string hostile = bad + std::string(1'000'000, 'x') + bad + "\nend";
+    AppState failed{.setup = Setups::Failed{hostile}, .linkMessage = hostile};
+    AppState homeless{.homeError = hostile};
+    AppState installing{.setup = Setups::Installing{hostile}};
+    AppState pairing = sample("pairing-confirm");
+    pairing.pairing->text = hostile;
+    for (const auto& state : {failed, homeless, installing, pairing}) {
+        const auto content = contentOf(state);
+        const std::string shown =
+            summary(content) + content.announcement + (content.terminal ? content.terminal->text : "");
+        EXPECT_LT(shown.size(), maxTerminalTailBytes + 1000);
+        EXPECT_TRUE(std::ranges::all_of(shown, [](char c) { return c == '\n' || c < 0 || c >= ' '; }));
+        EXPECT_EQ(shown.find("\xE2\x80\xAE"), std::string::npos);
+    }
+    EXPECT_EQ(contentOf(AppState{.setup = Setups::Installing{"\n\x01"}}).heading, "Getting ready…");
+    EXPECT_TRUE(contentOf(pairing).terminal->text.ends_with("x[31m<b>txt\nend"));
+}
+
+TEST(TerminalTail, keepsLinesAndWholeCharacters) {
+    EXPECT_EQ(terminalTail("\n  a\r\n\n\tb  c\n \n"), "\n  a\n\nb  c");
+    std::string accents;
+    for (std::size_t i = 0; i < maxTerminalTailBytes; ++i) accents += "é";
+    EXPECT_EQ(terminalTail(accents + "!"), accents.substr(0, maxTerminalTailBytes - 2) + "!");
+    EXPECT_LE(terminalTail(std::string(20'000, '\xFF')).size(), maxTerminalTailBytes);
+}
+
+TEST(DownloadProgress, saysHowMuchOfHowMuch) {
+    constexpr auto most = std::numeric_limits<std::int64_t>::max();
+    struct Case {
+        AppState::Download download;
+        std::optional<int> permille;
+        const char* text;
+    };
+    const Case cases[] = {
+        {{0, 40'100'000}, 0, "0.0 MB of 40.1 MB"},
+        {{18'149'999, 40'050'000}, 453, "18.1 MB of 40.1 MB"},
+        {{7, 7}, 1000, "0.0 MB of 0.0 MB"},
+        {{950'000, std::nullopt}, std::nullopt, "1.0 MB"},
+        {{5'000'000, 4'000'000}, std::nullopt, "5.0 MB"},
+        {{5'000'000, 0}, std::nullopt, "5.0 MB"},
+        {{-1, 2'000'000}, 0, "0.0 MB of 2.0 MB"},
+        {{most, most}, 1000, "9223372036854.8 MB of 9223372036854.8 MB"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(DownloadProgress::of(c.download), (DownloadProgress{c.permille, c.text})) << c.text;
+}
+
+TEST(WindowContent, announcesWhatAPersonWaitsFor) {
+    const std::tuple<const char*, const char*, std::string> cases[] = {
+        {"connect", "expired-link", *sample("expired-link").linkMessage},
+        {"refused-link", "connected-refused-link", contentOf(sample("connected")).heading},
+        {"pairing-reading", "pairing-confirm", contentOf(sample("pairing-confirm")).announcement},
+        {"pairing-confirm", "pairing-long-text", ""},
+        {"connected-one-switch", "connected", "Screen Recording is on"},
+        {"reconnecting", "connected-one-switch",
+         contentOf(sample("connected")).heading + " Accessibility is on"},
+    };
+    for (const auto& [before, now, news] : cases)
+        EXPECT_EQ(contentOf(sample(now)).newsSince(contentOf(sample(before))), news) << before << now;
+    AppState more = sample("installing-download");
+    more.download->received += 1'000'000;
+    EXPECT_EQ(contentOf(more).newsSince(contentOf(sample("installing-download"))), "");
+}
+
+TEST(MenuContent, offersUpdatesOnlyWhereThereAreSome) {
+    const auto titles = [](UpdateCheck updates) {
+        std::string text;
+        for (const auto& entry : MenuContent::with(updates).entries)
+            text += entry.isSeparator() ? "| "
+                                        : std::string(entry.title) + " " + std::string(entry.key) +
+                                              std::to_string(static_cast<int>(*entry.action)) + " ";
+        return text;
+    };
+    EXPECT_EQ(titles(UpdateCheck::unavailable), "Open tarnik 0 | Quit tarnik q2 ");
+    EXPECT_EQ(titles(UpdateCheck::available), "Open tarnik 0 Check for Updates… 1 | Quit tarnik q2 ");
+}
+
+}  // namespace
+}  // namespace tarnik
