@@ -61,9 +61,8 @@ AppState checking(AppState state) {
 
 AppState pairing(PairingPhase phase, std::string text) {
     auto state = ready(NodeStates::Pairing{});
-    state.pairing = {.sessionID = "00000000-0000-4000-8000-000000000000",
-                     .phase = std::move(phase),
-                     .text = std::move(text)};
+    state.pairing = {
+        .sessionID = "00000000-0000-4000-8000-000000000000", .phase = phase, .text = std::move(text)};
     return state;
 }
 

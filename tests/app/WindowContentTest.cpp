@@ -225,11 +225,12 @@ TEST(SampleScreens, showEverySectionWithoutANamelessControl) {
 }
 
 TEST(WindowContent, boundsWhatOthersSayAndShowsItPlain) {
-    const std::string bad = "\x1B[31m<b>\xE2\x80\xAEtxt\a\x01";
+    const std::string turned{'\xE2', '\x80', '\xAE'};  // a mark of direction
+    const std::string bad = "\x1B[31m<b>" + turned + "txt\a\x01";
     const std::string hostile = bad + std::string(1'000'000, 'x') + bad + "\nend";
-    AppState failed{.setup = Setups::Failed{hostile}, .linkMessage = hostile};
-    AppState homeless{.homeError = hostile};
-    AppState installing{.setup = Setups::Installing{hostile}};
+    const AppState failed{.setup = Setups::Failed{hostile}, .linkMessage = hostile};
+    const AppState homeless{.homeError = hostile};
+    const AppState installing{.setup = Setups::Installing{hostile}};
     AppState pairing = sample("pairing-confirm");
     pairing.pairing->text = hostile;
     for (const auto& state : {failed, homeless, installing, pairing}) {
@@ -238,7 +239,7 @@ TEST(WindowContent, boundsWhatOthersSayAndShowsItPlain) {
             summary(content) + content.announcement + (content.terminal ? content.terminal->text : "");
         EXPECT_LT(shown.size(), maxTerminalTailBytes + 1000);
         EXPECT_TRUE(std::ranges::all_of(shown, [](char c) { return c == '\n' || c < 0 || c >= ' '; }));
-        EXPECT_EQ(shown.find("\xE2\x80\xAE"), std::string::npos);
+        EXPECT_EQ(shown.find(turned), std::string::npos);
     }
     EXPECT_EQ(contentOf(AppState{.setup = Setups::Installing{"\n\x01"}}).heading, "Getting ready…");
     EXPECT_TRUE(contentOf(pairing).terminal->text.ends_with("x[31m<b>txt\nend"));
