@@ -1,0 +1,99 @@
+#include "app/relocation/BundleMove.h"
+
+#include <charconv>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "app/relocation/BundleVersion.h"
+#include "core/driver/ProcessInspection.h"
+#include "core/foundation/Paths.h"
+#include "core/foundation/RemoveTree.h"
+
+namespace tarnik {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view prefix = ".tarnik-moving-";
+constexpr std::string_view suffix = ".app";
+
+std::string stagedName(pid_t pid) {
+    return std::string(prefix) + std::to_string(pid) + std::string(suffix);
+}
+
+// Whose staged copy has this name; none for any other name.
+std::optional<pid_t> moverOf(const std::string& name) {
+    if (!name.starts_with(prefix)) return std::nullopt;
+    pid_t pid = 0;
+    std::from_chars(name.data() + prefix.size(), name.data() + name.size(), pid);
+    return name == stagedName(pid) ? std::optional(pid) : std::nullopt;
+}
+
+std::unexpected<BundleMove::Failure> failed(const char* step, std::optional<FileError> error = {}) {
+    return std::unexpected(BundleMove::Failure{step, std::move(error)});
+}
+
+// What is at the path goes when this does: a copy that didn't get into its place, or what it replaced.
+class Staged {
+public:
+    explicit Staged(std::string path) : path_(std::move(path)) {}
+    ~Staged() { removeTree(path_); }
+    Staged(const Staged&) = delete;
+    Staged& operator=(const Staged&) = delete;
+
+    const std::string& path() const { return path_; }
+
+private:
+    const std::string path_;
+};
+
+}  // namespace
+
+std::string BundleMove::Failure::describe() const {
+    return error ? step + ": " + tarnik::describe(*error) : step;
+}
+
+std::expected<QuarantineReport, BundleMove::Failure> BundleMove::run(const BundleFiles& files,
+                                                                     pid_t pid) const {
+    const Staged staged(parentFolder(to) + "/" + stagedName(pid));
+    if (const auto copied = files.copy(from, staged.path()); !copied) return failed("copy", copied.error());
+    if (bundleVersion(staged.path()) != version || !isOurs(staged.path())) return failed("check");
+    auto report = clearQuarantineBelow(staged.path(), files);
+    if (isCancelled()) return failed("quit");
+    if (const auto placed = takePlace(staged.path(), files); !placed) return std::unexpected(placed.error());
+    return report;
+}
+
+// What was exchanged out must be what was judged before; something newer goes back to its place.
+std::expected<void, BundleMove::Failure> BundleMove::takePlace(const std::string& staged,
+                                                               const BundleFiles& files) const {
+    if (!replacing) {
+        if (const auto moved = files.moveIntoEmptyPlace(staged, to); !moved)
+            return failed("move", moved.error());
+        return {};
+    }
+    if (const auto exchanged = files.exchange(staged, to); !exchanged) {
+        return failed("exchange", exchanged.error());
+    }
+    if (bundleVersion(staged) == replacing) return {};
+    if (const auto back = files.exchange(staged, to); !back) return failed("exchange back", back.error());
+    return failed("another was installed");
+}
+
+void BundleMove::removeLeftovers(const std::string& folder, pid_t pid) {
+    std::vector<fs::path> leftovers;
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const auto mover = moverOf(entry->path().filename());
+        if (!mover) continue;
+        if (*mover == pid || ProcessInspection::waitForExit(*mover, Seconds::zero()))
+            leftovers.push_back(entry->path());
+    }
+    for (const auto& leftover : leftovers) removeTree(leftover);
+}
+
+}  // namespace tarnik

@@ -1,0 +1,40 @@
+#include "app/relocation/Relocator.h"
+
+#include <utility>
+
+#include "app/relocation/RelocationRun.h"
+
+namespace tarnik {
+
+Relocator::Relocator(RelocatorDeps deps)
+    : deps_(std::move(deps)),
+      record_(deps_.applicationSupport),
+      queue_(deps_.bundles.ownCopy ? deps_.makeQueue("tarnik.relocator") : nullptr) {}
+
+Relocator::~Relocator() {
+    if (!queue_) return;
+    ending_ = true;
+    deps_.pause.cut();
+    queue_->close();
+}
+
+void Relocator::relocateIfNeeded(std::function<void(Outcome)> done) {
+    auto tell = [main = deps_.mainThread.post, alive = std::weak_ptr(alive_),
+                 done = std::move(done)](Outcome outcome) {
+        main([alive, done, outcome = std::move(outcome)] {
+            if (!alive.expired()) done(outcome);
+        });
+    };
+    if (!queue_) return tell(RelocationOutcomes::Stay{});
+    queue_->post([this, tell = std::move(tell)] {
+        const RelocationRun::IsCancelled isCancelled = [this] { return ending_.load(); };
+        tell(RelocationRun(deps_, record_, isCancelled).perform());
+    });
+}
+
+void Relocator::recordWindow(const std::string& reason) {
+    if (!queue_) return;
+    queue_->post([this, line = Relocation::windowLine(reason, deps_.now())] { record_.append(line); });
+}
+
+}  // namespace tarnik

@@ -1,0 +1,31 @@
+#include "app/relocation/RelocatorDeps.h"
+
+#include <utility>
+
+#include <unistd.h>
+
+#include "app/model/BuildKind.h"
+#include "core/node/TarnikIdentity.h"
+#include "core/process/Spawner.h"
+
+namespace tarnik {
+
+RelocatorDeps RelocatorDeps::production(BundleOperations bundles, MainThread mainThread,
+                                        std::string applicationSupport) {
+    return {.bundles = std::move(bundles),
+            .mainThread = std::move(mainThread),
+            .applicationSupport = std::move(applicationSupport),
+            .installPath = std::string(TarnikIdentity::installPath),
+            .pid = ::getpid(),
+            .isDevelopmentBuild = tarnik::isDevelopmentBuild(),
+            .spawn = [](const SpawnRequest& request) -> std::expected<void, SpawnError> {
+                const auto child = Spawner::spawn(request);
+                if (!child) return std::unexpected(child.error());
+                return {};
+            },
+            .pause = Pause::production(),
+            .now = [] { return Relocation::RecordTime::clock::now(); },
+            .makeQueue = SerialQueue::withThread};
+}
+
+}  // namespace tarnik
