@@ -161,6 +161,17 @@ TEST(NodeInstaller, swapsNothingInAFolderThatIsNoLongerOurs) {
     EXPECT_FALSE(f.home.isInstalled());
 }
 
+TEST(NodeInstaller, asksTheRuntimeItself) {
+    const TemporaryFolder folder;
+    const auto version = [&](const std::string& script, mode_t mode = 0700) {
+        write(folder.path() + "/node", "#!/bin/sh\n" + script, mode);
+        return NodeInstallerDeps::production().runtimeVersion(folder.path() + "/node");
+    };
+    EXPECT_EQ(version("test $# = 1 && test $1 = --version && echo v1.2.3"), "v1.2.3");
+    EXPECT_EQ(version("echo v1.2.3; exit 1"), std::nullopt);
+    EXPECT_EQ(version("echo v1.2.3", 0600), std::nullopt);
+}
+
 TEST(NodeInstaller, quotesTarOnOneLine) {
     const TemporaryFolder folder;
     write(folder.path() + "/a", "no archive");
