@@ -1,0 +1,87 @@
+#include "app/updates/Updater.h"
+
+#include <utility>
+
+#include "core/foundation/OneLine.h"
+
+namespace tarnik {
+
+namespace {
+
+// Versions come from the feed; the log stays readable whatever is written there.
+constexpr std::size_t longestVersion = 64;
+
+std::string wholeSeconds(Seconds duration) {
+    return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(duration).count());
+}
+
+}  // namespace
+
+Updater::Updater(const UpdateSettings& settings, Deps deps) : deps_(std::move(deps)) {
+    if (!settings.isComplete() || !deps_.framework.makeController) return;
+    controller_ = deps_.framework.makeController(
+        [this, alive = std::weak_ptr(alive_)](const std::string& version, UpdateFramework::Install install) {
+            if (alive.expired()) return false;
+            updateReady(version, std::move(install));
+            return true;
+        });
+    controller_->start();
+    controller_->setAutomaticallyChecks();
+    controller_->setAutomaticallyDownloads();
+    timer_ = deps_.mainThread.repeat(QuietWatch::sampleEvery, [this] { look(); });
+}
+
+void Updater::updateReady(const std::string& version, UpdateFramework::Install install) {
+    deps_.log("update " + oneLine(version, longestVersion) +
+              " is ready; installing at the first quiet moment");
+    if (loop_.quitting) return;
+    install_ = std::move(install);
+    loop_.updateReady();
+}
+
+void Updater::look() {
+    const TimePoint now = deps_.now();
+    if (looking_ && now - looking_->since < longestLook) return;
+    if (looking_) loop_.watch.reset();  // what it would have seen is unknown, and the unknown isn't quiet
+    looking_.reset();
+    if (!sample_) return;
+
+    looking_ = Look{.number = ++looks_, .since = now};
+    const auto sample = sample_;  // ours may be gone before it returns
+    sample([this, alive = std::weak_ptr(alive_), number = looks_](const ActivitySample& seen) {
+        if (!alive.expired()) looked(number, seen);
+    });
+}
+
+void Updater::looked(std::uint64_t number, const ActivitySample& sample) {
+    if (!looking_ || looking_->number != number) return;  // lost, or heard already
+    looking_.reset();
+    const TimePoint now = deps_.now();
+    if (loop_.observe(sample, now) != UpdateInstallAction::installNow) return;
+    deps_.log("quiet for " + wholeSeconds(now - loop_.watch.quietSince().value_or(now)) +
+              " s: installing the update and relaunching");
+    install();
+}
+
+void Updater::checkForUpdates() {
+    const auto action = loop_.menuClick();
+    if (action == UpdateInstallAction::checkWithSparkle && controller_) controller_->checkForUpdates();
+    if (action != UpdateInstallAction::installNow) return;
+    deps_.log("Check for Updates… with an update waiting: installing it now");
+    install();
+}
+
+// Taken out before it runs, so that it never runs twice. We may be gone when it returns.
+void Updater::install() {
+    const auto install = std::exchange(install_, nullptr);
+    if (install) install();
+}
+
+void Updater::appWillQuit() {
+    timer_.reset();
+    install_ = nullptr;
+    if (loop_.quit() == UpdateInstallAction::installAtQuit)
+        deps_.log("quitting with an update ready: it installs as the app quits");
+}
+
+}  // namespace tarnik
