@@ -46,8 +46,10 @@ TEST(Files, writesOnlyRegularFiles) {
     EXPECT_EQ(writeFile(folder.path() + "/link", "x", 0600).error().code, ELOOP);
     EXPECT_EQ(writeFile(folder.path() + "/pipe", "x", 0600).error().code, ENXIO);
     EXPECT_EQ(writeFile("/dev/null", "x", 0600).error().code, EEXIST);
-    EXPECT_EQ(readFile(file, 4), "text");
+    EXPECT_EQ(readFile(folder.path() + "/link", 4), "text");
     EXPECT_EQ(readFile(file, 3), std::nullopt);
+    for (const char* other : {"/pipe", "", "/none"})
+        EXPECT_EQ(readFile(folder.path() + other, 9), std::nullopt);
 }
 
 }  // namespace

@@ -18,8 +18,6 @@ TEST(UniqueFd, closesOnceHoweverItWasMoved) {
     UniqueFd second(std::move(first));
     EXPECT_FALSE(first);
     first = std::move(second);
-    UniqueFd& same = first;
-    first = std::move(same);
     EXPECT_NE(::fcntl(number, F_GETFD), -1);
 
     errno = ENOENT;
