@@ -227,8 +227,8 @@ bool DriverSocketDirectory::isUnchangedAndOwned() const {
 }
 
 std::expected<void, FileError> DriverSocketDirectory::writeProcessIdentifier(pid_t pid) const {
-    const auto failed = [this](const char* call) {
-        return std::unexpected(FileError{.call = call + (" " + pidFilePath()), .code = errno});
+    const auto failed = [filePath = pidFilePath()](const char* call) {
+        return std::unexpected(FileError::last(call, filePath));
     };
     const UniqueFd folder = openUnchanged(*this);
     if (!folder) return std::unexpected(FileError{.call = "open " + path, .code = ESTALE});

@@ -16,10 +16,8 @@ namespace tarnik {
 
 namespace {
 
-// Takes errno as the call left it.
 std::unexpected<FileError> failed(const char* call, const std::string& path) {
-    const int code = errno;
-    return std::unexpected(FileError{.call = call + (" " + path), .code = code});
+    return std::unexpected(FileError::last(call, path));
 }
 
 // What `path` leads to, or the link itself; none when it can't be told.
@@ -39,6 +37,11 @@ int theEntryItself(const char* path, struct stat* found) {
 }
 
 }  // namespace
+
+FileError FileError::last(const char* call, const std::string& path) {
+    const int code = errno;  // before the text below takes memory
+    return {.call = call + (" " + path), .code = code};
+}
 
 std::string describe(const FileError& error) {
     return error.call + " failed: " + errorText(error.code);

@@ -18,6 +18,8 @@ struct FileError {
     std::string call;  // with its subject: "mkdir /x"
     int code = 0;      // an errno value
 
+    // Of a call that has just left its errno.
+    static FileError last(const char* call, const std::string& path);
     bool operator==(const FileError&) const = default;
 };
 

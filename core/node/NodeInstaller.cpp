@@ -1,6 +1,5 @@
 #include "core/node/NodeInstaller.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <utility>
 
@@ -30,7 +29,7 @@ bool isAtLeast(const std::string& version, const std::string& minimum) {
 // rename(2), with the failure named.
 std::expected<void, InstallError> move(const std::string& from, const std::string& to) {
     if (::rename(from.c_str(), to.c_str()) == 0) return {};
-    return std::unexpected(FileError{"rename " + from, errno});
+    return std::unexpected(FileError::last("rename", from));
 }
 
 std::expected<void, InstallError> makeFolder(const std::string& path) {
