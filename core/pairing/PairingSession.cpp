@@ -144,10 +144,8 @@ PairingSession::Snapshot PairingSession::makeSnapshot() const {
 // With the lock held. Of several untold changes within one phase only the last is worth telling, which bounds
 // what a slow listener lets pile up.
 void PairingSession::enqueueUpdate(std::optional<ExitStatus> ended) {
-    if (!updates_.empty() && updates_.back().snapshot.phase == phase_) {
-        if (!ended) ended = updates_.back().ended;
-        updates_.pop_back();
-    }
+    const auto* untold = updates_.empty() ? nullptr : &updates_.back();
+    if (untold && !untold->ended && untold->snapshot.phase == phase_) updates_.pop_back();
     updates_.push_back({makeSnapshot(), ended});
 }
 
