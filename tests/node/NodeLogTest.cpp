@@ -160,6 +160,7 @@ TEST(NodeLog, movesTheFileInTimeWhoeverFillsIt) {
 
 TEST(NodeLog, copiesPipesUntilTheyEndWhoeverStillHoldsIt) {
     Fixture f;
+    f.path = f.logs + "/c/node.log";
     auto log = f.log(1 << 20);
     const std::weak_ptr<NodeLog> kept = log;
     UniqueFd first = log->attach();
@@ -172,6 +173,8 @@ TEST(NodeLog, copiesPipesUntilTheyEndWhoeverStillHoldsIt) {
     second.reset();
     ASSERT_TRUE(eventually([&kept] { return kept.expired(); }));
     EXPECT_EQ(contents(f.path), "from an old node and a new one");
+    EXPECT_EQ(fs::status(f.logs + "/c").permissions(), fs::perms(0700));
+    EXPECT_EQ(fs::status(f.path).permissions(), fs::perms(0600));
 }
 
 }  // namespace

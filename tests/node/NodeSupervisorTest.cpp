@@ -117,12 +117,17 @@ TEST(NodeSupervisor, saysOnceWhatIsMissing) {
 
 TEST(NodeSupervisor, startsTheNodeOnItsOwnInput) {
     Fixture f;
-    f.startJoined();
+    f.install();
+    f.join();
+    auto deps = f.deps();
+    deps.nodeLog = NodeLog::make(f.folder.path() + "/log");
+    f.supervisor(deps).start();
     const auto& request = f.spawner.last().request();
     EXPECT_EQ(request.executable, f.home.nodeBinary());
     EXPECT_EQ(request.arguments, (std::vector<std::string>{f.home.entry(), "node", "run", "--parent-stdin"}));
     EXPECT_TRUE(request.standardInput.descriptor());
-    EXPECT_EQ(request.standardOutput, Stdio::null());
+    EXPECT_TRUE(request.standardOutput.descriptor());
+    EXPECT_EQ(request.standardOutput, request.standardError);
     EXPECT_EQ(request.environment.at("TARNIK_HOME"), f.home.path);
     f.supervisor().stop();
     EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
@@ -142,6 +147,7 @@ TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
         f.queue->advance(1ms);
         EXPECT_EQ(f.states.back(), NodeState(Running{}));
     }
+    EXPECT_EQ(f.spawner.last().request().standardOutput, Stdio::null());  // there is no log
     EXPECT_EQ(f.messages.front(), "the node stopped (exit 1)");
     f.queue->advance(60s);
     f.spawner.last().end(ExitStatus::signaled(SIGKILL));
@@ -166,6 +172,7 @@ TEST(NodeSupervisor, triesAgainWhenNothingCanBeStarted) {
     // The node was stopped for a connect command that then can't be started: it comes back.
     f.spawner.failure = SpawnError{"forkpty", EAGAIN};
     EXPECT_FALSE(f.supervisor().beginPairing("https://join.example", {}));
+    EXPECT_EQ(f.states.back(), NodeState(Restarting{4s}));
     f.spawner.failure.reset();
     f.queue->advance(4s);
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
@@ -179,6 +186,9 @@ TEST(NodeSupervisor, stopCancelsAPendingRestart) {
     f.queue->advance(1h);
     EXPECT_EQ(f.spawner.count(), 1U);
     EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+    f.supervisor().start();
+    f.spawner.last().end(ExitStatus::exited(1));
+    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff began anew
 }
 
 TEST(NodeSupervisor, ignoresTheLateWordOfAnOlderNode) {
@@ -232,6 +242,7 @@ TEST(NodeSupervisor, pairsAndHandsBackToTheNode) {
     EXPECT_EQ(f.spawner.at(0).handle()->exitStatus(), ExitStatus::exited(0));
     EXPECT_EQ(f.spawner.last().request().arguments,
               (std::vector<std::string>{f.home.entry(), "connect", "https://join.example"}));
+    EXPECT_EQ(f.spawner.last().request().environment.at("TARNIK_HOME"), f.home.path);
     EXPECT_EQ(f.states, (std::vector<NodeState>{Running{}, NodeStates::Pairing{}, Running{}}));
     EXPECT_FALSE(f.supervisor().runningPID());
     f.spawner.last().end(ExitStatus::exited(0));
@@ -258,7 +269,11 @@ TEST(NodeSupervisor, takesANewLinkOverAConnectedOne) {
     const auto second = f.pair("https://other.example");
     EXPECT_EQ(f.spawner.at(1).signals(), std::vector{SIGTERM});
     EXPECT_EQ(f.states.back(), NodeState(NodeStates::Pairing{}));
-    EXPECT_TRUE(second->isInProgress());
+    f.prompt(second);
+    second->confirm();
+    f.supervisor().stop();
+    EXPECT_TRUE(eventually([&] { return second->phase() == PairingPhase(PairingPhases::Connected{}); }))
+        << "this machine has joined";
 }
 
 TEST(NodeSupervisor, holdsANewEndpointBackWhilePairing) {
@@ -272,7 +287,7 @@ TEST(NodeSupervisor, holdsANewEndpointBackWhilePairing) {
     session->confirm();
     f.queue->advance(89s);
     EXPECT_EQ(f.spawner.count(), 2U);
-    f.queue->advance(15s);  // the next look
+    f.queue->advance(1s);
     EXPECT_EQ(f.spawner.count(), 3U);
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
     EXPECT_TRUE(f.spawner.last().request().environment.contains(endpointKey));

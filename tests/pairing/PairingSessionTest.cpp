@@ -75,6 +75,16 @@ struct Fixture {
         return exits;
     }
 
+    // What the first snapshot showed that told of the end.
+    std::string textAtTheEnd() {
+        EXPECT_TRUE(eventually([this] { return !toldExits().empty(); }));
+        const std::lock_guard lock(mutex);
+        for (const auto& update : updates) {
+            if (std::holds_alternative<Ended>(update.phase)) return update.text;
+        }
+        return "(no end was told)";
+    }
+
     std::size_t updateCount() {
         const std::lock_guard lock(mutex);
         return updates.size();
@@ -127,6 +137,8 @@ TEST(PairingSession, pressesEnterOnceAndOnlyAtThePrompt) {
 TEST(PairingSession, countsAsConnectedWhenTheCommandRunsOn) {
     Fixture f;
     f.startAndConfirm();
+    f.command().print(" Connecting.");
+    EXPECT_TRUE(eventually([&] { return f.session->snapshot().text.ends_with(" Connecting."); }));
     f.timers.advance(14.9s);
     EXPECT_EQ(f.session->phase(), PairingPhase(Connecting{}));
     f.timers.advance(0.1s);
@@ -140,10 +152,9 @@ TEST(PairingSession, endsWithTheCommandUntilItIsConnected) {
     Fixture f;
     f.startAndConfirm();
     f.joined = true;
-    f.timers.advance(1s);
+    f.command().handle()->markReaped([] { return ExitStatus::exited(0); });
+    f.timers.advance(15s);  // its end is there, and told only now
     f.command().end(ExitStatus::exited(0));
-    EXPECT_EQ(f.session->phase(), PairingPhase(Ended{ExitStatus::exited(0)}));
-    f.timers.advance(1min);
     EXPECT_EQ(f.session->phase(), PairingPhase(Ended{ExitStatus::exited(0)}));
     EXPECT_EQ(f.toldExits(), std::vector{ExitStatus::exited(0)});
 }
@@ -176,13 +187,12 @@ TEST(PairingSession, cancelEndsTheCommandAndAsksWhetherItHadJoined) {
 TEST(PairingSession, keepsTheLastCharactersOfLongOutput) {
     Fixture f;
     f.start();
-    const std::string family = "\U0001F469\u200D\U0001F467";  // one character, 11 bytes
-    for (int i = 0; i < 200; ++i) f.command().print(std::string(100, 'x'));
-    f.command().print(family + "end");
-    EXPECT_TRUE(eventually([&] { return f.session->snapshot().text.ends_with(family + "end"); }));
-    const auto text = f.session->snapshot().text;
-    EXPECT_LE(text.size(), PairingSession::maxTextBytes);
-    EXPECT_GE(text.size(), PairingSession::keptCharacters);
+    const std::string last = "\U0001F469\u200D\U0001F467 end";  // the family is one character
+    std::string kept;
+    while (kept.size() < 2 * (PairingSession::keptCharacters - 6)) kept += "\u00E9";
+    for (int i = 0; i < 2; ++i) f.command().print(kept);
+    f.command().print(last + '\xFF');
+    EXPECT_TRUE(eventually([&] { return f.session->snapshot().text == kept + last + "\uFFFD"; }));
 }
 
 TEST(PairingSession, isLeftAloneUntilAWhileAfterTheAnswer) {
@@ -199,16 +209,18 @@ TEST(PairingSession, isLeftAloneUntilAWhileAfterTheAnswer) {
 
 TEST(PairingSession, hearsOfAnExitThatComesBeforeItHasTheHandle) {
     Fixture f;
-    f.spawner.endsWhileStarting = ExitStatus::exited(127);
+    auto setup = f.setup();
     // The exit report waits for the handle, so it comes from another thread, as a reaper's does.
-    auto spawn = f.setup();
-    spawn.spawnPty = [inner = f.spawner.spawnPty()](const SpawnRequest& request,
-                                                    ChildProcess::OnExit onExit) {
-        return inner(request, [onExit](ExitStatus status) { std::thread([=] { onExit(status); }).detach(); });
+    setup.spawnPty = [&f, inner = f.spawner.spawnPty()](const SpawnRequest& request,
+                                                        ChildProcess::OnExit onExit) {
+        auto pty = inner(request, [onExit](ExitStatus status) { std::thread(onExit, status).detach(); });
+        f.command().print("No runtime.");
+        f.command().end(ExitStatus::exited(127));
+        return pty;
     };
-    f.session = PairingSession::start(std::move(spawn)).value();
-    EXPECT_TRUE(f.reaches(Ended{ExitStatus::exited(127)}));
-    EXPECT_TRUE(eventually([&] { return f.toldExits().size() == 1; }));
+    f.session = PairingSession::start(std::move(setup)).value();
+    EXPECT_EQ(f.textAtTheEnd(), "No runtime.");
+    EXPECT_EQ(f.session->phase(), PairingPhase(Ended{ExitStatus::exited(127)}));
 }
 
 // All that comes while a listener is told of a change waits its turn, the command's end too.
@@ -257,9 +269,8 @@ TEST(PairingSession, showsWhatARealCommandSaidLast) {
                          .environment = {{"PATH", Spawner::defaultPath}}};
         setup.spawnPty = PtyProcess::spawn;
         f.session = PairingSession::start(std::move(setup)).value();
-        EXPECT_TRUE(f.reaches(Ended{ExitStatus::exited(c.code)})) << c.why;
-        EXPECT_TRUE(f.session->snapshot().text.ends_with(c.last)) << c.why;
-        EXPECT_TRUE(eventually([&] { return f.toldExits().size() == 1; }));
+        EXPECT_TRUE(f.textAtTheEnd().ends_with(c.last)) << c.why;
+        EXPECT_EQ(f.toldExits(), std::vector{ExitStatus::exited(c.code)}) << c.why;
     }
 }
 

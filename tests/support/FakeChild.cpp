@@ -95,9 +95,7 @@ PairingSession::SpawnPty FakeSpawner::spawnPty() {
         UniqueFd master(ends[0]);
         auto& child = add(request, std::move(onExit));
         child.attachTerminal(UniqueFd(ends[1]));
-        auto pty = std::make_shared<PtyProcess>(child.handle(), std::move(master));
-        if (endsWhileStarting) child.end(*endsWhileStarting);
-        return pty;
+        return std::make_shared<PtyProcess>(child.handle(), std::move(master));
     };
 }
 

@@ -63,8 +63,7 @@ public:
     FakeChild& at(std::size_t index) { return *children_[index]; }
 
     FakeChild::Manners manners = FakeChild::Manners::obeys;
-    std::optional<SpawnError> failure;            // every start fails with it
-    std::optional<ExitStatus> endsWhileStarting;  // before its starter gets the handle
+    std::optional<SpawnError> failure;  // every start fails with it
 
 private:
     FakeChild& add(const SpawnRequest& request, ChildProcess::OnExit onExit);
