@@ -8,17 +8,14 @@
 
 #include "app/OwnBundle.h"
 #include "app/ProcessGround.h"
-#include "app/SignalWatch.h"
-#include "app/console/Console.h"
-#include "app/console/ConsoleLoop.h"
 #include "app/console/ConsoleOptions.h"
-#include "app/model/BuildSettings.h"
+#include "app/console/ConsoleProgram.h"
+#include "app/model/Machine.h"
 #include "core/driver/BundledDriver.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/UserHome.h"
-#include "core/node/TarnikIdentity.h"
-#include "core/updates/KeepAwakeHolder.h"
+#include "core/node/NodeRelease.h"
 
 extern char** environ;
 
@@ -58,57 +55,25 @@ std::optional<std::string> resourceFolder(const std::optional<std::string>& bund
     return *bundle + "/Contents/Resources";
 }
 
-int runConsole(const ConsoleOptions& options) {
+// Makes the folder for application support, in which the driver's folder goes, where the system has none. All
+// but the driver works without it.
+std::string applicationSupport(const std::string& userFolder) {
+    const std::string folder = userFolder + "/Library/Application Support";
+    if (const auto made = createFolders(folder, 0700); !made) {
+        std::fputs(("tarnik: " + describe(made.error()) + "\n").c_str(), stderr);
+    }
+    return folder;
+}
+
+Machine thisMachine(const std::optional<std::string>& bundle) {
     auto inherited = inheritedEnvironment();
     const std::string userFolder = homeDirectory(inherited);
-    auto home = NodeHome::resolve(options.nodeHome, userFolder);
-    if (!home) return refuse(describe(home.error()));
-    if (exists(home->path) && !isFolder(home->path)) {
-        return refuse("the node folder " + home->path + " isn't a folder");
-    }
-    if (options.bundle && !isFolder(*options.bundle))
-        return refuse(*options.bundle + " isn't a bundle folder");
-    const std::string applicationSupport = userFolder + "/Library/Application Support";
-    if (const auto made = createFolders(applicationSupport, 0700); !made) {
-        std::fputs(("tarnik: " + describe(made.error()) + "\n").c_str(), stderr);  // all but the driver works
-    }
-    auto wake = Spawner::pipe();
-    if (!wake) return refuse(describe(wake.error()));
-
-    const auto bundle = options.bundle ? options.bundle : ownBundle();
-    const auto settings = bundle ? BuildSettings::fromBundle(*bundle) : BuildSettings::fromPropertyList({});
-    Console::Machine machine{
-        .home = std::move(*home),
-        .userFolder = userFolder,
-        .inherited = inherited,
-        .webOrigin = settings.webOrigin,
-        .install = {.releaseBase = settings.nodeReleaseBase,
-                    .releasePublicKey = settings.nodeReleasePublicKey,
-                    .platform = std::string(NodeRelease::hostPlatform),
-                    .minimumVersion = settings.nodeMinVersion,
-                    .developmentRuntime = settings.developmentRuntime},
-        .supervisor = NodeSupervisorDeps::production(),
-        .driver = {.host = {.executable = BundledDriver::path(resourceFolder(bundle)),
-                            .applicationSupport = applicationSupport,
-                            .hostBundleID = std::string(TarnikIdentity::bundleIdentifier),
-                            .inherited = inherited},
-                   .switches = {options.switchesOn, options.switchesOn},
-                   .showsOutput = options.driverOutput},
-        .keepAwakePath = options.keepAwake.value_or(std::string(KeepAwakeHolder::path))};
-    machine.supervisor.connectedAfter = options.connectedAfter;
-    machine.supervisor.nodeLog = NodeLog::make(NodeLog::defaultPath(userFolder));
-
-    const auto loop = std::make_shared<ConsoleLoop>(STDIN_FILENO, std::move(*wake));
-    std::function<void(int)> onSignal;
-    const SignalWatch signals([&](int signal) { loop->post([&onSignal, signal] { onSignal(signal); }); });
-    Console console(loop, std::move(machine));
-    onSignal = [&console](int signal) { console.onSignal(signal); };
-    console.start(options.link);
-    loop->run({.onLine = [&](const std::string& line) { console.onLine(line); },
-               .onLineTooLong = [&] { console.onLineTooLong(); },
-               .onEndOfInput = [&] { console.onEndOfInput(); }});
-    if (console.waitsForNetwork()) ::_exit(console.exitStatus());
-    return console.exitStatus();
+    return {.userFolder = userFolder,
+            .applicationSupport = applicationSupport(userFolder),
+            .driverExecutable = BundledDriver::path(resourceFolder(bundle)),
+            .inherited = std::move(inherited),
+            .settings = bundle ? BuildSettings::fromBundle(*bundle) : BuildSettings::fromPropertyList({}),
+            .platform = std::string(NodeRelease::hostPlatform)};
 }
 
 int run(const std::vector<std::string>& words) {
@@ -120,7 +85,14 @@ int run(const std::vector<std::string>& words) {
         return EXIT_SUCCESS;
     }
     if (!options->console) return refuse("there is no window yet; start it with --console");
-    return runConsole(*options);
+    if (options->bundle && !isFolder(*options->bundle)) {
+        return refuse(*options->bundle + " isn't a bundle folder");
+    }
+    if (options->nodeHome && exists(*options->nodeHome) && !isFolder(*options->nodeHome)) {
+        return refuse("the node folder " + *options->nodeHome + " isn't a folder");
+    }
+    const auto bundle = options->bundle ? options->bundle : ownBundle();
+    return runConsole(*options, thisMachine(bundle), bundle);
 }
 
 }  // namespace

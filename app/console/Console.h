@@ -1,99 +1,90 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "app/console/ConsoleDriver.h"
-#include "app/console/ConsoleLoop.h"
+#include "app/AppDelegate.h"
 #include "app/console/ConsoleOutput.h"
 #include "app/console/PairingTranscript.h"
-#include "core/foundation/Url.h"
-#include "core/node/NodeInstaller.h"
-#include "core/node/NodeSupervisor.h"
+#include "app/console/SimulatedSwitches.h"
+#include "app/model/ChangeFeed.h"
+#include "app/model/WindowContent.h"
 
 namespace tarnik {
 
-// The terminal face: shows what the supervisor does, line by line, and passes on what the person types.
+// The terminal face: shows every change of the model line by line, the window as text, and passes on what the
+// person types.
 //
-// Owned by main(), and used on its thread, which never waits: what may take long runs on two queues, one for
-// the supervisor (stopping a helper takes up to 20 s) and one for the network.
+// Owned by the console program, one per run. Main thread only.
 class Console {
 public:
-    // What the console runs, and for whom.
-    struct Machine {
-        NodeHome home;
-        std::string userFolder;
-        Environment inherited;
-        Url webOrigin;
-        NodeInstaller::Settings install;
-        NodeSupervisorDeps supervisor;
-        ConsoleDriver::Setup driver;
-        std::string keepAwakePath;  // the executable whose processes hold the machine awake
-    };
-
-    Console(std::shared_ptr<ConsoleLoop> loop, Machine machine);
+    // `output` and `switches` outlive this. `readsNoMore` stops the input.
+    Console(MainThread mainThread, ConsoleOutput& output, SimulatedSwitches& switches,
+            std::shared_ptr<AppModel> model, std::function<void()> readsNoMore);
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    // Installs the helper if there is none, starts it, and pairs with the link if one is given.
-    void start(std::optional<std::string> link);
+    // What the shell shows; its operations hold `this`. `end` ends the program's loop.
+    Presentation presentation(std::function<void()> end);
+
+    // Whom to ask for what isn't the model's; before the first line comes. It outlives the lines.
+    void attach(AppDelegate& delegate) { delegate_ = &delegate; }
+
+    // Pairs with the link once the helper is there; a refusal then ends the program with status 1.
+    void pairWhenReady(std::string link) { startLink_ = std::move(link); }
 
     void onLine(const std::string& line);
     void onLineTooLong();
 
-    // Stops the helper and ends the loop. Asked again while the helper takes its time, ends the program at
-    // once; the helper then notices the end of its input.
-    void onSignal(int signal);
-    void quit();
-
     // Quits, but lets an install that has begun come to its end first.
     void onEndOfInput();
 
+    // Ends everything. Asked by a signal once more, ends the program at once; the helper then notices the end
+    // of its input.
+    void onSignal(int signal);
+
     int exitStatus() const { return exitStatus_; }
 
-    // A transfer goes on that may take long to end. It leaves nothing behind that matters, and nobody should
-    // wait.
-    bool waitsForNetwork() const { return setup_ == Setup::installing || checkingLink_; }
-
 private:
-    enum class Setup { installing, ready, failed };
-
-    void setupEnded(const std::optional<InstallError>& error, const std::optional<std::string>& link);
-    // Whether a refused link ends the program, as one given at the start does, or only earns a message.
-    enum class Refusal { ends, isTold };
-
-    void pair(const std::string& link, Refusal refusal);
-    void refuse(const std::string& why, Refusal refusal);
-    void linkChecked(const std::optional<Url>& joinURL, Refusal refusal);
-    void beginPairing(const std::string& joinURL);
-    void confirm(bool askedInWords);
-    void cancel();
-    void setSwitch(const std::string& words);
+    void willChange(const AppState& now, const AppState& next);
+    void showSetup(const Setup& setup, bool wasInstalling);
+    void showPairing(const PairingSession::Snapshot& snapshot);
+    void showLink(const AppState& now, const AppState& next);
+    void showWindow();
+    void showNews(const AppState& state);
     void showStatus();
     void showSample();
-    void showEndpoint(const std::optional<CuaDriverEndpoint>& endpoint);
-    void showUpdate(const PairingSession::Snapshot& snapshot, PairingTranscript& transcript);
-    void showState(const NodeState& state);
     void showError(const std::string& text);
+    void setSwitch(const std::string& words);
+    void pair(const std::string& link);
+    void confirm(bool askedInWords);
+    void cancel();
+    void later(std::function<void()> task);
+    void fail();
+    void quit();
 
-    const std::shared_ptr<ConsoleLoop>
-        loop_;  // sessions hold it weakly: one may end after the program's loop
-    const Machine machine_;
-    ConsoleOutput output_;
-    Setup setup_ = Setup::installing;
-    bool checkingLink_ = false;
-    bool pairing_ = false;
+    const MainThread mainThread_;
+    ConsoleOutput& output_;
+    SimulatedSwitches& switches_;
+    const std::shared_ptr<AppModel> model_;
+    const std::function<void()> readsNoMore_;
+    AppDelegate* delegate_ = nullptr;
+    std::optional<std::string> startLink_;
+    bool startLinkGiven_ = false;
     bool inputEnded_ = false;
-    bool quitting_ = false;
+    bool toldOfLink_ = false;  // since the last link was passed on
+    std::string installing_;   // the installer's last line
     int restarts_ = 0;
+    int driverRestarts_ = 0;
     int exitStatus_ = 0;
-    const std::shared_ptr<SerialQueue> network_;
-    const std::shared_ptr<SerialQueue> work_;
-    NodeSupervisor supervisor_;
-    ConsoleDriver driver_;
-    std::shared_ptr<PairingSession> session_;  // touched only on work_
+    PairingTranscript transcript_;
+    std::string sessionID_;               // of the transcript
+    std::optional<WindowContent> shown_;  // none while there is no window
+    const ChangeFeed feed_;
+    const std::shared_ptr<Console*> self_ = std::make_shared<Console*>(this);  // for what is done later
 };
 
 }  // namespace tarnik

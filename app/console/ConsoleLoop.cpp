@@ -1,7 +1,9 @@
 #include "app/console/ConsoleLoop.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <utility>
 
 #include <poll.h>
@@ -23,11 +25,50 @@ void ConsoleLoop::quit() {
     post([this] { running_ = false; });
 }
 
+MainThread ConsoleLoop::mainThread() {
+    const auto weak = weak_from_this();
+    return {.post =
+                [weak](Task task) {
+                    if (const auto loop = weak.lock()) loop->post(std::move(task));
+                },
+            .repeat =
+                [weak](Seconds interval, Task task) {
+                    const auto loop = weak.lock();
+                    return loop ? loop->repeat(interval, task) : RepeatingTimer(nullptr);
+                }};
+}
+
+RepeatingTimer ConsoleLoop::repeat(Seconds interval, const Task& task) {
+    const auto repeats = std::make_shared<bool>(true);
+    schedule(repeats, interval, task);
+    return RepeatingTimer([repeats] { *repeats = false; });
+}
+
+// Counted from now, so that what was slept through is not made up for.
+void ConsoleLoop::schedule(const std::shared_ptr<bool>& repeats, Seconds interval, const Task& task) {
+    due_.push(after(steadyNow(), interval), [this, repeats, interval, task] {
+        if (*repeats) task();
+        if (*repeats) schedule(repeats, interval, task);
+    });
+}
+
+int ConsoleLoop::millisecondsToNextDue() const {
+    const auto due = due_.nextDue();
+    if (!due) return -1;
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(*due - steadyNow()).count();
+    return static_cast<int>(std::clamp<decltype(wait)>(wait, 0, INT_MAX));
+}
+
+void ConsoleLoop::runDue() {
+    while (const auto task = due_.take(steadyNow())) (*task)();
+}
+
 void ConsoleLoop::run(const Handlers& handlers) {
     while (running_) {
         std::array<pollfd, 2> entries{pollfd{wake_.readEnd.get(), POLLIN, 0},
                                       pollfd{reading_ ? inputFd_ : -1, POLLIN, 0}};
-        if (::poll(entries.data(), entries.size(), -1) < 0) continue;  // EINTR
+        if (::poll(entries.data(), entries.size(), millisecondsToNextDue()) < 0) continue;  // EINTR
+        runDue();
         if (entries[0].revents != 0) runPosted();
         if (entries[1].revents != 0 && reading_) readInput(handlers);
     }

@@ -1,6 +1,5 @@
 #include "app/console/ConsoleOutput.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -10,6 +9,8 @@
 #include <string>
 
 #include <unistd.h>
+
+#include "app/model/DownloadProgress.h"
 
 namespace tarnik {
 namespace {
@@ -40,22 +41,11 @@ std::string timeOfDay() {
     return text.data();
 }
 
-// "12.3 MB of 40.1 MB"
-std::string amount(std::int64_t received, std::optional<std::int64_t> total) {
-    const auto megabytes = [](std::int64_t bytes) {
-        std::array<char, 32> text{};
-        std::snprintf(text.data(), text.size(), "%.1f MB", static_cast<double>(bytes) / 1e6);
-        return std::string(text.data());
-    };
-    return megabytes(received) + (total ? " of " + megabytes(*total) : "");
-}
-
-std::string bar(std::int64_t received, std::optional<std::int64_t> total) {
+std::string bar(const DownloadProgress& progress) {
     constexpr std::size_t width = 40;
-    if (!total || *total <= 0) return amount(received, total);
-    const double share = std::min(1.0, static_cast<double>(received) / static_cast<double>(*total));
-    const auto filled = static_cast<std::size_t>(share * static_cast<double>(width));
-    return "[" + std::string(filled, '#') + std::string(width - filled, '.') + "] " + amount(received, total);
+    if (!progress.permille) return progress.text;
+    const auto filled = static_cast<std::size_t>(*progress.permille) * width / 1000;
+    return "[" + std::string(filled, '#') + std::string(width - filled, '.') + "] " + progress.text;
 }
 
 std::string painted(bool coloured, std::string_view colour, std::string_view text) {
@@ -98,11 +88,13 @@ void ConsoleOutput::hint(std::string_view text) {
     writeAll(STDOUT_FILENO, painted(coloured_, dim, text) + "\n");
 }
 
-void ConsoleOutput::progress(std::int64_t received, std::optional<std::int64_t> total) {
+void ConsoleOutput::progress(const AppState::Download& download) {
+    const auto& [received, total] = download;
     if (total && *total < worthShowing) return;
     const bool complete = total && received >= *total;
+    const auto progress = DownloadProgress::of(download);
     if (onTerminal_) {
-        writeAll(STDOUT_FILENO, std::string(backToStart) + bar(received, total));
+        writeAll(STDOUT_FILENO, std::string(backToStart) + bar(progress));
         barShown_ = true;
         if (complete) clearBar();
         return;
@@ -110,7 +102,7 @@ void ConsoleOutput::progress(std::int64_t received, std::optional<std::int64_t> 
     const TimePoint now = steadyNow();
     if (now < nextProgressLine_ && !complete) return;
     nextProgressLine_ = after(now, betweenProgressLines);
-    line("install", amount(received, total));
+    line("install", progress.text);
 }
 
 void ConsoleOutput::clearBar() {

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "app/model/AppState.h"
 #include "core/foundation/Time.h"
 
 namespace tarnik {
@@ -24,9 +23,8 @@ public:
     // Only for a person at a terminal.
     void hint(std::string_view text);
 
-    // How far a download is, in bytes: a bar that stays in its place on a terminal, a line now and then
-    // elsewhere.
-    void progress(std::int64_t received, std::optional<std::int64_t> total);
+    // How far a download is: a bar that stays in its place on a terminal, a line now and then elsewhere.
+    void progress(const AppState::Download& download);
 
 private:
     void clearBar();

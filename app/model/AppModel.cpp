@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/model/NodeInstallation.h"
-#include "core/foundation/OneLine.h"
+#include "app/model/WindowTexts.h"
 #include "core/node/TarnikIdentity.h"
 #include "core/pairing/JoinLink.h"
 
@@ -13,13 +13,6 @@ namespace {
 constexpr Seconds pollInterval = Seconds(2);
 constexpr Seconds logDrain = Seconds(1);
 constexpr const char* accessibilityWasOnKey = "AccessibilityWasOn";
-
-constexpr const char* notALink =
-    "That doesn't look like a link from tarnik. Copy the whole link from your chat and paste it here.";
-constexpr const char* stillInstalling = "tarnik's helper is still installing. Try again in a moment.";
-constexpr const char* checking = "Checking the link…";
-constexpr const char* expired = "This link has expired or was already used. Ask tarnik for a new one.";
-constexpr const char* noThread = "This computer is too busy right now. Quit tarnik and open it again.";
 
 bool isUnderWay(const PairingSlot& slot) {
     return !std::holds_alternative<PairingSlots::None>(slot);
@@ -134,7 +127,7 @@ void AppModel::startInstallation() {
                 installed ? Setup(Setups::Ready{}) : Setup(Setups::Failed{describe(installed.error())});
             weak.run([setup](AppModel& m) { m.installationEnded(setup); });
         });
-    if (!started) installationEnded(Setups::Failed{noThread});
+    if (!started) installationEnded(Setups::Failed{std::string(WindowTexts::tooBusy)});
 }
 
 void AppModel::installationEnded(const Setup& setup) {
@@ -235,8 +228,8 @@ void AppModel::activitySample(std::function<void(ActivitySample)> done) {
 void AppModel::connect(const std::string& link, Replacing replacing) {
     if (state_.stopping) return;
     const auto code = JoinLink::code(link, webOrigin());
-    if (!code) return refuse(notALink);
-    if (!home_ || !hasStarted() || !home_->isInstalled()) return refuse(stillInstalling);
+    if (!code) return refuse(WindowTexts::notALink);
+    if (!home_ || !hasStarted() || !home_->isInstalled()) return refuse(WindowTexts::stillInstalling);
     if (isUnderWay(slot_)) return refuse(describe(PairingFailure::busy));
     if (home_->hasJoined() && replacing == Replacing::no) {
         return change([&](AppState& next) {
@@ -248,7 +241,7 @@ void AppModel::connect(const std::string& link, Replacing replacing) {
 }
 
 // A refusal ends an offer too: what it was for can't be done now.
-void AppModel::refuse(const std::string& why) {
+void AppModel::refuse(std::string_view why) {
     change([&](AppState& next) {
         next.linkMessage = why;
         next.replaceOffer.reset();
@@ -260,7 +253,7 @@ void AppModel::checkLink(const std::string& code) {
     slot_ = PairingSlots::Starting{attempt};
     wanted_ = attempt;
     change([](AppState& next) {
-        next.linkMessage = checking;
+        next.linkMessage = WindowTexts::checkingLink;
         next.replaceOffer.reset();
         next.pairing.reset();
     });
@@ -273,7 +266,7 @@ void AppModel::checkLink(const std::string& code) {
         });
     if (started) return;
     freeSlot();
-    refuse(noThread);
+    refuse(WindowTexts::tooBusy);
 }
 
 void AppModel::linkChecked(PairingAttempt attempt, const std::optional<Url>& joinURL) {
@@ -282,7 +275,7 @@ void AppModel::linkChecked(PairingAttempt attempt, const std::optional<Url>& joi
         return nodeQueue_->post([this, attempt, text = joinURL->text()] { beginPairing(attempt, text); });
     }
     freeSlot();
-    refuse(expired);
+    refuse(WindowTexts::linkExpired);
 }
 
 // On the queue, since it waits for the node's end.
@@ -304,6 +297,8 @@ void AppModel::pairingBegan(PairingAttempt attempt, const std::expected<Session,
     }
     if (isCurrent) {
         session_ = *session;
+        // Until the command has said a word there is something to show, and to cancel.
+        if (!state_.pairing) pairingUpdate(attempt, (*session)->snapshot());
     } else if ((*session)->isInProgress()) {  // cancelled while it began
         nodeQueue_->post([late = *session] { late->cancel(); });
     }

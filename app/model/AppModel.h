@@ -94,7 +94,7 @@ private:
     void pairingUpdate(PairingAttempt attempt, const PairingSession::Snapshot& snapshot);
     bool adopts(PairingAttempt attempt, const PairingSession::Snapshot& snapshot);
     Session freeSlot();
-    void refuse(const std::string& why);
+    void refuse(std::string_view why);
 
     const Machine machine_;
     const AppModelDeps deps_;

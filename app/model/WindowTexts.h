@@ -56,6 +56,7 @@ inline constexpr Text notALink =
     "That doesn't look like a link from tarnik. Copy the whole link from your chat and paste it here.";
 inline constexpr Text stillInstalling = "tarnik's helper is still installing. Try again in a moment.";
 inline constexpr Text linkExpired = "This link has expired or was already used. Ask tarnik for a new one.";
+inline constexpr Text tooBusy = "This computer is too busy right now. Quit tarnik and open it again.";
 
 // The switches.
 inline constexpr Text switchesHeading = "So tarnik can work in your apps";

@@ -14,6 +14,8 @@ public:
     ~RepeatingTimer() {
         if (end_) end_();
     }
+    RepeatingTimer(const RepeatingTimer&) = delete;
+    RepeatingTimer& operator=(const RepeatingTimer&) = delete;
     RepeatingTimer(RepeatingTimer&& other) noexcept : end_(std::exchange(other.end_, nullptr)) {}
     RepeatingTimer& operator=(RepeatingTimer&& other) noexcept {
         std::swap(end_, other.end_);

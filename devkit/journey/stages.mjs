@@ -236,8 +236,9 @@ export const stages = [
       const { code, appLink } = links.handOut();
       walk.launch('--link', appLink);
       const quotes = [await connectStarts(walk, 0), await walk.expect('pairing', 'waitingForYes', 0)];
+      const from = walk.console.mark;
       walk.console.send('cancel');
-      quotes.push(await walk.expect('pairing', String.raw`ended \(signal 15\)`, 0));
+      quotes.push(await walk.expect('pairing', 'none', from), await walk.expect('state', 'waitingForLink', from));
       await walk.quit();
       demand(links.isFresh(code), 'the link was used up without an Enter');
       return [...quotes, walk.console.describeExit()];

@@ -1,0 +1,110 @@
+#include "app/console/ConsoleProgram.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+#include <unistd.h>
+
+#include "app/AppDelegate.h"
+#include "app/SignalWatch.h"
+#include "app/console/Console.h"
+#include "app/console/ConsoleLoop.h"
+#include "app/console/DriverOutput.h"
+#include "app/model/UpdateSettings.h"
+#include "core/node/TarnikIdentity.h"
+
+namespace tarnik {
+namespace {
+
+constexpr int usageStatus = 2;
+
+// Holds what the command line chose, and only for this run.
+UserDefaults defaultsOf(const ConsoleOptions& options) {
+    return {.text = [home = options.nodeHome](const std::string& key) -> std::optional<std::string> {
+                return key == TarnikIdentity::nodeHomeDefaultsKey ? home : std::nullopt;
+            },
+            .flag = [](const std::string&) { return false; },
+            .setFlag = [](const std::string&) {}};
+}
+
+AppModelDeps modelDeps(const ConsoleOptions& options, AppPlatform platform, const DetachedWork& work,
+                       ConsoleOutput& output) {
+    const auto mainThread = platform.mainThread;
+    auto deps = AppModelDeps::production(std::move(platform), work);
+    deps.supervisor.connectedAfter = options.connectedAfter;
+    if (options.driverOutput) {
+        deps.driver = DriverHostDeps::production(
+            [mainThread, &output] { return attachDriverOutput(mainThread, output); });
+    }
+    if (options.keepAwake) {
+        deps.activity = [path = *options.keepAwake](auto nodePID, auto driverPID) {
+            auto sources = ActivitySources::production(std::move(nodePID), std::move(driverPID));
+            sources.holderPath = path;
+            return sources;
+        };
+    }
+    return deps;
+}
+
+}  // namespace
+
+int runConsole(const ConsoleOptions& options, Machine machine, const std::optional<std::string>& bundle) {
+    auto wake = Spawner::pipe();
+    if (!wake) {
+        std::fputs(("tarnik: " + describe(wake.error()) + "\n").c_str(), stderr);
+        return EXIT_FAILURE;
+    }
+    const DetachedWork work;
+    ConsoleOutput output;
+    SimulatedSwitches switches(output, {options.switchesOn, options.switchesOn});
+    const auto loop = std::make_shared<ConsoleLoop>(STDIN_FILENO, std::move(*wake));
+    std::function<void(int)> onSignal;
+    const SignalWatch signals([&](int signal) { loop->post([&onSignal, signal] { onSignal(signal); }); });
+    const auto mainThread = loop->mainThread();
+    const SystemLog log = [mainThread, &output](const std::string& text) {
+        mainThread.post([&output, text] { output.message(text); });
+    };
+    const auto model = AppModel::make(std::move(machine), modelDeps(options,
+                                                                    {.mainThread = mainThread,
+                                                                     .defaults = defaultsOf(options),
+                                                                     .switches = switches.operations(),
+                                                                     .log = log,
+                                                                     .windowInUse = [] { return false; }},
+                                                                    work, output));
+    if (model->state().homeError) {
+        std::fputs(("tarnik: " + *model->state().homeError + "\n").c_str(), stderr);
+        return usageStatus;
+    }
+    Console console(mainThread, output, switches, model, [&loop] { loop->closeInput(); });
+    AppDelegate delegate(
+        {.bundlePath = bundle,
+         .relocateIfNeeded = [](const auto& done) { done(RelocationOutcomes::Stay{}); },
+         .recordWindow = [](const std::string&) {},
+         .ensureLoginItem = [] {},
+         .makeUpdater =
+             [&] {
+                 const auto settings = bundle ? UpdateSettings::fromBundle(*bundle) : UpdateSettings{};
+                 return std::make_unique<Updater>(
+                     settings, Updater::Deps{.framework = {}, .mainThread = mainThread, .log = log});
+             },
+         .presentation = console.presentation([&loop] { loop->quit(); }),
+         .events = {.onLink = [](const auto&) {},
+                    .onSecondOpen = [](const auto&) {},
+                    .onBecameActive = [](const auto&) {}}},
+        model);
+    console.attach(delegate);
+    onSignal = [&console](int signal) { console.onSignal(signal); };
+    if (options.link) console.pairWhenReady(*options.link);
+    delegate.willFinishLaunching();
+    loop->post([&delegate] { delegate.didFinishLaunching(); });
+    loop->run({.onLine = [&](const std::string& line) { console.onLine(line); },
+               .onLineTooLong = [&] { console.onLineTooLong(); },
+               .onEndOfInput = [&] { console.onEndOfInput(); }});
+    // A transfer that goes on leaves nothing behind that matters, and nobody should wait for it.
+    if (!work.isIdle()) ::_exit(console.exitStatus());
+    return console.exitStatus();
+}
+
+}  // namespace tarnik

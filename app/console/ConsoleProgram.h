@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "app/console/ConsoleOptions.h"
+#include "app/model/Machine.h"
+
+namespace tarnik {
+
+// Runs the application with the terminal as its face, to the end; returns the exit status. On the main
+// thread, before any other thread was made.
+//
+// A program in a terminal is never moved, has no login item, and remembers nothing from run to run.
+int runConsole(const ConsoleOptions& options, Machine machine, const std::optional<std::string>& bundle);
+
+}  // namespace tarnik

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "app/console/ConsoleOutput.h"
+#include "app/platform/SwitchOperations.h"
+#include "core/switches/SwitchSnapshot.h"
+
+namespace tarnik {
+
+// The two privacy switches, as the person at the terminal turns them. Main thread.
+class SimulatedSwitches {
+public:
+    SimulatedSwitches(ConsoleOutput& output, SwitchSnapshot atStart) : output_(output), snapshot_(atStart) {}
+
+    void set(Switch which, bool on);
+
+    // These hold `this`.
+    SwitchOperations operations();
+
+private:
+    bool isOn(Switch which) const;
+
+    ConsoleOutput& output_;
+    SwitchSnapshot snapshot_;
+};
+
+}  // namespace tarnik

@@ -1,0 +1,45 @@
+#include "app/console/WindowText.h"
+
+namespace tarnik {
+namespace {
+
+std::string buttonText(const WindowContent::Button& button) {
+    return "[" + button.title + "]" + (button.enabled ? "" : " (not now)");
+}
+
+std::string rowText(const WindowContent::SwitchRow& row) {
+    std::string text = (row.on ? "(x) " : "( ) ") + row.title + ": " + row.description;
+    if (row.button) text += " " + buttonText(*row.button);
+    if (row.hint) text += " " + *row.hint;
+    return text;
+}
+
+}  // namespace
+
+std::vector<std::string> windowText(const WindowContent& content) {
+    std::vector<std::string> lines;
+    const auto add = [&](const std::string& text) {
+        if (!text.empty()) lines.push_back(text);
+    };
+    add(content.heading);
+    for (const auto& paragraph : content.paragraphs) add(paragraph);
+    if (content.linkField) add("<" + content.linkField->placeholder + ">");
+    if (content.message) add(*content.message);
+    std::string buttons;
+    for (const auto& button : content.buttons) buttons += (buttons.empty() ? "" : " ") + buttonText(button);
+    add(buttons);
+    add(content.switches.heading);
+    add(content.switches.text);
+    for (const auto& row : content.switches.rows) add(rowText(row));
+    return lines;
+}
+
+std::string menuText(const MenuContent& menu) {
+    std::string text;
+    for (const auto& entry : menu.entries) {
+        if (!entry.isSeparator()) text += (text.empty() ? "" : " | ") + std::string(entry.title);
+    }
+    return text;
+}
+
+}  // namespace tarnik

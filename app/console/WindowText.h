@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/model/MenuContent.h"
+#include "app/model/WindowContent.h"
+
+namespace tarnik {
+
+// The window as lines of text, from top to bottom: "[Continue]" is a button, "(x)" a switch that is on.
+std::vector<std::string> windowText(const WindowContent& content);
+
+// "Open tarnik | Quit tarnik"
+std::string menuText(const MenuContent& menu);
+
+}  // namespace tarnik

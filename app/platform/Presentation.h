@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "app/model/MenuContent.h"
+
+namespace tarnik {
+
+// What the shell lets the person see. Main thread; every call returns at once.
+struct Presentation {
+    std::function<void(const MenuContent&)> makeStatusItem;
+
+    // Brings the one window to the front of all applications, with the keyboard; makes it the first time, in
+    // the middle of the screen, and later shows it where it was.
+    std::function<void()> showWindow;
+
+    // One button, "OK", in front of all applications.
+    std::function<void(const std::string& title, const std::string& text)> showAlert;
+
+    // Ends the program's loop.
+    std::function<void()> end;
+};
+
+}  // namespace tarnik

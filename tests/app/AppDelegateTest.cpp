@@ -1,0 +1,219 @@
+#include "app/AppDelegate.h"
+
+#include <gtest/gtest.h>
+
+#include "app/model/ChangeFeed.h"
+#include "core/node/TarnikIdentity.h"
+#include "tests/support/FakeMachine.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+
+// A delegate whose every call to the outside is written down, in order.
+struct Fixture : FakeMachine {
+    std::vector<std::string> calls;
+    std::function<void(RelocationOutcome)> relocated;
+    std::function<void(const std::string&)> openLink;
+    std::function<void()> secondOpen;
+    std::function<void()> becomeActive;
+    std::function<bool(const std::string&, UpdateFramework::Install)> updateIsReady;
+    UpdateSettings updates;
+    std::optional<std::string> bundlePath;
+    int installed = 0;
+    std::optional<AppDelegate> made;
+
+    AppDelegate& delegate() {
+        if (!made) made.emplace(makeDeps(), sharedModel());
+        return *made;
+    }
+    void call(const std::string& name) { calls.push_back(name); }
+    AppDelegateDeps makeDeps() {
+        return {.bundlePath = bundlePath,
+                .relocateIfNeeded =
+                    [this](auto done) {
+                        call("relocate");
+                        relocated = std::move(done);
+                    },
+                .recordWindow = [this](const std::string& reason) { call("record " + reason); },
+                .ensureLoginItem = [this] { call("login item"); },
+                .makeUpdater =
+                    [this] {
+                        call("updater");
+                        return std::make_unique<Updater>(updates, updaterDeps());
+                    },
+                .presentation = {.makeStatusItem =
+                                     [this](const MenuContent& menu) {
+                                         call("menu of " + std::to_string(menu.entries.size()) +
+                                              (model().hasStarted() ? " too late" : ""));
+                                     },
+                                 .showWindow = [this] { call("window"); },
+                                 .showAlert = [this](const std::string& title,
+                                                     const std::string&) { call("alert " + title); },
+                                 .end = [this] { call("end"); }},
+                .events = {.onLink =
+                               [this](auto handler) {
+                                   call("links");
+                                   openLink = std::move(handler);
+                               },
+                           .onSecondOpen = [this](auto handler) { secondOpen = std::move(handler); },
+                           .onBecameActive = [this](auto handler) { becomeActive = std::move(handler); }}};
+    }
+    Updater::Deps updaterDeps() {
+        return {.framework = {.makeController =
+                                  [this](auto handler) {
+                                      updateIsReady = std::move(handler);
+                                      return UpdateFramework::Controller{
+                                          .start = [] {},
+                                          .setAutomaticallyChecks = [] {},
+                                          .setAutomaticallyDownloads = [] {},
+                                          .checkForUpdates = [this] { call("check for updates"); }};
+                                  }},
+                .mainThread = main.record(),
+                .log = [](const std::string&) {},
+                .now = [this] { return clock->now(); }};
+    }
+    void launch(const RelocationOutcome& outcome = RelocationOutcomes::Stay{}) {
+        delegate().willFinishLaunching();
+        delegate().didFinishLaunching();
+        relocated(outcome);
+    }
+    void useUpdates() { updates = {.feedURL = "https://feed.example", .publicKey = "key"}; }
+    void beReady() {
+        install();
+        join();
+        switches = {true, true};
+    }
+    ~Fixture() { made.reset(); }
+};
+
+TEST(AppDelegate, launchesInOrder) {
+    Fixture f;
+    f.bundlePath = TarnikIdentity::installPath;
+    f.useUpdates();
+    f.launch(RelocationOutcomes::StayWithMessage{"Move tarnik", "…"});
+    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "login item", "updater", "menu of 4",
+                                                 "record open", "window", "alert Move tarnik"}));
+    EXPECT_TRUE(f.model().hasStarted());
+    f.secondOpen();
+    f.delegate().reopen();
+    f.delegate().openWindow();
+    EXPECT_EQ(std::vector<std::string>(f.calls.begin() + 8, f.calls.end()),
+              (std::vector<std::string>{"record secondOpen", "window", "record reopen", "window",
+                                        "record open", "window"}));
+}
+
+TEST(AppDelegate, showsNothingWhereNothingIsNeeded) {
+    Fixture f;
+    f.bundlePath = "/Users/me/Downloads/tarnik.app";
+    f.beReady();
+    f.launch();
+    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "updater", "menu of 3"}));
+    f.switches.accessibility = false;
+    f.becomeActive();
+    EXPECT_FALSE(f.state().switches.accessibility);
+}
+
+TEST(AppDelegate, makesWayForAnotherCopy) {
+    Fixture f;
+    f.launch(RelocationOutcomes::Moving{});
+    f.settle();
+    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "end"}));
+    EXPECT_FALSE(f.model().hasStarted());
+}
+
+TEST(AppDelegate, givesAnEarlyLinkToTheModelOnce) {
+    Fixture f;
+    f.beReady();
+    std::filesystem::remove(NodeHome::resolve(f.texts.at("NodeHome"), "/").value().joinRecord());
+    f.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
+    f.delegate().willFinishLaunching();
+    f.openLink("not a link");
+    EXPECT_EQ(f.calls, std::vector<std::string>{"links"});
+    f.openLink(FakeMachine::link('a'));
+    f.openLink(FakeMachine::link('b'));
+    EXPECT_EQ(f.state().linkMessage, std::nullopt);
+    f.delegate().didFinishLaunching();
+    f.relocated(RelocationOutcomes::Stay{});
+    EXPECT_TRUE(f.state().checkingLink);
+    f.settle();
+    ASSERT_EQ(f.terminals.count(), 1U);
+    EXPECT_EQ(f.terminals.last().request().arguments.back(),
+              "https://join.example/c/" + FakeMachine::code('b'));
+    const auto windows = std::ranges::count(f.calls, "window");
+    f.openLink(FakeMachine::link('a'));
+    EXPECT_EQ(std::ranges::count(f.calls, "window"), windows + 1) << "whatever the model says to it";
+    EXPECT_EQ(f.terminals.count(), 1U);
+}
+
+TEST(AppDelegate, checksForUpdatesOnlyOnceThereIsAnUpdater) {
+    Fixture f;
+    f.useUpdates();
+    f.delegate().checkForUpdates();
+    f.launch();
+    f.delegate().checkForUpdates();
+    EXPECT_EQ(std::ranges::count(f.calls, "check for updates"), 1);
+}
+
+TEST(AppDelegate, installsAWaitingUpdateAtAQuietMoment) {
+    Fixture f;
+    f.useUpdates();
+    f.beReady();
+    f.launch();
+    f.settle();
+    f.updateIsReady("2", [&] { ++f.installed; });
+    f.advance(600s);
+    EXPECT_EQ(f.installed, 0);
+    f.advance(120s);
+    EXPECT_EQ(f.installed, 1);
+}
+
+TEST(AppDelegate, quitsInOrderAndOnce) {
+    Fixture f;
+    f.useUpdates();
+    f.beReady();
+    f.launch();
+    f.settle();
+    f.updateIsReady("2", [&] { ++f.installed; });
+    f.calls.clear();
+    f.delegate().quit();
+    f.delegate().quit();
+    EXPECT_TRUE(f.state().stopping);
+    f.openLink(FakeMachine::link());
+    f.secondOpen();
+    f.advance(900s);
+    EXPECT_EQ(f.calls, std::vector<std::string>{"end"});
+    EXPECT_EQ(f.installed, 0);
+    EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
+
+    Fixture early;
+    early.delegate().willFinishLaunching();
+    early.delegate().didFinishLaunching();
+    early.delegate().quit();
+    early.settle();
+    early.relocated(RelocationOutcomes::Stay{});
+    EXPECT_EQ(early.calls, (std::vector<std::string>{"links", "relocate", "end"}));
+}
+
+TEST(ChangeFeed, tellsAViewOnceOfManyChanges) {
+    FakeMachine f;
+    std::vector<SwitchSnapshot> seen;
+    std::optional<ChangeFeed> feed(std::in_place, f.sharedModel(), f.main.record(),
+                                   [&](const AppState& state) { seen.push_back(state.switches); });
+    for (const SwitchSnapshot switches : {SwitchSnapshot{true, false}, {true, true}, {false, true}}) {
+        f.switches = switches;
+        f.model().refreshSwitches();
+    }
+    EXPECT_TRUE(seen.empty());
+    f.main.run();
+    EXPECT_EQ(seen, (std::vector<SwitchSnapshot>{{false, true}}));
+    f.switches = {true, true};
+    f.model().refreshSwitches();
+    feed.reset();
+    f.main.run();
+    EXPECT_EQ(seen.size(), 1U);
+}
+
+}  // namespace
+}  // namespace tarnik

@@ -1,0 +1,399 @@
+#include "app/model/AppModel.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "app/model/WindowTexts.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeMachine.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+using enum AppModel::Replacing;
+
+const std::string notALink(WindowTexts::notALink);
+const std::string stillInstalling(WindowTexts::stillInstalling);
+const std::string busy = "This Mac is already connecting with another link. Finish or cancel that one first.";
+const std::string expired(WindowTexts::linkExpired);
+
+// Installed, started, and waiting for a link.
+struct Started : FakeMachine {
+    Started() {
+        install();
+        model().start();
+        settle();
+    }
+    void giveLink(char letter, AppModel::Replacing replacing = no) {
+        model().connect(link(letter), replacing);
+        settle();
+    }
+};
+
+TEST(AppModel, startsTheHelperThatIsThere) {
+    FakeMachine f;
+    f.install();
+    f.join();
+    f.model().start();
+    EXPECT_EQ(f.state().setup, tarnik::Setup(Setups::Installing{}));
+    EXPECT_EQ(f.nodes.count(), 0U);
+    f.settle();
+    EXPECT_EQ(f.state().setup, tarnik::Setup(Setups::Ready{}));
+    EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
+    EXPECT_TRUE(f.state().joined);
+    f.model().start();
+    f.settle();
+    EXPECT_EQ(f.nodes.count(), 1U);
+}
+
+TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
+    FakeMachine failing;
+    failing.releaseBase = "https://release.example";
+    failing.model().start();
+    failing.settle();
+    const auto* failed = std::get_if<Setups::Failed>(&failing.state().setup);
+    ASSERT_NE(failed, nullptr);
+    EXPECT_NE(failed->text.find("stable.json"), std::string::npos) << failed->text;
+    EXPECT_EQ(failing.state().node, NodeState(NodeStates::Stopped{}));
+
+    FakeMachine busyMachine;
+    busyMachine.threadsAreLeft = false;
+    busyMachine.model().start();
+    EXPECT_TRUE(std::holds_alternative<Setups::Failed>(busyMachine.state().setup));
+
+    FakeMachine homeless;
+    homeless.texts["NodeHome"] = "not/absolute";
+    homeless.model().start();
+    homeless.settle();
+    EXPECT_NE(homeless.state().homeError.value_or("").find("not/absolute"), std::string::npos);
+    EXPECT_FALSE(homeless.model().hasStarted());
+    homeless.model().connect(FakeMachine::link(), no);
+    EXPECT_EQ(homeless.state().linkMessage, stillInstalling);
+    bool stopped = false;
+    homeless.model().stop([&] { stopped = true; });
+    homeless.settle();
+    EXPECT_TRUE(stopped);
+}
+
+TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
+    FakeMachine f;
+    std::filesystem::create_directories(f.folder.path() + "/Library/LaunchAgents");
+    std::ofstream(f.folder.path() + "/Library/LaunchAgents/com.tarnik.node.plist")
+        << R"(<plist version="1.0"><dict><key>Label</key><string>com.tarnik.node</string>)"
+        << R"(<key>EnvironmentVariables</key><dict><key>OPENCLAW_STATE_DIR</key><string>)"
+        << f.texts.at("NodeHome") << "</string></dict></dict></plist>";
+    std::size_t nodesThen = 1;
+    f.deps.launchd.launchctl = [&](const std::vector<std::string>& arguments) {
+        nodesThen = f.nodes.count();
+        return ExitStatus::exited(arguments.at(0) == "bootout" ? 0 : 113);
+    };
+    f.install();
+    f.join();
+    f.model().start();
+    f.settle();
+    EXPECT_EQ(nodesThen, 0U);
+    EXPECT_EQ(f.nodes.count(), 1U);
+    EXPECT_EQ(f.log.at(0), "took over the node's LaunchAgent: stopped yes, removed yes");
+}
+
+TEST(AppModel, takesALinkOnlyByTheRules) {
+    FakeMachine early;
+    early.model().connect(FakeMachine::link(), no);
+    EXPECT_EQ(early.state().linkMessage, stillInstalling);
+    early.model().start();
+    early.model().connect(FakeMachine::link(), no);
+    EXPECT_EQ(early.state().linkMessage, stillInstalling);
+
+    Started f;
+    f.goodLinks = {FakeMachine::code('a')};
+    f.giveLink('b');
+    EXPECT_EQ(f.state().linkMessage, expired);
+    f.model().connect("see " + FakeMachine::link('a'), no);
+    EXPECT_EQ(f.state().linkMessage, notALink);
+    f.model().connect(FakeMachine::link('a'), no);
+    EXPECT_EQ(f.state().linkMessage, WindowTexts::checkingLink);
+    EXPECT_TRUE(f.state().checkingLink);
+    f.model().connect(FakeMachine::link('b'), no);
+    EXPECT_EQ(f.state().linkMessage, busy);
+    f.settle();
+    EXPECT_EQ(f.terminals.count(), 1U) << "the first goes on";
+    EXPECT_TRUE(f.pairingIs(PairingPhases::Starting{}));
+    EXPECT_EQ(f.state().linkMessage, std::nullopt);
+    f.giveLink('a');
+    EXPECT_EQ(f.state().linkMessage, busy);
+    EXPECT_EQ(f.terminals.count(), 1U);
+}
+
+TEST(AppModel, offersToReplaceAnAccount) {
+    Started f;
+    f.join();
+    f.goodLinks = {FakeMachine::code('a')};
+    f.giveLink('a');
+    EXPECT_EQ(f.state().replaceOffer, FakeMachine::link('a'));
+    EXPECT_EQ(f.terminals.count(), 0U);
+    f.model().keepCurrentConnection();
+    EXPECT_EQ(f.state().replaceOffer, std::nullopt);
+    f.giveLink('a', yes);
+    EXPECT_EQ(f.terminals.count(), 1U);
+    EXPECT_EQ(f.state().replaceOffer, std::nullopt);
+}
+
+TEST(AppModel, pairsAndShowsHowItEnded) {
+    Started f;
+    f.pairUpToPrompt();
+    f.model().confirmPairing();
+    EXPECT_EQ(f.terminals.last().typed(), "\n");
+    f.model().pairingFinished();
+    f.settle();
+    EXPECT_TRUE(f.state().pairing) << "it is not over";
+    f.join();
+    f.advance(15s);
+    EXPECT_TRUE(f.pairingIs(PairingPhases::Connected{}));
+    EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
+    EXPECT_TRUE(f.state().joined);
+    EXPECT_TRUE(f.model().needsAttention());
+    f.model().pairingFinished();
+    EXPECT_FALSE(f.state().pairing);
+
+    Started failing;
+    failing.pairUpToPrompt();
+    failing.terminals.last().end(ExitStatus::exited(1));
+    EXPECT_TRUE(failing.pairingIs(PairingPhases::Ended{ExitStatus::exited(1)}));
+    failing.giveLink('a');
+    EXPECT_EQ(failing.terminals.count(), 2U) << "the next link needs nobody to dismiss the last";
+}
+
+TEST(AppModel, aSessionThatCantBeginSaysSo) {
+    Started f;
+    f.goodLinks = {FakeMachine::code('a')};
+    f.terminals.failure = SpawnError{.call = "forkpty", .code = EAGAIN};
+    f.giveLink('a');
+    EXPECT_FALSE(f.state().checkingLink);
+    EXPECT_NE(f.state().linkMessage.value_or("").find("forkpty"), std::string::npos);
+    f.terminals.failure.reset();
+    f.giveLink('a');
+    EXPECT_EQ(f.terminals.count(), 1U);
+}
+
+// Cancelled at every moment, followed at once by another link: nothing of the first reaches the second.
+TEST(AppModel, aCancelledLinkIsForgottenWhereverItIs) {
+    Started whileChecking;
+    whileChecking.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
+    whileChecking.model().connect(FakeMachine::link('a'), no);
+    whileChecking.model().cancelPairing();
+    EXPECT_EQ(whileChecking.state().linkMessage, std::nullopt);
+    whileChecking.giveLink('b');
+    ASSERT_EQ(whileChecking.terminals.count(), 1U);
+    EXPECT_EQ(whileChecking.terminals.last().request().arguments.back(),
+              "https://join.example/c/" + FakeMachine::code('b'));
+
+    Started whileItBegins;
+    whileItBegins.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
+    whileItBegins.queues.at("tarnik.node")->hold();
+    whileItBegins.giveLink('a');
+    whileItBegins.model().cancelPairing();
+    whileItBegins.queues.at("tarnik.node")->letGo();
+    EXPECT_EQ(whileItBegins.terminals.count(), 0U);
+
+    Started began;  // its session is there, and the main thread doesn't know yet
+    began.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
+    began.queues.at("tarnik.node")->hold();
+    began.giveLink('a');
+    began.queues.at("tarnik.node")->letGo();
+    ASSERT_EQ(began.terminals.count(), 1U);
+    began.model().cancelPairing();
+    began.settle();
+    EXPECT_TRUE(began.terminals.last().handle()->exitStatus());
+    EXPECT_FALSE(began.state().pairing);
+    began.giveLink('b');
+    EXPECT_EQ(began.terminals.count(), 2U);
+    EXPECT_TRUE(began.pairingIs(PairingPhases::Starting{}));
+
+    Started underWay;
+    underWay.pairUpToPrompt();
+    underWay.model().cancelPairing();
+    EXPECT_FALSE(underWay.state().pairing);
+    underWay.settle();
+    EXPECT_FALSE(underWay.state().pairing) << "its last words come too late";
+    EXPECT_EQ(underWay.terminals.last().handle()->exitStatus(), ExitStatus::signaled(SIGTERM));
+}
+
+TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
+    Started f;
+    f.join();
+    f.switches = {true, false};
+    f.advance(2s);
+    EXPECT_EQ(f.state().status(Switch::screenRecording), SwitchStatus::notYet);
+    EXPECT_TRUE(f.flags.contains("AccessibilityWasOn"));
+    EXPECT_EQ(f.drivers.count(), 0U);
+    f.switches = {true, true};
+    f.advance(2s);
+    EXPECT_EQ(f.drivers.count(), 1U);
+    f.settle();
+    EXPECT_TRUE(f.state().endpoint);
+    f.advance(10s);
+    EXPECT_EQ(f.drivers.count(), 1U);
+    f.switches = {false, true};
+    f.advance(2s);
+    EXPECT_EQ(f.liveDrivers(), 0U);
+    EXPECT_FALSE(f.state().endpoint);
+    EXPECT_EQ(f.state().status(Switch::accessibility), SwitchStatus::mayBeStale);
+
+    FakeMachine later;
+    later.flags = f.flags;
+    EXPECT_EQ(later.state().status(Switch::accessibility), SwitchStatus::mayBeStale);
+}
+
+TEST(AppModel, asksForASwitchAndLooksAtOnce) {
+    Started f;
+    f.model().request(Switch::accessibility);
+    f.model().request(Switch::screenRecording);
+    f.switches.screenRecording = f.promptTurnsOn = true;
+    f.model().request(Switch::accessibility);
+    f.model().request(Switch::screenRecording);
+    EXPECT_EQ(f.requests, (std::vector<std::string>{"prompt accessibility", "settings accessibility",
+                                                    "prompt screenRecording", "settings screenRecording",
+                                                    "prompt accessibility"}));
+    EXPECT_TRUE(f.state().switches.screenRecording);
+}
+
+TEST(AppModel, wantsToBeSeenWhenThePersonHasToAct) {
+    FakeMachine f;
+    f.switches = {true, true};
+    f.install();
+    f.join();
+    EXPECT_TRUE(f.model().needsAttention()) << "the switches were not read yet";
+    f.model().start();
+    EXPECT_FALSE(f.model().needsAttention());
+    f.settle();
+    EXPECT_FALSE(f.model().needsAttention());
+    f.switches.screenRecording = false;
+    f.advance(2s);
+    EXPECT_TRUE(f.model().needsAttention());
+
+    Started unjoined;
+    unjoined.switches = {true, true};
+    unjoined.advance(2s);
+    EXPECT_TRUE(unjoined.model().needsAttention());
+}
+
+TEST(AppModel, samplesWhatIsGoingOn) {
+    FakeMachine f;
+    std::vector<ActivitySample> samples;
+    const auto take = [&] {
+        f.model().activitySample([&](const ActivitySample& sample) { samples.push_back(sample); });
+        f.main.run();
+    };
+    take();
+    EXPECT_TRUE(samples.back().settingUp);
+    EXPECT_EQ(samples.back().nodePID, std::nullopt);
+    f.install();
+    f.join();
+    f.switches = {true, true};
+    f.model().start();
+    f.settle();
+    f.windowInUse = true;
+    take();
+    EXPECT_FALSE(samples.back().settingUp);
+    EXPECT_TRUE(samples.back().windowInUse);
+    EXPECT_EQ(samples.back().nodePID, f.nodes.last().handle()->pid());
+    EXPECT_EQ(samples.back().driverPID, f.drivers.last().handle()->pid());
+    f.model().connect(FakeMachine::link(), yes);
+    take();
+    EXPECT_TRUE(samples.back().settingUp);
+    f.settle();
+    take();
+    EXPECT_FALSE(samples.back().settingUp) << "a refused link is no work";
+}
+
+TEST(AppModel, stopsSessionNodeAndDriverAndThenSaysSo) {
+    Started f;
+    f.switches = {true, true};
+    f.advance(2s);
+    f.pairUpToPrompt();
+    EXPECT_EQ(f.liveDrivers(), 1U);
+    bool stopped = false;
+    f.model().stop([&] { stopped = true; });
+    EXPECT_FALSE(stopped);
+    EXPECT_TRUE(f.state().stopping);
+    f.settle();
+    EXPECT_TRUE(stopped);
+    EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
+
+    const auto published = f.states.size();
+    f.switches = {false, true};
+    f.model().connect(FakeMachine::link(), no);
+    f.model().refreshSwitches();
+    f.advance(60s);
+    EXPECT_EQ(f.states.size(), published);
+    EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
+}
+
+TEST(AppModel, whatComesAfterItsEndIsHarmless) {
+    auto f = std::make_unique<Started>();
+    f->goodLinks = {FakeMachine::code('a')};
+    f->model().connect(FakeMachine::link('a'), no);
+    auto late = std::exchange(f->detached, {});
+    f.reset();
+    for (auto& task : late) task = nullptr;
+}
+
+// Whatever comes in whatever order: one helper, one driver, one session at a time, and silence at the end.
+TEST(AppModel, keepsItsPromisesThroughRandomEvents) {
+    for (unsigned seed = 1; seed <= 60; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        const auto chance = [&](unsigned of) { return random() % of == 0; };
+        FakeMachine f;
+        if (!chance(4)) f.install();
+        if (chance(2)) f.join();
+        f.goodLinks = {FakeMachine::code('a')};
+        f.model().start();
+        for (int step = 0; step < 60; ++step) {
+            switch (random() % 12) {
+                case 0:
+                    f.model().connect(FakeMachine::link(chance(3) ? 'b' : 'a'), chance(2) ? yes : no);
+                    break;
+                case 1: f.model().cancelPairing(); break;
+                case 2: f.model().confirmPairing(); break;
+                case 3: f.model().pairingFinished(); break;
+                case 4: f.switches = {!chance(3), !chance(3)}; break;
+                case 5: f.advance(chance(2) ? 1s : 16s); break;
+                case 6:
+                    if (f.terminals.count() > 0 && !f.terminals.last().handle()->exitStatus())
+                        f.terminals.last().print("Press Enter to connect it");
+                    break;
+                case 7:
+                    if (auto& from = chance(2) ? f.terminals : f.nodes; from.count() > 0)
+                        from.last().end(ExitStatus::exited(1));
+                    break;
+                case 8:
+                    if (f.drivers.count() > 0) f.drivers.last().end(ExitStatus::exited(1));
+                    break;
+                case 9: f.queues.at("tarnik.node")->hold(); break;
+                case 10: f.queues.at("tarnik.node")->letGo(); break;
+                default: f.settle();
+            }
+            ASSERT_LE(f.liveNodes(), 1U) << "step " << step;
+            ASSERT_LE(f.liveDrivers(), 1U) << "step " << step;
+        }
+        bool stopped = false;
+        f.model().stop([&] { stopped = true; });
+        f.queues.at("tarnik.node")->letGo();
+        f.settle();
+        ASSERT_TRUE(stopped);
+        const auto published = f.states.size();
+        f.advance(30s);
+        EXPECT_EQ(f.states.size(), published);
+        EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
+        EXPECT_FALSE(f.state().pairing);
+    }
+}
+
+}  // namespace
+}  // namespace tarnik

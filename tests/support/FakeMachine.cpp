@@ -1,0 +1,191 @@
+#include "tests/support/FakeMachine.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include <sys/stat.h>
+
+#include "tests/support/Eventually.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+
+const std::string origin = "https://tarnik.example";
+
+void write(const std::string& path) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path) << "";
+    ::chmod(path.c_str(), 0700);
+}
+
+}  // namespace
+
+void HeldQueue::post(Task task) {
+    if (holding_) {
+        held_.push_back(std::move(task));
+    } else {
+        inner_->post(std::move(task));
+    }
+}
+
+void HeldQueue::letGo() {
+    holding_ = false;
+    for (auto& task : std::exchange(held_, {})) inner_->post(std::move(task));
+}
+
+void HeldQueue::close() {
+    held_.clear();
+    inner_->close();
+}
+
+FakeMachine::FakeMachine() {
+    texts["NodeHome"] = folder.path() + "/node";
+    deps.platform = {.mainThread = main.record(),
+                     .defaults = {.text = [this](const std::string& key) -> std::optional<std::string> {
+                                      return texts.contains(key) ? std::optional(texts.at(key))
+                                                                 : std::nullopt;
+                                  },
+                                  .flag = [this](const std::string& key) { return flags.contains(key); },
+                                  .setFlag = [this](const std::string& key) { flags.insert(key); }},
+                     .switches = {.isOn =
+                                      [this](Switch which) {
+                                          return which == Switch::accessibility ? switches.accessibility
+                                                                                : switches.screenRecording;
+                                      },
+                                  .prompt =
+                                      [this](Switch which) {
+                                          requests.push_back("prompt " + std::string(rawValue(which)));
+                                          return promptTurnsOn;
+                                      },
+                                  .openSettings =
+                                      [this](Switch which) {
+                                          requests.push_back("settings " + std::string(rawValue(which)));
+                                      }},
+                     .log = [this](const std::string& text) { log.push_back(text); },
+                     .windowInUse = [this] { return windowInUse; }};
+    deps.supervisor = NodeSupervisorDeps::production();
+    deps.supervisor.spawn = nodes.spawn();
+    deps.supervisor.spawnPty = terminals.spawnPty();
+    deps.supervisor.now = [this] { return clock->now(); };
+    deps.driver = DriverHostDeps::production();
+    deps.driver.launch = [this](const DriverLaunch& launch, int livenessFd, ChildProcess::OnExit onExit) {
+        return drivers.spawn()({.executable = launch.executable,
+                                .arguments = launch.arguments,
+                                .environment = launch.environment,
+                                .standardInput = Stdio::fd(livenessFd)},
+                               std::move(onExit));
+    };
+    deps.driver.socketReady = [](const std::string&) { return true; };
+    deps.driver.now = [this] { return clock->now(); };
+    deps.installer.fetch = [](const std::string&) -> std::expected<std::string, InstallError> {
+        return std::unexpected(InstallFailure{InstallFailure::Kind::download, "stable.json"});
+    };
+    deps.launchd = {.launchctl = [](const std::vector<std::string>&) { return ExitStatus::exited(0); },
+                    .removeFile = [](const std::string&) { return true; }};
+    deps.fetchAnswer = [this](const std::string& url) -> std::optional<std::string> {
+        for (const auto& good : goodLinks) {
+            if (url == origin + "/c/" + good + "/app")
+                return R"({"v":1,"join":"https://join.example/c/)" + good + R"("})";
+        }
+        return std::nullopt;
+    };
+    deps.activity = [this](ActivitySources::RunningPID nodePID, ActivitySources::RunningPID driverPID) {
+        auto sources = ActivitySources::production(std::move(nodePID), std::move(driverPID));
+        sources.processesUnder = [](pid_t) { return std::vector<ProcessEntry>(); };
+        sources.cpuSeconds = [](pid_t) { return 1.0; };
+        sources.now = [this] { return ActivitySample::Moment{.steady = clock->now(), .process = {}}; };
+        return sources;
+    };
+    deps.detach = [this](const std::string&, DetachedWork::Task task) {
+        if (threadsAreLeft) detached.push_back(std::move(task));
+        return threadsAreLeft;
+    };
+    deps.makeQueue = deps.supervisor.makeQueue =
+        deps.driver.makeQueue = [this](const std::string& label) { return makeQueue(label); };
+}
+
+FakeMachine::~FakeMachine() {
+    model_.reset();
+}
+
+std::shared_ptr<SerialQueue> FakeMachine::makeQueue(const std::string& label) {
+    timed_.push_back(std::make_shared<ManualQueue>(clock));
+    return queues[label] = std::make_shared<HeldQueue>(timed_.back());
+}
+
+const std::shared_ptr<AppModel>& FakeMachine::sharedModel() {
+    if (model_) return model_;
+    BuildSettings settings{.webOrigin = Url::parse(origin).value()};
+    if (releaseBase) settings.nodeReleaseBase = Url::parse(*releaseBase);
+    settings.nodeReleasePublicKey = "AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA";
+    model_ = AppModel::make({.userFolder = folder.path(),
+                             .applicationSupport = folder.path(),
+                             .driverExecutable = "/driver",
+                             .inherited = {{"PATH", "/bin"}},
+                             .settings = settings,
+                             .platform = "darwin-arm64"},
+                            deps);
+    model_->observe([this](const AppState&, const AppState& next) { states.push_back(next); });
+    return model_;
+}
+
+AppModel& FakeMachine::model() {
+    return *sharedModel();
+}
+
+void FakeMachine::install() const {
+    const auto home = NodeHome::resolve(texts.at("NodeHome"), folder.path()).value();
+    write(home.nodeBinary());
+    write(home.entry());
+}
+
+void FakeMachine::join() const {
+    write(NodeHome::resolve(texts.at("NodeHome"), folder.path()).value().joinRecord());
+}
+
+std::string FakeMachine::link(char letter) {
+    return origin + "/c/" + code(letter);
+}
+
+void FakeMachine::settle() {
+    while (!detached.empty() || main.waiting() > 0) {
+        for (auto& task : std::exchange(detached, {})) task();
+        main.run();
+    }
+}
+
+void FakeMachine::advance(Seconds by) {
+    constexpr Seconds step = 500ms;
+    for (Seconds gone = 0s; gone < by; gone += step) {
+        main.advance(std::min(step, by - gone));
+        for (std::size_t index = 0; index < timed_.size(); ++index) timed_[index]->advance(0s);
+        settle();
+    }
+}
+
+void FakeMachine::pairUpToPrompt() {
+    goodLinks.insert(code('a'));
+    model().connect(link('a'), AppModel::Replacing::no);
+    settle();
+    terminals.last().print("Press Enter to connect it");
+    pairingIs(PairingPhases::WaitingForYes{});
+}
+
+bool FakeMachine::pairingIs(const PairingPhase& phase) {
+    return eventually([&] {
+        settle();
+        return state().pairing && state().pairing->phase == phase;
+    });
+}
+
+std::size_t FakeMachine::live(FakeSpawner& spawner) {
+    std::size_t count = 0;
+    for (std::size_t index = 0; index < spawner.count(); ++index) {
+        if (!spawner.at(index).handle()->exitStatus()) ++count;
+    }
+    return count;
+}
+
+}  // namespace tarnik

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "app/model/AppModel.h"
+#include "tests/support/FakeChild.h"
+#include "tests/support/ManualMainThread.h"
+#include "tests/support/ManualQueue.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+
+// A queue whose posted tasks can be held back, for answers that come late. The rest is the manual one's.
+class HeldQueue final : public SerialQueue {
+public:
+    explicit HeldQueue(std::shared_ptr<ManualQueue> inner) : inner_(std::move(inner)) {}
+
+    void hold() { holding_ = true; }
+    void letGo();
+
+    void post(Task task) override;
+    Timer postAfter(Seconds delay, Task task) override { return inner_->postAfter(delay, std::move(task)); }
+    void cancel(Timer timer) override { inner_->cancel(timer); }
+    void run(const Task& task) override { inner_->run(task); }
+    void close() override;
+
+private:
+    const std::shared_ptr<ManualQueue> inner_;
+    bool holding_ = false;
+    std::deque<Task> held_;
+};
+
+// A machine for AppModel on which nothing really happens: made-up time, children, network, switches and
+// defaults; a real node home in a temporary folder.
+class FakeMachine {
+public:
+    FakeMachine();
+    ~FakeMachine();
+    FakeMachine(const FakeMachine&) = delete;
+    FakeMachine& operator=(const FakeMachine&) = delete;
+
+    // Made at the first use; change what follows before.
+    AppModel& model();
+    const std::shared_ptr<AppModel>& sharedModel();
+    const AppState& state() { return model().state(); }
+
+    void install() const;
+    void join() const;
+    static std::string link(char letter = 'a');  // one whose code is this letter 22 times
+    static std::string code(char letter) { return std::string(22, letter); }
+
+    // Runs what waits: detached work, then the main thread, until nothing is left.
+    void settle();
+    void advance(Seconds by);
+
+    // Up to the session of an accepted link; it has printed its prompt.
+    void pairUpToPrompt();
+    bool pairingIs(const PairingPhase& phase);  // soon, since terminals are read on threads of their own
+
+    // At most one of each may ever live.
+    std::size_t liveNodes() { return live(nodes) + live(terminals); }
+    std::size_t liveDrivers() { return live(drivers); }
+
+    TemporaryFolder folder;
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    ManualMainThread main{clock};
+    FakeSpawner nodes;
+    FakeSpawner terminals;
+    FakeSpawner drivers;
+    std::deque<DetachedWork::Task> detached;
+    bool threadsAreLeft = true;
+    std::map<std::string, std::string> texts;  // the user defaults
+    std::set<std::string> flags;
+    SwitchSnapshot switches;
+    bool promptTurnsOn = false;
+    std::vector<std::string> requests;  // "prompt accessibility", "settings screenRecording"
+    std::vector<std::string> log;
+    std::set<std::string> goodLinks;  // the codes that the service has an answer for
+    bool windowInUse = false;
+    std::vector<AppState> states;  // every one published
+    std::optional<std::string> releaseBase;
+    std::map<std::string, std::shared_ptr<HeldQueue>> queues;  // by label; the model's own two can be held
+    AppModelDeps deps;
+
+private:
+    static std::size_t live(FakeSpawner& spawner);
+    std::shared_ptr<SerialQueue> makeQueue(const std::string& label);
+
+    std::vector<std::shared_ptr<ManualQueue>> timed_;
+    std::shared_ptr<AppModel> model_;
+};
+
+}  // namespace tarnik
