@@ -29,7 +29,7 @@ std::optional<pid_t> moverOf(const std::string& name) {
     if (!name.starts_with(prefix)) return std::nullopt;
     pid_t pid = 0;
     std::from_chars(name.data() + prefix.size(), name.data() + name.size(), pid);
-    return name == stagedName(pid) ? std::optional(pid) : std::nullopt;
+    return pid > 0 && name == stagedName(pid) ? std::optional(pid) : std::nullopt;
 }
 
 std::unexpected<BundleMove::Failure> failed(const char* step, std::optional<FileError> error = {}) {
