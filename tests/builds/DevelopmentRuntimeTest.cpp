@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/model/BuildKind.h"
 #include "app/model/BuildSettings.h"
 #include "tests/support/PropertyLists.h"
 
@@ -25,6 +26,10 @@ TEST(DevelopmentRuntime, isThereInDevelopmentBuildsOnly) {
     EXPECT_EQ(whole.developmentRuntime, TARNIK_IS_DEVELOPMENT ? std::optional(runtime) : std::nullopt);
     EXPECT_EQ(whole.nodeMinVersion, "2026.4.9");
     EXPECT_EQ(settingsOf(most).developmentRuntime, std::nullopt);
+}
+
+TEST(BuildKind, isTheOneThatTheBuildWasGiven) {
+    EXPECT_EQ(isDevelopmentBuild(), bool{TARNIK_IS_DEVELOPMENT});
 }
 
 }  // namespace
