@@ -71,6 +71,11 @@ void PairingSession::cancel() {
     }
     pty->closeInput();
     pty->child().stop(cancelGrace);
+    // The end becomes known only when the last words were drained, and until then the session is in the way
+    // of the next.
+    std::unique_lock lock(mutex_);
+    changed_.wait_until(lock, after(steadyNow(), 2 * drainTimeout),
+                        [this] { return !tarnik::isInProgress(phase_); });
 }
 
 bool PairingSession::mayBeInterrupted(TimePoint now, Seconds grace) const {
@@ -83,7 +88,7 @@ void PairingSession::attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDR
     const std::lock_guard lock(mutex_);
     pty_ = std::move(pty);
     reader_ = std::move(reader);
-    attached_.notify_all();
+    changed_.notify_all();
 }
 
 void PairingSession::received(std::string_view bytes) {
@@ -106,7 +111,7 @@ void PairingSession::commandEnded(ExitStatus status) {
     std::shared_ptr<FDReader> reader;
     {
         std::unique_lock lock(mutex_);
-        attached_.wait_until(lock, after(steadyNow(), drainTimeout), [this] { return pty_ != nullptr; });
+        changed_.wait_until(lock, after(steadyNow(), drainTimeout), [this] { return pty_ != nullptr; });
         reader = reader_;
     }
     if (reader) reader->waitForEOF(drainTimeout);
@@ -123,6 +128,7 @@ void PairingSession::processExited(ExitStatus status) {
             phase_ = Ended{status};
         }
         enqueueUpdate(status);
+        changed_.notify_all();
     }
     deliverUpdates();
 }

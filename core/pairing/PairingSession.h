@@ -79,8 +79,8 @@ public:
     // Presses Enter, if the prompt is there and unanswered; whether the Enter was written.
     bool confirm();
 
-    // Ends the command: SIGTERM, 3 s, SIGKILL, 5 s. Blocks that long at most. The phase follows from the
-    // exit.
+    // Ends the command: SIGTERM, 3 s, SIGKILL, 5 s, and 2 s for its last words. Blocks that long at most. The
+    // phase follows from the exit, and is final on return if the command has ended.
     void cancel();
 
     // Whether the supervisor may stop this session for other work: not before the person's answer, and not
@@ -105,8 +105,8 @@ private:
     const Setup setup_;
     const std::string id_;
 
-    mutable std::mutex mutex_;  // guards what follows; taken before the child's own lock, never after
-    std::condition_variable attached_;
+    mutable std::mutex mutex_;         // guards what follows; taken before the child's own lock, never after
+    std::condition_variable changed_;  // attached, ended
     std::shared_ptr<PtyProcess> pty_;
     std::shared_ptr<FDReader> reader_;
     std::string raw_;  // decoded, not cleaned
