@@ -173,8 +173,8 @@ TEST(NodeLog, copiesPipesUntilTheyEndWhoeverStillHoldsIt) {
     second.reset();
     ASSERT_TRUE(eventually([&kept] { return kept.expired(); }));
     EXPECT_EQ(contents(f.path), "from an old node and a new one");
-    EXPECT_EQ(fs::status(f.logs + "/c").permissions(), fs::perms(0700));
-    EXPECT_EQ(fs::status(f.path).permissions(), fs::perms(0600));
+    EXPECT_EQ(fs::status(f.logs + "/c").permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(f.path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 }  // namespace

@@ -213,7 +213,9 @@ TEST(PairingSession, hearsOfAnExitThatComesBeforeItHasTheHandle) {
     // The exit report waits for the handle, so it comes from another thread, as a reaper's does.
     setup.spawnPty = [&f, inner = f.spawner.spawnPty()](const SpawnRequest& request,
                                                         ChildProcess::OnExit onExit) {
-        auto pty = inner(request, [onExit](ExitStatus status) { std::thread(onExit, status).detach(); });
+        auto pty = inner(request, [onExit = std::move(onExit)](ExitStatus status) {
+            std::thread(onExit, status).detach();
+        });
         f.command().print("No runtime.");
         f.command().end(ExitStatus::exited(127));
         return pty;
