@@ -13,6 +13,7 @@
 #include "app/console/ConsoleLoop.h"
 #include "app/console/DriverOutput.h"
 #include "app/model/UpdateSettings.h"
+#include "app/relocation/Relocator.h"
 #include "core/node/TarnikIdentity.h"
 
 namespace tarnik {
@@ -66,6 +67,7 @@ int runConsole(const ConsoleOptions& options, Machine machine, const std::option
     const SystemLog log = [mainThread, &output](const std::string& text) {
         mainThread.post([&output, text] { output.message(text); });
     };
+    const auto applicationSupport = machine.applicationSupport;
     const auto model = AppModel::make(std::move(machine), modelDeps(options,
                                                                     {.mainThread = mainThread,
                                                                      .defaults = defaultsOf(options),
@@ -78,10 +80,11 @@ int runConsole(const ConsoleOptions& options, Machine machine, const std::option
         return usageStatus;
     }
     Console console(mainThread, output, switches, model, [&loop] { loop->closeInput(); });
+    Relocator relocator(RelocatorDeps::production(BundleOperations{}, mainThread, applicationSupport));
     AppDelegate delegate(
         {.bundlePath = bundle,
-         .relocateIfNeeded = [](const auto& done) { done(RelocationOutcomes::Stay{}); },
-         .recordWindow = [](const std::string&) {},
+         .relocateIfNeeded = [&](auto done) { relocator.relocateIfNeeded(std::move(done)); },
+         .recordWindow = [&](const std::string& reason) { relocator.recordWindow(reason); },
          .ensureLoginItem = [] {},
          .makeUpdater =
              [&] {

@@ -13,10 +13,12 @@ leaves this machine. It starts with an empty home and installs the helper first.
      or another:       ${second.appLink}
      one used already: ${used.link}
   2. When it asks, press Enter to connect. 15 seconds later it counts as connected.
-  3. Type switch accessibility on and switch screen on: the desktop driver starts, and the helper greets it.
-  4. sample shows how busy it all is. kill -USR1 PID, with the pid that status shows, makes the helper hold the
+  3. A link to a machine that has joined is an offer: answer it with replace or keep. One that comes while
+     another is worked on has to wait; cancel ends that one. Type window to see what the window would show.
+  4. Type switch accessibility on and switch screen on: the desktop driver starts, and the helper greets it.
+  5. sample shows how busy it all is. kill -USR1 PID, with the pid that status shows, makes the helper hold the
      machine awake; kill -USR2 PID ends that.
-  5. Commands: status, sample, switch, confirm, cancel, help, quit.
+  6. Commands: status, sample, window, switch, request, confirm, cancel, replace, keep, done, help, quit.
 
 More links: curl -X POST ${origin}/devkit/links
 `;

@@ -44,9 +44,9 @@ export function nothingStaged({ staging }) {
 export async function runningHelper(run, runtime) {
   const { line, state, pid } = await run.status();
   demand(state === 'running' && pid, `the status is not that of a running helper: ${line}`);
-  const found = inspect(pid);
-  demand(found, `there is no process ${pid}`);
-  const { command, executable } = found;
+  // Within its exec a process has no command line for a moment.
+  const named = () => (inspect(pid)?.command ? inspect(pid) : undefined);
+  const { command, executable } = await run.until(named, `there is no process ${pid}`);
   demand(command.includes(`${run.place.entry} node run --parent-stdin`), `process ${pid} runs: ${command}`);
   demand(!executable || executable === runtime, `process ${pid} is ${executable}`);
   return { pid, quotes: [line, `process ${pid}: ${command}`] };

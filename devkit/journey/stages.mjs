@@ -1,6 +1,7 @@
 // The stages of the journey, in order. Each waits for its proof and returns the lines to quote; a stage
 // that throws was not reached.
 import { readFileSync, rmSync } from 'node:fs';
+import { driverFolders } from './driverProof.mjs';
 import { driverStages } from './driverStages.mjs';
 import { isRunning } from './processes.mjs';
 import {
@@ -10,6 +11,8 @@ import {
 const noLink = "That doesn't look like a link from tarnik. "
   + 'Copy the whole link from your chat and paste it here.';
 const noLongerGood = 'This link has expired or was already used. Ask tarnik for a new one.';
+const alreadyConnecting = 'This Mac is already connecting with another link. '
+  + 'Finish or cancel that one first.';
 const amount = String.raw`\d+(\.\d+)? [kMG]?B`;
 const orphanLimitMs = 2000;
 // A helper that does not leave when its input ends is signalled only after 10 s.
@@ -114,6 +117,17 @@ export const stages = [
   {
     name: 'the prompt is seen',
     reach: async (walk) => [await walk.expect('pairing', 'waitingForYes', walk.linkSent)],
+  },
+  {
+    name: 'a second link has to wait its turn',
+    reach: async (walk) => {
+      const from = walk.console.mark;
+      walk.console.send(walk.place.service.links.handOut().link);
+      const refused = await walk.expect('error', exactly(alreadyConnecting), from);
+      const { line, pairing } = await walk.status();
+      demand(pairing === 'waitingForYes', `the first is gone: ${line}`);
+      return [refused, line];
+    },
   },
   {
     name: 'Enter is passed on',
@@ -229,6 +243,32 @@ export const stages = [
   },
   ...driverStages,
   {
+    name: 'another account is offered before anything is given up',
+    reach: async (walk) => {
+      walk.launch();
+      await walk.expect('state', 'running', 0);
+      const { pid } = await walk.status();
+      const { code, link } = walk.place.service.links.handOut();
+      let from = walk.console.mark;
+      walk.console.send(link);
+      const quotes = [await walk.expect('offer', 'This Mac is already connected to an tarnik account.', from)];
+      walk.console.send('keep');
+      const kept = await walk.status();
+      demand(kept.pid === pid, `the helper was disturbed: ${kept.line}`);
+      from = walk.console.mark;
+      walk.console.send(link);
+      await walk.expect('offer', '.*', from);
+      walk.console.send('replace');
+      await connectStarts(walk, from);
+      quotes.push(kept.line, await walk.expect('pairing', 'waitingForYes', from));
+      walk.console.send('cancel');
+      quotes.push(await walk.expect('state', 'running', from));
+      demand(walk.place.service.links.isFresh(code), 'the link was used up');
+      await walk.quit();
+      return quotes;
+    },
+  },
+  {
     name: 'a link given at the start pairs, and can be cancelled',
     reach: async (walk) => {
       rmSync(walk.place.joinRecord);
@@ -242,6 +282,38 @@ export const stages = [
       await walk.quit();
       demand(links.isFresh(code), 'the link was used up without an Enter');
       return [...quotes, walk.console.describeExit()];
+    },
+  },
+  {
+    name: 'quitting is clean whatever is under way',
+    reach: async (walk) => {
+      const { links } = walk.place.service;
+      const moments = {
+        'at once': () => {},
+        'while a link is checked': () => walk.expect('link', '.*', 0),
+        'while the command begins': () => walk.expect('state', 'pairing', 0),
+        'at the prompt': () => walk.expect('pairing', 'waitingForYes', 0),
+        'while it connects': async () => {
+          await walk.expect('pairing', 'waitingForYes', 0);
+          walk.console.send('');
+          await walk.expect('pairing', 'connecting', 0);
+        },
+      };
+      const quotes = [];
+      for (const [moment, reached] of Object.entries(moments)) {
+        rmSync(walk.place.joinRecord, { force: true });
+        walk.launch('--switches', 'on', '--link', links.handOut().link);
+        await reached();
+        const asked = performance.now();
+        await walk.quit();
+        const tookMs = Math.round(performance.now() - asked);
+        demand(tookMs < politeStopMs, `${moment} it took ${tookMs} ms`);
+        const pid = walk.console.find(/ terminal .*connect pid \d+$/)?.match(/\d+$/)[0];
+        demand(!pid || !isRunning(Number(pid), walk.place.entry), `${moment}: process ${pid} is still there`);
+        demand(driverFolders(walk.place).length === 0, `${moment}: a driver is still there`);
+        quotes.push(`${moment}: ${walk.console.describeExit()} after ${tookMs} ms`);
+      }
+      return quotes;
     },
   },
 ];
