@@ -1,10 +1,10 @@
 #include "tests/support/FakeMac.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 
 #include <fcntl.h>
-#include <stdio.h>
 #include <unistd.h>
 
 #include "app/relocation/BundleVersion.h"
