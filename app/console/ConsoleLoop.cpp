@@ -32,7 +32,7 @@ MainThread ConsoleLoop::mainThread() {
                     if (const auto loop = weak.lock()) loop->post(std::move(task));
                 },
             .repeat =
-                [weak](Seconds interval, Task task) {
+                [weak](Seconds interval, const Task& task) {
                     const auto loop = weak.lock();
                     return loop ? loop->repeat(interval, task) : RepeatingTimer(nullptr);
                 }};
