@@ -63,7 +63,11 @@ FakeMachine::FakeMachine() {
                                       [this](Switch which) {
                                           requests.push_back("settings " + std::string(rawValue(which)));
                                       }},
-                     .log = [this](const std::string& text) { log.push_back(text); },
+                     .log =
+                         [this](const std::string& text) {
+                             const std::lock_guard lock(logMutex_);  // children end on threads of their own
+                             log.push_back(text);
+                         },
                      .windowInUse = [this] { return windowInUse; }};
     deps.supervisor = NodeSupervisorDeps::production();
     deps.supervisor.spawn = nodes.spawn();

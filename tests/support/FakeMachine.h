@@ -3,6 +3,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
@@ -91,6 +92,7 @@ private:
     static std::size_t live(FakeSpawner& spawner);
     std::shared_ptr<SerialQueue> makeQueue(const std::string& label);
 
+    std::mutex logMutex_;
     std::vector<std::shared_ptr<ManualQueue>> timed_;
     std::shared_ptr<AppModel> model_;
 };
