@@ -16,6 +16,7 @@ libutf8proc-dev|knows where user-perceived characters end
 libcurl4-openssl-dev|downloads
 libssl-dev|checks signatures and digests
 libplist-dev|reads property lists
+qt6-base-dev|draws the window
 libgtest-dev|runs the tests
 '
 runPackages='

@@ -1,0 +1,12 @@
+#include "app/platform/SystemFolders.h"
+
+namespace tarnik {
+
+SystemFolders SystemFolders::of(const Environment&, const std::string& userFolder) {
+    const std::string library = userFolder + "/Library";
+    return {.applicationSupport = library + "/Application Support",
+            .logs = library + "/Logs",
+            .preferences = library + "/Preferences"};
+}
+
+}  // namespace tarnik

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "app/views/MainView.h"
+
+namespace tarnik {
+
+// The one window: 460 by 560, of a fixed size, with a close and a minimise button. Closing hides it; it keeps
+// its place. Main thread.
+class MainWindow : public QWidget {
+public:
+    MainWindow(const WindowContent& content, MainView::OnIntent onIntent);
+
+    MainView& view() { return *view_; }
+
+    // To the front, with the keyboard; in the middle of the screen the first time, later where it was.
+    void present();
+
+    // Runs each time the person closes it; it is hidden then unless `stays` says otherwise.
+    struct OnClose {
+        std::function<void()> closed;
+        std::function<bool()> stays;
+    };
+    void setOnClose(OnClose onClose);
+
+private:
+    MainView* view_ = nullptr;  // a child
+};
+
+}  // namespace tarnik
