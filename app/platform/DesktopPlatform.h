@@ -28,6 +28,12 @@ struct DesktopRun {
     MainThread mainThread;
 };
 
+// What the person has chosen for all programs; unknown without a choice.
+enum class ColourScheme { light, dark, unknown };
+
+// Whether there is anything that would show a status item.
+enum class TrayHost { present, absent };
+
 // What the desktop of one system gives to the shell. Each folder of app/platform/ makes its own, of which the
 // build takes one. Whatever an operation needs lives as long as the operation does.
 struct DesktopPlatform {
@@ -48,6 +54,15 @@ struct DesktopPlatform {
     // Puts the application before all others, so that a window shown next has the keyboard; absent where the
     // toolkit does all there is to do.
     std::function<void()> activate;
+
+    // Registers what is told, on the main thread, the scheme once it can be told and then each change of it;
+    // absent where the toolkit follows by itself.
+    std::function<void(std::function<void(ColourScheme)>)> onColourScheme;
+
+    // Registers what is told, on the main thread, whether there is a tray: once, soon, and then each change.
+    // Nobody may ask the toolkit about trays before it was told of one: it remembers its first answer for the
+    // rest of the run. Absent where there always is one.
+    std::function<void(std::function<void(TrayHost)>)> onTrayHost;
 
     // When the application object of the toolkit exists, and its loop doesn't run yet.
     static DesktopPlatform make(const DesktopRun& run);
