@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# compose.sh TEMPLATE: prints the template with the mark of mark.svg in the place of @MARK@.
+#
+# The mark is one path in a square of 18 by 18; its colour is the template's business.
+set -euo pipefail
+folder=$(dirname "$0")
+
+mark=$(tr '\n' ' ' <"$folder/mark.svg" | grep -o '<path[^>]*/>' |
+    sed -E 's/[[:space:]]+/ /g; s/ (fill|id|class|style)="[^"]*"//g' || true)
+if [[ -z $mark || $mark == *$'\n'* ]]; then
+    echo "compose.sh: mark.svg must have one path" >&2
+    exit 1
+fi
+template=$(<"$1")
+printf '%s\n' "${template//@MARK@/$mark}"

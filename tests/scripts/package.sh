@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# What the Linux package installs beside the program is as the desktop's own tools want it.
+set -euo pipefail
+for tool in desktop-file-validate appstreamcli dpkg-parsechangelog man rsvg-convert; do
+    command -v "$tool" >/dev/null || {
+        echo "skipped: there is no $tool"
+        exit 77
+    }
+done
+linux=packaging/linux
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failures=0
+
+fail() {
+    echo "$*"
+    failures=$((failures + 1))
+}
+
+desktop-file-validate $linux/com.tarnik.node.desktop || fail "the desktop entry has faults"
+appstreamcli validate --no-net --pedantic $linux/com.tarnik.node.metainfo.xml || fail "the AppStream data has faults"
+warnings=$(LC_ALL=C.UTF-8 MANROFFSEQ='' man --warnings --encoding=UTF-8 --local-file $linux/tarnik.1 2>&1 >/dev/null)
+[[ -z $warnings ]] || fail "the man page has faults: $warnings"
+
+# One version, wherever it is written.
+version=$(sed -nE 's/^project\(tarnik VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
+packaged=$(dpkg-parsechangelog -l $linux/debian/changelog -S Version)
+released=$(sed -nE 's/.*<release version="([^"]*)".*/\1/p' $linux/com.tarnik.node.metainfo.xml | head -n 1)
+[[ $packaged == "$version" ]] || fail "the program is $version, the changelog's newest $packaged"
+[[ $released == "$version" ]] || fail "the program is $version, the newest of the AppStream data $released"
+
+# Each icon shows the mark: where it stands, the picture differs from the same one without it.
+for template in tile symbolic; do
+    packaging/icons/compose.sh packaging/icons/$template.svg.in >"$work/whole.svg"
+    sed '/<path/d' "$work/whole.svg" >"$work/without.svg"
+    for picture in whole without; do rsvg-convert "$work/$picture.svg" --output "$work/$picture.png"; done
+    if cmp -s "$work/whole.png" "$work/without.png"; then fail "the icon $template lacks the mark"; fi
+done
+mkdir "$work/icons"
+cp packaging/icons/compose.sh "$work/icons/"
+printf '<svg><path d="M0 0"/><path d="M1 1"/></svg>' >"$work/icons/mark.svg"
+if "$work/icons/compose.sh" packaging/icons/tile.svg.in >/dev/null 2>&1; then fail "a mark of two paths was taken"; fi
+
+# settings [-DNAME=VALUE...]: the lines for Info.plist.
+echo "include(cmake/BundleSettings.cmake)
+execute_process(COMMAND \${CMAKE_COMMAND} -E echo \"\${TARNIK_PLIST_SETTINGS}\")" >"$work/settings.cmake"
+settings() { cmake "$@" -P "$work/settings.cmake" 2>/dev/null; }
+said=$(settings -DTARNIK_NODE_RELEASE_BASE='https://a.invalid/?b&c' -DTARNIK_NODE_MIN_VERSION='')
+wanted='  <key>TKNodeReleaseBase</key>
+  <string>https://a.invalid/?b&amp;c</string>'
+[[ $said == "$wanted" ]] || fail "the settings of the bundle are: $said"
+for bad in TARNIK_WEB_ORIGIN=a.invalid TARNIK_NODE_RELEASE_BASE=/releases TARNIK_NODE_RELEASE_PUBLIC_KEY='a+b' \
+    TARNIK_DRIVER=/nowhere/driver; do
+    if settings "-D$bad" >/dev/null; then fail "the build took $bad"; fi
+done
+
+exit $((failures > 0))

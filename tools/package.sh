@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# package.sh [-DNAME=VALUE...]: makes the Debian package of the release build, in build/package/.
+#
+# The settings of cmake/BundleSettings.cmake go along as -D; none is left over from an earlier run. The same
+# commit, settings and machine give the same package, byte for byte.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+umask 022
+
+package=tarnik
+sizes=(16 24 32 48 64 128 256)
+out=$PWD/build/package
+work=$out/work            # laid out as Debian's tools expect it
+staging=$work/debian/$package
+changelog=packaging/linux/debian/changelog
+
+[[ $(uname) == Linux ]] || {
+    echo "package.sh: a Debian package is made on Debian" >&2
+    exit 1
+}
+# Times in the package are those of the commit; of the release, where there is no repository.
+SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || dpkg-parsechangelog -l "$changelog" -S Timestamp)
+export SOURCE_DATE_EPOCH
+
+cmake --preset release -U 'TARNIK_NODE_*' -U TARNIK_WEB_ORIGIN -U TARNIK_DEFAULT_WEB_ORIGIN -U TARNIK_DRIVER "$@" >/dev/null
+tools/build.sh release "$package"
+
+rm -rf "$out"
+mkdir -p "$staging/DEBIAN"
+cp packaging/linux/debian/{control,changelog} "$work/debian/"
+DESTDIR=$staging cmake --install build/release --prefix /usr >/dev/null
+
+icons=$staging/usr/share/icons/hicolor
+for size in "${sizes[@]}"; do
+    mkdir -p "$icons/${size}x$size/apps"
+    rsvg-convert --width "$size" --height "$size" "$icons/scalable/apps/com.tarnik.node.svg" \
+        --output "$icons/${size}x$size/apps/com.tarnik.node.png"
+done
+documents=$staging/usr/share/doc/$package
+install -D -m 644 packaging/linux/debian/copyright "$documents/copyright"
+install -D -m 644 "$changelog" "$documents/changelog"
+install -D -m 644 packaging/linux/debian/lintian-overrides "$staging/usr/share/lintian/overrides/$package"
+gzip -9n "$documents/changelog" "$staging/usr/share/man/man1/$package.1"
+
+program=$staging/usr/lib/$package/Contents/MacOS/$package
+objcopy --only-keep-debug "$program" "$work/$package.debug"
+strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"
+
+cd "$work"
+# What the program loads only when it needs it stands in the control file.
+dpkg-shlibdeps -Tdebian/substvars -e "$program"
+dpkg-gencontrol -Tdebian/substvars -fdebian/files -P"$staging"
+(cd "$staging" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)
+name=$(cut -d' ' -f1 debian/files)
+dpkg-deb --root-owner-group --build "$staging" "$out/$name" >/dev/null
+mv "$package.debug" "$out/${name%.deb}.debug"
+rm -rf "$work"
+
+cd "$out"
+if [[ $(id -u) == 0 ]]; then asRoot=(--allow-root); fi
+lintian ${asRoot[@]+"${asRoot[@]}"} --fail-on error --tag-display-limit 0 "$name"
+echo "build/package/$name: $(stat -c %s "$name") bytes; its debug symbols are beside it"
