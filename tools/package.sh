@@ -8,9 +8,9 @@ cd "$(dirname "$0")/.."
 umask 022
 
 package=tarnik
-sizes=(16 24 32 48 64 128 256)
+iconSizes=(16 24 32 48 64 128 256)
 out=$PWD/build/package
-work=$out/work            # laid out as Debian's tools expect it
+work=$out/work  # laid out as Debian's tools expect it
 staging=$work/debian/$package
 changelog=packaging/linux/debian/changelog
 
@@ -31,7 +31,7 @@ cp packaging/linux/debian/{control,changelog} "$work/debian/"
 DESTDIR=$staging cmake --install build/release --prefix /usr >/dev/null
 
 icons=$staging/usr/share/icons/hicolor
-for size in "${sizes[@]}"; do
+for size in "${iconSizes[@]}"; do
     mkdir -p "$icons/${size}x$size/apps"
     rsvg-convert --width "$size" --height "$size" "$icons/scalable/apps/com.tarnik.node.svg" \
         --output "$icons/${size}x$size/apps/com.tarnik.node.png"
@@ -39,24 +39,23 @@ done
 documents=$staging/usr/share/doc/$package
 install -D -m 644 packaging/linux/debian/copyright "$documents/copyright"
 install -D -m 644 "$changelog" "$documents/changelog"
-install -D -m 644 packaging/linux/debian/lintian-overrides "$staging/usr/share/lintian/overrides/$package"
 gzip -9n "$documents/changelog" "$staging/usr/share/man/man1/$package.1"
 
-program=$staging/usr/lib/$package/Contents/MacOS/$package
-objcopy --only-keep-debug "$program" "$work/$package.debug"
+cd "$work"
+program=debian/$package/usr/lib/$package/Contents/MacOS/$package
+objcopy --only-keep-debug "$program" "$package.debug"
 strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"
 
-cd "$work"
 # What the program loads only when it needs it stands in the control file.
-dpkg-shlibdeps -Tdebian/substvars -e "$program"
-dpkg-gencontrol -Tdebian/substvars -fdebian/files -P"$staging"
+dpkg-shlibdeps "$program"
+dpkg-gencontrol -P"$staging"
 (cd "$staging" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)
 name=$(cut -d' ' -f1 debian/files)
+find "$staging" -exec touch --no-dereference --date "@$SOURCE_DATE_EPOCH" {} +
 dpkg-deb --root-owner-group --build "$staging" "$out/$name" >/dev/null
 mv "$package.debug" "$out/${name%.deb}.debug"
 rm -rf "$work"
 
 cd "$out"
-if [[ $(id -u) == 0 ]]; then asRoot=(--allow-root); fi
-lintian ${asRoot[@]+"${asRoot[@]}"} --fail-on error --tag-display-limit 0 "$name"
+lintian --allow-root --fail-on error --tag-display-limit 0 "$name"
 echo "build/package/$name: $(stat -c %s "$name") bytes; its debug symbols are beside it"
