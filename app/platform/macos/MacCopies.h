@@ -1,0 +1,9 @@
+#pragma once
+
+#include "app/platform/BundleOperations.h"
+
+namespace tarnik {
+
+OtherCopies macCopies();
+
+}  // namespace tarnik

@@ -1,0 +1,28 @@
+#include "app/platform/DesktopPlatform.h"
+#include "app/platform/macos/MacActivation.h"
+#include "app/platform/macos/MacBundles.h"
+#include "app/platform/macos/MacDefaults.h"
+#include "app/platform/macos/MacEvents.h"
+#include "app/platform/macos/MacLog.h"
+#include "app/platform/macos/MacLoginItem.h"
+#include "app/platform/macos/MacSwitches.h"
+#include "app/platform/macos/MacUpdates.h"
+#include "core/node/TarnikIdentity.h"
+
+namespace tarnik {
+
+// A second copy is the relocator's business; the system sends a link to the copy that runs.
+DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
+    MacActivation::becomeAccessory();
+    return {.installPath = std::string(TarnikIdentity::installPath),
+            .defaults = macDefaults(),
+            .switches = macSwitches(),
+            .log = macLog,
+            .loginItem = macLoginItem(),
+            .updates = macUpdates(macLog("updater")),
+            .bundles = macBundles(run.bundle),
+            .events = macEvents(),
+            .activate = MacActivation::comeToFront};
+}
+
+}  // namespace tarnik

@@ -1,0 +1,27 @@
+#include "app/platform/macos/MacLoginItem.h"
+
+#import <ServiceManagement/ServiceManagement.h>
+
+namespace tarnik {
+
+namespace {
+
+bool isEnabled() {
+    @autoreleasepool {
+        return SMAppService.mainAppService.status == SMAppServiceStatusEnabled;
+    }
+}
+
+bool registerItem() {
+    @autoreleasepool {
+        return [SMAppService.mainAppService registerAndReturnError:nil];
+    }
+}
+
+}  // namespace
+
+LoginItemService macLoginItem() {
+    return {.isEnabled = isEnabled, .registerItem = registerItem};
+}
+
+}  // namespace tarnik

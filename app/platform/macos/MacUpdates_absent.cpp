@@ -1,0 +1,9 @@
+#include "app/platform/macos/MacUpdates.h"
+
+namespace tarnik {
+
+UpdateFramework macUpdates(SystemLog) {
+    return {};
+}
+
+}  // namespace tarnik

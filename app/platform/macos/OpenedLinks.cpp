@@ -1,0 +1,39 @@
+#include "app/platform/macos/OpenedLinks.h"
+
+#include <QCoreApplication>
+#include <QFileOpenEvent>
+#include <utility>
+
+namespace tarnik {
+
+namespace {
+
+// What Qt can't read as an address it takes for the path of a file.
+std::string textOf(const QFileOpenEvent& event) {
+    const QUrl url = event.url();
+    return url.isLocalFile() ? event.file().toStdString() : url.toEncoded().toStdString();
+}
+
+}  // namespace
+
+OpenedLinks::OpenedLinks() {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void OpenedLinks::setHandler(Handler handler) {
+    handler_ = std::move(handler);
+    for (const auto& link : std::exchange(waiting_, {})) handler_(link);
+}
+
+bool OpenedLinks::eventFilter(QObject*, QEvent* event) {
+    if (event->type() != QEvent::FileOpen) return false;
+    auto link = textOf(*static_cast<QFileOpenEvent*>(event));
+    if (handler_) {
+        handler_(link);
+    } else {
+        waiting_.push_back(std::move(link));
+    }
+    return true;
+}
+
+}  // namespace tarnik

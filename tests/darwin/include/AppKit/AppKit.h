@@ -1,0 +1,11 @@
+#pragma once
+#pragma clang system_header
+
+// AppKit is GNUstep's; what that lacks of Apple's is added.
+
+#include_next <AppKit/AppKit.h>
+#import <Foundation/Foundation.h>
+
+@interface NSApplication (Fence)
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
+@end

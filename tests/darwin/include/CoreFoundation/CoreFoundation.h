@@ -1,0 +1,86 @@
+#pragma once
+#pragma clang system_header
+
+// What we use of Core Foundation.
+
+#include <stdbool.h>
+#include <stddef.h>
+#include <sys/types.h>
+
+extern "C" {
+
+typedef unsigned char Boolean;
+typedef unsigned char UInt8;
+typedef unsigned int UInt32;
+typedef int OSStatus;
+typedef long CFIndex;
+typedef unsigned long CFTypeID;
+typedef UInt32 CFStringEncoding;
+typedef const void* CFTypeRef;
+typedef CFTypeRef CFPropertyListRef;
+typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFString* CFStringRef;
+typedef const struct __CFDictionary* CFDictionaryRef;
+typedef const struct __CFURL* CFURLRef;
+typedef const struct __CFBoolean* CFBooleanRef;
+typedef struct __CFError* CFErrorRef;
+typedef struct __CFNotificationCenter* CFNotificationCenterRef;
+typedef CFStringRef CFNotificationName;
+
+CFTypeRef CFRetain(CFTypeRef object);
+void CFRelease(CFTypeRef object);
+CFTypeID CFGetTypeID(CFTypeRef object);
+
+extern const CFBooleanRef kCFBooleanTrue;
+
+enum : CFStringEncoding { kCFStringEncodingUTF8 = 0x08000100 };
+#define CFSTR(text) ((CFStringRef)__builtin___CFStringMakeConstantString("" text ""))
+CFTypeID CFStringGetTypeID(void);
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex count,
+                                    CFStringEncoding encoding, Boolean isExternal);
+CFIndex CFStringGetLength(CFStringRef string);
+CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding);
+Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding);
+
+typedef struct {
+    CFIndex version;
+} CFDictionaryKeyCallBacks;
+typedef struct {
+    CFIndex version;
+} CFDictionaryValueCallBacks;
+extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
+extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
+CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
+                                   CFIndex count, const CFDictionaryKeyCallBacks* keyCallBacks,
+                                   const CFDictionaryValueCallBacks* valueCallBacks);
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
+
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef allocator, const UInt8* buffer,
+                                                 CFIndex length, Boolean isDirectory);
+Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
+                                         CFIndex size);
+
+extern const CFStringRef kCFPreferencesCurrentApplication;
+CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application);
+Boolean CFPreferencesGetAppBooleanValue(CFStringRef key, CFStringRef application, Boolean* hasFormat);
+void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFStringRef application);
+Boolean CFPreferencesAppSynchronize(CFStringRef application);
+
+typedef void (*CFNotificationCallback)(CFNotificationCenterRef center, void* observer,
+                                       CFNotificationName name, const void* object, CFDictionaryRef userInfo);
+typedef enum : CFIndex {
+    CFNotificationSuspensionBehaviorDrop = 1,
+    CFNotificationSuspensionBehaviorCoalesce = 2,
+    CFNotificationSuspensionBehaviorHold = 3,
+    CFNotificationSuspensionBehaviorDeliverImmediately = 4
+} CFNotificationSuspensionBehavior;
+CFNotificationCenterRef CFNotificationCenterGetDistributedCenter(void);
+void CFNotificationCenterAddObserver(CFNotificationCenterRef center, const void* observer,
+                                     CFNotificationCallback callback, CFStringRef name, const void* object,
+                                     CFNotificationSuspensionBehavior behavior);
+void CFNotificationCenterRemoveObserver(CFNotificationCenterRef center, const void* observer,
+                                        CFNotificationName name, const void* object);
+void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFNotificationName name,
+                                          const void* object, CFDictionaryRef userInfo,
+                                          Boolean deliverImmediately);
+}

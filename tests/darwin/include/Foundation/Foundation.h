@@ -1,0 +1,27 @@
+#pragma once
+#pragma clang system_header
+
+// Foundation is GNUstep's; what that lacks of Apple's is added.
+
+#include <CoreFoundation/CoreFoundation.h>
+#include_next <Foundation/Foundation.h>
+#import <Foundation/NSAppleEventDescriptor.h>
+#import <Foundation/NSAppleEventManager.h>
+
+typedef UInt32 AEEventClass;
+typedef UInt32 AEEventID;
+enum : AEEventClass { kCoreEventClass = 0x61657674 /* aevt */ };
+enum : AEEventID { kAEReopenApplication = 0x72617070 /* rapp */ };
+
+@interface NSAppleEventManager (Fence)
++ (NSAppleEventManager*)sharedAppleEventManager;
+- (void)setEventHandler:(id)handler
+            andSelector:(SEL)handleEventSelector
+          forEventClass:(AEEventClass)eventClass
+             andEventID:(AEEventID)eventID;
+- (void)removeEventHandlerForEventClass:(AEEventClass)eventClass andEventID:(AEEventID)eventID;
+@end
+
+@interface NSFileManager (Fence)
+- (BOOL)trashItemAtURL:(NSURL*)url resultingItemURL:(NSURL**)resultingURL error:(NSError**)error;
+@end
