@@ -1,0 +1,58 @@
+#include "app/platform/linux/AccessibilityBus.h"
+
+#include <QDBusVariant>
+#include <utility>
+
+#include "app/platform/linux/BusCall.h"
+
+namespace tarnik {
+namespace {
+
+const BusObject& accessibilityBus() {
+    static const BusObject object{QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus")};
+    return object;
+}
+
+QString status() {
+    return QStringLiteral("org.a11y.Status");
+}
+
+QString property() {
+    return QStringLiteral("IsEnabled");
+}
+
+QString properties() {
+    return QStringLiteral("org.freedesktop.DBus.Properties");
+}
+
+}  // namespace
+
+AccessibilityBus::AccessibilityBus(const QDBusConnection& bus, std::function<void()> onChange)
+    : bus_(bus),
+      onChange_(std::move(onChange)),
+      reading_(bus,
+               {.call = busPropertyCall(accessibilityBus(), status(), property()),
+                .hints = {{.path = accessibilityBus().path,
+                           .interface = properties(),
+                           .name = QStringLiteral("PropertiesChanged"),
+                           .firstArgument = status()}}},
+               [this](const QDBusMessage& answer) { answered(answer); }) {}
+
+void AccessibilityBus::turnOn(std::function<void(bool done)> onDone) {
+    const auto value = QVariant::fromValue(QDBusVariant(true));
+    auto call =
+        busCall(accessibilityBus(), properties(), QStringLiteral("Set"), {status(), property(), value});
+    call.setAutoStartService(true);
+    askBus(bus_, call, busCallBound, context_,
+           [this, onDone = std::move(onDone)](const QDBusMessage& answer) {
+               reading_.ask();
+               onDone(answer.type() == QDBusMessage::ReplyMessage);
+           });
+}
+
+void AccessibilityBus::answered(const QDBusMessage& answer) {
+    const bool wasOn = std::exchange(isOn_, busValue(answer).toBool());
+    if (isOn_ != wasOn) onChange_();
+}
+
+}  // namespace tarnik

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <functional>
+
+#include "app/platform/linux/BusReading.h"
+
+namespace tarnik {
+
+// Whether programs let themselves be read and operated by others: what the accessibility bus says of itself.
+// Main thread.
+class AccessibilityBus {
+public:
+    AccessibilityBus(const QDBusConnection& bus, std::function<void()> onChange);
+
+    bool isOn() const { return isOn_; }
+
+    // For the whole session; starts the accessibility bus where it doesn't run. Tells, later, whether it did.
+    void turnOn(std::function<void(bool done)> onDone);
+
+private:
+    void answered(const QDBusMessage& answer);
+
+    const QDBusConnection bus_;
+    const std::function<void()> onChange_;
+    bool isOn_ = false;
+    BusReading reading_;
+    QObject context_;
+};
+
+}  // namespace tarnik

@@ -1,0 +1,106 @@
+#include "app/platform/linux/AutostartEntry.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <string_view>
+#include <utility>
+
+#include <sys/stat.h>
+
+#include "app/platform/linux/ReplacedFile.h"
+#include "core/foundation/Files.h"
+#include "core/foundation/WhiteSpace.h"
+#include "core/node/TarnikIdentity.h"
+
+namespace tarnik {
+namespace {
+
+constexpr std::size_t longestEntry = 65536;
+
+// The keys of the group that counts; empty when there is no such group.
+std::map<std::string, std::string> desktopEntry(std::string_view text) {
+    std::map<std::string, std::string> keys;
+    bool inGroup = false;
+    while (!text.empty()) {
+        const std::string_view line = trimmingWhiteSpace(text.substr(0, text.find('\n')));
+        text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+        if (line.starts_with('[')) inGroup = line == "[Desktop Entry]";
+        const auto equals = line.find('=');
+        if (!inGroup || line.starts_with('#') || equals == std::string_view::npos) continue;
+        keys.emplace(trimmingWhiteSpace(line.substr(0, equals)), trimmingWhiteSpace(line.substr(equals + 1)));
+    }
+    return keys;
+}
+
+bool hasValue(const std::map<std::string, std::string>& keys, const std::string& key,
+              const std::string& value) {
+    const auto found = keys.find(key);
+    return found != keys.end() && found->second == value;
+}
+
+// The path as the first word of an Exec line. Backslashes are read twice: as in every text of an entry, and
+// inside the quotes.
+std::string execWord(std::string_view path) {
+    std::string word = "\"";
+    for (const char character : path) {
+        if (character == '\\') {
+            word += R"(\\\\)";
+        } else if (std::string_view("\"`$").contains(character)) {
+            word += std::string(R"(\\)") + character;
+        } else {
+            word += character;
+            if (character == '%') word += '%';
+        }
+    }
+    return word + '"';
+}
+
+std::string entryText(const std::string& program) {
+    return "[Desktop Entry]\n"
+           "Type=Application\n"
+           "Name=tarnik\n"
+           "Icon=" +
+           std::string(TarnikIdentity::bundleIdentifier) +
+           "\n"
+           "Exec=" +
+           execWord(program) + " " + AutostartEntry::argument +
+           "\n"
+           "Terminal=false\n"
+           "X-GNOME-Autostart-enabled=true\n";
+}
+
+bool isEntryThere(const std::string& path) {
+    struct stat found{};
+    return ::lstat(path.c_str(), &found) == 0;
+}
+
+}  // namespace
+
+AutostartEntry::AutostartEntry(const SystemFolders& folders, std::string program)
+    : entry_(folders.preferences + "/autostart/" + std::string(TarnikIdentity::bundleIdentifier) +
+             ".desktop"),
+      marker_(folders.preferences + "/tarnik/autostart-entry-written"),
+      program_(std::move(program)) {}
+
+bool AutostartEntry::isEnabled() const {
+    const auto text = readFile(entry_, longestEntry);
+    if (!text) return false;
+    const auto keys = desktopEntry(*text);
+    return keys.contains("Exec") && !hasValue(keys, "Hidden", "true") &&
+           !hasValue(keys, "X-GNOME-Autostart-enabled", "false");
+}
+
+bool AutostartEntry::write() const {
+    const bool canStand = program_.starts_with('/') && program_.find_first_of("\n\r\t=") == std::string::npos;
+    if (!canStand || isEntryThere(entry_) || isEntryThere(marker_)) return false;
+    // A crash in between has it written again, should the person delete it before the next start.
+    return replaceFile(entry_, entryText(program_)) && replaceFile(marker_, "");
+}
+
+LoginItemService AutostartEntry::operations() const {
+    return {.isEnabled = [entry = *this] { return entry.isEnabled(); },
+            .registerItem = [entry = *this] { return entry.write(); }};
+}
+
+}  // namespace tarnik

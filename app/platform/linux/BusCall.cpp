@@ -1,0 +1,46 @@
+#include "app/platform/linux/BusCall.h"
+
+#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
+#include <utility>
+
+namespace tarnik {
+
+QDBusMessage busCall(const BusObject& object, const QString& interface, const QString& operation,
+                     const QVariantList& arguments) {
+    auto call = QDBusMessage::createMethodCall(object.service, object.path, interface, operation);
+    call.setAutoStartService(false);
+    call.setArguments(arguments);
+    return call;
+}
+
+QDBusMessage busPropertyCall(const BusObject& object, const QString& interface, const QString& property) {
+    return busCall(object, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                   {interface, property});
+}
+
+void askBus(const QDBusConnection& bus, const QDBusMessage& call, Seconds bound, QObject& context,
+            std::function<void(const QDBusMessage& answer)> onAnswer) {
+    if (!bus.isConnected()) {  // a call would never come to its end
+        const auto answer = [onAnswer = std::move(onAnswer)] { onAnswer(QDBusMessage()); };
+        QMetaObject::invokeMethod(&context, answer, Qt::QueuedConnection);
+        return;
+    }
+    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(bound).count();
+    auto* watcher =
+        new QDBusPendingCallWatcher(bus.asyncCall(call, static_cast<int>(milliseconds)), &context);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &context,
+                     [onAnswer = std::move(onAnswer)](QDBusPendingCallWatcher* finished) {
+                         finished->deleteLater();
+                         onAnswer(finished->reply());
+                     });
+}
+
+QVariant busValue(const QDBusMessage& answer) {
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().size() != 1) return {};
+    QVariant value = answer.arguments().constFirst();
+    while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+}  // namespace tarnik

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+#include <QString>
+#include <functional>
+
+namespace tarnik {
+
+// Passes on a signal from the bus for as long as it lives. Main thread.
+class BusSignal : public QObject {
+    Q_OBJECT
+
+public:
+    // Whoever sends it: what matters is asked for afterwards.
+    struct Match {
+        QString path;
+        QString interface;
+        QString name;
+        QString firstArgument = {};  // any, when empty
+    };
+    using Handler = std::function<void(const QDBusMessage&)>;
+
+    BusSignal(QDBusConnection bus, const Match& match, Handler handler);
+
+private slots:
+    void receive(const QDBusMessage& message) { handler_(message); }
+
+private:
+    const Handler handler_;
+};
+
+}  // namespace tarnik

@@ -1,0 +1,86 @@
+#include "app/platform/linux/DefaultsFile.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "app/platform/linux/ReplacedFile.h"
+#include "core/foundation/Files.h"
+
+namespace tarnik {
+namespace {
+
+const Json yes(Json::Literal{"true"});
+
+struct Contents {
+    Json::Object members;
+    bool isBroken = false;  // something is there, but nothing that we understand
+};
+
+Contents read(const std::string& path) {
+    struct stat found{};
+    if (::lstat(path.c_str(), &found) != 0) return {};
+    const auto bytes = S_ISREG(found.st_mode) ? readFile(path, DefaultsFile::longest) : std::nullopt;
+    const auto document = bytes ? Json::parse(*bytes, DefaultsFile::longest) : std::nullopt;
+    if (!document || !document->isObject()) return {.isBroken = true};
+    return {.members = document->members()};
+}
+
+void set(Json::Object& members, const std::string& key, const Json& value) {
+    const auto place = std::ranges::lower_bound(members, key, {}, &Json::Member::key);
+    if (place != members.end() && place->key == key) {
+        place->value = value;
+    } else {
+        members.insert(place, {key, value});
+    }
+}
+
+// One member a line, for people.
+std::string written(const Json::Object& members) {
+    std::string text = "{";
+    for (const auto& member : members) {
+        text += &member == members.data() ? "\n    " : ",\n    ";
+        const auto string = member.value.asString();
+        text += quotedJson(member.key) + ": " + (string ? quotedJson(*string) : member.value.text());
+    }
+    return text + "\n}\n";
+}
+
+}  // namespace
+
+DefaultsFile::DefaultsFile(std::string path, SystemLog log)
+    : path_(std::move(path)), log_(std::move(log)), members_(read(path_).members) {}
+
+std::optional<std::string> DefaultsFile::text(const std::string& key) const {
+    const auto found = std::ranges::find(members_, key, &Json::Member::key);
+    return found != members_.end() ? found->value.asString() : std::nullopt;
+}
+
+bool DefaultsFile::flag(const std::string& key) const {
+    const auto found = std::ranges::find(members_, key, &Json::Member::key);
+    return found != members_.end() && !found->value.asString() && found->value.text() == yes.text();
+}
+
+void DefaultsFile::setFlag(const std::string& key) {
+    set(members_, key, yes);
+    auto contents = read(path_);
+    const std::string aside = path_ + std::string(asideSuffix);
+    if (contents.isBroken && std::rename(path_.c_str(), aside.c_str()) != 0) {
+        return log_(describe(FileError::last("rename", path_)));
+    }
+    set(contents.members, key, yes);
+    if (const auto done = replaceFile(path_, written(contents.members)); !done) log_(describe(done.error()));
+}
+
+UserDefaults DefaultsFile::operations(const std::string& path, const SystemLog& log) {
+    const auto file = std::make_shared<DefaultsFile>(path, log);
+    return {.text = [file](const std::string& key) { return file->text(key); },
+            .flag = [file](const std::string& key) { return file->flag(key); },
+            .setFlag = [file](const std::string& key) { file->setFlag(key); }};
+}
+
+}  // namespace tarnik

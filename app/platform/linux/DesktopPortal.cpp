@@ -1,0 +1,21 @@
+#include "app/platform/linux/DesktopPortal.h"
+
+#include "core/node/TarnikIdentity.h"
+
+namespace tarnik {
+
+const BusObject& desktopPortal() {
+    static const BusObject object{QStringLiteral("org.freedesktop.portal.Desktop"),
+                                  QStringLiteral("/org/freedesktop/portal/desktop")};
+    return object;
+}
+
+void introduceToPortal(const QDBusConnection& bus) {
+    const QString id = QLatin1String(TarnikIdentity::bundleIdentifier.data());
+    auto call = busCall(desktopPortal(), QStringLiteral("org.freedesktop.host.portal.Registry"),
+                        QStringLiteral("Register"), {id, QVariantMap()});
+    call.setAutoStartService(true);
+    bus.send(call);  // whatever it answers
+}
+
+}  // namespace tarnik

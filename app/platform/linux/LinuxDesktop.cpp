@@ -1,0 +1,90 @@
+#include <QDBusConnection>
+#include <QGuiApplication>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "app/platform/DesktopPlatform.h"
+#include "app/platform/linux/AutostartEntry.h"
+#include "app/platform/linux/BusOneCopy.h"
+#include "app/platform/linux/ColourSchemeReading.h"
+#include "app/platform/linux/DefaultsFile.h"
+#include "app/platform/linux/LinuxSwitches.h"
+#include "app/platform/linux/OpenRequests.h"
+#include "app/platform/linux/SystemLogSocket.h"
+#include "app/platform/linux/TrayHostReading.h"
+
+namespace tarnik {
+namespace {
+
+// Where the package puts the bundle.
+constexpr const char* packagedBundle = "/usr/lib/tarnik";
+
+std::optional<std::string> activationToken(const Environment& environment) {
+    for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+        const auto found = environment.find(variable);
+        if (found != environment.end() && !found->second.empty()) return found->second;
+    }
+    return std::nullopt;
+}
+
+SwitchOperations operationsOf(const std::shared_ptr<LinuxSwitches>& switches) {
+    return {.isOn = [switches](Switch which) { return switches->isOn(which); },
+            .prompt = [switches](Switch which) { return switches->prompt(which); },
+            .openSettings = [switches](Switch which) { switches->openSettings(which); }};
+}
+
+void onBecameActive(std::function<void()> handler) {
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, qGuiApp,
+                     [handler = std::move(handler)](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive) handler();
+                     });
+}
+
+SystemEvents eventsOf(const std::shared_ptr<OpenRequests>& requests) {
+    return {.onLink = [requests](auto handler) { requests->onLink(std::move(handler)); },
+            .onSecondOpen = [requests](auto handler) { requests->onSecondOpen(std::move(handler)); },
+            .onBecameActive = onBecameActive};
+}
+
+OneCopy operationsOf(const std::shared_ptr<BusOneCopy>& copy) {
+    return {.settle = [copy](const std::optional<std::string>& link) { return copy->settle(link); },
+            .refuseMore = [copy] { copy->refuseMore(); }};
+}
+
+// A reading that begins with its handler, and lasts as long as the operation.
+template <class Reading, class Handler>
+std::function<void(Handler)> startingWithHandler(const QDBusConnection& bus) {
+    return [bus, reading = std::make_shared<std::unique_ptr<Reading>>()](Handler handler) {
+        *reading = std::make_unique<Reading>(bus, std::move(handler));
+    };
+}
+
+}  // namespace
+
+DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
+    const auto bus = QDBusConnection::sessionBus();
+    const auto socket = std::make_shared<const SystemLogSocket>(SystemLogSocket::standardPath);
+    const auto switches = std::make_shared<LinuxSwitches>(bus, run.environment, run.userFolder);
+    const auto requests = std::make_shared<OpenRequests>(run.mainThread);
+    const auto copy =
+        std::make_shared<BusOneCopy>(bus, requests, activationToken(run.environment), BusOneCopy::Bounds());
+    return {
+        .installPath = packagedBundle,
+        .defaults = DefaultsFile::operations(run.folders.preferences + "/tarnik/defaults.json",
+                                             SystemLogSocket::channel(socket, "defaults")),
+        .switches = operationsOf(switches),
+        .onSwitchesChanged = [switches](auto handler) { switches->onChange(std::move(handler)); },
+        .log = [socket](const std::string& category) { return SystemLogSocket::channel(socket, category); },
+        .loginItem = AutostartEntry(run.folders, run.executable).operations(),
+        .updates = {},  // there is no update framework: the package's system updates it
+        .bundles = {},  // nor are applications moved
+        .events = eventsOf(requests),
+        .oneCopy = operationsOf(copy),
+        .activate = {},
+        .onColourScheme = startingWithHandler<ColourSchemeReading, ColourSchemeReading::OnScheme>(bus),
+        .onTrayHost = startingWithHandler<TrayHostReading, TrayHostReading::OnHost>(bus)};
+}
+
+}  // namespace tarnik

@@ -1,0 +1,66 @@
+#include "app/platform/linux/LinuxSwitches.h"
+
+#include <utility>
+
+#include "app/platform/linux/DesktopPortal.h"
+#include "app/platform/linux/SettingsProgram.h"
+
+namespace tarnik {
+namespace {
+
+std::string valueOf(const Environment& environment, const std::string& variable) {
+    const auto found = environment.find(variable);
+    return found != environment.end() ? found->second : std::string();
+}
+
+}  // namespace
+
+LinuxSwitches::LinuxSwitches(const QDBusConnection& bus, const Environment& environment,
+                             const std::string& userFolder)
+    : environment_(environment), display_(displayOf(environment)), bus_(bus, [this] { tell(); }) {
+    if (display_ != Display::wayland) return;
+    introduceToPortal(bus);
+    portal_ = std::make_unique<ScreenPortal>(bus, [this] { tell(); });
+    std::vector<std::string> folders{userFolder, "/tmp"};
+    if (auto runtime = valueOf(environment, "XDG_RUNTIME_DIR"); !runtime.empty()) folders.push_back(runtime);
+    prompt_ = std::make_unique<ScreenPrompt>(bus, std::move(folders));
+}
+
+LinuxSwitches::Display LinuxSwitches::displayOf(const Environment& environment) {
+    if (!valueOf(environment, "WAYLAND_DISPLAY").empty()) return Display::wayland;
+    return valueOf(environment, "DISPLAY").empty() ? Display::none : Display::x11;
+}
+
+bool LinuxSwitches::isOn(Switch which) const {
+    if (which == Switch::accessibility) return bus_.isOn();
+    return portal_ ? portal_->isOn() : display_ == Display::x11;
+}
+
+bool LinuxSwitches::prompt(Switch which) {
+    if (isOn(which)) return true;
+    const bool canAsk = which == Switch::accessibility || prompt_ != nullptr;
+    if (!canAsk || std::exchange(asking(which).isUnderWay, true)) return false;
+    const auto onDone = [this, which](bool done) { prompted(which, done); };
+    if (which == Switch::accessibility) {
+        bus_.turnOn(onDone);
+    } else {
+        prompt_->ask(onDone);
+    }
+    return false;
+}
+
+void LinuxSwitches::openSettings(Switch which) {
+    if (asking(which).isUnderWay) {
+        asking(which).wantsSettings = true;
+    } else {
+        openSettingsProgram(which, environment_);
+    }
+}
+
+void LinuxSwitches::prompted(Switch which, bool done) {
+    if (which == Switch::screenRecording) portal_->answered(done);
+    const Asking asked = std::exchange(asking(which), {});
+    if (asked.wantsSettings && !done) openSettingsProgram(which, environment_);
+}
+
+}  // namespace tarnik

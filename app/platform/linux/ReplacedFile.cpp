@@ -1,0 +1,31 @@
+#include "app/platform/linux/ReplacedFile.h"
+
+#include <cstdio>
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include "core/foundation/Paths.h"
+#include "core/foundation/UniqueFd.h"
+
+namespace tarnik {
+
+std::expected<void, FileError> replaceFile(const std::string& path, std::string_view bytes) {
+    if (auto folder = createFolders(parentFolder(path), 0700); !folder) return folder;
+    std::string fresh = path + ".XXXXXX";
+    const UniqueFd file(::mkostemp(fresh.data(), O_CLOEXEC));  // mode 0600
+    if (!file) return std::unexpected(FileError::last("open", fresh));
+
+    const auto failed = [&](const char* call) {
+        auto error = FileError::last(call, fresh);
+        ::unlink(fresh.c_str());
+        return std::unexpected(std::move(error));
+    };
+    if (!writeAll(file, bytes)) return failed("write");
+    if (::fsync(file.get()) != 0) return failed("fsync");
+    if (::rename(fresh.c_str(), path.c_str()) != 0) return failed("rename");
+    return {};
+}
+
+}  // namespace tarnik

@@ -1,0 +1,80 @@
+#include "app/platform/linux/ScreenPortal.h"
+
+#include <QDBusArgument>
+#include <QMap>
+#include <QStringList>
+#include <utility>
+
+#include "app/platform/linux/BusCall.h"
+#include "app/platform/linux/DesktopPortal.h"
+#include "core/node/TarnikIdentity.h"
+
+namespace tarnik {
+namespace {
+
+const BusObject& permissionStore() {
+    static const BusObject object{QStringLiteral("org.freedesktop.impl.portal.PermissionStore"),
+                                  QStringLiteral("/org/freedesktop/impl/portal/PermissionStore")};
+    return object;
+}
+
+QString table() {
+    return QStringLiteral("screenshot");  // and the name of its one entry
+}
+
+BusReading::Question starting(QDBusMessage call, std::vector<BusSignal::Match> hints = {}) {
+    call.setAutoStartService(true);
+    return {.call = std::move(call),
+            .hints = std::move(hints),
+            .withoutProgram = BusReading::WithoutProgram::keepAnswer};
+}
+
+QDBusMessage versionOf(const char* interface) {
+    return busPropertyCall(desktopPortal(), QLatin1String(interface), QStringLiteral("version"));
+}
+
+// Programs outside a sandbox are noted under the name of their desktop entry, when the portal can tell, and
+// otherwise all under no name.
+std::optional<bool> notedIn(const QDBusMessage& answer) {
+    if (answer.type() != QDBusMessage::ReplyMessage ||
+        !answer.signature().startsWith(QLatin1String("a{sas}")))
+        return std::nullopt;
+    const auto permissions = qdbus_cast<QMap<QString, QStringList>>(answer.arguments().constFirst());
+    const auto id = QLatin1String(TarnikIdentity::bundleIdentifier.data());
+    const QStringList noted = permissions.value(id) + permissions.value(QString());
+    if (noted.contains(QStringLiteral("yes"))) return true;
+    return noted.contains(QStringLiteral("no")) ? std::optional(false) : std::nullopt;
+}
+
+}  // namespace
+
+template <class Change>
+void ScreenPortal::apply(Change change) {
+    const bool wasOn = isOn();
+    change();
+    if (isOn() != wasOn) onChange_();
+}
+
+ScreenPortal::ScreenPortal(const QDBusConnection& bus, std::function<void()> onChange)
+    : onChange_(std::move(onChange)),
+      screenshots_(
+          bus, starting(versionOf("org.freedesktop.portal.Screenshot")),
+          [this](const QDBusMessage& answer) { apply([&] { offers_[0] = busValue(answer).toUInt() > 0; }); }),
+      recordings_(
+          bus, starting(versionOf("org.freedesktop.portal.ScreenCast")),
+          [this](const QDBusMessage& answer) { apply([&] { offers_[1] = busValue(answer).toUInt() > 0; }); }),
+      permission_(bus,
+                  starting(busCall(permissionStore(), permissionStore().service, QStringLiteral("Lookup"),
+                                   {table(), table()}),
+                           {{.path = permissionStore().path,
+                             .interface = permissionStore().service,
+                             .name = QStringLiteral("Changed"),
+                             .firstArgument = table()}}),
+                  [this](const QDBusMessage& answer) { apply([&] { noted_ = notedIn(answer); }); }) {}
+
+void ScreenPortal::answered(bool permitted) {
+    apply([&] { wasGranted_ = permitted; });
+    permission_.ask();
+}
+
+}  // namespace tarnik

@@ -1,0 +1,80 @@
+#include "app/platform/linux/SettingsProgram.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/foundation/Files.h"
+#include "core/process/Spawner.h"
+
+namespace tarnik {
+namespace {
+
+struct Page {
+    std::string_view desktop;  // as XDG_CURRENT_DESKTOP names it
+    Switch which;
+    std::string_view program;
+    std::string_view argument;
+};
+
+constexpr Page pages[] = {
+    {"GNOME", Switch::accessibility, "gnome-control-center", "universal-access"},
+    {"GNOME", Switch::screenRecording, "gnome-control-center", "applications"},
+    {"Unity", Switch::accessibility, "unity-control-center", "universal-access"},
+    {"KDE", Switch::accessibility, "systemsettings", "kcm_access"},
+    {"KDE", Switch::accessibility, "systemsettings5", "kcm_access"},
+    {"KDE", Switch::screenRecording, "systemsettings", "kcm_app-permissions"},
+    {"XFCE", Switch::accessibility, "xfce4-accessibility-settings", ""},
+    {"X-Cinnamon", Switch::accessibility, "cinnamon-settings", "universal-access"},
+    {"MATE", Switch::accessibility, "mate-at-properties", ""},
+    {"Budgie", Switch::accessibility, "budgie-control-center", "universal-access"},
+    {"Budgie", Switch::screenRecording, "budgie-control-center", "applications"},
+};
+
+std::vector<std::string> pieces(const Environment& environment, const std::string& variable) {
+    std::vector<std::string> found(1);
+    const auto value = environment.find(variable);
+    if (value == environment.end()) return {};
+    for (const char character : value->second) {
+        if (character == ':') {
+            found.emplace_back();
+        } else {
+            found.back() += character;
+        }
+    }
+    return found;
+}
+
+// Folders that aren't full paths are passed over: what they mean depends on where we were started.
+std::optional<std::string> programOnPath(std::string_view name, const std::vector<std::string>& path) {
+    for (const auto& folder : path) {
+        const std::string program = folder + "/" + std::string(name);
+        if (folder.starts_with('/') && isExecutableFile(program)) return program;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+void openSettingsProgram(Switch which, const Environment& environment) {
+    const auto desktops = pieces(environment, "XDG_CURRENT_DESKTOP");
+    const auto path = pieces(environment, "PATH");
+    const auto isOfThisDesktop = [&](const Page& page) {
+        return std::ranges::find(desktops, page.desktop) != desktops.end();
+    };
+    for (const bool own : {true, false}) {  // any settings are better than none
+        for (const Page& page : pages) {
+            if (page.which != which || isOfThisDesktop(page) != own) continue;
+            const auto program = programOnPath(page.program, path);
+            if (!program) continue;
+            SpawnRequest request{.executable = *program, .environment = environment};
+            if (!page.argument.empty()) request.arguments.emplace_back(page.argument);
+            if (Spawner::spawn(request)) return;
+        }
+    }
+}
+
+}  // namespace tarnik

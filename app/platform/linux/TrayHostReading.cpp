@@ -1,0 +1,31 @@
+#include "app/platform/linux/TrayHostReading.h"
+
+#include <utility>
+
+#include "app/platform/linux/BusCall.h"
+
+namespace tarnik {
+namespace {
+
+BusReading::Question question() {
+    const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+    const QString path = QStringLiteral("/StatusNotifierWatcher");
+    const auto hint = [&](const char* name) { return BusSignal::Match{path, watcher, QLatin1String(name)}; };
+    return {
+        .call = busPropertyCall({watcher, path}, watcher, QStringLiteral("IsStatusNotifierHostRegistered")),
+        .hints = {hint("StatusNotifierHostRegistered"), hint("StatusNotifierHostUnregistered")}};
+}
+
+}  // namespace
+
+TrayHostReading::TrayHostReading(const QDBusConnection& bus, OnHost onHost)
+    : onHost_(std::move(onHost)),
+      reading_(bus, question(), [this](const QDBusMessage& answer) { answered(answer); }) {}
+
+void TrayHostReading::answered(const QDBusMessage& answer) {
+    const TrayHost host = busValue(answer).toBool() ? TrayHost::present : TrayHost::absent;
+    if (std::exchange(told_, host) == host) return;
+    onHost_(host);
+}
+
+}  // namespace tarnik
