@@ -26,6 +26,8 @@ async function controlBody(request) {
 }
 
 class Service {
+  requests = [];  // "METHOD PATH" of each that came
+
   #folder;
   #server = createServer((request, response) => this.#serve(request, response));
   #misbehaving = new Map();
@@ -58,6 +60,7 @@ class Service {
   async #serve(request, response) {
     try {
       const { pathname } = new URL(request.url, this.origin);
+      this.requests.push(`${request.method} ${pathname}`);
       const answer = await this.#answer(request, pathname);
       const how = this.#misbehaving.get(pathname) ?? deliver;
       await how(response, answer, pathname);

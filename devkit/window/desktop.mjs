@@ -1,0 +1,178 @@
+// A desktop of its own for programs with a window: an X server, a session bus that starts nothing by itself, the
+// accessibility bus, and whoever stands for the person in front of it. It shares nothing with the real one.
+import { execFile, spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
+import path from 'node:path';
+import { createInterface } from 'node:readline';
+import { promisify } from 'node:util';
+import { ConsoleProgram } from '../journey/consoleProgram.mjs';
+import { demand } from '../journey/proof.mjs';
+import { endAll, processesOf } from './leftovers.mjs';
+
+const startLimitMs = 10_000;
+const endLimitMs = 3000;
+const run = promisify(execFile);
+
+const busSettings = (socket) => `<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path=${socket}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+`;
+
+// What leads to a desktop, and what changes how programs look on one.
+const ofADesktop = /^(DISPLAY|XAUTHORITY|WAYLAND_.*|DBUS_.*|AT_SPI_.*|NO_AT_BRIDGE|XDG_.*|DESKTOP_.*|QT_.*|G(TK|DK)_.*|LANG|LC_.*)$/;
+
+function withoutDesktop(environment) {
+  return Object.fromEntries(Object.entries(environment).filter(([name]) => !ofADesktop.test(name)));
+}
+
+// Starts what says one line on descriptor 3 once it is ready.
+async function startServer(program, words, environment) {
+  const child = spawn(program, words, { env: environment, stdio: ['ignore', 'ignore', 'pipe', 'pipe'] });
+  let complaint = '';
+  child.stderr.on('data', (text) => { complaint += text; });
+  const failed = once(child, 'exit').then(
+    ([code]) => { throw new Error(`${program} ended (${code}): ${complaint.trim()}`); });
+  failed.catch(() => {});
+  const lines = createInterface({ input: child.stdio[3] });
+  const signal = AbortSignal.timeout(startLimitMs);
+  const [line] = await Promise.race([once(lines, 'line', { signal }), failed]);
+  return { child, line };
+}
+
+// The launcher of the accessibility bus stands where its own service file says.
+function accessibilityLauncher() {
+  const service = readFileSync('/usr/share/dbus-1/services/org.a11y.Bus.service', 'utf8');
+  return service.match(/^Exec=(\S+)/m)[1];
+}
+
+export class Desktop {
+  variables = {};  // of the environment of every program on this desktop
+
+  #root;
+  #tools;
+  #children = [];  // in the order of their starts
+  #programs = [];
+
+  constructor(root, tools) {
+    this.#root = root;
+    this.#tools = tools;
+  }
+
+  // `root` is a folder of its own; `tools` has the compiled ones. With `bus: false` there is no session bus.
+  static async open(root, tools, { bus = true } = {}) {
+    const desktop = new Desktop(root, tools);
+    try {
+      await desktop.#start(bus);
+      return desktop;
+    } catch (error) {
+      await desktop.close();
+      throw error;
+    }
+  }
+
+  async #start(bus) {
+    const runtime = path.join(this.#root, 'run');
+    mkdirSync(runtime, { mode: 0o700 });
+    const x = await startServer(
+      'Xvfb', ['-displayfd', '3', '-screen', '0', '1280x1024x24', '-nolisten', 'tcp', '-noreset'], process.env);
+    this.#children.push(x.child);
+    const socket = path.join(runtime, 'bus');
+    this.variables = {
+      DISPLAY: `:${x.line}`,
+      DBUS_SESSION_BUS_ADDRESS: `unix:path=${socket}`,
+      XDG_RUNTIME_DIR: runtime,
+      XDG_CACHE_HOME: path.join(this.#root, 'cache'),
+      XDG_SESSION_TYPE: 'x11',
+      GSETTINGS_BACKEND: 'memory',
+      QT_QPA_PLATFORM: 'xcb',
+      QT_LINUX_ACCESSIBILITY_ALWAYS_ON: '1',  // for the reader; the switch may still be off
+      LANG: 'C.UTF-8',
+    };
+    if (bus) await this.#startBuses(socket);
+    this.windows = this.#startTool('window_watch');
+    await this.windows.expect(/"watching"/, 0, Date.now() + startLimitMs);
+    if (bus) this.reader = this.#startTool('screen_reader');
+  }
+
+  async #startBuses(socket) {
+    const settings = path.join(this.#root, 'session.conf');
+    writeFileSync(settings, busSettings(socket));
+    const words = [`--config-file=${settings}`, '--nofork', '--nopidfile', '--print-address=3'];
+    this.#children.push((await startServer('dbus-daemon', words, this.environment())).child);
+    const launcher = spawn(
+      accessibilityLauncher(), ['--launch-immediately'], { env: this.environment(), stdio: 'ignore' });
+    this.#children.push(launcher);
+    await run('gdbus', ['wait', '--session', '--timeout', `${startLimitMs / 1000}`, 'org.a11y.Bus'],
+      { env: this.environment() });
+  }
+
+  environment(own = process.env) {
+    const { XDG_DATA_HOME, XDG_STATE_HOME, XDG_CONFIG_HOME } = own;
+    return { ...withoutDesktop(own), XDG_DATA_HOME, XDG_STATE_HOME, XDG_CONFIG_HOME, ...this.variables };
+  }
+
+  // Any program on this desktop; it ends with it at the latest.
+  start(program, words, own = process.env) {
+    const started = new ConsoleProgram(program, words, this.environment(own));
+    this.#programs.push(started);
+    return started;
+  }
+
+  #startTool(name, words = []) {
+    return this.start(path.join(this.#tools, name), words);
+  }
+
+  // From now on there is somebody who shows status items.
+  async startTray() {
+    const tray = this.#startTool('tray_host');
+    await tray.expect(/"ready"/, 0, Date.now() + startLimitMs);
+    return tray;
+  }
+
+  // A call over the session bus; the answer as gdbus prints it.
+  async call(name, object, operation, ...words) {
+    const { stdout } = await run('gdbus', ['call', '--session', '--timeout', `${startLimitMs / 1000}`,
+      '--dest', name, '--object-path', object, '--method', operation, '--', ...words], { env: this.environment() });
+    return stdout.trim();
+  }
+
+  // What the person turns on in the settings of the desktop.
+  async setAccessibility(on) {
+    await this.call('org.a11y.Bus', '/org/a11y/bus', 'org.freedesktop.DBus.Properties.Set',
+      'org.a11y.Status', 'IsEnabled', `<${on}>`);
+  }
+
+  // Mouse and keyboard, through the X server.
+  async act(...words) {
+    await run('xdotool', words.map(String), { env: this.environment(), timeout: startLimitMs });
+  }
+
+  // What the screen shows, into a PNG file.
+  async picture(file) {
+    const from = this.windows.mark;
+    this.windows.send(`picture ${file}`);
+    const written = await this.windows.expect(/"picture"/, from, Date.now() + startLimitMs);
+    demand(JSON.parse(written).written, `can't write ${file}`);
+  }
+
+  async close() {
+    for (const program of this.#programs.reverse()) {
+      if (program.exit) continue;
+      program.kill('SIGKILL');
+      await program.expectExit(Date.now() + endLimitMs).catch(() => {});
+    }
+    await endAll(this.#children.reverse());
+    // What others started by themselves, such as the accessibility bus with its registry.
+    await endAll(processesOf(this.#root));
+  }
+}

@@ -1,0 +1,205 @@
+// Reads a program's window as a screen reader does: over the accessibility bus of the session.
+//
+// "look PID" on standard input is answered with one JSON line: what that process shows now, as a tree, or
+// null while it is not on the bus. After each answer the first change that any program announces is told,
+// once, with the line {"changed":true}. Ends with its input.
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSocketNotifier>
+#include <cstdio>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr int callLimitMs = 2000;
+constexpr int mostDepth = 24;
+const QString accessible = "org.a11y.atspi.Accessible";
+
+struct Place {
+    QString service;
+    QString path;
+};
+
+// The states that tests ask for, by their numbers on the bus.
+constexpr std::pair<unsigned, const char*> states[] = {
+    {1, "active"},     {4, "checked"},  {7, "editable"}, {8, "enabled"},
+    {11, "focusable"}, {12, "focused"}, {25, "showing"}, {30, "visible"},
+};
+constexpr unsigned showing = 25;
+
+bool has(const QList<unsigned>& words, unsigned state) {
+    const auto word = static_cast<qsizetype>(state / 32);
+    return word < words.size() && (words[word] >> (state % 32) & 1U) != 0;
+}
+
+class ScreenReader : public QObject {
+    Q_OBJECT
+
+public:
+    explicit ScreenReader(QDBusConnection bus) : bus_(std::move(bus)) {
+        // What a program announces is what somebody said to wait for.
+        for (const char* events : {"object:", "window:"}) {
+            call({"org.a11y.atspi.Registry", "/org/a11y/atspi/registry"}, "org.a11y.atspi.Registry",
+                 "RegisterEvent", {QString(events)});
+        }
+        for (const char* kind : {"Object", "Window"}) {
+            bus_.connect({}, {}, QString("org.a11y.atspi.Event.") + kind, {}, this, SLOT(changed()));
+        }
+    }
+
+    void look(unsigned pid) {
+        const auto program = programOf(pid);
+        toldChange_ = false;
+        say({{"pid", static_cast<qint64>(pid)}, {"tree", program ? describe(*program, 0) : QJsonValue()}});
+    }
+
+private slots:
+    void changed() {
+        if (std::exchange(toldChange_, true)) return;
+        say({{"changed", true}});
+    }
+
+private:
+    static void say(const QJsonObject& what) {
+        std::puts(QJsonDocument(what).toJson(QJsonDocument::Compact).constData());
+        std::fflush(stdout);
+    }
+
+    QVariantList call(const Place& place, const QString& interface, const QString& operation,
+                      const QVariantList& arguments = {}) const {
+        auto message = QDBusMessage::createMethodCall(place.service, place.path, interface, operation);
+        message.setArguments(arguments);
+        return bus_.call(message, QDBus::Block, callLimitMs).arguments();
+    }
+
+    QVariant property(const Place& place, const QString& name) const {
+        const auto found = call(place, "org.freedesktop.DBus.Properties", "Get", {accessible, name});
+        return found.isEmpty() ? QVariant() : qvariant_cast<QDBusVariant>(found[0]).variant();
+    }
+
+    std::vector<Place> children(const Place& place) const {
+        std::vector<Place> all;
+        const auto found = call(place, accessible, "GetChildren");
+        if (found.isEmpty()) return all;
+        const auto list = qvariant_cast<QDBusArgument>(found[0]);
+        for (list.beginArray(); !list.atEnd();) {
+            QDBusObjectPath path;
+            Place child;
+            list.beginStructure();
+            list >> child.service >> path;
+            list.endStructure();
+            child.path = path.path();
+            all.push_back(child);
+        }
+        return all;
+    }
+
+    std::optional<Place> programOf(unsigned pid) const {
+        for (const auto& program : children({"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"})) {
+            const QDBusReply<uint> owner = bus_.interface()->servicePid(program.service);
+            if (owner.isValid() && owner.value() == pid) return program;
+        }
+        return std::nullopt;
+    }
+
+    QJsonArray bounds(const Place& place) const {
+        const auto found = call(place, "org.a11y.atspi.Component", "GetExtents", {0U});
+        if (found.isEmpty()) return {};
+        const auto argument = qvariant_cast<QDBusArgument>(found[0]);
+        int x = 0, y = 0, width = 0, height = 0;
+        argument.beginStructure();
+        argument >> x >> y >> width >> height;
+        argument.endStructure();
+        return {x, y, width, height};
+    }
+
+    // What is not on the screen is left out, but for the program itself.
+    QJsonObject describe(const Place& place, int depth) const {
+        const auto role = call(place, accessible, "GetRoleName");
+        const auto stateWords = call(place, accessible, "GetState");
+        if (role.isEmpty() || stateWords.isEmpty()) return {};  // it is going away
+        const auto words = qdbus_cast<QList<unsigned>>(stateWords[0]);
+        if (depth > 0 && !has(words, showing)) return {};
+        QJsonArray names;
+        for (const auto& [number, name] : states)
+            if (has(words, number)) names.append(name);
+        QJsonArray inside;
+        if (depth < mostDepth) {
+            for (const auto& child : children(place)) {
+                const auto described = describe(child, depth + 1);
+                if (!described.isEmpty()) inside.append(described);
+            }
+        }
+        QJsonObject all{{"role", role[0].toString()},
+                        {"name", property(place, "Name").toString()},
+                        {"description", property(place, "Description").toString()},
+                        {"states", names},
+                        {"bounds", depth > 0 ? bounds(place) : QJsonArray()},
+                        {"children", inside}};
+        if (has(words, 7) || role[0].toString() == "text") {
+            const auto text = call(place, "org.a11y.atspi.Text", "GetText", {0, -1});
+            if (!text.isEmpty()) all["text"] = text[0].toString();
+        }
+        return all;
+    }
+
+    QDBusConnection bus_;
+    bool toldChange_ = false;
+};
+
+// The accessibility bus is one of its own, which the session bus knows.
+QString accessibilityBus() {
+    const auto asked =
+        QDBusMessage::createMethodCall("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress");
+    const QDBusReply<QString> answer = QDBusConnection::sessionBus().call(asked, QDBus::Block, callLimitMs);
+    return answer.value();
+}
+
+// Whole lines only; false at the end of the input.
+bool readLines(std::string& pending, const std::function<void(const std::string&)>& take) {
+    char buffer[4096];
+    const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+    if (count <= 0) return false;
+    pending.append(buffer, static_cast<std::size_t>(count));
+    for (std::size_t end; (end = pending.find('\n')) != std::string::npos; pending.erase(0, end + 1)) {
+        take(pending.substr(0, end));
+    }
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    const auto bus = QDBusConnection::connectToBus(accessibilityBus(), "accessibility");
+    if (!bus.isConnected()) {
+        std::cerr << "no accessibility bus: " << bus.lastError().message().toStdString() << '\n';
+        return EXIT_FAILURE;
+    }
+    ScreenReader reader(bus);
+    std::string pending;
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, [&] {
+        const bool open = readLines(pending, [&](const std::string& line) {
+            if (line.starts_with("look ")) reader.look(static_cast<unsigned>(std::stoul(line.substr(5))));
+        });
+        if (!open) QCoreApplication::quit();
+    });
+    return QCoreApplication::exec();
+}
+
+#include "screen_reader.moc"

@@ -1,0 +1,233 @@
+// A tray: takes status items as a desktop's panel does, over the session bus, and shows them as JSON lines.
+//
+// Says that it is there ("ready"), and of each item that comes or goes ("registered", "gone"). On standard
+// input: "show" is answered with all that the last item and its menu say; "choose ID" chooses an entry of the
+// menu, "click" is a click on the item itself. Ends with its input.
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSocketNotifier>
+#include <cstdio>
+#include <ctime>
+#include <iostream>
+#include <string>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr int callLimitMs = 2000;
+const QString watcherName = "org.kde.StatusNotifierWatcher";
+const QString itemInterface = "org.kde.StatusNotifierItem";
+const QString menuInterface = "com.canonical.dbusmenu";
+const QString propertiesInterface = "org.freedesktop.DBus.Properties";
+
+// Programs ask for it before they use the rest.
+const QString introduction = R"(
+  <interface name="org.kde.StatusNotifierWatcher">
+    <method name="RegisterStatusNotifierItem"><arg name="service" type="s" direction="in"/></method>
+    <method name="RegisterStatusNotifierHost"><arg name="service" type="s" direction="in"/></method>
+    <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+    <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+    <property name="ProtocolVersion" type="i" access="read"/>
+    <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
+    <signal name="StatusNotifierItemUnregistered"><arg type="s"/></signal>
+    <signal name="StatusNotifierHostRegistered"/>
+  </interface>
+)";
+
+void say(const QJsonObject& what) {
+    std::puts(QJsonDocument(what).toJson(QJsonDocument::Compact).constData());
+    std::fflush(stdout);
+}
+
+class TrayHost : public QDBusVirtualObject {
+public:
+    TrayHost() {
+        gone_.setConnection(bus_);
+        gone_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+        connect(&gone_, &QDBusServiceWatcher::serviceUnregistered, [this](const QString& service) {
+            items_.removeAll(service);
+            say({{"gone", service}});
+        });
+    }
+
+    bool start() {
+        return bus_.registerVirtualObject("/StatusNotifierWatcher", this) &&
+               bus_.registerService(watcherName);
+    }
+
+    QString introspect(const QString&) const override { return introduction; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        if (message.interface() == propertiesInterface && message.member() == "Get") {
+            const auto value = properties().value(message.arguments().value(1).toString());
+            return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(value))));
+        }
+        if (message.interface() == propertiesInterface && message.member() == "GetAll")
+            return connection.send(message.createReply(QVariant(properties())));
+        if (message.member() == "RegisterStatusNotifierItem") {
+            connection.send(message.createReply());
+            add(message.arguments().value(0).toString(), message.service());
+            return true;
+        }
+        return false;
+    }
+
+    void obey(const std::string& line) {
+        if (line == "show") return show();
+        if (line == "click") {
+            call(item(), "/StatusNotifierItem", itemInterface, "Activate", {0, 0});
+        } else if (line.starts_with("choose ")) {
+            call(item(), menuPath(), menuInterface, "Event",
+                 {std::stoi(line.substr(7)), QString("clicked"), QVariant::fromValue(QDBusVariant(QString())),
+                  static_cast<uint>(std::time(nullptr))});
+        }
+    }
+
+private:
+    QVariantMap properties() const {
+        return {{"RegisteredStatusNotifierItems", items_},
+                {"IsStatusNotifierHostRegistered", true},
+                {"ProtocolVersion", 0}};
+    }
+
+    // An item gives its service's name, or a path of the one that speaks.
+    void add(const QString& given, const QString& sender) {
+        const auto service = given.startsWith('/') ? sender : given;
+        items_.append(service);
+        gone_.addWatchedService(service);
+        auto signal =
+            QDBusMessage::createSignal("/StatusNotifierWatcher", watcherName, "StatusNotifierItemRegistered");
+        signal.setArguments({service});
+        bus_.send(signal);
+        const QDBusReply<uint> pid = bus_.interface()->servicePid(sender);
+        say({{"registered", service}, {"pid", static_cast<qint64>(pid.value())}});
+    }
+
+    QString item() const { return items_.isEmpty() ? QString() : items_.last(); }
+
+    QVariantList call(const QString& service, const QString& path, const QString& interface,
+                      const QString& operation, const QVariantList& arguments) const {
+        auto message = QDBusMessage::createMethodCall(service, path, interface, operation);
+        message.setArguments(arguments);
+        const auto answer = bus_.call(message, QDBus::Block, callLimitMs);
+        if (answer.type() == QDBusMessage::ErrorMessage) say({{"error", answer.errorMessage()}});
+        return answer.arguments();
+    }
+
+    QVariantMap itemProperties() const {
+        const auto all = call(item(), "/StatusNotifierItem", propertiesInterface, "GetAll", {itemInterface});
+        return all.isEmpty() ? QVariantMap() : qdbus_cast<QVariantMap>(all[0]);
+    }
+
+    QString menuPath() const { return qvariant_cast<QDBusObjectPath>(itemProperties()["Menu"]).path(); }
+
+    void show() const {
+        const auto all = itemProperties();
+        say({{"item", item()},
+             {"id", all["Id"].toString()},
+             {"title", all["Title"].toString()},
+             {"status", all["Status"].toString()},
+             {"tooltip", tooltip(all["ToolTip"])},
+             {"icons", iconSizes(all["IconPixmap"])},
+             {"iconName", all["IconName"].toString()},
+             {"menu", menu(qvariant_cast<QDBusObjectPath>(all["Menu"]).path())}});
+    }
+
+    static QString tooltip(const QVariant& value) {
+        const auto argument = qvariant_cast<QDBusArgument>(value);
+        QString icon, title;
+        argument.beginStructure();
+        argument >> icon;
+        skipPixmaps(argument);
+        argument >> title;
+        return title;
+    }
+
+    static QJsonArray skipPixmaps(const QDBusArgument& argument) {
+        QJsonArray widths;
+        for (argument.beginArray(); !argument.atEnd();) {
+            int width = 0, height = 0;
+            QByteArray bytes;
+            argument.beginStructure();
+            argument >> width >> height >> bytes;
+            argument.endStructure();
+            widths.append(width);
+        }
+        argument.endArray();
+        return widths;
+    }
+
+    static QJsonArray iconSizes(const QVariant& value) {
+        return skipPixmaps(qvariant_cast<QDBusArgument>(value));
+    }
+
+    QJsonArray menu(const QString& path) const {
+        call(item(), path, menuInterface, "AboutToShow", {0});
+        const auto layout = call(item(), path, menuInterface, "GetLayout", {0, -1, QStringList()});
+        QJsonArray entries;
+        if (layout.size() < 2) return entries;
+        const auto root = qvariant_cast<QDBusArgument>(layout[1]);
+        int id = 0;
+        QVariantMap properties;
+        root.beginStructure();
+        root >> id >> properties;
+        for (root.beginArray(); !root.atEnd();) {
+            QDBusVariant child;
+            root >> child;
+            entries.append(entry(qvariant_cast<QDBusArgument>(child.variant())));
+        }
+        return entries;
+    }
+
+    static QJsonObject entry(const QDBusArgument& argument) {
+        int id = 0;
+        QVariantMap properties;
+        argument.beginStructure();
+        argument >> id >> properties;
+        return {{"id", id},
+                {"label", properties["label"].toString()},
+                {"type", properties.value("type", "standard").toString()},
+                {"enabled", properties.value("enabled", true).toBool()},
+                {"visible", properties.value("visible", true).toBool()}};
+    }
+
+    QDBusConnection bus_ = QDBusConnection::sessionBus();
+    QDBusServiceWatcher gone_;
+    QStringList items_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    TrayHost host;
+    if (!host.start()) {
+        std::cerr << "can't be the tray: "
+                  << QDBusConnection::sessionBus().lastError().message().toStdString() << '\n';
+        return EXIT_FAILURE;
+    }
+    say({{"ready", true}});
+    std::string pending;
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, [&] {
+        char buffer[4096];
+        const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count <= 0) return QCoreApplication::quit();
+        pending.append(buffer, static_cast<std::size_t>(count));
+        for (std::size_t end; (end = pending.find('\n')) != std::string::npos; pending.erase(0, end + 1)) {
+            host.obey(pending.substr(0, end));
+        }
+    });
+    return QCoreApplication::exec();
+}

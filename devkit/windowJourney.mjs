@@ -1,0 +1,188 @@
+// Goes through the whole life of the program in its window as a person does, with mouse and keyboard, against the
+// stand-ins:
+//
+//     node devkit/windowJourney.mjs --program PATH [--stand-ins DIR]
+import { existsSync, readFileSync } from 'node:fs';
+import path from 'node:path';
+import { driverFolders } from './journey/driverProof.mjs';
+import { inspect, isRunning } from './journey/processes.mjs';
+import { demand, exactly, installedHelper } from './journey/proof.mjs';
+import { processesOf } from './window/leftovers.mjs';
+import { play } from './window/play.mjs';
+import { find, is } from './window/screen.mjs';
+
+const linkField = 'Link from tarnik';
+const connected = 'This Mac is connected to your tarnik.';
+const prompt = /Press Enter to connect it/;
+// A helper that does not leave when its input ends is signalled only after 10 s.
+const politeStopMs = 5000;
+
+// The pairing command at its prompt; and its pid, for the end of a run that goes wrong.
+async function atThePrompt(run) {
+  const { text } = await run.seesText(prompt, 'text');
+  const pid = Number(text.match(/connect pid (\d+)/)[1]);
+  run.connectPids.push(pid);
+  await run.sees((tree) => is(find(tree, 'Connect', 'push button') ?? { states: [] }, 'enabled'), 'no Connect');
+  return { pid, text };
+}
+
+async function secondStart(run, link) {
+  const second = run.another(link);
+  const { code } = await second.expectExit(run.deadline);
+  demand(code === 0, second.describeExit());
+  return `the second start: ${second.describeExit()}`;
+}
+
+async function helperRuns(run) {
+  const running = () => run.startsInLog().find(({ pid }) => isRunning(pid, run.place.entry));
+  return (await run.until(running, 'no helper runs')).pid;
+}
+
+const cases = [
+  {
+    name: 'where there is no tray the window is there at once, and shows the install',
+    reach: async (run) => {
+      run.place.misbehave('runtime', 'slow');  // so that there is something to see
+      run.launch('--connected-after', '1');
+      const appeared = await run.windowAppears();
+      const [x, y, width, height] = run.window.bounds;
+      demand(width === 460 && height === 560, `it is ${width} by ${height}`);
+      demand(x === (1280 - width) / 2 && Math.abs(y - (1024 - height) / 2) <= 1, `it stands at ${x},${y}`);
+      const { runtime } = run.place.release;
+      const { name } = await run.seesText(new RegExp(exactly(`Downloading Node.js ${runtime.version}…`)));
+      const bar = await run.seesText(/./, 'progress bar');
+      return [appeared, name, `${bar.role} "${bar.name}"`];
+    },
+  },
+  {
+    name: 'then it asks for a link',
+    reach: async (run) => {
+      const { name } = await run.seesText('Connect this Mac');
+      await run.sees((tree) => is(find(tree, linkField, 'text') ?? { states: [] }, 'enabled'), 'no field');
+      return [name, ...installedHelper(run.place)];
+    },
+  },
+  {
+    name: 'what is no link is refused, and stays in the field',
+    reach: async (run) => {
+      const wrong = `https://elsewhere.example.invalid/c/${run.place.service.links.handOut().code}`;
+      await run.fill(linkField, wrong);
+      await run.press('Return');
+      const { name } = await run.seesText(/^That doesn't look like a link from tarnik\./);
+      const { text } = await run.seesText(linkField, 'text');
+      demand(text === wrong, `the field holds ${text}`);
+      return [name, text];
+    },
+  },
+  {
+    name: 'a link leads to the pairing command, on its terminal',
+    reach: async (run) => {
+      run.offer = run.place.service.links.handOut();
+      await run.fill(linkField, run.offer.link);
+      await run.click('Continue', 'push button');
+      const { pid, text } = await atThePrompt(run);
+      demand(isRunning(pid, run.place.entry), `there is no process ${pid}`);
+      demand(text.includes('standard input is a terminal of 24x100'), text);
+      return text.trim().split('\n');
+    },
+  },
+  {
+    name: 'Connect connects',
+    reach: async (run) => {
+      await run.click('Connect', 'push button');
+      const { name } = await run.seesText('Connected. You can go back to your chat.');
+      demand(!run.place.service.links.isFresh(run.offer.code), 'the link would join another machine');
+      demand(existsSync(run.place.joinRecord), 'there is no join record');
+      return [name];
+    },
+  },
+  {
+    name: 'Done shows the connection, and the normal run follows',
+    reach: async (run) => {
+      await run.click('Done', 'push button');
+      const { name } = await run.seesText(connected);
+      process.kill(run.connectPids[0], 'SIGTERM');
+      const { name: again } = await run.seesText('Reconnecting…');
+      await run.seesText(connected);
+      return [name, again, `helper ${await helperRuns(run)}`];
+    },
+  },
+  {
+    name: 'another account is only offered, and can be left alone',
+    reach: async (run) => {
+      const before = await helperRuns(run);
+      run.offer = run.place.service.links.handOut();
+      const second = await secondStart(run, run.offer.appLink);
+      const { name } = await run.seesText(/^This Mac is already connected to an tarnik account\./);
+      await run.click('Keep the current one', 'push button');
+      await run.seesText(connected);
+      demand(isRunning(before, run.place.entry), `helper ${before} was disturbed`);
+      demand(run.place.service.links.isFresh(run.offer.code), 'the link was used up');
+      return [second, name, `helper ${before} runs on`];
+    },
+  },
+  {
+    name: 'or taken, by keyboard to the end',
+    reach: async (run) => {
+      const before = await helperRuns(run);
+      const second = await secondStart(run, run.offer.link);
+      await run.click('Connect to the new account', 'push button');
+      const { pid } = await atThePrompt(run);
+      demand(!isRunning(before, run.place.entry), `helper ${before} still runs`);
+      await run.press('Return');
+      await run.sees((tree) => find(tree, 'Done', 'push button'), 'it did not connect');
+      await run.press('Return');
+      await run.seesText(connected);
+      process.kill(pid, 'SIGTERM');
+      const helper = await run.until(
+        () => run.startsInLog().find((start) => start.pid !== before && isRunning(start.pid, run.place.entry)),
+        'no helper runs');
+      return [second, `helper ${before}, then ${helper.pid}`];
+    },
+  },
+  {
+    name: 'of the switches one is on here, and a click turns on the other: the driver runs',
+    reach: async (run) => {
+      const on = await run.seesText('Screen Recording is on');
+      const off = await run.seesText('Accessibility is off');
+      demand(driverFolders(run.place).length === 0, 'there is a driver already');
+      await run.click('Turn on Accessibility', 'push button');
+      await run.seesText('Accessibility is on');
+      const answer = await run.logged(/^.*desktop driver answered: .* pid (\d+), .*$/m);
+      run.driverPid = Number(answer.match(/ pid (\d+),/)[1]);
+      demand(inspect(run.driverPid)?.command.startsWith(run.place.driver), `process ${run.driverPid} is no driver`);
+      const [folder] = driverFolders(run.place);
+      demand(Number(readFileSync(path.join(folder, 'cua.pid'), 'utf8')) === run.driverPid, `${folder} is not its`);
+      return [on.name, off.name, answer];
+    },
+  },
+  {
+    name: 'turned off elsewhere, the driver ends',
+    reach: async (run) => {
+      await run.desktop.setAccessibility(false);
+      await run.seesText('Turn on Accessibility', 'push button');
+      await run.until(() => !isRunning(run.driverPid, run.place.driver), `driver ${run.driverPid} is still there`);
+      await run.until(() => driverFolders(run.place).length === 0, 'its folder is still there');
+      return [`driver ${run.driverPid} is gone`];
+    },
+  },
+  {
+    name: 'closing the window quits, and leaves nothing behind',
+    reach: async (run) => {
+      const helper = await helperRuns(run);
+      const asked = performance.now();
+      run.closeWindow();
+      const { code } = await run.console.expectExit(run.deadline);
+      const tookMs = Math.round(performance.now() - asked);
+      demand(code === 0, run.console.describeExit());
+      demand(tookMs < politeStopMs, `it took ${tookMs} ms: the helper did not leave by itself`);
+      const { program, place } = run;
+      const ours = processesOf(place.root).filter(({ command }) =>
+        [program, place.home, place.driver, place.keepAwake].some((name) => command.includes(name)));
+      demand(ours.length === 0, `left: ${ours.map(({ pid, command }) => `${pid} ${command}`).join(', ')}`);
+      return [`${run.console.describeExit()} after ${tookMs} ms`, `helper ${helper} is gone`];
+    },
+  },
+];
+
+await play('windowJourney.mjs', cases);
