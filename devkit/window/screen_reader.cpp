@@ -14,7 +14,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <cstdio>
+#include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -46,9 +49,7 @@ bool has(const QList<unsigned>& words, unsigned state) {
     return word < words.size() && (words[word] >> (state % 32) & 1U) != 0;
 }
 
-class ScreenReader : public QObject {
-    Q_OBJECT
-
+class ScreenReader {
 public:
     explicit ScreenReader(QDBusConnection bus) : bus_(std::move(bus)) {
         // What a program announces is what somebody said to wait for.
@@ -56,9 +57,11 @@ public:
             call({"org.a11y.atspi.Registry", "/org/a11y/atspi/registry"}, "org.a11y.atspi.Registry",
                  "RegisterEvent", {QString(events)});
         }
+        announced_.setSingleShot(true);
         for (const char* kind : {"Object", "Window"}) {
-            bus_.connect({}, {}, QString("org.a11y.atspi.Event.") + kind, {}, this, SLOT(changed()));
+            bus_.connect({}, {}, QString("org.a11y.atspi.Event.") + kind, {}, &announced_, SLOT(start()));
         }
+        QObject::connect(&announced_, &QTimer::timeout, [this] { changed(); });
     }
 
     void look(unsigned pid) {
@@ -67,13 +70,12 @@ public:
         say({{"pid", static_cast<qint64>(pid)}, {"tree", program ? describe(*program, 0) : QJsonValue()}});
     }
 
-private slots:
+private:
     void changed() {
         if (std::exchange(toldChange_, true)) return;
         say({{"changed", true}});
     }
 
-private:
     static void say(const QJsonObject& what) {
         std::puts(QJsonDocument(what).toJson(QJsonDocument::Compact).constData());
         std::fflush(stdout);
@@ -158,6 +160,7 @@ private:
     }
 
     QDBusConnection bus_;
+    QTimer announced_;
     bool toldChange_ = false;
 };
 
@@ -201,5 +204,3 @@ int main(int argc, char** argv) {
     });
     return QCoreApplication::exec();
 }
-
-#include "screen_reader.moc"
