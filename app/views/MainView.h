@@ -6,7 +6,13 @@
 
 #include "app/model/WindowContent.h"
 
+class QBoxLayout;
+
 namespace tarnik {
+
+class Announcer;
+class ConnectSection;
+class SwitchesSection;
 
 // The contents of the window: draws a WindowContent from top to bottom and passes on what is clicked or
 // typed. Main thread. What doesn't change from one content to the next keeps its widgets, with focus,
@@ -19,6 +25,26 @@ public:
     MainView(const WindowContent& content, OnIntent onIntent);
 
     void setContent(const WindowContent& content);
+
+protected:
+    // Return and Escape, whatever has the keyboard.
+    void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    QWidget* makePage();
+    void draw();
+    void settleTabOrder();
+    void settleFocus(const QWidget* before);
+    void pressReturn();
+    void ask(const WindowIntent& intent);
+
+    const OnIntent onIntent_;
+    WindowContent content_;
+    ConnectSection* connect_ = nullptr;  // a child, like those below
+    SwitchesSection* switches_ = nullptr;
+    Announcer* announcer_ = nullptr;
+    QBoxLayout* pageLayout_ = nullptr;
 };
 
 }  // namespace tarnik

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 #include "app/views/MainView.h"
 
@@ -25,8 +26,14 @@ public:
     };
     void setOnClose(OnClose onClose);
 
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
     MainView* view_ = nullptr;  // a child
+    OnClose onClose_;
+    std::optional<QPoint> place_;  // on the screen, once it was shown
 };
 
 }  // namespace tarnik

@@ -10,7 +10,14 @@ namespace tarnik {
 // the time it is painted. `name` is one of SymbolName; another name gives a null icon.
 QIcon symbolIcon(std::string_view name);
 
-// The application's mark, in one colour, for a menu bar.
+// The application's mark, in one colour, for a menu bar. A mask where the system colours it; elsewhere its
+// own colour stands out on light and dark panels.
 QIcon markIcon();
+
+// The mark on the application's tile, for windows and lists of programs.
+QIcon applicationIcon();
+
+// A word of two or three letters in the mark's place.
+QIcon wordIcon(std::string_view word);
 
 }  // namespace tarnik

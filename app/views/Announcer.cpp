@@ -1,0 +1,38 @@
+#include "app/views/Announcer.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+#include "app/views/QtText.h"
+
+namespace tarnik {
+namespace {
+
+// Screen readers speak a notification when it comes to be shown.
+QAccessibleInterface* notificationFor(const QString&, QObject* object) {
+    auto* announcer = dynamic_cast<Announcer*>(object);
+    return announcer ? new QAccessibleWidget(announcer, QAccessible::Notification) : nullptr;
+}
+
+void tell(QAccessible::Event type, Announcer& announcer) {
+    QAccessibleEvent event(&announcer, type);
+    QAccessible::updateAccessibility(&event);
+}
+
+}  // namespace
+
+Announcer::Announcer(QWidget* parent) : QLabel(parent) {
+    QAccessible::installFactory(notificationFor);  // once, however often it is called
+    setTextFormat(Qt::PlainText);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setGeometry(0, 0, 1, 1);
+}
+
+void Announcer::announce(std::string_view news) {
+    setAccessibleName(qtText(news));  // tells of the new name
+    tell(QAccessible::ObjectShow, *this);
+    tell(QAccessible::Alert, *this);
+}
+
+}  // namespace tarnik

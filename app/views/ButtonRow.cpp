@@ -1,0 +1,104 @@
+#include "app/views/ButtonRow.h"
+
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <algorithm>
+
+#include "app/views/QtText.h"
+
+namespace tarnik {
+namespace {
+
+using Key = WindowContent::Key;
+
+constexpr int gap = 10;
+
+}  // namespace
+
+IntentButton::IntentButton(OnButton onButton, QWidget* parent) : QPushButton(parent) {
+    setAutoDefault(false);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(this, &QPushButton::clicked, this, [this, onButton = std::move(onButton)] { onButton(intent_); });
+}
+
+void IntentButton::setButton(const WindowContent::Button& button) {
+    intent_ = button.intent;
+    key_ = button.key;
+    if (const auto title = qtText(button.title).replace('&', "&&"); title != text()) setText(title);
+    if (const auto name = qtText(button.accessibleName); name != accessibleName()) setAccessibleName(name);
+    if (isFor(Key::defaultKey) != isDefault()) setDefault(isFor(Key::defaultKey));
+    setEnabled(button.enabled);
+}
+
+bool IntentButton::isFor(Key key) const {
+    return key_ == key || key_ == Key::defaultAndCancelKey;
+}
+
+// Return is the view's business, which knows of all buttons.
+void IntentButton::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return event->ignore();
+    QPushButton::keyPressEvent(event);
+}
+
+ButtonRow::ButtonRow(int width, OnButton onButton, QWidget* parent)
+    : QWidget(parent),
+      width_(width),
+      onButton_(std::move(onButton)),
+      layout_(new QBoxLayout(QBoxLayout::LeftToRight, this)) {
+    layout_->setContentsMargins(0, 0, 0, 0);
+    layout_->setSpacing(gap);
+    hide();
+}
+
+bool ButtonRow::setButtons(const std::vector<WindowContent::Button>& buttons) {
+    const auto before = buttons_;
+    auto spare = std::exchange(buttons_, {});
+    for (const auto& button : buttons) {
+        buttons_.push_back(take(button.intent, spare));
+        buttons_.back()->setButton(button);
+    }
+    for (auto* unused : spare) {
+        unused->hide();
+        unused->deleteLater();  // it may be the one whose click brought us here
+    }
+    const bool others = buttons_ != before;
+    if (others) arrange();
+    setVisible(!buttons_.empty());
+    return others;
+}
+
+IntentButton* ButtonRow::buttonFor(Key key) const {
+    const auto found =
+        std::ranges::find_if(buttons_, [key](const auto* button) { return button->isFor(key); });
+    return found == buttons_.end() ? nullptr : *found;
+}
+
+IntentButton* ButtonRow::take(const WindowIntent& intent, std::vector<IntentButton*>& from) {
+    const auto found =
+        std::ranges::find_if(from, [&](const auto* button) { return button->intent() == intent; });
+    if (found == from.end()) return new IntentButton(onButton_, this);
+    auto* button = *found;
+    from.erase(found);
+    return button;
+}
+
+void ButtonRow::arrange() {
+    while (auto* item = layout_->takeAt(0)) delete item;
+    int needed = -gap;
+    for (const auto* button : buttons_) needed += button->sizeHint().width() + gap;
+    const bool fits = needed <= width_;
+    layout_->setDirection(fits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+
+    const auto takesBack = [](const auto* button) {
+        return button->isFor(Key::cancelKey) && !button->isFor(Key::defaultKey);
+    };
+    for (auto* button : buttons_)
+        if (!takesBack(button)) layout_->addWidget(button);
+    if (fits) layout_->addStretch(1);
+    for (auto* button : buttons_) {
+        if (takesBack(button)) layout_->addWidget(button);
+        button->show();
+    }
+}
+
+}  // namespace tarnik

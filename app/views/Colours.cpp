@@ -1,0 +1,92 @@
+#include "app/views/Colours.h"
+
+namespace tarnik {
+namespace {
+
+struct Tones {
+    QRgb window, base, alternate, button, text, quiet, link, fill, onFill, shadow;
+};
+
+constexpr Tones lightTones{.window = 0xfffafafb,
+                           .base = 0xffffffff,
+                           .alternate = 0xfff2f2f5,
+                           .button = 0xffffffff,
+                           .text = 0xff1c1c22,
+                           .quiet = 0xff6b6b76,
+                           .link = 0xff0b6b78,
+                           .fill = 0xff0f7480,
+                           .onFill = 0xffffffff,
+                           .shadow = 0xff9a9aa6};
+constexpr Tones darkTones{.window = 0xff1d1d22,
+                          .base = 0xff26262c,
+                          .alternate = 0xff2c2c33,
+                          .button = 0xff33333b,
+                          .text = 0xfff0f0f4,
+                          .quiet = 0xffa3a3af,
+                          .link = 0xff56cfc0,
+                          .fill = 0xff12807f,
+                          .onFill = 0xffffffff,
+                          .shadow = 0xff000000};
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+}  // namespace
+
+QPalette paletteFor(Appearance appearance) {
+    const Tones& tones = appearance == Appearance::dark ? darkTones : lightTones;
+    QPalette palette(QColor(tones.text), QColor(tones.button), QColor(tones.base), QColor(tones.shadow),
+                     mixed(QColor(tones.text), QColor(tones.window), 0.3), QColor(tones.text),
+                     QColor(tones.onFill), QColor(tones.base), QColor(tones.window));
+    const auto set = [&palette](QPalette::ColorRole role, QRgb tone) {
+        palette.setColor(role, QColor::fromRgb(tone));
+    };
+    set(QPalette::AlternateBase, tones.alternate);
+    set(QPalette::ToolTipBase, tones.alternate);
+    set(QPalette::ToolTipText, tones.text);
+    set(QPalette::PlaceholderText, tones.quiet);
+    set(QPalette::Highlight, tones.fill);
+    set(QPalette::HighlightedText, tones.onFill);
+    set(QPalette::Link, tones.link);
+    set(QPalette::LinkVisited, tones.link);
+    set(QPalette::Shadow, tones.shadow);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, mixed(QColor(tones.text), QColor(tones.window), 0.42));
+    return palette;
+}
+
+Appearance appearanceOf(const QPalette& palette) {
+    return isDark(palette) ? Appearance::dark : Appearance::light;
+}
+
+QColor accentColour(const QPalette& palette) {
+    return palette.color(QPalette::Link);
+}
+
+QColor secondaryColour(const QPalette& palette) {
+    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.7);
+}
+
+QColor lineColour(const QPalette& palette) {
+    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.13);
+}
+
+QColor successColour(const QPalette& palette) {
+    return isDark(palette) ? QColor(0x3c, 0xcf, 0x76) : QColor(0x1c, 0x8a, 0x48);
+}
+
+QColor warningColour(const QPalette& palette) {
+    return isDark(palette) ? QColor(0xff, 0xb9, 0x4a) : QColor(0xb8, 0x62, 0x00);
+}
+
+QColor brandColour() {
+    return {0x1b, 0x94, 0x88};
+}
+
+QColor mixed(const QColor& over, const QColor& under, double share) {
+    const auto mix = [share](int a, int b) { return static_cast<int>(a * share + b * (1 - share) + 0.5); };
+    return {mix(over.red(), under.red()), mix(over.green(), under.green()), mix(over.blue(), under.blue())};
+}
+
+}  // namespace tarnik

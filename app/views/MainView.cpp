@@ -1,0 +1,149 @@
+#include "app/views/MainView.h"
+
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+#include <QScrollArea>
+
+#include "app/model/WindowTexts.h"
+#include "app/views/Announcer.h"
+#include "app/views/Colours.h"
+#include "app/views/ConnectSection.h"
+#include "app/views/QtText.h"
+#include "app/views/SwitchesSection.h"
+#include "app/views/TitleLine.h"
+
+namespace tarnik {
+namespace {
+
+using Key = WindowContent::Key;
+
+constexpr int windowWidth = 460;
+constexpr int sideMargin = 28;
+constexpr int endMargin = 24;  // above and below
+constexpr int sectionGap = 18;
+
+class Divider : public QWidget {
+public:
+    explicit Divider(QWidget* parent) : QWidget(parent) { setFixedHeight(1); }
+
+protected:
+    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), lineColour(palette())); }
+};
+
+}  // namespace
+
+MainView::MainView(const WindowContent& content, OnIntent onIntent)
+    : onIntent_(std::move(onIntent)), content_(content) {
+    setAccessibleName(qtText(WindowTexts::product));
+
+    // Everything fits as it is; larger fonts and long words of an installer can be scrolled to.
+    auto* scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidget(makePage());
+    scroll->viewport()->setAutoFillBackground(false);
+    scroll->widget()->setAutoFillBackground(false);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroll);
+    announcer_ = new Announcer(this);
+
+    draw();
+    settleTabOrder();
+    settleFocus(nullptr);
+}
+
+QWidget* MainView::makePage() {
+    auto* page = new QWidget;
+    const auto onButton = [this](const WindowIntent& intent) { ask(intent); };
+    connect_ = new ConnectSection(windowWidth - 2 * sideMargin, onButton, page);
+    switches_ = new SwitchesSection(onButton, page);
+
+    pageLayout_ = new QVBoxLayout(page);
+    pageLayout_->setContentsMargins(sideMargin, endMargin, sideMargin, endMargin);
+    pageLayout_->setSpacing(0);
+    pageLayout_->addWidget(new TitleLine(page));
+    pageLayout_->addSpacing(sectionGap);
+    pageLayout_->addWidget(connect_);
+    pageLayout_->addSpacing(sectionGap);
+    pageLayout_->addStretch(1);
+    pageLayout_->addWidget(new Divider(page));
+    pageLayout_->addSpacing(sectionGap);
+    pageLayout_->addWidget(switches_);
+    return page;
+}
+
+void MainView::setContent(const WindowContent& content) {
+    if (content == content_) return;
+    const std::string news = content.newsSince(content_);
+    const QWidget* focused = window()->focusWidget();
+    content_ = content;
+    draw();
+    settleFocus(focused);
+    if (!news.empty() && isVisible()) announcer_->announce(news);
+}
+
+void MainView::draw() {
+    const bool otherAbove = connect_->setContent(content_);
+    const bool otherBelow = switches_->setContent(content_.switches);
+    if (otherAbove || otherBelow) settleTabOrder();
+    pageLayout_->setStretchFactor(connect_, connect_->takesHeight() ? 1000 : 0);
+}
+
+void MainView::settleTabOrder() {
+    auto controls = connect_->controls();
+    const auto below = switches_->controls();
+    controls.insert(controls.end(), below.begin(), below.end());
+    for (std::size_t i = 1; i < controls.size(); ++i) setTabOrder(controls[i - 1], controls[i]);
+}
+
+// Leaves the keyboard where it is as long as that can take it. Otherwise it goes to the field or to the
+// default button; where there is neither, to no control, so that no key does what nobody meant.
+void MainView::settleFocus(const QWidget* before) {
+    const bool stays = before && before != this && !before->isHidden() && before->isEnabled();
+    QWidget* const field = connect_->linkField();
+    QWidget* const button = connect_->buttons().buttonFor(Key::defaultKey);
+    QWidget* next = this;
+    if (stays)
+        next = const_cast<QWidget*>(before);
+    else if (!field->isHidden() && field->isEnabled())
+        next = field;
+    else if (button && button->isEnabled())
+        next = button;
+    if (next != window()->focusWidget()) next->setFocus(Qt::OtherFocusReason);
+}
+
+// In a window that is new, nothing has the keyboard yet.
+void MainView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!window()->focusWidget()) settleFocus(nullptr);
+}
+
+void MainView::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->isAutoRepeat() || (!isReturn && event->key() != Qt::Key_Escape))
+        return QWidget::keyPressEvent(event);
+    event->accept();
+    if (isReturn) return pressReturn();
+    auto* cancel = connect_->buttons().buttonFor(Key::cancelKey);
+    if (cancel && cancel->isEnabled()) ask(cancel->intent());
+}
+
+void MainView::pressReturn() {
+    const auto* focused = window()->focusWidget();
+    if (content_.linkField && focused == connect_->linkField()) return ask(content_.linkField->onReturn);
+    const auto* button = dynamic_cast<const IntentButton*>(focused);
+    if (!button) button = connect_->buttons().buttonFor(Key::defaultKey);
+    if (button && button->isEnabled()) ask(button->intent());
+}
+
+void MainView::ask(const WindowIntent& intent) {
+    onIntent_(intent, connect_->linkField()->text().toStdString());
+}
+
+}  // namespace tarnik

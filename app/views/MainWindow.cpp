@@ -1,0 +1,59 @@
+#include "app/views/MainWindow.h"
+
+#include <QCloseEvent>
+#include <QScreen>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "app/model/WindowTexts.h"
+#include "app/views/QtText.h"
+#include "app/views/SymbolIcon.h"
+
+namespace tarnik {
+namespace {
+
+constexpr QSize windowSize(460, 560);
+
+}  // namespace
+
+MainWindow::MainWindow(const WindowContent& content, MainView::OnIntent onIntent)
+    : view_(new MainView(content, std::move(onIntent))) {
+    setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+    setWindowTitle(qtText(WindowTexts::product));
+    setWindowIcon(applicationIcon());
+    setFixedSize(windowSize);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(view_);
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, [this] { close(); });
+}
+
+void MainWindow::present() {
+    // Window managers choose a new place for a window that was hidden, unless they are asked.
+    if (place_)
+        move(*place_);
+    else
+        move(screen()->availableGeometry().center() - rect().center());
+    if (isMinimized()) showNormal();
+    show();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::setOnClose(OnClose onClose) {
+    onClose_ = std::move(onClose);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    const auto onClose = onClose_;  // which may be exchanged meanwhile
+    if (onClose.closed) onClose.closed();
+    event->setAccepted(!(onClose.stays && onClose.stays()));
+}
+
+void MainWindow::hideEvent(QHideEvent*) {
+    if (!isMinimized()) place_ = pos();
+}
+
+}  // namespace tarnik

@@ -1,0 +1,207 @@
+#include "app/views/PlainStyle.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyleOption>
+
+namespace tarnik {
+namespace {
+
+constexpr double radius = 7;
+constexpr double ringWidth = 2;
+constexpr int buttonHeight = 32;
+constexpr int buttonPadding = 16;  // on each side of the title
+constexpr int fieldPadding = 8;
+constexpr int frameWidth = 4;  // keeps what is inside out of the corners
+constexpr int scrollBarWidth = 12;
+constexpr int shortestThumb = 28;
+
+bool has(const QStyleOption& option, QStyle::State state) {
+    return (option.state & state) == state;
+}
+
+// An outline of one sharp line within `rect`.
+void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QPen& line) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(fill);
+    painter.setPen(line);
+    const double inset = line.style() == Qt::NoPen ? 0 : line.widthF() / 2;
+    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
+    painter.restore();
+}
+
+QColor outline(const QPalette& palette) {
+    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.26);
+}
+
+struct ButtonColours {
+    QColor fill;
+    QColor line;
+};
+
+ButtonColours buttonColours(const QStyleOptionButton& option) {
+    const auto& palette = option.palette;
+    const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+    const QColor window = palette.color(QPalette::Window);
+    const bool isDefault = option.features.testFlag(QStyleOptionButton::DefaultButton);
+    if (!has(option, QStyle::State_Enabled)) {
+        const QColor fill = mixed(text, window, 0.06);
+        return {fill, fill};
+    }
+    // Pressed is a step further than pointed at.
+    const double touch = has(option, QStyle::State_Sunken)      ? 0.14
+                         : has(option, QStyle::State_MouseOver) ? 0.07
+                                                                : 0;
+    const QColor fill = palette.color(isDefault ? QPalette::Highlight : QPalette::Button);
+    const QColor touched = mixed(isDefault ? QColor(Qt::black) : text, fill, touch);
+    return {touched, isDefault ? touched : outline(palette)};
+}
+
+void drawButton(const QStyleOptionButton& option, QPainter& painter) {
+    const auto colours = buttonColours(option);
+    const QRectF rect(option.rect);
+    drawBox(painter, rect, colours.fill, QPen(colours.line, 1));
+    if (!has(option, QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange)) return;
+    // With a gap of the window's colour, so that the ring shows on a filled button.
+    drawBox(painter, rect, Qt::NoBrush, QPen(accentColour(option.palette), ringWidth));
+    drawBox(painter, rect.adjusted(ringWidth, ringWidth, -ringWidth, -ringWidth), Qt::NoBrush,
+            QPen(option.palette.color(QPalette::Window), 1));
+}
+
+void drawField(const QStyleOption& option, QPainter& painter) {
+    const bool enabled = has(option, QStyle::State_Enabled);
+    const bool focused = has(option, QStyle::State_HasFocus);
+    const QColor ground = option.palette.color(enabled ? QPalette::Base : QPalette::Window);
+    const QPen line =
+        focused ? QPen(accentColour(option.palette), ringWidth) : QPen(outline(option.palette), 1);
+    drawBox(painter, option.rect, ground, line);
+}
+
+void drawScrollThumb(const QStyleOptionComplex& option, const QRect& slider, QPainter& painter) {
+    const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(&option);
+    if (!bar || bar->maximum <= bar->minimum) return;
+    const bool touched = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken);
+    const QColor colour = mixed(option.palette.color(QPalette::WindowText),
+                                option.palette.color(QPalette::Window), touched ? 0.55 : 0.32);
+    constexpr double inset = 3;
+    const QRectF thumb = QRectF(slider).adjusted(inset, inset, -inset, -inset);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    const double round = std::min(thumb.width(), thumb.height()) / 2;
+    painter.drawRoundedRect(thumb, round, round);
+    painter.restore();
+}
+
+// Where the thumb is, in a bar that has no arrows.
+QRect thumbRect(const QStyleOptionSlider& bar) {
+    const bool lying = bar.orientation == Qt::Horizontal;
+    const int length = lying ? bar.rect.width() : bar.rect.height();
+    const int range = bar.maximum - bar.minimum;
+    const double share = static_cast<double>(bar.pageStep) / std::max(1, range + bar.pageStep);
+    const int thumb = std::min(length, std::max(shortestThumb, static_cast<int>(length * share)));
+    const int place = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition,
+                                                      length - thumb, bar.upsideDown);
+    return lying ? QRect(bar.rect.x() + place, bar.rect.y(), thumb, bar.rect.height())
+                 : QRect(bar.rect.x(), bar.rect.y() + place, bar.rect.width(), thumb);
+}
+
+}  // namespace
+
+PlainStyle::PlainStyle() : QProxyStyle("Fusion") {}
+
+QPalette PlainStyle::standardPalette() const {
+    return paletteFor(Appearance::light);
+}
+
+void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    switch (element) {
+        case PE_PanelButtonCommand:
+            if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option))
+                return drawButton(*button, *painter);
+            break;
+        case PE_PanelLineEdit: return drawField(*option, *painter);
+        case PE_Frame: return drawField(*option, *painter);
+        case PE_FrameLineEdit:
+        case PE_FrameFocusRect:  // the ring says it
+        case PE_FrameDefaultButton: return;
+        default: break;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+void PlainStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const {
+    const auto* button =
+        element == CE_PushButtonLabel ? qstyleoption_cast<const QStyleOptionButton*>(option) : nullptr;
+    if (!button || !has(*button, State_Enabled) ||
+        !button->features.testFlag(QStyleOptionButton::DefaultButton))
+        return QProxyStyle::drawControl(element, option, painter, widget);
+    QStyleOptionButton label(*button);
+    label.palette.setBrush(QPalette::ButtonText, label.palette.brush(QPalette::HighlightedText));
+    QProxyStyle::drawControl(element, &label, painter, widget);
+}
+
+void PlainStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                    QPainter* painter, const QWidget* widget) const {
+    if (control != CC_ScrollBar) return QProxyStyle::drawComplexControl(control, option, painter, widget);
+    drawScrollThumb(*option, proxy()->subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
+}
+
+QSize PlainStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                   const QWidget* widget) const {
+    if (type == CT_PushButton)
+        return {size.width() + 2 * buttonPadding, std::max(buttonHeight, size.height() + 12)};
+    if (type == CT_LineEdit) return {size.width() + 2 * fieldPadding, size.height() + 2 * fieldPadding};
+    return QProxyStyle::sizeFromContents(type, option, size, widget);
+}
+
+QRect PlainStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                                 const QWidget* widget) const {
+    const auto* bar =
+        control == CC_ScrollBar ? qstyleoption_cast<const QStyleOptionSlider*>(option) : nullptr;
+    if (!bar) return QProxyStyle::subControlRect(control, option, part, widget);
+    const QRect thumb = thumbRect(*bar);
+    const bool lying = bar->orientation == Qt::Horizontal;
+    QRect rect = bar->rect;
+    switch (part) {
+        case SC_ScrollBarSlider: return thumb;
+        case SC_ScrollBarGroove: return rect;
+        case SC_ScrollBarSubPage:
+            lying ? rect.setRight(thumb.left() - 1) : rect.setBottom(thumb.top() - 1);
+            return rect;
+        case SC_ScrollBarAddPage:
+            lying ? rect.setLeft(thumb.right() + 1) : rect.setTop(thumb.bottom() + 1);
+            return rect;
+        default: return {};
+    }
+}
+
+int PlainStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    switch (metric) {
+        case PM_DefaultFrameWidth: return frameWidth;
+        case PM_ScrollBarExtent: return scrollBarWidth;
+        case PM_ScrollBarSliderMin: return shortestThumb;
+        case PM_ScrollView_ScrollBarSpacing:
+        case PM_ButtonShiftHorizontal:
+        case PM_ButtonShiftVertical: return 0;
+        default: return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int PlainStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* returned) const {
+    if (hint == SH_ScrollView_FrameOnlyAroundContents) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
+void applyPlainStyle(Appearance appearance) {
+    if (!dynamic_cast<PlainStyle*>(QApplication::style())) QApplication::setStyle(new PlainStyle);
+    QApplication::setPalette(paletteFor(appearance));
+}
+
+}  // namespace tarnik

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QProxyStyle>
+
+#include "app/views/Colours.h"
+
+namespace tarnik {
+
+// How controls look on desktops that leave it to the program: flat, rounded, in the colours of the palette,
+// with a ring around what has the keyboard. The application owns it.
+class PlainStyle : public QProxyStyle {
+public:
+    PlainStyle();
+
+    QPalette standardPalette() const override;
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override;
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override;
+};
+
+// Gives the application the style, in the colours of `appearance`. Later calls only change the colours.
+void applyPlainStyle(Appearance appearance);
+
+}  // namespace tarnik

@@ -1,0 +1,69 @@
+#include "app/views/ScreenGallery.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+#include <algorithm>
+#include <cstdio>
+
+#include "app/model/SampleScreens.h"
+#include "app/views/MainWindow.h"
+#include "app/views/QtText.h"
+
+namespace tarnik {
+namespace {
+
+constexpr int failed = 1;
+constexpr int misused = 2;
+
+int fail(int status, const QString& text) {
+    std::fprintf(stderr, "tarnik: %s\n", text.toUtf8().constData());
+    return status;
+}
+
+// What the window looks like now, at `scale` pixels a point.
+QImage picture(MainWindow& window, int scale) {
+    QPixmap pixmap(window.size() * scale);
+    pixmap.setDevicePixelRatio(scale);
+    pixmap.fill(window.palette().color(QPalette::Window));
+    window.render(&pixmap);
+    return pixmap.toImage();
+}
+
+}  // namespace
+
+int ScreenGallery::showScreen(std::string_view name, Appearance appearance) const {
+    const auto screens = sampleScreens();
+    const auto found = std::ranges::find(screens, name, &SampleScreen::name);
+    if (found == screens.end())
+        return fail(misused, "there is no screen named " + qtText(name) + "; --list-screens names them");
+
+    QApplication::setPalette(paletteFor(appearance));
+    MainWindow window(WindowContent::of(found->state, webOrigin), [](const auto&, const auto&) {});
+    window.setOnClose({.closed = [] { QApplication::exit(0); }});
+    window.present();
+    return QApplication::exec();
+}
+
+int ScreenGallery::writeScreens(const std::string& folder) const {
+    const QDir place(qtText(folder));
+    if (!place.mkpath(".")) return fail(failed, "the folder " + place.path() + " can't be made");
+
+    for (const auto appearance : {Appearance::light, Appearance::dark}) {
+        QApplication::setPalette(paletteFor(appearance));
+        for (const auto& screen : sampleScreens()) {
+            MainWindow window(WindowContent::of(screen.state, webOrigin), [](const auto&, const auto&) {});
+            window.present();
+            QApplication::processEvents();
+            for (const int scale : {1, 2}) {
+                const auto file = place.filePath(qtText(screen.name) +
+                                                 (appearance == Appearance::dark ? "-dark" : "-light") +
+                                                 (scale == 2 ? "@2x.png" : ".png"));
+                if (!picture(window, scale).save(file)) return fail(failed, file + " can't be written");
+            }
+        }
+    }
+    return 0;
+}
+
+}  // namespace tarnik

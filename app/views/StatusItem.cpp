@@ -1,0 +1,58 @@
+#include "app/views/StatusItem.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QKeySequence>
+#include <QMenu>
+#include <QSystemTrayIcon>
+
+#include "app/model/WindowTexts.h"
+#include "app/views/QtText.h"
+#include "app/views/SymbolIcon.h"
+
+namespace tarnik {
+namespace {
+
+using Action = MenuContent::Action;
+using OnAction = std::function<void(Action)>;
+
+std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const OnAction& onAction) {
+    auto menu = std::make_unique<QMenu>();
+    for (const auto& entry : content.entries) {
+        if (entry.isSeparator()) {
+            menu->addSeparator();
+            continue;
+        }
+        QAction* action = menu->addAction(qtText(entry.title));
+        action->setMenuRole(QAction::NoRole);  // it stays where it is and keeps its words
+        if (!entry.key.empty()) action->setShortcut(QKeySequence("Ctrl+" + qtText(entry.key).toUpper()));
+        QObject::connect(action, &QAction::triggered, menu.get(),
+                         [onAction, chosen = *entry.action] { onAction(chosen); });
+    }
+    return menu;
+}
+
+// Whether the system opens the menu for a plain click.
+bool clickOpensMenu() {
+    return QGuiApplication::platformName() == "cocoa";
+}
+
+}  // namespace
+
+StatusItem::StatusItem(const QIcon& icon, const MenuContent& menu,
+                       std::function<void(MenuContent::Action)> onAction)
+    : menu_(makeMenu(menu, onAction)), item_(std::make_unique<QSystemTrayIcon>()) {
+    item_->setIcon(icon.isNull() ? wordIcon(WindowTexts::productWithoutImage) : icon);
+    item_->setToolTip(qtText(WindowTexts::product));
+    item_->setContextMenu(menu_.get());
+    if (!clickOpensMenu())
+        QObject::connect(item_.get(), &QSystemTrayIcon::activated, item_.get(),
+                         [onAction](QSystemTrayIcon::ActivationReason reason) {
+                             if (reason == QSystemTrayIcon::Trigger) onAction(Action::openWindow);
+                         });
+    item_->show();
+}
+
+StatusItem::~StatusItem() = default;
+
+}  // namespace tarnik

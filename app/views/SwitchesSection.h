@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "app/views/ButtonRow.h"
+
+namespace tarnik {
+
+class SwitchRowView;
+class TextLabel;
+
+// The lower half of the window: what the switches are for, and a row for each.
+class SwitchesSection : public QWidget {
+public:
+    SwitchesSection(OnButton onButton, QWidget* parent);
+
+    // Whether there are other controls than before.
+    bool setContent(const WindowContent::Switches& content);
+
+    std::vector<QWidget*> controls() const;  // in the order of the Tab key
+
+private:
+    const OnButton onButton_;
+    TextLabel* heading_;  // a child, like those below
+    TextLabel* text_;
+    QWidget* list_;
+    std::vector<SwitchRowView*> rows_;
+};
+
+}  // namespace tarnik

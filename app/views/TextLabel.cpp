@@ -1,0 +1,107 @@
+#include "app/views/TextLabel.h"
+
+#include <QFontInfo>
+#include <QPainter>
+#include <QTextLayout>
+#include <cmath>
+
+#include "app/views/Colours.h"
+#include "app/views/QtText.h"
+
+namespace tarnik {
+namespace {
+
+// From line to line, in heights of the letters. Fonts of one size differ much in the height they ask for.
+constexpr double leading = 1.38;
+constexpr int narrowest = 60;
+
+QFont fontFor(TextLabel::Look look, QFont font) {
+    const auto resize = [&font](double factor) {
+        if (font.pointSizeF() > 0)
+            font.setPointSizeF(font.pointSizeF() * factor);
+        else
+            font.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * factor)));
+    };
+    switch (look) {
+        case TextLabel::Look::brand:
+            resize(1.15);
+            font.setWeight(QFont::DemiBold);
+            break;
+        case TextLabel::Look::heading:
+            resize(1.3);
+            font.setWeight(QFont::DemiBold);
+            break;
+        case TextLabel::Look::strong: font.setWeight(QFont::DemiBold); break;
+        case TextLabel::Look::body: break;
+        case TextLabel::Look::quiet: resize(QFontInfo(font).pixelSize() > 13 ? 0.9 : 0.95); break;
+    }
+    return font;
+}
+
+// Breaks the lines of `layout`, and says how much room they take.
+QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeight) {
+    layout.setFont(font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    QSizeF size;
+    layout.beginLayout();
+    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition(QPointF(0, size.height() + (lineHeight - line.height()) / 2));
+        size = {std::max(size.width(), line.naturalTextWidth()), size.height() + lineHeight};
+    }
+    layout.endLayout();
+    return size;
+}
+
+}  // namespace
+
+TextLabel::TextLabel(Look look, QWidget* parent) : QLabel(parent), look_(look) {
+    setTextFormat(Qt::PlainText);
+    setFont(fontFor(look, font()));
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+    hide();
+}
+
+void TextLabel::setPlainText(std::string_view text) {
+    if (const QString shown = qtText(text); shown != this->text()) setText(shown);
+    setVisible(!text.empty());
+}
+
+int TextLabel::lineHeight() const {
+    const int lettersHeight = QFontInfo(font()).pixelSize();
+    return std::max(fontMetrics().height(), static_cast<int>(std::lround(lettersHeight * leading)));
+}
+
+QSize TextLabel::textSize(int width) const {
+    QTextLayout layout(text().replace('\n', QChar::LineSeparator));
+    const QSizeF size = layOut(layout, font(), width, lineHeight());
+    return {static_cast<int>(std::ceil(size.width())),
+            static_cast<int>(std::ceil(size.height())) + contentsMargins().top()};
+}
+
+QSize TextLabel::sizeHint() const {
+    return textSize(QWIDGETSIZE_MAX);
+}
+
+QSize TextLabel::minimumSizeHint() const {
+    return {std::min(narrowest, sizeHint().width()), lineHeight()};
+}
+
+int TextLabel::heightForWidth(int width) const {
+    return textSize(width).height();
+}
+
+void TextLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QColor text = palette().color(QPalette::WindowText);
+    painter.setPen(look_ == Look::quiet ? secondaryColour(palette()) : text);
+    QTextLayout layout(this->text().replace('\n', QChar::LineSeparator));
+    layOut(layout, font(), width(), lineHeight());
+    layout.draw(&painter, QPointF(0, contentsMargins().top()));
+}
+
+}  // namespace tarnik

@@ -1,0 +1,204 @@
+#include "app/views/MainView.h"
+
+#include <QAccessible>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <chrono>
+
+#include <gtest/gtest.h>
+
+#include "tests/views/ShownView.h"
+
+namespace tarnik {
+namespace {
+
+using Kind = WindowIntent::Kind;
+using Asked = std::vector<std::pair<Kind, std::string>>;
+
+TEST(MainView, asksOncePerKeyAndClick) {
+    struct Case {
+        const char* why;
+        const char* screen;
+        std::function<void(ShownView&)> act;
+        Asked asked;
+    };
+    const auto key = [](Qt::Key pressed) { return [pressed](ShownView& view) { view.press(pressed); }; };
+    const auto click = [](const char* name) {
+        return [name](ShownView& view) { ShownView::click(*view.button(name)); };
+    };
+    const auto focusing = [](const char* name, Qt::Key pressed) {
+        return [name, pressed](ShownView& view) {
+            view.button(name)->setFocus();
+            view.press(pressed);
+        };
+    };
+    const Case cases[] = {
+        {"Return in the field", "connect", key(Qt::Key_Return), {{Kind::connectPasted, ""}}},
+        {"the button under it", "connect", click("Continue"), {{Kind::connectPasted, ""}}},
+        {"no cancel key there", "connect", key(Qt::Key_Escape), {}},
+        {"a link is checked", "checking", key(Qt::Key_Return), {}},
+        {"a link is checked", "checking", key(Qt::Key_Escape), {{Kind::cancelPairing, ""}}},
+        {"a disabled button", "checking", click("Continue"), {}},
+        {"the default button", "pairing-confirm", key(Qt::Key_Return), {{Kind::confirmPairing, ""}}},
+        {"the number pad", "pairing-confirm", key(Qt::Key_Enter), {{Kind::confirmPairing, ""}}},
+        {"the cancel button", "pairing-confirm", key(Qt::Key_Escape), {{Kind::cancelPairing, ""}}},
+        {"the button that has the keyboard",
+         "pairing-confirm",
+         focusing("Cancel", Qt::Key_Return),
+         {{Kind::cancelPairing, ""}}},
+        {"Space, too", "pairing-confirm", focusing("Cancel", Qt::Key_Space), {{Kind::cancelPairing, ""}}},
+        {"both keys", "pairing-failed", key(Qt::Key_Return), {{Kind::finishPairing, ""}}},
+        {"both keys", "pairing-failed", key(Qt::Key_Escape), {{Kind::finishPairing, ""}}},
+        {"no stray Return", "replace-offer", key(Qt::Key_Return), {}},
+        {"an offer taken", "replace-offer", click("Connect to the new account"), {{Kind::connectOffer, ""}}},
+        {"an offer dropped", "replace-offer", key(Qt::Key_Escape), {{Kind::keepCurrent, ""}}},
+        {"a switch", "connected-switches-off", click("Turn on Accessibility"), {{Kind::requestSwitch, ""}}},
+    };
+    for (const auto& c : cases) {
+        ShownView view(sampleContent(c.screen));
+        c.act(view);
+        EXPECT_EQ(view.asked, c.asked) << c.screen << ": " << c.why;
+    }
+}
+
+TEST(MainView, asksNothingForAKeyThatIsHeld) {
+    ShownView view(sampleContent("pairing-confirm"));
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    QCoreApplication::sendEvent(view.window.focusWidget(), &held);
+    EXPECT_TRUE(view.asked.empty());
+}
+
+TEST(MainView, handsOverWhatStandsInTheField) {
+    ShownView view(sampleContent("connect"));
+    view.press(Qt::Key_A, "ä");
+    view.press(Qt::Key_Return);
+    EXPECT_EQ(view.asked, (Asked{{Kind::connectPasted, "ä"}}));
+}
+
+// A click may be answered before it returns.
+TEST(MainView, takesANewContentWhileAClickIsHandled) {
+    MainWindow* shown = nullptr;
+    MainWindow window(sampleContent("pairing-confirm"), [&shown](const auto&, const auto&) {
+        shown->view().setContent(sampleContent("connected"));
+    });
+    shown = &window;
+    window.present();
+    for (auto* button : window.findChildren<QPushButton*>())
+        if (button->text() == "Connect") ShownView::click(*button);
+    QApplication::processEvents();
+    for (const auto* button : window.findChildren<QPushButton*>())
+        EXPECT_FALSE(button->isVisible() && button->text() == "Connect");
+}
+
+TEST(MainView, keepsTheTypedLinkUntilItIsUsed) {
+    struct Case {
+        std::vector<const char*> screens;
+        const char* left;
+    };
+    const Case cases[] = {
+        {{"checking", "refused-link"}, "typed"}, {{"checking", "expired-link"}, "typed"},
+        {{"installing", "connect"}, "typed"},    {{"checking", "pairing-reading", "connect"}, ""},
+        {{"replace-offer", "connect"}, ""},
+    };
+    for (const auto& c : cases) {
+        ShownView view(sampleContent("connect"));
+        view.field().setText("typed");
+        for (const auto* screen : c.screens) view.show(screen);
+        EXPECT_EQ(view.field().text(), c.left) << c.screens.front() << " ... " << c.screens.back();
+    }
+}
+
+TEST(MainView, movesTheKeyboardOnlyWhenItMust) {
+    ShownView view(sampleContent("connect"));
+    EXPECT_TRUE(view.field().hasFocus());
+    view.show("checking");
+    EXPECT_EQ(view.window.focusWidget(), &view.window.view()) << "no key may cancel by accident";
+    view.show("refused-link");
+    EXPECT_TRUE(view.field().hasFocus());
+
+    view.show("pairing-reading");
+    view.show("pairing-confirm");
+    EXPECT_TRUE(view.button("Connect")->hasFocus());
+    view.button("Cancel")->setFocus();
+    view.show("pairing-connecting");
+    EXPECT_TRUE(view.button("Cancel")->hasFocus());
+    view.show("pairing-failed");
+    EXPECT_TRUE(view.button("Done")->hasFocus());
+}
+
+TEST(MainView, showsTextFromOutsideAsItIs) {
+    const std::string outside = "<b>bold</b> & <img src='x'>";
+    auto content = sampleContent("connected-switches-off");
+    content.heading = content.announcement = outside;
+    content.paragraphs = {outside};
+    content.message = outside;
+    content.buttons = {{.title = outside, .accessibleName = outside}};
+    content.terminal = {.text = outside, .accessibleName = "terminal"};
+    const ShownView view(content);
+
+    int labels = 0;
+    for (const auto* label : view.window.findChildren<QLabel*>()) {
+        EXPECT_EQ(label->textFormat() == Qt::PlainText || label->text().isEmpty(), true)
+            << label->text().toStdString();
+        labels += label->text().toStdString() == outside ? 1 : 0;
+    }
+    EXPECT_EQ(labels, 3);
+    EXPECT_EQ(view.window.findChild<QPlainTextEdit*>()->toPlainText().toStdString(), outside);
+    ASSERT_TRUE(view.button(QString::fromStdString(outside)));
+    EXPECT_TRUE(view.button(QString::fromStdString(outside))->shortcut().isEmpty());
+}
+
+// Nothing is wider than the window, however long a word is.
+TEST(MainView, breaksWordsThatAreTooLong) {
+    auto content = sampleContent("install-failed");
+    content.paragraphs = {std::string(600, 'w')};
+    ShownView view(content);
+    for (const auto* label : view.window.findChildren<QLabel*>())
+        if (label->isVisible()) {
+            EXPECT_LE(label->mapTo(&view.window, label->rect().topRight()).x(), view.window.width());
+        }
+}
+
+// What a screen reader finds in the view as its latest notification.
+std::string notification(MainView& view) {
+    const auto* node = QAccessible::queryAccessibleInterface(&view);
+    for (int i = 0; i < node->childCount(); ++i)
+        if (const auto* child = node->child(i); child->role() == QAccessible::Notification)
+            return child->text(QAccessible::Name).toStdString();
+    return "there is no notification";
+}
+
+TEST(MainView, tellsAScreenReaderWhatIsNew) {
+    ShownView view(sampleContent("connect"));
+    auto further = sampleContent("installing-download");
+    further.progress = DownloadProgress{.permille = 700, .text = "28.0 MB of 40.1 MB"};
+    const auto refused = sampleContent("refused-link");
+    struct Case {
+        const char* why;
+        WindowContent content;
+        std::string told;
+    };
+    const Case cases[] = {
+        {"a refusal", refused, *refused.message},
+        {"another page", sampleContent("installing-download"), further.announcement},
+        {"how far it is", further, further.announcement},
+    };
+    for (const auto& c : cases) {
+        view.show(c.content);
+        EXPECT_EQ(notification(view.window.view()), c.told) << c.why;
+    }
+}
+
+TEST(MainView, takesAThousandContentsInMuchLessThanASecond) {
+    ShownView view(sampleContent("installing-download"));
+    auto content = sampleContent("installing-download");
+    const auto start = std::chrono::steady_clock::now();
+    for (int permille = 0; permille < 1000; ++permille) {
+        content.progress = DownloadProgress{.permille = permille, .text = std::to_string(permille) + " MB"};
+        view.show(content);
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+}  // namespace
+}  // namespace tarnik

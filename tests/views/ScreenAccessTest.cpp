@@ -1,0 +1,74 @@
+#include <QAccessible>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "tests/views/ShownView.h"
+
+// Every screen, for somebody who doesn't see it or uses no mouse.
+namespace tarnik {
+namespace {
+
+using Visit = std::function<void(QAccessibleInterface&)>;
+
+void walk(QAccessibleInterface* node, const Visit& visit) {
+    if (!node || node->state().invisible) return;
+    visit(*node);
+    for (int i = 0; i < node->childCount(); ++i) walk(node->child(i), visit);
+}
+
+bool needsName(const QAccessibleInterface& node) {
+    switch (node.role()) {
+        case QAccessible::Button:
+        case QAccessible::EditableText:
+        case QAccessible::ProgressBar:
+        case QAccessible::StaticText:
+        case QAccessible::Graphic:
+        case QAccessible::Window: return true;
+        default: return node.state().focusable;
+    }
+}
+
+TEST(Screens, haveANameForEverythingThatCountsAndTabReachesIt) {
+    for (const auto& screen : sampleScreens()) {
+        ShownView view(sampleContent(screen.name));
+        std::set<QObject*> reached;
+        for (int i = 0; i < 12; ++i) {
+            view.press(Qt::Key_Tab);
+            reached.insert(view.window.focusWidget());
+        }
+        int controls = 0;
+        walk(QAccessible::queryAccessibleInterface(&view.window), [&](QAccessibleInterface& node) {
+            if (needsName(node)) {
+                EXPECT_FALSE(node.text(QAccessible::Name).isEmpty())
+                    << screen.name << ": a nameless " << node.object()->metaObject()->className();
+            }
+            if (!node.state().focusable || node.state().disabled || node.role() == QAccessible::Window)
+                return;
+            ++controls;
+            EXPECT_TRUE(reached.contains(node.object()))
+                << screen.name << ": no way to " << node.text(QAccessible::Name).toStdString();
+        });
+        const auto content = sampleContent(screen.name);
+        if (!content.buttons.empty()) {
+            EXPECT_GT(controls, 0) << screen.name;
+        }
+    }
+}
+
+TEST(Screens, fitIntoTheWindow) {
+    for (const auto& screen : sampleScreens()) {
+        const ShownView view(sampleContent(screen.name));
+        for (const auto* widget : view.window.findChildren<QWidget*>()) {
+            if (!widget->isVisible() || !(widget->inherits("QLabel") || widget->inherits("QPushButton")))
+                continue;
+            EXPECT_TRUE(
+                view.window.rect().contains(QRect(widget->mapTo(&view.window, QPoint()), widget->size())))
+                << screen.name << ": " << widget->accessibleName().toStdString();
+            EXPECT_GE(widget->height(), widget->heightForWidth(widget->width())) << screen.name;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tarnik

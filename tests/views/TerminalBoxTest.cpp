@@ -1,0 +1,86 @@
+#include "app/views/TerminalBox.h"
+
+#include <QApplication>
+#include <QScrollBar>
+
+#include <gtest/gtest.h>
+
+namespace tarnik {
+namespace {
+
+std::string lines(int first, int last) {
+    std::string text;
+    for (int line = first; line <= last; ++line)
+        text += "line " + std::to_string(line) + " of what a helper says while it reads a link\n";
+    return text;
+}
+
+struct Fixture {
+    TerminalBox box;
+
+    Fixture() {
+        box.resize(400, 120);
+        box.show();
+    }
+    void say(const std::string& text) {
+        box.setTerminal({.text = text, .accessibleName = "terminal"});
+        QApplication::processEvents();
+    }
+    bool atEnd() const { return box.verticalScrollBar()->value() == box.verticalScrollBar()->maximum(); }
+    void select(const QString& word) { ASSERT_TRUE(box.find(word)); }
+    QString selected() const { return box.textCursor().selectedText(); }
+};
+
+TEST(TerminalBox, followsItsEndUnlessItIsScrolledUp) {
+    Fixture f;
+    f.say(lines(1, 40));
+    EXPECT_TRUE(f.atEnd());
+    f.say(lines(1, 60));
+    EXPECT_TRUE(f.atEnd());
+
+    f.box.verticalScrollBar()->setValue(5);
+    f.say(lines(1, 80));
+    EXPECT_EQ(f.box.verticalScrollBar()->value(), 5);
+
+    f.box.verticalScrollBar()->setValue(f.box.verticalScrollBar()->maximum());
+    f.say(lines(1, 100));
+    EXPECT_TRUE(f.atEnd());
+
+    f.box.verticalScrollBar()->setValue(0);
+    f.box.forget();
+    f.say(lines(1, 50));
+    EXPECT_TRUE(f.atEnd()) << "another program's text";
+}
+
+TEST(TerminalBox, keepsASelectionThroughWhatChangesElsewhere) {
+    struct Case {
+        const char* why;
+        std::string after;
+        QString selected;
+    };
+    const Case cases[] = {
+        {"text that grew", lines(1, 30), "line 12"},
+        {"a last line that was written over", lines(1, 19) + "100 %\n", "line 12"},
+        {"a beginning that was dropped", lines(8, 25), "line 12"},
+        {"the selected line itself dropped", lines(14, 25), ""},
+    };
+    for (const auto& c : cases) {
+        Fixture f;
+        f.say(lines(1, 20));
+        f.select("line 12");
+        f.say(c.after);
+        EXPECT_EQ(f.selected(), c.selected) << c.why;
+        EXPECT_EQ(f.box.toPlainText().toStdString(), c.after) << c.why;
+    }
+}
+
+TEST(TerminalBox, letsASelectionToItsEndNotGrow) {
+    Fixture f;
+    f.say("first");
+    f.box.selectAll();
+    f.say("first and more");
+    EXPECT_EQ(f.selected(), "first");
+}
+
+}  // namespace
+}  // namespace tarnik
