@@ -35,9 +35,11 @@ function withoutDesktop(environment) {
   return Object.fromEntries(Object.entries(environment).filter(([name]) => !ofADesktop.test(name)));
 }
 
-// Starts what says one line on descriptor 3 once it is ready.
+// Starts what says one line on descriptor 3 once it is ready. It goes when we go, even if we are killed; then
+// nothing else on this desktop lives on without it.
 async function startServer(program, words, environment) {
-  const child = spawn(program, words, { env: environment, stdio: ['ignore', 'ignore', 'pipe', 'pipe'] });
+  const all = ['--pdeathsig', 'KILL', program, ...words];
+  const child = spawn('setpriv', all, { env: environment, stdio: ['ignore', 'ignore', 'pipe', 'pipe'] });
   let complaint = '';
   child.stderr.on('data', (text) => { complaint += text; });
   const failed = once(child, 'exit').then(
@@ -68,11 +70,11 @@ export class Desktop {
     this.#tools = tools;
   }
 
-  // `root` is a folder of its own; `tools` has the compiled ones. With `bus: false` there is no session bus.
-  static async open(root, tools, { bus = true } = {}) {
+  // `root` is a folder of its own; `tools` has the compiled ones.
+  static async open(root, tools) {
     const desktop = new Desktop(root, tools);
     try {
-      await desktop.#start(bus);
+      await desktop.#start();
       return desktop;
     } catch (error) {
       await desktop.close();
@@ -80,7 +82,7 @@ export class Desktop {
     }
   }
 
-  async #start(bus) {
+  async #start() {
     const runtime = path.join(this.#root, 'run');
     mkdirSync(runtime, { mode: 0o700 });
     const x = await startServer(
@@ -98,10 +100,10 @@ export class Desktop {
       QT_LINUX_ACCESSIBILITY_ALWAYS_ON: '1',  // for the reader; the switch may still be off
       LANG: 'C.UTF-8',
     };
-    if (bus) await this.#startBuses(socket);
+    await this.#startBuses(socket);
     this.windows = this.#startTool('window_watch');
     await this.windows.expect(/"watching"/, 0, Date.now() + startLimitMs);
-    if (bus) this.reader = this.#startTool('screen_reader');
+    this.reader = this.#startTool('screen_reader');
   }
 
   async #startBuses(socket) {
@@ -122,8 +124,8 @@ export class Desktop {
   }
 
   // Any program on this desktop; it ends with it at the latest.
-  start(program, words, own = process.env) {
-    const started = new ConsoleProgram(program, words, this.environment(own));
+  start(program, words, own = process.env, changes = {}) {
+    const started = new ConsoleProgram(program, words, { ...this.environment(own), ...changes });
     this.#programs.push(started);
     return started;
   }
@@ -141,9 +143,13 @@ export class Desktop {
 
   // A call over the session bus; the answer as gdbus prints it.
   async call(name, object, operation, ...words) {
-    const { stdout } = await run('gdbus', ['call', '--session', '--timeout', `${startLimitMs / 1000}`,
-      '--dest', name, '--object-path', object, '--method', operation, '--', ...words], { env: this.environment() });
-    return stdout.trim();
+    const call = ['call', '--session', '--timeout', `${startLimitMs / 1000}`, '--dest', name, '--object-path', object];
+    try {
+      const { stdout } = await run('gdbus', [...call, '--method', operation, '--', ...words], { env: this.environment() });
+      return stdout.trim();
+    } catch (error) {
+      throw new Error(`${operation}: ${error.stderr.trim()}`);
+    }
   }
 
   // What the person turns on in the settings of the desktop.

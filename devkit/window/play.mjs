@@ -44,7 +44,7 @@ async function explain(error, one, run) {
 }
 
 // `layout` is for the place, `prepare` may do more to it. Sets the exit status: 0 only if all was reached.
-export async function play(script, cases, { layout = {}, desktop: kind = {}, prepare } = {}) {
+export async function play(script, cases, { layout = {}, prepare } = {}) {
   const { program, standIns } = readArguments(script);
   const place = await layOut({ ...layout, standIns: path.join(standIns, 'driver') });
   let desktop;
@@ -55,12 +55,17 @@ export async function play(script, cases, { layout = {}, desktop: kind = {}, pre
     await place.service.close();
     place.remove();
   };
+  const endAtOnce = (status) => end().finally(() => process.exit(status));
   for (const [signal, number] of [['SIGINT', 2], ['SIGTERM', 15], ['SIGHUP', 1]]) {
-    process.once(signal, () => end().finally(() => process.exit(128 + number)));
+    process.once(signal, () => endAtOnce(128 + number));
   }
+  process.once('uncaughtException', (error) => {
+    console.error(error);
+    endAtOnce(1);
+  });
   let reached = 0;
   try {
-    desktop = await Desktop.open(place.root, path.join(standIns, 'window'), kind);
+    desktop = await Desktop.open(place.root, path.join(standIns, 'window'));
     run = new WindowRun(program, place, desktop);
     await prepare?.(run);
     for (const one of cases) {

@@ -1,0 +1,134 @@
+// Tries the status item and its menu on a tray of its own, and what the window does with a tray and without one:
+//
+//     node devkit/windowTray.mjs --program PATH [--stand-ins DIR]
+import { demand } from './journey/proof.mjs';
+import { installHelper, join } from './window/prepared.mjs';
+import { play } from './window/play.mjs';
+
+async function registered(run, tray, from = 0) {
+  return tray.expect(new RegExp(`"pid":${run.console.pid},"registered"`), from, run.deadline);
+}
+
+async function shown(run, tray) {
+  const from = tray.mark;
+  tray.send('show');
+  return JSON.parse(await tray.expect(/"menu"/, from, run.deadline));
+}
+
+async function choose(run, tray, label) {
+  const { menu } = await shown(run, tray);
+  tray.send(`choose ${menu.find((entry) => entry.label === label).id}`);
+}
+
+async function quits(run) {
+  const { code } = await run.console.expectExit(run.deadline);
+  demand(code === 0, run.console.describeExit());
+  return run.console.describeExit();
+}
+
+function wasNotMapped(run) {
+  const mapped = run.desktop.windows.find(new RegExp(`"mapped".*"pid":${run.console.pid},`));
+  demand(!mapped, `a window came up: ${mapped}`);
+}
+
+async function endTray(run, tray) {
+  tray.kill('SIGTERM');
+  await tray.expectExit(run.deadline);
+}
+
+const cases = [
+  {
+    name: 'started at login, it waits for the tray and shows no window that is not needed',
+    reach: async (run) => {
+      join(run.place);
+      await run.desktop.setAccessibility(true);
+      run.launch('--at-login');
+      const started = await run.logged(/^.*helper \S+ started, pid \d+$/m);
+      const tray = await run.desktop.startTray();
+      run.tray = tray;
+      const came = await registered(run, tray);
+      wasNotMapped(run);
+      return [started, came];
+    },
+  },
+  {
+    name: 'the item and its menu are these',
+    reach: async (run) => {
+      const item = await shown(run, run.tray);
+      const entries = item.menu.map(({ label, type, enabled, visible }) =>
+        (enabled && visible ? (type === 'separator' ? '-' : label) : `(${label})`));
+      const text = entries.join(' | ');
+      demand(text === 'Open tarnik | - | Quit tarnik', text);
+      demand(item.tooltip === 'tarnik', `the tooltip is ${item.tooltip}`);
+      demand(item.icons.length > 0, 'it has no icon');
+      demand(item.status === 'Active', `it is ${item.status}`);
+      return [text, `icons of ${item.icons.join(', ')}`];
+    },
+  },
+  {
+    name: 'its menu opens the window, which comes back where it was once closed',
+    reach: async (run) => {
+      await choose(run, run.tray, 'Open tarnik');
+      const first = await run.windowAppears();
+      await run.desktop.act('windowmove', '--sync', run.window.mapped, 40, 60);
+      let from = run.windowMark;
+      run.closeWindow();
+      await run.windowGoes(from);
+      from = run.windowMark;
+      await choose(run, run.tray, 'Open tarnik');
+      const second = await run.windowAppears(from);
+      demand(`${run.window.bounds}` === '40,60,460,560', `it is at ${run.window.bounds}`);
+      return [first, second];
+    },
+  },
+  {
+    name: 'its menu quits',
+    reach: async (run) => {
+      await choose(run, run.tray, 'Quit tarnik');
+      const ended = await quits(run);
+      const gone = await run.tray.expect(/"gone"/, 0, run.deadline);
+      await endTray(run, run.tray);
+      return [ended, gone];
+    },
+  },
+  {
+    name: 'a tray that comes later is used: then closing does not quit',
+    reach: async (run) => {
+      run.launch();
+      await run.windowAppears();
+      run.tray = await run.desktop.startTray();
+      const came = await registered(run, run.tray);
+      const from = run.windowMark;
+      run.closeWindow();
+      await run.windowGoes(from);
+      await choose(run, run.tray, 'Open tarnik');
+      return [came, await run.windowAppears(from)];
+    },
+  },
+  {
+    name: 'a tray that goes leaves a window, and closing quits again',
+    reach: async (run) => {
+      let from = run.windowMark;
+      run.closeWindow();
+      await run.windowGoes(from);
+      from = run.windowMark;
+      await endTray(run, run.tray);
+      const back = await run.windowAppears(from);
+      run.closeWindow();
+      return [back, await quits(run)];
+    },
+  },
+  {
+    name: 'started at login where no tray ever comes, the window comes at last',
+    reach: async (run) => {
+      run.launch('--at-login');
+      const from = performance.now();
+      await run.windowAppears();
+      const tookMs = performance.now() - from;
+      run.closeWindow();
+      return [`after ${(tookMs / 1000).toFixed(1)} s`, await quits(run)];
+    },
+  },
+];
+
+await play('windowTray.mjs', cases, { layout: { runtime: 'tiny' }, prepare: installHelper });
