@@ -9,6 +9,8 @@
 #include <openssl/evp.h>
 
 #include "core/foundation/Files.h"
+#include "core/foundation/LibraryFiles.h"
+#include "core/foundation/SharedLibrary.h"
 
 namespace tarnik {
 
@@ -16,25 +18,67 @@ namespace {
 
 constexpr std::size_t pieceBytes = std::size_t{1} << 20;
 
-struct Free {
-    void operator()(EVP_MD_CTX* context) const { EVP_MD_CTX_free(context); }
-    void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
+// What we use of the library.
+struct Functions {
+    decltype(&OPENSSL_init_crypto) start = nullptr;
+    decltype(&ERR_set_mark) markErrors = nullptr;
+    decltype(&ERR_pop_to_mark) dropErrors = nullptr;
+    decltype(&EVP_MD_CTX_new) newContext = nullptr;
+    decltype(&EVP_MD_CTX_free) freeContext = nullptr;
+    decltype(&EVP_sha256) sha256 = nullptr;
+    decltype(&EVP_DigestInit_ex) digestInit = nullptr;
+    decltype(&EVP_DigestUpdate) digestUpdate = nullptr;
+    decltype(&EVP_DigestFinal_ex) digestFinal = nullptr;
+    decltype(&EVP_PKEY_new_raw_public_key) newPublicKey = nullptr;
+    decltype(&EVP_PKEY_free) freeKey = nullptr;
+    decltype(&EVP_DigestVerifyInit) verifyInit = nullptr;
+    decltype(&EVP_DigestVerify) verify = nullptr;
 };
-using Context = std::unique_ptr<EVP_MD_CTX, Free>;
-using Key = std::unique_ptr<EVP_PKEY, Free>;
+using Loaded = std::expected<Functions, std::string>;
+
+Loaded load() {
+    Functions functions;
+    SharedLibrary library(LibraryFiles::crypto);
+    library.find(functions.start, "OPENSSL_init_crypto");
+    library.find(functions.markErrors, "ERR_set_mark");
+    library.find(functions.dropErrors, "ERR_pop_to_mark");
+    library.find(functions.newContext, "EVP_MD_CTX_new");
+    library.find(functions.freeContext, "EVP_MD_CTX_free");
+    library.find(functions.sha256, "EVP_sha256");
+    library.find(functions.digestInit, "EVP_DigestInit_ex");
+    library.find(functions.digestUpdate, "EVP_DigestUpdate");
+    library.find(functions.digestFinal, "EVP_DigestFinal_ex");
+    library.find(functions.newPublicKey, "EVP_PKEY_new_raw_public_key");
+    library.find(functions.freeKey, "EVP_PKEY_free");
+    library.find(functions.verifyInit, "EVP_DigestVerifyInit");
+    library.find(functions.verify, "EVP_DigestVerify");
+    if (library.failure()) return std::unexpected(*library.failure());
+    // Counts only as the library's first use. A transfer may still run on some thread when the program ends,
+    // and the clean-up at exit would take the tables from under it.
+    if (functions.start(OPENSSL_INIT_NO_ATEXIT, nullptr) != 1)
+        return std::unexpected("libcrypto can't start");
+    return functions;
+}
+
+// Never destroyed, for the same reason.
+const Loaded& loaded() {
+    static const auto* const result = new Loaded(load());
+    return *result;
+}
+
+using Context = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
+using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
 
 // The library notes every failure for this thread, where its next user (HTTP) would take it for its own.
 class CleanErrors {
 public:
-    CleanErrors() {
-        // Counts only as the library's first use. A transfer may still run on some thread when the program
-        // ends, and the clean-up at exit would take the tables from under it.
-        OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
-        ERR_set_mark();
-    }
+    explicit CleanErrors(const Functions& library) : library_(library) { library_.markErrors(); }
     CleanErrors(const CleanErrors&) = delete;
     CleanErrors& operator=(const CleanErrors&) = delete;
-    ~CleanErrors() { ERR_pop_to_mark(); }
+    ~CleanErrors() { library_.dropErrors(); }
+
+private:
+    const Functions& library_;
 };
 
 const unsigned char* data(std::string_view bytes) {
@@ -43,16 +87,18 @@ const unsigned char* data(std::string_view bytes) {
 
 class Sha256 {
 public:
-    Sha256() : good_(context_ && EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr) == 1) {}
+    explicit Sha256(const Functions& library)
+        : library_(library),
+          good_(context_ && library.digestInit(context_.get(), library.sha256(), nullptr) == 1) {}
 
     void add(std::string_view bytes) {
-        good_ = good_ && EVP_DigestUpdate(context_.get(), bytes.data(), bytes.size()) == 1;
+        good_ = good_ && library_.digestUpdate(context_.get(), bytes.data(), bytes.size()) == 1;
     }
 
     std::optional<std::string> hex() {
         std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
         unsigned int count = 0;
-        if (!good_ || EVP_DigestFinal_ex(context_.get(), digest.data(), &count) != 1) return std::nullopt;
+        if (!good_ || library_.digestFinal(context_.get(), digest.data(), &count) != 1) return std::nullopt;
         constexpr std::string_view digits = "0123456789abcdef";
         std::string text;
         for (unsigned int i = 0; i < count; ++i) {
@@ -63,23 +109,30 @@ public:
     }
 
 private:
-    CleanErrors cleanErrors_;
-    Context context_{EVP_MD_CTX_new()};
+    const Functions& library_;
+    CleanErrors cleanErrors_{library_};
+    Context context_{library_.newContext(), library_.freeContext};
     bool good_;
 };
 
 }  // namespace
 
+std::expected<void, std::string> startCrypto() {
+    if (!loaded()) return std::unexpected(loaded().error());
+    return {};
+}
+
 std::string sha256Hex(std::string_view bytes) {
-    Sha256 digest;
+    if (!loaded()) return "";
+    Sha256 digest(*loaded());
     digest.add(bytes);
     return digest.hex().value_or("");
 }
 
 std::optional<std::string> sha256HexOfFile(const std::string& path) {
     const UniqueFd file = openRegularFile(path);
-    if (!file) return std::nullopt;
-    Sha256 digest;
+    if (!file || !loaded()) return std::nullopt;
+    Sha256 digest(*loaded());
     std::vector<char> piece(pieceBytes);
     while (const auto count = readInto(file, piece)) {
         if (*count == 0) return digest.hex();
@@ -90,13 +143,16 @@ std::optional<std::string> sha256HexOfFile(const std::string& path) {
 
 bool verifyEd25519(std::string_view publicKey, std::string_view signature, std::string_view message) {
     if (publicKey.size() != ed25519KeyBytes || signature.size() != ed25519SignatureBytes) return false;
-    const CleanErrors cleanErrors;
-    const Key key(EVP_PKEY_new_raw_public_key(EVP_PKEY_ED25519, nullptr, data(publicKey), publicKey.size()));
-    const Context context(EVP_MD_CTX_new());
+    if (!loaded()) return false;
+    const Functions& library = *loaded();
+    const CleanErrors cleanErrors(library);
+    const Key key(library.newPublicKey(EVP_PKEY_ED25519, nullptr, data(publicKey), publicKey.size()),
+                  library.freeKey);
+    const Context context(library.newContext(), library.freeContext);
     if (!key || !context) return false;
-    if (EVP_DigestVerifyInit(context.get(), nullptr, nullptr, nullptr, key.get()) != 1) return false;
-    return EVP_DigestVerify(context.get(), data(signature), signature.size(), data(message),
-                            message.size()) == 1;
+    if (library.verifyInit(context.get(), nullptr, nullptr, nullptr, key.get()) != 1) return false;
+    return library.verify(context.get(), data(signature), signature.size(), data(message), message.size()) ==
+           1;
 }
 
 }  // namespace tarnik

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,8 +11,14 @@ namespace tarnik {
 inline constexpr std::size_t ed25519KeyBytes = 32;
 inline constexpr std::size_t ed25519SignatureBytes = 64;
 
+// OpenSSL's libcrypto is behind these. It is loaded by the first call of any, from any thread, and stays.
+
+// Loads and starts the library; else the reason, for a person. For those who use it through another library,
+// and want to be told why it can't work.
+std::expected<void, std::string> startCrypto();
+
 // The SHA-256 digest as 64 lower-case hexadecimal digits. Empty, so equal to no digest, when the library
-// can't work (out of memory).
+// can't work (not there, out of memory).
 std::string sha256Hex(std::string_view bytes);
 
 // The same of a regular file's contents; none when it can't be opened or read to its end, or is anything

@@ -9,12 +9,14 @@
 
 #include <curl/curl.h>
 #include <fcntl.h>
-#include <openssl/crypto.h>
 #include <strings.h>
 #include <unistd.h>
 
+#include "core/foundation/Crypto.h"
 #include "core/foundation/ErrorText.h"
 #include "core/foundation/Files.h"
+#include "core/foundation/LibraryFiles.h"
+#include "core/foundation/SharedLibrary.h"
 #include "core/foundation/Uuid.h"
 
 namespace tarnik {
@@ -23,13 +25,45 @@ namespace {
 
 using Kind = HttpError::Kind;
 
+// What we use of libcurl.
+struct Curl {
+    decltype(&curl_global_init) start = nullptr;
+    decltype(&curl_easy_init) open = nullptr;
+    decltype(&curl_easy_cleanup) close = nullptr;
+    decltype(&curl_easy_setopt) set = nullptr;
+    decltype(&curl_easy_perform) perform = nullptr;
+    decltype(&curl_easy_getinfo) info = nullptr;
+    decltype(&curl_easy_strerror) explain = nullptr;
+    decltype(&curl_slist_append) append = nullptr;
+    decltype(&curl_slist_free_all) freeList = nullptr;
+};
+using LoadedCurl = std::expected<Curl, std::string>;
+
+// libcrypto comes first, to be told to leave out its clean-up at exit before libcurl starts it in its own
+// way.
+LoadedCurl loadCurl() {
+    if (auto crypto = startCrypto(); !crypto) return std::unexpected(std::move(crypto.error()));
+    Curl curl;
+    SharedLibrary library(LibraryFiles::curl);
+    library.find(curl.start, "curl_global_init");
+    library.find(curl.open, "curl_easy_init");
+    library.find(curl.close, "curl_easy_cleanup");
+    library.find(curl.set, "curl_easy_setopt");
+    library.find(curl.perform, "curl_easy_perform");
+    library.find(curl.info, "curl_easy_getinfo");
+    library.find(curl.explain, "curl_easy_strerror");
+    library.find(curl.append, "curl_slist_append");
+    library.find(curl.freeList, "curl_slist_free_all");
+    if (library.failure()) return std::unexpected(*library.failure());
+    if (curl.start(CURL_GLOBAL_DEFAULT) != CURLE_OK) return std::unexpected("libcurl can't start");
+    return curl;
+}
+
 // libcurl wants to be started once, by one thread, before anything else. A local static is just that, and
-// nobody else can touch it. It is never undone, and OpenSSL is told to leave out its clean-up at exit: that
-// would take its tables away under a transfer that still runs on some thread when the program ends.
-bool librariesStarted() {
-    static const bool started = OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr) == 1 &&
-                                curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-    return started;
+// nobody else can touch it. It is never undone: a transfer may still run when the program ends.
+const LoadedCurl& loadedCurl() {
+    static const auto* const result = new LoadedCurl(loadCurl());
+    return *result;
 }
 
 // libcurl's words may quote the other side's: a host name, a certificate.
@@ -50,14 +84,6 @@ HttpError fileError() {
     return {.kind = Kind::file, .code = errno};
 }
 
-struct CloseHandle {
-    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
-};
-
-struct FreeList {
-    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
-};
-
 // One GET with its redirects. Lives for one call, on its thread.
 class Transfer {
 public:
@@ -65,7 +91,8 @@ public:
     using Sink =
         std::function<std::optional<HttpError>(std::string_view piece, std::optional<std::int64_t> total)>;
 
-    Transfer(const HttpOptions& options, Sink sink) : options_(options), sink_(std::move(sink)) {}
+    Transfer(const Curl& curl, const HttpOptions& options, Sink sink)
+        : curl_(curl), options_(options), sink_(std::move(sink)) {}
     std::expected<void, HttpError> get(std::string url);
 
 private:
@@ -79,7 +106,7 @@ private:
     template <class Value>
     Value info(CURLINFO which) const {
         Value value{};
-        curl_easy_getinfo(handle_.get(), which, &value);
+        curl_.info(handle_.get(), which, &value);
         return value;
     }
 
@@ -94,20 +121,20 @@ private:
         std::int64_t received = 0;
     };
 
+    const Curl& curl_;
     const HttpOptions& options_;
     const Sink sink_;
     std::array<char, CURL_ERROR_SIZE> words_{};
-    std::unique_ptr<curl_slist, FreeList> headers_;
+    std::unique_ptr<curl_slist, decltype(Curl::freeList)> headers_{nullptr, curl_.freeList};
     bool secure_ = false;               // came to https, and so stays there
     std::optional<Mark> mark_;          // none before the connection stands
     std::optional<HttpError> refusal_;  // why we ended it ourselves
     std::int64_t taken_ = 0;
-    std::unique_ptr<CURL, CloseHandle> handle_;
+    std::unique_ptr<CURL, decltype(Curl::close)> handle_{nullptr, curl_.close};
 };
 
 std::expected<void, HttpError> Transfer::get(std::string url) {
-    if (!librariesStarted()) return std::unexpected(transportError("libcurl can't start"));
-    handle_.reset(curl_easy_init());
+    handle_.reset(curl_.open());
     if (!handle_ || !configure()) return std::unexpected(transportError("libcurl lacks what is needed"));
 
     for (int redirects = 0; redirects <= Http::maximumRedirects; ++redirects) {
@@ -124,13 +151,13 @@ std::expected<void, HttpError> Transfer::get(std::string url) {
 bool Transfer::configure() {
     bool accepted = true;
     const auto set = [&](CURLoption option, auto value) {
-        accepted = accepted && curl_easy_setopt(handle_.get(), option, value) == CURLE_OK;
+        accepted = accepted && curl_.set(handle_.get(), option, value) == CURLE_OK;
     };
     const auto milliseconds = [](Seconds time) {
         return static_cast<long>(std::chrono::ceil<std::chrono::milliseconds>(time).count());
     };
     for (const char* header : {"Cache-Control: no-cache", "Accept-Encoding: identity"}) {
-        curl_slist* const list = curl_slist_append(headers_.get(), header);
+        curl_slist* const list = curl_.append(headers_.get(), header);
         if (list == nullptr) return false;
         if (!headers_) headers_.reset(list);
     }
@@ -168,12 +195,12 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
     mark_.reset();
     words_[0] = '\0';
     const char* const protocols = secure_ ? "https" : "http,https";
-    if (curl_easy_setopt(handle_.get(), CURLOPT_URL, url.c_str()) != CURLE_OK ||
-        curl_easy_setopt(handle_.get(), CURLOPT_PROTOCOLS_STR, protocols) != CURLE_OK) {
+    if (curl_.set(handle_.get(), CURLOPT_URL, url.c_str()) != CURLE_OK ||
+        curl_.set(handle_.get(), CURLOPT_PROTOCOLS_STR, protocols) != CURLE_OK) {
         return std::unexpected(transportError("the address is broken"));
     }
 
-    const CURLcode result = curl_easy_perform(handle_.get());
+    const CURLcode result = curl_.perform(handle_.get());
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     const bool redirected = status >= 300 && status < 400;
     const HttpError badStatus{.kind = Kind::badStatus, .code = static_cast<int>(status)};
@@ -195,7 +222,7 @@ HttpError Transfer::failure(CURLcode result) const {
         case CURLE_PARTIAL_FILE: return {.kind = Kind::cutShort};
         case CURLE_FILESIZE_EXCEEDED: return {.kind = Kind::tooLarge};
         case CURLE_UNSUPPORTED_PROTOCOL: return transportError("the address is of a kind that isn't allowed");
-        default: return transportError(words_[0] != '\0' ? words_.data() : curl_easy_strerror(result));
+        default: return transportError(words_[0] != '\0' ? words_.data() : curl_.explain(result));
     }
 }
 
@@ -322,8 +349,10 @@ std::string describe(const HttpError& error) {
 }
 
 std::expected<std::string, HttpError> Http::fetch(const std::string& url, const HttpOptions& options) {
+    const auto& curl = loadedCurl();
+    if (!curl) return std::unexpected(transportError(curl.error()));
     std::string body;
-    Transfer transfer(options, [&](std::string_view piece, auto) -> std::optional<HttpError> {
+    Transfer transfer(*curl, options, [&](std::string_view piece, auto) -> std::optional<HttpError> {
         body += piece;
         return std::nullopt;
     });
@@ -333,11 +362,14 @@ std::expected<std::string, HttpError> Http::fetch(const std::string& url, const 
 
 std::expected<void, HttpError> Http::download(const std::string& url, const std::string& destination,
                                               const HttpOptions& options, const Progress& progress) {
+    const auto& curl = loadedCurl();
+    if (!curl) return std::unexpected(transportError(curl.error()));
     PartFile part(destination);
     if (!part.isOpen()) return std::unexpected(fileError());
     Reports reports(progress);
     Transfer transfer(
-        options, [&](std::string_view piece, std::optional<std::int64_t> total) -> std::optional<HttpError> {
+        *curl, options,
+        [&](std::string_view piece, std::optional<std::int64_t> total) -> std::optional<HttpError> {
             if (!part.append(piece)) return fileError();
             reports.moved(static_cast<std::int64_t>(piece.size()), total);
             return std::nullopt;
