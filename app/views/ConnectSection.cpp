@@ -21,6 +21,7 @@ constexpr int messageSpinnerSide = 18;
 constexpr int symbolGap = 10;
 constexpr int blockGap = 12;  // between what belongs together
 constexpr int paragraphGap = 8;
+constexpr int progressGap = 6;
 constexpr int fieldHeight = 36;
 constexpr int fieldPadding = 5;      // beside what is typed
 constexpr int longestLink = 65'536;  // as much as is read of one
@@ -81,8 +82,11 @@ ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
     layout->setSpacing(blockGap);
     addHeading(*layout);
     layout->addWidget(paragraphs_);
-    layout->addWidget(progress_);
-    layout->addWidget(progressText_);
+    auto* progressLayout = new QVBoxLayout;
+    progressLayout->setSpacing(progressGap);
+    progressLayout->addWidget(progress_);
+    progressLayout->addWidget(progressText_);
+    layout->addLayout(progressLayout);
     layout->addWidget(terminal_, 1);
     layout->addWidget(field_);
     addMessage(*layout);

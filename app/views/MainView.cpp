@@ -19,10 +19,10 @@ namespace {
 
 using Key = WindowContent::Key;
 
-constexpr int windowWidth = 460;
+constexpr int columnWidth = 404;
 constexpr int sideMargin = 28;
-constexpr int endMargin = 24;  // above and below
-constexpr int sectionGap = 18;
+constexpr int endMargin = 22;  // above and below
+constexpr int sectionGap = 16;
 
 class Divider : public QWidget {
 public:
@@ -61,18 +61,27 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
 QWidget* MainView::makePage() {
     auto* page = new QWidget;
     const auto onButton = [this](const WindowIntent& intent) { ask(intent); };
-    connect_ = new ConnectSection(windowWidth - 2 * sideMargin, onButton, page);
-    switches_ = new SwitchesSection(onButton, page);
+    auto* column = new QWidget(page);
+    column->setFixedWidth(columnWidth);
+    connect_ = new ConnectSection(columnWidth, onButton, column);
+    switches_ = new SwitchesSection(onButton, column);
 
-    pageLayout_ = new QVBoxLayout(page);
-    pageLayout_->setContentsMargins(sideMargin, endMargin, sideMargin, endMargin);
+    // A scroll bar gets its place beside the column and takes none of it away.
+    auto* layout = new QHBoxLayout(page);
+    layout->setContentsMargins(sideMargin, endMargin, 0, endMargin);
+    layout->setSpacing(0);
+    layout->addWidget(column);
+    layout->addStretch(1);
+
+    pageLayout_ = new QVBoxLayout(column);
+    pageLayout_->setContentsMargins(0, 0, 0, 0);
     pageLayout_->setSpacing(0);
-    pageLayout_->addWidget(new TitleLine(page));
+    pageLayout_->addWidget(new TitleLine(column));
     pageLayout_->addSpacing(sectionGap);
     pageLayout_->addWidget(connect_);
     pageLayout_->addSpacing(sectionGap);
     pageLayout_->addStretch(1);
-    pageLayout_->addWidget(new Divider(page));
+    pageLayout_->addWidget(new Divider(column));
     pageLayout_->addSpacing(sectionGap);
     pageLayout_->addWidget(switches_);
     return page;

@@ -11,7 +11,7 @@ namespace {
 constexpr double radius = 7;
 constexpr double ringWidth = 2;
 constexpr int buttonHeight = 32;
-constexpr int buttonPadding = 16;  // on each side of the title
+constexpr int buttonPadding = 14;  // on each side of the title
 constexpr int fieldPadding = 8;
 constexpr int frameWidth = 4;  // keeps what is inside out of the corners
 constexpr int scrollBarWidth = 12;

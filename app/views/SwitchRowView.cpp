@@ -9,7 +9,7 @@ namespace tarnik {
 namespace {
 
 constexpr int symbolSide = 17;
-constexpr int columnGap = 12;
+constexpr int columnGap = 10;
 constexpr int hintGap = 6;
 
 }  // namespace

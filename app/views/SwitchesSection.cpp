@@ -1,7 +1,9 @@
 #include "app/views/SwitchesSection.h"
 
+#include <QPainter>
 #include <QVBoxLayout>
 
+#include "app/views/Colours.h"
 #include "app/views/SwitchRowView.h"
 #include "app/views/TextLabel.h"
 
@@ -9,8 +11,35 @@ namespace tarnik {
 namespace {
 
 constexpr int textGap = 4;
-constexpr int listGap = 14;
-constexpr int rowGap = 12;
+constexpr int listGap = 12;
+constexpr int rowMargin = 9;  // above and below
+constexpr int sideMargin = 12;
+constexpr double radius = 10;
+
+// The rows on a ground of their own, with a line between them.
+class RowList : public QWidget {
+public:
+    explicit RowList(QWidget* parent) : QWidget(parent) {
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(sideMargin, rowMargin, sideMargin, rowMargin);
+        layout->setSpacing(2 * rowMargin + 1);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QColor line = lineColour(palette());
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(line);
+        painter.setBrush(palette().base());
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        for (int i = 1; i < layout()->count(); ++i) {
+            const QRect row = layout()->itemAt(i)->geometry();
+            painter.fillRect(QRect(row.left(), row.top() - rowMargin - 1, row.width(), 1), line);
+        }
+    }
+};
 
 }  // namespace
 
@@ -19,7 +48,7 @@ SwitchesSection::SwitchesSection(OnButton onButton, QWidget* parent)
       onButton_(std::move(onButton)),
       heading_(new TextLabel(TextLabel::Look::strong, this)),
       text_(new TextLabel(TextLabel::Look::quiet, this)),
-      list_(new QWidget(this)) {
+      list_(new RowList(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(textGap);
@@ -27,10 +56,6 @@ SwitchesSection::SwitchesSection(OnButton onButton, QWidget* parent)
     layout->addWidget(text_);
     layout->addSpacing(listGap - textGap);
     layout->addWidget(list_);
-
-    auto* listLayout = new QVBoxLayout(list_);
-    listLayout->setContentsMargins(0, 0, 0, 0);
-    listLayout->setSpacing(rowGap);
 }
 
 bool SwitchesSection::setContent(const WindowContent::Switches& content) {
