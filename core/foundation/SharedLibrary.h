@@ -14,10 +14,10 @@ public:
     // A file name without a folder is looked for where the system keeps its libraries.
     explicit SharedLibrary(const std::string& file);
 
-    // Points `function` to the library's one of this name, or leaves it and has a failure.
+    // Points `function` to the library's one of this name; to nothing, and has a failure, if there is none.
     template <class Function>
     void find(Function*& function, const char* name) {
-        if (void* const found = symbol(name)) function = reinterpret_cast<Function*>(found);
+        function = reinterpret_cast<Function*>(symbol(name));
     }
 
     // The loader's words for the first thing that wasn't there; none while everything was.
