@@ -4,7 +4,14 @@
 #include <QDBusVariant>
 #include <utility>
 
+#include "core/node/TarnikIdentity.h"
+
 namespace tarnik {
+
+QString ourBusName() {
+    constexpr auto name = TarnikIdentity::bundleIdentifier;
+    return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+}
 
 QDBusMessage busCall(const BusObject& object, const QString& interface, const QString& operation,
                      const QVariantList& arguments) {

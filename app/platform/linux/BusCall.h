@@ -11,10 +11,13 @@
 
 namespace tarnik {
 
-// How long the main thread may be kept from an answer that it doesn't wait for.
+// Whoever answers at all has answered by then.
 inline constexpr Seconds busCallBound = std::chrono::seconds(10);
 
-// An operation or a property of an object, addressed by the name that its program has on the bus.
+// Our name on the bus, which is that of our desktop entry, too.
+QString ourBusName();
+
+// An object, addressed by the name that its program has on the bus.
 struct BusObject {
     QString service;
     QString path;

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "app/platform/linux/BusCall.h"
-#include "core/node/TarnikIdentity.h"
 
 namespace tarnik {
 namespace {
@@ -13,10 +12,6 @@ using Standing = OneCopy::Standing;
 
 // Each round ends with the end of another copy, so that a few of them are many.
 constexpr int mostRounds = 8;
-
-QString ourName() {
-    return QLatin1String(TarnikIdentity::bundleIdentifier.data());
-}
 
 }  // namespace
 
@@ -52,13 +47,13 @@ BusOneCopy::Claim BusOneCopy::claimName() const {
     constexpr uint doNotQueue = 4;
     constexpr uint primaryOwner = 1;
     constexpr uint exists = 3;
-    const uint answer = busValue(callBus("RequestName", {ourName(), doNotQueue})).toUInt();
+    const uint answer = busValue(callBus("RequestName", {ourBusName(), doNotQueue})).toUInt();
     if (answer == exists) return Claim::taken;
     return answer == primaryOwner ? Claim::ours : Claim::impossible;
 }
 
 std::optional<QString> BusOneCopy::otherCopy() const {
-    const QString owner = busValue(callBus("GetNameOwner", {ourName()})).toString();
+    const QString owner = busValue(callBus("GetNameOwner", {ourBusName()})).toString();
     return owner.isEmpty() ? std::nullopt : std::optional(owner);
 }
 

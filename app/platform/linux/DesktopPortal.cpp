@@ -1,7 +1,5 @@
 #include "app/platform/linux/DesktopPortal.h"
 
-#include "core/node/TarnikIdentity.h"
-
 namespace tarnik {
 
 const BusObject& desktopPortal() {
@@ -11,9 +9,8 @@ const BusObject& desktopPortal() {
 }
 
 void introduceToPortal(const QDBusConnection& bus) {
-    const QString id = QLatin1String(TarnikIdentity::bundleIdentifier.data());
     auto call = busCall(desktopPortal(), QStringLiteral("org.freedesktop.host.portal.Registry"),
-                        QStringLiteral("Register"), {id, QVariantMap()});
+                        QStringLiteral("Register"), {ourBusName(), QVariantMap()});
     call.setAutoStartService(true);
     bus.send(call);  // whatever it answers
 }

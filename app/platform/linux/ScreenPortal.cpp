@@ -7,7 +7,6 @@
 
 #include "app/platform/linux/BusCall.h"
 #include "app/platform/linux/DesktopPortal.h"
-#include "core/node/TarnikIdentity.h"
 
 namespace tarnik {
 namespace {
@@ -40,8 +39,7 @@ std::optional<bool> notedIn(const QDBusMessage& answer) {
         !answer.signature().startsWith(QLatin1String("a{sas}")))
         return std::nullopt;
     const auto permissions = qdbus_cast<QMap<QString, QStringList>>(answer.arguments().constFirst());
-    const auto id = QLatin1String(TarnikIdentity::bundleIdentifier.data());
-    const QStringList noted = permissions.value(id) + permissions.value(QString());
+    const QStringList noted = permissions.value(ourBusName()) + permissions.value(QString());
     if (noted.contains(QStringLiteral("yes"))) return true;
     return noted.contains(QStringLiteral("no")) ? std::optional(false) : std::nullopt;
 }

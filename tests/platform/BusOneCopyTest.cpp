@@ -1,0 +1,215 @@
+#include "app/platform/linux/BusOneCopy.h"
+
+#include <set>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/PrivateBus.h"
+#include "tests/support/ManualMainThread.h"
+
+namespace tarnik {
+namespace {
+
+using Standing = OneCopy::Standing;
+using Links = std::vector<std::string>;
+
+constexpr BusOneCopy::Bounds quick{.handOver = std::chrono::milliseconds(200),
+                                   .end = std::chrono::milliseconds(200)};
+constexpr const char* name = "com.tarnik.node";
+
+// A copy as a program of its own: it settles, and then its loop runs.
+class Copy {
+public:
+    explicit Copy(const PrivateBus& bus) : program_(bus) {}
+    ~Copy() { end(); }
+    Copy(const Copy&) = delete;
+    Copy& operator=(const Copy&) = delete;
+
+    // Doesn't wait for it.
+    void start(const std::optional<std::string>& link) {
+        program_.post([this, link] {
+            const MainThread mainThread{.post = [this](auto task) { program_.post(std::move(task)); }};
+            const auto requests = std::make_shared<OpenRequests>(mainThread);
+            requests->onLink([this](const std::string& opened) { links.push_back(opened); });
+            requests->onSecondOpen([this] { ++secondOpens; });
+            copy_ =
+                std::make_unique<BusOneCopy>(program_.bus(), requests, std::nullopt, BusOneCopy::Bounds());
+            standing = copy_->settle(link);
+        });
+    }
+    void refuseMore() {
+        program_.run([this] { copy_->refuseMore(); });
+    }
+    // After all that has come to it.
+    void settleDown() {
+        for (int i = 0; i < 2; ++i) program_.run([] {});  // a link may be posted
+    }
+    void end() {
+        program_.run([this] { copy_.reset(); });
+        program_.end();
+    }
+
+    // For when it has settled down.
+    Links links;
+    int secondOpens = 0;
+    Standing standing = Standing::alone;
+
+private:
+    std::unique_ptr<BusOneCopy> copy_;
+    BusProgram program_;
+};
+
+// A second start, with what it is given itself.
+struct SecondStart {
+    ManualMainThread mainThread;
+    std::shared_ptr<OpenRequests> requests = std::make_shared<OpenRequests>(mainThread.record());
+    Links links;
+
+    Standing settle(const QDBusConnection& bus, const std::optional<std::string>& link,
+                    BusOneCopy::Bounds bounds = {}) {
+        requests->onLink([this](const std::string& opened) { links.push_back(opened); });
+        const auto standing = BusOneCopy(bus, requests, "token", bounds).settle(link);
+        EXPECT_EQ(links, Links()) << "inside settle";
+        mainThread.run();
+        return standing;
+    }
+};
+
+TEST(BusOneCopy, givesALaterStartsLinkToTheOneThatRuns) {
+    const PrivateBus bus;
+    Copy first(bus);
+    first.start("tarnik://1");
+    first.settleDown();
+    ASSERT_EQ(first.standing, Standing::only);
+    for (const auto& link : {std::optional<std::string>("tarnik://2"), std::optional<std::string>(),
+                             std::optional(std::string(70000, 'x'))}) {
+        SecondStart second;
+        EXPECT_EQ(second.settle(bus.connect(), link), Standing::handedOver);
+        EXPECT_EQ(second.links, Links());
+    }
+    first.settleDown();
+    EXPECT_EQ(first.links, Links({"tarnik://1", "tarnik://2"}));
+    EXPECT_EQ(first.secondOpens, 2);  // the third link is too long to be one
+}
+
+TEST(BusOneCopy, letsOneOfTwoGoOnWhenTheyStartTogether) {
+    const PrivateBus bus;
+    for (int round = 0; round < 10; ++round) {
+        Copy one(bus);
+        Copy other(bus);
+        one.start("tarnik://one");
+        other.start("tarnik://other");
+        one.settleDown();
+        other.settleDown();
+        one.settleDown();
+        const Copy& stays = one.standing == Standing::only ? one : other;
+        const Copy& goes = &stays == &one ? other : one;
+        EXPECT_EQ(stays.standing, Standing::only);
+        EXPECT_EQ(goes.standing, Standing::handedOver);
+        EXPECT_EQ(std::multiset<std::string>(stays.links.begin(), stays.links.end()),
+                  (std::multiset<std::string>{"tarnik://one", "tarnik://other"}));
+        EXPECT_EQ(goes.links, Links());
+    }
+}
+
+TEST(BusOneCopy, waitsForTheEndOfOneThatIsEnding) {
+    const PrivateBus bus;
+    Copy first(bus);
+    first.start(std::nullopt);
+    first.settleDown();
+    first.refuseMore();
+    std::thread end([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));  // what its end takes
+        first.end();
+    });
+    SecondStart second;
+    EXPECT_EQ(second.settle(bus.connect(), "tarnik://1"), Standing::only);
+    end.join();
+    EXPECT_EQ(second.links, Links({"tarnik://1"}));
+    EXPECT_EQ(first.links, Links());
+}
+
+TEST(BusOneCopy, losesNoLinkToACopyThatDoesNotTakeIt) {
+    using Vanish = std::function<void()>;
+    using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage&, const Vanish&)>;
+    const auto none = std::optional<QDBusMessage>();
+    struct Case {
+        const char* why;
+        Answer answer;
+        Standing standing;
+        Links links;
+    };
+    const Case cases[] = {
+        {"it ends instead of answering",
+         [&](auto&, auto& vanish) {
+             vanish();
+             return none;
+         },
+         Standing::only,
+         {"tarnik://1"}},
+        {"it has the link in its queue, and may come to it", [&](auto&, auto&) { return none; },
+         Standing::handedOver, Links()},
+        {"it is something else",
+         [](auto& call, auto&) { return call.createErrorReply(QDBusError::UnknownInterface, ""); },
+         Standing::alone,
+         {"tarnik://1"}},
+        {"it doesn't come to its end",
+         [&](auto& call, auto&) {
+             return call.member() == "Open" ? call.createErrorReply("com.tarnik.node.Error.Ending", "")
+                                            : none;
+         },
+         Standing::alone,
+         {"tarnik://1"}},
+    };
+    for (const auto& c : cases) {
+        const PrivateBus bus;
+        BusProgram other(bus);
+        std::unique_ptr<FakeService> service;
+        const Vanish vanish = [&] {
+            other.post([&] {
+                service.reset();
+                other.leaveBus();
+            });
+        };
+        other.run([&] {
+            const auto answer = [&](const QDBusMessage& call) { return c.answer(call, vanish); };
+            service = std::make_unique<FakeService>(other.bus(), name, answer);
+        });
+        SecondStart second;
+        EXPECT_EQ(second.settle(bus.connect(), "tarnik://1", quick), c.standing) << c.why;
+        EXPECT_EQ(second.links, c.links) << c.why;
+        other.run([&] { service.reset(); });
+    }
+}
+
+TEST(BusOneCopy, worksAloneWithoutABus) {
+    SecondStart start;
+    EXPECT_EQ(start.settle(QDBusConnection("no such connection"), "tarnik://1"), Standing::alone);
+    EXPECT_EQ(start.links, Links({"tarnik://1"}));
+}
+
+TEST(OpenRequests, keepsWhatComesBeforeItsHandler) {
+    ManualMainThread mainThread;
+    const auto requests = std::make_shared<OpenRequests>(mainThread.record());
+    Links links;
+    int secondOpens = 0;
+    for (int i = 0; i < 20; ++i) requests->open(std::to_string(i));
+    requests->secondOpen();
+    requests->onLink([&](const std::string& link) { links.push_back(link); });
+    requests->open("last");
+    EXPECT_EQ(links, Links());
+    mainThread.run();
+    ASSERT_EQ(links.size(), OpenRequests::mostWaiting);
+    EXPECT_EQ(links.front(), "5");
+    EXPECT_EQ(links.back(), "last");
+
+    requests->onSecondOpen([&] { ++secondOpens; });
+    mainThread.run();
+    EXPECT_EQ(secondOpens, 1);
+    requests->open("at once");
+    EXPECT_EQ(links.back(), "at once");
+}
+
+}  // namespace
+}  // namespace tarnik

@@ -1,0 +1,208 @@
+#include "app/platform/linux/LinuxSwitches.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QUrl>
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "app/platform/linux/OwnPicture.h"
+#include "tests/platform/PrivateBus.h"
+#include "tests/support/Eventually.h"
+
+namespace tarnik {
+namespace {
+
+using Permissions = QMap<QString, QStringList>;
+
+QDBusMessage valueReply(const QDBusMessage& call, const QVariant& value) {
+    return call.createReply(QVariant::fromValue(QDBusVariant(value)));
+}
+
+QDBusMessage errorReply(const QDBusMessage& call) {
+    return call.createErrorReply(QDBusError::Failed, "no");
+}
+
+// A person's desktop: settings that note which page was opened.
+struct Desktop {
+    const TemporaryFolder folder;
+    const PrivateBus bus;
+    Environment environment{{"PATH", folder.path()}, {"XDG_CURRENT_DESKTOP", "pop:GNOME"}};
+
+    Desktop() {
+        write("gnome-control-center", "#!/bin/sh\necho \"$@\" > '" + folder.path() + "/opened'\n");
+        std::filesystem::permissions(folder.path() + "/gnome-control-center",
+                                     std::filesystem::perms::owner_all);
+    }
+    std::string write(const std::string& file, const std::string& text) const {
+        std::ofstream(folder.path() + "/" + file) << text;
+        return folder.path() + "/" + file;
+    }
+    std::string opened() const {
+        std::string page;
+        std::getline(std::ifstream(folder.path() + "/opened"), page);
+        return page;
+    }
+    bool opens(const std::string& page) const {
+        return eventually([&] {
+            QCoreApplication::processEvents();
+            return opened() == page;
+        });
+    }
+    LinuxSwitches switches() const { return {bus.connect(), environment, folder.path()}; }
+};
+
+TEST(LinuxSwitches, followsTheAccessibilityBus) {
+    const Desktop desktop;
+    LinuxSwitches switches(desktop.bus.connect(), desktop.environment, desktop.folder.path());
+    const auto isOn = [&] { return switches.isOn(Switch::accessibility); };
+    int changes = 0;
+    switches.onChange([&] { ++changes; });
+    EXPECT_FALSE(isOn());
+
+    bool value = true;
+    bool refuses = false;
+    auto service = std::make_optional<FakeService>(
+        desktop.bus.connect(), "org.a11y.Bus", [&](const QDBusMessage& call) -> std::optional<QDBusMessage> {
+            if (call.arguments().value(1) != "IsEnabled" || refuses) return errorReply(call);
+            if (call.member() == "Get") return valueReply(call, value);
+            value = call.arguments().value(2).value<QDBusVariant>().variant().toBool();
+            return call.createReply();
+        });
+    EXPECT_TRUE(comesTrue(isOn));
+    EXPECT_TRUE(switches.prompt(Switch::accessibility));
+
+    value = false;
+    service->signal("/org/a11y/bus", "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                    {"org.a11y.Status", QVariantMap(), QStringList()});
+    EXPECT_TRUE(comesTrue([&] { return !isOn(); }));
+
+    EXPECT_FALSE(switches.prompt(Switch::accessibility));
+    switches.openSettings(Switch::accessibility);  // not needed: it turns on
+    EXPECT_TRUE(comesTrue(isOn));
+
+    service.reset();
+    EXPECT_TRUE(comesTrue([&] { return !isOn(); }));
+    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(desktop.opened(), "");
+    EXPECT_FALSE(switches.prompt(Switch::accessibility));  // nobody to turn it on
+    switches.openSettings(Switch::accessibility);
+    EXPECT_TRUE(desktop.opens("universal-access"));
+}
+
+TEST(LinuxSwitches, readsTheScreenWithoutAPortal) {
+    Desktop desktop;
+    EXPECT_FALSE(desktop.switches().isOn(Switch::screenRecording));
+    desktop.environment["DISPLAY"] = ":0";
+    EXPECT_TRUE(desktop.switches().isOn(Switch::screenRecording));
+    desktop.environment["WAYLAND_DISPLAY"] = "wayland-0";
+    EXPECT_FALSE(desktop.switches().isOn(Switch::screenRecording));
+}
+
+// The portal, its store, and the person before them.
+struct Portal {
+    const Desktop& desktop;
+    Permissions permissions;
+    bool grants = true;
+    std::string picture;
+    QDBusMessage asked;
+    FakeService portal{desktop.bus.connect(), "org.freedesktop.portal.Desktop",
+                       [this](const QDBusMessage& call) { return answer(call); }};
+    FakeService store{desktop.bus.connect(), "org.freedesktop.impl.portal.PermissionStore",
+                      [this](const QDBusMessage& call) {
+                          const QVariantList wanted{"screenshot", "screenshot"};
+                          if (call.arguments() != wanted) return errorReply(call);
+                          const auto data = QVariant::fromValue(QDBusVariant(0));
+                          return call.createReply({QVariant::fromValue(permissions), data});
+                      }};
+
+    explicit Portal(const Desktop& with) : desktop(with) { qDBusRegisterMetaType<Permissions>(); }
+
+    void note(const Permissions& noted) {
+        permissions = noted;
+        store.signal("/org/freedesktop/impl/portal/PermissionStore",
+                     "org.freedesktop.impl.portal.PermissionStore", "Changed", {"screenshot"});
+    }
+
+private:
+    std::optional<QDBusMessage> answer(const QDBusMessage& call) {
+        if (call.member() == "Get") return valueReply(call, 2U);
+        if (call.member() != "Screenshot") return errorReply(call);
+        asked = call;
+        const auto options = qdbus_cast<QVariantMap>(call.arguments().at(1));
+        const QString sender = call.service().mid(1).replace('.', '_');
+        const QString request = "/org/freedesktop/portal/desktop/request/" + sender + "/" +
+                                options.value("handle_token").toString();
+        const QString uri = QUrl::fromLocalFile(QString::fromStdString(picture)).toString();
+        // Quick as it is, the person's answer comes first.
+        portal.signal(request, "org.freedesktop.portal.Request", "Response",
+                      {grants ? 0U : 1U, QVariantMap{{"uri", uri}}});
+        return call.createReply(QVariant::fromValue(QDBusObjectPath(request)));
+    }
+};
+
+TEST(LinuxSwitches, readsWhatThePortalHasNoted) {
+    Desktop desktop;
+    desktop.environment["WAYLAND_DISPLAY"] = "wayland-0";
+    LinuxSwitches switches(desktop.bus.connect(), desktop.environment, desktop.folder.path());
+    Portal portal(desktop);
+    int changes = 0;
+    switches.onChange([&] { ++changes; });
+    const Permissions noted[] = {
+        {{"com.tarnik.node", {"yes"}}}, {{"org.other", {"yes"}}}, {{"", {"yes"}}}, {{"", {"no"}}}};
+    int expected = 0;
+    for (const auto& permissions : noted) {
+        portal.note(permissions);
+        ++expected;
+        EXPECT_TRUE(comesTrue([&] { return changes == expected; })) << expected;
+        EXPECT_EQ(switches.isOn(Switch::screenRecording), expected % 2 == 1) << expected;
+    }
+}
+
+TEST(LinuxSwitches, asksForTheScreenAndThrowsThePictureAway) {
+    Desktop desktop;
+    desktop.environment["WAYLAND_DISPLAY"] = "wayland-0";
+    Portal portal(desktop);
+    LinuxSwitches switches(desktop.bus.connect(), desktop.environment, desktop.folder.path());
+    portal.picture = desktop.write("Screen shot.png", "a picture");
+    portal.grants = false;
+    EXPECT_FALSE(switches.prompt(Switch::screenRecording));
+    switches.openSettings(Switch::screenRecording);
+    EXPECT_TRUE(desktop.opens("applications"));
+    EXPECT_FALSE(switches.isOn(Switch::screenRecording));
+    EXPECT_FALSE(std::filesystem::exists(portal.picture));
+
+    portal.grants = true;  // and keeps no note of it
+    EXPECT_FALSE(switches.prompt(Switch::screenRecording));
+    EXPECT_TRUE(comesTrue([&] { return switches.isOn(Switch::screenRecording); }));
+    EXPECT_FALSE(qdbus_cast<QVariantMap>(portal.asked.arguments().at(1)).value("interactive").toBool());
+}
+
+TEST(OwnPicture, removesNothingElse) {
+    const Desktop desktop;
+    const TemporaryFolder other;
+    const std::vector<std::string> folders{desktop.folder.path()};
+    const std::string picture = desktop.write("picture", "");
+    const std::string old = desktop.write("old", "");
+    const auto hoursAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(2);
+    std::filesystem::last_write_time(old, hoursAgo);
+    const std::string link = desktop.folder.path() + "/link";
+    std::filesystem::create_symlink(picture, link);
+    const std::string outside = other.path() + "/outside";
+    std::ofstream(outside) << "";
+    for (const std::string& kept :
+         {old, link, outside,
+          desktop.folder.path() + "/../" + other.path().substr(other.path().rfind('/') + 1) + "/outside"}) {
+        removeOwnPicture(kept, folders);
+        EXPECT_TRUE(std::filesystem::exists(std::filesystem::symlink_status(kept))) << kept;
+    }
+    removeOwnPicture(picture, folders);
+    EXPECT_FALSE(std::filesystem::exists(picture));
+}
+
+}  // namespace
+}  // namespace tarnik

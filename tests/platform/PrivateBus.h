@@ -1,0 +1,138 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QFile>
+#include <QProcess>
+#include <QThread>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "core/foundation/Time.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+
+// Runs the event loop until `condition` holds; false when it doesn't within `limit`.
+template <class Condition>
+bool comesTrue(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(20)) {
+    bool isLate = false;
+    QTimer::singleShot(limit, qApp, [&] { isLate = true; });
+    while (!condition() && !isLate) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return condition();
+}
+
+// A message bus of a test's own, which starts no programs.
+class PrivateBus {
+public:
+    PrivateBus() {
+        QFile file(QString::fromStdString(folder_.path() + "/bus.conf"));
+        if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("no file for the bus");
+        file.write(
+            "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context='default'>"
+            "<allow send_destination='*'/><allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
+        file.close();
+        daemon_.start("dbus-daemon", {"--nofork", "--print-address", "--config-file=" + file.fileName()});
+        if (!daemon_.waitForReadyRead()) throw std::runtime_error("no dbus-daemon");
+        address_ = QString::fromLatin1(daemon_.readLine()).trimmed();
+    }
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+    ~PrivateBus() {
+        daemon_.kill();
+        daemon_.waitForFinished();
+    }
+
+    // Another one each time, as if it were another program's.
+    QDBusConnection connect() const {
+        static int count = 0;
+        return QDBusConnection::connectToBus(address_, QStringLiteral("test%1").arg(++count));
+    }
+
+private:
+    const TemporaryFolder folder_;
+    QProcess daemon_;
+    QString address_;
+};
+
+// A name on the bus, and behind it objects that all answer alike. Lives in the thread that makes it.
+class FakeService : public QDBusVirtualObject {
+public:
+    // None: doesn't answer.
+    using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage& call)>;
+
+    FakeService(QDBusConnection bus, QString name, Answer answer)
+        : bus_(std::move(bus)), name_(std::move(name)), answer_(std::move(answer)) {
+        bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
+        if (!bus_.registerService(name_)) throw std::runtime_error("the name is taken");
+    }
+    ~FakeService() override { bus_.unregisterService(name_); }
+
+    void signal(const QString& path, const QString& interface, const QString& name,
+                const QVariantList& arguments = {}) {
+        auto message = QDBusMessage::createSignal(path, interface, name);
+        message.setArguments(arguments);
+        bus_.send(message);
+    }
+
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
+        const auto answer = answer_(call);
+        if (answer) bus.send(*answer);
+        return true;
+    }
+
+private:
+    QDBusConnection bus_;
+    const QString name_;
+    const Answer answer_;
+};
+
+// A program of its own, as far as the bus can tell: a thread with a connection, whose event loop runs what it
+// is given.
+class BusProgram {
+public:
+    explicit BusProgram(const PrivateBus& bus) : bus_(bus.connect()) {
+        thread_.start();
+        context_->moveToThread(&thread_);
+    }
+    BusProgram(const BusProgram&) = delete;
+    BusProgram& operator=(const BusProgram&) = delete;
+    ~BusProgram() { end(); }
+
+    const QDBusConnection& bus() const { return bus_; }
+    // The connection goes with its last copy.
+    void leaveBus() {
+        QDBusConnection::disconnectFromBus(bus_.name());
+        bus_ = QDBusConnection(QString());
+    }
+    void post(std::function<void()> task) const {
+        QMetaObject::invokeMethod(context_.get(), std::move(task));
+    }
+    // Waits for it; does nothing once the program has ended.
+    void run(const std::function<void()>& task) const {
+        if (!thread_.isRunning()) return;
+        QMetaObject::invokeMethod(context_.get(), task, Qt::BlockingQueuedConnection);
+    }
+
+    // Leaves the bus, and ends. Nothing that uses the connection is there any more.
+    void end() {
+        leaveBus();
+        thread_.quit();
+        thread_.wait();
+    }
+
+private:
+    QDBusConnection bus_;
+    QThread thread_;
+    const std::unique_ptr<QObject> context_ = std::make_unique<QObject>();
+};
+
+}  // namespace tarnik
