@@ -41,17 +41,4 @@ cp packaging/icons/compose.sh "$work/icons/"
 printf '<svg><path d="M0 0"/><path d="M1 1"/></svg>' >"$work/icons/mark.svg"
 if "$work/icons/compose.sh" packaging/icons/tile.svg.in >/dev/null 2>&1; then fail "a mark of two paths was taken"; fi
 
-# settings [-DNAME=VALUE...]: the lines for Info.plist.
-echo "include(cmake/BundleSettings.cmake)
-execute_process(COMMAND \${CMAKE_COMMAND} -E echo \"\${TARNIK_PLIST_SETTINGS}\")" >"$work/settings.cmake"
-settings() { cmake "$@" -P "$work/settings.cmake" 2>/dev/null; }
-said=$(settings -DTARNIK_NODE_RELEASE_BASE='https://a.invalid/?b&c' -DTARNIK_NODE_MIN_VERSION='')
-wanted='  <key>TKNodeReleaseBase</key>
-  <string>https://a.invalid/?b&amp;c</string>'
-[[ $said == "$wanted" ]] || fail "the settings of the bundle are: $said"
-for bad in TARNIK_WEB_ORIGIN=a.invalid TARNIK_NODE_RELEASE_BASE=/releases TARNIK_NODE_RELEASE_PUBLIC_KEY='a+b' \
-    TARNIK_DRIVER=/nowhere/driver; do
-    if settings "-D$bad" >/dev/null; then fail "the build took $bad"; fi
-done
-
 exit $((failures > 0))
