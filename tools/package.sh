@@ -2,7 +2,7 @@
 # package.sh [-DNAME=VALUE...]: makes the Debian package of the release build, in build/package/.
 #
 # The settings of cmake/BundleSettings.cmake go along as -D; none is left over from an earlier run. The same
-# commit, settings and machine give the same package, byte for byte.
+# commit, settings, machine and folder give the same package, byte for byte.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 umask 022
