@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "core/node/TarnikIdentity.h"
 #include "core/pairing/JoinLink.h"
 
 namespace tarnik {
@@ -34,7 +33,7 @@ void AppDelegate::relocated(const RelocationOutcome& outcome) {
 }
 
 void AppDelegate::launch(const std::optional<RelocationOutcomes::StayWithMessage>& message) {
-    if (deps_.bundlePath == TarnikIdentity::installPath) deps_.ensureLoginItem();
+    if (deps_.bundlePath == deps_.installPath) deps_.ensureLoginItem();
     updater_ = deps_.makeUpdater();
     deps_.presentation.makeStatusItem(
         MenuContent::with(updater_->isAvailable() ? UpdateCheck::available : UpdateCheck::unavailable));

@@ -11,12 +11,14 @@
 #include "app/platform/SystemEvents.h"
 #include "app/relocation/RelocationOutcome.h"
 #include "app/updates/Updater.h"
+#include "core/node/TarnikIdentity.h"
 
 namespace tarnik {
 
 // Everything AppDelegate asks of the outside.
 struct AppDelegateDeps {
     std::optional<std::string> bundlePath;  // of the copy that runs
+    std::string installPath{TarnikIdentity::installPath};
     std::function<void(std::function<void(RelocationOutcome)> done)> relocateIfNeeded;
     std::function<void(const std::string& reason)> recordWindow;
     std::function<void()> ensureLoginItem;  // returns at once

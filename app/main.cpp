@@ -6,16 +6,21 @@
 
 #include <unistd.h>
 
+#include "app/CommandLine.h"
 #include "app/OwnBundle.h"
 #include "app/ProcessGround.h"
-#include "app/console/ConsoleOptions.h"
+#include "app/ProgramVersion.h"
 #include "app/console/ConsoleProgram.h"
 #include "app/model/Machine.h"
+#include "app/model/SampleScreens.h"
+#include "app/platform/SystemFolders.h"
+#include "app/views/DesktopProgram.h"
 #include "core/driver/BundledDriver.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/UserHome.h"
 #include "core/node/NodeRelease.h"
+#include "core/node/TarnikIdentity.h"
 
 extern char** environ;
 
@@ -44,55 +49,73 @@ std::string homeDirectory(const Environment& environment) {
     return home != environment.end() && home->second.starts_with('/') ? home->second : userHome();
 }
 
-// The bundle that this program runs from.
-std::optional<std::string> ownBundle() {
-    const auto executable = ProcessInspection::executablePath(::getpid());
-    return executable ? bundleOf(*executable) : std::nullopt;
-}
-
 std::optional<std::string> resourceFolder(const std::optional<std::string>& bundle) {
     if (!bundle) return std::nullopt;
     return *bundle + "/Contents/Resources";
 }
 
-// Makes the folder for application support, in which the driver's folder goes, where the system has none. All
-// but the driver works without it.
-std::string applicationSupport(const std::string& userFolder) {
-    const std::string folder = userFolder + "/Library/Application Support";
+// All but the driver works without this folder.
+void makeApplicationSupport(const std::string& folder) {
     if (const auto made = createFolders(folder, 0700); !made) {
         std::fputs(("tarnik: " + describe(made.error()) + "\n").c_str(), stderr);
     }
-    return folder;
 }
 
-Machine thisMachine(const std::optional<std::string>& bundle) {
-    auto inherited = inheritedEnvironment();
-    const std::string userFolder = homeDirectory(inherited);
-    return {.userFolder = userFolder,
-            .applicationSupport = applicationSupport(userFolder),
-            .driverExecutable = BundledDriver::path(resourceFolder(bundle)),
+Machine machineOf(Environment inherited, std::string userFolder, const ProgramPlace& place) {
+    makeApplicationSupport(place.folders.applicationSupport);
+    return {.userFolder = std::move(userFolder),
+            .applicationSupport = place.folders.applicationSupport,
+            .nodeLog = place.folders.logs + "/" + std::string(TarnikIdentity::appName) + "/node.log",
+            .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
             .inherited = std::move(inherited),
-            .settings = bundle ? BuildSettings::fromBundle(*bundle) : BuildSettings::fromPropertyList({}),
+            .settings =
+                place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::fromPropertyList({}),
             .platform = std::string(NodeRelease::hostPlatform)};
 }
 
-int run(const std::vector<std::string>& words) {
-    const auto build = ConsoleOptions::thisBuild();
-    const auto options = ConsoleOptions::parse(words, build);
-    if (!options) return refuse(options.error());
-    if (options->help) {
-        std::fputs(ConsoleOptions::usage(build).c_str(), stdout);
-        return EXIT_SUCCESS;
+// Why the program can't be started as it was asked to.
+std::optional<std::string> whatIsWrong(const CommandLine& line) {
+    if (line.bundle && !isFolder(*line.bundle)) return *line.bundle + " isn't a bundle folder";
+    if (line.nodeHome && exists(*line.nodeHome) && !isFolder(*line.nodeHome))
+        return "the node folder " + *line.nodeHome + " isn't a folder";
+    return std::nullopt;
+}
+
+int runMachine(const CommandLine& line, char* name) {
+    if (const auto wrong = whatIsWrong(line)) return refuse(*wrong);
+    auto environment = inheritedEnvironment();
+    auto userFolder = homeDirectory(environment);
+    const auto executable = ProcessInspection::executablePath(::getpid()).value_or(name);
+    const ProgramPlace place{.executable = executable,
+                             .bundle = line.bundle ? line.bundle : bundleOf(executable),
+                             .folders = SystemFolders::of(environment, userFolder)};
+    auto machine = machineOf(std::move(environment), std::move(userFolder), place);
+    if (line.task == CommandLine::Task::runConsole) return runConsole(line, std::move(machine), place.bundle);
+    return runDesktop(line, std::move(machine), place, name);
+}
+
+int listScreens() {
+    for (const auto& screen : sampleScreens()) std::puts(std::string(screen.name).c_str());
+    return EXIT_SUCCESS;
+}
+
+int run(const std::vector<std::string>& words, char* name) {
+    using Task = CommandLine::Task;
+    const auto build = CommandLine::thisBuild();
+    const auto line = CommandLine::parse(words, build);
+    if (!line) return refuse(line.error());
+    switch (line->task) {
+        case Task::showHelp: std::fputs(CommandLine::usage(build).c_str(), stdout); return EXIT_SUCCESS;
+        case Task::showVersion:
+            std::puts(("tarnik " + std::string(programVersion())).c_str());
+            return EXIT_SUCCESS;
+        case Task::listScreens: return listScreens();
+        case Task::showScreen:
+        case Task::writeScreens: return runScreens(*line, name);
+        case Task::openWindow:
+        case Task::runConsole: return runMachine(*line, name);
     }
-    if (!options->console) return refuse("there is no window yet; start it with --console");
-    if (options->bundle && !isFolder(*options->bundle)) {
-        return refuse(*options->bundle + " isn't a bundle folder");
-    }
-    if (options->nodeHome && exists(*options->nodeHome) && !isFolder(*options->nodeHome)) {
-        return refuse("the node folder " + *options->nodeHome + " isn't a folder");
-    }
-    const auto bundle = options->bundle ? options->bundle : ownBundle();
-    return runConsole(*options, thisMachine(bundle), bundle);
+    return EXIT_FAILURE;
 }
 
 }  // namespace
@@ -100,5 +123,7 @@ int run(const std::vector<std::string>& words) {
 
 int main(int argc, char** argv) {
     tarnik::layProcessGround();
-    return tarnik::run(std::vector<std::string>(argv + 1, argv + argc));
+    static char unnamed[] = "tarnik";
+    return tarnik::run(std::vector<std::string>(argv + (argc > 0), argv + argc),
+                       argc > 0 ? argv[0] : unnamed);
 }

@@ -22,6 +22,23 @@ libgtest-dev|runs the tests
 runPackages='
 nodejs|runs the helper and its stand-ins
 '
+screenPackages='
+fonts-noto-core|the writing in the pictures
+'
+testPackages='
+xvfb|a display that is only memory
+dbus|a session bus for the tests alone
+at-spi2-core|tells the tests what a screen reader hears
+xdotool|moves the pointer and types
+fonts-noto-core|the writing in the window
+'
+packagePackages='
+dpkg-dev|makes the package
+lintian|looks for faults in it
+librsvg2-bin|draws the icons
+desktop-file-utils|checks the desktop entry
+appstream|checks what is told to software centres
+'
 benchPackages='
 libbenchmark-dev|measures
 curl|downloads by hand, to compare with

@@ -22,25 +22,25 @@ namespace {
 constexpr int usageStatus = 2;
 
 // Holds what the command line chose, and only for this run.
-UserDefaults defaultsOf(const ConsoleOptions& options) {
-    return {.text = [home = options.nodeHome](const std::string& key) -> std::optional<std::string> {
+UserDefaults defaultsOf(const CommandLine& line) {
+    return {.text = [home = line.nodeHome](const std::string& key) -> std::optional<std::string> {
                 return key == TarnikIdentity::nodeHomeDefaultsKey ? home : std::nullopt;
             },
             .flag = [](const std::string&) { return false; },
             .setFlag = [](const std::string&) {}};
 }
 
-AppModelDeps modelDeps(const ConsoleOptions& options, AppPlatform platform, const DetachedWork& work,
+AppModelDeps modelDeps(const CommandLine& line, AppPlatform platform, const DetachedWork& work,
                        ConsoleOutput& output) {
     const auto mainThread = platform.mainThread;
     auto deps = AppModelDeps::production(std::move(platform), work);
-    deps.supervisor.connectedAfter = options.connectedAfter;
-    if (options.driverOutput) {
+    deps.supervisor.connectedAfter = line.connectedAfter;
+    if (line.driverOutput) {
         deps.driver = DriverHostDeps::production(
             [mainThread, &output] { return attachDriverOutput(mainThread, output); });
     }
-    if (options.keepAwake) {
-        deps.activity = [path = *options.keepAwake](auto nodePID, auto driverPID) {
+    if (line.keepAwake) {
+        deps.activity = [path = *line.keepAwake](auto nodePID, auto driverPID) {
             auto sources = ActivitySources::production(std::move(nodePID), std::move(driverPID));
             sources.holderPath = path;
             return sources;
@@ -51,7 +51,7 @@ AppModelDeps modelDeps(const ConsoleOptions& options, AppPlatform platform, cons
 
 }  // namespace
 
-int runConsole(const ConsoleOptions& options, Machine machine, const std::optional<std::string>& bundle) {
+int runConsole(const CommandLine& line, Machine machine, const std::optional<std::string>& bundle) {
     auto wake = Spawner::pipe();
     if (!wake) {
         std::fputs(("tarnik: " + describe(wake.error()) + "\n").c_str(), stderr);
@@ -59,7 +59,7 @@ int runConsole(const ConsoleOptions& options, Machine machine, const std::option
     }
     const DetachedWork work;
     ConsoleOutput output;
-    SimulatedSwitches switches(output, {options.switchesOn, options.switchesOn});
+    SimulatedSwitches switches(output, {line.switchesOn, line.switchesOn});
     const auto loop = std::make_shared<ConsoleLoop>(STDIN_FILENO, std::move(*wake));
     std::function<void(int)> onSignal;
     const SignalWatch signals([&](int signal) { loop->post([&onSignal, signal] { onSignal(signal); }); });
@@ -68,9 +68,9 @@ int runConsole(const ConsoleOptions& options, Machine machine, const std::option
         mainThread.post([&output, text] { output.message(text); });
     };
     const auto applicationSupport = machine.applicationSupport;
-    const auto model = AppModel::make(std::move(machine), modelDeps(options,
+    const auto model = AppModel::make(std::move(machine), modelDeps(line,
                                                                     {.mainThread = mainThread,
-                                                                     .defaults = defaultsOf(options),
+                                                                     .defaults = defaultsOf(line),
                                                                      .switches = switches.operations(),
                                                                      .log = log,
                                                                      .windowInUse = [] { return false; }},
@@ -99,10 +99,10 @@ int runConsole(const ConsoleOptions& options, Machine machine, const std::option
         model);
     console.attach(delegate);
     onSignal = [&console](int signal) { console.onSignal(signal); };
-    if (options.link) console.pairWhenReady(*options.link);
+    if (line.link) console.pairWhenReady(*line.link);
     delegate.willFinishLaunching();
     loop->post([&delegate] { delegate.didFinishLaunching(); });
-    loop->run({.onLine = [&](const std::string& line) { console.onLine(line); },
+    loop->run({.onLine = [&](const std::string& typed) { console.onLine(typed); },
                .onLineTooLong = [&] { console.onLineTooLong(); },
                .onEndOfInput = [&] { console.onEndOfInput(); }});
     // A transfer that goes on leaves nothing behind that matters, and nobody should wait for it.

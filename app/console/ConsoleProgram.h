@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "app/console/ConsoleOptions.h"
+#include "app/CommandLine.h"
 #include "app/model/Machine.h"
 
 namespace tarnik {
@@ -12,6 +12,6 @@ namespace tarnik {
 // thread, before any other thread was made.
 //
 // A program in a terminal is never moved, has no login item, and remembers nothing from run to run.
-int runConsole(const ConsoleOptions& options, Machine machine, const std::optional<std::string>& bundle);
+int runConsole(const CommandLine& line, Machine machine, const std::optional<std::string>& bundle);
 
 }  // namespace tarnik

@@ -65,7 +65,7 @@ void AppModel::change(const std::function<void(AppState&)>& edit) {
 
 void AppModel::start() {
     if (!home_ || hasStarted() || state_.stopping) return;
-    nodeLog_ = NodeLog::make(NodeLog::defaultPath(machine_.userFolder));
+    nodeLog_ = NodeLog::make(machine_.nodeLog);
     makeSupervisor();
     makeDriver();
     refreshSwitches();

@@ -12,6 +12,7 @@ namespace tarnik {
 struct Machine {
     std::string userFolder;
     std::string applicationSupport;               // the folder that the driver's sockets are made in
+    std::string nodeLog;                          // the file with what the helper prints
     std::optional<std::string> driverExecutable;  // none: the build has no driver
     Environment inherited;                        // the application's environment
     BuildSettings settings;

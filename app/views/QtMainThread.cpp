@@ -1,32 +1,14 @@
 #include "app/views/QtMainThread.h"
 
-#include <QCoreApplication>
-#include <QMetaObject>
-#include <QObject>
-#include <QTimer>
-#include <memory>
 #include <mutex>
 #include <utility>
 
+#include <QMetaObject>
+#include <QObject>
+#include <QTimer>
+
 namespace tarnik {
 namespace {
-
-// Guards the receiver of what other threads post: they may outlive it.
-struct Mailbox {
-    std::mutex mutex;
-    QObject* receiver = nullptr;  // guarded by mutex
-};
-
-std::shared_ptr<Mailbox> makeMailbox() {
-    auto mailbox = std::make_shared<Mailbox>();
-    auto* receiver = new QObject(QCoreApplication::instance());  // goes with its parent
-    mailbox->receiver = receiver;
-    QObject::connect(receiver, &QObject::destroyed, [mailbox] {
-        const std::lock_guard lock(mailbox->mutex);
-        mailbox->receiver = nullptr;
-    });
-    return mailbox;
-}
 
 RepeatingTimer repeat(Seconds interval, MainThread::Task task) {
     auto* timer = new QTimer;
@@ -46,13 +28,26 @@ RepeatingTimer repeat(Seconds interval, MainThread::Task task) {
 
 }  // namespace
 
-MainThread qtMainThread() {
-    const auto mailbox = makeMailbox();
+// What other threads post to, which may outlive the loop.
+struct QtMainThread::Mailbox {
+    std::mutex mutex;
+    std::unique_ptr<QObject> receiver = std::make_unique<QObject>();  // guarded by mutex
+};
+
+QtMainThread::QtMainThread() : mailbox_(std::make_shared<Mailbox>()) {}
+
+QtMainThread::~QtMainThread() {
+    std::unique_ptr<QObject> receiver;
+    const std::lock_guard lock(mailbox_->mutex);
+    receiver = std::move(mailbox_->receiver);
+}
+
+MainThread QtMainThread::operations() const {
     return {.post =
-                [mailbox](MainThread::Task task) {
+                [mailbox = mailbox_](MainThread::Task task) {
                     const std::lock_guard lock(mailbox->mutex);
                     if (!mailbox->receiver) return;
-                    QMetaObject::invokeMethod(mailbox->receiver, std::move(task), Qt::QueuedConnection);
+                    QMetaObject::invokeMethod(mailbox->receiver.get(), std::move(task), Qt::QueuedConnection);
                 },
             .repeat = repeat};
 }

@@ -53,10 +53,6 @@ std::int64_t writeAll(int fd, std::string_view data) {
 
 }  // namespace
 
-std::string NodeLog::defaultPath(const std::string& homeDirectory) {
-    return homeDirectory + "/Library/Logs/tarnik/node.log";
-}
-
 std::shared_ptr<NodeLog> NodeLog::make(std::string path, std::int64_t capBytes, Clock now) {
     return std::make_shared<NodeLog>(Passkey(), std::move(path), capBytes, std::move(now));
 }

@@ -40,8 +40,6 @@ public:
     static constexpr std::int64_t defaultCap = 0x500000;  // bytes
     static constexpr Seconds checkInterval = Seconds(1);
 
-    static std::string defaultPath(const std::string& homeDirectory);
-
     // Opens nothing yet. `path` is absolute; a cap below 1 counts as 1.
     static std::shared_ptr<NodeLog> make(std::string path, std::int64_t capBytes = defaultCap,
                                          Clock now = steadyNow);

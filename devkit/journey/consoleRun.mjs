@@ -41,7 +41,7 @@ export class ConsoleRun {
   }
 
   launch(...words) {
-    this.console = new ConsoleProgram(this.program, [...this.place.words, ...words], this.place.environment);
+    this.console = new ConsoleProgram(this.program, ['--console', ...this.place.words, ...words], this.place.environment);
     return this.console;
   }
 

@@ -27,6 +27,26 @@ function installDriver(bundle, source) {
   return driver;
 }
 
+// Where the program keeps what is the user's: on a Mac below the home, on Linux where it is told.
+function foldersFor(root, home) {
+  if (process.platform === 'darwin') {
+    return {
+      applicationSupport: path.join(home, 'Library', 'Application Support'),
+      logs: path.join(home, 'Library', 'Logs'),
+      variables: {},
+    };
+  }
+  const folders = { applicationSupport: path.join(root, 'data'), logs: path.join(root, 'state') };
+  return {
+    ...folders,
+    variables: {
+      XDG_DATA_HOME: folders.applicationSupport,
+      XDG_STATE_HOME: folders.logs,
+      XDG_CONFIG_HOME: path.join(root, 'config'),
+    },
+  };
+}
+
 // The given keys take the place of the usual settings; one without a value is left out. `standIns` is the
 // folder with the compiled stand-ins for the driver and for what it works with; without one the bundle has no
 // driver.
@@ -37,6 +57,7 @@ export async function layOut(
   const home = path.join(root, 'home');
   const nodeHome = path.join(home, '.tarnik', 'node');
   mkdirSync(home);
+  const folders = foldersFor(root, home);
 
   const folder = path.join(root, 'release');
   const release = await makeRelease({ folder, runtime, helperSizeMiB, fault, cache: runtimeCache });
@@ -63,17 +84,18 @@ export async function layOut(
     description: path.join(nodeHome, 'app', 'lib', 'node_modules', 'openclaw', 'tarnik-node.json'),
     joinRecord: path.join(nodeHome, 'trust', 'web-key.json'),
     driver: standIns && installDriver(bundle, path.join(standIns, 'cua-driver')),
-    driverRoot: path.join(home, 'Library', 'Application Support', 'tarnik', 'cua'),
+    driverRoot: path.join(folders.applicationSupport, 'tarnik', 'cua'),
     keepAwake,
-    nodeLog: path.join(home, 'Library', 'Logs', 'tarnik', 'node.log'),
+    nodeLog: path.join(folders.logs, 'tarnik', 'node.log'),
     // Without `how` the service is well again. `what` is 'release', 'runtime' or 'helper'.
     misbehave: (what, how) => service.misbehave(paths[what], how),
     // The words that every program of this journey is started with.
-    words: ['--console', '--bundle', bundle, ...(keepAwake ? ['--keep-awake', keepAwake] : [])],
+    words: ['--bundle', bundle, ...(keepAwake ? ['--keep-awake', keepAwake] : [])],
     environment: {
       ...process.env,
       ...(keepAwake && { TARNIK_STANDIN_KEEP_AWAKE: keepAwake }),
       HOME: home,
+      ...folders.variables,
       NO_PROXY: here,
       no_proxy: here,
     },

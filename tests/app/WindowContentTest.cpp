@@ -50,6 +50,15 @@ std::string summary(const WindowContent& content) {
     return text;
 }
 
+// Between the end of the node and the first word of the connect command.
+TEST(WindowContent, readsALinkBeforeItsSessionIsThere) {
+    auto state = sample("connected-checking");
+    state.node = NodeStates::Pairing{};
+    const auto content = contentOf(state);
+    EXPECT_EQ(content.heading, contentOf(sample("pairing-reading")).heading);
+    EXPECT_EQ(content.buttons.front().intent.kind, Intent::cancelPairing);
+}
+
 TEST(WindowContent, showsEachStateInItsWords) {
     const std::string link =
         "Connect this Mac / Open the link tarnik sent you in your chat and click “Open in tarnik”, or paste "

@@ -126,6 +126,7 @@ const std::shared_ptr<AppModel>& FakeMachine::sharedModel() {
     settings.nodeReleasePublicKey = "AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA";
     model_ = AppModel::make({.userFolder = folder.path(),
                              .applicationSupport = folder.path(),
+                             .nodeLog = folder.path() + "/node.log",
                              .driverExecutable = "/driver",
                              .inherited = {{"PATH", "/bin"}},
                              .settings = settings,

@@ -1,0 +1,211 @@
+#include "app/views/DesktopProgram.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include <unistd.h>
+
+#include "app/AppDelegate.h"
+#include "app/LoginItem.h"
+#include "app/SignalWatch.h"
+#include "app/model/UpdateSettings.h"
+#include "app/platform/DesktopPlatform.h"
+#include "app/relocation/Relocator.h"
+#include "app/views/DesktopFace.h"
+#include "app/views/PlainStyle.h"
+#include "app/views/QtMainThread.h"
+#include "app/views/ScreenGallery.h"
+#include "core/node/TarnikIdentity.h"
+
+namespace tarnik {
+namespace {
+
+constexpr int signalledStatus = 128;  // and the signal's number, as shells have it
+
+void say(const std::string& what) {
+    std::fputs(("tarnik: " + what + "\n").c_str(), stderr);
+}
+
+// What Qt can't go on without ends the program with a sentence, not with a core dump.
+void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type != QtCriticalMsg && type != QtFatalMsg) return;
+    say(text.toStdString());
+    if (type == QtFatalMsg) ::_exit(EXIT_FAILURE);
+}
+
+void prepareApplication() {
+    qInstallMessageHandler(onToolkitMessage);
+    QCoreApplication::setApplicationName(QString::fromUtf8(TarnikIdentity::appName));
+    QGuiApplication::setDesktopFileName(QString::fromUtf8(TarnikIdentity::bundleIdentifier));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+// The system asks the application to quit: it stops everything first, with its loop running, and then agrees.
+class QuitRequests : public QObject {
+public:
+    explicit QuitRequests(AppDelegate& delegate) : delegate_(delegate) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Quit || watched != QCoreApplication::instance()) return false;
+        if (delegate_.isQuitting()) return true;
+        delegate_.quit();
+        QEventLoop().exec();  // ends with the program's own
+        return false;
+    }
+
+private:
+    AppDelegate& delegate_;
+};
+
+// With the node folder that was chosen for this run.
+UserDefaults withNodeHome(UserDefaults defaults, const std::optional<std::string>& nodeHome) {
+    if (!nodeHome) return defaults;
+    defaults.text = [nodeHome, others = defaults.text](const std::string& key) {
+        return key == TarnikIdentity::nodeHomeDefaultsKey ? nodeHome : others(key);
+    };
+    return defaults;
+}
+
+AppModelDeps modelDeps(const CommandLine& line, AppPlatform platform, const DetachedWork& work) {
+    auto deps = AppModelDeps::production(std::move(platform), work);
+    deps.supervisor.connectedAfter = line.connectedAfter;
+    if (line.keepAwake) {
+        deps.activity = [path = *line.keepAwake](auto nodePID, auto driverPID) {
+            auto sources = ActivitySources::production(std::move(nodePID), std::move(driverPID));
+            sources.holderPath = path;
+            return sources;
+        };
+    }
+    return deps;
+}
+
+bool mayGoOn(const OneCopy& oneCopy, const std::optional<std::string>& link) {
+    if (!oneCopy.settle) return true;
+    const auto standing = oneCopy.settle(link);
+    if (standing == OneCopy::Standing::handedOver) say("another copy is running, and was told");
+    if (standing == OneCopy::Standing::alone)
+        say("no session bus, so links opened elsewhere don't get here, and a second copy isn't noticed");
+    return standing != OneCopy::Standing::handedOver;
+}
+
+}  // namespace
+
+int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& place, char* name) {
+    const QtMainThread loop;
+    const auto mainThread = loop.operations();
+    std::atomic<bool> launched = false;
+    std::function<void()> onSignal;
+    const SignalWatch signalWatch([&](int signal) {
+        if (!launched) ::_exit(signalledStatus + signal);  // there is nothing to stop yet
+        mainThread.post([&onSignal] { onSignal(); });
+    });
+    prepareApplication();
+    int argc = 1;
+    char* argv[] = {name, nullptr};
+    QApplication application(argc, argv);
+    const auto desktop = DesktopPlatform::make({.folders = place.folders,
+                                                .environment = machine.inherited,
+                                                .userFolder = machine.userFolder,
+                                                .executable = place.executable,
+                                                .bundle = place.bundle,
+                                                .mainThread = mainThread});
+    if (!mayGoOn(desktop.oneCopy, line.link)) return EXIT_SUCCESS;
+
+    const DetachedWork work;
+    const auto log = desktop.log("app");
+    std::function<bool()> windowInUse;
+    const auto model = AppModel::make(std::move(machine),
+                                      modelDeps(line,
+                                                {.mainThread = mainThread,
+                                                 .defaults = withNodeHome(desktop.defaults, line.nodeHome),
+                                                 .switches = desktop.switches,
+                                                 .log = log,
+                                                 .windowInUse = [&] { return windowInUse(); }},
+                                                work));
+    DesktopFace face({.mainThread = mainThread,
+                      .activate = desktop.activate,
+                      .end = [] { QCoreApplication::exit(EXIT_SUCCESS); },
+                      .waitsForTray = line.atLogin},
+                     model);
+    windowInUse = [&face] { return face.windowInUse(); };
+    Relocator relocator(
+        RelocatorDeps::production(desktop.bundles, mainThread, place.folders.applicationSupport));
+    AppDelegate delegate(
+        {.bundlePath = place.bundle,
+         .installPath = desktop.installPath,
+         .relocateIfNeeded = [&](auto done) { relocator.relocateIfNeeded(std::move(done)); },
+         .recordWindow = [&](const std::string& reason) { relocator.recordWindow(reason); },
+         .ensureLoginItem =
+             [&] {
+                 work.start("tarnik.login-item",
+                            [service = desktop.loginItem] { LoginItem::ensureRegistered(service); });
+             },
+         .makeUpdater =
+             [&] {
+                 const auto settings =
+                     place.bundle ? UpdateSettings::fromBundle(*place.bundle) : UpdateSettings{};
+                 return std::make_unique<Updater>(settings, Updater::Deps{.framework = desktop.updates,
+                                                                          .mainThread = mainThread,
+                                                                          .log = desktop.log("updater")});
+             },
+         .presentation = face.presentation(),
+         .events = desktop.events},
+        model);
+    face.attach(delegate);
+    model->observe([refuse = desktop.oneCopy.refuseMore](const AppState& now, const AppState& next) {
+        if (refuse && next.stopping && !now.stopping) refuse();
+    });
+    if (desktop.onSwitchesChanged) {
+        desktop.onSwitchesChanged([weak = std::weak_ptr(model)] {
+            if (const auto strong = weak.lock()) strong->refreshSwitches();
+        });
+    }
+    if (desktop.onTrayHost) {
+        desktop.onTrayHost([&face](TrayHost host) { face.trayIs(host); });
+    } else {
+        face.trayIs(TrayHost::present);
+    }
+    if (desktop.onColourScheme) {
+        applyPlainStyle(Appearance::light);
+        desktop.onColourScheme([](ColourScheme scheme) {
+            applyPlainStyle(scheme == ColourScheme::dark ? Appearance::dark : Appearance::light);
+        });
+    }
+    const QuitRequests quitRequests(delegate);
+    onSignal = [&delegate] {
+        // Asked once more, it doesn't wait; the helper then notices the end of its input.
+        if (delegate.isQuitting()) ::_exit(EXIT_FAILURE);
+        delegate.quit();
+    };
+    launched = true;
+    delegate.willFinishLaunching();
+    mainThread.post([&delegate] { delegate.didFinishLaunching(); });
+    const int status = QApplication::exec();
+    // A transfer that goes on leaves nothing behind that matters, and nobody should wait for it.
+    if (!work.isIdle()) ::_exit(status);
+    return status;
+}
+
+int runScreens(const CommandLine& line, char* name) {
+    const bool writes = line.task == CommandLine::Task::writeScreens;
+    if (writes) ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    prepareApplication();
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+    int argc = 1;
+    char* argv[] = {name, nullptr};
+    const QApplication application(argc, argv);
+    const ScreenGallery gallery{.webOrigin = BuildSettings::fromPropertyList({}).webOrigin};
+    if (writes) return gallery.writeScreens(line.screen);
+    return gallery.showScreen(line.screen, line.dark ? Appearance::dark : Appearance::light);
+}
+
+}  // namespace tarnik
