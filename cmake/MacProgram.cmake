@@ -1,5 +1,11 @@
-# What the program takes of macOS. Included by app/CMakeLists.txt there, after tarnik_views.
+# What the program takes of macOS; for macOS only, and before the folders with targets are added.
 set(TARNIK_SPARKLE "" CACHE PATH "Sparkle.framework, version 2; without it the program has no updates of its own")
+if(TARNIK_SPARKLE AND NOT EXISTS ${TARNIK_SPARKLE}/Headers/Sparkle.h)
+  message(FATAL_ERROR "TARNIK_SPARKLE is no Sparkle.framework with headers: ${TARNIK_SPARKLE}")
+endif()
+if(TARNIK_UPDATE_FEED AND NOT TARNIK_SPARKLE)
+  message(FATAL_ERROR "updates (TARNIK_UPDATE_FEED) need Sparkle: set TARNIK_SPARKLE to its framework")
+endif()
 
 enable_language(OBJCXX)
 set(CMAKE_OBJCXX_STANDARD ${CMAKE_CXX_STANDARD})
@@ -9,29 +15,26 @@ if(CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
 endif()
 
-set(macos ${CMAKE_SOURCE_DIR}/app/platform/macos)
-file(GLOB objective CONFIGURE_DEPENDS ${macos}/*.mm)
-list(FILTER objective EXCLUDE REGEX "_sparkle\\.mm$")
-set_source_files_properties(${objective} ${macos}/MacUpdates_sparkle.mm PROPERTIES
-  COMPILE_OPTIONS "-fobjc-arc;-fblocks" SKIP_PRECOMPILE_HEADERS ON SKIP_AUTOMOC ON)
-target_sources(tarnik_views PRIVATE ${objective})
-foreach(framework AppKit ApplicationServices CoreFoundation CoreGraphics Foundation Security ServiceManagement)
-  target_link_libraries(tarnik_views PRIVATE "-framework ${framework}")
-endforeach()
-
-# One of the two: with the framework, or with nothing in its place.
-if(TARNIK_SPARKLE)
-  if(NOT EXISTS ${TARNIK_SPARKLE}/Headers/Sparkle.h)
-    message(FATAL_ERROR "TARNIK_SPARKLE is no Sparkle.framework with headers: ${TARNIK_SPARKLE}")
+# tarnik_mac_program(<target>): the target's Objective-C++ half, its frameworks, and Sparkle or nothing in its place.
+# Called from app/, whose .cpp files the target has already.
+function(tarnik_mac_program target)
+  set(macos ${CMAKE_CURRENT_SOURCE_DIR}/platform/macos)
+  file(GLOB sources CONFIGURE_DEPENDS ${macos}/*.mm)
+  if(TARNIK_SPARKLE)
+    set_source_files_properties(${macos}/MacUpdates_absent.cpp PROPERTIES HEADER_FILE_ONLY ON)
+    cmake_path(GET TARNIK_SPARKLE PARENT_PATH sparkleFolder)
+    target_compile_options(${target} PRIVATE -F${sparkleFolder})
+    target_link_options(${target} INTERFACE -F${sparkleFolder} "LINKER:-rpath,${sparkleFolder}")
+    target_link_libraries(${target} PRIVATE "-framework Sparkle")
+  else()
+    list(FILTER sources EXCLUDE REGEX "_sparkle\\.mm$")
   endif()
-  get_filename_component(sparkleFolder ${TARNIK_SPARKLE} DIRECTORY)
-  set_source_files_properties(${macos}/MacUpdates_absent.cpp PROPERTIES HEADER_FILE_ONLY ON)
-  set_property(SOURCE ${macos}/MacUpdates_sparkle.mm APPEND PROPERTY COMPILE_OPTIONS -F${sparkleFolder})
-  target_sources(tarnik_views PRIVATE ${macos}/MacUpdates_sparkle.mm)
-  target_link_libraries(tarnik_views PRIVATE "-F${sparkleFolder}" "-framework Sparkle")
-elseif(TARNIK_UPDATE_FEED)
-  message(FATAL_ERROR "updates (TARNIK_UPDATE_FEED) need Sparkle: set TARNIK_SPARKLE to its framework")
-endif()
-
-# Where the bundle keeps its libraries; packaging/macos/bundle.sh puts them there.
-set(CMAKE_BUILD_RPATH ${CMAKE_BUILD_RPATH} "@executable_path/../Frameworks" ${sparkleFolder})
+  set_source_files_properties(${sources} PROPERTIES
+    COMPILE_OPTIONS -fobjc-arc SKIP_PRECOMPILE_HEADERS ON SKIP_AUTOMOC ON)
+  target_sources(${target} PRIVATE ${sources})
+  foreach(framework AppKit ApplicationServices CoreFoundation CoreGraphics Foundation Security ServiceManagement)
+    target_link_libraries(${target} PRIVATE "-framework ${framework}")
+  endforeach()
+  # Where packaging/macos/bundle.sh puts the bundle's libraries.
+  target_link_options(${target} INTERFACE "LINKER:-rpath,@executable_path/../Frameworks")
+endfunction()

@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# dmg.sh APP IMAGE IDENTITY: makes a disk image of the signed tarnik.app, with the way to the Applications folder
+# beside it, and signs that too.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=packaging/macos/tools.sh
+source "$here/tools.sh"
+(($# == 3)) || fail "usage: dmg.sh APP IMAGE IDENTITY"
+app=$1
+image=$2
+identity=$3
+needApp "$app"
+[[ $image == *.dmg ]] || fail "$image doesn't end in .dmg"
+[[ ! -e $image ]] || fail "$image is there already"
+for tool in hdiutil ditto codesign; do need "$tool" "macOS"; done
+codesign --verify --deep --strict "$app" || fail "$app isn't signed; sign.sh does that"
+options=(--sign "$identity")
+if [[ $identity != - ]]; then
+    needIdentity "$identity"
+    options+=(--timestamp)
+fi
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+ditto "$app" "$work/tarnik.app"
+ln -s /Applications "$work/Applications"
+hdiutil create -quiet -volname tarnik -fs APFS -format UDZO -srcfolder "$work" "$image"
+codesign "${options[@]}" "$image"
