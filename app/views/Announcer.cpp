@@ -5,6 +5,8 @@
 
 #include "app/views/QtText.h"
 
+class QAccessibleAnnouncementEvent;  // incomplete before Qt 6.8
+
 namespace tarnik {
 namespace {
 
@@ -19,6 +21,19 @@ void tell(QAccessible::Event type, Announcer& announcer) {
     QAccessible::updateAccessibility(&event);
 }
 
+// The toolkit's own announcements, where it is new enough to have them: those are spoken everywhere.
+template <typename Announcement>
+void tellNews(Announcer& announcer, const QString& news) {
+    if constexpr (requires { sizeof(Announcement); }) {
+        Announcement announcement(&announcer, news);
+        QAccessible::updateAccessibility(&announcement);
+    } else {
+        announcer.setAccessibleName(news);  // tells of the new name
+        tell(QAccessible::ObjectShow, announcer);
+        tell(QAccessible::Alert, announcer);
+    }
+}
+
 }  // namespace
 
 Announcer::Announcer(QWidget* parent) : QLabel(parent) {
@@ -30,9 +45,7 @@ Announcer::Announcer(QWidget* parent) : QLabel(parent) {
 }
 
 void Announcer::announce(std::string_view news) {
-    setAccessibleName(qtText(news));  // tells of the new name
-    tell(QAccessible::ObjectShow, *this);
-    tell(QAccessible::Alert, *this);
+    tellNews<QAccessibleAnnouncementEvent>(*this, qtText(news));
 }
 
 }  // namespace tarnik

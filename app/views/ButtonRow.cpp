@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
-#include "app/views/QtText.h"
+#include "app/views/AccessibleName.h"
 
 namespace tarnik {
 namespace {
@@ -25,7 +25,7 @@ void IntentButton::setButton(const WindowContent::Button& button) {
     intent_ = button.intent;
     key_ = button.key;
     if (const auto title = qtText(button.title).replace('&', "&&"); title != text()) setText(title);
-    if (const auto name = qtText(button.accessibleName); name != accessibleName()) setAccessibleName(name);
+    giveName(*this, button.accessibleName);
     if (isFor(Key::defaultKey) != isDefault()) setDefault(isFor(Key::defaultKey));
     setEnabled(button.enabled);
 }

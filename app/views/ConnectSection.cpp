@@ -4,8 +4,8 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
+#include "app/views/AccessibleName.h"
 #include "app/views/ProgressLine.h"
-#include "app/views/QtText.h"
 #include "app/views/Spinner.h"
 #include "app/views/SymbolView.h"
 #include "app/views/TerminalBox.h"
@@ -56,7 +56,7 @@ bool isLinkUsed(const WindowContent& content) {
 }
 
 void setSpinner(Spinner& spinner, const WindowContent& content, bool spins) {
-    if (spins) spinner.setAccessibleName(qtText(content.progressAccessibleName));
+    if (spins) giveName(spinner, content.progressAccessibleName);
     spinner.setVisible(spins);
 }
 
@@ -161,7 +161,7 @@ void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {
 void ConnectSection::setProgress(const WindowContent& content) {
     const auto* download = std::get_if<DownloadProgress>(&content.progress);
     if (download) {
-        progress_->setAccessibleName(qtText(content.progressAccessibleName));
+        giveName(*progress_, content.progressAccessibleName);
         progress_->setProgress(*download);
     }
     progress_->setVisible(download);
@@ -180,7 +180,7 @@ void ConnectSection::setLinkField(const WindowContent& content) {
     if (const auto& field = content.linkField) {
         if (const auto text = qtText(field->placeholder); text != field_->placeholderText())
             field_->setPlaceholderText(text);
-        field_->setAccessibleName(qtText(field->accessibleName));
+        giveName(*field_, field->accessibleName);
         field_->setEnabled(field->enabled);
     } else if (isLinkUsed(content)) {
         field_->clear();

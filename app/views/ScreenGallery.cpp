@@ -53,7 +53,8 @@ int ScreenGallery::writeScreens(const std::string& folder) const {
         QApplication::setPalette(paletteFor(appearance));
         for (const auto& screen : sampleScreens()) {
             MainWindow window(WindowContent::of(screen.state, webOrigin), [](const auto&, const auto&) {});
-            window.present();
+            window.setAttribute(Qt::WA_DontShowOnScreen);
+            window.show();
             QApplication::processEvents();
             for (const int scale : {1, 2}) {
                 const auto file = place.filePath(qtText(screen.name) +

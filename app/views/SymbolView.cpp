@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "app/views/QtText.h"
+#include "app/views/AccessibleName.h"
 #include "app/views/SymbolIcon.h"
 
 namespace tarnik {
@@ -17,7 +17,7 @@ SymbolView::SymbolView(int side, int lineHeight, QWidget* parent) : QLabel(paren
 }
 
 void SymbolView::setSymbol(const WindowContent::Symbol& symbol) {
-    if (const auto name = qtText(symbol.accessibleName); name != accessibleName()) setAccessibleName(name);
+    giveName(*this, symbol.accessibleName);
     if (symbol.name == name_) return;
     name_ = symbol.name;
     icon_ = symbolIcon(name_);

@@ -4,7 +4,7 @@
 #include <QScrollBar>
 #include <QTextDocument>
 
-#include "app/views/QtText.h"
+#include "app/views/AccessibleName.h"
 
 namespace tarnik {
 namespace {
@@ -50,7 +50,7 @@ TerminalBox::TerminalBox(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 void TerminalBox::setTerminal(const WindowContent::Terminal& terminal) {
-    if (const auto name = qtText(terminal.accessibleName); name != accessibleName()) setAccessibleName(name);
+    giveName(*this, terminal.accessibleName);
     const QString text = qtText(terminal.text);
     if (text == shown_) return;
 

@@ -1,0 +1,36 @@
+#include "app/views/ScreenGallery.h"
+
+#include <QDir>
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include "app/model/SampleScreens.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+namespace {
+
+const ScreenGallery gallery{.webOrigin = *Url::parse("https://tarnik.invalid")};
+
+TEST(ScreenGallery, writesEveryScreenInBothAppearancesAndSizes) {
+    const TemporaryFolder folder;
+    const auto made = folder.path() + "/made";
+    ASSERT_EQ(gallery.writeScreens(made), 0);
+    const QDir written(QString::fromStdString(made));
+    EXPECT_EQ(written.entryList(QDir::Files).size(), sampleScreens().size() * 4);
+    const QImage light(written.filePath("connected-light.png"));
+    const QImage dark(written.filePath("connected-dark@2x.png"));
+    EXPECT_EQ(light.size(), QSize(460, 560));
+    EXPECT_EQ(dark.size(), QSize(920, 1120));
+    EXPECT_GT(light.pixelColor(5, 5).lightness(), 200);
+    EXPECT_LT(dark.pixelColor(5, 5).lightness(), 60);
+}
+
+TEST(ScreenGallery, saysWhatItCannotDo) {
+    EXPECT_EQ(gallery.showScreen("no-such-screen", Appearance::light), 2);
+    EXPECT_EQ(gallery.writeScreens("/dev/null/screens"), 1);
+}
+
+}  // namespace
+}  // namespace tarnik
