@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/platform/FakeService.h"
 #include "tests/platform/PrivateBus.h"
 #include "tests/support/ManualMainThread.h"
 

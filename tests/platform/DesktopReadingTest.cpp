@@ -5,6 +5,7 @@
 
 #include "app/platform/linux/ColourSchemeReading.h"
 #include "app/platform/linux/TrayHostReading.h"
+#include "tests/platform/FakeService.h"
 #include "tests/platform/PrivateBus.h"
 
 namespace tarnik {

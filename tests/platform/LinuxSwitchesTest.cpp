@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "app/platform/linux/OwnPicture.h"
+#include "tests/platform/FakeService.h"
 #include "tests/platform/PrivateBus.h"
 #include "tests/support/Eventually.h"
 

@@ -2,15 +2,12 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
 #include <QFile>
 #include <QProcess>
 #include <QThread>
 #include <QTimer>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -60,39 +57,6 @@ private:
     const TemporaryFolder folder_;
     QProcess daemon_;
     QString address_;
-};
-
-// A name on the bus, and behind it objects that all answer alike. Lives in the thread that makes it.
-class FakeService : public QDBusVirtualObject {
-public:
-    // None: doesn't answer.
-    using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage& call)>;
-
-    FakeService(QDBusConnection bus, QString name, Answer answer)
-        : bus_(std::move(bus)), name_(std::move(name)), answer_(std::move(answer)) {
-        bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
-        if (!bus_.registerService(name_)) throw std::runtime_error("the name is taken");
-    }
-    ~FakeService() override { bus_.unregisterService(name_); }
-
-    void signal(const QString& path, const QString& interface, const QString& name,
-                const QVariantList& arguments = {}) {
-        auto message = QDBusMessage::createSignal(path, interface, name);
-        message.setArguments(arguments);
-        bus_.send(message);
-    }
-
-    QString introspect(const QString&) const override { return {}; }
-    bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
-        const auto answer = answer_(call);
-        if (answer) bus.send(*answer);
-        return true;
-    }
-
-private:
-    QDBusConnection bus_;
-    const QString name_;
-    const Answer answer_;
 };
 
 // A program of its own, as far as the bus can tell: a thread with a connection, whose event loop runs what it
