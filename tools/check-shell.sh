@@ -3,4 +3,4 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 shopt -s nullglob
-shellcheck --external-sources dev .ci/run tools/*.sh tests/scripts/*.sh
+shellcheck --external-sources dev .ci/run tools/*.sh tests/scripts/*.sh packaging/*/*.sh

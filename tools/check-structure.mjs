@@ -114,7 +114,8 @@ function checkCode(file, lines) {
     });
 }
 
-for (const file of [...codeFolders, 'docs', 'tools', 'cmake'].flatMap(filesBelow)) {
+const folders = [...codeFolders, 'docs', 'tools', 'cmake', 'packaging'];
+for (const file of folders.flatMap(filesBelow)) {
     if (!file.startsWith(systemNames) && file.split('/').some(emptyName)) fault(file, 1, 'the name says nothing about what it holds');
     if (/\.(h|hpp|cpp|cc|mm)$/.test(file)) {
         checkCode(file, fs.readFileSync(path.join(root, file), 'utf8').split('\n'));
@@ -122,7 +123,7 @@ for (const file of [...codeFolders, 'docs', 'tools', 'cmake'].flatMap(filesBelow
 }
 
 const texts = fs.readdirSync(root).filter((name) => name.endsWith('.md'));
-for (const file of [...codeFolders, 'docs', 'tools', 'cmake'].flatMap(filesBelow).concat(texts)) {
+for (const file of folders.flatMap(filesBelow).concat(texts)) {
     if (!/\.(h|hpp|cpp|cc|mm|mjs|js|json|sh|md|txt|cmake)$|^[^.]+$/.test(file)) continue;
     fs.readFileSync(path.join(root, file), 'utf8').split('\n').forEach((line, index) => {
         const word = foreignWords.map((pattern) => pattern.exec(line)?.[0]).find(Boolean);

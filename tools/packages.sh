@@ -38,6 +38,7 @@ lintian|looks for faults in it
 librsvg2-bin|draws the icons
 desktop-file-utils|checks the desktop entry
 appstream|checks what is told to software centres
+man-db|checks the man page
 '
 benchPackages='
 libbenchmark-dev|measures
