@@ -50,7 +50,6 @@ WindowContent::Button cancelButton() {
 
 WindowContent stoppingPage() {
     auto content = page(Section::stopping, WindowTexts::stopping);
-    setSymbol(content, SymbolName::arrows, WindowTexts::stopping);
     setBusy(content);
     return content;
 }

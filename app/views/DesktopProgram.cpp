@@ -203,6 +203,7 @@ int runScreens(const CommandLine& line, char* name) {
     int argc = 1;
     char* argv[] = {name, nullptr};
     const QApplication application(argc, argv);
+    applyPlainStyle(Appearance::light);
     const ScreenGallery gallery{.webOrigin = BuildSettings::fromPropertyList({}).webOrigin};
     if (writes) return gallery.writeScreens(line.screen);
     return gallery.showScreen(line.screen, line.dark ? Appearance::dark : Appearance::light);

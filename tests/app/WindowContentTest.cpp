@@ -94,7 +94,7 @@ TEST(WindowContent, showsEachStateInItsWords) {
          "This Mac is already connected to an tarnik account. / The link you opened is for connecting a Mac. "
          "Connect this Mac to the account that sent it instead? Its current connection ends. Or keep things "
          "as they are. [Connect to the new account] [Keep the current one esc]"},
-        {"stopping", "arrow.triangle.2.circlepath: Stopping… (busy)"},
+        {"stopping", "Stopping… (busy)"},
     };
     for (const auto& [name, expected] : cases) EXPECT_EQ(summary(contentOf(sample(name))), expected) << name;
 }
