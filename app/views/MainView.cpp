@@ -90,7 +90,7 @@ QWidget* MainView::makePage() {
 void MainView::setContent(const WindowContent& content) {
     if (content == content_) return;
     const std::string news = content.newsSince(content_);
-    const QWidget* focused = window()->focusWidget();
+    QWidget* focused = window()->focusWidget();
     content_ = content;
     draw();
     settleFocus(focused);
@@ -113,13 +113,13 @@ void MainView::settleTabOrder() {
 
 // Leaves the keyboard where it is as long as that can take it. Otherwise it goes to the field or to the
 // default button; where there is neither, to no control, so that no key does what nobody meant.
-void MainView::settleFocus(const QWidget* before) {
+void MainView::settleFocus(QWidget* before) {
     const bool stays = before && before != this && !before->isHidden() && before->isEnabled();
     QWidget* const field = connect_->linkField();
     QWidget* const button = connect_->buttons().buttonFor(Key::defaultKey);
     QWidget* next = this;
     if (stays)
-        next = const_cast<QWidget*>(before);
+        next = before;
     else if (!field->isHidden() && field->isEnabled())
         next = field;
     else if (button && button->isEnabled())
@@ -151,7 +151,8 @@ void MainView::pressReturn() {
     if (button && button->isEnabled()) ask(button->intent());
 }
 
-void MainView::ask(const WindowIntent& intent) {
+// By value: the answer may be another content, and where the intent stood is gone.
+void MainView::ask(WindowIntent intent) {
     onIntent_(intent, connect_->linkField()->text().toStdString());
 }
 

@@ -35,9 +35,9 @@ private:
     QWidget* makePage();
     void draw();
     void settleTabOrder();
-    void settleFocus(const QWidget* before);
+    void settleFocus(QWidget* before);
     void pressReturn();
-    void ask(const WindowIntent& intent);
+    void ask(WindowIntent intent);
 
     const OnIntent onIntent_;
     WindowContent content_;

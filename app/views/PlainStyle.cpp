@@ -32,8 +32,14 @@ void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QP
     painter.restore();
 }
 
-QColor outline(const QPalette& palette) {
-    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.26);
+// Of what has words inside, and of what is empty and can be told by its outline alone.
+constexpr double quietOutline = 0.26;
+constexpr double clearOutline = 0.47;
+constexpr double disabledOutline = 0.15;
+
+QColor outline(const QPalette& palette, double share) {
+    return mixed(palette.color(QPalette::Active, QPalette::WindowText), palette.color(QPalette::Window),
+                 share);
 }
 
 struct ButtonColours {
@@ -56,7 +62,7 @@ ButtonColours buttonColours(const QStyleOptionButton& option) {
                                                                 : 0;
     const QColor fill = palette.color(isDefault ? QPalette::Highlight : QPalette::Button);
     const QColor touched = mixed(isDefault ? QColor(Qt::black) : text, fill, touch);
-    return {touched, isDefault ? touched : outline(palette)};
+    return {touched, isDefault ? touched : outline(palette, quietOutline)};
 }
 
 void drawButton(const QStyleOptionButton& option, QPainter& painter) {
@@ -70,12 +76,12 @@ void drawButton(const QStyleOptionButton& option, QPainter& painter) {
             QPen(option.palette.color(QPalette::Window), 1));
 }
 
-void drawField(const QStyleOption& option, QPainter& painter) {
+void drawField(const QStyleOption& option, double share, QPainter& painter) {
     const bool enabled = has(option, QStyle::State_Enabled);
     const bool focused = has(option, QStyle::State_HasFocus);
     const QColor ground = option.palette.color(enabled ? QPalette::Base : QPalette::Window);
-    const QPen line =
-        focused ? QPen(accentColour(option.palette), ringWidth) : QPen(outline(option.palette), 1);
+    const QPen line = focused ? QPen(accentColour(option.palette), ringWidth)
+                              : QPen(outline(option.palette, enabled ? share : disabledOutline), 1);
     drawBox(painter, option.rect, ground, line);
 }
 
@@ -124,8 +130,8 @@ void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
             if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option))
                 return drawButton(*button, *painter);
             break;
-        case PE_PanelLineEdit: return drawField(*option, *painter);
-        case PE_Frame: return drawField(*option, *painter);
+        case PE_PanelLineEdit: return drawField(*option, clearOutline, *painter);
+        case PE_Frame: return drawField(*option, quietOutline, *painter);
         case PE_FrameLineEdit:
         case PE_FrameFocusRect:  // the ring says it
         case PE_FrameDefaultButton: return;
