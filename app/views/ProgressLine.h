@@ -25,7 +25,7 @@ private:
     void settleTimer();
 
     QBasicTimer timer_;
-    int wandered_ = 0;  // in thousandths of a round
+    int wandered_ = 350;  // in thousandths of a round; begins where it looks like no share of a whole
 };
 
 }  // namespace tarnik

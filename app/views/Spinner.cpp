@@ -11,6 +11,7 @@ namespace {
 
 constexpr int spokes = 8;
 constexpr int stepMilliseconds = 110;
+constexpr int lift = 1;  // letters stand higher than the middle of their line
 
 }  // namespace
 
@@ -24,7 +25,7 @@ Spinner::Spinner(int side, int lineHeight, QWidget* parent) : QProgressBar(paren
 void Spinner::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(width() / 2.0, height() / 2.0);
+    painter.translate(width() / 2.0, height() / 2.0 - lift);
     const double radius = side_ * 0.4;
     const QColor ground = palette().color(QPalette::Window);
     const QColor front = mixed(palette().color(QPalette::WindowText), ground, 0.75);
