@@ -65,6 +65,9 @@ inline constexpr Text switchesText =
     "cursor alone.";
 inline constexpr Text turnOn = "Turn On…";
 
+// The alert.
+inline constexpr Text ok = "OK";
+
 // Said by a screen reader only.
 inline constexpr Text linkFieldName = "Link from tarnik";
 inline constexpr Text terminalName = "What tarnik's helper says";

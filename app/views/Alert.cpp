@@ -24,7 +24,7 @@ void showAlert(const std::string& title, const std::string& text) {
     box->setText(qtText(title));
     box->setInformativeText(qtText(text));
     box->setStandardButtons(QMessageBox::Ok);
-    box->button(QMessageBox::Ok)->setText("OK");
+    box->button(QMessageBox::Ok)->setText(qtText(WindowTexts::ok));
 
     // The box has no words for these.
     for (auto* label : box->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
