@@ -72,6 +72,7 @@ void DefaultsFile::setFlag(const std::string& key) {
     if (contents.isBroken && std::rename(path_.c_str(), aside.c_str()) != 0) {
         return log_(describe(FileError::last("rename", path_)));
     }
+    if (contents.isBroken) contents.members = members_;
     set(contents.members, key, yes);
     if (const auto done = replaceFile(path_, written(contents.members)); !done) log_(describe(done.error()));
 }

@@ -1,9 +1,9 @@
 #include "app/platform/linux/ReplacedFile.h"
 
 #include <cstdio>
+#include <cstdlib>
 
 #include <fcntl.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include "core/foundation/Paths.h"

@@ -23,9 +23,8 @@ QString table() {
 
 BusReading::Question starting(QDBusMessage call, std::vector<BusSignal::Match> hints = {}) {
     call.setAutoStartService(true);
-    return {.call = std::move(call),
-            .hints = std::move(hints),
-            .withoutProgram = BusReading::WithoutProgram::keepAnswer};
+    return {
+        .call = call, .hints = std::move(hints), .withoutProgram = BusReading::WithoutProgram::keepAnswer};
 }
 
 QDBusMessage versionOf(const char* interface) {

@@ -73,7 +73,6 @@ void ScreenPrompt::responded(const QDBusMessage& response) {
 
 void ScreenPrompt::done(bool permitted) {
     patience_.stop();
-    call_.reset();
     if (response_) response_.release()->deleteLater();  // we may be inside it
     if (const auto onDone = std::exchange(onDone_, nullptr)) onDone(permitted);
 }

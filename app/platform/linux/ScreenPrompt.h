@@ -41,7 +41,7 @@ private:
     OnDone onDone_;  // of the dialogue that is open
     QString request_;
     std::unique_ptr<BusSignal> response_;
-    std::unique_ptr<QObject> call_;
+    std::unique_ptr<QObject> call_;  // the context of the last one
     QTimer patience_;
     int count_ = 0;
 };

@@ -51,7 +51,7 @@ std::vector<std::string> pieces(const Environment& environment, const std::strin
 // Folders that aren't full paths are passed over: what they mean depends on where we were started.
 std::optional<std::string> programOnPath(std::string_view name, const std::vector<std::string>& path) {
     for (const auto& folder : path) {
-        const std::string program = folder + "/" + std::string(name);
+        std::string program = folder + "/" + std::string(name);
         if (folder.starts_with('/') && isExecutableFile(program)) return program;
     }
     return std::nullopt;
