@@ -3,26 +3,17 @@
 //
 //     node bench/idle.mjs PROGRAM [SECONDS]
 import { spawn } from 'node:child_process';
-import { cpSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync, symlinkSync, writeFileSync } from 'node:fs';
+import { mkdtempSync, readFileSync, readdirSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
 import { createInterface } from 'node:readline';
 import { setTimeout as pause } from 'node:timers/promises';
-import { fileURLToPath } from 'node:url';
+import { layOutJoined } from './joinedHome.mjs';
 
 const mostResidentKiB = 12 * 1024;
 const lookAtSwitches = 2;  // seconds from one to the next, the only reason to wake
 const settling = 2000;  // milliseconds for a start to come to rest
 const [program, seconds = '10'] = process.argv.slice(2);
-
-// A home that has joined, so that the helper starts by itself.
-function layOut(root) {
-  const nodeHome = path.join(root, '.tarnik', 'node');
-  for (const folder of ['runtime/node/bin', 'trust']) mkdirSync(path.join(nodeHome, folder), { recursive: true });
-  symlinkSync(process.execPath, path.join(nodeHome, 'runtime/node/bin/node'));
-  writeFileSync(path.join(nodeHome, 'trust/web-key.json'), '{}');
-  cpSync(fileURLToPath(new URL('../devkit/helper/app', import.meta.url)), path.join(nodeHome, 'app'), { recursive: true });
-}
 
 function switches(pid) {
   const count = (text) => Number(/^voluntary_ctxt_switches:\s+(\d+)/m.exec(text)[1]);
@@ -40,7 +31,7 @@ async function firstLine(child, word) {
 }
 
 const root = mkdtempSync(path.join(tmpdir(), 'tarnik-idle-'));
-layOut(root);
+layOutJoined(root);
 const child = spawn(program, ['--console'], { env: { ...process.env, HOME: root }, stdio: ['pipe', 'pipe', 'inherit'] });
 try {
   await firstLine(child, 'state running');

@@ -1,0 +1,20 @@
+// The floor under the window's start, size and rest: a window of the same size with a tray icon, and nothing
+// else.
+#include <QApplication>
+#include <QIcon>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+#include <QWidget>
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QPixmap square(18, 18);
+    square.fill(Qt::black);
+    QSystemTrayIcon tray{QIcon(square)};
+    tray.show();
+    QWidget window;
+    window.setWindowTitle("bare");
+    window.setFixedSize(460, 560);
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,128 @@
+// How soon the window answers while a thousand states a second are drawn in it.
+//
+// Prints one JSON line: for each kind of storm how many states were taken and drawn, and how late (in
+// milliseconds) the main thread was for what else was asked of it meanwhile. The first storm has no states:
+// it is the floor.
+#include <QApplication>
+#include <QTimer>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "app/model/SampleScreens.h"
+#include "app/model/WindowContent.h"
+#include "app/views/MainWindow.h"
+#include "app/views/QtMainThread.h"
+#include "core/foundation/Time.h"
+
+namespace {
+
+using namespace tarnik;
+using namespace std::chrono_literals;
+
+constexpr auto stormLasts = 3s;
+constexpr auto betweenStates = 1ms;
+constexpr auto betweenQuestions = 5ms;
+
+// The state that comes next, from its number.
+using States = std::function<AppState(int number)>;
+
+// The helper's command writes a line for each.
+AppState writing(int number) {
+    static AppState state = [] {
+        AppState pairing;
+        pairing.setup = Setups::Ready{};
+        pairing.node = NodeStates::Pairing{};
+        pairing.pairing = PairingSession::Snapshot{};
+        return pairing;
+    }();
+    auto& text = state.pairing->text;
+    if (text.size() > 20'000) text.erase(0, text.find('\n', 1000) + 1);
+    text += "Line " + std::to_string(number) + " of what the helper has to say about it.\n";
+    return state;
+}
+
+// Nothing of one is in the next.
+AppState anotherScreen(int number) {
+    static const auto screens = sampleScreens();
+    return screens[static_cast<std::size_t>(number) % screens.size()].state;
+}
+
+// Calls `each` so often, on a thread of its own, until the storm is over.
+std::thread every(std::chrono::milliseconds interval, std::function<void(int)> each) {
+    return std::thread([interval, each = std::move(each)] {
+        const auto start = std::chrono::steady_clock::now();
+        for (int number = 0; number * interval < stormLasts; ++number) {
+            std::this_thread::sleep_until(start + number * interval);
+            each(number);
+        }
+    });
+}
+
+double at(const std::vector<double>& sorted, double part) {
+    return sorted[static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1))];
+}
+
+std::string storm(const char* name, MainWindow& window, const MainThread& mainThread, const States& states) {
+    const Url origin = *Url::parse("https://tarnik.invalid");
+    std::vector<double> late;
+    int taken = 0;
+    int drawn = 0;
+    // As the window is fed: once for many changes that come in a row.
+    AppState state;
+    bool drawsSoon = false;
+    const auto draw = [&] {
+        drawsSoon = false;
+        window.view().setContent(WindowContent::of(state, origin));
+        ++drawn;
+    };
+    auto changes = every(betweenStates, [&](int number) {
+        if (!states) return;
+        mainThread.post([&, number] {
+            state = states(number);
+            ++taken;
+            if (!std::exchange(drawsSoon, true)) mainThread.post(draw);
+        });
+    });
+    auto questions = every(betweenQuestions, [&](int) {
+        mainThread.post([&, asked = std::chrono::steady_clock::now()] {
+            late.push_back(
+                std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - asked).count());
+        });
+    });
+    QTimer::singleShot(stormLasts, [] { QApplication::quit(); });
+    QApplication::exec();
+    const int inTime = taken;
+    changes.join();
+    questions.join();
+    QApplication::processEvents();  // what is still under way refers to this function's own
+    std::ranges::sort(late);
+    char line[240];
+    std::snprintf(line, sizeof line,
+                  R"({"name":"%s","seconds":3,"taken":%d,"drawn":%d,"half":%.3f,"most":%.3f,"worst":%.3f})",
+                  name, inTime, drawn, at(late, 0.5), at(late, 0.99), late.back());
+    return line;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const QtMainThread loop;
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    const auto mainThread = loop.operations();
+    MainWindow window(WindowContent::of(anotherScreen(0), *Url::parse("https://tarnik.invalid")),
+                      [](const auto&, const auto&) {});
+    window.present();
+    const std::string all = storm("nothing", window, mainThread, nullptr) + "," +
+                            storm("terminal text", window, mainThread, writing) + "," +
+                            storm("every screen in turn", window, mainThread, anotherScreen);
+    std::printf("[%s]\n", all.c_str());
+    return 0;
+}
