@@ -1,9 +1,13 @@
 // The program with its window, on a desktop of its own: what a person sees and does, and what to wait for.
+import { setTimeout } from 'node:timers/promises';
 import { ConsoleRun } from '../journey/consoleRun.mjs';
 import { find, is, middle, print } from './screen.mjs';
 
 // Somebody who looks again from time to time, even if nothing was announced.
 const lookAgainMs = 200;
+// Nobody answers in less time, and the window doesn't take such an answer for one to what it has just begun to show.
+const readingMs = 500;
+const lookLimitMs = 5000;
 
 export class WindowRun extends ConsoleRun {
   window = undefined;  // as it was last mapped
@@ -66,7 +70,7 @@ export class WindowRun extends ConsoleRun {
     const { reader } = this.#desktop;
     const from = reader.mark;
     reader.send(`look ${this.console.pid}`);
-    return JSON.parse(await reader.expect(/^\{"pid"/, from, this.deadline)).tree;
+    return JSON.parse(await reader.expect(/^\{"pid"/, from, Date.now() + lookLimitMs)).tree;
   }
 
   // Waits until the window shows what `look` is after, and returns that.
@@ -94,11 +98,13 @@ export class WindowRun extends ConsoleRun {
   // A thing that can be used, once it stands still.
   async #settled(wanted, role) {
     let place;
+    let since;
     return this.sees((tree) => {
       const thing = find(tree, wanted, role);
       const before = place;
       place = thing && is(thing, 'enabled') ? `${thing.bounds}` : undefined;
-      return place !== undefined && place === before && thing;
+      if (place !== before) since = Date.now();
+      return place !== undefined && Date.now() - since >= readingMs && thing;
     }, `${wanted} can't be used`);
   }
 
@@ -115,6 +121,12 @@ export class WindowRun extends ConsoleRun {
 
   press(key) {
     return this.#desktop.act('key', key);
+  }
+
+  // To what the window has begun to ask.
+  async answer(key) {
+    await setTimeout(readingMs);
+    await this.press(key);
   }
 
   // For a person: what was to be seen when something went wrong.
