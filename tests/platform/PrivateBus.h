@@ -20,9 +20,10 @@ namespace tarnik {
 // Runs the event loop until `condition` holds; false when it doesn't within `limit`.
 template <class Condition>
 bool comesTrue(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(20)) {
-    bool isLate = false;
-    QTimer::singleShot(limit, qApp, [&] { isLate = true; });
-    while (!condition() && !isLate) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QTimer wake;
+    wake.setSingleShot(true);
+    wake.start(limit);
+    while (!condition() && wake.isActive()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     return condition();
 }
 
