@@ -2,6 +2,7 @@
 // else.
 #include <QApplication>
 #include <QIcon>
+#include <QLabel>
 #include <QPixmap>
 #include <QSystemTrayIcon>
 #include <QWidget>
@@ -15,6 +16,7 @@ int main(int argc, char** argv) {
     QWidget window;
     window.setWindowTitle("bare");
     window.setFixedSize(460, 560);
+    if (argc > 1) (new QLabel(QString::fromUtf8(argv[1]), &window))->setFixedWidth(400);
     window.show();
     return QApplication::exec();
 }
