@@ -1,6 +1,7 @@
 #include "app/views/MainWindow.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -32,14 +33,18 @@ MainWindow::MainWindow(const WindowContent& content, MainView::OnIntent onIntent
 
 void MainWindow::present() {
     // Window managers choose a new place for a window that was hidden, unless they are asked.
-    if (place_)
-        move(*place_);
-    else
-        move(screen()->availableGeometry().center() - rect().center());
+    if (!isVisible()) move(placeToShow());
     if (isMinimized()) showNormal();
     show();
     raise();
     activateWindow();
+}
+
+// A screen may have gone meanwhile, with the place on it.
+QPoint MainWindow::placeToShow() const {
+    const QPoint middle = rect().center();
+    if (place_ && QGuiApplication::screenAt(*place_ + middle)) return *place_;
+    return screen()->availableGeometry().center() - middle;
 }
 
 void MainWindow::setOnClose(OnClose onClose) {

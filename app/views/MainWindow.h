@@ -16,7 +16,8 @@ public:
 
     MainView& view() { return *view_; }
 
-    // To the front, with the keyboard; in the middle of the screen the first time, later where it was.
+    // To the front, with the keyboard; in the middle of the screen the first time, later where it was. One
+    // that is shown stays where it is.
     void present();
 
     // Runs each time the person closes it; it is hidden then unless `stays` says otherwise.
@@ -31,6 +32,8 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    QPoint placeToShow() const;
+
     MainView* view_ = nullptr;  // a child
     OnClose onClose_;
     std::optional<QPoint> place_;  // on the screen, once it was shown

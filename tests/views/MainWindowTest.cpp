@@ -1,6 +1,7 @@
 #include "app/views/MainWindow.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QShortcut>
 
 #include <gtest/gtest.h>
@@ -43,6 +44,14 @@ TEST(MainWindow, comesBackAsItWasAndWhereItWas) {
     EXPECT_EQ(view.window.size(), QSize(460, 560));
     EXPECT_EQ(view.field().text(), "typed");
     EXPECT_TRUE(view.field().hasFocus());
+
+    view.window.move(60, 70);
+    view.window.present();
+    EXPECT_EQ(view.window.pos(), QPoint(60, 70));
+    view.window.move(20'000, 20'000);  // on a screen that is gone
+    view.window.hide();
+    view.window.present();
+    EXPECT_TRUE(view.window.screen()->geometry().contains(view.window.geometry()));
 }
 
 }  // namespace
