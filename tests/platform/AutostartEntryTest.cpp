@@ -37,8 +37,9 @@ TEST(AutostartEntry, isWrittenOnce) {
     EXPECT_FALSE(entry.isEnabled());
     EXPECT_TRUE(entry.write());
     EXPECT_TRUE(entry.isEnabled());
-    EXPECT_NE(preferences.read().find(R"(Exec="/opt/a b/50%%/\\"\\$\\\\" --at-login)"), std::string::npos)
-        << preferences.read();
+    for (const char* line : {R"(Exec="/opt/a b/50%%/\\"\\$\\\\" --at-login)", R"(TryExec=/opt/a b/50%/"$\\)"})
+        EXPECT_NE(preferences.read().find("\n" + std::string(line) + "\n"), std::string::npos)
+            << preferences.read();
     fs::remove(preferences.path);  // by the person
     EXPECT_FALSE(entry.write());
     EXPECT_FALSE(entry.isEnabled());

@@ -56,12 +56,23 @@ std::string execWord(std::string_view path) {
     return word + '"';
 }
 
+// As any other text of an entry.
+std::string textValue(std::string_view text) {
+    std::string value;
+    for (const char character : text) value += character == '\\' ? R"(\\)" : std::string(1, character);
+    return value;
+}
+
+// The entry outlives the program when that is removed: TryExec has it passed over then.
 std::string entryText(const std::string& program) {
     return "[Desktop Entry]\n"
            "Type=Application\n"
            "Name=tarnik\n"
            "Icon=" +
            std::string(TarnikIdentity::bundleIdentifier) +
+           "\n"
+           "TryExec=" +
+           textValue(program) +
            "\n"
            "Exec=" +
            execWord(program) + " " + AutostartEntry::argument +
