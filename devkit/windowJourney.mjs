@@ -129,9 +129,9 @@ const cases = [
       await run.click('Connect to the new account', 'push button');
       const { pid } = await atThePrompt(run);
       demand(!isRunning(before, run.place.entry), `helper ${before} still runs`);
-      await run.press('Return');
+      await run.answer('Return');
       await run.sees((tree) => find(tree, 'Done', 'push button'), 'it did not connect');
-      await run.press('Return');
+      await run.answer('Return');
       await run.seesText(connected);
       process.kill(pid, 'SIGTERM');
       const helper = await run.until(

@@ -1,5 +1,6 @@
 #include "app/views/ButtonRow.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <algorithm>
@@ -18,7 +19,9 @@ constexpr int gap = 10;
 IntentButton::IntentButton(OnButton onButton, QWidget* parent) : QPushButton(parent) {
     setAutoDefault(false);
     setFocusPolicy(Qt::StrongFocus);
-    connect(this, &QPushButton::clicked, this, [this, onButton = std::move(onButton)] { onButton(intent_); });
+    connect(this, &QPushButton::clicked, this, [this, onButton = std::move(onButton)] {
+        if (isReady()) onButton(intent_);
+    });
 }
 
 void IntentButton::setButton(const WindowContent::Button& button) {
@@ -32,6 +35,16 @@ void IntentButton::setButton(const WindowContent::Button& button) {
 
 bool IntentButton::isFor(Key key) const {
     return key_ == key || key_ == Key::defaultAndCancelKey;
+}
+
+bool IntentButton::isReady() const {
+    const bool isNew = !shown_.isValid() || shown_.elapsed() < QApplication::doubleClickInterval();
+    return isEnabled() && (key_ == Key::cancelKey || !isNew);
+}
+
+void IntentButton::showEvent(QShowEvent* event) {
+    QPushButton::showEvent(event);
+    if (!event->spontaneous()) shown_.start();
 }
 
 // Return is the view's business, which knows of all buttons.

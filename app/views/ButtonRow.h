@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPushButton>
 #include <functional>
 #include <vector>
@@ -12,7 +13,8 @@ namespace tarnik {
 
 using OnButton = std::function<void(const WindowIntent&)>;
 
-// A button that knows what is asked for with it.
+// A button that knows what is asked for with it. One that has just come to be there doesn't take for its own
+// what was meant for something else, such as the second of two quick clicks; what takes back always works.
 class IntentButton : public QPushButton {
 public:
     IntentButton(OnButton onButton, QWidget* parent);
@@ -21,11 +23,14 @@ public:
 
     const WindowIntent& intent() const { return intent_; }
     bool isFor(WindowContent::Key key) const;  // the default or the cancel key
+    bool isReady() const;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
+    QElapsedTimer shown_;  // since it can be seen
     WindowIntent intent_;
     WindowContent::Key key_ = WindowContent::Key::none;
 };

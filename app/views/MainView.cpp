@@ -148,7 +148,7 @@ void MainView::pressReturn() {
     if (content_.linkField && focused == connect_->linkField()) return ask(content_.linkField->onReturn);
     const auto* button = dynamic_cast<const IntentButton*>(focused);
     if (!button) button = connect_->buttons().buttonFor(Key::defaultKey);
-    if (button && button->isEnabled()) ask(button->intent());
+    if (button && button->isReady()) ask(button->intent());
 }
 
 // By value: the answer may be another content, and where the intent stood is gone.

@@ -68,6 +68,20 @@ TEST(MainView, asksNothingForAKeyThatIsHeld) {
     EXPECT_TRUE(view.asked.empty());
 }
 
+TEST(MainView, takesNothingForAnAnswerThatComesWithTheQuestion) {
+    QApplication::setDoubleClickInterval(60'000);
+    ShownView view(sampleContent("connect"));
+    view.show("pairing-confirm");
+    view.press(Qt::Key_Return);
+    view.press(Qt::Key_Space);
+    ShownView::click(*view.button("Connect"));
+    EXPECT_TRUE(view.asked.empty());
+    ShownView::click(*view.button("Cancel"));
+    QApplication::setDoubleClickInterval(0);
+    ShownView::click(*view.button("Connect"));
+    EXPECT_EQ(view.asked, (Asked{{Kind::cancelPairing, ""}, {Kind::confirmPairing, ""}}));
+}
+
 TEST(MainView, handsOverWhatStandsInTheField) {
     ShownView view(sampleContent("connect"));
     view.press(Qt::Key_A, "ä");
