@@ -10,10 +10,17 @@ namespace {
 
 constexpr int nudge = SIGUSR2;  // wakes the watching thread to see that its owner ends
 
+bool isIgnored(int signal) {
+    struct sigaction now{};
+    return ::sigaction(signal, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
+}
+
+// Whoever starts us with nohup wants us to outlive the terminal.
 sigset_t watched() {
     sigset_t set;
     sigemptyset(&set);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, nudge}) sigaddset(&set, signal);
+    for (const int signal : {SIGINT, SIGTERM, nudge}) sigaddset(&set, signal);
+    if (!isIgnored(SIGHUP)) sigaddset(&set, SIGHUP);
     return set;
 }
 

@@ -6,7 +6,8 @@
 
 namespace tarnik {
 
-// Turns the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) into calls on a thread of its own.
+// Turns the signals that ask a program to end (SIGINT, SIGTERM, and SIGHUP unless we were started with that
+// ignored) into calls on a thread of its own.
 //
 // Made by main() before any other thread, so that all of them inherit the blocked signals and only this one
 // is ever handed them. Children are not concerned: they start with none blocked.
