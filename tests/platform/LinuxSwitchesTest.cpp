@@ -139,9 +139,13 @@ private:
         const QString request = "/org/freedesktop/portal/desktop/request/" + sender + "/" +
                                 options.value("handle_token").toString();
         const QString uri = QUrl::fromLocalFile(QString::fromStdString(picture)).toString();
-        // Quick as it is, the person's answer comes first.
-        portal.signal(request, "org.freedesktop.portal.Request", "Response",
-                      {grants ? 0U : 1U, QVariantMap{{"uri", uri}}});
+        // Somebody else says the opposite. Quick as it is, the person's answer comes first, too.
+        const auto answers = [&](FakeService& from, bool yes) {
+            from.signal(request, "org.freedesktop.portal.Request", "Response",
+                        {yes ? 0U : 1U, QVariantMap{{"uri", uri}}});
+        };
+        answers(store, !grants);
+        answers(portal, grants);
         return call.createReply(QVariant::fromValue(QDBusObjectPath(request)));
     }
 };

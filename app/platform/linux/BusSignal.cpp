@@ -9,7 +9,7 @@ BusSignal::BusSignal(QDBusConnection bus, const Match& match, Handler handler)
     : handler_(std::move(handler)) {
     const QStringList arguments =
         match.firstArgument.isEmpty() ? QStringList() : QStringList(match.firstArgument);
-    bus.connect(QString(), match.path, match.interface, match.name, arguments, QString(), this,
+    bus.connect(match.service, match.path, match.interface, match.name, arguments, QString(), this,
                 SLOT(receive(QDBusMessage)));
 }
 

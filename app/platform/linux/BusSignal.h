@@ -13,12 +13,13 @@ class BusSignal : public QObject {
     Q_OBJECT
 
 public:
-    // Whoever sends it: what matters is asked for afterwards.
     struct Match {
         QString path;
         QString interface;
         QString name;
         QString firstArgument = {};  // any, when empty
+        // Whose it has to be. Anybody's, when empty: what matters is asked for afterwards.
+        QString service = {};
     };
     using Handler = std::function<void(const QDBusMessage&)>;
 

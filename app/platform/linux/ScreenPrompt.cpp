@@ -57,7 +57,11 @@ void ScreenPrompt::ask(OnDone onDone) {
 
 void ScreenPrompt::listen(const QString& request) {
     request_ = request;
-    const BusSignal::Match match{request, requestInterface(), QStringLiteral("Response")};
+    // Nobody else may say that the person agreed, or which file is to be removed.
+    const BusSignal::Match match{.path = request,
+                                 .interface = requestInterface(),
+                                 .name = QStringLiteral("Response"),
+                                 .service = desktopPortal().service};
     response_ = std::make_unique<BusSignal>(bus_, match,
                                             [this](const QDBusMessage& response) { responded(response); });
 }
