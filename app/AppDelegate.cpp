@@ -49,6 +49,11 @@ void AppDelegate::launch(const std::optional<RelocationOutcomes::StayWithMessage
     deps_.events.onSecondOpen([self = self_] {
         if (*self) (*self)->showWindow("secondOpen");
     });
+    if (deps_.events.onReopen) {
+        deps_.events.onReopen([self = self_] {
+            if (*self) (*self)->reopen();
+        });
+    }
     deps_.events.onBecameActive([weak = std::weak_ptr(model_)] {
         if (const auto model = weak.lock()) model->refreshSwitches();
     });

@@ -17,6 +17,7 @@ libcurl4-openssl-dev|downloads
 libssl-dev|checks signatures and digests
 libplist-dev|reads property lists
 qt6-base-dev|draws the window
+libxcb1-dev|watches the windows in the tests
 libgtest-dev|runs the tests
 '
 runPackages='
@@ -30,6 +31,7 @@ xvfb|a display that is only memory
 dbus|a session bus for the tests alone
 at-spi2-core|tells the tests what a screen reader hears
 xdotool|moves the pointer and types
+libglib2.0-bin|calls the program over the session bus
 fonts-noto-core|the writing in the window
 '
 packagePackages='
@@ -53,6 +55,7 @@ clang-tidy-19|looks for likely faults
 clang-format-19|checks the formatting
 shellcheck|checks the shell scripts
 npm|fetches the compiler for the Darwin check
+libgnustep-gui-dev|declares Foundation and AppKit for the Darwin check
 '
 packagesInstalled=no
 

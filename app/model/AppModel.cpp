@@ -29,6 +29,7 @@ AppModel::AppModel(Passkey, Machine machine, AppModelDeps deps)
       deps_(std::move(deps)),
       nodeQueue_(deps_.makeQueue("tarnik.node")),
       driverQueue_(deps_.makeQueue("tarnik.driver")) {
+    state_.grantsGoStale = deps_.platform.switches.grantsGoStale;
     const auto chosen = deps_.platform.defaults.text(std::string(TarnikIdentity::nodeHomeDefaultsKey));
     auto home = NodeHome::resolve(chosen, machine_.userFolder);
     if (!home) {

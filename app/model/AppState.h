@@ -33,10 +33,14 @@ struct AppState {
     bool joined = false;                        // this machine belongs to an account
     bool checkingLink = false;                  // a link was accepted, and no session exists yet
     bool accessibilityWasOn = false;            // once, in this or an earlier run
+    bool grantsGoStale = true;                  // on this system
     bool stopping = false;                      // the program is about to end
 
     // What the window says about a switch.
-    SwitchStatus status(Switch which) const { return switches.status(which, accessibilityWasOn); }
+    SwitchStatus status(Switch which) const {
+        const auto status = switches.status(which, accessibilityWasOn);
+        return status == SwitchStatus::mayBeStale && !grantsGoStale ? SwitchStatus::notYet : status;
+    }
 
     bool operator==(const AppState&) const = default;
 };

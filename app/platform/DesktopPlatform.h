@@ -51,6 +51,9 @@ struct DesktopPlatform {
     SystemEvents events;
     OneCopy oneCopy;
 
+    // The file with the status item's image, a shape that the system colours; absent where the mark is drawn.
+    std::optional<std::string> statusImage;
+
     // Puts the application before all others, so that a window shown next has the keyboard; absent where the
     // toolkit does all there is to do.
     std::function<void()> activate;
@@ -63,6 +66,9 @@ struct DesktopPlatform {
     // Nobody may ask the toolkit about trays before it was told of one: it remembers its first answer for the
     // rest of the run. Absent where there always is one.
     std::function<void(std::function<void(TrayHost)>)> onTrayHost;
+
+    // Why there can't be a window here, in words for the person; none where there can.
+    static std::optional<std::string> whyNoWindow(const Environment& environment);
 
     // When the application object of the toolkit exists, and its loop doesn't run yet.
     static DesktopPlatform make(const DesktopRun& run);

@@ -15,6 +15,10 @@ struct SwitchOperations {
     // Whether it is on already.
     std::function<bool(Switch)> prompt;
 
+    // Whether the system keeps a grant for one copy of the program, so that its list may show the switch on
+    // while the copy that runs doesn't have it.
+    bool grantsGoStale = true;
+
     // Shows the page of the settings where the person turns it on.
     std::function<void(Switch)> openSettings;
 };

@@ -14,6 +14,10 @@ struct SystemEvents {
     // A second copy was started, found us and has ended.
     std::function<void(std::function<void()>)> onSecondOpen;
 
+    // The person opened the application while it runs; absent where that starts a second copy. Only once the
+    // program's loop runs.
+    std::function<void(std::function<void()>)> onReopen;
+
     // The person has come to the application.
     std::function<void(std::function<void()>)> onBecameActive;
 };

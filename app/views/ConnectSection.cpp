@@ -67,7 +67,6 @@ ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
       paragraphs_(new QWidget(this)),
       progress_(new ProgressLine(this)),
       progressText_(new TextLabel(TextLabel::Look::quiet, this)),
-      terminal_(new TerminalBox(this)),
       field_(new QLineEdit(this)),
       buttons_(new ButtonRow(width, std::move(onButton), this)) {
     auto* paragraphLayout = new QVBoxLayout(paragraphs_);
@@ -87,7 +86,6 @@ ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
     progressLayout->addWidget(progress_);
     progressLayout->addWidget(progressText_);
     layout->addLayout(progressLayout);
-    layout->addWidget(terminal_, 1);
     layout->addWidget(field_);
     addMessage(*layout);
     layout->addWidget(buttons_);
@@ -128,12 +126,12 @@ bool ConnectSection::setContent(const WindowContent& content) {
 }
 
 bool ConnectSection::takesHeight() const {
-    return !terminal_->isHidden();
+    return terminal_ && !terminal_->isHidden();
 }
 
 std::vector<QWidget*> ConnectSection::controls() const {
     std::vector<QWidget*> controls;
-    if (!terminal_->isHidden()) controls.push_back(terminal_);
+    if (takesHeight()) controls.push_back(terminal_);
     if (!field_->isHidden()) controls.push_back(field_);
     controls.insert(controls.end(), buttons_->buttons().begin(), buttons_->buttons().end());
     return controls;
@@ -169,6 +167,13 @@ void ConnectSection::setProgress(const WindowContent& content) {
 }
 
 void ConnectSection::setTerminal(const WindowContent& content) {
+    // Most runs never need it, nor its font.
+    if (!terminal_ && content.terminal) {
+        terminal_ = new TerminalBox(this);
+        auto* below = static_cast<QBoxLayout*>(layout());
+        below->insertWidget(below->indexOf(field_), terminal_, 1);
+    }
+    if (!terminal_) return;
     if (content.terminal)
         terminal_->setTerminal(*content.terminal);
     else

@@ -50,7 +50,7 @@ private:
     std::vector<TextLabel*> paragraphLabels_;
     ProgressLine* progress_;
     TextLabel* progressText_;
-    TerminalBox* terminal_;
+    TerminalBox* terminal_ = nullptr;  // once there was a text for it
     QLineEdit* field_;
     Spinner* messageSpinner_;
     TextLabel* message_;

@@ -20,7 +20,7 @@ DesktopFace::DesktopFace(Deps deps, std::shared_ptr<AppModel> model)
     : deps_(std::move(deps)),
       model_(std::move(model)),
       feed_(model_, deps_.mainThread, [this](const AppState&) {
-          if (window_ && window_->isVisible()) window_->view().setContent(content());
+          if (window_ && window_->isVisible()) window_->setContent(content());
       }) {}
 
 DesktopFace::~DesktopFace() = default;
@@ -54,8 +54,9 @@ void DesktopFace::settleTray() {
     }
     trayWait_.reset();
     if (statusItem_) return;
-    statusItem_ = std::make_unique<StatusItem>(markIcon(), *menu_,
-                                               [this](MenuContent::Action action) { choose(action); });
+    statusItem_ =
+        std::make_unique<StatusItem>(deps_.statusImage ? maskIcon(*deps_.statusImage) : markIcon(), *menu_,
+                                     [this](MenuContent::Action action) { choose(action); });
 }
 
 void DesktopFace::waitForTray(Seconds atMost) {
@@ -75,7 +76,7 @@ void DesktopFace::showWindow() {
         window_->setOnClose(
             {.closed = [this] { closeRequested(); }, .stays = [this] { return closingQuits(); }});
     } else {
-        window_->view().setContent(content());
+        window_->setContent(content());
     }
     window_->present();
 }

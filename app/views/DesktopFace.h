@@ -22,9 +22,10 @@ class DesktopFace {
 public:
     struct Deps {
         MainThread mainThread;
-        std::function<void()> activate;  // puts the application before all others; may be absent
-        std::function<void()> end;       // ends the program's loop
-        bool waitsForTray = false;       // started with the person's session, whose tray may come later
+        std::function<void()> activate;          // puts the application before all others; may be absent
+        std::optional<std::string> statusImage;  // the file of the status item's image; none: the mark
+        std::function<void()> end;               // ends the program's loop
+        bool waitsForTray = false;  // started with the person's session, whose tray may come later
     };
 
     DesktopFace(Deps deps, std::shared_ptr<AppModel> model);

@@ -33,11 +33,15 @@ void say(const std::string& what) {
     std::fputs(("tarnik: " + what + "\n").c_str(), stderr);
 }
 
-// What Qt can't go on without ends the program with a sentence, not with a core dump.
+// What Qt can't go on without ends the program with a sentence, not with a core dump. Its first warning names
+// the cause; what it says at the end is for whoever builds Qt.
 void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    if (type != QtCriticalMsg && type != QtFatalMsg) return;
-    say(text.toStdString());
-    if (type == QtFatalMsg) ::_exit(EXIT_FAILURE);
+    static std::string firstWarning;
+    if (type == QtWarningMsg && firstWarning.empty()) firstWarning = text.toStdString();
+    if (type == QtCriticalMsg) say(text.toStdString());
+    if (type != QtFatalMsg) return;
+    say("the window can't be opened: " + (firstWarning.empty() ? text.toStdString() : firstWarning));
+    ::_exit(EXIT_FAILURE);
 }
 
 void prepareApplication() {
@@ -100,6 +104,10 @@ bool mayGoOn(const OneCopy& oneCopy, const std::optional<std::string>& link) {
 }  // namespace
 
 int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& place, char* name) {
+    if (const auto why = DesktopPlatform::whyNoWindow(machine.inherited)) {
+        say(*why);
+        return EXIT_FAILURE;
+    }
     const QtMainThread loop;
     const auto mainThread = loop.operations();
     std::atomic<bool> launched = false;
@@ -133,6 +141,7 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
                                                 work));
     DesktopFace face({.mainThread = mainThread,
                       .activate = desktop.activate,
+                      .statusImage = desktop.statusImage,
                       .end = [] { QCoreApplication::exit(EXIT_SUCCESS); },
                       .waitsForTray = line.atLogin},
                      model);

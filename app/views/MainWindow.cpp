@@ -17,18 +17,29 @@ constexpr QSize windowSize(460, 560);
 
 }  // namespace
 
-MainWindow::MainWindow(const WindowContent& content, MainView::OnIntent onIntent)
-    : view_(new MainView(content, std::move(onIntent))) {
+MainWindow::MainWindow(WindowContent content, MainView::OnIntent onIntent)
+    : content_(std::move(content)), onIntent_(std::move(onIntent)) {
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
     setWindowTitle(qtText(WindowTexts::product));
     setWindowIcon(applicationIcon());
     setFixedSize(windowSize);
 
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, [this] { close(); });
+}
+
+// While the window system brings the window up; it is painted later, from the event loop.
+void MainWindow::makeView() {
+    view_ = new MainView(content_, onIntent_);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(view_);
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, [this] { close(); });
+    view_->show();
+}
+
+void MainWindow::setContent(const WindowContent& content) {
+    if (view_) return view_->setContent(content);
+    content_ = content;
 }
 
 void MainWindow::present() {
@@ -36,6 +47,7 @@ void MainWindow::present() {
     if (!isVisible()) move(placeToShow());
     if (isMinimized()) showNormal();
     show();
+    if (!view_) makeView();
     raise();
     activateWindow();
 }

@@ -12,9 +12,9 @@ namespace tarnik {
 // its place. Main thread.
 class MainWindow : public QWidget {
 public:
-    MainWindow(const WindowContent& content, MainView::OnIntent onIntent);
+    MainWindow(WindowContent content, MainView::OnIntent onIntent);
 
-    MainView& view() { return *view_; }
+    void setContent(const WindowContent& content);
 
     // To the front, with the keyboard; in the middle of the screen the first time, later where it was. One
     // that is shown stays where it is.
@@ -34,7 +34,11 @@ protected:
 private:
     QPoint placeToShow() const;
 
-    MainView* view_ = nullptr;  // a child
+    void makeView();
+
+    WindowContent content_;  // until there is a view
+    MainView::OnIntent onIntent_;
+    MainView* view_ = nullptr;  // a child, once the window is on its way to the screen
     OnClose onClose_;
     std::optional<QPoint> place_;  // on the screen, once it was shown
 };

@@ -1,11 +1,10 @@
 #include "app/views/QtMainThread.h"
 
-#include <mutex>
-#include <utility>
-
 #include <QMetaObject>
 #include <QObject>
 #include <QTimer>
+#include <mutex>
+#include <utility>
 
 namespace tarnik {
 namespace {

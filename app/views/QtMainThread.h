@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// The main thread of a program with Qt's loop. Made on that thread, also before the application object; what is
-// posted before the loop runs waits for it, and what is left when this goes is dropped.
+// The main thread of a program with Qt's loop. Made on that thread, also before the application object; what
+// is posted before the loop runs waits for it, and what is left when this goes is dropped.
 class QtMainThread {
 public:
     QtMainThread();

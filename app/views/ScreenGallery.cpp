@@ -54,7 +54,7 @@ int ScreenGallery::writeScreens(const std::string& folder) const {
         for (const auto& screen : sampleScreens()) {
             MainWindow window(WindowContent::of(screen.state, webOrigin), [](const auto&, const auto&) {});
             window.setAttribute(Qt::WA_DontShowOnScreen);
-            window.show();
+            window.present();
             QApplication::processEvents();
             for (const int scale : {1, 2}) {
                 const auto file = place.filePath(qtText(screen.name) +

@@ -168,6 +168,13 @@ QIcon applicationIcon() {
     return iconOf({.side = 64, .paint = paintTile});
 }
 
+QIcon maskIcon(const std::string& file) {
+    QIcon icon(qtText(file));
+    if (icon.availableSizes().isEmpty()) return {};
+    icon.setIsMask(true);
+    return icon;
+}
+
 QIcon wordIcon(std::string_view word) {
     auto icon = iconOf({.side = markSide, .paint = [text = qtText(word)](QPainter& painter) {
                             QFont font = QApplication::font();

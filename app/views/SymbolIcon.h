@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 class QIcon;
@@ -16,6 +17,9 @@ QIcon markIcon();
 
 // The mark on the application's tile, for windows and lists of programs.
 QIcon applicationIcon();
+
+// An image file as a mask, which the system colours; null when there is no such file.
+QIcon maskIcon(const std::string& file);
 
 // A word of two or three letters in the mark's place.
 QIcon wordIcon(std::string_view word);

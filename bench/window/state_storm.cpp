@@ -80,7 +80,7 @@ std::string storm(const char* name, MainWindow& window, const MainThread& mainTh
     bool drawsSoon = false;
     const auto draw = [&] {
         drawsSoon = false;
-        window.view().setContent(WindowContent::of(state, origin));
+        window.setContent(WindowContent::of(state, origin));
         ++drawn;
     };
     auto changes = every(betweenStates, [&](int number) {

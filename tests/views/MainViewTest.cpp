@@ -92,9 +92,8 @@ TEST(MainView, handsOverWhatStandsInTheField) {
 // A click may be answered before it returns.
 TEST(MainView, takesANewContentWhileAClickIsHandled) {
     MainWindow* shown = nullptr;
-    MainWindow window(sampleContent("pairing-confirm"), [&shown](const auto&, const auto&) {
-        shown->view().setContent(sampleContent("connected"));
-    });
+    MainWindow window(sampleContent("pairing-confirm"),
+                      [&shown](const auto&, const auto&) { shown->setContent(sampleContent("connected")); });
     shown = &window;
     window.present();
     for (auto* button : window.findChildren<QPushButton*>())
@@ -126,7 +125,7 @@ TEST(MainView, movesTheKeyboardOnlyWhenItMust) {
     ShownView view(sampleContent("connect"));
     EXPECT_TRUE(view.field().hasFocus());
     view.show("checking");
-    EXPECT_EQ(view.window.focusWidget(), &view.window.view()) << "no key may cancel by accident";
+    EXPECT_EQ(view.window.focusWidget(), &view.view()) << "no key may cancel by accident";
     view.show("refused-link");
     EXPECT_TRUE(view.field().hasFocus());
 
@@ -174,7 +173,7 @@ TEST(MainView, breaksWordsThatAreTooLong) {
 }
 
 // What a screen reader finds in the view as its latest notification.
-std::string notification(MainView& view) {
+std::string notification(QWidget& view) {
     const auto* node = QAccessible::queryAccessibleInterface(&view);
     for (int i = 0; i < node->childCount(); ++i)
         if (const auto* child = node->child(i); child->role() == QAccessible::Notification)
@@ -199,7 +198,7 @@ TEST(MainView, tellsAScreenReaderWhatIsNew) {
     };
     for (const auto& c : cases) {
         view.show(c.content);
-        EXPECT_EQ(notification(view.window.view()), c.told) << c.why;
+        EXPECT_EQ(notification(view.view()), c.told) << c.why;
     }
 }
 

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollArea>
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -36,7 +37,7 @@ struct ShownView {
 
     void show(std::string_view sample) { show(sampleContent(sample)); }
     void show(const WindowContent& content) {
-        window.view().setContent(content);
+        window.setContent(content);
         QApplication::processEvents();
     }
 
@@ -65,6 +66,7 @@ struct ShownView {
             if (button->isVisible() && button->accessibleName() == accessibleName) return button;
         return nullptr;
     }
+    QWidget& view() const { return *window.findChild<QScrollArea*>()->parentWidget(); }
     QLineEdit& field() const { return *window.findChild<QLineEdit*>(); }
 };
 

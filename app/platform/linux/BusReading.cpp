@@ -13,6 +13,11 @@ BusReading::BusReading(const QDBusConnection& bus, Question question, OnAnswer o
             .name = QStringLiteral("NameOwnerChanged"),
             .firstArgument = question_.call.service()},
            [this](const QDBusMessage& signal) { ownerChanged(signal); });
+    // libdbus says so itself once the bus has gone; what we ask then fails at once.
+    listen({.path = QStringLiteral("/org/freedesktop/DBus/Local"),
+            .interface = QStringLiteral("org.freedesktop.DBus.Local"),
+            .name = QStringLiteral("Disconnected")},
+           [this](const QDBusMessage&) { ask(); });
     for (const auto& hint : question_.hints) listen(hint, [this](const QDBusMessage&) { ask(); });
     ask();
     question_.call.setAutoStartService(false);  // or a program that fails at our question is started for ever

@@ -32,6 +32,7 @@ std::optional<std::string> activationToken(const Environment& environment) {
 SwitchOperations operationsOf(const std::shared_ptr<LinuxSwitches>& switches) {
     return {.isOn = [switches](Switch which) { return switches->isOn(which); },
             .prompt = [switches](Switch which) { return switches->prompt(which); },
+            .grantsGoStale = false,  // what counts here is the desktop's own switch
             .openSettings = [switches](Switch which) { switches->openSettings(which); }};
 }
 
@@ -62,6 +63,15 @@ std::function<void(Handler)> startingWithHandler(const QDBusConnection& bus) {
 }
 
 }  // namespace
+
+// QT_QPA_PLATFORM may name a window system that needs neither.
+std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment& environment) {
+    for (const char* variable : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"}) {
+        const auto found = environment.find(variable);
+        if (found != environment.end() && !found->second.empty()) return std::nullopt;
+    }
+    return "there is no display; --console runs in the terminal";
+}
 
 DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
     const auto bus = QDBusConnection::sessionBus();

@@ -11,6 +11,20 @@
 
 namespace tarnik {
 
+namespace {
+
+// With one of twice the size beside it, which Qt finds by its name.
+std::optional<std::string> menuBarImage(const std::optional<std::string>& bundle) {
+    if (!bundle) return std::nullopt;
+    return *bundle + "/Contents/Resources/MenuBarIcon.png";
+}
+
+}  // namespace
+
+std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment&) {
+    return std::nullopt;
+}
+
 // A second copy is the relocator's business; the system sends a link to the copy that runs.
 DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
     MacActivation::becomeAccessory();
@@ -22,6 +36,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
             .updates = macUpdates(macLog("updater")),
             .bundles = macBundles(run.bundle),
             .events = macEvents(),
+            .statusImage = menuBarImage(run.bundle),
             .activate = MacActivation::comeToFront};
 }
 

@@ -34,6 +34,7 @@ SystemEvents macEvents() {
     return {.onLink = [links = std::make_shared<OpenedLinks>()](
                           OpenedLinks::Handler handler) { links->setHandler(std::move(handler)); },
             .onSecondOpen = keeping<ShowWindowNotice>(),
+            .onReopen = keeping<ReopenRequests>(),
             .onBecameActive = onBecameActive};
 }
 
