@@ -51,7 +51,7 @@ public:
     // What trays and window managers are given to choose from.
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
         QList<QSize> sizes;
-        for (const int side : {16, 18, 22, 24, 32, 48, 64, 128}) sizes.append(QSize(side, side));
+        for (const int side : {16, 18, 22, 24, 32, 48, 64}) sizes.append(QSize(side, side));
         return sizes;
     }
 
