@@ -11,6 +11,10 @@ struct SwitchOperations {
     // As the system says right now; never prompts.
     std::function<bool(Switch)> isOn;
 
+    // Runs `handler` once, when isOn can tell: a few seconds later at most. Absent where it can from the
+    // start.
+    std::function<void(std::function<void()> handler)> whenKnown;
+
     // Asks the system to offer the switch to the person, with a dialogue of its own, which may come up later.
     // Whether it is on already.
     std::function<bool(Switch)> prompt;

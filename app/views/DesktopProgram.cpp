@@ -92,6 +92,16 @@ AppModelDeps modelDeps(const CommandLine& line, AppPlatform platform, const Deta
     return deps;
 }
 
+using OnRelocated = std::function<void(RelocationOutcome)>;
+
+// A launch that doesn't know the switches yet would take both for off, and show the window for nothing.
+OnRelocated onceKnown(std::function<void(std::function<void()>)> whenKnown, OnRelocated done) {
+    if (!whenKnown) return done;
+    return [whenKnown = std::move(whenKnown), done = std::move(done)](const RelocationOutcome& outcome) {
+        whenKnown([done, outcome] { done(outcome); });
+    };
+}
+
 bool mayGoOn(const OneCopy& oneCopy, const std::optional<std::string>& link) {
     if (!oneCopy.settle) return true;
     const auto standing = oneCopy.settle(link);
@@ -151,7 +161,10 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
     AppDelegate delegate(
         {.bundlePath = place.bundle,
          .installPath = desktop.installPath,
-         .relocateIfNeeded = [&](auto done) { relocator.relocateIfNeeded(std::move(done)); },
+         .relocateIfNeeded =
+             [&](auto done) {
+                 relocator.relocateIfNeeded(onceKnown(desktop.switches.whenKnown, std::move(done)));
+             },
          .recordWindow = [&](const std::string& reason) { relocator.recordWindow(reason); },
          .ensureLoginItem =
              [&] {

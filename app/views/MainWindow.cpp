@@ -4,7 +4,6 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QShortcut>
-#include <QVBoxLayout>
 
 #include "app/model/WindowTexts.h"
 #include "app/views/QtText.h"
@@ -28,12 +27,12 @@ MainWindow::MainWindow(WindowContent content, MainView::OnIntent onIntent)
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, [this] { close(); });
 }
 
-// While the window system brings the window up; it is painted later, from the event loop.
+// While the window system brings the window up; it is painted later, from the event loop. A layout would set
+// the window's geometry anew, and so undo where the system has put it meanwhile.
 void MainWindow::makeView() {
     view_ = new MainView(content_, onIntent_);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(view_);
+    view_->setParent(this);
+    view_->setGeometry(rect());
     view_->show();
 }
 
@@ -69,7 +68,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->setAccepted(!(onClose.stays && onClose.stays()));
 }
 
-void MainWindow::hideEvent(QHideEvent*) {
+// May be told only after the window was hidden.
+void MainWindow::moveEvent(QMoveEvent*) {
     if (!isMinimized()) place_ = pos();
 }
 

@@ -29,7 +29,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
 
 private:
     QPoint placeToShow() const;
@@ -40,7 +40,7 @@ private:
     MainView::OnIntent onIntent_;
     MainView* view_ = nullptr;  // a child, once the window is on its way to the screen
     OnClose onClose_;
-    std::optional<QPoint> place_;  // on the screen, once it was shown
+    std::optional<QPoint> place_;  // on the screen, once it has one
 };
 
 }  // namespace tarnik

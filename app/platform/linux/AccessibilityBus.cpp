@@ -52,7 +52,8 @@ void AccessibilityBus::turnOn(std::function<void(bool done)> onDone) {
 
 void AccessibilityBus::answered(const QDBusMessage& answer) {
     const bool wasOn = std::exchange(isOn_, busValue(answer).toBool());
-    if (isOn_ != wasOn) onChange_();
+    const bool wasKnown = std::exchange(isKnown_, true);
+    if (isOn_ != wasOn || !wasKnown) onChange_();
 }
 
 }  // namespace tarnik

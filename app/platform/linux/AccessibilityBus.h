@@ -15,6 +15,7 @@ public:
     AccessibilityBus(const QDBusConnection& bus, std::function<void()> onChange);
 
     bool isOn() const { return isOn_; }
+    bool isKnown() const { return isKnown_; }  // told as a change
 
     // For the whole session; starts the accessibility bus where it doesn't run. Tells, later, whether it did.
     void turnOn(std::function<void(bool done)> onDone);
@@ -25,6 +26,7 @@ private:
     const QDBusConnection bus_;
     const std::function<void()> onChange_;
     bool isOn_ = false;
+    bool isKnown_ = false;
     BusReading reading_;
     QObject context_;
 };

@@ -45,6 +45,7 @@ void BusReading::ask() {
 void BusReading::answered(const QDBusMessage& answer) {
     isAsking_ = false;
     if (std::exchange(mustAskAgain_, false)) return ask();
+    hasAnswer_ = true;
     onAnswer_(answer);
 }
 

@@ -30,6 +30,8 @@ public:
 
     BusReading(const QDBusConnection& bus, Question question, OnAnswer onAnswer);
 
+    bool hasAnswer() const { return hasAnswer_; }
+
     // What was done might have changed the answer.
     void ask();
 
@@ -42,6 +44,7 @@ private:
     Question question_;
     const OnAnswer onAnswer_;
     bool isAsking_ = false;
+    bool hasAnswer_ = false;
     bool mustAskAgain_ = false;
     QObject context_;
     std::vector<std::unique_ptr<BusSignal>> signals_;

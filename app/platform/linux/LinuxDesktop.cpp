@@ -31,6 +31,7 @@ std::optional<std::string> activationToken(const Environment& environment) {
 
 SwitchOperations operationsOf(const std::shared_ptr<LinuxSwitches>& switches) {
     return {.isOn = [switches](Switch which) { return switches->isOn(which); },
+            .whenKnown = [switches](auto handler) { switches->whenKnown(std::move(handler)); },
             .prompt = [switches](Switch which) { return switches->prompt(which); },
             .grantsGoStale = false,  // what counts here is the desktop's own switch
             .openSettings = [switches](Switch which) { switches->openSettings(which); }};

@@ -1,5 +1,6 @@
 #include "app/platform/linux/LinuxSwitches.h"
 
+#include <chrono>
 #include <utility>
 
 #include "app/platform/linux/DesktopPortal.h"
@@ -7,6 +8,9 @@
 
 namespace tarnik {
 namespace {
+
+// For the first answers: a portal may have to be started.
+constexpr std::chrono::seconds longestWait(2);
 
 std::string valueOf(const Environment& environment, const std::string& variable) {
     const auto found = environment.find(variable);
@@ -18,6 +22,7 @@ std::string valueOf(const Environment& environment, const std::string& variable)
 LinuxSwitches::LinuxSwitches(const QDBusConnection& bus, const Environment& environment,
                              const std::string& userFolder)
     : environment_(environment), display_(displayOf(environment)), bus_(bus, [this] { tell(); }) {
+    told_ = {.accessibility = false, .screenRecording = display_ == Display::x11};
     if (display_ != Display::wayland) return;
     introduceToPortal(bus);
     portal_ = std::make_unique<ScreenPortal>(bus, [this] { tell(); });
@@ -34,6 +39,26 @@ LinuxSwitches::Display LinuxSwitches::displayOf(const Environment& environment) 
 bool LinuxSwitches::isOn(Switch which) const {
     if (which == Switch::accessibility) return bus_.isOn();
     return portal_ ? portal_->isOn() : display_ == Display::x11;
+}
+
+void LinuxSwitches::whenKnown(std::function<void()> handler) {
+    if (areKnown()) return handler();
+    known_ = std::move(handler);
+    patience_.setSingleShot(true);
+    patience_.callOnTimeout([this] { tellKnown(); });
+    patience_.start(longestWait);
+}
+
+void LinuxSwitches::tell() {
+    const SwitchSnapshot now{.accessibility = isOn(Switch::accessibility),
+                             .screenRecording = isOn(Switch::screenRecording)};
+    if (std::exchange(told_, now) != now && changed_) changed_();
+    if (areKnown()) tellKnown();
+}
+
+void LinuxSwitches::tellKnown() {
+    patience_.stop();
+    if (const auto handler = std::exchange(known_, nullptr)) handler();
 }
 
 bool LinuxSwitches::prompt(Switch which) {

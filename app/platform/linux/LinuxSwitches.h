@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -12,6 +13,7 @@
 #include "app/platform/linux/ScreenPortal.h"
 #include "app/platform/linux/ScreenPrompt.h"
 #include "core/process/SpawnRequest.h"
+#include "core/switches/SwitchSnapshot.h"
 
 namespace tarnik {
 
@@ -23,6 +25,9 @@ public:
     LinuxSwitches(const QDBusConnection& bus, const Environment& environment, const std::string& userFolder);
 
     bool isOn(Switch which) const;
+
+    // Calls `handler` once, when the desktop has answered or takes too long.
+    void whenKnown(std::function<void()> handler);
 
     // Accessibility is turned on as it was asked for; for the screen the portal asks.
     bool prompt(Switch which);
@@ -43,13 +48,16 @@ private:
     static Display displayOf(const Environment& environment);
     void prompted(Switch which, bool done);
     Asking& asking(Switch which) { return which == Switch::accessibility ? accessibility_ : screen_; }
-    void tell() const {
-        if (changed_) changed_();
-    }
+    bool areKnown() const { return bus_.isKnown() && (!portal_ || portal_->isKnown()); }
+    void tell();
+    void tellKnown();
 
     const Environment environment_;
     const Display display_;
     std::function<void()> changed_;
+    SwitchSnapshot told_;
+    std::function<void()> known_;  // until it was called
+    QTimer patience_;              // with the desktop's first answers
     Asking accessibility_;
     Asking screen_;
     AccessibilityBus bus_;

@@ -49,7 +49,9 @@ template <class Change>
 void ScreenPortal::apply(Change change) {
     const bool wasOn = isOn();
     change();
-    if (isOn() != wasOn) onChange_();
+    const bool wasKnown = std::exchange(
+        isKnown_, screenshots_.hasAnswer() && recordings_.hasAnswer() && permission_.hasAnswer());
+    if (isOn() != wasOn || isKnown_ != wasKnown) onChange_();
 }
 
 ScreenPortal::ScreenPortal(const QDBusConnection& bus, std::function<void()> onChange)

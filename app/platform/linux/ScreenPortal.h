@@ -20,6 +20,8 @@ public:
 
     bool isOn() const { return noted_.value_or(wasGranted_) && (offers_[0] || offers_[1]); }
 
+    bool isKnown() const { return isKnown_; }  // told as a change
+
     // The person has just answered. A yes that no store keeps, as on older desktops, holds for this run.
     void answered(bool permitted);
 
@@ -31,6 +33,7 @@ private:
     std::array<bool, 2> offers_{};
     std::optional<bool> noted_;
     bool wasGranted_ = false;
+    bool isKnown_ = false;
     BusReading screenshots_;
     BusReading recordings_;
     BusReading permission_;
