@@ -2,6 +2,7 @@
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QTimer>
 #include <utility>
 
 #include "core/node/TarnikIdentity.h"
@@ -29,9 +30,8 @@ QDBusMessage busPropertyCall(const BusObject& object, const QString& interface, 
 void askBus(const QDBusConnection& bus, const QDBusMessage& call, Seconds bound, QObject& context,
             std::function<void(const QDBusMessage& answer)> onAnswer) {
     if (!bus.isConnected()) {  // a call would never come to its end
-        const auto answer = [onAnswer = std::move(onAnswer)] { onAnswer(QDBusMessage()); };
-        QMetaObject::invokeMethod(&context, answer, Qt::QueuedConnection);
-        return;
+        return QTimer::singleShot(0, &context,
+                                  [onAnswer = std::move(onAnswer)] { onAnswer(QDBusMessage()); });
     }
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(bound).count();
     auto* watcher =
