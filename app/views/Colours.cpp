@@ -1,5 +1,7 @@
 #include "app/views/Colours.h"
 
+#include <cmath>
+
 namespace tarnik {
 namespace {
 
@@ -85,7 +87,9 @@ QColor brandColour() {
 }
 
 QColor mixed(const QColor& over, const QColor& under, double share) {
-    const auto mix = [share](int a, int b) { return static_cast<int>(a * share + b * (1 - share) + 0.5); };
+    const auto mix = [share](int a, int b) {
+        return static_cast<int>(std::lround(a * share + b * (1 - share)));
+    };
     return {mix(over.red(), under.red()), mix(over.green(), under.green()), mix(over.blue(), under.blue())};
 }
 
