@@ -129,7 +129,7 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
     prepareApplication();
     int argc = 1;
     char* argv[] = {name, nullptr};
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     const auto desktop = DesktopPlatform::make({.folders = place.folders,
                                                 .environment = machine.inherited,
                                                 .userFolder = machine.userFolder,
@@ -215,7 +215,7 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
     // A transfer that goes on leaves nothing behind that matters, and nobody should wait for it.
     if (!work.isIdle()) ::_exit(status);
     return status;
-}
+}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): records own their operations
 
 int runScreens(const CommandLine& line, char* name) {
     const bool writes = line.task == CommandLine::Task::writeScreens;

@@ -35,7 +35,7 @@ protected:
 }  // namespace
 
 MainView::MainView(const WindowContent& content, OnIntent onIntent)
-    : onIntent_(std::move(onIntent)), content_(content) {
+    : onIntent_(std::move(onIntent)), content_(content), announcer_(new Announcer(this)) {
     setAccessibleName(qtText(WindowTexts::product));
 
     // Everything fits as it is; larger fonts and long words of an installer can be scrolled to.
@@ -51,7 +51,6 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
-    announcer_ = new Announcer(this);
 
     draw();
     settleTabOrder();
