@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "app/AppDelegate.h"
+#include "app/CommandLineDeps.h"
 #include "app/SignalWatch.h"
 #include "app/console/Console.h"
 #include "app/console/ConsoleLoop.h"
@@ -30,21 +31,12 @@ UserDefaults defaultsOf(const CommandLine& line) {
             .setFlag = [](const std::string&) {}};
 }
 
-AppModelDeps modelDeps(const CommandLine& line, AppPlatform platform, const DetachedWork& work,
-                       ConsoleOutput& output) {
-    const auto mainThread = platform.mainThread;
-    auto deps = AppModelDeps::production(std::move(platform), work);
-    deps.supervisor.connectedAfter = line.connectedAfter;
+AppModelDeps consoleDeps(const CommandLine& line, const AppPlatform& platform, const DetachedWork& work,
+                         ConsoleOutput& output) {
+    auto deps = modelDeps(line, platform, work);
     if (line.driverOutput) {
         deps.driver = DriverHostDeps::production(
-            [mainThread, &output] { return attachDriverOutput(mainThread, output); });
-    }
-    if (line.keepAwake) {
-        deps.activity = [path = *line.keepAwake](auto nodePID, auto driverPID) {
-            auto sources = ActivitySources::production(std::move(nodePID), std::move(driverPID));
-            sources.holderPath = path;
-            return sources;
-        };
+            [mainThread = platform.mainThread, &output] { return attachDriverOutput(mainThread, output); });
     }
     return deps;
 }
@@ -68,13 +60,13 @@ int runConsole(const CommandLine& line, Machine machine, const std::optional<std
         mainThread.post([&output, text] { output.message(text); });
     };
     const auto applicationSupport = machine.applicationSupport;
-    const auto model = AppModel::make(std::move(machine), modelDeps(line,
-                                                                    {.mainThread = mainThread,
-                                                                     .defaults = defaultsOf(line),
-                                                                     .switches = switches.operations(),
-                                                                     .log = log,
-                                                                     .windowInUse = [] { return false; }},
-                                                                    work, output));
+    const auto model = AppModel::make(std::move(machine), consoleDeps(line,
+                                                                      {.mainThread = mainThread,
+                                                                       .defaults = defaultsOf(line),
+                                                                       .switches = switches.operations(),
+                                                                       .log = log,
+                                                                       .windowInUse = [] { return false; }},
+                                                                      work, output));
     if (model->state().homeError) {
         std::fputs(("tarnik: " + *model->state().homeError + "\n").c_str(), stderr);
         return usageStatus;

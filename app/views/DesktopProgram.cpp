@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "app/AppDelegate.h"
+#include "app/CommandLineDeps.h"
 #include "app/LoginItem.h"
 #include "app/SignalWatch.h"
 #include "app/model/UpdateSettings.h"
@@ -79,19 +80,6 @@ UserDefaults withNodeHome(UserDefaults defaults, const std::optional<std::string
     return defaults;
 }
 
-AppModelDeps modelDeps(const CommandLine& line, AppPlatform platform, const DetachedWork& work) {
-    auto deps = AppModelDeps::production(std::move(platform), work);
-    deps.supervisor.connectedAfter = line.connectedAfter;
-    if (line.keepAwake) {
-        deps.activity = [path = *line.keepAwake](auto nodePID, auto driverPID) {
-            auto sources = ActivitySources::production(std::move(nodePID), std::move(driverPID));
-            sources.holderPath = path;
-            return sources;
-        };
-    }
-    return deps;
-}
-
 using OnRelocated = std::function<void(RelocationOutcome)>;
 
 // A launch that doesn't know the switches yet would take both for off, and show the window for nothing.
@@ -109,6 +97,54 @@ bool mayGoOn(const OneCopy& oneCopy, const std::optional<std::string>& link) {
     if (standing == OneCopy::Standing::alone)
         say("no session bus, so links opened elsewhere don't get here, and a second copy isn't noticed");
     return standing != OneCopy::Standing::handedOver;
+}
+
+AppDelegateDeps delegateDeps(const DesktopPlatform& desktop, const ProgramPlace& place,
+                             const MainThread& mainThread, const DetachedWork& work, Relocator& relocator,
+                             DesktopFace& face) {
+    return {
+        .bundlePath = place.bundle,
+        .installPath = desktop.installPath,
+        .relocateIfNeeded =
+            [&relocator, whenKnown = desktop.switches.whenKnown](auto done) {
+                relocator.relocateIfNeeded(onceKnown(whenKnown, std::move(done)));
+            },
+        .recordWindow = [&relocator](const std::string& reason) { relocator.recordWindow(reason); },
+        .ensureLoginItem =
+            [work, service = desktop.loginItem] {
+                work.start("tarnik.login-item", [service] { LoginItem::ensureRegistered(service); });
+            },
+        .makeUpdater =
+            [bundle = place.bundle, framework = desktop.updates, mainThread, log = desktop.log("updater")] {
+                const auto settings = bundle ? UpdateSettings::fromBundle(*bundle) : UpdateSettings{};
+                return std::make_unique<Updater>(
+                    settings, Updater::Deps{.framework = framework, .mainThread = mainThread, .log = log});
+            },
+        .presentation = face.presentation(),
+        .events = desktop.events};
+}
+
+// To what the desktop tells for the rest of the run, and what it is to be told.
+void listen(const DesktopPlatform& desktop, DesktopFace& face, const std::shared_ptr<AppModel>& model) {
+    model->observe([refuse = desktop.oneCopy.refuseMore](const AppState& now, const AppState& next) {
+        if (refuse && next.stopping && !now.stopping) refuse();
+    });
+    if (desktop.onSwitchesChanged) {
+        desktop.onSwitchesChanged([weak = std::weak_ptr(model)] {
+            if (const auto strong = weak.lock()) strong->refreshSwitches();
+        });
+    }
+    if (desktop.onTrayHost) {
+        desktop.onTrayHost([&face](TrayHost host) { face.trayIs(host); });
+    } else {
+        face.trayIs(TrayHost::present);
+    }
+    if (desktop.onColourScheme) {
+        applyPlainStyle(Appearance::light);
+        desktop.onColourScheme([](ColourScheme scheme) {
+            applyPlainStyle(scheme == ColourScheme::dark ? Appearance::dark : Appearance::light);
+        });
+    }
 }
 
 }  // namespace
@@ -158,50 +194,9 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
     windowInUse = [&face] { return face.windowInUse(); };
     Relocator relocator(
         RelocatorDeps::production(desktop.bundles, mainThread, place.folders.applicationSupport));
-    AppDelegate delegate(
-        {.bundlePath = place.bundle,
-         .installPath = desktop.installPath,
-         .relocateIfNeeded =
-             [&](auto done) {
-                 relocator.relocateIfNeeded(onceKnown(desktop.switches.whenKnown, std::move(done)));
-             },
-         .recordWindow = [&](const std::string& reason) { relocator.recordWindow(reason); },
-         .ensureLoginItem =
-             [&] {
-                 work.start("tarnik.login-item",
-                            [service = desktop.loginItem] { LoginItem::ensureRegistered(service); });
-             },
-         .makeUpdater =
-             [&] {
-                 const auto settings =
-                     place.bundle ? UpdateSettings::fromBundle(*place.bundle) : UpdateSettings{};
-                 return std::make_unique<Updater>(settings, Updater::Deps{.framework = desktop.updates,
-                                                                          .mainThread = mainThread,
-                                                                          .log = desktop.log("updater")});
-             },
-         .presentation = face.presentation(),
-         .events = desktop.events},
-        model);
+    AppDelegate delegate(delegateDeps(desktop, place, mainThread, work, relocator, face), model);
     face.attach(delegate);
-    model->observe([refuse = desktop.oneCopy.refuseMore](const AppState& now, const AppState& next) {
-        if (refuse && next.stopping && !now.stopping) refuse();
-    });
-    if (desktop.onSwitchesChanged) {
-        desktop.onSwitchesChanged([weak = std::weak_ptr(model)] {
-            if (const auto strong = weak.lock()) strong->refreshSwitches();
-        });
-    }
-    if (desktop.onTrayHost) {
-        desktop.onTrayHost([&face](TrayHost host) { face.trayIs(host); });
-    } else {
-        face.trayIs(TrayHost::present);
-    }
-    if (desktop.onColourScheme) {
-        applyPlainStyle(Appearance::light);
-        desktop.onColourScheme([](ColourScheme scheme) {
-            applyPlainStyle(scheme == ColourScheme::dark ? Appearance::dark : Appearance::light);
-        });
-    }
+    listen(desktop, face, model);
     const QuitRequests quitRequests(delegate);
     onSignal = [&delegate] {
         // Asked once more, it doesn't wait; the helper then notices the end of its input.
