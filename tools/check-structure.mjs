@@ -62,7 +62,7 @@ function whyNotInclude(file, name, quoted) {
     if (quoted) {
         const [toArea, toFolder] = name.split('/');
         if (!codeFolders.includes(toArea)) return 'is not written from the root of the tree';
-        if (toArea === 'devkit') return 'is in devkit/, which nothing includes';
+        if (toArea === 'devkit') return area === 'devkit' ? undefined : 'is in devkit/, which nothing else includes';
         if (area === 'tests' || area === 'bench') return undefined;
         if (toArea === 'tests' || toArea === 'bench') return `is in ${toArea}/, which only tests and measurements include`;
         if (area === 'devkit') return 'is ours: the stand-ins are programs of their own';

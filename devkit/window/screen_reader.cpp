@@ -11,11 +11,9 @@
 #include <QDBusReply>
 #include <QDBusVariant>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QSocketNotifier>
 #include <QTimer>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
@@ -25,6 +23,8 @@
 #include <vector>
 
 #include <unistd.h>
+
+#include "devkit/window/LineProtocol.h"
 
 namespace {
 
@@ -67,18 +67,14 @@ public:
     void look(unsigned pid) {
         const auto program = programOf(pid);
         toldChange_ = false;
-        say({{"pid", static_cast<qint64>(pid)}, {"tree", program ? describe(*program, 0) : QJsonValue()}});
+        devkit::say(
+            {{"pid", static_cast<qint64>(pid)}, {"tree", program ? describe(*program, 0) : QJsonValue()}});
     }
 
 private:
     void changed() {
         if (std::exchange(toldChange_, true)) return;
-        say({{"changed", true}});
-    }
-
-    static void say(const QJsonObject& what) {
-        std::puts(QJsonDocument(what).toJson(QJsonDocument::Compact).constData());
-        std::fflush(stdout);
+        devkit::say({{"changed", true}});
     }
 
     QVariantList call(const Place& place, const QString& interface, const QString& operation,
@@ -172,32 +168,20 @@ QString accessibilityBus() {
     return answer.value();
 }
 
-// Whole lines only; false at the end of the input.
-bool readLines(std::string& pending, const std::function<void(const std::string&)>& take) {
-    char buffer[4096];
-    const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);
-    if (count <= 0) return false;
-    pending.append(buffer, static_cast<std::size_t>(count));
-    for (std::size_t end; (end = pending.find('\n')) != std::string::npos; pending.erase(0, end + 1)) {
-        take(pending.substr(0, end));
-    }
-    return true;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     const auto bus = QDBusConnection::connectToBus(accessibilityBus(), "accessibility");
     if (!bus.isConnected()) {
         std::cerr << "no accessibility bus: " << bus.lastError().message().toStdString() << '\n';
         return EXIT_FAILURE;
     }
     ScreenReader reader(bus);
-    std::string pending;
-    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    devkit::StandardInput commands;
+    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, [&] {
-        const bool open = readLines(pending, [&](const std::string& line) {
+        const bool open = commands.read([&](const std::string& line) {
             if (line.starts_with("look ")) reader.look(static_cast<unsigned>(std::stoul(line.substr(5))));
         });
         if (!open) QCoreApplication::quit();

@@ -13,15 +13,15 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QSocketNotifier>
-#include <cstdio>
 #include <ctime>
 #include <iostream>
 #include <string>
 
 #include <unistd.h>
+
+#include "devkit/window/LineProtocol.h"
 
 namespace {
 
@@ -45,11 +45,6 @@ const QString introduction = R"(
   </interface>
 )";
 
-void say(const QJsonObject& what) {
-    std::puts(QJsonDocument(what).toJson(QJsonDocument::Compact).constData());
-    std::fflush(stdout);
-}
-
 class TrayHost : public QDBusVirtualObject {
 public:
     TrayHost() {
@@ -57,7 +52,7 @@ public:
         gone_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
         connect(&gone_, &QDBusServiceWatcher::serviceUnregistered, [this](const QString& service) {
             items_.removeAll(service);
-            say({{"gone", service}});
+            devkit::say({{"gone", service}});
         });
     }
 
@@ -111,7 +106,7 @@ private:
         signal.setArguments({service});
         bus_.send(signal);
         const QDBusReply<uint> pid = bus_.interface()->servicePid(sender);
-        say({{"registered", service}, {"pid", static_cast<qint64>(pid.value())}});
+        devkit::say({{"registered", service}, {"pid", static_cast<qint64>(pid.value())}});
     }
 
     QString item() const { return items_.isEmpty() ? QString() : items_.last(); }
@@ -121,7 +116,7 @@ private:
         auto message = QDBusMessage::createMethodCall(service, path, interface, operation);
         message.setArguments(arguments);
         const auto answer = bus_.call(message, QDBus::Block, callLimitMs);
-        if (answer.type() == QDBusMessage::ErrorMessage) say({{"error", answer.errorMessage()}});
+        if (answer.type() == QDBusMessage::ErrorMessage) devkit::say({{"error", answer.errorMessage()}});
         return answer.arguments();
     }
 
@@ -134,14 +129,14 @@ private:
 
     void show() const {
         const auto all = itemProperties();
-        say({{"item", item()},
-             {"id", all["Id"].toString()},
-             {"title", all["Title"].toString()},
-             {"status", all["Status"].toString()},
-             {"tooltip", tooltip(all["ToolTip"])},
-             {"icons", iconSizes(all["IconPixmap"])},
-             {"iconName", all["IconName"].toString()},
-             {"menu", menu(qvariant_cast<QDBusObjectPath>(all["Menu"]).path())}});
+        devkit::say({{"item", item()},
+                     {"id", all["Id"].toString()},
+                     {"title", all["Title"].toString()},
+                     {"status", all["Status"].toString()},
+                     {"tooltip", tooltip(all["ToolTip"])},
+                     {"icons", iconSizes(all["IconPixmap"])},
+                     {"iconName", all["IconName"].toString()},
+                     {"menu", menu(qvariant_cast<QDBusObjectPath>(all["Menu"]).path())}});
     }
 
     static QString tooltip(const QVariant& value) {
@@ -210,24 +205,18 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     TrayHost host;
     if (!host.start()) {
         std::cerr << "can't be the tray: "
                   << QDBusConnection::sessionBus().lastError().message().toStdString() << '\n';
         return EXIT_FAILURE;
     }
-    say({{"ready", true}});
-    std::string pending;
-    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    devkit::say({{"ready", true}});
+    devkit::StandardInput commands;
+    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, [&] {
-        char buffer[4096];
-        const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);
-        if (count <= 0) return QCoreApplication::quit();
-        pending.append(buffer, static_cast<std::size_t>(count));
-        for (std::size_t end; (end = pending.find('\n')) != std::string::npos; pending.erase(0, end + 1)) {
-            host.obey(pending.substr(0, end));
-        }
+        if (!commands.read([&](const std::string& line) { host.obey(line); })) QCoreApplication::quit();
     });
     return QCoreApplication::exec();
 }

@@ -5,7 +5,6 @@
 // asks that window to close, "picture FILE" writes what the screen shows to a PNG file. Ends with its input.
 #include <QImage>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <cstdint>
 #include <cstdio>
@@ -20,6 +19,8 @@
 #include <unistd.h>
 #include <xcb/xcb.h>
 
+#include "devkit/window/LineProtocol.h"
+
 namespace {
 
 struct Free {
@@ -32,11 +33,6 @@ double nowMs() {
     timespec now{};
     ::clock_gettime(CLOCK_MONOTONIC, &now);
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
-void say(const QJsonObject& what) {
-    std::puts(QJsonDocument(what).toJson(QJsonDocument::Compact).constData());
-    std::fflush(stdout);
 }
 
 class WindowWatch {
@@ -57,7 +53,7 @@ public:
         deleteWindow_ = atom("WM_DELETE_WINDOW");
         title_ = atom("_NET_WM_NAME");
         process_ = atom("_NET_WM_PID");
-        say({{"watching", true}});
+        devkit::say({{"watching", true}});
     }
 
     void takeEvents() {
@@ -67,7 +63,7 @@ public:
                 mapped(reinterpret_cast<xcb_map_notify_event_t*>(event.get())->window, at);
             } else if ((event->response_type & 0x7f) == XCB_UNMAP_NOTIFY) {
                 const auto id = reinterpret_cast<xcb_unmap_notify_event_t*>(event.get())->window;
-                say({{"unmapped", static_cast<qint64>(id)}});
+                devkit::say({{"unmapped", static_cast<qint64>(id)}});
             }
         }
     }
@@ -77,7 +73,7 @@ public:
             close(static_cast<xcb_window_t>(std::stoul(line.substr(6))));
         } else if (line.starts_with("picture ")) {
             const auto file = QString::fromStdString(line.substr(8));
-            say({{"picture", file}, {"written", picture().save(file)}});
+            devkit::say({{"picture", file}, {"written", picture().save(file)}});
         }
         xcb_flush(x_);
     }
@@ -104,11 +100,11 @@ private:
         std::uint32_t pid = 0;
         const auto owner = property(window, process_);
         if (owner.size() == sizeof pid) std::memcpy(&pid, owner.constData(), sizeof pid);
-        say({{"mapped", static_cast<qint64>(window)},
-             {"at", at},
-             {"title", QString::fromUtf8(property(window, title_))},
-             {"pid", static_cast<qint64>(pid)},
-             {"bounds", QJsonArray{place->x, place->y, place->width, place->height}}});
+        devkit::say({{"mapped", static_cast<qint64>(window)},
+                     {"at", at},
+                     {"title", QString::fromUtf8(property(window, title_))},
+                     {"pid", static_cast<qint64>(pid)},
+                     {"bounds", QJsonArray{place->x, place->y, place->width, place->height}}});
     }
 
     void close(xcb_window_t window) {
@@ -129,7 +125,8 @@ private:
             xcb_get_image(x_, XCB_IMAGE_FORMAT_Z_PIXMAP, screen_->root, 0, 0, width, height, ~0U);
         const Owned<xcb_get_image_reply_t> answer{xcb_get_image_reply(x_, asked, nullptr)};
         if (!answer) return {};
-        return QImage(xcb_get_image_data(answer.get()), width, height, width * 4, QImage::Format_RGB32)
+        return QImage(xcb_get_image_data(answer.get()), width, height, qsizetype{4} * width,
+                      QImage::Format_RGB32)
             .copy();
     }
 
@@ -147,18 +144,12 @@ int main() {
         return EXIT_FAILURE;
     }
     watch.start();
-    std::string pending;
+    devkit::StandardInput commands;
     pollfd waited[] = {{STDIN_FILENO, POLLIN, 0}, {watch.descriptor(), POLLIN, 0}};
     for (;;) {
         watch.takeEvents();  // those too that came with an answer
         if (!watch.works() || ::poll(waited, 2, -1) < 0) return EXIT_FAILURE;
         if ((waited[0].revents & (POLLIN | POLLHUP)) == 0) continue;
-        char buffer[4096];
-        const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);
-        if (count <= 0) return EXIT_SUCCESS;
-        pending.append(buffer, static_cast<std::size_t>(count));
-        for (std::size_t end; (end = pending.find('\n')) != std::string::npos; pending.erase(0, end + 1)) {
-            watch.obey(pending.substr(0, end));
-        }
+        if (!commands.read([&](const std::string& line) { watch.obey(line); })) return EXIT_SUCCESS;
     }
 }

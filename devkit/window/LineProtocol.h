@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cstdio>
+#include <functional>
+#include <string>
+
+#include <unistd.h>
+
+// How these programs and who started them talk: JSON lines out, lines of words in.
+namespace devkit {
+
+inline void say(const QJsonObject& what) {
+    std::puts(QJsonDocument(what).toJson(QJsonDocument::Compact).constData());
+    std::fflush(stdout);
+}
+
+// Standard input as lines, however they arrive. Blocks where nothing is there to be read.
+class StandardInput {
+public:
+    // Hands over what was read, in whole lines without their ends; false at the end of the input.
+    bool read(const std::function<void(const std::string&)>& take) {
+        char buffer[4096];
+        const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count <= 0) return false;
+        pending_.append(buffer, static_cast<std::size_t>(count));
+        for (auto end = pending_.find('\n'); end != std::string::npos; end = pending_.find('\n')) {
+            const auto line = pending_.substr(0, end);
+            pending_.erase(0, end + 1);
+            take(line);
+        }
+        return true;
+    }
+
+private:
+    std::string pending_;
+};
+
+}  // namespace devkit
