@@ -17,7 +17,7 @@ const looked = ['core', 'app', 'devkit'].map((folder) => path.join(root, folder)
 
 const fixedInputs = [
     execFileSync(tool, ['--version'], { encoding: 'utf8' }),
-    fs.readFileSync(path.join(root, '.clang-tidy'), 'utf8'),
+    ...['.clang-tidy', 'app/views/.clang-tidy'].map((file) => fs.readFileSync(path.join(root, file), 'utf8')),
 ];
 
 // What each object was made from, of our own files. From lines like

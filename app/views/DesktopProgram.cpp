@@ -210,7 +210,7 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
     // A transfer that goes on leaves nothing behind that matters, and nobody should wait for it.
     if (!work.isIdle()) ::_exit(status);
     return status;
-}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): records own their operations
+}
 
 int runScreens(const CommandLine& line, char* name) {
     const bool writes = line.task == CommandLine::Task::writeScreens;

@@ -14,10 +14,7 @@ RepeatingTimer repeat(Seconds interval, MainThread::Task task) {
     timer->setInterval(std::chrono::ceil<std::chrono::milliseconds>(interval));
     // The task may end the timer, which must not take the task away from under itself.
     const auto shared = std::make_shared<MainThread::Task>(std::move(task));
-    QObject::connect(timer, &QTimer::timeout, timer, [shared] {
-        const auto running = shared;
-        (*running)();
-    });
+    QObject::connect(timer, &QTimer::timeout, timer, [shared] { (*std::shared_ptr(shared))(); });
     timer->start();
     return RepeatingTimer([timer] {
         timer->stop();

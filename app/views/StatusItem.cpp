@@ -14,9 +14,8 @@ namespace tarnik {
 namespace {
 
 using Action = MenuContent::Action;
-using OnAction = std::function<void(Action)>;
 
-std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const OnAction& onAction) {
+std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const StatusItem::OnAction& onAction) {
     auto menu = std::make_unique<QMenu>();
     for (const auto& entry : content.entries) {
         if (entry.isSeparator()) {
@@ -39,8 +38,7 @@ bool clickOpensMenu() {
 
 }  // namespace
 
-StatusItem::StatusItem(const QIcon& icon, const MenuContent& menu,
-                       std::function<void(MenuContent::Action)> onAction)
+StatusItem::StatusItem(const QIcon& icon, const MenuContent& menu, const OnAction& onAction)
     : menu_(makeMenu(menu, onAction)), item_(std::make_unique<QSystemTrayIcon>()) {
     item_->setIcon(icon.isNull() ? wordIcon(WindowTexts::productWithoutImage) : icon);
     item_->setToolTip(qtText(WindowTexts::product));
