@@ -25,7 +25,8 @@ namespace {
 
 using Kind = HttpError::Kind;
 
-// What we use of libcurl.
+// What we use of libcurl. The one that runs may be older than the headers: macOS 13.0 has 7.84 itself. From
+// 7.80 on, which brought CURLOPT_PREREQFUNCTION, it is all we need.
 struct Curl {
     decltype(&curl_global_init) start = nullptr;
     decltype(&curl_easy_init) open = nullptr;
@@ -97,6 +98,7 @@ public:
 
 private:
     bool configure();
+    bool takeOnlyTheWeb();
     // None when the body has come, else the address to go on with.
     std::expected<std::optional<std::string>, HttpError> request(const std::string& url);
     HttpError failure(CURLcode result) const;
@@ -175,7 +177,6 @@ bool Transfer::configure() {
 
     set(CURLOPT_BUFFERSIZE, 100L << 10);  // the default of 16 KiB costs a fifth of the speed
     set(CURLOPT_NOSIGNAL, 1L);
-    set(CURLOPT_QUICK_EXIT, 1L);  // else a time-out waits for the name's resolver
     set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(options_.connectTimeout));
     set(CURLOPT_MAXFILESIZE_LARGE, curl_off_t{options_.bodyBytes});
     set(CURLOPT_ERRORBUFFER, words_.data());
@@ -187,18 +188,30 @@ bool Transfer::configure() {
     set(CURLOPT_NOPROGRESS, 0L);
     set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
     set(CURLOPT_XFERINFODATA, this);
+
+    // From 7.87 on; without it a time-out waits for the name's resolver.
+    curl_.set(handle_.get(), CURLOPT_QUICK_EXIT, 1L);
     return accepted;
+}
+
+// The kinds of address are named from 7.85 on, and were bits before.
+bool Transfer::takeOnlyTheWeb() {
+    const char* const names = secure_ ? "https" : "http,https";
+    const CURLcode result = curl_.set(handle_.get(), CURLOPT_PROTOCOLS_STR, names);
+    if (result != CURLE_UNKNOWN_OPTION) return result == CURLE_OK;
+    // CURLOPT_PROTOCOLS, whose name newer headers warn of.
+    constexpr auto protocols = static_cast<CURLoption>(CURLOPTTYPE_LONG + 181);
+    const long bits = secure_ ? CURLPROTO_HTTPS : CURLPROTO_HTTP | CURLPROTO_HTTPS;
+    return curl_.set(handle_.get(), protocols, bits) == CURLE_OK;
 }
 
 std::expected<std::optional<std::string>, HttpError> Transfer::request(const std::string& url) {
     if (url.find('\0') != std::string::npos) return std::unexpected(transportError("the address is broken"));
     mark_.reset();
     words_[0] = '\0';
-    const char* const protocols = secure_ ? "https" : "http,https";
-    if (curl_.set(handle_.get(), CURLOPT_URL, url.c_str()) != CURLE_OK ||
-        curl_.set(handle_.get(), CURLOPT_PROTOCOLS_STR, protocols) != CURLE_OK) {
+    if (!takeOnlyTheWeb()) return std::unexpected(transportError("libcurl lacks what is needed"));
+    if (curl_.set(handle_.get(), CURLOPT_URL, url.c_str()) != CURLE_OK)
         return std::unexpected(transportError("the address is broken"));
-    }
 
     const CURLcode result = curl_.perform(handle_.get());
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
