@@ -88,9 +88,9 @@ TEST(Spawner, givesTheChildNoDescriptorThatItWasNotGiven) {
 TEST(Spawner, startsTheChildWithDefaultSignals) {
     sigset_t blocked;
     sigset_t before;
-    ::sigemptyset(&blocked);
-    ::sigaddset(&blocked, SIGUSR1);
-    ::sigaddset(&blocked, SIGTERM);
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGUSR1);
+    sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
     const std::array ignored{SIGPIPE, SIGHUP, SIGUSR2};
     std::vector<void (*)(int)> handlers;

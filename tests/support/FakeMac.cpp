@@ -1,10 +1,10 @@
 #include "tests/support/FakeMac.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include "app/relocation/BundleVersion.h"
@@ -29,8 +29,24 @@ bool isMarked(const fs::file_status& status) {
     return !fs::is_symlink(status) && (status.permissions() & quarantine) != fs::perms::none;
 }
 
-bool rename(const std::string& from, const std::string& to, unsigned flags) {
-    return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), flags) == 0;
+bool isThere(const std::string& path) {
+    return fs::exists(fs::symlink_status(path));
+}
+
+bool fail(int code) {
+    errno = code;
+    return false;
+}
+
+bool move(const std::string& from, const std::string& to) {
+    if (isThere(to)) return fail(EEXIST);
+    return std::rename(from.c_str(), to.c_str()) == 0;
+}
+
+bool exchange(const std::string& one, const std::string& other) {
+    if (!isThere(one) || !isThere(other)) return fail(ENOENT);
+    const std::string aside = other + ".aside";
+    return move(one, aside) && move(other, one) && move(aside, other);
 }
 
 }  // namespace
@@ -101,14 +117,14 @@ BundleFiles FakeMac::files() {
         });
     };
     files.exchange = [this](const std::string& one, const std::string& other) {
-        return play("exchange", [&] { return rename(one, other, RENAME_EXCHANGE); });
+        return play("exchange", [&] { return exchange(one, other); });
     };
     files.moveIntoEmptyPlace = [this](const std::string& from, const std::string& to) {
-        return play("move", [&] { return rename(from, to, RENAME_NOREPLACE); });
+        return play("move", [&] { return move(from, to); });
     };
     files.trash = [this](const std::string& path) {
         told.push_back("trash " + path);
-        return play("trash", [&] { return rename(path, at("/Trash/tarnik.app"), RENAME_NOREPLACE); });
+        return play("trash", [&] { return move(path, at("/Trash/tarnik.app")); });
     };
     files.clearQuarantine = [this](const std::string& entry) -> std::expected<bool, FileError> {
         if (!isMarked(fs::symlink_status(entry))) return false;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include <stdlib.h>
+#include <unistd.h>
 
 namespace tarnik {
 
