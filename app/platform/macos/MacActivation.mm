@@ -9,7 +9,11 @@ void becomeAccessory() {
 }
 
 void comeToFront() {
-    [NSApp activateIgnoringOtherApps:YES];
+    if (@available(macOS 14, *)) {
+        [NSApp activate];
+    } else {
+        [NSApp activateIgnoringOtherApps:YES];
+    }
 }
 
 }  // namespace tarnik::MacActivation

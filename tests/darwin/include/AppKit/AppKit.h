@@ -8,4 +8,9 @@
 
 @interface NSApplication (Fence)
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
+- (void)activate __attribute__((availability(macos, introduced = 14)));
+@end
+
+@interface NSView (Fence)
+- (void)setAccessibilityLabel:(NSString*)label;
 @end
