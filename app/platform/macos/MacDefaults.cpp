@@ -1,24 +1,29 @@
 #include "app/platform/macos/MacDefaults.h"
 
 #include "app/platform/macos/CfText.h"
+#include "core/node/TarnikIdentity.h"
 
 namespace tarnik {
 
 namespace {
 
+// Also of a program outside a bundle, which the system would give a domain of its own.
+CfOwner<CFStringRef> domain() {
+    return CfText::of(TarnikIdentity::bundleIdentifier);
+}
+
 std::optional<std::string> text(const std::string& key) {
-    const CfOwner value(::CFPreferencesCopyAppValue(CfText::of(key).get(), kCFPreferencesCurrentApplication));
+    const CfOwner value(::CFPreferencesCopyAppValue(CfText::of(key).get(), domain().get()));
     return CfText::text(value.get());
 }
 
 bool flag(const std::string& key) {
-    return ::CFPreferencesGetAppBooleanValue(CfText::of(key).get(), kCFPreferencesCurrentApplication,
-                                             nullptr);
+    return ::CFPreferencesGetAppBooleanValue(CfText::of(key).get(), domain().get(), nullptr);
 }
 
 void setFlag(const std::string& key) {
-    ::CFPreferencesSetAppValue(CfText::of(key).get(), kCFBooleanTrue, kCFPreferencesCurrentApplication);
-    ::CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication);
+    ::CFPreferencesSetAppValue(CfText::of(key).get(), kCFBooleanTrue, domain().get());
+    ::CFPreferencesAppSynchronize(domain().get());
 }
 
 }  // namespace
