@@ -48,10 +48,14 @@ void start(TarnikUpdates* updates, const SystemLog& log) {
     if (!updates.hasStarted) log("no updates: " + plainText(error.localizedDescription));
 }
 
-// The person asked, and is told why there can't be any.
+// The person asked, and is told why there can't be any if there still can't.
 void check(TarnikUpdates* updates) {
-    if (!updates.hasStarted) [updates.controller startUpdater];
-    [updates.controller checkForUpdates:nil];
+    if (!updates.hasStarted) updates.hasStarted = [updates.controller.updater startUpdater:nil];
+    if (updates.hasStarted) {
+        [updates.controller checkForUpdates:nil];
+    } else {
+        [updates.controller startUpdater];
+    }
 }
 
 UpdateFramework::Controller makeController(UpdateFramework::WillInstallOnQuit handler, const SystemLog& log) {
