@@ -109,6 +109,7 @@ struct Portal {
     const Desktop& desktop;
     Permissions permissions;
     bool grants = true;
+    std::string offered = "Screenshot";
     std::string picture;
     QDBusMessage asked;
     FakeService portal{desktop.bus.connect(), "org.freedesktop.portal.Desktop",
@@ -131,7 +132,8 @@ struct Portal {
 
 private:
     std::optional<QDBusMessage> answer(const QDBusMessage& call) {
-        if (call.member() == "Get") return valueReply(call, 2U);
+        const QString interface = "org.freedesktop.portal." + QString::fromStdString(offered);
+        if (call.member() == "Get" && call.arguments().at(0) == interface) return valueReply(call, 2U);
         if (call.member() != "Screenshot") return errorReply(call);
         asked = call;
         const auto options = qdbus_cast<QVariantMap>(call.arguments().at(1));
@@ -166,6 +168,14 @@ TEST(LinuxSwitches, readsWhatThePortalHasNoted) {
         EXPECT_TRUE(comesTrue([&] { return changes == expected; })) << expected;
         EXPECT_EQ(switches.isOn(Switch::screenRecording), expected % 2 == 1) << expected;
     }
+
+    portal.note({{"", {"yes"}}});
+    portal.offered = "ScreenCast";
+    LinuxSwitches onlyRecordings = desktop.switches();
+    bool isKnown = false;
+    onlyRecordings.whenKnown([&] { isKnown = true; });
+    EXPECT_TRUE(comesTrue([&] { return isKnown; }));
+    EXPECT_FALSE(onlyRecordings.isOn(Switch::screenRecording));
 }
 
 TEST(LinuxSwitches, asksForTheScreenAndThrowsThePictureAway) {

@@ -27,10 +27,6 @@ BusReading::Question starting(QDBusMessage call, std::vector<BusSignal::Match> h
         .call = call, .hints = std::move(hints), .withoutProgram = BusReading::WithoutProgram::keepAnswer};
 }
 
-QDBusMessage versionOf(const char* interface) {
-    return busPropertyCall(desktopPortal(), QLatin1String(interface), QStringLiteral("version"));
-}
-
 // Programs outside a sandbox are noted under the name of their desktop entry, when the portal can tell, and
 // otherwise all under no name.
 std::optional<bool> notedIn(const QDBusMessage& answer) {
@@ -49,19 +45,18 @@ template <class Change>
 void ScreenPortal::apply(Change change) {
     const bool wasOn = isOn();
     change();
-    const bool wasKnown = std::exchange(
-        isKnown_, screenshots_.hasAnswer() && recordings_.hasAnswer() && permission_.hasAnswer());
+    const bool wasKnown = std::exchange(isKnown_, version_.hasAnswer() && permission_.hasAnswer());
     if (isOn() != wasOn || isKnown_ != wasKnown) onChange_();
 }
 
 ScreenPortal::ScreenPortal(const QDBusConnection& bus, std::function<void()> onChange)
     : onChange_(std::move(onChange)),
-      screenshots_(
-          bus, starting(versionOf("org.freedesktop.portal.Screenshot")),
-          [this](const QDBusMessage& answer) { apply([&] { offers_[0] = busValue(answer).toUInt() > 0; }); }),
-      recordings_(
-          bus, starting(versionOf("org.freedesktop.portal.ScreenCast")),
-          [this](const QDBusMessage& answer) { apply([&] { offers_[1] = busValue(answer).toUInt() > 0; }); }),
+      version_(bus,
+               starting(busPropertyCall(desktopPortal(), QStringLiteral("org.freedesktop.portal.Screenshot"),
+                                        QStringLiteral("version"))),
+               [this](const QDBusMessage& answer) {
+                   apply([&] { offersPictures_ = busValue(answer).toUInt() > 0; });
+               }),
       permission_(bus,
                   starting(busCall(permissionStore(), permissionStore().service, QStringLiteral("Lookup"),
                                    {table(), table()}),

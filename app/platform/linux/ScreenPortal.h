@@ -2,7 +2,6 @@
 
 #include <QDBusConnection>
 #include <QObject>
-#include <array>
 #include <functional>
 #include <optional>
 
@@ -11,14 +10,15 @@
 namespace tarnik {
 
 // Whether the person lets this program look at the screen: what the desktop portal has noted in its
-// permission store. Where the portal offers neither pictures nor recordings of the screen, it is off.
+// permission store. Where the portal offers no pictures of the screen, it is off. Recordings alone don't
+// count: a yes to one is for that recording, and noted nowhere that could be read.
 //
 // Main thread. Starts the portal and its store, which only some desktops do by themselves.
 class ScreenPortal {
 public:
     ScreenPortal(const QDBusConnection& bus, std::function<void()> onChange);
 
-    bool isOn() const { return noted_.value_or(wasGranted_) && (offers_[0] || offers_[1]); }
+    bool isOn() const { return offersPictures_ && noted_.value_or(wasGranted_); }
 
     bool isKnown() const { return isKnown_; }  // told as a change
 
@@ -30,12 +30,11 @@ private:
     void apply(Change change);
 
     const std::function<void()> onChange_;
-    std::array<bool, 2> offers_{};
+    bool offersPictures_ = false;
     std::optional<bool> noted_;
     bool wasGranted_ = false;
     bool isKnown_ = false;
-    BusReading screenshots_;
-    BusReading recordings_;
+    BusReading version_;
     BusReading permission_;
 };
 
