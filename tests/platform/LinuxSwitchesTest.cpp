@@ -95,6 +95,16 @@ TEST(LinuxSwitches, followsTheAccessibilityBus) {
     EXPECT_TRUE(desktop.opens("universal-access"));
 }
 
+TEST(LinuxSwitches, startsTheAccessibilityBus) {
+    const Desktop desktop;
+    desktop.bus.offer("org.a11y.Bus", "/bin/mkdir " + desktop.folder.path() + "/started");
+    const LinuxSwitches switches = desktop.switches();
+    EXPECT_TRUE(eventually([&] {
+        QCoreApplication::processEvents();
+        return std::filesystem::exists(desktop.folder.path() + "/started");
+    }));
+}
+
 TEST(LinuxSwitches, readsTheScreenWithoutAPortal) {
     Desktop desktop;
     EXPECT_FALSE(desktop.switches().isOn(Switch::screenRecording));

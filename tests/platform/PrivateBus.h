@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QFile>
 #include <QProcess>
 #include <QThread>
@@ -27,7 +28,7 @@ bool comesTrue(Condition condition, std::chrono::milliseconds limit = std::chron
     return condition();
 }
 
-// A message bus of a test's own, which starts no programs.
+// A message bus of a test's own, which starts no programs but those that it is told of.
 class PrivateBus {
 public:
     PrivateBus() {
@@ -35,7 +36,8 @@ public:
         if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("no file for the bus");
         file.write(
             "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context='default'>"
-            "<allow send_destination='*'/><allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
+            "<allow send_destination='*'/><allow eavesdrop='true'/><allow own='*'/></policy>");
+        file.write(("<servicedir>" + folder_.path() + "</servicedir></busconfig>").c_str());
         file.close();
         daemon_.start("dbus-daemon", {"--nofork", "--print-address", "--config-file=" + file.fileName()});
         if (!daemon_.waitForReadyRead()) throw std::runtime_error("no dbus-daemon");
@@ -46,6 +48,17 @@ public:
     ~PrivateBus() {
         daemon_.kill();
         daemon_.waitForFinished();
+    }
+
+    // Whoever calls the name from now on starts the command.
+    void offer(const std::string& name, const std::string& command) const {
+        QFile file(QString::fromStdString(folder_.path() + "/" + name + ".service"));
+        if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("no file for the service");
+        file.write(("[D-BUS Service]\nName=" + name + "\nExec=" + command + "\n").c_str());
+        file.close();
+        const auto reload = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                           "org.freedesktop.DBus", "ReloadConfig");
+        connect().call(reload);
     }
 
     // Another one each time, as if it were another program's.

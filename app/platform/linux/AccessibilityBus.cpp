@@ -21,6 +21,13 @@ QString property() {
     return QStringLiteral("IsEnabled");
 }
 
+// It comes with the desktop, which starts it when it is first asked; nothing is seen of that.
+QDBusMessage enabledCall() {
+    auto call = busPropertyCall(accessibilityBus(), status(), property());
+    call.setAutoStartService(true);
+    return call;
+}
+
 QString properties() {
     return QStringLiteral("org.freedesktop.DBus.Properties");
 }
@@ -31,7 +38,7 @@ AccessibilityBus::AccessibilityBus(const QDBusConnection& bus, std::function<voi
     : bus_(bus),
       onChange_(std::move(onChange)),
       reading_(bus,
-               {.call = busPropertyCall(accessibilityBus(), status(), property()),
+               {.call = enabledCall(),
                 .hints = {{.path = accessibilityBus().path,
                            .interface = properties(),
                            .name = QStringLiteral("PropertiesChanged"),

@@ -9,7 +9,7 @@
 namespace tarnik {
 
 // Whether programs let themselves be read and operated by others: what the accessibility bus says of itself.
-// Main thread.
+// Main thread. Starts the accessibility bus, which only some desktops do by themselves.
 class AccessibilityBus {
 public:
     AccessibilityBus(const QDBusConnection& bus, std::function<void()> onChange);
@@ -17,7 +17,7 @@ public:
     bool isOn() const { return isOn_; }
     bool isKnown() const { return isKnown_; }  // told as a change
 
-    // For the whole session; starts the accessibility bus where it doesn't run. Tells, later, whether it did.
+    // For the whole session; starts the accessibility bus where it has ended. Tells, later, whether it did.
     void turnOn(std::function<void(bool done)> onDone);
 
 private:
