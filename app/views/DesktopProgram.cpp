@@ -99,9 +99,22 @@ bool mayGoOn(const OneCopy& oneCopy, const std::optional<std::string>& link) {
     return standing != OneCopy::Standing::handedOver;
 }
 
+// The system's, and the link that the command line has, if nobody else is to bring that: it comes once the
+// loop runs, as one does that the program was opened with.
+SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::string>& link,
+                      const MainThread& mainThread) {
+    auto events = desktop.events;
+    if (desktop.oneCopy.settle || !link) return events;
+    events.onLink = [others = events.onLink, link = *link, mainThread](auto handler) {
+        others(handler);
+        mainThread.post([handler, link] { handler(link); });
+    };
+    return events;
+}
+
 AppDelegateDeps delegateDeps(const DesktopPlatform& desktop, const ProgramPlace& place,
-                             const MainThread& mainThread, const DetachedWork& work, Relocator& relocator,
-                             DesktopFace& face) {
+                             const std::optional<std::string>& link, const MainThread& mainThread,
+                             const DetachedWork& work, Relocator& relocator, DesktopFace& face) {
     return {
         .bundlePath = place.bundle,
         .installPath = desktop.installPath,
@@ -121,7 +134,7 @@ AppDelegateDeps delegateDeps(const DesktopPlatform& desktop, const ProgramPlace&
                     settings, Updater::Deps{.framework = framework, .mainThread = mainThread, .log = log});
             },
         .presentation = face.presentation(),
-        .events = desktop.events};
+        .events = withLink(desktop, link, mainThread)};
 }
 
 // To what the desktop tells for the rest of the run, and what it is to be told.
@@ -194,7 +207,7 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
     windowInUse = [&face] { return face.windowInUse(); };
     Relocator relocator(
         RelocatorDeps::production(desktop.bundles, mainThread, place.folders.applicationSupport));
-    AppDelegate delegate(delegateDeps(desktop, place, mainThread, work, relocator, face), model);
+    AppDelegate delegate(delegateDeps(desktop, place, line.link, mainThread, work, relocator, face), model);
     face.attach(delegate);
     listen(desktop, face, model);
     const QuitRequests quitRequests(delegate);
