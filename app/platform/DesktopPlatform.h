@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/platform/BundleOperations.h"
 #include "app/platform/LoginItemService.h"
@@ -53,6 +54,9 @@ struct DesktopPlatform {
 
     // The file with the status item's image, a shape that the system colours; absent where the mark is drawn.
     std::optional<std::string> statusImage;
+
+    // Gives the status item, once it is shown, a name to be read out; absent where the toolkit does.
+    std::function<void(std::string_view name)> nameStatusItem;
 
     // Puts the application before all others, so that a window shown next has the keyboard; absent where the
     // toolkit does all there is to do.

@@ -5,6 +5,7 @@
 
 #include "app/model/IntentHandling.h"
 #include "app/model/WindowContent.h"
+#include "app/model/WindowTexts.h"
 #include "app/views/Alert.h"
 #include "app/views/SymbolIcon.h"
 
@@ -57,6 +58,7 @@ void DesktopFace::settleTray() {
     statusItem_ =
         std::make_unique<StatusItem>(deps_.statusImage ? maskIcon(*deps_.statusImage) : markIcon(), *menu_,
                                      [this](MenuContent::Action action) { choose(action); });
+    if (deps_.nameStatusItem) deps_.nameStatusItem(WindowTexts::product);
 }
 
 void DesktopFace::waitForTray(Seconds atMost) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/AppDelegate.h"
 #include "app/model/ChangeFeed.h"
@@ -24,7 +25,8 @@ public:
         MainThread mainThread;
         std::function<void()> activate;          // puts the application before all others; may be absent
         std::optional<std::string> statusImage;  // the file of the status item's image; none: the mark
-        std::function<void()> end;               // ends the program's loop
+        std::function<void(std::string_view name)> nameStatusItem;  // may be absent
+        std::function<void()> end;                                  // ends the program's loop
         bool waitsForTray = false;  // started with the person's session, whose tray may come later
     };
 

@@ -201,6 +201,7 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
     DesktopFace face({.mainThread = mainThread,
                       .activate = desktop.activate,
                       .statusImage = desktop.statusImage,
+                      .nameStatusItem = desktop.nameStatusItem,
                       .end = [] { QCoreApplication::exit(EXIT_SUCCESS); },
                       .waitsForTray = line.atLogin},
                      model);

@@ -5,6 +5,7 @@
 #include "app/platform/macos/MacEvents.h"
 #include "app/platform/macos/MacLog.h"
 #include "app/platform/macos/MacLoginItem.h"
+#include "app/platform/macos/MacStatusItem.h"
 #include "app/platform/macos/MacSwitches.h"
 #include "app/platform/macos/MacUpdates.h"
 #include "core/node/TarnikIdentity.h"
@@ -37,6 +38,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
             .bundles = macBundles(run.bundle),
             .events = macEvents(),
             .statusImage = menuBarImage(run.bundle),
+            .nameStatusItem = nameMacStatusItem,
             .activate = MacActivation::comeToFront};
 }
 
