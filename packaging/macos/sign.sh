@@ -23,11 +23,16 @@ sign() { codesign "${options[@]}" "$@"; }
 # A signature covers those of what is inside, so that the outermost comes last.
 contents=$app/Contents
 while IFS= read -r -d '' library; do sign "$library"; done < <(find "$contents" -type f -name '*.dylib' -print0)
-sparkle=$contents/Frameworks/Sparkle.framework/Versions/B
-for part in "$sparkle"/XPCServices/*.xpc "$sparkle/Autoupdate" "$sparkle/Updater.app"; do
-    # Its downloader brings an entitlement of its own.
-    if [[ -e $part ]]; then sign --preserve-metadata=entitlements "$part"; fi
-done
+if [[ -e $contents/Frameworks/Sparkle.framework ]]; then
+    sparkle=$contents/Frameworks/Sparkle.framework/Versions/Current
+    for part in "$sparkle"/XPCServices/*.xpc "$sparkle/Autoupdate" "$sparkle/Updater.app"; do
+        if [[ $part == *'/*.xpc' ]]; then continue; fi  # it can do without them
+        # What is left as Sparkle's own would pass the check below, and not work.
+        [[ -e $part ]] || fail "this Sparkle has no ${part##*/} at $part; it wants another order of signing"
+        # Its downloader brings an entitlement of its own.
+        sign --preserve-metadata=entitlements "$part"
+    done
+fi
 for framework in "$contents"/Frameworks/*.framework; do
     if [[ -e $framework ]]; then sign "$framework"; fi
 done

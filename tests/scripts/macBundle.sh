@@ -34,19 +34,21 @@ refuses() {
     fi
 }
 
-mkdir -p "$tools" "$build/app" "$build/macos" "$work/out" "$work/Sparkle.framework/Versions/B"
+sparkle=$work/Sparkle.framework/Versions
+mkdir -p "$tools" "$build/app" "$build/macos" "$work/out" "$sparkle/B/XPCServices/Downloader.xpc" "$sparkle/B/Updater.app"
 for name in bash basename cat chmod cp dirname find grep head install ln mkdir mktemp rm sed sort tail tee touch tr; do
     ln -s "$(command -v "$name")" "$tools/$name"
 done
 for file in app/tarnik macos/Info.plist crypto driver; do : >"$build/$file"; done
-touch "$work/Sparkle.framework/Versions/B/Autoupdate"
+touch "$sparkle/B/Autoupdate"
+ln -s B "$sparkle/Current"
 PATH=$tools
 
 # Everything that is missing is named.
 refuses "is no build folder" "$scripts/bundle.sh" "$work" "$app"
 echo 'TARNIK_DEV_BUILD:BOOL=ON' >"$build/CMakeCache.txt"
 refuses "development build" "$scripts/bundle.sh" "$build" "$app"
-sed -i 's/ON/OFF/' "$build/CMakeCache.txt"
+echo 'TARNIK_DEV_BUILD:BOOL=OFF' >"$build/CMakeCache.txt"
 refuses "-DTARNIK_DRIVER" "$scripts/bundle.sh" "$build" "$app"
 cat >>"$build/CMakeCache.txt" <<END
 TARNIK_DRIVER:FILEPATH=$build/driver
@@ -99,14 +101,20 @@ refuses "has no signing identity 'Developer ID'" "$scripts/sign.sh" "$app" "Deve
 "$scripts/sign.sh" "$app" "Developer ID Application: Ada (TEAM)" >/dev/null
 signed=$(sed -n "s|^codesign --force .* $app||p" "$LOG")
 expected='/Contents/PlugIns/libqcocoa.dylib /Contents/Frameworks/libcrypto.3.dylib
-/Contents/Frameworks/Sparkle.framework/Versions/B/Autoupdate
+/Contents/Frameworks/Sparkle.framework/Versions/Current/XPCServices/Downloader.xpc
+/Contents/Frameworks/Sparkle.framework/Versions/Current/Autoupdate
+/Contents/Frameworks/Sparkle.framework/Versions/Current/Updater.app
 /Contents/Frameworks/Sparkle.framework
 /Contents/Resources/cua-driver
 '
 libraries=$(head -2 <<<"$signed" | sort -r | tr '\n' ' ')
 [[ "${libraries% }"$'\n'"$(tail -n +3 <<<"$signed")"$'\n' == "$expected" ]] || complain "signed in this order: $signed"
-[[ $(grep -c -- '--options runtime --timestamp' "$LOG") == 6 ]] || complain "not all is for the hardened runtime"
+[[ $(grep -c -- '--options runtime --timestamp' "$LOG") == 8 ]] || complain "not all is for the hardened runtime"
 "$scripts/sign.sh" "$app" - >/dev/null || complain "no signature for this Mac alone"
+rm -r "$app/Contents/Frameworks/Sparkle.framework/Versions/B/XPCServices"
+"$scripts/sign.sh" "$app" - >/dev/null || complain "Sparkle without services isn't signed"
+rm "$app/Contents/Frameworks/Sparkle.framework/Versions/B/Autoupdate"
+refuses "this Sparkle has no Autoupdate" "$scripts/sign.sh" "$app" -
 
 "$scripts/dmg.sh" "$app" "$work/out/tarnik.dmg" - >/dev/null || complain "no disk image"
 refuses "is there already" "$scripts/dmg.sh" "$app" "$work/out/tarnik.dmg" -
