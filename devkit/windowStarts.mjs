@@ -2,7 +2,10 @@
 // session bus. Each link is to be worked on once:
 //
 //     node devkit/windowStarts.mjs --program PATH [--stand-ins DIR]
+import { existsSync } from 'node:fs';
+import path from 'node:path';
 import { demand } from './journey/proof.mjs';
+import { processesOf } from './window/leftovers.mjs';
 import { forgetJoin, join } from './window/prepared.mjs';
 import { play } from './window/play.mjs';
 
@@ -40,6 +43,12 @@ async function cancels(run) {
 
 const open = (run, links) => run.desktop.call(
   ...service, 'org.freedesktop.Application.Open', JSON.stringify(links).replaceAll('"', "'"), '{}');
+
+// The message buses that were started here, the desktop's own among them.
+function buses(run) {
+  const isBus = ({ command }) => command.includes('dbus-');
+  return processesOf(run.place.root).filter(isBus).map(({ pid }) => pid).sort().join();
+}
 
 // The program with the window, of several that began together, and the others.
 async function oneStays(run, programs) {
@@ -195,14 +204,18 @@ const cases = [
     name: 'without a session bus it says so, and works alone',
     reach: async (run) => {
       forgetJoin(run.place);
-      const address = 'unix:path=/nowhere/at/all';
-      const alone = run.desktop.start(run.program, run.place.words, run.place.environment, {
-        DBUS_SESSION_BUS_ADDRESS: address });
-      run.console = alone;
-      const said = await alone.expect(/no session bus/, 0, run.deadline);
-      const appeared = await run.windowAppears();
-      await quits(run);
-      return [said, appeared];
+      const quotes = [];
+      for (const DBUS_SESSION_BUS_ADDRESS of ['unix:path=/nowhere/at/all', undefined]) {
+        const before = buses(run);
+        const alone = run.desktop.start(run.program, run.place.words, run.place.environment, {
+          DBUS_SESSION_BUS_ADDRESS, XDG_RUNTIME_DIR: undefined });
+        run.console = alone;
+        const said = await alone.expect(/no session bus/, 0, run.deadline);
+        quotes.push(said, await run.windowAppears());
+        await quits(run);
+        demand(buses(run) === before && !existsSync(path.join(run.place.home, '.dbus')), 'it has started a bus');
+      }
+      return quotes;
     },
   },
   {

@@ -71,6 +71,9 @@ struct DesktopPlatform {
     // rest of the run. Absent where there always is one.
     std::function<void(std::function<void(TrayHost)>)> onTrayHost;
 
+    // Before the application object of the toolkit exists, and while only one thread reads the environment.
+    static void prepare();
+
     // Why there can't be a window here, in words for the person; none where there can.
     static std::optional<std::string> whyNoWindow(const Environment& environment);
 

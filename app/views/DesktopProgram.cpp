@@ -47,6 +47,7 @@ void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& 
 
 void prepareApplication() {
     qInstallMessageHandler(onToolkitMessage);
+    DesktopPlatform::prepare();
     QCoreApplication::setApplicationName(QString::fromUtf8(TarnikIdentity::appName));
     QGuiApplication::setDesktopFileName(QString::fromUtf8(TarnikIdentity::bundleIdentifier));
     QGuiApplication::setQuitOnLastWindowClosed(false);

@@ -12,6 +12,7 @@
 #include "app/platform/linux/DefaultsFile.h"
 #include "app/platform/linux/LinuxSwitches.h"
 #include "app/platform/linux/OpenRequests.h"
+#include "app/platform/linux/SessionBusAddress.h"
 #include "app/platform/linux/SystemLogSocket.h"
 #include "app/platform/linux/TrayHostReading.h"
 
@@ -64,6 +65,10 @@ std::function<void(Handler)> startingWithHandler(const QDBusConnection& bus) {
 }
 
 }  // namespace
+
+void DesktopPlatform::prepare() {
+    startNoSessionBus();
+}
 
 // QT_QPA_PLATFORM may name a window system that needs neither.
 std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment& environment) {
