@@ -143,8 +143,20 @@ const cases = [
         const answer = await way();
         quotes.push(`${answer}: ${await run.windowAppears(from)}`);
       }
-      await quits(run);
       return quotes;
+    },
+  },
+  {
+    name: 'a start by the system beside a running copy ends, and brings up nothing',
+    reach: async (run) => {
+      const from = run.windowMark;
+      run.closeWindow();
+      await run.windowGoes(from);
+      const ended = await handsOver(run, run.another('--at-login'));
+      const { children } = await run.look();
+      demand(children.length === 0, `the window came up: ${JSON.stringify(children)}`);
+      await quits(run);
+      return [ended];
     },
   },
   {

@@ -91,10 +91,10 @@ OnRelocated onceKnown(std::function<void(std::function<void()>)> whenKnown, OnRe
     };
 }
 
-bool mayGoOn(const OneCopy& oneCopy, const std::optional<std::string>& link) {
+bool mayGoOn(const OneCopy& oneCopy, const OneCopy::Start& start) {
     if (!oneCopy.settle) return true;
-    const auto standing = oneCopy.settle(link);
-    if (standing == OneCopy::Standing::handedOver) say("another copy is running, and was told");
+    const auto standing = oneCopy.settle(start);
+    if (standing == OneCopy::Standing::handedOver) say("another copy is running, and goes on");
     if (standing == OneCopy::Standing::alone)
         say("no session bus, so links opened elsewhere don't get here, and a second copy isn't noticed");
     return standing != OneCopy::Standing::handedOver;
@@ -186,7 +186,7 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
                                                 .executable = place.executable,
                                                 .bundle = place.bundle,
                                                 .mainThread = mainThread});
-    if (!mayGoOn(desktop.oneCopy, line.link)) return EXIT_SUCCESS;
+    if (!mayGoOn(desktop.oneCopy, {.link = line.link, .wantsWindow = !line.atLogin})) return EXIT_SUCCESS;
 
     const DetachedWork work;
     const auto log = desktop.log("app");

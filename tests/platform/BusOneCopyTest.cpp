@@ -36,7 +36,7 @@ public:
             requests->onSecondOpen([this] { ++secondOpens; });
             copy_ =
                 std::make_unique<BusOneCopy>(program_.bus(), requests, std::nullopt, BusOneCopy::Bounds());
-            standing = copy_->settle(link);
+            standing = copy_->settle({.link = link});
         });
     }
     void refuseMore() {
@@ -67,10 +67,9 @@ struct SecondStart {
     std::shared_ptr<OpenRequests> requests = std::make_shared<OpenRequests>(mainThread.record());
     Links links;
 
-    Standing settle(const QDBusConnection& bus, const std::optional<std::string>& link,
-                    BusOneCopy::Bounds bounds = {}) {
+    Standing settle(const QDBusConnection& bus, const OneCopy::Start& start, BusOneCopy::Bounds bounds = {}) {
         requests->onLink([this](const std::string& opened) { links.push_back(opened); });
-        const auto standing = BusOneCopy(bus, requests, "token", bounds).settle(link);
+        const auto standing = BusOneCopy(bus, requests, "token", bounds).settle(start);
         EXPECT_EQ(links, Links()) << "inside settle";
         mainThread.run();
         return standing;
@@ -83,15 +82,19 @@ TEST(BusOneCopy, givesALaterStartsLinkToTheOneThatRuns) {
     first.start("tarnik://1");
     first.settleDown();
     ASSERT_EQ(first.standing, Standing::only);
-    for (const auto& link : {std::optional<std::string>("tarnik://2"), std::optional<std::string>(),
-                             std::optional(std::string(70000, 'x'))}) {
+    const OneCopy::Start later[] = {{.link = "tarnik://2"},
+                                    {.link = "tarnik://3", .wantsWindow = false},
+                                    {},
+                                    {.wantsWindow = false},
+                                    {.link = std::string(70000, 'x')}};
+    for (const auto& start : later) {
         SecondStart second;
-        EXPECT_EQ(second.settle(bus.connect(), link), Standing::handedOver);
+        EXPECT_EQ(second.settle(bus.connect(), start), Standing::handedOver);
         EXPECT_EQ(second.links, Links());
     }
     first.settleDown();
-    EXPECT_EQ(first.links, Links({"tarnik://1", "tarnik://2"}));
-    EXPECT_EQ(first.secondOpens, 2);  // the third link is too long to be one
+    EXPECT_EQ(first.links, Links({"tarnik://1", "tarnik://2", "tarnik://3"}));
+    EXPECT_EQ(first.secondOpens, 2);  // the last link is too long to be one
 }
 
 TEST(BusOneCopy, letsOneOfTwoGoOnWhenTheyStartTogether) {
@@ -115,20 +118,23 @@ TEST(BusOneCopy, letsOneOfTwoGoOnWhenTheyStartTogether) {
 }
 
 TEST(BusOneCopy, waitsForTheEndOfOneThatIsEnding) {
-    const PrivateBus bus;
-    Copy first(bus);
-    first.start(std::nullopt);
-    first.settleDown();
-    first.refuseMore();
-    std::thread end([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));  // what its end takes
-        first.end();
-    });
-    SecondStart second;
-    EXPECT_EQ(second.settle(bus.connect(), "tarnik://1"), Standing::only);
-    end.join();
-    EXPECT_EQ(second.links, Links({"tarnik://1"}));
-    EXPECT_EQ(first.links, Links());
+    for (const OneCopy::Start& start :
+         {OneCopy::Start{.link = "tarnik://1"}, OneCopy::Start{.wantsWindow = false}}) {
+        const PrivateBus bus;
+        Copy first(bus);
+        first.start(std::nullopt);
+        first.settleDown();
+        first.refuseMore();
+        std::thread end([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));  // what its end takes
+            first.end();
+        });
+        SecondStart second;
+        EXPECT_EQ(second.settle(bus.connect(), start), Standing::only);
+        end.join();
+        EXPECT_EQ(second.links, start.link ? Links({*start.link}) : Links());
+        EXPECT_EQ(first.links, Links());
+    }
 }
 
 TEST(BusOneCopy, losesNoLinkToACopyThatDoesNotTakeIt) {
@@ -178,7 +184,7 @@ TEST(BusOneCopy, losesNoLinkToACopyThatDoesNotTakeIt) {
             service = std::make_unique<FakeService>(other.bus(), name, answer);
         });
         SecondStart second;
-        EXPECT_EQ(second.settle(bus.connect(), "tarnik://1", quick), c.standing) << c.why;
+        EXPECT_EQ(second.settle(bus.connect(), {.link = "tarnik://1"}, quick), c.standing) << c.why;
         EXPECT_EQ(second.links, c.links) << c.why;
         other.run([&] { service.reset(); });
     }
@@ -186,7 +192,7 @@ TEST(BusOneCopy, losesNoLinkToACopyThatDoesNotTakeIt) {
 
 TEST(BusOneCopy, worksAloneWithoutABus) {
     SecondStart start;
-    EXPECT_EQ(start.settle(QDBusConnection("no such connection"), "tarnik://1"), Standing::alone);
+    EXPECT_EQ(start.settle(QDBusConnection("no such connection"), {.link = "tarnik://1"}), Standing::alone);
     EXPECT_EQ(start.links, Links({"tarnik://1"}));
 }
 

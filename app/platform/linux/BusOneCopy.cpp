@@ -13,6 +13,12 @@ using Standing = OneCopy::Standing;
 // Each round ends with the end of another copy, so that a few of them are many.
 constexpr int mostRounds = 8;
 
+QDBusMessage endCall(const QString& copy) {
+    return busCall({copy, QLatin1String(ApplicationObject::path)},
+                   QLatin1String(ApplicationObject::ownInterface),
+                   QLatin1String(ApplicationObject::waitForEnd));
+}
+
 }  // namespace
 
 BusOneCopy::BusOneCopy(const QDBusConnection& bus, std::shared_ptr<OpenRequests> requests,
@@ -23,19 +29,19 @@ BusOneCopy::BusOneCopy(const QDBusConnection& bus, std::shared_ptr<OpenRequests>
       bounds_(bounds),
       object_(bus, std::move(requests)) {}
 
-Standing BusOneCopy::settle(const std::optional<std::string>& link) {
+Standing BusOneCopy::settle(const OneCopy::Start& start) {
     for (int round = 0; round < mostRounds; ++round) {
         const Claim claim = claimName();
         if (claim == Claim::impossible) break;
-        if (claim == Claim::ours) return goOn(Standing::only, link);
+        if (claim == Claim::ours) return goOn(Standing::only, start.link);
         const auto copy = otherCopy();
         if (!copy) continue;
-        const Reply reply = handOver(*copy, link);
+        const Reply reply = handOver(*copy, start);
         if (reply == Reply::taken || reply == Reply::silent) return Standing::handedOver;
         if (reply == Reply::refused) break;
         if (reply == Reply::ending && !waitForEnd(*copy)) break;
     }
-    return goOn(Standing::alone, link);
+    return goOn(Standing::alone, start.link);
 }
 
 Standing BusOneCopy::goOn(Standing standing, const std::optional<std::string>& link) {
@@ -58,27 +64,28 @@ std::optional<QString> BusOneCopy::otherCopy() const {
 }
 
 // Goes to the one copy that was asked for, not to whoever has the name by then.
-BusOneCopy::Reply BusOneCopy::handOver(const QString& copy, const std::optional<std::string>& link) const {
-    const BusObject object{copy, QLatin1String(ApplicationObject::path)};
-    const QString interface = QLatin1String(ApplicationObject::interface);
-    const QVariantMap data = platformData(activationToken_);
-    // Nothing that long is a link of ours.
-    const bool opens = link && link->size() <= static_cast<std::size_t>(ApplicationObject::longestLink);
-    const auto message = opens ? busCall(object, interface, QStringLiteral("Open"),
-                                         {QStringList(QString::fromStdString(*link)), data})
-                               : busCall(object, interface, QStringLiteral("Activate"), {data});
-    const QDBusMessage answer = call(message, bounds_.handOver);
+BusOneCopy::Reply BusOneCopy::handOver(const QString& copy, const OneCopy::Start& start) const {
+    const QDBusMessage answer = call(messageTo(copy, start), bounds_.handOver);
     if (answer.type() == QDBusMessage::ReplyMessage) return Reply::taken;
     if (answer.errorName() == QLatin1String(ApplicationObject::endingError)) return Reply::ending;
     if (!isThere(copy)) return Reply::gone;
     return QDBusError(answer).type() == QDBusError::NoReply ? Reply::silent : Reply::refused;
 }
 
+QDBusMessage BusOneCopy::messageTo(const QString& copy, const OneCopy::Start& start) const {
+    const BusObject object{copy, QLatin1String(ApplicationObject::path)};
+    const QString interface = QLatin1String(ApplicationObject::interface);
+    const QVariantMap data = platformData(activationToken_);
+    // Nothing that long is a link of ours.
+    if (start.link && start.link->size() <= static_cast<std::size_t>(ApplicationObject::longestLink))
+        return busCall(object, interface, QStringLiteral("Open"),
+                       {QStringList(QString::fromStdString(*start.link)), data});
+    if (!start.link && !start.wantsWindow) return endCall(copy);  // answered by a copy that goes on
+    return busCall(object, interface, QStringLiteral("Activate"), {data});
+}
+
 bool BusOneCopy::waitForEnd(const QString& copy) const {
-    const auto message =
-        busCall({copy, QLatin1String(ApplicationObject::path)},
-                QLatin1String(ApplicationObject::ownInterface), QLatin1String(ApplicationObject::waitForEnd));
-    call(message, bounds_.end);
+    call(endCall(copy), bounds_.end);
     return !isThere(copy);
 }
 

@@ -34,7 +34,7 @@ public:
     BusOneCopy(const QDBusConnection& bus, std::shared_ptr<OpenRequests> requests,
                std::optional<std::string> activationToken, Bounds bounds);
 
-    OneCopy::Standing settle(const std::optional<std::string>& link);
+    OneCopy::Standing settle(const OneCopy::Start& start);
     void refuseMore() { object_.refuseMore(); }
 
 private:
@@ -44,7 +44,8 @@ private:
     OneCopy::Standing goOn(OneCopy::Standing standing, const std::optional<std::string>& link);
     Claim claimName() const;
     std::optional<QString> otherCopy() const;
-    Reply handOver(const QString& copy, const std::optional<std::string>& link) const;
+    Reply handOver(const QString& copy, const OneCopy::Start& start) const;
+    QDBusMessage messageTo(const QString& copy, const OneCopy::Start& start) const;
     bool waitForEnd(const QString& copy) const;
     bool isThere(const QString& copy) const;
     QDBusMessage call(const QDBusMessage& message, Seconds bound) const;

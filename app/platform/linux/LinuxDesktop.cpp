@@ -52,7 +52,7 @@ SystemEvents eventsOf(const std::shared_ptr<OpenRequests>& requests) {
 }
 
 OneCopy operationsOf(const std::shared_ptr<BusOneCopy>& copy) {
-    return {.settle = [copy](const std::optional<std::string>& link) { return copy->settle(link); },
+    return {.settle = [copy](const OneCopy::Start& start) { return copy->settle(start); },
             .refuseMore = [copy] { copy->refuseMore(); }};
 }
 
