@@ -16,6 +16,7 @@ const lookAtSwitches = 2;  // seconds from one to the next, the only reason to w
 const mostLateMs = 16;  // one frame, for 99 of 100
 const leastTaken = 0.95;  // of the states, in time
 const settlingMs = 2000;
+const caretRestsMs = 12_000;  // after the last key, and a little
 const limitMs = 20_000;
 const [program, seconds = '10'] = process.argv.slice(2);
 const built = path.resolve(path.dirname(program), '..');
@@ -69,6 +70,7 @@ function wakeUps(pid) {
   return threads.reduce((sum, thread) => sum + count(readFileSync(`/proc/${pid}/task/${thread}/status`, 'utf8')), 0);
 }
 
+const joinRecord = (home) => path.join(home, '.tarnik', 'node', 'trust', 'web-key.json');
 const each = (names, value) => Object.fromEntries(names.map((name) => [name, value(name)]));
 
 async function measureStart(desktop, environment) {
@@ -85,23 +87,39 @@ async function measureStart(desktop, environment) {
   report(`start (of ${rounds} the middle)`, 'ms', each(names, (name) => median(took[name])));
 }
 
+// How often each wakes up while nothing happens.
+async function wokeAtRest(pids) {
+  const names = Object.keys(pids);
+  const before = each(names, (name) => wakeUps(pids[name]));
+  await pause(Number(seconds) * 1000);
+  const woke = each(names, (name) => wakeUps(pids[name]) - before[name]);
+  const most = Math.ceil(Number(seconds) / lookAtSwitches) + 1;  // one on the edge
+  if (woke.tarnik > most) broken += 1;
+  const verdict = woke.tarnik > most ? `   MORE THAN ${most}` : '';
+  return names.map((name) => `${name} ${woke[name]}`).join(', ') + verdict;
+}
+
 async function measureRest(desktop, environment) {
   const names = ['tarnik', 'bare', 'word'];
   const runs = {};
   for (const name of names) runs[name] = await start(desktop, environment, name);
   const pids = each(names, (name) => runs[name].started.pid);
   await pause(settlingMs);
-  const before = each(names, (name) => wakeUps(pids[name]));
-  await pause(Number(seconds) * 1000);
-  const woke = each(names, (name) => wakeUps(pids[name]) - before[name]);
+  const woke = await wokeAtRest(pids);
   const held = each(names, (name) => memory(pids[name]));
   report('resident memory', 'MiB', each(names, (name) => held[name].rss));
   report('the same, shared out', 'MiB', each(names, (name) => held[name].pss), { most: Infinity });
-  const most = Math.ceil(Number(seconds) / lookAtSwitches) + 1;  // one on the edge
-  if (woke.tarnik > most) broken += 1;
-  console.log(`idle for ${seconds} s: ${woke.tarnik} wake-ups, bare ${woke.bare}`
-    + `${woke.tarnik > most ? `   MORE THAN ${most}` : ''}`);
+  console.log(`wake-ups in ${seconds} s of rest: ${woke}`);
   for (const name of names) await end(runs[name]);
+}
+
+// The field for the link has the keyboard, with a caret in it.
+async function measureRestOfLinkPage(desktop, environment) {
+  rmSync(joinRecord(environment.HOME));
+  const run = await start(desktop, environment, 'tarnik');
+  await pause(caretRestsMs);
+  console.log(`the same, asking for a link: ${await wokeAtRest({ tarnik: run.started.pid })}`);
+  await end(run);
 }
 
 async function measureStorm(desktop, environment) {
@@ -132,6 +150,7 @@ try {
   const environment = { ...process.env, ...folders };
   await measureStart(desktop, environment);
   await measureRest(desktop, environment);
+  await measureRestOfLinkPage(desktop, environment);
   await measureStorm(desktop, environment);
 } finally {
   await desktop?.close();

@@ -1,10 +1,10 @@
 #include "app/views/ConnectSection.h"
 
 #include <QHBoxLayout>
-#include <QLineEdit>
 #include <QVBoxLayout>
 
 #include "app/views/AccessibleName.h"
+#include "app/views/LinkField.h"
 #include "app/views/ProgressLine.h"
 #include "app/views/Spinner.h"
 #include "app/views/SymbolView.h"
@@ -67,7 +67,7 @@ ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
       paragraphs_(new QWidget(this)),
       progress_(new ProgressLine(this)),
       progressText_(new TextLabel(TextLabel::Look::quiet, this)),
-      field_(new QLineEdit(this)),
+      field_(new LinkField(this)),
       buttons_(new ButtonRow(width, std::move(onButton), this)) {
     auto* paragraphLayout = new QVBoxLayout(paragraphs_);
     paragraphLayout->setContentsMargins(0, 0, 0, 0);
