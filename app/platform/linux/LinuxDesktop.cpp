@@ -1,5 +1,7 @@
 #include <QDBusConnection>
 #include <QGuiApplication>
+#include <QTimer>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +15,7 @@
 #include "app/platform/linux/LinuxSwitches.h"
 #include "app/platform/linux/OpenRequests.h"
 #include "app/platform/linux/SessionBusAddress.h"
+#include "app/platform/linux/StartupNotification.h"
 #include "app/platform/linux/SystemLogSocket.h"
 #include "app/platform/linux/TrayHostReading.h"
 
@@ -21,6 +24,9 @@ namespace {
 
 // Where the package puts the bundle.
 constexpr const char* packagedBundle = "/usr/lib/tarnik";
+
+// A window that a start brings up is there by then.
+constexpr std::chrono::seconds longestStart(4);
 
 std::optional<std::string> activationToken(const Environment& environment) {
     for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
@@ -51,9 +57,17 @@ SystemEvents eventsOf(const std::shared_ptr<OpenRequests>& requests) {
             .onBecameActive = onBecameActive};
 }
 
-OneCopy operationsOf(const std::shared_ptr<BusOneCopy>& copy) {
-    return {.settle = [copy](const OneCopy::Start& start) { return copy->settle(start); },
-            .refuseMore = [copy] { copy->refuseMore(); }};
+OneCopy operationsOf(const std::shared_ptr<BusOneCopy>& copy, const Environment& environment) {
+    const auto settle = [copy, environment](const OneCopy::Start& start) {
+        const auto standing = copy->settle(start);
+        if (standing == OneCopy::Standing::handedOver) {
+            endStartupNotification(environment);
+        } else {
+            QTimer::singleShot(longestStart, qGuiApp, [environment] { endStartupNotification(environment); });
+        }
+        return standing;
+    };
+    return {.settle = settle, .refuseMore = [copy] { copy->refuseMore(); }};
 }
 
 // A reading that begins with its handler, and lasts as long as the operation.
@@ -97,7 +111,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
         .updates = {},  // there is no update framework: the package's system updates it
         .bundles = {},  // nor are applications moved
         .events = eventsOf(requests),
-        .oneCopy = operationsOf(copy),
+        .oneCopy = operationsOf(copy, run.environment),
         .activate = {},
         .onColourScheme = startingWithHandler<ColourSchemeReading, ColourSchemeReading::OnScheme>(bus),
         .onTrayHost = startingWithHandler<TrayHostReading, TrayHostReading::OnHost>(bus)};
