@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "app/platform/DesktopPlatform.h"
 #include "app/platform/macos/MacActivation.h"
 #include "app/platform/macos/MacBundles.h"
@@ -21,6 +23,12 @@ std::optional<std::string> menuBarImage(const std::optional<std::string>& bundle
 }
 
 }  // namespace
+
+// Qt brings a program to the front as soon as it has launched, unless told otherwise: at login, and after an
+// update, that would take the keyboard from whatever the person types into.
+void DesktopPlatform::prepare() {
+    ::setenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1", 1);
+}
 
 std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment&) {
     return std::nullopt;
