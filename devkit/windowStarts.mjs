@@ -2,7 +2,7 @@
 // session bus. Each link is to be worked on once:
 //
 //     node devkit/windowStarts.mjs --program PATH [--stand-ins DIR]
-import { existsSync } from 'node:fs';
+import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { demand } from './journey/proof.mjs';
 import { processesOf } from './window/leftovers.mjs';
@@ -48,6 +48,20 @@ const open = (run, links) => run.desktop.call(
 function buses(run) {
   const isBus = ({ command }) => command.includes('dbus-');
   return processesOf(run.place.root).filter(isBus).map(({ pid }) => pid).sort().join();
+}
+
+// What makes a program take this for GNOME on Wayland, though it draws elsewhere; and the page of the settings
+// that was opened.
+function wayland({ root, environment }) {
+  const file = path.join(root, 'opened');
+  const folder = path.join(root, 'settings');
+  mkdirSync(folder);
+  writeFileSync(path.join(folder, 'gnome-control-center'), `#!/bin/sh\necho "$@" >'${file}'\n`, { mode: 0o755 });
+  const PATH = `${folder}:${environment.PATH}`;
+  return {
+    changes: { WAYLAND_DISPLAY: 'wayland-none', XDG_CURRENT_DESKTOP: 'GNOME', PATH },
+    opened: () => existsSync(file) && readFileSync(file, 'utf8'),
+  };
 }
 
 // The program with the window, of several that began together, and the others.
@@ -213,9 +227,23 @@ const cases = [
     },
   },
   {
-    name: 'without a session bus it says so, and works alone',
+    name: 'where no portal lets anybody look, the screen is off, and its button leads to the settings',
     reach: async (run) => {
       forgetJoin(run.place);
+      const { changes, opened } = wayland(run.place);
+      run.console = run.desktop.start(run.program, run.place.words, run.place.environment, changes);
+      await run.windowAppears();
+      const { name } = await run.seesText('Screen Recording is off');
+      await run.click('Turn on Screen Recording', 'push button');
+      const page = await run.until(opened, 'no settings were opened');
+      demand(page === 'applications\n', `the page was ${page}`);
+      await quits(run);
+      return [name, page.trim()];
+    },
+  },
+  {
+    name: 'without a session bus it says so, and works alone',
+    reach: async (run) => {
       const quotes = [];
       for (const DBUS_SESSION_BUS_ADDRESS of ['unix:path=/nowhere/at/all', undefined]) {
         const before = buses(run);
