@@ -307,10 +307,12 @@ void AppModel::pairingBegan(PairingAttempt attempt, const std::expected<Session,
 
 void AppModel::pairingUpdate(PairingAttempt attempt, const PairingSession::Snapshot& snapshot) {
     if (!adopts(attempt, snapshot)) return;
-    if (!isInProgress(snapshot.phase)) freeSlot();
+    const bool isOver = !isInProgress(snapshot.phase);
+    if (isOver) freeSlot();
     change([&](AppState& next) {
         next.pairing = snapshot;
-        next.linkMessage.reset();
+        // That another link must wait is true until then.
+        if (isOver || next.linkMessage == WindowTexts::checkingLink) next.linkMessage.reset();
         next.joined = home_->hasJoined();
     });
 }
@@ -336,7 +338,7 @@ void AppModel::cancelPairing() {
     const auto session = freeSlot();
     change([](AppState& next) {
         next.pairing.reset();
-        if (next.checkingLink) next.linkMessage.reset();
+        next.linkMessage.reset();
     });
     if (session) {
         nodeQueue_->post([session] { session->cancel(); });

@@ -4,6 +4,7 @@
 
 #include "app/model/WindowTexts.h"
 #include "core/node/InstallFailure.h"
+#include "core/pairing/PairingFailure.h"
 
 namespace tarnik {
 namespace {
@@ -126,6 +127,7 @@ std::vector<SampleScreen> sampleScreens() {
         {"expired-link", saying(unjoined(), WindowTexts::linkExpired)},
         {"pairing-reading", pairing(Starting{}, "")},
         {"pairing-confirm", pairing(WaitingForYes{}, shown)},
+        {"pairing-refused-link", saying(pairing(WaitingForYes{}, shown), describe(PairingFailure::busy))},
         {"pairing-long-text", pairing(WaitingForYes{}, longText())},
         {"pairing-connecting", pairing(Connecting{}, shown)},
         {"pairing-connected", pairing(Connected{}, shown)},

@@ -187,12 +187,11 @@ WindowContent restingPage(const AppState& state, const Url& webOrigin) {
 WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
     if (state.stopping) return stoppingPage();
     if (state.replaceOffer) return offerPage();
-    if (state.pairing) return pairingPage(*state.pairing);
     // The connect command has the node's place, and its session is about to be there.
     if (state.checkingLink && is<NodeStates::Pairing>(state.node))
         return PairingPage::working(WindowTexts::readingLink);
 
-    auto content = restingPage(state, webOrigin);
+    auto content = state.pairing ? pairingPage(*state.pairing) : restingPage(state, webOrigin);
     if (state.linkMessage) content.message = oneLine(*state.linkMessage, longestLine);
     if (state.checkingLink) {
         setBusy(content);

@@ -203,7 +203,7 @@ void ConnectSection::placeButtons(const WindowContent& content) {
     auto* below = static_cast<QBoxLayout*>(layout());
     const bool justCancel = content.buttons.size() == 1 &&
                             content.buttons.front().key == WindowContent::Key::cancelKey && !content.terminal;
-    auto* line = !justCancel ? below : content.message ? messageLine_ : headingLine_;
+    auto* line = !justCancel ? below : isBusyWithLink(content) ? messageLine_ : headingLine_;
     if (line->indexOf(buttons_) < 0) line->addWidget(buttons_);
     align(*headingLine_, line == headingLine_ ? Qt::AlignVCenter : Qt::AlignTop);
     align(*messageLine_, line == messageLine_ ? Qt::AlignVCenter : Qt::AlignTop);

@@ -123,10 +123,10 @@ TEST(AppModel, takesALinkOnlyByTheRules) {
     f.settle();
     EXPECT_EQ(f.terminals.count(), 1U) << "the first goes on";
     EXPECT_TRUE(f.pairingIs(PairingPhases::Starting{}));
-    EXPECT_EQ(f.state().linkMessage, std::nullopt);
-    f.giveLink('a');
-    EXPECT_EQ(f.state().linkMessage, busy);
+    EXPECT_EQ(f.state().linkMessage, busy) << "as long as it is true";
     EXPECT_EQ(f.terminals.count(), 1U);
+    f.model().cancelPairing();
+    EXPECT_EQ(f.state().linkMessage, std::nullopt);
 }
 
 TEST(AppModel, offersToReplaceAnAccount) {
@@ -146,6 +146,9 @@ TEST(AppModel, offersToReplaceAnAccount) {
 TEST(AppModel, pairsAndShowsHowItEnded) {
     Started f;
     f.pairUpToPrompt();
+    EXPECT_EQ(f.state().linkMessage, std::nullopt);
+    f.giveLink('b');
+    EXPECT_EQ(f.state().linkMessage, busy);
     f.model().confirmPairing();
     EXPECT_EQ(f.terminals.last().typed(), "\n");
     f.model().pairingFinished();
@@ -154,6 +157,7 @@ TEST(AppModel, pairsAndShowsHowItEnded) {
     f.join();
     f.advance(15s);
     EXPECT_TRUE(f.pairingIs(PairingPhases::Connected{}));
+    EXPECT_EQ(f.state().linkMessage, std::nullopt) << "nothing is in the way of the next";
     EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
     EXPECT_TRUE(f.state().joined);
     EXPECT_TRUE(f.model().needsAttention());

@@ -286,6 +286,7 @@ TEST(DownloadProgress, saysHowMuchOfHowMuch) {
 TEST(WindowContent, announcesWhatAPersonWaitsFor) {
     const std::tuple<const char*, const char*, std::string> cases[] = {
         {"connect", "expired-link", *sample("expired-link").linkMessage},
+        {"pairing-confirm", "pairing-refused-link", *sample("pairing-refused-link").linkMessage},
         {"refused-link", "connected-refused-link", contentOf(sample("connected")).heading},
         {"pairing-reading", "pairing-confirm", contentOf(sample("pairing-confirm")).announcement},
         {"pairing-confirm", "pairing-long-text", ""},
