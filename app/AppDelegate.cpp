@@ -38,6 +38,7 @@ void AppDelegate::launch(const std::optional<RelocationOutcomes::StayWithMessage
     deps_.presentation.makeStatusItem(
         MenuContent::with(updater_->isAvailable() ? UpdateCheck::available : UpdateCheck::unavailable));
     model_->start();
+    if (!model_->hasStarted()) model_->refreshSwitches();  // they are shown all the same
     updater_->setSampleSource([weak = std::weak_ptr(model_)](std::function<void(ActivitySample)> done) {
         if (const auto model = weak.lock()) model->activitySample(std::move(done));
     });

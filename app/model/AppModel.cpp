@@ -30,6 +30,7 @@ AppModel::AppModel(Passkey, Machine machine, AppModelDeps deps)
       nodeQueue_(deps_.makeQueue("tarnik.node")),
       driverQueue_(deps_.makeQueue("tarnik.driver")) {
     state_.grantsGoStale = deps_.platform.switches.grantsGoStale;
+    state_.accessibilityWasOn = deps_.platform.defaults.flag(accessibilityWasOnKey);
     const auto chosen = deps_.platform.defaults.text(std::string(TarnikIdentity::nodeHomeDefaultsKey));
     auto home = NodeHome::resolve(chosen, machine_.userFolder);
     if (!home) {
@@ -38,7 +39,6 @@ AppModel::AppModel(Passkey, Machine machine, AppModelDeps deps)
     }
     home_ = std::move(*home);
     state_.joined = home_->hasJoined();
-    state_.accessibilityWasOn = deps_.platform.defaults.flag(accessibilityWasOnKey);
 }
 
 AppModel::~AppModel() {

@@ -115,6 +115,15 @@ TEST(AppDelegate, showsNothingWhereNothingIsNeeded) {
     EXPECT_FALSE(f.state().switches.accessibility);
 }
 
+TEST(AppDelegate, looksAtTheSwitchesWhereNothingCanStart) {
+    Fixture f;
+    f.texts["NodeHome"] = "not/absolute";
+    f.switches = {true, true};
+    f.launch();
+    EXPECT_FALSE(f.model().hasStarted());
+    EXPECT_TRUE(f.state().switches.allOn());
+}
+
 TEST(AppDelegate, makesWayForAnotherCopy) {
     Fixture f;
     f.launch(RelocationOutcomes::Moving{});

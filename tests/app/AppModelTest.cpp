@@ -68,10 +68,12 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
 
     FakeMachine homeless;
     homeless.texts["NodeHome"] = "not/absolute";
+    homeless.flags = {"AccessibilityWasOn"};
     homeless.model().start();
     homeless.settle();
     EXPECT_NE(homeless.state().homeError.value_or("").find("not/absolute"), std::string::npos);
     EXPECT_FALSE(homeless.model().hasStarted());
+    EXPECT_TRUE(homeless.state().accessibilityWasOn);
     homeless.model().connect(FakeMachine::link(), no);
     EXPECT_EQ(homeless.state().linkMessage, stillInstalling);
     bool stopped = false;
