@@ -110,6 +110,7 @@ void ButtonRow::arrange() {
     if (fits) layout_->addStretch(1);
     for (auto* button : buttons_) {
         if (takesBack(button)) layout_->addWidget(button);
+        button->raise();  // screen readers have the order of the content
         button->show();
     }
 }

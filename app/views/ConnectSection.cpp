@@ -89,6 +89,12 @@ ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
     layout->addWidget(field_);
     addMessage(*layout);
     layout->addWidget(buttons_);
+
+    // Screen readers go through the children in this order: that on the screen.
+    const std::initializer_list<QWidget*> drawn{symbol_,         spinnerBefore_, heading_,      spinnerAfter_,
+                                                paragraphs_,     progress_,      progressText_, field_,
+                                                messageSpinner_, message_,       buttons_};
+    for (auto* child : drawn) child->raise();
 }
 
 void ConnectSection::addHeading(QBoxLayout& layout) {
@@ -170,6 +176,7 @@ void ConnectSection::setTerminal(const WindowContent& content) {
     // Most runs never need it, nor its font.
     if (!terminal_ && content.terminal) {
         terminal_ = new TerminalBox(this);
+        terminal_->stackUnder(field_);
         auto* below = static_cast<QBoxLayout*>(layout());
         below->insertWidget(below->indexOf(field_), terminal_, 1);
     }
@@ -205,6 +212,10 @@ void ConnectSection::placeButtons(const WindowContent& content) {
                             content.buttons.front().key == WindowContent::Key::cancelKey && !content.terminal;
     auto* line = !justCancel ? below : isBusyWithLink(content) ? messageLine_ : headingLine_;
     if (line->indexOf(buttons_) < 0) line->addWidget(buttons_);
+    if (line == headingLine_)
+        buttons_->stackUnder(paragraphs_);
+    else
+        buttons_->raise();
     align(*headingLine_, line == headingLine_ ? Qt::AlignVCenter : Qt::AlignTop);
     align(*messageLine_, line == messageLine_ ? Qt::AlignVCenter : Qt::AlignTop);
 }

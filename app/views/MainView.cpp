@@ -62,7 +62,10 @@ QWidget* MainView::makePage() {
     const auto onButton = [this](const WindowIntent& intent) { ask(intent); };
     auto* column = new QWidget(page);
     column->setFixedWidth(columnWidth);
+    // Screen readers go through them in this order: that on the screen.
+    auto* title = new TitleLine(column);
     connect_ = new ConnectSection(columnWidth, onButton, column);
+    auto* divider = new Divider(column);
     switches_ = new SwitchesSection(onButton, column);
 
     // A scroll bar gets its place beside the column and takes none of it away.
@@ -75,12 +78,12 @@ QWidget* MainView::makePage() {
     pageLayout_ = new QVBoxLayout(column);
     pageLayout_->setContentsMargins(0, 0, 0, 0);
     pageLayout_->setSpacing(0);
-    pageLayout_->addWidget(new TitleLine(column));
+    pageLayout_->addWidget(title);
     pageLayout_->addSpacing(sectionGap);
     pageLayout_->addWidget(connect_);
     pageLayout_->addSpacing(sectionGap);
     pageLayout_->addStretch(1);
-    pageLayout_->addWidget(new Divider(column));
+    pageLayout_->addWidget(divider);
     pageLayout_->addSpacing(sectionGap);
     pageLayout_->addWidget(switches_);
     return page;

@@ -41,11 +41,15 @@ TEST(Screens, haveANameForEverythingThatCountsAndTabReachesIt) {
         }
         EXPECT_LE(upward, 1) << screen.name << ": from the last control to the first, and else downward";
         int controls = 0;
+        int last = 0;
         walk(QAccessible::queryAccessibleInterface(&view.window), [&](QAccessibleInterface& node) {
             if (needsName(node)) {
                 EXPECT_FALSE(node.text(QAccessible::Name).isEmpty())
                     << screen.name << ": a nameless " << node.object()->metaObject()->className();
             }
+            EXPECT_GE(node.rect().bottom(), last)
+                << screen.name << ": it goes up to a " << node.text(QAccessible::Name).toStdString();
+            last = std::max(last, node.rect().top());
             if (!node.state().focusable || node.state().disabled || node.role() == QAccessible::Window)
                 return;
             ++controls;
