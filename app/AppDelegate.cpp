@@ -80,8 +80,8 @@ void AppDelegate::handleURL(const std::string& link) {
     showWindow("open");
 }
 
+// While quitting too: it then shows how that goes on.
 void AppDelegate::showWindow(const std::string& reason) {
-    if (quitting_) return;
     deps_.recordWindow(reason);
     deps_.presentation.showWindow();
 }

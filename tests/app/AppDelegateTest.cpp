@@ -190,9 +190,9 @@ TEST(AppDelegate, quitsInOrderAndOnce) {
     f.delegate().quit();
     EXPECT_TRUE(f.state().stopping);
     f.openLink(FakeMachine::link());
-    f.secondOpen();
+    f.delegate().openWindow();
     f.advance(900s);
-    EXPECT_EQ(f.calls, std::vector<std::string>{"end"});
+    EXPECT_EQ(f.calls, (std::vector<std::string>{"record open", "window", "end"}));
     EXPECT_EQ(f.installed, 0);
     EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
 
