@@ -222,7 +222,7 @@ WindowContent WindowContent::of(const AppState& state, const Url& webOrigin) {
     auto content = upperHalf(state, webOrigin);
     content.switches.heading = WindowTexts::switchesHeading;
     content.switches.text = WindowTexts::switchesText;
-    for (const Switch which : allSwitches) content.switches.rows.push_back(switchRow(state, which));
+    for (const Switch which : allCases) content.switches.rows.push_back(switchRow(state, which));
     return content;
 }
 

@@ -9,7 +9,7 @@ namespace tarnik {
 enum class Switch { accessibility, screenRecording };
 
 // In the order in which the window shows them.
-inline constexpr std::array allSwitches{Switch::accessibility, Switch::screenRecording};
+inline constexpr std::array allCases{Switch::accessibility, Switch::screenRecording};
 
 // "accessibility", "screenRecording": for files and logs, the same in every version.
 std::string_view rawValue(Switch which);
