@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-// Every text of our own that the window and the menu show. The switches' names and hint stand with them, in
-// core/switches/.
+// The window's and the menu's own texts. What the core decides it words itself: the switches' names and hint,
+// why an install failed, why a link must wait.
 namespace tarnik::WindowTexts {
 
 using Text = std::string_view;
