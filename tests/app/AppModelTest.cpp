@@ -19,7 +19,7 @@ using enum AppModel::Replacing;
 
 const std::string notALink(WindowTexts::notALink);
 const std::string stillInstalling(WindowTexts::stillInstalling);
-const std::string busy = "This Mac is already connecting with another link. Finish or cancel that one first.";
+const std::string busy = describe(PairingFailure::busy);
 const std::string expired(WindowTexts::linkExpired);
 
 // Installed, started, and waiting for a link.

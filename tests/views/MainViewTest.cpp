@@ -3,7 +3,6 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <chrono>
 
 #include <gtest/gtest.h>
 
@@ -200,17 +199,6 @@ TEST(MainView, tellsAScreenReaderWhatIsNew) {
         view.show(c.content);
         EXPECT_EQ(notification(view.view()), c.told) << c.why;
     }
-}
-
-TEST(MainView, takesAThousandContentsInMuchLessThanASecond) {
-    ShownView view(sampleContent("installing-download"));
-    auto content = sampleContent("installing-download");
-    const auto start = std::chrono::steady_clock::now();
-    for (int permille = 0; permille < 1000; ++permille) {
-        content.progress = DownloadProgress{.permille = permille, .text = std::to_string(permille) + " MB"};
-        view.show(content);
-    }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 }  // namespace
