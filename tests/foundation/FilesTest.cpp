@@ -19,7 +19,7 @@ mode_t modeOf(const std::string& path) {
 TEST(Files, createsFoldersWithExactlyTheMode) {
     const TemporaryFolder folder;
     ::chmod(folder.path().c_str(), 02755);  // new folders would inherit the set-group-id bit
-    for (const mode_t umask : {0000U, 0777U}) {
+    for (const mode_t umask : {mode_t{0000}, mode_t{0777}}) {
         const std::string top = folder.path() + "/" + std::to_string(umask);
         const mode_t before = ::umask(umask);
         EXPECT_TRUE(createFolders(top + "/b/c", 0750).has_value());

@@ -176,7 +176,7 @@ RelocationOutcome FakeMac::launch(RelocatorDeps deps) {
     deps.mainThread = mainThread.record();
     Relocator relocator(std::move(deps));
     std::optional<RelocationOutcome> outcome;
-    relocator.relocateIfNeeded([&](const RelocationOutcome& told) { outcome = told; });
+    relocator.relocateIfNeeded([&](const RelocationOutcome& answer) { outcome = answer; });
     mainThread.run();
     return outcome.value();
 }
