@@ -143,6 +143,7 @@ std::vector<SampleScreen> sampleScreens() {
         {"reconnecting-at-start", std::move(starting)},
         {"replace-offer", offered()},
         {"stopping", ending()},
+        {"alert", unjoined(), Relocation::runHereMessage({.bundlePath = "/Users/ada/Downloads/tarnik.app"})},
     };
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "app/model/AppState.h"
+#include "core/relocation/RelocationMessages.h"
 
 namespace tarnik {
 
@@ -11,6 +13,7 @@ namespace tarnik {
 struct SampleScreen {
     std::string_view name;  // lower case, with dashes; fit for a file name
     AppState state;
+    std::optional<Relocation::Message> alert = std::nullopt;  // stands before the window
 };
 
 // One for each state that the window tells apart, in the order in which a person would meet them.

@@ -1,28 +1,31 @@
 #include "app/views/Alert.h"
 
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 
 #include "app/model/WindowTexts.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"
+#include "core/foundation/OneLine.h"
 
 namespace tarnik {
 namespace {
 
 constexpr int iconSide = 48;
 
+// Paths stand in them; in characters.
+constexpr std::size_t longestTitle = 200;
+constexpr std::size_t longestText = 1000;
+
 }  // namespace
 
-void showAlert(const std::string& title, const std::string& text) {
-    auto* box = new QMessageBox;
-    box->setAttribute(Qt::WA_DeleteOnClose);
+std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::string& text) {
+    auto box = std::make_unique<QMessageBox>();
     box->setWindowTitle(qtText(WindowTexts::product));
     box->setWindowIcon(applicationIcon());
     box->setIconPixmap(applicationIcon().pixmap(QSize(iconSide, iconSide), box->devicePixelRatioF()));
-    box->setText(qtText(title));
-    box->setInformativeText(qtText(text));
+    box->setText(qtText(oneLine(title, longestTitle)));
+    box->setInformativeText(qtText(oneLine(text, longestText)));
     box->setStandardButtons(QMessageBox::Ok);
     box->button(QMessageBox::Ok)->setText(qtText(WindowTexts::ok));
 
@@ -35,6 +38,12 @@ void showAlert(const std::string& title, const std::string& text) {
     }
 
     box->setModal(true);
+    return box;
+}
+
+void showAlert(const std::string& title, const std::string& text) {
+    auto* box = makeAlert(title, text).release();
+    box->setAttribute(Qt::WA_DeleteOnClose);
     box->show();
     box->raise();
     box->activateWindow();

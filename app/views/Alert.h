@@ -1,11 +1,16 @@
 #pragma once
 
+#include <QMessageBox>
+#include <memory>
 #include <string>
 
 namespace tarnik {
 
-// Shows a message with one button, "OK", in front of all windows of the application, and returns at once.
-// Main thread.
+// A message with one button, "OK", that is to be answered before anything else in the application. Not shown
+// yet. Main thread, as below.
+std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::string& text);
+
+// Shows one in front of all windows of the application, and returns at once.
 void showAlert(const std::string& title, const std::string& text);
 
 }  // namespace tarnik

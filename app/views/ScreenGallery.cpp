@@ -5,8 +5,10 @@
 #include <QPixmap>
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 #include "app/model/SampleScreens.h"
+#include "app/views/Alert.h"
 #include "app/views/MainWindow.h"
 #include "app/views/QtText.h"
 
@@ -21,8 +23,25 @@ int fail(int status, const QString& text) {
     return status;
 }
 
-// What the window looks like now, at `scale` pixels a point.
-QImage picture(MainWindow& window, int scale) {
+enum class Where { screen, nowhere };
+
+// The window in that state, whose buttons do nothing, or the alert that stands before it.
+std::unique_ptr<QWidget> shown(const SampleScreen& screen, const Url& webOrigin, Where where) {
+    if (screen.alert) {
+        auto alert = makeAlert(screen.alert->title, screen.alert->body);
+        alert->setAttribute(Qt::WA_DontShowOnScreen, where == Where::nowhere);
+        alert->show();
+        return alert;
+    }
+    auto window = std::make_unique<MainWindow>(WindowContent::of(screen.state, webOrigin),
+                                               [](const auto&, const auto&) {});
+    window->setAttribute(Qt::WA_DontShowOnScreen, where == Where::nowhere);
+    window->present();
+    return window;
+}
+
+// What it looks like now, at `scale` pixels a point.
+QImage picture(QWidget& window, int scale) {
     QPixmap pixmap(window.size() * scale);
     pixmap.setDevicePixelRatio(scale);
     pixmap.fill(window.palette().color(QPalette::Window));
@@ -39,9 +58,7 @@ int ScreenGallery::showScreen(std::string_view name, Appearance appearance) cons
         return fail(misused, "there is no screen named " + qtText(name) + "; --list-screens names them");
 
     QApplication::setPalette(paletteFor(appearance));
-    MainWindow window(WindowContent::of(found->state, webOrigin), [](const auto&, const auto&) {});
-    window.setOnClose({.closed = [] { QApplication::exit(0); }});
-    window.present();
+    const auto window = shown(*found, webOrigin, Where::screen);
     return QApplication::exec();
 }
 
@@ -52,15 +69,13 @@ int ScreenGallery::writeScreens(const std::string& folder) const {
     for (const auto appearance : {Appearance::light, Appearance::dark}) {
         QApplication::setPalette(paletteFor(appearance));
         for (const auto& screen : sampleScreens()) {
-            MainWindow window(WindowContent::of(screen.state, webOrigin), [](const auto&, const auto&) {});
-            window.setAttribute(Qt::WA_DontShowOnScreen);
-            window.present();
+            const auto window = shown(screen, webOrigin, Where::nowhere);
             QApplication::processEvents();
             for (const int scale : {1, 2}) {
                 const auto file = place.filePath(qtText(screen.name) +
                                                  (appearance == Appearance::dark ? "-dark" : "-light") +
                                                  (scale == 2 ? "@2x.png" : ".png"));
-                if (!picture(window, scale).save(file)) return fail(failed, file + " can't be written");
+                if (!picture(*window, scale).save(file)) return fail(failed, file + " can't be written");
             }
         }
     }

@@ -163,7 +163,7 @@ TEST(WindowContent, givesEachButtonItsIntent) {
                                                 {"Connect", Intent::confirmPairing},
                                                 {"Cancel", Intent::cancelPairing},
                                                 {"Done", Intent::finishPairing}};
-    for (const auto& [name, state] : sampleScreens())
+    for (const auto& [name, state, alert] : sampleScreens())
         for (const auto& button : contentOf(state).buttons)
             EXPECT_EQ(button.intent.kind, intents.at(button.title)) << name;
 }
@@ -220,7 +220,7 @@ std::vector<std::pair<std::string, std::string>> controlNames(const WindowConten
 TEST(SampleScreens, showEverySectionWithoutANamelessControl) {
     std::set<std::string_view> names;
     std::set<Section> sections;
-    for (const auto& [name, state] : sampleScreens()) {
+    for (const auto& [name, state, alert] : sampleScreens()) {
         const auto content = contentOf(state);
         EXPECT_TRUE(names.insert(name).second) << name;
         sections.insert(content.section);
