@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "app/platform/BundleOperations.h"
+#include "app/platform/ColourChoice.h"
 #include "app/platform/LoginItemService.h"
 #include "app/platform/MainThread.h"
 #include "app/platform/OneCopy.h"
@@ -28,9 +29,6 @@ struct DesktopRun {
     std::optional<std::string> bundle;  // that the program runs from
     MainThread mainThread;
 };
-
-// What the person has chosen for all programs; unknown without a choice.
-enum class ColourScheme { light, dark, unknown };
 
 // Whether there is anything that would show a status item.
 enum class TrayHost { present, absent };
@@ -62,9 +60,9 @@ struct DesktopPlatform {
     // toolkit does all there is to do.
     std::function<void()> activate;
 
-    // Registers what is told, on the main thread, the scheme once it can be told and then each change of it;
+    // Registers what is told, on the main thread, the choice once it can be told and then each change of it;
     // absent where the toolkit follows by itself.
-    std::function<void(std::function<void(ColourScheme)>)> onColourScheme;
+    std::function<void(std::function<void(const ColourChoice&)>)> onColourChoice;
 
     // Registers what is told, on the main thread, whether there is a tray: once, soon, and then each change.
     // Nobody may ask the toolkit about trays before it was told of one: it remembers its first answer for the

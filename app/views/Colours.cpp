@@ -1,5 +1,6 @@
 #include "app/views/Colours.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnik {
@@ -30,14 +31,48 @@ constexpr Tones darkTones{.window = 0xff1d1d22,
                           .onFill = 0xffffffff,
                           .shadow = 0xff000000};
 
+constexpr double readable = 4.5;
+
+double luminance(const QColor& colour) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+// Of `wanted` as much as lets it be read on the window; of the text the rest.
+QRgb readableOn(const Tones& tones, const QColor& wanted) {
+    constexpr int steps = 20;
+    for (int step = steps; step > 0; --step) {
+        const QColor colour = mixed(wanted, QColor(tones.text), static_cast<double>(step) / steps);
+        if (contrastBetween(colour, QColor(tones.window)) >= readable) return colour.rgb();
+    }
+    return tones.text;
+}
+
+Tones tonesFor(Appearance appearance, const ColourTaste& taste) {
+    Tones tones = appearance == Appearance::dark ? darkTones : lightTones;
+    if (taste.contrast == Contrast::higher) tones.quiet = tones.text;
+    if (!taste.accent) return tones;
+    const auto part = [](double value) { return static_cast<float>(value); };
+    const auto accent =
+        QColor::fromRgbF(part(taste.accent->red), part(taste.accent->green), part(taste.accent->blue));
+    tones.fill = accent.rgb();
+    // One of the two always is.
+    tones.onFill = contrastBetween(accent, Qt::white) >= readable ? 0xffffffff : 0xff000000;
+    tones.link = readableOn(tones, accent);
+    return tones;
+}
+
 bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
 
 }  // namespace
 
-QPalette paletteFor(Appearance appearance) {
-    const Tones& tones = appearance == Appearance::dark ? darkTones : lightTones;
+QPalette paletteFor(Appearance appearance, const ColourTaste& taste) {
+    const Tones tones = tonesFor(appearance, taste);
     QPalette palette(QColor(tones.text), QColor(tones.button), QColor(tones.base), QColor(tones.shadow),
                      mixed(QColor(tones.text), QColor(tones.window), 0.3), QColor(tones.text),
                      QColor(tones.onFill), QColor(tones.base), QColor(tones.window));
@@ -62,16 +97,25 @@ Appearance appearanceOf(const QPalette& palette) {
     return isDark(palette) ? Appearance::dark : Appearance::light;
 }
 
+Contrast contrastOf(const QPalette& palette) {
+    const auto active = [&](QPalette::ColorRole role) { return palette.color(QPalette::Active, role); };
+    const bool isQuiet = active(QPalette::PlaceholderText) != active(QPalette::WindowText);
+    return isQuiet ? Contrast::usual : Contrast::higher;
+}
+
 QColor accentColour(const QPalette& palette) {
     return palette.color(QPalette::Link);
 }
 
 QColor secondaryColour(const QPalette& palette) {
-    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.7);
+    const double share = contrastOf(palette) == Contrast::higher ? 1 : 0.7;
+    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), share);
 }
 
 QColor lineColour(const QPalette& palette) {
-    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.13);
+    // What has an accent beside it must still be told from it.
+    const double share = contrastOf(palette) == Contrast::higher ? 0.42 : 0.13;
+    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), share);
 }
 
 QColor successColour(const QPalette& palette) {
@@ -84,6 +128,11 @@ QColor warningColour(const QPalette& palette) {
 
 QColor brandColour() {
     return {0x1b, 0x94, 0x88};
+}
+
+double contrastBetween(const QColor& one, const QColor& other) {
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
 }
 
 QColor mixed(const QColor& over, const QColor& under, double share) {

@@ -153,10 +153,11 @@ void listen(const DesktopPlatform& desktop, DesktopFace& face, const std::shared
     } else {
         face.trayIs(TrayHost::present);
     }
-    if (desktop.onColourScheme) {
+    if (desktop.onColourChoice) {
         applyPlainStyle(Appearance::light);
-        desktop.onColourScheme([](ColourScheme scheme) {
-            applyPlainStyle(scheme == ColourScheme::dark ? Appearance::dark : Appearance::light);
+        desktop.onColourChoice([](const ColourChoice& choice) {
+            const bool isDark = choice.scheme == ColourScheme::dark;
+            applyPlainStyle(isDark ? Appearance::dark : Appearance::light, choice.taste);
         });
     }
 }

@@ -36,10 +36,12 @@ void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QP
 constexpr double quietOutline = 0.26;
 constexpr double clearOutline = 0.47;
 constexpr double disabledOutline = 0.15;
+constexpr double strongOutline = 0.8;  // of all of them, where a higher contrast is wanted
 
 QColor outline(const QPalette& palette, double share) {
+    const bool isStrong = contrastOf(palette) == Contrast::higher && share > disabledOutline;
     return mixed(palette.color(QPalette::Active, QPalette::WindowText), palette.color(QPalette::Window),
-                 share);
+                 isStrong ? strongOutline : share);
 }
 
 struct ButtonColours {
@@ -61,8 +63,12 @@ ButtonColours buttonColours(const QStyleOptionButton& option) {
                          : has(option, QStyle::State_MouseOver) ? 0.07
                                                                 : 0;
     const QColor fill = palette.color(isDefault ? QPalette::Highlight : QPalette::Button);
-    const QColor touched = mixed(isDefault ? QColor(Qt::black) : text, fill, touch);
-    return {touched, isDefault ? touched : outline(palette, quietOutline)};
+    if (!isDefault) return {mixed(text, fill, touch), outline(palette, quietOutline)};
+    // Away from the title's colour. A fill that is hard to tell from the window gets an outline.
+    const bool isTitleLight = palette.color(QPalette::HighlightedText).lightness() > 127;
+    const QColor touched = mixed(isTitleLight ? Qt::black : Qt::white, fill, touch);
+    const bool isFaint = contrastBetween(fill, window) < 3;
+    return {touched, isFaint ? outline(palette, clearOutline) : touched};
 }
 
 void drawButton(const QStyleOptionButton& option, QPainter& painter) {
@@ -205,9 +211,9 @@ int PlainStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
-void applyPlainStyle(Appearance appearance) {
+void applyPlainStyle(Appearance appearance, const ColourTaste& taste) {
     if (!dynamic_cast<PlainStyle*>(QApplication::style())) QApplication::setStyle(new PlainStyle);
-    QApplication::setPalette(paletteFor(appearance));
+    QApplication::setPalette(paletteFor(appearance, taste));
 }
 
 }  // namespace tarnik

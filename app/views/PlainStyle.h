@@ -29,7 +29,7 @@ public:
                   QStyleHintReturn* returned) const override;
 };
 
-// Gives the application the style, in the colours of `appearance`. Later calls only change the colours.
-void applyPlainStyle(Appearance appearance);
+// Gives the application the style, in these colours. Later calls only change them.
+void applyPlainStyle(Appearance appearance, const ColourTaste& taste = {});
 
 }  // namespace tarnik

@@ -1,9 +1,11 @@
+#include <QDBusArgument>
+#include <QDBusMetaType>
 #include <QDBusVariant>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "app/platform/linux/ColourSchemeReading.h"
+#include "app/platform/linux/ColourChoiceReading.h"
 #include "app/platform/linux/TrayHostReading.h"
 #include "tests/platform/FakeService.h"
 #include "tests/platform/PrivateBus.h"
@@ -15,23 +17,52 @@ QVariant variant(const QVariant& value) {
     return QVariant::fromValue(QDBusVariant(value));
 }
 
-TEST(ColourSchemeReading, tellsEachChange) {
-    const PrivateBus bus;
-    std::vector<ColourScheme> told;
-    const ColourSchemeReading reading(bus.connect(), [&](ColourScheme scheme) { told.push_back(scheme); });
-    using enum ColourScheme;
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{unknown}; }));
+// What a desktop has chosen, and how its portal says it: a number, or three.
+using Settings = QMap<QString, QVariantMap>;
 
-    uint scheme = 1;
-    FakeService portal(bus.connect(), "org.freedesktop.portal.Desktop",
-                       [&](const QDBusMessage& call) { return call.createReply(variant(variant(scheme))); });
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{unknown, dark}; }));
-    scheme = 2;
-    for (int i = 0; i < 50; ++i) {
-        portal.signal("/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings", "SettingChanged",
-                      {"org.freedesktop.appearance", "color-scheme", variant(scheme)});
+QVariant parts(double red, double green, double blue) {
+    QDBusArgument argument;
+    argument.beginStructure();
+    argument << red << green << blue;
+    argument.endStructure();
+    return QVariant::fromValue(argument);
+}
+
+TEST(ColourChoiceReading, tellsEachChange) {
+    qDBusRegisterMetaType<Settings>();
+    const PrivateBus bus;
+    std::vector<ColourChoice> told;
+    const ColourChoiceReading reading(bus.connect(), [&](const auto& choice) { told.push_back(choice); });
+    EXPECT_TRUE(comesTrue([&] { return told == std::vector{ColourChoice()}; }));
+
+    QVariantMap chosen{{"color-scheme", 1U}};
+    FakeService portal(bus.connect(), "org.freedesktop.portal.Desktop", [&](const QDBusMessage& call) {
+        const Settings settings{{call.arguments().at(0).toStringList().value(0), chosen}};
+        return call.createReply(QVariant::fromValue(settings));
+    });
+    struct Case {
+        QVariantMap chosen;
+        ColourChoice choice;
+    };
+    const AccentColour orange{.red = 1, .green = 0.5, .blue = 0};
+    const Case cases[] = {
+        {chosen, {.scheme = ColourScheme::dark}},
+        {{{"color-scheme", 2U}, {"accent-color", parts(1, 0.5, 0)}, {"contrast", 1U}},
+         {.scheme = ColourScheme::light, .taste = {.accent = orange, .contrast = Contrast::higher}}},
+        {{{"accent-color", parts(-1, 0, 0)}, {"contrast", 0U}}, {}},
+        {{{"accent-color", parts(1, 0.5, 0)}}, {.taste = {.accent = orange}}},
+        {{{"accent-color", "orange"}, {"color-scheme", 7U}}, {}},
+    };
+    std::vector<ColourChoice> expected = told;
+    for (const auto& c : cases) {
+        chosen = c.chosen;
+        expected.push_back(c.choice);
+        for (int i = 0; i < 10; ++i) {
+            portal.signal("/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings",
+                          "SettingChanged", {"org.freedesktop.appearance", "contrast", variant(0)});
+        }
+        EXPECT_TRUE(comesTrue([&] { return told == expected; })) << expected.size();
     }
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{unknown, dark, light}; }));
 }
 
 TEST(TrayHostReading, tellsOfATrayThatComesLaterAndGoes) {

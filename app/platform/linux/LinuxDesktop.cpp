@@ -10,7 +10,7 @@
 #include "app/platform/DesktopPlatform.h"
 #include "app/platform/linux/AutostartEntry.h"
 #include "app/platform/linux/BusOneCopy.h"
-#include "app/platform/linux/ColourSchemeReading.h"
+#include "app/platform/linux/ColourChoiceReading.h"
 #include "app/platform/linux/DefaultsFile.h"
 #include "app/platform/linux/LinuxSwitches.h"
 #include "app/platform/linux/OpenRequests.h"
@@ -113,7 +113,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
         .events = eventsOf(requests),
         .oneCopy = operationsOf(copy, run.environment),
         .activate = {},
-        .onColourScheme = startingWithHandler<ColourSchemeReading, ColourSchemeReading::OnScheme>(bus),
+        .onColourChoice = startingWithHandler<ColourChoiceReading, ColourChoiceReading::OnChoice>(bus),
         .onTrayHost = startingWithHandler<TrayHostReading, TrayHostReading::OnHost>(bus)};
 }  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the record owns its operations
 

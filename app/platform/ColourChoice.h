@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+
+namespace tarnik {
+
+enum class ColourScheme { light, dark, unknown };
+enum class Contrast { usual, higher };
+
+// In sRGB, each part from 0 to 1.
+struct AccentColour {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+
+    bool operator==(const AccentColour&) const = default;
+};
+
+// What of the colours is chosen beside light and dark.
+struct ColourTaste {
+    std::optional<AccentColour> accent;
+    Contrast contrast = Contrast::usual;
+
+    bool operator==(const ColourTaste&) const = default;
+};
+
+// What the person has chosen for all programs; nothing, where there is no such choice.
+struct ColourChoice {
+    ColourScheme scheme = ColourScheme::unknown;
+    ColourTaste taste;
+
+    bool operator==(const ColourChoice&) const = default;
+};
+
+}  // namespace tarnik
