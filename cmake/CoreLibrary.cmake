@@ -18,3 +18,10 @@ function(tarnik_core_library folder)
   target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE tarnik_options)
   target_precompile_headers(${name} PRIVATE ${TARNIK_STANDARD_HEADERS})
 endfunction()
+
+# tarnik_quick_sources(<file>...): releases are compiled for size, since what the program costs all day is memory.
+# These go over much text, and are compiled for speed; on their own, as precompiled headers know one of the two.
+function(tarnik_quick_sources)
+  set_source_files_properties(${ARGN} PROPERTIES
+    COMPILE_OPTIONS $<$<CONFIG:Release>:-O2> SKIP_PRECOMPILE_HEADERS ON)
+endfunction()
