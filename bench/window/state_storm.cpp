@@ -11,11 +11,13 @@
 #include <cstdio>
 #include <ctime>
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "app/model/ChangeFeed.h"
 #include "app/model/SampleScreens.h"
 #include "app/model/WindowContent.h"
 #include "app/views/MainWindow.h"
@@ -66,6 +68,23 @@ std::thread every(std::chrono::milliseconds interval, std::function<void(int)> e
     });
 }
 
+// A model that has something new to tell each time it looks at the switches. What is drawn then comes from
+// the storm.
+std::shared_ptr<AppModel> changingModel(const MainThread& mainThread) {
+    AppModelDeps deps;
+    deps.platform = {.mainThread = mainThread,
+                     .defaults = {.text = [](const std::string&) { return std::nullopt; },
+                                  .flag = [](const std::string&) { return true; },
+                                  .setFlag = [](const std::string&) {}},
+                     .switches = {.isOn = [on = false](Switch which) mutable {
+                         if (which == Switch::accessibility) on = !on;
+                         return on;
+                     }}};
+    deps.makeQueue = &SerialQueue::withThread;
+    return AppModel::make({.userFolder = "/nonexistent", .settings = BuildSettings::fromPropertyList({})},
+                          std::move(deps));
+}
+
 double at(const std::vector<double>& sorted, double part) {
     return sorted[static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1))];
 }
@@ -75,20 +94,18 @@ std::string storm(const char* name, MainWindow& window, const MainThread& mainTh
     std::vector<double> late;
     int taken = 0;
     int drawn = 0;
-    // As the window is fed: once for many changes that come in a row.
     AppState state;
-    bool drawsSoon = false;
-    const auto draw = [&] {
-        drawsSoon = false;
+    const auto model = changingModel(mainThread);
+    const ChangeFeed feed(model, mainThread, [&](const AppState&) {
         window.setContent(WindowContent::of(state, origin));
         ++drawn;
-    };
+    });
     auto changes = every(betweenStates, [&](int number) {
         if (!states) return;
         mainThread.post([&, number] {
             state = states(number);
             ++taken;
-            if (!std::exchange(drawsSoon, true)) mainThread.post(draw);
+            model->refreshSwitches();
         });
     });
     auto questions = every(betweenQuestions, [&](int) {
@@ -104,9 +121,7 @@ std::string storm(const char* name, MainWindow& window, const MainThread& mainTh
     const double used = 1000.0 * static_cast<double>(std::clock() - usedBefore) / CLOCKS_PER_SEC;
     changes.join();
     questions.join();
-    // What is still under way refers to this function's own.
-    do QApplication::processEvents();
-    while (drawsSoon);
+    QApplication::processEvents();  // what is still under way refers to this function's own
     std::ranges::sort(late);
     char line[240];
     std::snprintf(
