@@ -1,6 +1,5 @@
 #include "app/platform/linux/BusOneCopy.h"
 
-#include <set>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -97,26 +96,6 @@ TEST(BusOneCopy, givesALaterStartsLinkToTheOneThatRuns) {
     EXPECT_EQ(first.secondOpens, 2);  // the last link is too long to be one
 }
 
-TEST(BusOneCopy, letsOneOfTwoGoOnWhenTheyStartTogether) {
-    const PrivateBus bus;
-    for (int round = 0; round < 10; ++round) {
-        Copy one(bus);
-        Copy other(bus);
-        one.start("tarnik://one");
-        other.start("tarnik://other");
-        one.settleDown();
-        other.settleDown();
-        one.settleDown();
-        const Copy& stays = one.standing == Standing::only ? one : other;
-        const Copy& goes = &stays == &one ? other : one;
-        EXPECT_EQ(stays.standing, Standing::only);
-        EXPECT_EQ(goes.standing, Standing::handedOver);
-        EXPECT_EQ(std::multiset<std::string>(stays.links.begin(), stays.links.end()),
-                  (std::multiset<std::string>{"tarnik://one", "tarnik://other"}));
-        EXPECT_EQ(goes.links, Links());
-    }
-}
-
 TEST(BusOneCopy, waitsForTheEndOfOneThatIsEnding) {
     for (const OneCopy::Start& start :
          {OneCopy::Start{.link = "tarnik://1"}, OneCopy::Start{.wantsWindow = false}}) {
@@ -188,12 +167,6 @@ TEST(BusOneCopy, losesNoLinkToACopyThatDoesNotTakeIt) {
         EXPECT_EQ(second.links, c.links) << c.why;
         other.run([&] { service.reset(); });
     }
-}
-
-TEST(BusOneCopy, worksAloneWithoutABus) {
-    SecondStart start;
-    EXPECT_EQ(start.settle(QDBusConnection("no such connection"), {.link = "tarnik://1"}), Standing::alone);
-    EXPECT_EQ(start.links, Links({"tarnik://1"}));
 }
 
 TEST(OpenRequests, keepsWhatComesBeforeItsHandler) {

@@ -105,15 +105,6 @@ TEST(LinuxSwitches, startsTheAccessibilityBus) {
     }));
 }
 
-TEST(LinuxSwitches, readsTheScreenWithoutAPortal) {
-    Desktop desktop;
-    EXPECT_FALSE(desktop.switches().isOn(Switch::screenRecording));
-    desktop.environment["DISPLAY"] = ":0";
-    EXPECT_TRUE(desktop.switches().isOn(Switch::screenRecording));
-    desktop.environment["WAYLAND_DISPLAY"] = "wayland-0";
-    EXPECT_FALSE(desktop.switches().isOn(Switch::screenRecording));
-}
-
 // The portal, its store, and the person before them.
 struct Portal {
     const Desktop& desktop;
