@@ -1,105 +1,35 @@
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include <unistd.h>
 
 #include "app/CommandLine.h"
-#include "app/OwnBundle.h"
 #include "app/ProcessGround.h"
+#include "app/ProgramStart.h"
 #include "app/ProgramVersion.h"
 #include "app/console/ConsoleProgram.h"
-#include "app/model/Machine.h"
 #include "app/model/SampleScreens.h"
-#include "app/platform/SystemFolders.h"
 #include "app/views/DesktopProgram.h"
-#include "core/driver/BundledDriver.h"
 #include "core/driver/ProcessInspection.h"
-#include "core/foundation/Files.h"
-#include "core/foundation/UserHome.h"
-#include "core/node/NodeRelease.h"
-#include "core/node/TarnikIdentity.h"
-
-extern char** environ;
 
 namespace tarnik {
 namespace {
-
-constexpr int usageStatus = 2;
-
-int refuse(const std::string& why) {
-    std::fputs(("tarnik: " + why + "\n").c_str(), stderr);
-    return usageStatus;
-}
-
-Environment inheritedEnvironment() {
-    Environment environment;
-    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-        const std::string text = *entry;
-        const auto equals = text.find('=');
-        if (equals != std::string::npos) environment.emplace(text.substr(0, equals), text.substr(equals + 1));
-    }
-    return environment;
-}
-
-std::string homeDirectory(const Environment& environment) {
-    const auto home = environment.find("HOME");
-    return home != environment.end() && home->second.starts_with('/') ? home->second : userHome();
-}
-
-std::optional<std::string> resourceFolder(const std::optional<std::string>& bundle) {
-    if (!bundle) return std::nullopt;
-    return *bundle + "/Contents/Resources";
-}
-
-// All but the driver works without this folder.
-void makeApplicationSupport(const std::string& folder) {
-    if (const auto made = createFolders(folder, 0700); !made) {
-        std::fputs(("tarnik: " + describe(made.error()) + "\n").c_str(), stderr);
-    }
-}
-
-Machine machineOf(Environment inherited, std::string userFolder, const ProgramPlace& place) {
-    makeApplicationSupport(place.folders.applicationSupport);
-    return {.userFolder = std::move(userFolder),
-            .applicationSupport = place.folders.applicationSupport,
-            .nodeLog = place.folders.logs + "/" + std::string(TarnikIdentity::appName) + "/node.log",
-            .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
-            .inherited = std::move(inherited),
-            .settings =
-                place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::fromPropertyList({}),
-            .platform = std::string(NodeRelease::hostPlatform)};
-}
-
-// Why the program can't be started as it was asked to.
-std::optional<std::string> whatIsWrong(const CommandLine& line) {
-    if (line.bundle && !isFolder(*line.bundle)) return *line.bundle + " isn't a bundle folder";
-    if (line.nodeHome && exists(*line.nodeHome) && !isFolder(*line.nodeHome))
-        return "the node folder " + *line.nodeHome + " isn't a folder";
-    return std::nullopt;
-}
-
-int runMachine(const CommandLine& line, char* name) {
-    if (const auto wrong = whatIsWrong(line)) return refuse(*wrong);
-    auto environment = inheritedEnvironment();
-    auto userFolder = homeDirectory(environment);
-    const auto executable = ProcessInspection::executablePath(::getpid()).value_or(name);
-    const ProgramPlace place{.executable = executable,
-                             .bundle = line.bundle ? line.bundle : bundleOf(executable),
-                             .folders = SystemFolders::of(environment, userFolder)};
-    auto machine = machineOf(std::move(environment), std::move(userFolder), place);
-    if (line.task == CommandLine::Task::runConsole) return runConsole(line, std::move(machine), place.bundle);
-    return runDesktop(line, std::move(machine), place, name);
-}
 
 int listScreens() {
     for (const auto& screen : sampleScreens()) std::puts(std::string(screen.name).c_str());
     return EXIT_SUCCESS;
 }
 
-int run(const std::vector<std::string>& words, char* name) {
+// The console runs for weeks on machines without a display, and the toolkit would be held in memory for
+// nothing. Where the program that does without isn't beside this one, this one serves.
+void becomeConsole(char** argv) {
+    if (const auto executable = ProcessInspection::executablePath(::getpid()))
+        ::execv((*executable + "-console").c_str(), argv);
+}
+
+int run(char** argv, const std::vector<std::string>& words) {
     using Task = CommandLine::Task;
     const auto build = CommandLine::thisBuild();
     const auto line = CommandLine::parse(words, build);
@@ -111,9 +41,13 @@ int run(const std::vector<std::string>& words, char* name) {
             return EXIT_SUCCESS;
         case Task::listScreens: return listScreens();
         case Task::showScreen:
-        case Task::writeScreens: return runScreens(*line, name);
+        case Task::writeScreens: return runScreens(*line, argv[0]);
         case Task::openWindow:
-        case Task::runConsole: return runMachine(*line, name);
+            return runMachine(*line, argv[0],
+                              [name = argv[0]](const auto& asked, Machine machine, const auto& place) {
+                                  return runDesktop(asked, std::move(machine), place, name);
+                              });
+        case Task::runConsole: becomeConsole(argv); return runMachine(*line, argv[0], runConsole);
     }
     return EXIT_FAILURE;
 }
@@ -124,6 +58,7 @@ int run(const std::vector<std::string>& words, char* name) {
 int main(int argc, char** argv) {
     tarnik::layProcessGround();
     static char unnamed[] = "tarnik";
-    return tarnik::run(std::vector<std::string>(argv + (argc > 0), argv + argc),
-                       argc > 0 ? argv[0] : unnamed);
+    static char* unnamedWords[] = {unnamed, nullptr};
+    return tarnik::run(argc > 0 ? argv : unnamedWords,
+                       std::vector<std::string>(argv + (argc > 0), argv + argc));
 }

@@ -42,18 +42,19 @@ install -D -m 644 "$changelog" "$documents/changelog"
 gzip -9n "$documents/changelog" "$staging/usr/share/man/man1/$package.1"
 
 cd "$work"
-program=debian/$package/usr/lib/$package/Contents/MacOS/$package
-objcopy --only-keep-debug "$program" "$package.debug"
-strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"
+programs=(debian/"$package/usr/lib/$package/Contents/MacOS/$package"{,-console})
+for program in "${programs[@]}"; do
+    objcopy --only-keep-debug "$program" "$out/${program##*/}.debug"
+    strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"
+done
 
-# What the program loads only when it needs it stands in the control file.
-dpkg-shlibdeps "$program"
+# What the programs load only when they need it stands in the control file.
+dpkg-shlibdeps "${programs[@]}"
 dpkg-gencontrol -P"$staging"
 (cd "$staging" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)
 name=$(cut -d' ' -f1 debian/files)
 find "$staging" -exec touch --no-dereference --date "@$SOURCE_DATE_EPOCH" {} +
 dpkg-deb --root-owner-group --build "$staging" "$out/$name" >/dev/null
-mv "$package.debug" "$out/${name%.deb}.debug"
 rm -rf "$work"
 
 cd "$out"

@@ -20,8 +20,6 @@
 namespace tarnik {
 namespace {
 
-constexpr int usageStatus = 2;
-
 // Holds what the command line chose, and only for this run.
 UserDefaults defaultsOf(const CommandLine& line) {
     return {.text = [home = line.nodeHome](const std::string& key) -> std::optional<std::string> {
@@ -43,7 +41,7 @@ AppModelDeps consoleDeps(const CommandLine& line, const AppPlatform& platform, c
 
 }  // namespace
 
-int runConsole(const CommandLine& line, Machine machine, const std::optional<std::string>& bundle) {
+int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& place) {
     auto wake = Spawner::pipe();
     if (!wake) {
         std::fputs(("tarnik: " + describe(wake.error()) + "\n").c_str(), stderr);
@@ -67,20 +65,18 @@ int runConsole(const CommandLine& line, Machine machine, const std::optional<std
                                                                        .log = log,
                                                                        .windowInUse = [] { return false; }},
                                                                       work, output));
-    if (model->state().homeError) {
-        std::fputs(("tarnik: " + *model->state().homeError + "\n").c_str(), stderr);
-        return usageStatus;
-    }
+    if (model->state().homeError) return refuse(*model->state().homeError);
     Console console(mainThread, output, switches, model, [&loop] { loop->closeInput(); });
     Relocator relocator(RelocatorDeps::production(BundleOperations{}, mainThread, applicationSupport));
     AppDelegate delegate(
-        {.bundlePath = bundle,
+        {.bundlePath = place.bundle,
          .relocateIfNeeded = [&](auto done) { relocator.relocateIfNeeded(std::move(done)); },
          .recordWindow = [&](const std::string& reason) { relocator.recordWindow(reason); },
          .ensureLoginItem = [] {},
          .makeUpdater =
              [&] {
-                 const auto settings = bundle ? UpdateSettings::fromBundle(*bundle) : UpdateSettings{};
+                 const auto settings =
+                     place.bundle ? UpdateSettings::fromBundle(*place.bundle) : UpdateSettings{};
                  return std::make_unique<Updater>(
                      settings, Updater::Deps{.framework = {}, .mainThread = mainThread, .log = log});
              },

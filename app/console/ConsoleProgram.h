@@ -1,9 +1,7 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "app/CommandLine.h"
+#include "app/ProgramStart.h"
 #include "app/model/Machine.h"
 
 namespace tarnik {
@@ -12,6 +10,6 @@ namespace tarnik {
 // thread, before any other thread was made.
 //
 // A program in a terminal is never moved, has no login item, and remembers nothing from run to run.
-int runConsole(const CommandLine& line, Machine machine, const std::optional<std::string>& bundle);
+int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& place);
 
 }  // namespace tarnik

@@ -1,20 +1,10 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "app/CommandLine.h"
+#include "app/ProgramStart.h"
 #include "app/model/Machine.h"
-#include "app/platform/SystemFolders.h"
 
 namespace tarnik {
-
-// Where the program stands.
-struct ProgramPlace {
-    std::string executable;
-    std::optional<std::string> bundle;
-    SystemFolders folders;
-};
 
 // Runs the application with a window and a status item, to the end; returns the exit status. On the main
 // thread, before any other thread was made. `name` is what the program was started as.

@@ -1,0 +1,89 @@
+#include "app/ProgramStart.h"
+
+#include <cstdio>
+#include <utility>
+
+#include <unistd.h>
+
+#include "app/OwnBundle.h"
+#include "core/driver/BundledDriver.h"
+#include "core/driver/ProcessInspection.h"
+#include "core/foundation/Files.h"
+#include "core/foundation/UserHome.h"
+#include "core/node/NodeRelease.h"
+#include "core/node/TarnikIdentity.h"
+
+extern char** environ;
+
+namespace tarnik {
+namespace {
+
+constexpr int usageStatus = 2;
+
+Environment inheritedEnvironment() {
+    Environment environment;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        const std::string text = *entry;
+        const auto equals = text.find('=');
+        if (equals != std::string::npos) environment.emplace(text.substr(0, equals), text.substr(equals + 1));
+    }
+    return environment;
+}
+
+std::string homeDirectory(const Environment& environment) {
+    const auto home = environment.find("HOME");
+    return home != environment.end() && home->second.starts_with('/') ? home->second : userHome();
+}
+
+std::optional<std::string> resourceFolder(const std::optional<std::string>& bundle) {
+    if (!bundle) return std::nullopt;
+    return *bundle + "/Contents/Resources";
+}
+
+// All but the driver works without this folder.
+void makeApplicationSupport(const std::string& folder) {
+    if (const auto made = createFolders(folder, 0700); !made) {
+        std::fputs(("tarnik: " + describe(made.error()) + "\n").c_str(), stderr);
+    }
+}
+
+Machine machineOf(Environment inherited, std::string userFolder, const ProgramPlace& place) {
+    makeApplicationSupport(place.folders.applicationSupport);
+    return {.userFolder = std::move(userFolder),
+            .applicationSupport = place.folders.applicationSupport,
+            .nodeLog = place.folders.logs + "/" + std::string(TarnikIdentity::appName) + "/node.log",
+            .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
+            .inherited = std::move(inherited),
+            .settings =
+                place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::fromPropertyList({}),
+            .platform = std::string(NodeRelease::hostPlatform)};
+}
+
+// Why the program can't be started as it was asked to.
+std::optional<std::string> whatIsWrong(const CommandLine& line) {
+    if (line.bundle && !isFolder(*line.bundle)) return *line.bundle + " isn't a bundle folder";
+    if (line.nodeHome && exists(*line.nodeHome) && !isFolder(*line.nodeHome))
+        return "the node folder " + *line.nodeHome + " isn't a folder";
+    return std::nullopt;
+}
+
+}  // namespace
+
+int refuse(const std::string& why) {
+    std::fputs(("tarnik: " + why + "\n").c_str(), stderr);
+    return usageStatus;
+}
+
+int runMachine(const CommandLine& line, const char* name, const ProgramFace& face) {
+    if (const auto wrong = whatIsWrong(line)) return refuse(*wrong);
+    auto environment = inheritedEnvironment();
+    auto userFolder = homeDirectory(environment);
+    const auto executable = ProcessInspection::executablePath(::getpid()).value_or(name);
+    const ProgramPlace place{.executable = executable,
+                             .bundle = line.bundle ? line.bundle : bundleOf(executable),
+                             .folders = SystemFolders::of(environment, userFolder)};
+    auto machine = machineOf(std::move(environment), std::move(userFolder), place);
+    return face(line, std::move(machine), place);
+}
+
+}  // namespace tarnik
