@@ -1,5 +1,6 @@
 // What the window costs, beside a bare window with a tray icon in the same run: the time from its start until it
-// is on the screen, memory, wake-ups while nothing happens, and how soon it answers in a storm of states.
+// is on the screen and until there is something in it, memory, wake-ups while nothing happens, and how soon it
+// answers in a storm of states.
 //
 //     node bench/window.mjs PROGRAM [SECONDS]
 //
@@ -50,7 +51,16 @@ async function start(desktop, environment, name) {
   const started = desktop.start(programs[name][0], programs[name].slice(1), environment, quiet);
   const line = await desktop.windows.expect(new RegExp(`"pid":${started.pid},"title":"(tarnik|bare)"`), from,
     Date.now() + limitMs);
-  return { started, tookMs: JSON.parse(line).at - before };
+  const window = JSON.parse(line);
+  const shows = name === 'bare' ? 'ground' : 'content';  // there is nothing on its ground
+  return {
+    started,
+    mappedMs: window.at - before,
+    shownMs: async () => {
+      const look = await desktop.windows.expect(new RegExp(`"${shows}":${window.mapped}\\b`), from, Date.now() + limitMs);
+      return JSON.parse(look).at - before;
+    },
+  };
 }
 
 async function end({ started }) {
@@ -75,16 +85,22 @@ const each = (names, value) => Object.fromEntries(names.map((name) => [name, val
 
 async function measureStart(desktop, environment) {
   const names = ['tarnik', 'bare', 'word'];
-  const took = each(names, () => []);
+  const mapped = each(names, () => []);
+  const shown = each(names, () => []);
   for (let round = 0; round <= rounds; round += 1) {
     names.push(names.shift());  // none is always the first
     for (const name of names) {
       const run = await start(desktop, environment, name);
-      if (round > 0) took[name].push(run.tookMs);  // the first round warms the caches
+      const shownMs = await run.shownMs();
+      if (round > 0) {  // the first warms the caches
+        mapped[name].push(run.mappedMs);
+        shown[name].push(shownMs);
+      }
       await end(run);
     }
   }
-  report(`start (of ${rounds} the middle)`, 'ms', each(names, (name) => median(took[name])));
+  report(`start (of ${rounds} the middle)`, 'ms', each(names, (name) => median(mapped[name])));
+  report('until something is in it', 'ms', each(names, (name) => median(shown[name])), { most: Infinity });
 }
 
 // How often each wakes up while nothing happens.

@@ -1,11 +1,13 @@
 // Watches the windows of an X server, and does to one what a window manager does.
 //
 // Says as JSON lines that it watches, and then which window appears ("mapped", with the moment on the steady
-// clock in milliseconds, title, process, place and size) and goes ("unmapped"). On standard input: "close ID"
+// clock in milliseconds, title, process, place and size), when it has a ground ("ground") and something on it
+// ("content"), looked at each millisecond, and which goes ("unmapped"). On standard input: "close ID"
 // asks that window to close, "picture FILE" writes what the screen shows to a PNG file. Ends with its input.
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +15,8 @@
 #include <ctime>
 #include <iostream>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 
 #include <poll.h>
@@ -34,6 +38,17 @@ double nowMs() {
     ::clock_gettime(CLOCK_MONOTONIC, &now);
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
+
+// A window from its mapping until there is something in it.
+struct Empty {
+    xcb_window_t window;
+    std::uint16_t width;
+    double since;
+    bool hasGround = false;
+};
+
+constexpr double longestEmptyMs = 1000;
+constexpr std::uint16_t stripHeight = 64;  // of its upper end, where its first words are
 
 class WindowWatch {
 public:
@@ -66,6 +81,29 @@ public:
                 devkit::say({{"unmapped", static_cast<qint64>(id)}});
             }
         }
+    }
+
+    bool awaitsContent() const { return empty_.has_value(); }
+
+    // What the window that came last shows by now.
+    void lookAtContent() {
+        const auto asked = xcb_get_image(x_, XCB_IMAGE_FORMAT_Z_PIXMAP, empty_->window, 0, 0, empty_->width,
+                                         stripHeight, ~0U);
+        const Owned<xcb_get_image_reply_t> answer{xcb_get_image_reply(x_, asked, nullptr)};
+        const double at = nowMs();
+        if (!answer || at > empty_->since + longestEmptyMs) return empty_.reset();
+        const std::span pixels(reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(answer.get())),
+                               std::size_t{empty_->width} * stripHeight);
+        const auto is = [first = pixels.front()](std::uint32_t pixel) { return pixel == first; };
+        const bool hasContent = !std::ranges::all_of(pixels, is);
+        // Before, it shows what is under it: nothing.
+        if (!empty_->hasGround && (hasContent || (pixels.front() & 0xFF'FF'FF) != 0)) {
+            empty_->hasGround = true;
+            devkit::say({{"ground", static_cast<qint64>(empty_->window)}, {"at", at}});
+        }
+        if (!hasContent) return;
+        devkit::say({{"content", static_cast<qint64>(empty_->window)}, {"at", at}});
+        empty_.reset();
     }
 
     void obey(const std::string& line) {
@@ -105,6 +143,7 @@ private:
                      {"title", QString::fromUtf8(property(window, title_))},
                      {"pid", static_cast<qint64>(pid)},
                      {"bounds", QJsonArray{place->x, place->y, place->width, place->height}}});
+        if (place->height >= stripHeight) empty_ = {.window = window, .width = place->width, .since = at};
     }
 
     void close(xcb_window_t window) {
@@ -132,6 +171,7 @@ private:
 
     xcb_connection_t* x_;
     xcb_screen_t* screen_ = nullptr;
+    std::optional<Empty> empty_;
     xcb_atom_t protocols_{}, deleteWindow_{}, title_{}, process_{};
 };
 
@@ -148,7 +188,8 @@ int main() {
     pollfd waited[] = {{STDIN_FILENO, POLLIN, 0}, {watch.descriptor(), POLLIN, 0}};
     for (;;) {
         watch.takeEvents();  // those too that came with an answer
-        if (!watch.works() || ::poll(waited, 2, -1) < 0) return EXIT_FAILURE;
+        if (!watch.works() || ::poll(waited, 2, watch.awaitsContent() ? 1 : -1) < 0) return EXIT_FAILURE;
+        if (watch.awaitsContent()) watch.lookAtContent();
         if ((waited[0].revents & (POLLIN | POLLHUP)) == 0) continue;
         if (!commands.read([&](const std::string& line) { watch.obey(line); })) return EXIT_SUCCESS;
     }
