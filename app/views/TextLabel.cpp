@@ -3,6 +3,7 @@
 #include <QFontInfo>
 #include <QPainter>
 #include <QTextLayout>
+#include <algorithm>
 #include <cmath>
 
 #include "app/views/Colours.h"
@@ -76,9 +77,21 @@ int TextLabel::lineHeight() const {
     return std::max(fontMetrics().height(), static_cast<int>(std::lround(lettersHeight * leading)));
 }
 
-QSize TextLabel::textSize(int width) const {
+QSizeF TextLabel::measure(int width) const {
+    const auto fits = [&](const Measured& known) {
+        return known.width == width && known.text == text() && known.font == font();
+    };
+    if (const auto known = std::ranges::find_if(measured_, fits); known != measured_.end())
+        return known->size;
     QTextLayout layout(text().replace('\n', QChar::LineSeparator));
     const QSizeF size = layOut(layout, font(), width, lineHeight());
+    std::ranges::rotate(measured_, measured_.end() - 1);
+    measured_.front() = {.text = text(), .font = font(), .width = width, .size = size};
+    return size;
+}
+
+QSize TextLabel::textSize(int width) const {
+    const QSizeF size = measure(width);
     return {static_cast<int>(std::ceil(size.width())),
             static_cast<int>(std::ceil(size.height())) + contentsMargins().top()};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <array>
 #include <string_view>
 
 namespace tarnik {
@@ -25,9 +26,19 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    // Layouts ask for the same few sizes many times.
+    struct Measured {
+        QString text;
+        QFont font;
+        int width = -1;
+        QSizeF size;
+    };
+
+    QSizeF measure(int width) const;
     QSize textSize(int width) const;
 
     const Look look_;
+    mutable std::array<Measured, 3> measured_;  // the latest first
 };
 
 }  // namespace tarnik
