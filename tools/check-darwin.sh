@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The program compiles and links for both kinds of Mac, so that its Darwin half can't rot on Linux.
+# The program compiles and links for both kinds of Mac, and its tests compile for one of them, so that nothing
+# of that can rot on Linux.
 #
 # The compiler comes from npm, with Apple's C++ library and Darwin's headers. Objective-C++ is compiled against
 # GNUstep's Foundation and AppKit; what those and the compiler lack is declared in tests/darwin/include. What
@@ -17,7 +18,7 @@ export ZIG_GLOBAL_CACHE_DIR=$PWD/$folder/cache ZIG_LOCAL_CACHE_DIR=$PWD/$folder/
 
 # These are here as headers only, so that their symbols stay undefined: the libraries of core/foundation, Qt and
 # the C++ parts that its headers bring in, and the frameworks of macOS.
-headers=(boost curl openssl plist utf8proc.h)
+headers=(boost curl gtest openssl plist utf8proc.h)
 libraries='(curl|plist|utf8proc|BIO|CRYPTO|ERR|EVP|OPENSSL)_|_Z[A-Z]*N[A-Z]*5boost'
 qt='_Z(Thn[0-9]+_)?[A-Za-z]*[0-9]+[Qq]([A-Z]|t_)|_ZN(9QtPrivate|2Qt)|qt_'
 frameworks='_?(OBJC|objc|os_log|k?CF|k?AX|CG|k?Sec|NS)[A-Z_]|__CFConstantString|__NSConstantString'
@@ -48,26 +49,46 @@ for from in /usr/include /usr/include/x86_64-linux-gnu; do
     done
     includes+=(-isystem "$to")
 done
+# The warnings of a build with clang, as errors.
+mapfile -t warnings < <(sed '/STREQUAL "GNU"/,/^else()/d' cmake/CompileOptions.cmake |
+    grep -oE -- '-W[a-z][a-z0-9=-]*')
+if [[ ${warnings[*]} != *-Wall*-Werror* ]]; then
+    echo "the warnings in cmake/CompileOptions.cmake have moved" >&2
+    exit 1
+fi
 # Without optimisation the compiler would see to undefined behaviour at run time.
 flags=(-std=c++2b -O0 -fno-sanitize=undefined "${includes[@]}"
     "-DTARNIK_DEFAULT_WEB_ORIGIN='\"https://tarnik.invalid\"'"
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wno-missing-field-initializers
-    -Werror)
+    "${warnings[@]}")
 qtIncludes=$(pkg-config --cflags-only-I Qt6Widgets | sed 's/-I/-isystem /g')
 
-# Of the two kinds of build, the one that ships.
+# Those of both kinds of build.
 sources() {
-    find core app \( -name '*.cpp' -o -name '*.mm' \) ! -name '*_linux.cpp' ! -path '*/platform/linux/*' \
-        ! -name '*_development.cpp' | sort
+    find core app \( -name '*.cpp' -o -name '*.mm' \) ! -name '*_linux.cpp' ! -path '*/platform/linux/*' | sort
+}
+
+# What is built beside the program there, for its tests.
+testSources() {
+    find tests devkit/children devkit/driver -name '*.cpp' ! -path 'tests/platform/*' ! -path 'tests/fuzz/*' | sort
+}
+
+# keep FILE: writes it from standard input, unless it is the same already: then it stays as old as it is.
+keep() {
+    cat >"$1.new"
+    if cmp -s "$1.new" "$1"; then rm "$1.new"; else mv "$1.new" "$1"; fi
 }
 
 # The headers that nearly every source needs are compiled once, as CMake has it done.
 sed -n '/^set(TARNIK_STANDARD_HEADERS/,/)/p' cmake/CompileOptions.cmake | grep -o '<[a-z_]*>' |
-    sed 's/^/#include /' >"$folder/plain.cpp"
+    sed 's/^/#include /' | keep "$folder/plain.cpp"
 {
     cat "$folder/plain.cpp"
     grep -rhoE '^#include <Q[A-Za-z]+>' app/views app/platform/macos | sort -u
-} >"$folder/drawn.cpp"
+} | keep "$folder/drawn.cpp"
+{
+    cat "$folder/plain.cpp"
+    echo '#include <gtest/gtest.h>'
+} | keep "$folder/tests.cpp"
 
 # definition NAME TEXT: a macro with that text as a literal, as CMake sets it.
 definition() { printf -- "-D%s='\"%s\"'" "$1" "$2"; }
@@ -115,14 +136,32 @@ NINJA
             printf '  target = %s\n  more = %s\n' "$target" "$more"
         done < <(sources)
     done
+
+    target=${targets[0]%:*}
+    more="$(definition TARNIK_CHILDREN_DIR /nowhere) $(definition TARNIK_SOURCE_DIR /nowhere) -DTARNIK_IS_DEVELOPMENT=1"
+    echo "build $folder/$target/tests.pch: compile $folder/tests.cpp"
+    printf '  target = %s\n  more = %s\n' "$target" "-Xclang -emit-pch"
+    while read -r source; do
+        kind=tests
+        object=$folder/$target/${source%.*}.o
+        case $source in
+            tests/views/*) kind=drawn ;;
+            devkit/*) kind=plain ;;
+        esac
+        echo "build $object: compile $source | $folder/$target/$kind.pch"
+        printf '  target = %s\n  more = %s\n' "$target" "$more $qtIncludes -include-pch $folder/$target/$kind.pch"
+    done < <(testSources)
 }
 
 # link TARGET: succeeds when nothing is missing but what is here as headers only.
 link() {
     local target=$1 said unexpected source objects=()
     while read -r source; do
-        # Takes the place of a source that goes into a build with the framework.
-        if [[ $source != *_absent.cpp ]]; then objects+=("$folder/$target/${source%.*}.o"); fi
+        case $source in
+            # The build that ships, with the framework.
+            *_development.cpp | *_absent.cpp) ;;
+            *) objects+=("$folder/$target/${source%.*}.o") ;;
+        esac
     done < <(sources)
     said=$("$zig" c++ -target "$target" "${objects[@]}" -o "$folder/$target/tarnik" 2>&1) || true
     unexpected=$(grep -vE "undefined reference to symbol '_($libraries|$qt|$frameworks)|  (first )?referenced in|UndefinedSymbolReference" \
