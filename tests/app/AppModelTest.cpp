@@ -40,7 +40,6 @@ TEST(AppModel, startsTheHelperThatIsThere) {
     f.install();
     f.join();
     f.model().start();
-    EXPECT_EQ(f.state().setup, tarnik::Setup(Setups::Installing{}));
     EXPECT_EQ(f.nodes.count(), 0U);
     f.settle();
     EXPECT_EQ(f.state().setup, tarnik::Setup(Setups::Ready{}));
@@ -68,12 +67,10 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
 
     FakeMachine homeless;
     homeless.texts["NodeHome"] = "not/absolute";
-    homeless.flags = {"AccessibilityWasOn"};
     homeless.model().start();
     homeless.settle();
     EXPECT_NE(homeless.state().homeError.value_or("").find("not/absolute"), std::string::npos);
     EXPECT_FALSE(homeless.model().hasStarted());
-    EXPECT_TRUE(homeless.state().accessibilityWasOn);
     homeless.model().connect(FakeMachine::link(), no);
     EXPECT_EQ(homeless.state().linkMessage, stillInstalling);
     bool stopped = false;
@@ -126,7 +123,6 @@ TEST(AppModel, takesALinkOnlyByTheRules) {
     EXPECT_EQ(f.terminals.count(), 1U) << "the first goes on";
     EXPECT_TRUE(f.pairingIs(PairingPhases::Starting{}));
     EXPECT_EQ(f.state().linkMessage, busy) << "as long as it is true";
-    EXPECT_EQ(f.terminals.count(), 1U);
     f.model().cancelPairing();
     EXPECT_EQ(f.state().linkMessage, std::nullopt);
 }
@@ -161,7 +157,6 @@ TEST(AppModel, pairsAndShowsHowItEnded) {
     EXPECT_TRUE(f.pairingIs(PairingPhases::Connected{}));
     EXPECT_EQ(f.state().linkMessage, std::nullopt) << "nothing is in the way of the next";
     EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
-    EXPECT_TRUE(f.state().joined);
     EXPECT_TRUE(f.model().needsAttention());
     f.model().pairingFinished();
     EXPECT_FALSE(f.state().pairing);
@@ -223,7 +218,6 @@ TEST(AppModel, aCancelledLinkIsForgottenWhereverItIs) {
     Started underWay;
     underWay.pairUpToPrompt();
     underWay.model().cancelPairing();
-    EXPECT_FALSE(underWay.state().pairing);
     underWay.settle();
     EXPECT_FALSE(underWay.state().pairing) << "its last words come too late";
     EXPECT_EQ(underWay.terminals.last().handle()->exitStatus(), ExitStatus::signaled(SIGTERM));
@@ -252,7 +246,8 @@ TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
 
     FakeMachine later;
     later.flags = f.flags;
-    EXPECT_EQ(later.state().status(Switch::accessibility), SwitchStatus::mayBeStale);
+    later.texts["NodeHome"] = "not/absolute";
+    EXPECT_EQ(later.state().status(Switch::accessibility), SwitchStatus::mayBeStale) << "even without a home";
 }
 
 TEST(AppModel, asksForASwitchAndLooksAtOnce) {
