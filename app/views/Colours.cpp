@@ -34,11 +34,11 @@ constexpr Tones darkTones{.window = 0xff1d1d22,
 constexpr double readable = 4.5;
 
 double luminance(const QColor& colour) {
-    const auto linear = [](double part) {
+    const auto linear = [](int value) {
+        const double part = value / 255.0;
         return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
     };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
+    return 0.2126 * linear(colour.red()) + 0.7152 * linear(colour.green()) + 0.0722 * linear(colour.blue());
 }
 
 // Of `wanted` as much as lets it be read on the window; of the text the rest.

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 #include <unistd.h>
@@ -35,9 +36,12 @@ void say(const std::string& what) {
 }
 
 // What Qt can't go on without ends the program with a sentence, not with a core dump. Its first warning names
-// the cause; what it says at the end is for whoever builds Qt.
+// the cause; what it says at the end is for whoever builds Qt. Called on whatever thread has something to
+// say.
 void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    static std::string firstWarning;
+    static std::mutex mutex;
+    static std::string firstWarning;  // guarded by mutex
+    const std::lock_guard lock(mutex);
     if (type == QtWarningMsg && firstWarning.empty()) firstWarning = text.toStdString();
     if (type == QtCriticalMsg) say(text.toStdString());
     if (type != QtFatalMsg) return;
@@ -106,7 +110,7 @@ SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::s
                       const MainThread& mainThread) {
     auto events = desktop.events;
     if (desktop.oneCopy.settle || !link) return events;
-    events.onLink = [others = events.onLink, link = *link, mainThread](auto handler) {
+    events.onLink = [others = events.onLink, link = *link, mainThread](const auto& handler) {
         others(handler);
         mainThread.post([handler, link] { handler(link); });
     };
