@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/foundation/UserHome.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 namespace {
@@ -16,12 +17,10 @@ TEST(NodeLaunch, passesOnTheEnvironmentWithoutWhatSteersTheNode) {
     };
     const Environment own{{"HOME", "/h"}, {"PATH", "/p"},         {"openclaw_x", "1"},
                           {"CUA_X", "1"}, {"TARNIK_HOME_X", "1"}, {"X_OPENCLAW_", "1"}};
-    const Environment inherited = with(own, {{"OPENCLAW_STATE_DIR", "x"},
-                                             {"OPENCLAW_CUA_DRIVER_ENDPOINT", "x"},
-                                             {"CF_ACCESS_CLIENT", "x"},
-                                             {"CUA_DRIVER_SOCKET", "x"},
-                                             {"TARNIK_HOME", "x"},
-                                             {"TARNIK_NODE_RUNTIME", "x"}});
+    Environment inherited = own;
+    for (const auto& name : words("OPENCLAW_STATE_DIR OPENCLAW_CUA_DRIVER_ENDPOINT CF_ACCESS_CLIENT "
+                                  "CUA_DRIVER_SOCKET TARNIK_HOME TARNIK_NODE_RUNTIME"))
+        inherited[name] = "x";
     const Environment ofChosen{{"OPENCLAW_STATE_DIR", "/n"}, {"TARNIK_HOME", "/n"}};
     const std::string endpoint = R"({"v":1,"socketPath":"/s","binaryPath":"/b"})";
 

@@ -32,6 +32,12 @@ struct Fixture {
         EXPECT_TRUE(eventually([&] { return !toldExits().empty(); }));
     }
 
+    template <class T>
+    void add(const T& told, std::vector<T>& to) {
+        const std::lock_guard lock(mutex);
+        to.push_back(told);
+    }
+
     PairingSession::Setup setup() {
         return {.request = {.executable = "/runtime/node"},
                 .spawnPty = spawner.spawnPty(),
@@ -39,16 +45,8 @@ struct Fixture {
                 .joined = [this] { return joined.load(); },
                 .connectedAfter = 15s,
                 .callAfter = [this](Seconds delay, auto task) { timers.postAfter(delay, std::move(task)); },
-                .onUpdate =
-                    [this](const PairingSession::Snapshot& snapshot) {
-                        const std::lock_guard lock(mutex);
-                        updates.push_back(snapshot);
-                    },
-                .onExit =
-                    [this](ExitStatus status) {
-                        const std::lock_guard lock(mutex);
-                        exits.push_back(status);
-                    }};
+                .onUpdate = [this](const auto& snapshot) { add(snapshot, updates); },
+                .onExit = [this](ExitStatus status) { add(status, exits); }};
     }
 
     void start() { session = PairingSession::start(setup()).value(); }
@@ -94,10 +92,9 @@ struct Fixture {
     std::vector<std::string> toldPhases() {
         const std::lock_guard lock(mutex);
         std::vector<std::string> phases;
-        for (const auto& update : updates) {
-            if (phases.empty() || phases.back() != describe(update.phase))
-                phases.push_back(describe(update.phase));
-        }
+        for (const auto& update : updates) phases.push_back(describe(update.phase));
+        const auto repeated = std::ranges::unique(phases);
+        phases.erase(repeated.begin(), repeated.end());
         return phases;
     }
 };
@@ -160,25 +157,16 @@ TEST(PairingSession, endsWithTheCommandUntilItIsConnected) {
 }
 
 TEST(PairingSession, cancelEndsTheCommandAndAsksWhetherItHadJoined) {
-    struct Case {
-        bool confirmed;
-        bool joined;
-        PairingPhase phase;
-    };
-    const Case cases[] = {
-        {true, true, Connected{}},
-        {true, false, Ended{ExitStatus::signaled(SIGTERM)}},
-        {false, true, Ended{ExitStatus::signaled(SIGTERM)}},
-    };
-    for (const auto& c : cases) {
+    const PairingPhase ended = Ended{ExitStatus::signaled(SIGTERM)};
+    const std::tuple<bool, bool, PairingPhase> cases[] = {
+        {true, true, Connected{}}, {true, false, ended}, {false, true, ended}};
+    for (const auto& [confirmed, joined, phase] : cases) {
         Fixture f;
-        if (c.confirmed)
-            f.startAndConfirm();
-        else
-            f.startAndPrompt();
-        f.joined = c.joined;
+        f.startAndPrompt();
+        if (confirmed) f.session->confirm();
+        f.joined = joined;
         f.session->cancel();
-        EXPECT_TRUE(f.reaches(c.phase)) << c.confirmed << c.joined;
+        EXPECT_TRUE(f.reaches(phase)) << confirmed << joined;
         EXPECT_EQ(f.command().signals(), std::vector{SIGTERM});
         EXPECT_FALSE(f.session->confirm());
     }
@@ -193,18 +181,6 @@ TEST(PairingSession, keepsTheLastCharactersOfLongOutput) {
     for (int i = 0; i < 2; ++i) f.command().print(kept);
     f.command().print(last + '\xFF');
     EXPECT_TRUE(eventually([&] { return f.session->snapshot().text == kept + last + "\uFFFD"; }));
-}
-
-TEST(PairingSession, isLeftAloneUntilAWhileAfterTheAnswer) {
-    Fixture f;
-    f.startAndPrompt();
-    f.timers.advance(1h);
-    EXPECT_FALSE(f.session->mayBeInterrupted(f.clock->now(), 90s));
-    f.session->confirm();
-    EXPECT_FALSE(f.session->mayBeInterrupted(f.clock->now() + 89s, 90s));
-    EXPECT_TRUE(f.session->mayBeInterrupted(f.clock->now() + 90s, 90s));
-    f.command().end(ExitStatus::exited(1));
-    EXPECT_TRUE(f.session->mayBeInterrupted(f.clock->now(), 90s));
 }
 
 TEST(PairingSession, hearsOfAnExitThatComesBeforeItHasTheHandle) {
@@ -247,32 +223,21 @@ TEST(PairingSession, letsAListenerAnswerFromInsideAnUpdate) {
 }
 
 TEST(PairingSession, showsWhatARealCommandSaidLast) {
-    struct Case {
-        const char* why;
-        std::vector<std::string> arguments;
-        std::string last;
-        int code;
+    // A flood and a last word; a descendant keeps the terminal.
+    const std::pair<const char*, const char*> cases[] = {
+        {"seq 1 20000; echo The link has expired.; exit 1", "The link has expired.\n"},
+        {"echo Gone.; trap '' HUP; sleep 3 & exit 1", "Gone.\n"},
     };
-    const Case cases[] = {
-        {"a flood and a last word",
-         {"-c", "seq 1 20000; echo The link has expired.; exit 1"},
-         "The link has expired.\n",
-         1},
-        {"a descendant keeps the terminal",
-         {"-c", "echo Gone.; trap '' HUP; sleep 3 & exit 2"},
-         "Gone.\n",
-         2},
-    };
-    for (const auto& c : cases) {
+    for (const auto& [script, last] : cases) {
         Fixture f;
         auto setup = f.setup();
         setup.request = {.executable = "/bin/sh",
-                         .arguments = c.arguments,
+                         .arguments = {"-c", script},
                          .environment = {{"PATH", Spawner::defaultPath}}};
         setup.spawnPty = PtyProcess::spawn;
         f.session = PairingSession::start(std::move(setup)).value();
-        EXPECT_TRUE(f.textAtTheEnd().ends_with(c.last)) << c.why;
-        EXPECT_EQ(f.toldExits(), std::vector{ExitStatus::exited(c.code)}) << c.why;
+        EXPECT_TRUE(f.textAtTheEnd().ends_with(last)) << script;
+        EXPECT_EQ(f.toldExits(), std::vector{ExitStatus::exited(1)}) << script;
     }
 }
 
