@@ -1,14 +1,10 @@
 #include "app/model/BuildSettings.h"
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/PropertyLists.h"
-#include "tests/support/Shell.h"
-#include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
 namespace {
@@ -42,24 +38,6 @@ TEST(BuildSettings, takesTextsThatAreNotEmpty) {
         EXPECT_EQ(summary(BuildSettings::fromPropertyList(info)), expected) << values[0];
     }
     EXPECT_EQ(summary(BuildSettings::fromPropertyList("")), standard);
-}
-
-TEST(BuildSettings, readsTheInfoPlistOfABundle) {
-    const TemporaryFolder folder;
-    const std::string contents = folder.path() + "/Contents";
-    std::filesystem::create_directory(contents);
-    const auto key = [&] {
-        return BuildSettings::fromBundle(folder.path()).nodeReleasePublicKey.value_or("-");
-    };
-    EXPECT_EQ(key(), "-") << "no file";
-    shell(contents, "mkfifo Info.plist");
-    EXPECT_EQ(key(), "-") << "a pipe, which nobody writes to";
-
-    using namespace propertyLists;
-    std::filesystem::remove(contents + "/Info.plist");
-    std::ofstream(contents + "/Info.plist")
-        << binary({binaryDictionary({1, 2}), binaryText("TKNodeReleasePublicKey"), binaryText("k")});
-    EXPECT_EQ(key(), "k");
 }
 
 }  // namespace

@@ -121,11 +121,7 @@ TEST(Takeover, asksThenForcesWithinItsBudgets) {
         const auto result = takeOver({.isRunning = [&] { return looks-- > 0; },
                                       .terminate = [&] { told += 't'; },
                                       .forceTerminate = [&] { told += 'f'; },
-                                      .sleep =
-                                          [&](Seconds interval) {
-                                              EXPECT_EQ(interval, c.interval);
-                                              told += 's';
-                                          },
+                                      .sleep = [&](Seconds time) { told += time == c.interval ? 's' : '?'; },
                                       .graceful = c.graceful,
                                       .forced = Seconds(2),
                                       .interval = c.interval});
@@ -135,62 +131,22 @@ TEST(Takeover, asksThenForcesWithinItsBudgets) {
 }
 
 TEST(RelocationMessages, nameTheFolderThatThePersonKnows) {
-    const std::string stick =
-        ", so the switches you turn on may not stick. Quit tarnik, drag it into your "
-        "Applications folder in Finder, and open it from there.";
-    const std::string temporary = "tarnik is running from a temporary copy";
-    const std::string instead = "macOS is still running tarnik from a temporary copy instead of from ";
-    const std::pair<Message, Message> cases[] = {
-        {differentBuildMessage(translocated("/Volumes/tarnik/tarnik.app/")),
-         {"This is a different build of tarnik",
-          "The tarnik in your Applications folder is a different build from this one, so this one is running "
-          "from “/Volumes/tarnik” and the one in Applications is untouched."}},
-        {takeoverStuckMessage(fromDownloads),
-         {"The older tarnik is still running",
-          "An older tarnik is still running from your Applications folder and would not quit, so this newer "
-          "one is running from “/Users/me/Downloads” for now. Quit tarnik from the menu bar at the top of "
-          "your screen, then open the new one again."}},
-        {runHereMessage(fromDownloads),
-         {"Move tarnik to Applications",
-          "tarnik is running from “/Users/me/Downloads”, not your Applications folder" + stick}},
-        {runHereMessage(translocated(installed)),
-         {temporary,
-          "macOS is still running tarnik from a temporary copy instead of from your Applications folder, so "
-          "the switches you turn on may not stick. Quit tarnik, drag it from Applications to your Desktop "
-          "and "
-          "back into Applications in Finder, then open it from there."}},
-        {runHereMessage(translocated("/Users/me/tarnik.app")), {temporary, instead + "“/Users/me”" + stick}},
-        {runHereMessage(translocated({})), {temporary, instead + "where you downloaded it" + stick}},
+    const std::pair<Message, const char*> cases[] = {
+        {differentBuildMessage(translocated("/Volumes/tarnik/tarnik.app/")), "from “/Volumes/tarnik” and"},
+        {takeoverStuckMessage(fromDownloads), "from “/Users/me/Downloads” for now"},
+        {runHereMessage(fromDownloads), "is running from “/Users/me/Downloads”, not"},
+        {runHereMessage(translocated(installed)), "from Applications to your Desktop and back"},
+        {runHereMessage(translocated("/Users/me/tarnik.app")), "instead of from “/Users/me”, so"},
+        {runHereMessage(translocated({})), "instead of from where you downloaded it, so"},
     };
-    for (const auto& [said, expected] : cases) {
-        EXPECT_EQ(said.title, expected.title);
-        EXPECT_EQ(said.body, expected.body);
-    }
+    for (const auto& [message, place] : cases) EXPECT_TRUE(message.body.contains(place)) << message.body;
 }
 
 TEST(RecordLine, isOneLineOfTabbedFields) {
     const RecordTime at(std::chrono::milliseconds(1'772'373'909'999));
-    const std::pair<std::string, std::string> cases[] = {
-        {recordLine(fromDownloads, Install{.replacing = true}, {}, {}, at),
-         "2026-03-01T14:05:09Z\ttranslocated=false\toriginal=-\there=/Users/me/Downloads/"
-         "tarnik.app\trelaunch="
-         "false\tdecision=installReplacing"},
-        {recordLine(relaunched(translocated("/a\tb\n%")), Takeover{}, true, {"one=1", "two=\x7F"}, at),
-         "2026-03-01T14:05:09Z\ttranslocated=true\toriginal=/a%09b%0A%\there=/private/T/d/"
-         "tarnik.app\trelaunch="
-         "true\tdecision=takeover\tcleared=true\tone=1\ttwo=%7F"},
-        {windowLine("secondOpen", RecordTime()), "1970-01-01T00:00:00Z\twindow=opened\treason=secondOpen"},
-    };
-    for (const auto& [line, expected] : cases) EXPECT_EQ(line, expected);
-
-    const std::pair<Decision, std::string_view> names[] = {
-        {Install{}, "install"},
-        {Stay{}, "stay"},
-        {OpenInstalled{}, "openInstalled"},
-        {CannotInstall{}, "cannotInstall"},
-        {RunHere{}, "runHere"},
-    };
-    for (const auto& [decision, name] : names) EXPECT_EQ(recordName(decision), name);
+    EXPECT_EQ(recordLine(relaunched(translocated("/a\tb\n%")), Takeover{}, true, {"one=1", "two=\x7F"}, at),
+              "2026-03-01T14:05:09Z\ttranslocated=true\toriginal=/a%09b%0A%\there=/private/T/d/tarnik.app\t"
+              "relaunch=true\tdecision=takeover\tcleared=true\tone=1\ttwo=%7F");
 }
 
 }  // namespace
