@@ -1,7 +1,5 @@
 #include "app/updates/Updater.h"
 
-#include <random>
-
 #include <gtest/gtest.h>
 
 #include "tests/support/ManualMainThread.h"
@@ -137,8 +135,9 @@ TEST(Updater, asksAgainWhenASampleIsLost) {
     EXPECT_EQ(f.looks, 7);
     f.slow = false;
     f.tell();  // one too late, and one with which the stretch begins
+    f.main.advance(9min);
     EXPECT_EQ(f.heard().back(), ready);
-    f.main.advance(10min);
+    f.main.advance(1min);
     EXPECT_EQ(f.heard(), (Words{quiet, "install"}));
 }
 
@@ -153,55 +152,6 @@ TEST(Updater, isGoneForWhatAnswersLater) {
     EXPECT_FALSE(f.announce());
     f.main.advance(1h);
     EXPECT_EQ(f.heard(), (Words{ready, byMenu}));
-}
-
-// Whatever happens in whatever order: the latest update is installed once at most, never after the end, never
-// while work was seen in the last ten minutes unless the person asked, and at the latest after eleven minutes
-// of quiet.
-TEST(Updater, keepsItsPromisesInAnyOrder) {
-    std::mt19937 random(7);
-    int byQuiet = 0;
-    for (int run = 0; run < 300; ++run) {
-        Fixture f;
-        std::vector<int> installed;  // how often, for each announcement
-        bool asked = false;
-        bool ended = false;
-        TimePoint lastBusy;
-        const auto announce = [&] {
-            installed.push_back(0);
-            f.willInstall("1.2", [&, number = installed.size()] {
-                EXPECT_EQ(++installed[number - 1], 1);
-                EXPECT_EQ(number, installed.size());
-                EXPECT_FALSE(ended);
-                if (asked) return;
-                EXPECT_GE(f.clock->now() - lastBusy, 10min);
-                ++byQuiet;
-            });
-        };
-        for (int step = 0; step < 80; ++step) {
-            f.busy = random() % 20 == 0;
-            const auto event = random() % 80;
-            const int looks = f.looks;
-            if (event > 17) f.main.advance(1min);
-            if (f.looks > looks && f.busy) lastBusy = f.clock->now();
-            if (event > 10 && event <= 17) announce();
-            if (event == 10) f.slow = true;
-            if (event >= 5 && event < 10) f.slow = false, f.tell();
-            asked = event > 2 && event < 5;
-            if (asked && f.updater) f.updater->checkForUpdates();
-            asked = false;
-            ended = ended || (event < 2 && step > 60);
-            if (ended && event == 0 && f.updater) f.updater->appWillQuit();
-            if (ended && event == 1) f.updater.reset();
-        }
-        if (ended) continue;
-        f.slow = f.busy = false;
-        f.tell();
-        announce();
-        f.main.advance(11min);
-        EXPECT_EQ(installed.back(), 1) << "run " << run;
-    }
-    EXPECT_GT(byQuiet, 300);
 }
 
 }  // namespace
