@@ -29,29 +29,19 @@ std::optional<ProcessEntry> in(const Table& table, pid_t pid) {
 }
 
 TEST(MacProcesses, knowsAChildWhateverItsProgramIsCalled) {
-    enum class File { stays, goes };
-    struct Case {
-        std::string name;
-        File file;
-    };
-    const Case cases[] = {
-        {"plain", File::stays},         {"a) R 1 (b\n", File::stays},
-        {"gone", File::goes},           {"not gone (deleted)", File::stays},
-        {"gone (deleted)", File::goes},
-    };
     const TemporaryFolder folder;
-    for (const auto& c : cases) {
-        const std::string program = folder.path() + "/" + c.name;
+    for (const std::string name : {"plain", "a) R 1 (b\n", "gone", "not gone (deleted)", "gone (deleted)"}) {
+        const std::string program = folder.path() + "/" + name;
         std::filesystem::copy_file(childProgram("wait_for_input_end"), program);
         const auto pipe = Spawner::pipe();
         const auto child =
             Spawner::spawn({.executable = program, .standardInput = Stdio::fd(pipe->readEnd.get())});
-        ASSERT_TRUE(child) << c.name;
-        if (c.file == File::goes) std::filesystem::remove(program);
+        ASSERT_TRUE(child) << name;
+        if (name.starts_with("gone")) std::filesystem::remove(program);
 
         const auto entry = in(MacProcesses::table(), (*child)->pid());
-        ASSERT_TRUE(entry) << c.name;
-        EXPECT_EQ(entry->parent, ::getpid()) << c.name;
+        ASSERT_TRUE(entry) << name;
+        EXPECT_EQ(entry->parent, ::getpid()) << name;
         EXPECT_EQ(entry->path, program);
         (*child)->stop(10s);
     }

@@ -48,21 +48,6 @@ TEST_F(Stress, childrenInARow) {
     }
 }
 
-// All wait for the end of one pipe, which each of them would keep open if it had been given its other end.
-TEST_F(Stress, childrenAtOnce) {
-    auto pipe = Spawner::pipe();
-    std::vector<std::shared_ptr<ChildProcess>> children;
-    while (children.size() < 200) {
-        const auto child = Spawner::spawn(
-            {.executable = "/bin/cat", .standardInput = Stdio::fd(pipe->readEnd.get())}, expecting(0));
-        ASSERT_TRUE(child) << describe(child.error());
-        children.push_back(*child);
-    }
-    for (const auto& child : children) EXPECT_TRUE(child->isRunning());
-    pipe = Spawner::Pipe{};
-    for (const auto& child : children) EXPECT_TRUE(child->waitForExit(limit));
-}
-
 TEST_F(Stress, terminals) {
     for (int round = 0; round < 20; ++round) {
         std::vector<std::shared_ptr<PtyProcess>> terminals;
