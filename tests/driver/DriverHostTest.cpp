@@ -36,13 +36,7 @@ struct Fixture {
 
     DriverHostDeps fakes() {
         auto fakes = DriverHostDeps::production();
-        fakes.launch = [this](const DriverLaunch& launch, int livenessFd, ChildProcess::OnExit onExit) {
-            return spawner.spawn()({.executable = launch.executable,
-                                    .arguments = launch.arguments,
-                                    .environment = launch.environment,
-                                    .standardInput = Stdio::fd(livenessFd)},
-                                   std::move(onExit));
-        };
+        fakes.launch = spawner.launchDriver();
         fakes.socketReady = [this](const std::string&) { return ready; };
         fakes.sleep = [this](Seconds time) {
             whileWaiting();

@@ -86,6 +86,16 @@ NodeSupervisorDeps::Spawn FakeSpawner::spawn() {
     };
 }
 
+decltype(DriverHostDeps::launch) FakeSpawner::launchDriver() {
+    return [this](const DriverLaunch& launch, int livenessFd, ChildProcess::OnExit onExit) {
+        return spawn()({.executable = launch.executable,
+                        .arguments = launch.arguments,
+                        .environment = launch.environment,
+                        .standardInput = Stdio::fd(livenessFd)},
+                       std::move(onExit));
+    };
+}
+
 PairingSession::SpawnPty FakeSpawner::spawnPty() {
     return [this](const SpawnRequest& request,
                   ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<PtyProcess>, SpawnError> {

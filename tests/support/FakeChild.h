@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "core/driver/DriverHost.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/node/NodeSupervisorDeps.h"
 #include "core/process/ChildProcess.h"
@@ -57,6 +58,7 @@ class FakeSpawner {
 public:
     NodeSupervisorDeps::Spawn spawn();
     PairingSession::SpawnPty spawnPty();
+    decltype(DriverHostDeps::launch) launchDriver();
 
     std::size_t count() const { return children_.size(); }
     FakeChild& last() { return *children_.back(); }

@@ -42,45 +42,35 @@ void HeldQueue::close() {
 
 FakeMachine::FakeMachine() {
     texts["NodeHome"] = folder.path() + "/node";
-    deps.platform = {.mainThread = main.record(),
-                     .defaults = {.text = [this](const std::string& key) -> std::optional<std::string> {
+    deps.platform.mainThread = main.record();
+    deps.platform.defaults = {.text =
+                                  [this](const std::string& key) {
                                       return texts.contains(key) ? std::optional(texts.at(key))
                                                                  : std::nullopt;
                                   },
-                                  .flag = [this](const std::string& key) { return flags.contains(key); },
-                                  .setFlag = [this](const std::string& key) { flags.insert(key); }},
-                     .switches = {.isOn =
-                                      [this](Switch which) {
-                                          return which == Switch::accessibility ? switches.accessibility
-                                                                                : switches.screenRecording;
-                                      },
-                                  .prompt =
-                                      [this](Switch which) {
-                                          requests.push_back("prompt " + std::string(rawValue(which)));
-                                          return promptTurnsOn;
-                                      },
-                                  .openSettings =
-                                      [this](Switch which) {
-                                          requests.push_back("settings " + std::string(rawValue(which)));
-                                      }},
-                     .log =
-                         [this](const std::string& text) {
-                             const std::lock_guard lock(logMutex_);  // children end on threads of their own
-                             log.push_back(text);
-                         },
-                     .windowInUse = [this] { return windowInUse; }};
+                              .flag = [this](const std::string& key) { return flags.contains(key); },
+                              .setFlag = [this](const std::string& key) { flags.insert(key); }};
+    deps.platform.switches.isOn = [this](Switch which) {
+        return which == Switch::accessibility ? switches.accessibility : switches.screenRecording;
+    };
+    deps.platform.switches.prompt = [this](Switch which) {
+        requests.push_back("prompt " + std::string(rawValue(which)));
+        return promptTurnsOn;
+    };
+    deps.platform.switches.openSettings = [this](Switch which) {
+        requests.push_back("settings " + std::string(rawValue(which)));
+    };
+    deps.platform.log = [this](const std::string& text) {
+        const std::lock_guard lock(logMutex_);  // children end on threads of their own
+        log.push_back(text);
+    };
+    deps.platform.windowInUse = [this] { return windowInUse; };
     deps.supervisor = NodeSupervisorDeps::production();
     deps.supervisor.spawn = nodes.spawn();
     deps.supervisor.spawnPty = terminals.spawnPty();
     deps.supervisor.now = [this] { return clock->now(); };
     deps.driver = DriverHostDeps::production();
-    deps.driver.launch = [this](const DriverLaunch& launch, int livenessFd, ChildProcess::OnExit onExit) {
-        return drivers.spawn()({.executable = launch.executable,
-                                .arguments = launch.arguments,
-                                .environment = launch.environment,
-                                .standardInput = Stdio::fd(livenessFd)},
-                               std::move(onExit));
-    };
+    deps.driver.launch = drivers.launchDriver();
     deps.driver.socketReady = [](const std::string&) { return true; };
     deps.driver.now = [this] { return clock->now(); };
     deps.installer.fetch = [](const std::string&) -> std::expected<std::string, InstallError> {
@@ -155,10 +145,9 @@ std::string FakeMachine::link(char letter) {
 }
 
 void FakeMachine::settle() {
-    while (!detached.empty() || main.waiting() > 0) {
+    do {
         for (auto& task : std::exchange(detached, {})) task();
-        main.run();
-    }
+    } while (main.run() == ManualMainThread::Ran::some || !detached.empty());
 }
 
 void FakeMachine::advance(Seconds by) {

@@ -23,21 +23,16 @@ MainThread ManualMainThread::record() const {
                 }};
 }
 
-void ManualMainThread::run() {
-    for (;;) {
+ManualMainThread::Ran ManualMainThread::run() {
+    for (Ran ran = Ran::none;; ran = Ran::some) {
         std::vector<MainThread::Task> tasks;
         {
             const std::lock_guard lock(inner_->mutex);
             tasks = std::exchange(inner_->posted, {});
         }
-        if (tasks.empty()) return;
+        if (tasks.empty()) return ran;
         for (const auto& task : tasks) task();
     }
-}
-
-std::size_t ManualMainThread::waiting() const {
-    const std::lock_guard lock(inner_->mutex);
-    return inner_->posted.size();
 }
 
 void ManualMainThread::advance(Seconds by) {

@@ -19,10 +19,8 @@ public:
     MainThread record() const;
 
     // Runs what was posted, and what those tasks post.
-    void run();
-
-    // How many tasks wait.
-    std::size_t waiting() const;
+    enum class Ran { none, some };
+    Ran run();
 
     // Moves the clock, firing timers at their times, each followed by run().
     void advance(Seconds by);
