@@ -100,23 +100,16 @@ struct Fixture {
 };
 
 TEST(PairingSession, findsThePromptHoweverItArrives) {
-    const std::vector<std::vector<std::string>> cases = {
-        {"Hello\r\nPress Enter to connect it: "},
-        {"Press En", "ter to conn", "ect it"},
-        {"\x1b[1mPress \x1b[32mEnter\x1b[0m to connect it"},
-        {"Press \x1b[3", "2mEnter to connect it"},
-    };
-    for (const auto& chunks : cases) {
-        Fixture f;
-        f.start();
-        for (const auto& chunk : chunks) {
-            EXPECT_EQ(f.session->phase(), PairingPhase(Starting{})) << chunk;
-            f.command().print(chunk);
-            EXPECT_TRUE(eventually(
-                [&] { return f.updateCount() >= static_cast<std::size_t>(&chunk - chunks.data()) + 1; }));
-        }
-        EXPECT_TRUE(f.reaches(WaitingForYes{})) << chunks.front();
+    Fixture f;
+    f.start();
+    std::size_t printed = 0;
+    for (const char* chunk : {"Hello\r\n\x1b[1mPress \x1b[3", "2mEnter\x1b[0m to conn", "ect it: "}) {
+        EXPECT_EQ(f.session->phase(), PairingPhase(Starting{})) << chunk;
+        f.command().print(chunk);
+        ++printed;
+        EXPECT_TRUE(eventually([&] { return f.updateCount() >= printed; }));
     }
+    EXPECT_TRUE(f.reaches(WaitingForYes{}));
 }
 
 TEST(PairingSession, pressesEnterOnceAndOnlyAtThePrompt) {
