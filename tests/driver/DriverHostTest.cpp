@@ -202,14 +202,12 @@ TEST(DriverHost, doesNotRetryWhatCannotWork) {
     EXPECT_TRUE(noFolder.log.at(0).ends_with("support roots must be directories this user owns"));
 }
 
-TEST(DriverHost, removesWhatAnEarlierRunLeft) {
-    for (const bool enabled : {false, true}) {
-        Fixture f;
-        const auto left = DriverSocketDirectory::create(f.folder.path());
-        ASSERT_TRUE(left && left->writeProcessIdentifier(1 << 29));
-        f.host().setEnabled(enabled);
-        EXPECT_FALSE(fs::exists(left->path)) << enabled;
-    }
+TEST(DriverHost, removesWhatAnEarlierRunLeftThoughItIsOff) {
+    Fixture f;
+    const auto left = DriverSocketDirectory::create(f.folder.path());
+    ASSERT_TRUE(left && left->writeProcessIdentifier(1 << 29));
+    f.host().setEnabled(false);
+    EXPECT_FALSE(fs::exists(left->path));
 }
 
 TEST(DriverHost, killsARealDriverThatWillNotLeave) {
