@@ -51,21 +51,16 @@ TEST(Url, takesNothingElse) {
 }
 
 TEST(Url, appendsOneComponentAfterOneSlash) {
-    struct Case {
-        const char* url;
-        const char* component;
-        const char* result;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"http://H", "a-Z_0.9~", "http://H/a-Z_0.9~"},
         {"http://h/a%2F/b//?q=/#f/", "c", "http://h/a%2F/b/c?q=/#f/"},
         {"tarnik:?q#f", "c", "tarnik:/c?q#f"},
         {"http://h/", "../a b?#%2F\u00E9", "http://h/..%2Fa%20b%3F%23%252F%C3%A9"},
     };
-    for (const auto& c : cases) {
-        const Url longer = Url::parse(c.url)->appending(c.component);
-        EXPECT_EQ(longer.text(), c.result);
-        EXPECT_EQ(longer, Url::parse(c.result)) << "the pieces go with the text";
+    for (const auto& [url, component, result] : cases) {
+        const Url longer = Url::parse(url)->appending(component);
+        EXPECT_EQ(longer.text(), result);
+        EXPECT_EQ(longer, Url::parse(result)) << "the pieces go with the text";
     }
 }
 

@@ -31,12 +31,7 @@ TEST(Utf8, keepsWholeCharactersFromTheEnd) {
     const std::string accent = "e\u0301";  // e and a combining acute
     const std::string family = "\U0001F469\u200D\U0001F467";
     const std::string flag = "\U0001F1E9\U0001F1EA";
-    struct Case {
-        std::string before;
-        std::size_t count;
-        std::string end;
-    };
-    const Case cases[] = {
+    const std::tuple<std::string, std::size_t, std::string> cases[] = {
         {"", 2, accent},
         {"", 4, "abc" + accent},
         {std::string(20000, 'a'), 3, "xyz"},
@@ -47,7 +42,7 @@ TEST(Utf8, keepsWholeCharactersFromTheEnd) {
         {flag, 2, "a" + flag},
         {"a", 3, "b\xFF\xC3"},
     };
-    for (const auto& c : cases) EXPECT_EQ(lastCharacters(c.before + c.end, c.count), c.end) << c.end;
+    for (const auto& [before, count, end] : cases) EXPECT_EQ(lastCharacters(before + end, count), end) << end;
 }
 
 }  // namespace

@@ -10,12 +10,7 @@ namespace {
 TEST(ProcessStat, isNotMisledByTheNameOfTheProcess) {
     const std::string numbers = " S 41 41 41 0 -1 4194304 97 0 0 0 250 50 3 4 20 0 1 0 488501 3133440 362";
     const ProcessStat stat{.parent = 41, .userTicks = 250, .systemTicks = 50, .startTicks = 488501};
-    struct Case {
-        const char* why;
-        std::string line;
-        std::optional<ProcessStat> stat;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, std::optional<ProcessStat>> cases[] = {
         {"plain", "42 (cat)" + numbers + "\n", stat},
         {"blanks, parentheses and line ends", "42 (a) R 1 (b\n) Z)" + numbers, stat},
         {"no name at all", "42 ()" + numbers, stat},
@@ -26,7 +21,7 @@ TEST(ProcessStat, isNotMisledByTheNameOfTheProcess) {
         {"a parent beyond all pids", "42 (x) S 4294967297" + numbers.substr(5), std::nullopt},
         {"nothing", "", std::nullopt},
     };
-    for (const auto& c : cases) EXPECT_EQ(ProcessStat::parse(c.line), c.stat) << c.why;
+    for (const auto& [why, line, parsed] : cases) EXPECT_EQ(ProcessStat::parse(line), parsed) << why;
 }
 
 }  // namespace

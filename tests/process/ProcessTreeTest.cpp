@@ -35,13 +35,8 @@ TEST(ProcessTree, answersOnlyWhenTheFamilyKeptStill) {
     const std::map<pid_t, pid_t> parents{{2, 1}, {3, 1}, {4, 2}};
     Children big{{1, {}}};
     for (pid_t pid = 2; pid < 2000; ++pid) big[1].push_back(pid);
-    struct Case {
-        const char* why;
-        ProcessTree system;
-        std::optional<std::vector<ProcessEntry>> under;
-    };
-    const Case cases[] = {
-        {"a family", systemOf({family}, parents), {{childOf(1, 2), childOf(1, 3), childOf(2, 4)}}},
+    const std::tuple<const char*, ProcessTree, std::optional<std::vector<ProcessEntry>>> cases[] = {
+        {"a family", systemOf({family}, parents), std::vector{childOf(1, 2), childOf(1, 3), childOf(2, 4)}},
         {"no children", systemOf({{{1, {}}}}, parents), std::vector<ProcessEntry>{}},
         {"the first look missed one", systemOf({{{1, {2}}, {2, {4}}, {4, {}}}, family}, parents),
          std::nullopt},
@@ -51,7 +46,7 @@ TEST(ProcessTree, answersOnlyWhenTheFamilyKeptStill) {
         {"a loop", systemOf({{{1, {2}}, {2, {1}}}}, parents), std::nullopt},
         {"too many to be worth it", systemOf({big}, parents), std::nullopt},
     };
-    for (const auto& c : cases) EXPECT_EQ(c.system.under(1), c.under) << c.why;
+    for (const auto& [why, system, under] : cases) EXPECT_EQ(system.under(1), under) << why;
 }
 
 }  // namespace

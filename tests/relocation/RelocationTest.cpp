@@ -41,13 +41,8 @@ TEST(VersionOrder, readsRunsOfDigitsAsNumbers) {
 }
 
 TEST(Relocation, decidesByPlaceVersionsAndWhatItMayWrite) {
-    struct Case {
-        const char* why;
-        Facts facts;
-        Decision decision;
-    };
     const Launch ofInstalled = translocated(installed);
-    const Case cases[] = {
+    const std::tuple<const char*, Facts, Decision> cases[] = {
         {"the installed copy", {fromInstalled, "9", "1", true}, Stay{}},
         {"the installed copy, oddly written", {{"/Applications/x/..//tarnik.app/"}, {}, "1", true}, Stay{}},
         {"a development build", {fromDownloads, {}, "1", true, true}, Stay{}},
@@ -71,7 +66,7 @@ TEST(Relocation, decidesByPlaceVersionsAndWhatItMayWrite) {
         {"relaunched, no right to", {relaunched(fromDownloads), {}, "1", false}, CannotInstall{}},
         {"relaunched as meant", {relaunched(fromInstalled), "1", "1", true}, Stay{}},
     };
-    for (const auto& c : cases) EXPECT_EQ(decide(c.facts), c.decision) << c.why;
+    for (const auto& [why, facts, decision] : cases) EXPECT_EQ(decide(facts), decision) << why;
 }
 
 TEST(Relocation, judgesOtherCopies) {

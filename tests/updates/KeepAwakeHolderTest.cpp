@@ -15,12 +15,7 @@ ProcessEntry process(pid_t pid, pid_t parent, std::string_view path = "/bin/sh")
 
 TEST(KeepAwakeHolder, findsHoldersAmongDescendantsOnly) {
     constexpr auto holder = KeepAwakeHolder::path;
-    struct Case {
-        const char* why;
-        std::vector<ProcessEntry> table;
-        std::vector<pid_t> holders;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::vector<ProcessEntry>, std::vector<pid_t>> cases[] = {
         {"an empty table", {}, {}},
         {"a grandchild behind a child, before its parent in the table",
          {process(12, 11, holder), process(11, node), process(13, node, holder), process(node, 1)},
@@ -35,11 +30,11 @@ TEST(KeepAwakeHolder, findsHoldersAmongDescendantsOnly) {
          {process(11, node, "/usr/bin/caffeinate2"), {.pid = 12, .parent = node}},
          {}},
     };
-    for (const auto& c : cases) {
+    for (const auto& [why, table, holders] : cases) {
         std::vector<pid_t> found;
-        for (const auto& entry : KeepAwakeHolder::holders(node, c.table)) found.push_back(entry.pid);
-        EXPECT_EQ(found, c.holders) << c.why;
-        EXPECT_EQ(KeepAwakeHolder::held(node, c.table), !c.holders.empty()) << c.why;
+        for (const auto& entry : KeepAwakeHolder::holders(node, table)) found.push_back(entry.pid);
+        EXPECT_EQ(found, holders) << why;
+        EXPECT_EQ(KeepAwakeHolder::held(node, table), !holders.empty()) << why;
     }
     EXPECT_TRUE(KeepAwakeHolder::held(node, {process(11, node, "/stand/in")}, "/stand/in"));
 }

@@ -45,12 +45,8 @@ ActivitySample parsed(const std::string& text) {
 }
 
 TEST(QuietWatch, seesWhatIsBusyInEachSample) {
-    struct Case {
-        const char* why;
-        std::string samples;
-        std::string seen;  // for each sample, b: busy, or a dot
-    };
-    const Case cases[] = {
+    // What is sampled, and for each sample, b: busy, or a dot.
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {"nobody works", "0", "."},
         {"installing or pairing", "0 s", "b"},
         {"the person looks at the window", "0 w", "b"},
@@ -79,16 +75,16 @@ TEST(QuietWatch, seesWhatIsBusyInEachSample) {
         {"no node after the cap", "0 h1@0|3500|3560 -", "bb."},
         {"unknown while the cap passes", "0 h1@0|3470 ?|3500|3560", "bbbb"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [why, samples, expected] : cases) {
         QuietWatch watch;
         std::string seen;
-        std::istringstream samples(c.samples);
-        for (std::string text; std::getline(samples, text, '|');) {
+        std::istringstream stream(samples);
+        for (std::string text; std::getline(stream, text, '|');) {
             const ActivitySample sample = parsed(text);
             watch.observe(sample);
             seen += watch.lastBusy == sample.at.steady ? 'b' : '.';
         }
-        EXPECT_EQ(seen, c.seen) << c.why;
+        EXPECT_EQ(seen, expected) << why;
     }
 }
 
