@@ -146,11 +146,8 @@ TEST(DriverHost, bringsADriverBackThatEnds) {
     Fixture f;
     f.host().setEnabled(true);
     for (int i = 0; i < 7; ++i) {
-        f.log.clear();
         f.spawner.last().end(ExitStatus::signaled(SIGSEGV));
-        EXPECT_EQ(f.log, std::vector<std::string>{"the desktop driver stopped unexpectedly (signal 11)"});
         EXPECT_EQ(f.endpoints.back(), std::nullopt);
-        EXPECT_EQ(f.directories(), 0U);
         f.queue->advance(1s);  // the first delay each time
         EXPECT_TRUE(f.host().currentEndpoint().has_value());
     }
