@@ -120,8 +120,8 @@ TEST(MacProcesses, overlooksNobodyWhileOthersComeAndGo) {
     crowd.join();
     parent.join();
     // Where the system lists children nobody else is looked at.
-    if (std::filesystem::exists("/proc/thread-self/children"))
-        EXPECT_FALSE(in(MacProcesses::tableUnder(child.pid()), ::getpid()));
+    const bool listsChildren = std::filesystem::exists("/proc/thread-self/children");
+    EXPECT_EQ(in(MacProcesses::tableUnder(child.pid()), ::getpid()).has_value(), !listsChildren);
 }
 
 }  // namespace
