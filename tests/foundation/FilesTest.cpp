@@ -1,6 +1,7 @@
 #include "core/foundation/Files.h"
 
 #include <cerrno>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,9 +12,10 @@
 namespace tarnik {
 namespace {
 
-mode_t modeOf(const std::string& path) {
-    struct stat found{};
-    return ::stat(path.c_str(), &found) == 0 ? found.st_mode & 07777U : 0;
+namespace fs = std::filesystem;
+
+fs::perms modeOf(const std::string& path) {
+    return fs::status(path).permissions();
 }
 
 TEST(Files, createsFoldersWithExactlyTheMode) {
@@ -24,7 +26,8 @@ TEST(Files, createsFoldersWithExactlyTheMode) {
         const mode_t before = ::umask(umask);
         EXPECT_TRUE(createFolders(top + "/b/c", 0750).has_value());
         ::umask(before);
-        for (const char* below : {"", "/b", "/b/c"}) EXPECT_EQ(modeOf(top + below), 0750U) << umask << below;
+        for (const char* below : {"", "/b", "/b/c"})
+            EXPECT_EQ(modeOf(top + below), fs::perms(0750)) << umask << below;
     }
 }
 
@@ -33,7 +36,7 @@ TEST(Files, leavesWhatIsThere) {
     const std::string file = folder.path() + "/file";
     shell(folder.path(), "touch file; ln -s . link; ln -s nowhere dangling");
     EXPECT_TRUE(createFolders(folder.path() + "/link", 0777).has_value());
-    EXPECT_EQ(modeOf(folder.path()), 0700U);
+    EXPECT_EQ(modeOf(folder.path()), fs::perms(0700));
     EXPECT_EQ(createFolders(file, 0700), std::unexpected(FileError{"mkdir " + file, EEXIST}));
     EXPECT_EQ(createFolders(folder.path() + "/dangling/x", 0700).error().code, EEXIST);
 }

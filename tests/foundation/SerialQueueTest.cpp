@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/ManualQueue.h"
-
 namespace tarnik {
 namespace {
 
@@ -16,38 +14,22 @@ using namespace std::chrono_literals;
 
 constexpr auto limit = 20s;
 
-void schedule(SerialQueue& queue, std::vector<int>& ran) {
-    const auto add = [&ran](int number) { return [&ran, number] { ran.push_back(number); }; };
-    queue.run([&queue, &ran, add] {
-        const auto never = queue.postAfter(Seconds(0.01), add(-1));
-        // These two are due at the same moment on the hand-moved clock; the first calls the second off.
-        const auto second = std::make_shared<SerialQueue::Timer>();
-        queue.postAfter(Seconds(0.02), [&queue, second] { queue.cancel(*second); });
-        *second = queue.postAfter(Seconds(0.02), add(-2));
-        queue.postAfter(Seconds(0.03), add(4));
-        queue.post(add(2));
-        queue.postAfter(Seconds(-1), add(3));
-        queue.cancel(never);
-        ran.push_back(1);
-    });
-}
-
-// Both kinds of queue promise the same order.
 TEST(SerialQueue, runsInOrderAndWhatIsDueFirst) {
     std::vector<int> ran;
+    const auto add = [&ran](int number) { return [&ran, number] { ran.push_back(number); }; };
     const auto queue = SerialQueue::withThread("tarnik.test");
-    schedule(*queue, ran);
+    queue->run([&] {
+        const auto never = queue->postAfter(Seconds(0.01), add(-1));
+        queue->postAfter(Seconds(0.03), add(4));
+        queue->post(add(2));
+        queue->postAfter(Seconds(-1), add(3));
+        queue->cancel(never);
+        ran.push_back(1);
+    });
     std::promise<void> later;
     queue->postAfter(Seconds(0.3), [&] { later.set_value(); });
     ASSERT_EQ(later.get_future().wait_for(limit), std::future_status::ready);
     EXPECT_EQ(ran, (std::vector{1, 2, 3, 4}));
-
-    std::vector<int> ranByHand;
-    ManualQueue manual;
-    schedule(manual, ranByHand);
-    EXPECT_EQ(ranByHand, (std::vector{1, 2, 3}));
-    manual.advance(Seconds(0.03));
-    EXPECT_EQ(ranByHand, ran);
 }
 
 TEST(SerialQueue, runsOneAtATimeForAllThreads) {
@@ -128,15 +110,12 @@ TEST(SerialQueue, dropsTasksWithoutItsLock) {
     using Drop = void (*)(SerialQueue&, SerialQueue::Timer);
     const Drop cancel = [](SerialQueue& queue, SerialQueue::Timer timer) { queue.cancel(timer); };
     const Drop close = [](SerialQueue& queue, SerialQueue::Timer) { queue.close(); };
-    ManualQueue manual;
     const auto queue = SerialQueue::withThread("tarnik.test");
-    for (SerialQueue* each : {static_cast<SerialQueue*>(&manual), queue.get()}) {
-        for (const Drop drop : {cancel, close}) {
-            const auto timer =
-                each->postAfter(Seconds(3600), [held = std::shared_ptr<CallsBack>(new CallsBack{*each})] {});
-            auto done = std::async(std::launch::async, drop, std::ref(*each), timer);
-            ASSERT_EQ(done.wait_for(limit), std::future_status::ready);
-        }
+    for (const Drop drop : {cancel, close}) {
+        const auto timer =
+            queue->postAfter(Seconds(3600), [held = std::shared_ptr<CallsBack>(new CallsBack{*queue})] {});
+        auto done = std::async(std::launch::async, drop, std::ref(*queue), timer);
+        ASSERT_EQ(done.wait_for(limit), std::future_status::ready);
     }
 }
 
