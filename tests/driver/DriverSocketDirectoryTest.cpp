@@ -22,9 +22,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-mode_t modeOf(const std::string& path) {
-    struct stat found{};
-    return ::lstat(path.c_str(), &found) == 0 ? found.st_mode & 07777 : 0;
+fs::perms modeOf(const std::string& path) {
+    return fs::symlink_status(path).permissions();
 }
 
 void write(const std::string& path, const std::string& text) {
@@ -42,9 +41,9 @@ TEST(DriverSocketDirectory, isPrivateWhateverTheUmaskAndTheParent) {
     ASSERT_TRUE(made);
     EXPECT_EQ(fs::path(made->path).parent_path(), folder.path() + "/tarnik/cua");
     for (const auto& path : {folder.path() + "/tarnik", folder.path() + "/tarnik/cua", made->path})
-        EXPECT_EQ(modeOf(path), 0700U) << path;
+        EXPECT_EQ(modeOf(path), fs::perms(0700)) << path;
     EXPECT_TRUE(written);
-    EXPECT_EQ(modeOf(made->pidFilePath()), 0600U);
+    EXPECT_EQ(modeOf(made->pidFilePath()), fs::perms(0600));
     EXPECT_EQ(readFile(made->path + "/cua.pid", 99), "4711");
     EXPECT_EQ(DriverSocketDirectory::owned(folder.path()), std::vector{*made});
 }

@@ -45,14 +45,9 @@ struct Fixture {
 };
 
 TEST(NodeLog, movesTheFullFileAsideBetweenChunks) {
-    struct Case {
-        std::int64_t cap;
-        std::string found;
-        std::vector<std::string> chunks;
-        std::string file;
-        std::string older;
-    };
-    const Case cases[] = {
+    using Texts = std::vector<std::string>;
+    // The cap, what is there, what comes, and what the two files hold then.
+    const std::tuple<std::int64_t, std::string, Texts, std::string, std::string> cases[] = {
         {4, "a", {"b", "", "c"}, "abc", nothing},
         {4, "", {"ab", "cd"}, "", "abcd"},
         {4, "", {"abc", "defgh", "ijkl", "m"}, "m", "ijkl"},
@@ -60,11 +55,11 @@ TEST(NodeLog, movesTheFullFileAsideBetweenChunks) {
         {4, "abcd", {"e"}, "e", "abcd"},
         {0, "", {"ab", "c", ""}, "", "c"},
     };
-    for (const auto& c : cases) {
-        Fixture f("printf '" + c.found + "' > node.log");
-        const auto log = f.log(c.cap);
-        for (const auto& chunk : c.chunks) log->append(chunk);
-        EXPECT_EQ(contents(f.path) + "|" + contents(f.older), c.file + "|" + c.older);
+    for (const auto& [cap, found, chunks, file, older] : cases) {
+        Fixture f("printf '" + found + "' > node.log");
+        const auto log = f.log(cap);
+        for (const auto& chunk : chunks) log->append(chunk);
+        EXPECT_EQ(contents(f.path) + "|" + contents(f.older), file + "|" + older);
     }
 }
 

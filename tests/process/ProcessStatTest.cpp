@@ -11,7 +11,6 @@ TEST(ProcessStat, isNotMisledByTheNameOfTheProcess) {
     const std::string numbers = " S 41 41 41 0 -1 4194304 97 0 0 0 250 50 3 4 20 0 1 0 488501 3133440 362";
     const ProcessStat stat{.parent = 41, .userTicks = 250, .systemTicks = 50, .startTicks = 488501};
     const std::tuple<const char*, std::string, std::optional<ProcessStat>> cases[] = {
-        {"plain", "42 (cat)" + numbers + "\n", stat},
         {"blanks, parentheses and line ends", "42 (a) R 1 (b\n) Z)" + numbers, stat},
         {"no name at all", "42 ()" + numbers, stat},
         {"start at the very end", "42 (x)" + numbers.substr(0, numbers.find(" 3133440")), stat},

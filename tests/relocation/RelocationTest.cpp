@@ -46,7 +46,6 @@ TEST(Relocation, decidesByPlaceVersionsAndWhatItMayWrite) {
         {"the installed copy", {fromInstalled, "9", "1", true}, Stay{}},
         {"the installed copy, oddly written", {{"/Applications/x/..//tarnik.app/"}, {}, "1", true}, Stay{}},
         {"a development build", {fromDownloads, {}, "1", true, true}, Stay{}},
-        {"a development build, translocated", {ofInstalled, {}, "1", true, true}, Stay{}},
         {"nothing installed", {fromDownloads, {}, "1", true}, Install{.replacing = false}},
         {"nothing installed, no right to", {fromDownloads, {}, "1", false}, CannotInstall{}},
         {"an older one installed", {fromDownloads, "1.9", "1.10", true}, Install{.replacing = true}},
