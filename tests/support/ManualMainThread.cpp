@@ -9,7 +9,7 @@ MainThread ManualMainThread::record() const {
     return {.post =
                 [inner = inner_](MainThread::Task task) {
                     const std::lock_guard lock(inner->mutex);
-                    if (!inner->ended) inner->posted.push_back(std::move(task));
+                    inner->posted.push_back(std::move(task));
                 },
             .repeat =
                 [inner = inner_](Seconds interval, MainThread::Task task) {
@@ -53,13 +53,6 @@ void ManualMainThread::advance(Seconds by) {
         run();
     }
     inner_->clock->set(end);
-}
-
-void ManualMainThread::end() {
-    const std::lock_guard lock(inner_->mutex);
-    inner_->ended = true;
-    inner_->posted.clear();
-    inner_->timers.clear();
 }
 
 }  // namespace tarnik

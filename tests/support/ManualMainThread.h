@@ -25,9 +25,6 @@ public:
     // Moves the clock, firing timers at their times, each followed by run().
     void advance(Seconds by);
 
-    // As when the program's loop has ended: what waits and what comes is dropped.
-    void end();
-
 private:
     struct Timer {
         Seconds interval;
@@ -42,7 +39,6 @@ private:
         std::vector<MainThread::Task> posted;
         std::map<int, Timer> timers;
         int lastTimer = 0;
-        bool ended = false;
     };
 
     std::shared_ptr<Inner> inner_;

@@ -33,7 +33,6 @@ public:
     void close() override;
 
     void advance(Seconds by);
-    const ManualClock& clock() const { return *clock_; }
 
 private:
     void drain();
