@@ -1,5 +1,7 @@
 #include "core/foundation/Url.h"
 
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/Words.h"

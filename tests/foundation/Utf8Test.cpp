@@ -1,6 +1,7 @@
 #include "core/foundation/Utf8.h"
 
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 

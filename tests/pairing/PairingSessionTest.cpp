@@ -1,6 +1,8 @@
 #include "core/pairing/PairingSession.h"
 
+#include <algorithm>
 #include <csignal>
+#include <tuple>
 
 #include <gtest/gtest.h>
 

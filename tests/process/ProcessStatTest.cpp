@@ -1,6 +1,7 @@
 #include "core/process/ProcessStat.h"
 
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 #include "core/process/ProcessTree.h"
 
 #include <map>
+#include <tuple>
 
 #include <gtest/gtest.h>
 

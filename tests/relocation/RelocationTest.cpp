@@ -1,5 +1,7 @@
 #include "core/relocation/Relocation.h"
 
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "core/relocation/RecordLine.h"

@@ -1,5 +1,7 @@
 #include "core/updates/KeepAwakeHolder.h"
 
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 namespace tarnik {

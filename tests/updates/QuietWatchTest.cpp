@@ -1,6 +1,7 @@
 #include "core/updates/QuietWatch.h"
 
 #include <sstream>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
