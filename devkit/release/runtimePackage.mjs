@@ -1,18 +1,12 @@
 // The archive of the runtime, made from the machine's own Node.js.
-import {
-  copyFileSync, existsSync, linkSync, mkdirSync, readdirSync, realpathSync, rmSync, statSync,
-} from 'node:fs';
+import { copyFileSync, existsSync, linkSync, mkdirSync, realpathSync, rmSync, statSync } from 'node:fs';
 import path from 'node:path';
 import { file, fileFrom, folder, writeTarball } from './tarball.mjs';
 
 const executable = realpathSync(process.execPath);
 
-// Some builds of Node.js keep most of themselves in a library beside the executable.
-function libraries(leading) {
-  const lib = path.join(path.dirname(executable), '..', 'lib');
-  const names = existsSync(lib) ? readdirSync(lib).filter((name) => /^libnode\..*(so|dylib)/.test(name)) : [];
-  return names.map((name) => fileFrom(`${leading}/lib/${name}`, path.join(lib, name), 0o755));
-}
+// Some builds of Node.js keep most of themselves in a library, beside the executable or where the system has its own.
+const libraries = process.report.getReport().sharedObjects.filter((name) => path.basename(name).startsWith('libnode.'));
 
 function place(cached, target) {
   rmSync(target, { force: true });
@@ -26,10 +20,12 @@ function place(cached, target) {
 // Packing takes seconds, so the archive is kept in the cache under what it was made from.
 async function packReal(target, leading, cache) {
   mkdirSync(cache, { recursive: true });
-  const cached = path.join(cache, `${leading}-${statSync(executable).size}.tar.gz`);
+  const size = [executable, ...libraries].reduce((sum, name) => sum + statSync(name).size, 0);
+  const cached = path.join(cache, `${leading}-${size}.tar.gz`);
   if (!existsSync(cached)) {
     const node = fileFrom(`${leading}/bin/node`, executable, 0o755);
-    await writeTarball(cached, [folder(leading), node, ...libraries(leading)]);
+    const beside = libraries.map((name) => fileFrom(`${leading}/lib/${path.basename(name)}`, name, 0o755));
+    await writeTarball(cached, [folder(leading), node, ...beside]);
   }
   place(cached, target);
 }
