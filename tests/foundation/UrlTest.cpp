@@ -27,6 +27,7 @@ TEST(Url, takesAnAddressApart) {
         {"tarnik://connect?a=1&code=x+y%2B%2525&b&c=#f",
          "tarnik connect -  query a=1 code=x+y+%25 b=(none) c= fragment"},
         {"http://[::1]:65535/?", "http [::1] 65535 / query"},
+        {"tarnik:?", "tarnik - -  query"},
         {"tarnik:?#?a", "tarnik - -  query fragment"},
         {"tarnik:a#?b", "tarnik - - a fragment"},
         {"tarnik:?&=&a=b=%26", "tarnik - -  query =(none) = a=b=&"},
@@ -45,7 +46,7 @@ TEST(Url, takesNothingElse) {
     auto refused = words(
         "http://h:65536 http://h:18446744073709551617 http://h: http://h:/c http://h:8o http://%68 "
         "http://[fe80::1%25en0]/ http%3A//h //h/c h/c http://h/%zz http://h/%4 http://h/\u00E9 "
-        "http://h\\@g/ http://h@g@i/ http://h:1:2/ http://127.0.0.1.example/ http://[::1]example/");
+        "http://h\\@g/ http://h@g@i/ http://h:1:2/ tarnik:[ http://127.0.0.1.example/ http://[::1]example/");
     refused.insert(refused.end(),
                    {"", " http://h", "http://h/a b", {"http://h/\0", 10}, {"http://h\0/", 10}});
     refused.insert(refused.end(), {longUrl(Url::maxBytes + 1), start + std::string(10'000'000, '%')});
