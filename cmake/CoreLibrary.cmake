@@ -20,7 +20,7 @@ function(tarnik_core_library folder)
 endfunction()
 
 # tarnik_quick_sources(<file>...): releases are compiled for size, since what the program costs all day is memory.
-# These go over much text, and are compiled for speed; on their own, as precompiled headers know one of the two.
+# These would be many times slower, and are compiled for speed; on their own, as precompiled headers know one of the two.
 function(tarnik_quick_sources)
   set_source_files_properties(${ARGN} PROPERTIES
     COMPILE_OPTIONS $<$<CONFIG:Release>:-O2> SKIP_PRECOMPILE_HEADERS ON)
