@@ -1,4 +1,5 @@
-// check-docs.mjs: the README's table of commands is that of ./dev, and every relative link leads somewhere.
+// check-docs.mjs: checks the pages against the tree. The README's table lists the commands of ./dev, relative links
+// lead somewhere, and each file, type, operation or option that a page names in backticks exists.
 import { execFileSync } from 'node:child_process';
 import fs from 'node:fs';
 import path from 'node:path';
@@ -34,9 +35,39 @@ function checkLinks(file, text) {
     }
 }
 
+const tracked = execFileSync('git', ['ls-files'], { encoding: 'utf8' }).split('\n').filter(Boolean);
+const topFolders = new Set(tracked.filter((file) => file.includes('/')).map((file) => file.split('/')[0]));
+const code = tracked.filter((file) => /\.(h|cpp|mm|mjs|cmake|in)$|CMakeLists\.txt$/.test(file))
+    .map((file) => fs.readFileSync(file, 'utf8')).join('\n');
+const identifiers = new Set(code.match(/[A-Za-z_]\w*/g));
+const options = new Set(code.match(/--[a-z][a-z-]+/g));
+
+// A path from the root or from the page's folder; `*` stands for any name, `{a,b}` for each of its words.
+function namesFile(page, name) {
+    const pattern = name.replace(/\/$/, '').replace(/[.+^$()|[\]\\]/g, '\\$&')
+        .replace(/\{([^}]*)\}/g, (_, words) => `(${words.replace(/,/g, '|')})`).replace(/\*+|\b[A-Z]{2,}\b|_NAME\b/g, '[^/]*');
+    const folder = path.dirname(page);
+    const wanted = new RegExp(`^(${folder === '.' ? '' : `(${folder}/)?`})${pattern}(/|$)`);
+    return tracked.some((file) => wanted.test(file));
+}
+
+// `NodeSupervisor`, `NodeHome::claim` and `runConsole()` are identifiers; other words in backticks may be anything.
+function checkNames(file, text) {
+    for (const [, span] of withoutCodeBlocks(text).matchAll(/`([^`\n]+)`/g)) {
+        const ours = topFolders.has(span.split('/')[0]) && /^[\w.*{},/-]+\/[\w.*{},/-]*$/.test(span);
+        if (ours && !namesFile(file, span)) fault(`${file}: there is no ${span}`);
+        const isType = /^[A-Z][a-z]+[A-Z]\w*$/.test(span) || /^\w+(::\w+)+(\(\))?$/.test(span) || /^[a-z]\w+\(\)$/.test(span);
+        for (const word of isType ? span.match(/\w+/g) : []) {
+            if (!identifiers.has(word)) fault(`${file}: no source knows the name ${word} of ${span}`);
+        }
+        const option = /^(?:tarnik(?:-console)? )?(--[a-z][a-z-]+)/.exec(span);
+        if (option && !options.has(option[1])) fault(`${file}: nothing takes the option ${option[1]}`);
+    }
+}
+
 const commands = new Set([...execFileSync('./dev', ['help'], { encoding: 'utf8' }).matchAll(/^\.\/dev ([a-z]+)/gm)]
     .map(([, name]) => name));
-const files = ['README.md', ...fs.readdirSync('docs').filter((name) => name.endsWith('.md')).map((name) => `docs/${name}`)];
+const files = ['README.md', 'CONTRIBUTING.md', 'devkit/README.md', ...fs.readdirSync('docs').filter((name) => name.endsWith('.md')).map((name) => `docs/${name}`)];
 
 for (const file of files) {
     if (!fs.existsSync(file)) {
@@ -45,6 +76,7 @@ for (const file of files) {
     }
     const text = fs.readFileSync(file, 'utf8');
     checkLinks(file, text);
+    checkNames(file, text);
     for (const [, name] of text.matchAll(/\.\/dev +([a-z]+)/g)) {
         if (!commands.has(name)) fault(`${file}: there is no command ./dev ${name}`);
     }
