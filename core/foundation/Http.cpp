@@ -32,11 +32,17 @@ struct Curl {
     decltype(&curl_easy_init) open = nullptr;
     decltype(&curl_easy_cleanup) close = nullptr;
     decltype(&curl_easy_setopt) set = nullptr;
-    decltype(&curl_easy_perform) perform = nullptr;
     decltype(&curl_easy_getinfo) info = nullptr;
     decltype(&curl_easy_strerror) explain = nullptr;
     decltype(&curl_slist_append) append = nullptr;
     decltype(&curl_slist_free_all) freeList = nullptr;
+    decltype(&curl_multi_init) openMulti = nullptr;
+    decltype(&curl_multi_cleanup) closeMulti = nullptr;
+    decltype(&curl_multi_add_handle) add = nullptr;
+    decltype(&curl_multi_remove_handle) remove = nullptr;
+    decltype(&curl_multi_perform) perform = nullptr;
+    decltype(&curl_multi_poll) poll = nullptr;
+    decltype(&curl_multi_info_read) nextMessage = nullptr;
 };
 using LoadedCurl = std::expected<Curl, std::string>;
 
@@ -50,11 +56,17 @@ LoadedCurl loadCurl() {
     library.find(curl.open, "curl_easy_init");
     library.find(curl.close, "curl_easy_cleanup");
     library.find(curl.set, "curl_easy_setopt");
-    library.find(curl.perform, "curl_easy_perform");
     library.find(curl.info, "curl_easy_getinfo");
     library.find(curl.explain, "curl_easy_strerror");
     library.find(curl.append, "curl_slist_append");
     library.find(curl.freeList, "curl_slist_free_all");
+    library.find(curl.openMulti, "curl_multi_init");
+    library.find(curl.closeMulti, "curl_multi_cleanup");
+    library.find(curl.add, "curl_multi_add_handle");
+    library.find(curl.remove, "curl_multi_remove_handle");
+    library.find(curl.perform, "curl_multi_perform");
+    library.find(curl.poll, "curl_multi_poll");
+    library.find(curl.nextMessage, "curl_multi_info_read");
     if (library.failure()) return std::unexpected(*library.failure());
     if (curl.start(CURL_GLOBAL_DEFAULT) != CURLE_OK) return std::unexpected("libcurl can't start");
     return curl;
@@ -101,10 +113,12 @@ private:
     bool takeOnlyTheWeb();
     // None when the body has come, else the address to go on with.
     std::expected<std::optional<std::string>, HttpError> request(const std::string& url);
+    CURLcode perform();
     HttpError failure(CURLcode result) const;
 
     std::size_t take(std::string_view piece);
-    bool isMoving(std::int64_t received);
+    bool isMoving();
+    std::chrono::milliseconds untilStalled() const;
     template <class Value>
     Value info(CURLINFO which) const {
         Value value{};
@@ -115,7 +129,6 @@ private:
     // libcurl's callbacks; `self` is the Transfer.
     static int onConnected(void* self, char*, char*, int, int) noexcept;
     static std::size_t onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
-    static int onProgress(void* self, curl_off_t, curl_off_t received, curl_off_t, curl_off_t) noexcept;
 
     // A moment up to which enough had come.
     struct Mark {
@@ -132,12 +145,15 @@ private:
     std::optional<Mark> mark_;          // none before the connection stands
     std::optional<HttpError> refusal_;  // why we ended it ourselves
     std::int64_t taken_ = 0;
-    std::unique_ptr<CURL, decltype(Curl::close)> handle_{nullptr, curl_.close};
+    std::unique_ptr<CURLM, decltype(Curl::closeMulti)> multi_{nullptr, curl_.closeMulti};
+    std::unique_ptr<CURL, decltype(Curl::close)> handle_{nullptr, curl_.close};  // goes before multi_
 };
 
 std::expected<void, HttpError> Transfer::get(std::string url) {
+    multi_.reset(curl_.openMulti());
     handle_.reset(curl_.open());
-    if (!handle_ || !configure()) return std::unexpected(transportError("libcurl lacks what is needed"));
+    if (!multi_ || !handle_ || !configure())
+        return std::unexpected(transportError("libcurl lacks what is needed"));
 
     for (int redirects = 0; redirects <= Http::maximumRedirects; ++redirects) {
         auto next = request(url);
@@ -177,7 +193,7 @@ bool Transfer::configure() {
 
     set(CURLOPT_BUFFERSIZE, 100L << 10);  // the default of 16 KiB costs a fifth of the speed
     set(CURLOPT_NOSIGNAL, 1L);
-    set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(options_.connectTimeout));
+    set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(options_.timeout));
     set(CURLOPT_MAXFILESIZE_LARGE, curl_off_t{options_.bodyBytes});
     set(CURLOPT_ERRORBUFFER, words_.data());
 
@@ -185,9 +201,6 @@ bool Transfer::configure() {
     set(CURLOPT_PREREQDATA, this);
     set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
     set(CURLOPT_WRITEDATA, this);
-    set(CURLOPT_NOPROGRESS, 0L);
-    set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
-    set(CURLOPT_XFERINFODATA, this);
 
     // From 7.87 on; without it a time-out waits for the name's resolver.
     curl_.set(handle_.get(), CURLOPT_QUICK_EXIT, 1L);
@@ -213,7 +226,7 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
     if (curl_.set(handle_.get(), CURLOPT_URL, url.c_str()) != CURLE_OK)
         return std::unexpected(transportError("the address is broken"));
 
-    const CURLcode result = curl_.perform(handle_.get());
+    const CURLcode result = perform();
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     const bool redirected = status >= 300 && status < 400;
     const HttpError badStatus{.kind = Kind::badStatus, .code = static_cast<int>(status)};
@@ -230,10 +243,37 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
     return next;
 }
 
+// Runs one request to its end. curl_easy_perform would notice a silent server up to a second late.
+CURLcode Transfer::perform() {
+    if (curl_.add(multi_.get(), handle_.get()) != CURLM_OK) return CURLE_FAILED_INIT;
+    CURLcode result = CURLE_ABORTED_BY_CALLBACK;
+    for (int running = 1; running != 0;) {
+        CURLMcode state = curl_.perform(multi_.get(), &running);
+        if (running != 0 && !isMoving()) break;
+        if (running != 0 && state == CURLM_OK)
+            state = curl_.poll(multi_.get(), nullptr, 0, static_cast<int>(untilStalled().count()), nullptr);
+        if (state != CURLM_OK) break;
+    }
+    int left = 0;
+    while (const CURLMsg* message = curl_.nextMessage(multi_.get(), &left)) {
+        if (message->msg == CURLMSG_DONE) result = message->data.result;
+    }
+    curl_.remove(multi_.get(), handle_.get());
+    return result;
+}
+
+// Once connected, libcurl reports an answer that isn't HTTP as an unsupported protocol, and a header beyond
+// its limits as a lack of memory or, from 8.6 on, as CURLE_TOO_LARGE (100).
 HttpError Transfer::failure(CURLcode result) const {
+    constexpr auto tooLargeCode = static_cast<CURLcode>(100);
+    if (mark_ && (result == CURLE_UNSUPPORTED_PROTOCOL || result == CURLE_WEIRD_SERVER_REPLY))
+        return transportError("the server's answer isn't HTTP");
+    if (mark_ && (result == CURLE_OUT_OF_MEMORY || result == tooLargeCode))
+        return transportError("the header of the server's answer is too long");
     switch (result) {
         case CURLE_PARTIAL_FILE: return {.kind = Kind::cutShort};
         case CURLE_FILESIZE_EXCEEDED: return {.kind = Kind::tooLarge};
+        case CURLE_OPERATION_TIMEDOUT: return {.kind = Kind::stalled};
         case CURLE_UNSUPPORTED_PROTOCOL: return transportError("the address is of a kind that isn't allowed");
         default: return transportError(words_[0] != '\0' ? words_.data() : curl_.explain(result));
     }
@@ -258,8 +298,9 @@ std::size_t Transfer::take(std::string_view piece) {
 
 // libcurl's own limit looks at its last five seconds only, so that a burst now and then gets round it. What
 // counts here are the bytes on the line: a body may decode to nothing, and a redirect's goes nowhere.
-bool Transfer::isMoving(std::int64_t received) {
+bool Transfer::isMoving() {
     if (!mark_) return true;
+    const auto received = std::int64_t{info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T)};
     if (received > options_.bodyBytes) {
         refusal_ = HttpError{.kind = Kind::tooLarge};
         return false;
@@ -267,14 +308,21 @@ bool Transfer::isMoving(std::int64_t received) {
     const TimePoint now = steadyNow();
     const Seconds since = now - mark_->at;
     const double enough =
-        static_cast<double>(options_.floorBytesPerSecond) * std::max(since, options_.stallTimeout).count();
+        static_cast<double>(options_.floorBytesPerSecond) * std::max(since, options_.timeout).count();
     if (static_cast<double>(received - mark_->received) >= enough) {
         mark_ = Mark{.at = now, .received = received};
-    } else if (since > options_.stallTimeout) {
+    } else if (since > options_.timeout) {
         refusal_ = HttpError{.kind = Kind::stalled};
         return false;
     }
     return true;
+}
+
+// Rounded up, and at most a second. Before the connection stands libcurl watches the time itself.
+std::chrono::milliseconds Transfer::untilStalled() const {
+    const Seconds left = mark_ ? options_.timeout - Seconds(steadyNow() - mark_->at) : Seconds(1);
+    return std::chrono::floor<std::chrono::milliseconds>(std::clamp(left, Seconds(0), Seconds(1))) +
+           std::chrono::milliseconds(1);
 }
 
 int Transfer::onConnected(void* self, char*, char*, int, int) noexcept {
@@ -284,10 +332,6 @@ int Transfer::onConnected(void* self, char*, char*, int, int) noexcept {
 
 std::size_t Transfer::onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept {
     return static_cast<Transfer*>(self)->take({bytes, count});
-}
-
-int Transfer::onProgress(void* self, curl_off_t, curl_off_t received, curl_off_t, curl_off_t) noexcept {
-    return static_cast<Transfer*>(self)->isMoving(received) ? 0 : 1;
 }
 
 // What a download grows in. Gone with this object, unless it was put in place.
@@ -354,7 +398,7 @@ std::string describe(const HttpError& error) {
             return "The server answered with status " + std::to_string(error.code) + ".";
         case Kind::tooLarge: return "The server sent more than is allowed.";
         case Kind::cutShort: return "The connection ended before everything had arrived.";
-        case Kind::stalled: return "The server stopped sending, or sent too slowly.";
+        case Kind::stalled: return "The server didn't answer in time, or sent too slowly.";
         case Kind::file: return "The download couldn't be saved (" + errorText(error.code) + ").";
         case Kind::transport: break;
     }

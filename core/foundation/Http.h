@@ -16,7 +16,7 @@ struct HttpError {
         badStatus,  // not status 200, or 200 without a body
         tooLarge,
         cutShort,  // less came than was announced
-        stalled,   // too little came for too long
+        stalled,   // no answer in time, or too little came for too long
         file,      // the destination can't be written
         transport,
     };
@@ -31,12 +31,12 @@ struct HttpError {
 // A short sentence for a person: "The server answered with status 404."
 std::string describe(const HttpError& error);
 
-// What a request puts up with. The body may take as long as it likes while it moves: within each
-// `stallTimeout` it must bring what `floorBytesPerSecond` makes of that time, or its end.
+// Limits of a request. `timeout` bounds each wait for the other side: name, connection and TLS together must
+// be done within it, and afterwards each such stretch must bring `floorBytesPerSecond` times its length or
+// the end of the body. A body that keeps moving may take any time.
 struct HttpOptions {
     std::int64_t bodyBytes = std::int64_t{1} << 20;  // more is refused
-    Seconds connectTimeout = Seconds(15);            // for name, connection and TLS together
-    Seconds stallTimeout = Seconds(20);              // noticed up to a second late
+    Seconds timeout = Seconds(20);
     std::int64_t floorBytesPerSecond = 1024;
     std::string authorities;  // a PEM file of the certificate authorities to trust; empty: the system's
 };
@@ -55,7 +55,7 @@ struct Http {
     using Progress = std::function<void(std::int64_t received, std::optional<std::int64_t> total)>;
 
     static HttpOptions downloadOptions() {
-        return {.bodyBytes = std::int64_t{512} << 20, .stallTimeout = Seconds(120)};
+        return {.bodyBytes = std::int64_t{512} << 20, .timeout = Seconds(120)};
     }
 
     // The body.
