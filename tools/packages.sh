@@ -27,6 +27,7 @@ screenPackages='
 fonts-noto-core|the writing in the pictures
 '
 testPackages='
+libarchive-tools|unpacks as macOS does
 xvfb|a display that is only memory
 dbus|a session bus for the tests alone
 at-spi2-core|tells the tests what a screen reader hears

@@ -21,9 +21,9 @@ void NodeInstallation::takeOverAgent() const {
     }
     const auto outcome = LaunchdTakeover::execute(plan, launchd);
     if (!outcome) return;
-    const auto yesNo = [](bool yes) { return yes ? "yes" : "no"; };
-    log(std::string("took over the node's LaunchAgent: stopped ") + yesNo(outcome->stopped) + ", removed " +
-        yesNo(outcome->removed));
+    const auto text = [](bool value) { return value ? "true" : "false"; };
+    log(std::string("took over the node's LaunchAgent: stopped ") + text(outcome->stopped) + ", removed " +
+        text(outcome->removed));
 }
 
 }  // namespace tarnik

@@ -132,7 +132,7 @@ bool isExecutableFile(const std::string& path) {
     return mode && S_ISREG(*mode) && ::access(path.c_str(), X_OK) == 0;
 }
 
-bool holdsEntries(const std::string& folder) {
+bool holdsEntries(const std::string& folder, std::string_view otherThan) {
     struct Close {
         void operator()(DIR* open) const { ::closedir(open); }
     };
@@ -140,7 +140,7 @@ bool holdsEntries(const std::string& folder) {
     if (!open) return false;
     while (const dirent* entry = ::readdir(open.get())) {
         const std::string_view name = &entry->d_name[0];
-        if (name != "." && name != "..") return true;
+        if (name != "." && name != ".." && name != otherThan) return true;
     }
     return false;
 }

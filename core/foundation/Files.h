@@ -50,7 +50,7 @@ std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer
 bool exists(const std::string& path);
 bool isFolder(const std::string& path);
 bool isExecutableFile(const std::string& path);  // a regular file that this user may run
-bool holdsEntries(const std::string& folder);
+bool holdsEntries(const std::string& folder, std::string_view otherThan = {});
 
 // These ask about the entry itself.
 bool isLink(const std::string& path);

@@ -1,5 +1,9 @@
 #include "core/node/NodeHome.h"
 
+#include <cstdio>
+
+#include <unistd.h>
+
 #include "core/foundation/Paths.h"
 #include "core/foundation/WhiteSpace.h"
 
@@ -58,12 +62,23 @@ std::expected<void, NodeHome::ClaimFailure> NodeHome::claim() const {
     if (claimed) return {};
     // What a command-line install left in the default folder is the node's own.
     const bool mayAdopt = isDefault && (exists(wrapper()) || exists(joinRecord()));
-    if (isThere && holdsEntries(path) && !mayAdopt) return refuse(holdsOtherFiles);
+    // A claim that was killed leaves its unfinished marker.
+    const auto ours = isRegularFile(unfinishedMarker()) ? unfinishedMarkerName : std::string_view();
+    if (isThere && holdsEntries(path, ours) && !mayAdopt) return refuse(holdsOtherFiles);
 
     if (auto made = createFolders(path, folderMode); !made) return std::unexpected(made.error());
-    if (auto marked = writeFile(marker(), markerText, markerMode); !marked)
-        return std::unexpected(marked.error());
+    if (auto marked = writeMarker(); !marked) return std::unexpected(marked.error());
     return {};
+}
+
+// The marker appears whole or not at all: a folder with an empty one would count as claimed for ever.
+std::expected<void, FileError> NodeHome::writeMarker() const {
+    const std::string unfinished = unfinishedMarker();
+    auto done = writeFile(unfinished, markerText, markerMode);
+    if (done && ::rename(unfinished.c_str(), marker().c_str()) != 0)
+        done = std::unexpected(FileError::last("rename", unfinished));
+    if (!done) ::unlink(unfinished.c_str());
+    return done;
 }
 
 bool NodeHome::isClaimed() const {
@@ -80,6 +95,10 @@ bool NodeHome::hasJoined() const {
 
 std::string NodeHome::marker() const {
     return path + "/" + std::string(markerName);
+}
+
+std::string NodeHome::unfinishedMarker() const {
+    return path + "/" + std::string(unfinishedMarkerName);
 }
 
 std::string NodeHome::runtimeDir() const {

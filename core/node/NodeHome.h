@@ -32,6 +32,7 @@ struct NodeHome {
     using ClaimFailure = std::variant<ClaimError, FileError>;
 
     static constexpr std::string_view markerName = ".tarnik-node-home";
+    static constexpr std::string_view unfinishedMarkerName = ".tarnik-node-home.new";
     static constexpr std::string_view markerText =
         "This folder is tarnik-node's own. `tarnik-node uninstall` removes it whole.\n";
 
@@ -62,6 +63,10 @@ struct NodeHome {
     std::string joinRecord() const;  // written by the node once this Mac has joined an account
 
     bool operator==(const NodeHome&) const = default;
+
+private:
+    std::expected<void, FileError> writeMarker() const;
+    std::string unfinishedMarker() const;
 };
 
 // What the user is shown.

@@ -82,8 +82,10 @@ std::expected<void, InstallError> NodeInstaller::install(const Progress& progres
 
 std::optional<std::string> NodeInstaller::installedVersion() const {
     const std::string path = home_.appDir() + "/lib/node_modules/openclaw/tarnik-node.json";
+    const UniqueFd file = openRegularFile(path);
+    if (!file) return std::nullopt;
     const auto text = readFile(path, versionFileBytes);
-    if (!text) return std::nullopt;
+    if (!text) return "";
     const auto json = Json::parse(*text, versionFileBytes);
     const Json* version = json ? json->member("version") : nullptr;
     return version != nullptr ? version->asString() : std::nullopt;

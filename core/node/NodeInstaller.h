@@ -43,7 +43,8 @@ public:
 
     std::expected<void, InstallError> install(const Progress& progress) const;
 
-    // The version that the installed package says of itself.
+    // The version that the installed package says of itself; no version at all, and so newer than any, when
+    // that description is too long.
     std::optional<std::string> installedVersion() const;
 
 private:

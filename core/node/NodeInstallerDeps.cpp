@@ -1,5 +1,8 @@
 #include "core/node/NodeInstallerDeps.h"
 
+#include <locale>
+#include <stdexcept>
+
 #include "core/foundation/OneLine.h"
 #include "core/foundation/WhiteSpace.h"
 #include "core/process/Spawner.h"
@@ -31,9 +34,25 @@ std::expected<void, InstallError> httpDownload(const std::string& url, const std
     return {};
 }
 
-std::expected<void, InstallError> tarExtract(const std::string& archive, const std::string& folder) {
-    const auto run = Spawner::run({.executable = "/usr/bin/tar",
+// bsdtar, which is macOS's tar, fails on a non-ASCII name without a UTF-8 locale. A name that the system
+// doesn't know would be reported as an error, hence the trial.
+Environment utf8Environment() {
+    for (const char* name : {"C.UTF-8", "en_US.UTF-8"}) {
+        try {
+            const std::locale known(name);
+            return {{"LC_ALL", name}};
+        } catch (const std::runtime_error&) {
+            continue;
+        }
+    }
+    return {};
+}
+
+std::expected<void, InstallError> tarExtract(const std::string& program, const std::string& archive,
+                                             const std::string& folder) {
+    const auto run = Spawner::run({.executable = program,
                                    .arguments = {"-xzf", archive, "-C", folder, "--strip-components=1"},
+                                   .environment = utf8Environment(),
                                    .timeout = 120s,
                                    .limit = outputLimit});
     if (!run) return std::unexpected(run.error());
@@ -53,10 +72,11 @@ std::optional<std::string> nodeVersion(const std::string& nodeBinary) {
 
 }  // namespace
 
-NodeInstallerDeps NodeInstallerDeps::production() {
+NodeInstallerDeps NodeInstallerDeps::production(const std::string& tar) {
     return {.fetch = httpFetch,
             .download = httpDownload,
-            .extract = tarExtract,
+            .extract = [tar](const auto& archive,
+                             const auto& folder) { return tarExtract(tar, archive, folder); },
             .runtimeVersion = nodeVersion,
             .crypto = ReleaseCrypto::platform()};
 }

@@ -30,8 +30,8 @@ struct NodeInstallerDeps {
 
     ReleaseCrypto crypto;
 
-    // The network, /usr/bin/tar, the installed runtime itself, the system's cryptography.
-    static NodeInstallerDeps production();
+    // The network, tar, the installed runtime itself, the system's cryptography.
+    static NodeInstallerDeps production(const std::string& tar = "/usr/bin/tar");
 };
 
 }  // namespace tarnik

@@ -18,7 +18,6 @@ namespace {
 
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
-constexpr std::int64_t severalRuns = 3;  // caps; one run leaves little more than two
 
 struct LogFile {
     UniqueFd fd;
@@ -63,7 +62,7 @@ NodeLog::NodeLog(Passkey, std::string path, std::int64_t capBytes, Clock now)
 UniqueFd NodeLog::attach() {
     {
         const std::lock_guard lock(mutex_);
-        if (!ready()) return {};
+        if (!isOpen()) return {};
     }
     auto pipe = Spawner::pipe();
     if (!pipe) return {};
@@ -87,35 +86,37 @@ void NodeLog::drain(Seconds timeout) {
 void NodeLog::append(std::string_view data) {
     if (data.empty()) return;
     const std::lock_guard lock(mutex_);
-    if (!ready()) return;
+    if (!isOpen()) return;
+    if (size_ >= cap_) rotate();  // once more, where it has failed
+    if (!file_ || size_ >= cap_) return;
     size_ += writeAll(file_.get(), data);
-    if (size_ >= rotateAt_) rotate();
+    if (size_ >= cap_) rotate();
 }
 
-// Whether a file is open. Looking at the path on each append would cost as much as a short write.
-bool NodeLog::ready() {
+// Looking at the path on each append would cost as much as a short write.
+bool NodeLog::isOpen() {
     if (!file_) return reopen();
     const TimePoint now = now_();
     if (now < nextCheck_) return true;
     nextCheck_ = after(now, checkInterval);
+    struct stat status = {};
+    if (::fstat(file_.get(), &status) == 0) size_ = status.st_size;  // another program may have written too
     return isAtPath() || reopen();
 }
 
 bool NodeLog::reopen() {
     if (!open()) return false;
-    moveFailed_ = size_ / severalRuns >= cap_;
     if (size_ >= cap_) rotate();
     return static_cast<bool>(file_);
 }
 
-// Lets go of the open file, and takes what is at the path, or makes it.
+// Closes the open file, and opens the one at the path, which is created if need be.
 bool NodeLog::open() {
-    // It mostly exists; where it can't be made, opening the file fails too.
+    // The folder mostly exists; where it can't be made, opening the file fails too.
     [[maybe_unused]] const auto made = createFolders(parentFolder(path_), folderMode);
     auto [fd, size] = openLogFile(path_);
     file_ = std::move(fd);
     size_ = size;
-    rotateAt_ = cap_;
     nextCheck_ = after(now_(), checkInterval);
     return static_cast<bool>(file_);
 }
@@ -129,24 +130,20 @@ bool NodeLog::isAtPath() const {
     return opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
 }
 
+// A file that can't be moved aside, because a folder has the copy's place or ours may not be changed, is
+// emptied: the bound holds in any case.
 void NodeLog::rotate() {
-    // A file that is no longer ours to move leaves the older copy alone.
+    // A file that is no longer at the path leaves the older copy alone.
     if (isAtPath()) {
         const std::string older = path_ + ".1";
         // Replacing a file by renaming makes some file systems (ext4) write the new one out first.
         ::unlink(older.c_str());
-        if (::rename(path_.c_str(), older.c_str()) != 0 && errno != ENOENT) return growOrEmpty();
+        if (::rename(path_.c_str(), older.c_str()) != 0 && errno != ENOENT) {
+            if (::ftruncate(file_.get(), 0) == 0) size_ = 0;
+            return;
+        }
     }
-    moveFailed_ = false;
     open();
-}
-
-// The file can't be moved aside: something that is no file has the copy's place, or the folder may not be
-// changed. What the file holds is worth more than the bound, but not for ever.
-void NodeLog::growOrEmpty() {
-    if (moveFailed_ && ::ftruncate(file_.get(), 0) == 0) size_ = 0;
-    moveFailed_ = !moveFailed_;
-    rotateAt_ = size_ + cap_;
 }
 
 }  // namespace tarnik

@@ -27,9 +27,8 @@ namespace tarnik {
 //     ours, or a link
 //   file or folder gone or exchanged      seen by an append, within checkInterval; made or opened anew, the
 //                                         older copy left alone
-//   the file can't be moved aside         it grows on, the move is tried again after another cap, and only
-//                                         when that fails too is the file emptied; one of three caps or more
-//                                         when opened has grown over several runs, and gets no second try
+//   the file can't be moved aside         it is emptied; where it can't be emptied either, chunks are lost
+//                                         until one of the two succeeds
 //   disk full                             the rest of the chunk is dropped, the file stays open
 class NodeLog : public std::enable_shared_from_this<NodeLog> {
     struct Passkey {};
@@ -57,12 +56,11 @@ public:
 
 private:
     // All of these with the lock held.
-    bool ready();
+    bool isOpen();
     bool reopen();
     bool open();
     bool isAtPath() const;
     void rotate();
-    void growOrEmpty();
 
     const std::string path_;
     const std::int64_t cap_;
@@ -71,8 +69,6 @@ private:
     std::mutex mutex_;
     UniqueFd file_;
     std::int64_t size_ = 0;
-    std::int64_t rotateAt_ = 0;  // the cap, or more after a move that failed
-    bool moveFailed_ = false;    // the next failure empties the file
     TimePoint nextCheck_;
     std::weak_ptr<FDReader> lastReader_;
 };

@@ -97,7 +97,7 @@ TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
     f.settle();
     EXPECT_EQ(nodesThen, 0U);
     EXPECT_EQ(f.nodes.count(), 1U);
-    EXPECT_EQ(f.log.at(0), "took over the node's LaunchAgent: stopped yes, removed yes");
+    EXPECT_EQ(f.log.at(0), "took over the node's LaunchAgent: stopped true, removed true");
 }
 
 TEST(AppModel, takesALinkOnlyByTheRules) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/FullDisk.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -70,10 +71,12 @@ struct Fixture {
 };
 
 TEST(NodeHome, claimsANewOrEmptyFolderOnce) {
-    for (const char* script : {"", "mkdir -p -m 700 above/node"}) {
+    for (const char* script : {"", "mkdir -p -m 700 above/node",
+                               "mkdir -p -m 700 above/node; touch above/node/.tarnik-node-home.new"}) {
         const Fixture f(script);
         EXPECT_EQ(f.refusal(), std::nullopt);
         EXPECT_EQ(readFile(f.home.marker(), 100).value_or("").size(), 76U);
+        EXPECT_FALSE(holdsEntries(f.home.path, NodeHome::markerName)) << script;
         EXPECT_EQ(fs::status(f.home.path).permissions(), fs::perms::owner_all);
 
         shell(f.home.path, "printf theirs > .tarnik-node-home; touch other");
@@ -108,6 +111,16 @@ TEST(NodeHome, takesOnlyItsOwnAndElseChangesNothing) {
         EXPECT_EQ(f.home.isClaimed(), !reason) << script;
         EXPECT_FALSE(fs::exists(f.folder.path() + "/above/victim")) << script;
     }
+}
+
+TEST(NodeHome, isNotClaimedByHalfAMarker) {
+    const Fixture f;
+    {
+        const FullDisk full(4);
+        EXPECT_TRUE(std::holds_alternative<FileError>(f.home.claim().error()));
+    }
+    EXPECT_FALSE(f.home.isClaimed());
+    EXPECT_EQ(f.refusal(), std::nullopt);
 }
 
 TEST(NodeHome, isInstalledWithBothItsParts) {

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include "core/foundation/Json.h"
+#include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
@@ -37,6 +38,7 @@ struct Fixture {
     std::string version = "2026.5.1";
     std::string packageBytes = packageDigest;
     std::string runtimeBytes = runtimeDigest;
+    std::string runtimeFile = "bin/node";
     std::vector<std::string> packageFiles{"bin/tarnik-node", "lib/node_modules/openclaw/openclaw.mjs"};
     std::function<void()> afterExtract = [] {};
     std::string events;  // what was loaded and told, a line each
@@ -64,7 +66,7 @@ struct Fixture {
         };
         deps.extract = [this](const std::string& archive, const std::string& to) {
             if (archive.ends_with("/node.tar.gz"))
-                write(to + "/bin/node", "", 0700);
+                write(to + "/" + runtimeFile, "new", 0700);
             else
                 for (const auto& file : packageFiles) write(to + "/" + file, version, 0700);
             ::mkdir((to + "/locked").c_str(), 0);
@@ -121,12 +123,19 @@ TEST(NodeInstaller, keepsWhatIsInstalledWhenANewOneIsBad) {
              fs::permissions(f.home.nodeBinary(), fs::perms::owner_read);
              f.runtimeBytes = "other";
          }},
+        {"tarnik's helper is missing a file. Nothing was installed.",
+         [](auto& f) {
+             fs::permissions(f.home.nodeBinary(), fs::perms::owner_read);
+             f.runtimeFile = "lib/node";
+         }},
         {"tarnik's helper didn't match its signed release. Nothing was installed.",
          [](auto& f) { f.packageBytes = "other"; }},
         {"tarnik's helper is missing a file. Nothing was installed.",
          [](auto& f) { f.packageFiles.pop_back(); }},
         {tooOld, [](auto& f) { f.installedVersionIs(R"({"version":"2026.6.2"})"); }},
         {tooOld, [](auto& f) { f.installedVersionIs(R"({"version":"newest"})"); }},
+        {tooOld,
+         [](auto& f) { f.installedVersionIs(R"({"version":"2026.1.1"})" + std::string(70'000, ' ')); }},
         {tooOld, [](auto& f) { f.settings.minimumVersion = "2026.10.0"; }},
         {"tarnik's helper isn't published for this Mac (test-cpu) yet.",
          [](auto& f) { f.settings.developmentRuntime.reset(); }},
@@ -156,6 +165,20 @@ TEST(NodeInstaller, swapsNothingInAFolderThatIsNoLongerOurs) {
     f.afterExtract = [&f] { fs::remove(f.home.marker()); };
     EXPECT_EQ(f.install(), f.home.path + " isn't tarnik-node's own folder. Nothing was installed.");
     EXPECT_FALSE(f.home.isInstalled());
+}
+
+// bsdtar is macOS's tar; Debian has it beside the other.
+TEST(NodeInstaller, unpacksNamesBeyondAsciiWithEitherTar) {
+    for (const char* tar : {"/usr/bin/tar", "/usr/bin/bsdtar"}) {
+        if (!isExecutableFile(tar)) continue;
+        const TemporaryFolder folder;
+        shell(folder.path(), "export LC_ALL=C.UTF-8; mkdir -p top/bin to; touch top/bin/gr\u00FCn\u6587;" +
+                                 std::string(tar) + " --format=pax -czf archive top");
+        const auto done =
+            NodeInstallerDeps::production(tar).extract(folder.path() + "/archive", folder.path() + "/to");
+        EXPECT_TRUE(done.has_value()) << describe(done.error());
+        EXPECT_TRUE(fs::exists(folder.path() + "/to/bin/gr\u00FCn\u6587")) << tar;
+    }
 }
 
 TEST(NodeInstaller, asksTheRuntimeItself) {

@@ -1,6 +1,5 @@
 #include "core/node/NodeLog.h"
 
-#include <csignal>
 #include <filesystem>
 #include <thread>
 #include <tuple>
@@ -8,11 +7,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "core/foundation/Files.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -83,21 +82,24 @@ TEST(NodeLog, opensOnlyAPlainFileOfOursAndGoesOnOnceItCan) {
     }
 }
 
-TEST(NodeLog, keepsForAnotherCapWhatCannotBeMovedAside) {
-    Fixture f("mkdir node.log.1");
+TEST(NodeLog, emptiesAFullFileThatCannotBeMovedAside) {
+    Fixture f("mkdir node.log.1; printf found > node.log");
     const auto log = f.log(4);
-    for (const char* chunk : {"abcde", "fgh"}) log->append(chunk);
-    EXPECT_EQ(contents(f.path), "abcdefgh");
-    log->append("i");
-    EXPECT_EQ(contents(f.path), "");
-    log->append("jklm");
+    for (const char* chunk : {"abcde", "fg"}) log->append(chunk);
+    EXPECT_EQ(contents(f.path), "fg");
     fs::remove(f.older);
-    log->append("nopq");
-    EXPECT_EQ(contents(f.older), "jklmnopq");
+    log->append("hi");
+    EXPECT_EQ(contents(f.older), "fghi");
+}
 
-    Fixture grown("mkdir node.log.1; echo left by runs before > node.log");
-    grown.log(6)->append("r");
-    EXPECT_EQ(contents(grown.path), "r");
+TEST(NodeLog, countsWhatAnotherProgramWrites) {
+    Fixture f;
+    const auto log = f.log(8);
+    log->append("a");
+    shell(f.logs, "printf another >> node.log");
+    f.now += 1s;
+    log->append("b");
+    EXPECT_EQ(contents(f.older) + "|" + contents(f.path), "aanother|b");
 }
 
 TEST(NodeLog, noticesAFileThatIsGoneOrExchanged) {
@@ -124,16 +126,11 @@ TEST(NodeLog, noticesAFileThatIsGoneOrExchanged) {
 TEST(NodeLog, goesOnAfterTheDiskWasFull) {
     Fixture f;
     const auto log = f.log(6);
-    struct rlimit before = {};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
-    const struct rlimit full = {.rlim_cur = 4, .rlim_max = before.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &full), 0);
-    log->append("abcdefgh");
-    log->append("ij");
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
-    std::signal(SIGXFSZ, handler);
-
+    {
+        const FullDisk full(4);
+        log->append("abcdefgh");
+        log->append("ij");
+    }
     log->append("k");
     EXPECT_EQ(contents(f.path), "abcdk") << "lost bytes don't count towards the cap";
     log->append("l");
