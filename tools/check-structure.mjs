@@ -16,7 +16,7 @@ const floors = {
 };
 const standardHeader = /^[a-z0-9_]+$/;
 const systemHeader = /^((sys|net|netinet|arpa|linux|mach)\/)?[a-z0-9_]+\.h$/;
-const thirdPartyHeader = /^(boost|openssl|curl|plist)\/|^utf8proc\.h$/;
+const thirdPartyHeader = /^(boost|openssl|curl)\/|^utf8proc\.h$/;
 const toolkitHeader = /^Q[A-Z]|^Qt/;
 
 // "helper" alone is a word of the product: the helper node.

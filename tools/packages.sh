@@ -15,7 +15,6 @@ libboost-url1.81-dev|takes URLs apart
 libutf8proc-dev|knows where user-perceived characters end
 libcurl4-openssl-dev|downloads
 libssl-dev|checks signatures and digests
-libplist-dev|reads property lists
 qt6-base-dev|draws the window
 libxcb1-dev|watches the windows in the tests
 libgtest-dev|runs the tests

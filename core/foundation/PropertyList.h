@@ -16,7 +16,7 @@ namespace tarnik {
 class PropertyList {
 public:
     struct Entry;
-    struct Other {};  // a number, a date, data, a text that isn't UTF-8
+    struct Other {};  // a number, a date, data, a binary list's text that isn't Unicode
     using Array = std::vector<PropertyList>;
     using Dictionary = std::vector<Entry>;  // ordered by key
     using Value = std::variant<Other, std::string, Array, Dictionary>;
@@ -26,8 +26,9 @@ public:
     // can't nest deeper than this.
     static constexpr std::size_t maxContainers = 512;
 
-    // None for what isn't a property list in XML or binary form within these bounds. Of two entries with the
-    // same key the last one stays.
+    // Reads the XML, the binary and the old text form ("{ a = x; }"). Returns std::nullopt for anything but
+    // one whole list within these bounds: a damaged file must not be mistaken for a good one. Of two entries
+    // with the same key the last one stays.
     static std::optional<PropertyList> parse(std::string_view bytes);
 
     explicit PropertyList(Value value);

@@ -119,6 +119,16 @@ std::string decodeLossy(std::string_view bytes) {
     return text;
 }
 
+bool isUtf8(std::string_view bytes) {
+    return validPrefix(bytes) == bytes.size();
+}
+
+void appendUtf8(std::string& text, char32_t character) {
+    std::array<utf8proc_uint8_t, 4> bytes{};
+    const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(character), bytes.data());
+    text.append(bytes.begin(), bytes.begin() + length);
+}
+
 std::string_view lastCharacters(std::string_view text, std::size_t count) {
     if (count == 0) return text.substr(text.size());
     if (count >= text.size()) return text;

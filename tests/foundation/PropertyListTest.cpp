@@ -46,28 +46,75 @@ struct Case {
     std::string summary = "none";
 };
 
-TEST(PropertyList, readsXmlAndNothingLikeIt) {
+TEST(PropertyList, readsOneWholeXmlListOnly) {
     const std::string list = xml("<dict><key>a</key><string>x &lt;</string></dict>");
+    const auto entry = [](const std::string& value) { return xml("<dict><key>a</key>" + value + "</dict>"); };
     const Case cases[] = {
         {"a byte-order mark and blanks", "\uFEFF \n" + list, "x <"},
-        {"without a prologue", "<plist><string>x</string></plist>", "x"},
-        {"an array", xml("<array><string>x</string><integer>1</integer><true/><string/></array>"),
-         "x,other,other,,"},
+        {"comments and attributes",
+         "<!-- > --><?xml version='1.0'?><plist a=\"/>\"><!----> <string b='c'>x</string><!-- --></plist "
+         "><!-- -->",
+         "x"},
+        {"an array", xml("<array><string>x</string><integer>1</integer><true/><string/><dict/></array>"),
+         "x,other,other,,other,"},
+        {"references and a section", entry("<string>&#x20AC;&#65;&amp;<![CDATA[<&]]>!</string>"),
+         "\u20ACA&<&!"},
         {"a missing entry", xml("<dict><key>aa</key><string>x</string></dict>"), "no a"},
         {"a key twice", xml("<dict><key>a</key><string>1</string><key>a</key><string>2</string></dict>"),
          "2"},
-        {"a text that isn't UTF-8", xml("<string>\xFF</string>"), "other"},
         {"as many containers as may be", nestedXml(PropertyList::maxContainers, "<array>", "</array>"),
          "other,"},
         {"one more", nestedXml(PropertyList::maxContainers + 1, "<array>", "</array>")},
-        {"nested very deep, closed in comments only", nestedXml(2000, "<array><!--</array>-->", "")},
+        {"closed in comments only", nestedXml(20, "<array><!--</array>-->", "")},
         {"too large", list + std::string(PropertyList::maxBytes, ' ')},
-        {"cut short", list.substr(0, list.size() - 20)},
+        {"no end", list.substr(0, list.rfind("</plist>"))},
+        {"a wrong end", xml("<dict></array>")},
+        {"another end", "<plist><dict/></array>"},
+        {"a second value", xml("<dict/><dict/>")},
+        {"a second list", list + "<plist><dict/></plist>"},
+        {"a text behind the end", list + "x"},
+        {"a text between entries", xml("<dict>x</dict>")},
+        {"no value", xml("")},
+        {"a key without a value", entry("")},
+        {"a value without a key", xml("<dict><string>x</string></dict>")},
+        {"an end that is empty", "<plist><dict/></plist/>"},
+        {"a tag without an end", "<plist><dict/></plist"},
+        {"an element within a text", entry("<string><true/></string>")},
+        {"an unknown element", entry("<strings>x</strings>")},
+        {"an unknown reference", entry("<string>&x;</string>")},
+        {"a reference to a control character", entry("<string>&#1;</string>")},
+        {"a reference to a surrogate", entry("<string>&#xD800;</string>")},
+        {"a control character", entry("<string>\x01</string>")},
         {"a NUL", xml(std::string_view("<string>\0</string>", 18))},
+        {"no UTF-8", entry("<string>\xFF</string>")},
+        {"definitions of its own", "<!DOCTYPE plist [<!ENTITY a 'x'>]><plist><string>x</string></plist>"},
         {"another document", "<?xml version=\"1.0\"?><html/>"},
-        {"the old text form", "{ a = x; }"},
-        {"JSON", R"({"a":"x"})"},
         {"nothing", ""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(summary(c.bytes), c.summary) << c.why;
+}
+
+TEST(PropertyList, readsTheOldTextForm) {
+    const std::string deepest =
+        std::string(PropertyList::maxContainers, '(') + std::string(PropertyList::maxContainers, ')');
+    const Case cases[] = {
+        {"words", "// first\n{ /* then */ b = c; a = x/y.z-1; }\n", "x/y.z-1"},
+        {"quotes", R"({ "a" = 'it\'s "\U20ac\101\n"'; })", "it's \"\u20ACA\n\""},
+        {"kinds of values", "{ a = (x, <0F a3>, {}, (),); }", "x,other,other,other,"},
+        {"as many containers as may be", deepest, "other,"},
+        {"one more", "(" + deepest + ")"},
+        {"no end", "{ a = x; "},
+        {"no semicolon", "{ a = x }"},
+        {"no value", "{ a; }"},
+        {"no comma", "{ a = (x y); }"},
+        {"half a byte", "{ a = <0F a>; }"},
+        {"a text without an end", "{ a = \"x; }"},
+        {"a comment without an end", "{ a = x; } /*"},
+        {"an unknown escape", R"({ a = "\x"; })"},
+        {"half a character", R"({ a = "\Ud83d"; })"},
+        {"something behind it", "{ a = x; } y"},
+        {"a word alone", "x"},
+        {"JSON", R"({"a":"x"})"},
     };
     for (const auto& c : cases) EXPECT_EQ(summary(c.bytes), c.summary) << c.why;
 }
@@ -93,8 +140,8 @@ TEST(PropertyList, readsBinaryWithinItsBounds) {
         {"one large text, many times", binary({binaryArray(std::vector<std::size_t>(1000, 1)), large})},
         {"an array within itself", binary({binaryArray({0})})},
         {"a reference to nothing", binary({binaryArray({1})})},
-        {"a key with a NUL", binaryEntry(binaryText(std::string("a\0b", 3)))},
-        {"a wide key with a NUL", binaryEntry(binaryObject(6, 2, std::string("\0a\0\0", 4)))},
+        {"two halves of a character", binary({binaryObject(6, 2, "\xD8\x3D\xDE\x0A")}), "\U0001F60A"},
+        {"one half", binary({binaryArray({1}), binaryObject(6, 1, "\xD8\x3D")}), "other,"},
         {"a key that is no text", binaryEntry(binaryArray({}))},
         {"an object that runs over the end", binary({binaryObject(5, 60'000, "x")})},
         {"a count that is no number", binary({"\x5F\x51\x01x"})},

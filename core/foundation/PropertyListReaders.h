@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "core/foundation/PropertyList.h"
+
+// The readers of the formats, each for the whole of a file of at most PropertyList::maxBytes. All of them
+// return std::nullopt for anything but one complete list.
+namespace tarnik::PropertyListReaders {
+
+inline constexpr std::string_view binaryMagic = "bplist00";
+
+std::optional<PropertyList> readBinary(std::string_view bytes);
+
+// `text` is UTF-8 without control characters.
+std::optional<PropertyList> readXml(std::string_view text);
+std::optional<PropertyList> readOpenStep(std::string_view text);
+
+// Of two entries with the same key the later one wins.
+PropertyList dictionaryOf(PropertyList::Dictionary entries);
+
+}  // namespace tarnik::PropertyListReaders
