@@ -6,6 +6,7 @@
 #include <string>
 
 #include "app/model/AppModel.h"
+#include "app/model/ChangeFeed.h"
 #include "app/platform/LoginItemService.h"
 #include "app/platform/Presentation.h"
 #include "app/platform/SystemEvents.h"
@@ -21,8 +22,15 @@ struct AppDelegateDeps {
     std::string installPath{TarnikIdentity::installPath};
     std::function<void(std::function<void(RelocationOutcome)> done)> relocateIfNeeded;
     std::function<void(const std::string& reason)> recordWindow;
+    std::function<void(const std::string& link)> handLinkOn;  // to the copy that takes over
+    std::function<std::optional<std::string>()> takeHandedLink;
+    // Answers with a sentence if another program keeps the node home.
+    std::function<void(std::function<void(const std::optional<std::string>& inUse)> done)> takeNodeHome;
     std::function<void()> ensureLoginItem;  // returns at once
     std::function<std::unique_ptr<Updater>()> makeUpdater;
+    std::function<void()> takesLinks;  // called once the model does
+    bool showsWindow = false;          // whether anybody has to act or not
+    MainThread mainThread;
     Presentation presentation;
     SystemEvents events;
 };
@@ -48,7 +56,7 @@ public:
     void reopen() { showWindow("reopen"); }
 
     void openWindow() { showWindow("open"); }
-    void windowClosed() { model_->pairingFinished(); }  // if it is over, how it ended was seen
+    void windowClosed();
     void checkForUpdates();
 
     // Ends the updater and the model, and then the program's loop. Asked again, it goes on with that.
@@ -58,14 +66,24 @@ public:
 private:
     void handleURL(const std::string& link);
     void relocated(const RelocationOutcome& outcome);
+    void refuse(const std::string& why);
     void launch(const std::optional<RelocationOutcomes::StayWithMessage>& message);
+    void modelStarted();
+    void connect(const std::string& link);
+    void askAgain(const AppState& state);
     void showWindow(const std::string& reason);
 
     const AppDelegateDeps deps_;
     const std::shared_ptr<AppModel> model_;
     std::unique_ptr<Updater> updater_;        // none until launch has come to it
-    std::optional<std::string> pendingLink_;  // came before the model was started
+    std::optional<std::string> pendingLink_;  // came before the model took links
+    bool linkCame_ = false;
+    bool modelStarted_ = false;
+    bool windowOpen_ = false;
+    bool askedAfterSetup_ = false;
+    bool askedAfterReport_ = false;
     bool quitting_ = false;
+    const ChangeFeed feed_;
     // Lets handlers and answers see whether we are there still.
     const std::shared_ptr<AppDelegate*> self_ = std::make_shared<AppDelegate*>(this);
 };

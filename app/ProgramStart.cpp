@@ -43,7 +43,7 @@ std::optional<std::string> resourceFolder(const std::optional<std::string>& bund
 // All but the driver works without this folder.
 void makeApplicationSupport(const std::string& folder) {
     if (const auto made = createFolders(folder, 0700); !made) {
-        std::fputs(("tarnik: " + describe(made.error()) + "\n").c_str(), stderr);
+        say(describe(made.error()));
     }
 }
 
@@ -69,8 +69,12 @@ std::optional<std::string> whatIsWrong(const CommandLine& line) {
 
 }  // namespace
 
+void say(const std::string& what) {
+    std::fputs(("tarnik: " + what + "\n").c_str(), stderr);
+}
+
 int refuse(const std::string& why) {
-    std::fputs(("tarnik: " + why + "\n").c_str(), stderr);
+    say(why);
     return usageStatus;
 }
 

@@ -20,6 +20,9 @@ struct ProgramPlace {
 // Shows the machine to a person, to the end; the program's exit status.
 using ProgramFace = std::function<int(const CommandLine& line, Machine machine, const ProgramPlace& place)>;
 
+// Prints one line on standard error, after the program's name.
+void say(const std::string& what);
+
 // Says why the program doesn't start, and gives the exit status for that.
 int refuse(const std::string& why);
 

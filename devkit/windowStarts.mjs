@@ -259,6 +259,29 @@ const cases = [
     },
   },
   {
+    name: 'a second program on the same home says who has it, and ends',
+    reach: async (run) => {
+      const loneBus = { DBUS_SESSION_BUS_ADDRESS: 'unix:path=/nowhere/at/all', XDG_RUNTIME_DIR: undefined };
+      const first = run.launch();
+      await run.windowAppears();
+      const who = new RegExp(`process ${first.pid}, with a window.* uses the node folder ${run.place.nodeHome}`);
+      const second = run.desktop.start(run.program, run.place.words, run.place.environment, loneBus);
+      const quotes = [await second.expect(who, 0, run.deadline)];
+      run.console = second;
+      await run.windowAppears();  // the alert, out of the screen reader's sight
+      await run.answer('Return');
+      const silent = run.desktop.start(
+        run.program, [...run.place.words, '--at-login'], run.place.environment, loneBus);
+      for (const program of [second, silent, run.another('--console')]) {
+        const { code } = await program.expectExit(run.deadline);
+        demand(code === 5, program.describeExit());
+      }
+      run.console = first;
+      await quits(run);
+      return quotes;
+    },
+  },
+  {
     name: 'without a display it says so, and ends',
     reach: async (run) => {
       const blind = run.desktop.start(run.program, run.place.words, run.place.environment, { DISPLAY: ':nothing' });

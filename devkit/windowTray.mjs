@@ -1,6 +1,7 @@
 // Tries the status item and its menu on a tray of its own, and what the window does with a tray and without one:
 //
 //     node devkit/windowTray.mjs --program PATH [--stand-ins DIR]
+import path from 'node:path';
 import { demand } from './journey/proof.mjs';
 import { installHelper, join } from './window/prepared.mjs';
 import { play } from './window/play.mjs';
@@ -40,6 +41,22 @@ async function endTray(run, tray) {
 }
 
 const cases = [
+  {
+    name: 'started at login with both switches on, it shows the window once its install has failed',
+    reach: async (run) => {
+      await run.desktop.setAccessibility(true);
+      run.place.misbehave('release', '404');
+      const tray = await run.desktop.startTray();
+      run.launch('--at-login', '--node-home', path.join(run.place.root, 'other'));
+      const came = await run.windowAppears();
+      const { name } = await run.seesText("tarnik couldn't install its helper.");
+      run.place.misbehave('release');
+      run.console.kill('SIGTERM');
+      await quits(run);
+      await endTray(run, tray);
+      return [came, name];
+    },
+  },
   {
     name: 'started at login, it waits for the tray and shows no window that is not needed',
     reach: async (run) => {

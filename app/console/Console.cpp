@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include "app/ProgramStart.h"
 #include "app/console/WindowText.h"
 #include "core/foundation/OneLine.h"
 #include "core/node/NodeInstaller.h"
@@ -75,7 +76,17 @@ Presentation Console::presentation(std::function<void()> end) {
             .showWindow = [this] { showWindow(); },
             .showAlert = [this](const std::string& title,
                                 const std::string& text) { output_.line("alert", title + ": " + text); },
-            .end = std::move(end)};
+            .fillLinkField = [](const std::string&) {},  // what was typed can be seen in the terminal
+            .refuse =
+                [](const std::string& why, const std::function<void()>& seen) {
+                    say(why);
+                    seen();
+                },
+            .end =
+                [this, end = std::move(end)](int status) {
+                    if (status != EXIT_SUCCESS) exitStatus_ = status;
+                    end();
+                }};
 }
 
 void Console::later(std::function<void()> task) {

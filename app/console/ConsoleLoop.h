@@ -40,6 +40,9 @@ public:
     // Ends run() after what was posted before. Call from any thread.
     void quit();
 
+    // Reads input from now on; what was typed before waits in the terminal or pipe. Main thread, as below.
+    void openInput() { reading_ = true; }
+
     // Reads no more input.
     void closeInput() { reading_ = false; }
 
@@ -55,7 +58,7 @@ private:
 
     const int inputFd_;
     Spawner::Pipe wake_;
-    bool reading_ = true;
+    bool reading_ = false;
     bool running_ = true;
     bool skipping_ = false;  // the rest of a line that was too long
     std::string partial_;

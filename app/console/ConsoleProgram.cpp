@@ -1,6 +1,5 @@
 #include "app/console/ConsoleProgram.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <utility>
@@ -9,6 +8,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/CommandLineDeps.h"
+#include "app/NodeHomeOwner.h"
 #include "app/SignalWatch.h"
 #include "app/console/Console.h"
 #include "app/console/ConsoleLoop.h"
@@ -44,7 +44,7 @@ AppModelDeps consoleDeps(const CommandLine& line, const AppPlatform& platform, c
 int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& place) {
     auto wake = Spawner::pipe();
     if (!wake) {
-        std::fputs(("tarnik: " + describe(wake.error()) + "\n").c_str(), stderr);
+        say(describe(wake.error()));
         return EXIT_FAILURE;
     }
     const DetachedWork work;
@@ -68,10 +68,17 @@ int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& pla
     if (model->state().homeError) return refuse(*model->state().homeError);
     Console console(mainThread, output, switches, model, [&loop] { loop->closeInput(); });
     Relocator relocator(RelocatorDeps::production(BundleOperations{}, mainThread, applicationSupport));
+    NodeHomeOwner homeOwner(model->home(), {.mainThread = mainThread,
+                                            .log = log,
+                                            .applicationSupport = applicationSupport,
+                                            .face = NodeHomeOwner::Face::console});
     AppDelegate delegate(
         {.bundlePath = place.bundle,
          .relocateIfNeeded = [&](auto done) { relocator.relocateIfNeeded(std::move(done)); },
          .recordWindow = [&](const std::string& reason) { relocator.recordWindow(reason); },
+         .handLinkOn = [](const std::string&) {},
+         .takeHandedLink = [] { return std::nullopt; },
+         .takeNodeHome = [&](auto done) { homeOwner.take(std::move(done)); },
          .ensureLoginItem = [] {},
          .makeUpdater =
              [&] {
@@ -80,6 +87,8 @@ int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& pla
                  return std::make_unique<Updater>(
                      settings, Updater::Deps{.framework = {}, .mainThread = mainThread, .log = log});
              },
+         .takesLinks = [&loop] { loop->openInput(); },
+         .mainThread = mainThread,
          .presentation = console.presentation([&loop] { loop->quit(); }),
          .events = {.onLink = [](const auto&) {},
                     .onSecondOpen = [](const auto&) {},

@@ -2,8 +2,9 @@
 
 #include <utility>
 
-#include "app/model/NodeInstallation.h"
+#include "app/model/AgentTakeover.h"
 #include "app/model/WindowTexts.h"
+#include "core/node/NodeInstaller.h"
 #include "core/node/TarnikIdentity.h"
 #include "core/pairing/JoinLink.h"
 
@@ -59,13 +60,33 @@ void AppModel::change(const std::function<void(AppState&)>& edit) {
     AppState next = state_;
     edit(next);
     next.checkingLink = std::holds_alternative<PairingSlots::Starting>(slot_);
+    // Whatever was wrong with a link, the machine has joined now.
+    if (next.joined && !state_.joined && !isUnderWay(slot_)) next.linkMessage.reset();
     if (next == state_) return;
     for (const auto& observer : observers_) observer(state_, next);
     state_ = std::move(next);
 }
 
-void AppModel::start() {
-    if (!home_ || hasStarted() || state_.stopping) return;
+void AppModel::start(std::function<void()> done) {
+    if (state_.stopping || std::exchange(startCalled_, true)) return;
+    if (!home_) return done();
+    const AgentTakeover takeover{.home = *home_,
+                                 .userFolder = machine_.userFolder,
+                                 .launchd = deps_.launchd,
+                                 .log = deps_.platform.log};
+    if (!takeover.isNeeded()) return begin(done);
+    const bool started = deps_.detach("tarnik.takeover", [takeover, weak = weak(), done] {
+        takeover.run();
+        weak.run([done](AppModel& m) { m.begin(done); });
+    });
+    if (started) return;
+    installationEnded(Setups::Failed{std::string(WindowTexts::tooBusy)});
+    done();
+}
+
+// Nothing uses the node home before an old agent has ended.
+void AppModel::begin(const std::function<void()>& done) {
+    if (state_.stopping) return;
     nodeLog_ = NodeLog::make(machine_.nodeLog);
     makeSupervisor();
     makeDriver();
@@ -74,6 +95,7 @@ void AppModel::start() {
         if (const auto model = weak.lock()) model->refreshSwitches();
     });
     startInstallation();
+    done();
 }
 
 void AppModel::makeSupervisor() {
@@ -96,19 +118,19 @@ void AppModel::makeDriver() {
 }
 
 void AppModel::startInstallation() {
-    NodeInstallation installation{.home = *home_,
-                                  .userFolder = machine_.userFolder,
-                                  .settings = {.releaseBase = machine_.settings.nodeReleaseBase,
-                                               .releasePublicKey = machine_.settings.nodeReleasePublicKey,
-                                               .platform = machine_.platform,
-                                               .minimumVersion = machine_.settings.nodeMinVersion,
-                                               .developmentRuntime = machine_.settings.developmentRuntime},
-                                  .installer = deps_.installer,
-                                  .launchd = deps_.launchd,
-                                  .log = deps_.platform.log};
+    NodeInstaller installer(*home_,
+                            {.releaseBase = machine_.settings.nodeReleaseBase,
+                             .releasePublicKey = machine_.settings.nodeReleasePublicKey,
+                             .platform = machine_.platform,
+                             .minimumVersion = machine_.settings.nodeMinVersion,
+                             .developmentRuntime = machine_.settings.developmentRuntime},
+                            deps_.installer);
     const bool started =
-        deps_.detach("tarnik.install", [installation = std::move(installation), weak = weak()] {
-            const auto installed = installation.run(
+        deps_.detach("tarnik.install", [installer = std::move(installer), home = *home_, weak = weak()] {
+            if (home.isInstalled()) {
+                return weak.run([](AppModel& m) { m.installationEnded(Setups::Ready{}); });
+            }
+            const auto installed = installer.install(
                 {.text =
                      [&weak](const std::string& text) {
                          weak.run([text](AppModel& m) {
@@ -136,6 +158,7 @@ void AppModel::installationEnded(const Setup& setup) {
         next.setup = setup;
         next.download.reset();
         next.joined = home_->hasJoined();
+        if (next.linkMessage == WindowTexts::stillInstalling) next.linkMessage.reset();
     });
     if (!std::holds_alternative<Setups::Ready>(setup)) return;
     nodeQueue_->post([this] {
@@ -207,23 +230,18 @@ void AppModel::request(Switch which) {
     refreshSwitches();
 }
 
-bool AppModel::needsAttention() const {
-    return !home_ || std::holds_alternative<Setups::Failed>(state_.setup) ||
-           std::holds_alternative<NodeStates::NotInstalled>(state_.node) ||
-           std::holds_alternative<NodeStates::WaitingForLink>(state_.node) || !state_.switches.allOn() ||
-           state_.pairing.has_value();
-}
-
 void AppModel::activitySample(std::function<void(ActivitySample)> done) {
     const OwnActivity own{
         .settingUp = !std::holds_alternative<Setups::Ready>(state_.setup) || isUnderWay(slot_),
         .windowInUse = deps_.platform.windowInUse()};
-    driverQueue_->post([this, own, done = std::move(done)] {
-        const auto sources =
-            deps_.activity([this] { return supervisor_ ? supervisor_->runningPID() : std::nullopt; },
-                           [this] { return driver_ ? driver_->runningPID() : std::nullopt; });
-        deps_.platform.mainThread.post([done, sample = sources.sample(own)] { done(sample); });
-    });
+    // Looked up here, since begin() may make them while the queue works.
+    driverQueue_->post(
+        [this, own, supervisor = supervisor_.get(), driver = driver_.get(), done = std::move(done)] {
+            const auto sources =
+                deps_.activity([supervisor] { return supervisor ? supervisor->runningPID() : std::nullopt; },
+                               [driver] { return driver ? driver->runningPID() : std::nullopt; });
+            deps_.platform.mainThread.post([done, sample = sources.sample(own)] { done(sample); });
+        });
 }
 
 void AppModel::connect(const std::string& link, Replacing replacing) {
@@ -327,6 +345,14 @@ bool AppModel::adopts(PairingAttempt attempt, const PairingSession::Snapshot& sn
 void AppModel::pairingFinished() {
     if (isUnderWay(slot_)) return;
     change([](AppState& next) { next.pairing.reset(); });
+}
+
+// What is said of a link that is being checked stays true.
+void AppModel::dismissLinkMessage() {
+    const bool checking = std::holds_alternative<PairingSlots::Starting>(slot_);
+    change([&](AppState& next) {
+        next.linkMessage = checking ? std::optional<std::string>(WindowTexts::checkingLink) : std::nullopt;
+    });
 }
 
 void AppModel::confirmPairing() {

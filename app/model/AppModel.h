@@ -53,8 +53,9 @@ public:
     const Url& webOrigin() const { return machine_.settings.webOrigin; }
     const std::optional<NodeHome>& home() const { return home_; }
 
-    // Does nothing without a node home, or a second time.
-    void start();
+    // Ends an old agent, without blocking, and then makes and starts everything. Calls `done` once links are
+    // taken, or if nothing can be started; at once where there is no agent. Once.
+    void start(std::function<void()> done = [] {});
     bool hasStarted() const { return supervisor_ != nullptr; }
 
     // Ends everything, in this order: the polling, a pairing under way, the node, the driver. Runs `done` on
@@ -66,12 +67,10 @@ public:
     void keepCurrentConnection();  // declines the replace offer
     void confirmPairing();         // the person's yes
     void cancelPairing();
-    void pairingFinished();  // how it ended was seen
+    void pairingFinished();     // how it ended was seen
+    void dismissLinkMessage();  // it was seen, or another link is being typed
     void refreshSwitches();
     void request(Switch which);
-
-    // The window must be shown at launch.
-    bool needsAttention() const;
 
     // Runs `done` on the main thread, after the processes were listed elsewhere.
     void activitySample(std::function<void(ActivitySample)> done);
@@ -81,6 +80,7 @@ private:
 
     WeakModel weak();
     void change(const std::function<void(AppState&)>& edit);
+    void begin(const std::function<void()>& done);
     void makeSupervisor();
     void makeDriver();
     void startInstallation();
@@ -101,6 +101,7 @@ private:
     AppState state_;
     std::vector<WillChange> observers_;
     std::optional<NodeHome> home_;
+    bool startCalled_ = false;
     PairingSlot slot_;
     PairingAttempt lastAttempt_ = 0;
     Session session_;                    // of the slot, once it is there and while it is in progress

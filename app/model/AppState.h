@@ -36,6 +36,9 @@ struct AppState {
     bool grantsGoStale = true;                  // on this system
     bool stopping = false;                      // the program is about to end
 
+    // The person has to act or to know: the window must be shown at launch.
+    bool needsAttention() const;
+
     // What the window says about a switch.
     SwitchStatus status(Switch which) const {
         const auto status = switches.status(which, accessibilityWasOn);

@@ -6,6 +6,7 @@ void performIntent(const WindowIntent& intent, const std::string& pasted, AppMod
     using Kind = WindowIntent::Kind;
     switch (intent.kind) {
         case Kind::connectPasted: return model.connect(pasted, AppModel::Replacing::no);
+        case Kind::editLink: return model.dismissLinkMessage();
         case Kind::connectOffer:
             if (const auto offer = model.state().replaceOffer)
                 model.connect(*offer, AppModel::Replacing::yes);

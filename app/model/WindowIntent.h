@@ -8,6 +8,7 @@ namespace tarnik {
 struct WindowIntent {
     enum class Kind {
         connectPasted,  // with the text of the link field
+        editLink,       // another link is being typed
         connectOffer,   // leave the current account for the offered link's
         keepCurrent,    // drop the offered link
         confirmPairing,

@@ -16,6 +16,9 @@ inline constexpr Text openWindow = "Open tarnik";
 inline constexpr Text checkForUpdates = "Check for Updates…";
 inline constexpr Text quit = "Quit tarnik";
 
+// The program that keeps the node folder already.
+inline constexpr Text alreadyRunning = "tarnik is already running";
+
 // A link for another account.
 inline constexpr Text offerHeading = "This Mac is already connected to an tarnik account.";
 inline constexpr Text offerText =

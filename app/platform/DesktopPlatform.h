@@ -50,6 +50,10 @@ struct DesktopPlatform {
     SystemEvents events;
     OneCopy oneCopy;
 
+    // Whether a start with the person's session carries --at-login. Where it carries nothing, no start can be
+    // told to come from the person.
+    bool marksLoginStarts = false;
+
     // The file with the status item's image, a shape that the system colours; absent where the mark is drawn.
     std::optional<std::string> statusImage;
 

@@ -18,8 +18,14 @@ struct Presentation {
     // One button, "OK", in front of all applications.
     std::function<void(const std::string& title, const std::string& text)> showAlert;
 
+    // Puts a link that has to wait into the link field, where one press connects with it later.
+    std::function<void(const std::string& link)> fillLinkField;
+
+    // Says why the program ends before it has begun, and runs `seen` once the person has seen it.
+    std::function<void(const std::string& why, std::function<void()> seen)> refuse;
+
     // Ends the program's loop.
-    std::function<void()> end;
+    std::function<void(int exitStatus)> end;
 };
 
 }  // namespace tarnik

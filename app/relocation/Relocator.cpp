@@ -9,6 +9,7 @@ namespace tarnik {
 Relocator::Relocator(RelocatorDeps deps)
     : deps_(std::move(deps)),
       record_(deps_.applicationSupport),
+      handedLink_(deps_.applicationSupport),
       queue_(deps_.bundles.ownCopy ? deps_.makeQueue("tarnik.relocator") : nullptr) {}
 
 Relocator::~Relocator() {
@@ -35,6 +36,14 @@ void Relocator::relocateIfNeeded(std::function<void(Outcome)> done) {
 void Relocator::recordWindow(const std::string& reason) {
     if (!queue_) return;
     queue_->post([this, line = Relocation::windowLine(reason, deps_.now())] { record_.append(line); });
+}
+
+void Relocator::handLinkOn(const std::string& link) const {
+    if (queue_) handedLink_.put(link, deps_.now());
+}
+
+std::optional<std::string> Relocator::takeHandedLink() const {
+    return queue_ ? handedLink_.take(deps_.now()) : std::nullopt;
 }
 
 }  // namespace tarnik

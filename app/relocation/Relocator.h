@@ -3,8 +3,10 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "app/relocation/HandedLink.h"
 #include "app/relocation/RelocationOutcome.h"
 #include "app/relocation/RelocationRecord.h"
 #include "app/relocation/RelocatorDeps.h"
@@ -32,9 +34,15 @@ public:
     // Notes that the window was opened.
     void recordWindow(const std::string& reason);
 
+    // From a copy that makes way to the one that is opened in its place. Nothing where applications aren't
+    // moved.
+    void handLinkOn(const std::string& link) const;
+    std::optional<std::string> takeHandedLink() const;
+
 private:
     const RelocatorDeps deps_;
     const RelocationRecord record_;  // on the queue
+    const HandedLink handedLink_;
     std::atomic<bool> ending_ = false;
     const std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
     const std::shared_ptr<SerialQueue> queue_;  // none where applications aren't moved

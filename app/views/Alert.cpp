@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <utility>
 
 #include "app/model/WindowTexts.h"
 #include "app/views/QtText.h"
@@ -41,8 +42,9 @@ std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::stri
     return box;
 }
 
-void showAlert(const std::string& title, const std::string& text) {
+void showAlert(const std::string& title, const std::string& text, std::function<void()> seen) {
     auto* box = makeAlert(title, text).release();
+    if (seen) QObject::connect(box, &QMessageBox::finished, box, std::move(seen));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->show();
     box->raise();

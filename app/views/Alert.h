@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMessageBox>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -10,7 +11,7 @@ namespace tarnik {
 // yet. Main thread, as below.
 std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::string& text);
 
-// Shows one in front of all windows of the application, and returns at once.
-void showAlert(const std::string& title, const std::string& text);
+// Shows one in front of all windows of the application, and returns at once. Calls `seen` when it is closed.
+void showAlert(const std::string& title, const std::string& text, std::function<void()> seen = {});
 
 }  // namespace tarnik

@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <utility>
 
+#include "app/ProgramStart.h"
 #include "app/model/IntentHandling.h"
 #include "app/model/WindowContent.h"
 #include "app/model/WindowTexts.h"
@@ -38,6 +39,9 @@ Presentation DesktopFace::presentation() {
                     if (deps_.activate) deps_.activate();
                     showAlert(title, text);
                 },
+            .fillLinkField = [this](const std::string& link) { window().fillLinkField(link); },
+            .refuse = [this](const std::string& why,
+                             std::function<void()> seen) { refuse(why, std::move(seen)); },
             .end = deps_.end};
 }
 
@@ -50,7 +54,7 @@ void DesktopFace::settleTray() {
     if (!menu_ || !host_) return;
     if (*host_ == TrayHost::absent) {
         // One that goes away most often comes back: its program was started anew.
-        if (!trayWait_) waitForTray(statusItem_ || deps_.waitsForTray ? longestTrayWait : Seconds(0));
+        if (!trayWait_) waitForTray(statusItem_ || deps_.atLogin ? longestTrayWait : Seconds(0));
         return;
     }
     trayWait_.reset();
@@ -68,8 +72,7 @@ void DesktopFace::waitForTray(Seconds atMost) {
     });
 }
 
-void DesktopFace::showWindow() {
-    if (deps_.activate) deps_.activate();
+MainWindow& DesktopFace::window() {
     if (!window_) {
         window_ = std::make_unique<MainWindow>(
             content(), [model = model_](const WindowIntent& intent, const std::string& pasted) {
@@ -77,10 +80,22 @@ void DesktopFace::showWindow() {
             });
         window_->setOnClose(
             {.closed = [this] { closeRequested(); }, .stays = [this] { return closingQuits(); }});
-    } else {
-        window_->setContent(content());
     }
-    window_->present();
+    return *window_;
+}
+
+void DesktopFace::showWindow() {
+    if (deps_.activate) deps_.activate();
+    window().setContent(content());
+    window().present();
+}
+
+// Nobody asked for a program that the session starts: it goes without an alert.
+void DesktopFace::refuse(const std::string& why, std::function<void()> seen) const {
+    say(why);
+    if (deps_.atLogin) return seen();
+    if (deps_.activate) deps_.activate();
+    showAlert(std::string(WindowTexts::alreadyRunning), why, std::move(seen));
 }
 
 void DesktopFace::choose(MenuContent::Action action) {

@@ -26,8 +26,8 @@ public:
         std::function<void()> activate;          // puts the application before all others; may be absent
         std::optional<std::string> statusImage;  // the file of the status item's image; none: the mark
         std::function<void(std::string_view name)> nameStatusItem;  // may be absent
-        std::function<void()> end;                                  // ends the program's loop
-        bool waitsForTray = false;  // started with the person's session, whose tray may come later
+        std::function<void(int status)> end;                        // ends the program's loop
+        bool atLogin = false;  // started with the person's session, whose tray may come later
     };
 
     DesktopFace(Deps deps, std::shared_ptr<AppModel> model);
@@ -50,7 +50,9 @@ private:
     void settleTray();
     void waitForTray(Seconds atMost);
     bool closingQuits() const { return host_ != TrayHost::present; }
+    MainWindow& window();
     void showWindow();
+    void refuse(const std::string& why, std::function<void()> seen) const;
     void choose(MenuContent::Action action);
     void closeRequested();
     WindowContent content() const;

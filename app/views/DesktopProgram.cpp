@@ -16,6 +16,7 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLineDeps.h"
 #include "app/LoginItem.h"
+#include "app/NodeHomeOwner.h"
 #include "app/SignalWatch.h"
 #include "app/model/UpdateSettings.h"
 #include "app/platform/DesktopPlatform.h"
@@ -30,10 +31,6 @@ namespace tarnik {
 namespace {
 
 constexpr int signalledStatus = 128;  // and the signal's number, as shells have it
-
-void say(const std::string& what) {
-    std::fputs(("tarnik: " + what + "\n").c_str(), stderr);
-}
 
 // What Qt can't go on without ends the program with a sentence, not with a core dump. Its first warning names
 // the cause; what it says at the end is for whoever builds Qt. Called on whatever thread has something to
@@ -99,8 +96,7 @@ bool mayGoOn(const OneCopy& oneCopy, const OneCopy::Start& start) {
     if (!oneCopy.settle) return true;
     const auto standing = oneCopy.settle(start);
     if (standing == OneCopy::Standing::handedOver) say("another copy is running, and goes on");
-    if (standing == OneCopy::Standing::alone)
-        say("no session bus, so links opened elsewhere don't get here, and a second copy isn't noticed");
+    if (standing == OneCopy::Standing::alone) say("no session bus, so links opened elsewhere don't get here");
     return standing != OneCopy::Standing::handedOver;
 }
 
@@ -117,9 +113,10 @@ SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::s
     return events;
 }
 
-AppDelegateDeps delegateDeps(const DesktopPlatform& desktop, const ProgramPlace& place,
-                             const std::optional<std::string>& link, const MainThread& mainThread,
-                             const DetachedWork& work, Relocator& relocator, DesktopFace& face) {
+AppDelegateDeps delegateDeps(const CommandLine& line, const DesktopPlatform& desktop,
+                             const ProgramPlace& place, const MainThread& mainThread,
+                             const DetachedWork& work, Relocator& relocator, NodeHomeOwner& homeOwner,
+                             DesktopFace& face) {
     return {
         .bundlePath = place.bundle,
         .installPath = desktop.installPath,
@@ -128,6 +125,9 @@ AppDelegateDeps delegateDeps(const DesktopPlatform& desktop, const ProgramPlace&
                 relocator.relocateIfNeeded(onceKnown(whenKnown, std::move(done)));
             },
         .recordWindow = [&relocator](const std::string& reason) { relocator.recordWindow(reason); },
+        .handLinkOn = [&relocator](const std::string& link) { relocator.handLinkOn(link); },
+        .takeHandedLink = [&relocator] { return relocator.takeHandedLink(); },
+        .takeNodeHome = [&homeOwner](auto done) { homeOwner.take(std::move(done)); },
         .ensureLoginItem =
             [work, service = desktop.loginItem] {
                 work.start("tarnik.login-item", [service] { LoginItem::ensureRegistered(service); });
@@ -138,8 +138,10 @@ AppDelegateDeps delegateDeps(const DesktopPlatform& desktop, const ProgramPlace&
                 return std::make_unique<Updater>(
                     settings, Updater::Deps{.framework = framework, .mainThread = mainThread, .log = log});
             },
+        .showsWindow = desktop.marksLoginStarts && !line.atLogin,
+        .mainThread = mainThread,
         .presentation = face.presentation(),
-        .events = withLink(desktop, link, mainThread)};
+        .events = withLink(desktop, line.link, mainThread)};
 }
 
 // To what the desktop tells for the rest of the run, and what it is to be told.
@@ -208,13 +210,18 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
                       .activate = desktop.activate,
                       .statusImage = desktop.statusImage,
                       .nameStatusItem = desktop.nameStatusItem,
-                      .end = [] { QCoreApplication::exit(EXIT_SUCCESS); },
-                      .waitsForTray = line.atLogin},
+                      .end = [](int exitStatus) { QCoreApplication::exit(exitStatus); },
+                      .atLogin = line.atLogin},
                      model);
     windowInUse = [&face] { return face.windowInUse(); };
+    NodeHomeOwner homeOwner(model->home(), {.mainThread = mainThread,
+                                            .log = log,
+                                            .applicationSupport = place.folders.applicationSupport,
+                                            .face = NodeHomeOwner::Face::window});
     Relocator relocator(
         RelocatorDeps::production(desktop.bundles, mainThread, place.folders.applicationSupport));
-    AppDelegate delegate(delegateDeps(desktop, place, line.link, mainThread, work, relocator, face), model);
+    AppDelegate delegate(delegateDeps(line, desktop, place, mainThread, work, relocator, homeOwner, face),
+                         model);
     face.attach(delegate);
     listen(desktop, face, model);
     const QuitRequests quitRequests(delegate);

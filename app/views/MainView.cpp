@@ -52,6 +52,8 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
 
+    connect(connect_->linkField(), &QLineEdit::textEdited, this,
+            [this] { ask({.kind = WindowIntent::Kind::editLink}); });
     draw();
     settleTabOrder();
     settleFocus(nullptr);
@@ -97,6 +99,10 @@ void MainView::setContent(const WindowContent& content) {
     draw();
     settleFocus(focused);
     if (!news.empty() && isVisible()) announcer_->announce(news);
+}
+
+void MainView::fillLinkField(const std::string& link) {
+    connect_->linkField()->setText(qtText(link));
 }
 
 void MainView::draw() {

@@ -26,6 +26,9 @@ public:
 
     void setContent(const WindowContent& content);
 
+    // As if it had been typed.
+    void fillLinkField(const std::string& link);
+
 protected:
     // Return and Escape, whatever has the keyboard.
     void keyPressEvent(QKeyEvent* event) override;

@@ -31,6 +31,7 @@ MainWindow::MainWindow(WindowContent content, MainView::OnIntent onIntent)
 // the window's geometry anew, and so undo where the system has put it meanwhile.
 void MainWindow::makeView() {
     view_ = new MainView(content_, onIntent_);
+    view_->fillLinkField(link_);
     view_->setParent(this);
     view_->setGeometry(rect());
     view_->show();
@@ -39,6 +40,11 @@ void MainWindow::makeView() {
 void MainWindow::setContent(const WindowContent& content) {
     if (view_) return view_->setContent(content);
     content_ = content;
+}
+
+void MainWindow::fillLinkField(const std::string& link) {
+    if (view_) return view_->fillLinkField(link);
+    link_ = link;
 }
 
 void MainWindow::present() {

@@ -16,6 +16,9 @@ public:
 
     void setContent(const WindowContent& content);
 
+    // Shown whenever there is a link field.
+    void fillLinkField(const std::string& link);
+
     // To the front, with the keyboard; in the middle of the screen the first time, later where it was. One
     // that is shown stays where it is.
     void present();
@@ -37,6 +40,7 @@ private:
     void makeView();
 
     WindowContent content_;  // until there is a view
+    std::string link_;       // until there is a view
     MainView::OnIntent onIntent_;
     MainView* view_ = nullptr;  // a child, once the window is on its way to the screen
     OnClose onClose_;

@@ -83,6 +83,21 @@ export const stages = [
     reach: async (walk) => [await walk.expect('state', 'waitingForLink', 0)],
   },
   {
+    name: 'a second program on the same home says who has it, and ends',
+    reach: async (walk) => {
+      const first = walk.console;
+      const second = walk.launch();
+      walk.console = first;
+      const { code } = await second.expectExit(walk.deadline);
+      const texts = second.lines.map((line) => line.text);
+      demand(code === 5 && texts.length === 1, `${second.describeExit()}: ${texts.join(' / ')}`);
+      demand(texts[0].includes(`process ${first.pid}, in a terminal`), texts[0]);
+      const { line, state } = await walk.status();
+      demand(state === 'waitingForLink', `the first no longer waits: ${line}`);
+      return [texts[0], line];
+    },
+  },
+  {
     name: 'what is no link is refused',
     reach: async (walk) => {
       const { origin, links } = walk.place.service;

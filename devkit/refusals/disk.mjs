@@ -5,10 +5,12 @@ import { demand } from '../journey/proof.mjs';
 
 // Logs are written whatever becomes of the install.
 const ignored = /^Library(\/|$)/;
-const claim = [/^\.tarnik(\/node)?$/, /^\.tarnik\/node\/(\.tarnik-node-home|runtime|tmp)$/];
+// The folder is made to be locked, before anything can be refused.
+const nothing = [/^\.tarnik(\/node)?$/];
+const claim = [...nothing, /^\.tarnik\/node\/(\.tarnik-node-home|runtime|tmp)$/];
 const runtime = [...claim, /^\.tarnik\/node\/runtime\/node(\/|$)/];
 const all = [...runtime, /^\.tarnik\/node\/app(\/|$)/];
-const allowed = { nothing: [], claim, runtime, all };
+const allowed = { nothing, claim, runtime, all };
 
 function describe(file) {
   const entry = lstatSync(file);

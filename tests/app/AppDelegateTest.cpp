@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/model/ChangeFeed.h"
+#include "app/model/WindowTexts.h"
 #include "core/node/TarnikIdentity.h"
 #include "tests/support/FakeMachine.h"
 
@@ -22,6 +23,12 @@ struct Fixture : FakeMachine {
     UpdateSettings updates;
     std::optional<std::string> bundlePath;
     int installed = 0;
+    std::optional<std::string> handedOn;
+    std::optional<std::string> handed;
+    std::optional<std::string> inUse;
+    std::string field;
+    bool showsWindow = false;
+    int startsToTakeLinks = 0;
     std::optional<AppDelegate> made;
 
     AppDelegate& delegate() {
@@ -37,12 +44,22 @@ struct Fixture : FakeMachine {
                         relocated = std::move(done);
                     },
                 .recordWindow = [this](const std::string& reason) { call("record " + reason); },
+                .handLinkOn = [this](const std::string& link) { handedOn = link; },
+                .takeHandedLink = [this] { return handed; },
+                .takeNodeHome =
+                    [this](const auto& done) {
+                        call("take home");
+                        done(inUse);
+                    },
                 .ensureLoginItem = [this] { call("login item"); },
                 .makeUpdater =
                     [this] {
                         call("updater");
                         return std::make_unique<Updater>(updates, updaterDeps());
                     },
+                .takesLinks = [this] { ++startsToTakeLinks; },
+                .showsWindow = showsWindow,
+                .mainThread = main.record(),
                 .presentation = {.makeStatusItem =
                                      [this](const MenuContent& menu) {
                                          call("menu of " + std::to_string(menu.entries.size()) +
@@ -51,7 +68,13 @@ struct Fixture : FakeMachine {
                                  .showWindow = [this] { call("window"); },
                                  .showAlert = [this](const std::string& title,
                                                      const std::string&) { call("alert " + title); },
-                                 .end = [this] { call("end"); }},
+                                 .fillLinkField = [this](const std::string& link) { field = link; },
+                                 .refuse =
+                                     [this](const std::string& why, const auto& seen) {
+                                         call("refuse: " + why);
+                                         seen();
+                                     },
+                                 .end = [this](int status) { call("end " + std::to_string(status)); }},
                 .events = {.onLink =
                                [this](auto handler) {
                                    call("links");
@@ -93,13 +116,13 @@ TEST(AppDelegate, launchesInOrder) {
     f.bundlePath = TarnikIdentity::installPath;
     f.useUpdates();
     f.launch(RelocationOutcomes::StayWithMessage{"Move tarnik", "…"});
-    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "login item", "updater", "menu of 4",
-                                                 "record open", "window", "alert Move tarnik"}));
+    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "take home", "login item", "updater",
+                                                 "menu of 4", "record open", "window", "alert Move tarnik"}));
     EXPECT_TRUE(f.model().hasStarted());
     f.secondOpen();
     f.delegate().reopen();
     f.delegate().openWindow();
-    EXPECT_EQ(std::vector<std::string>(f.calls.begin() + 8, f.calls.end()),
+    EXPECT_EQ(std::vector<std::string>(f.calls.begin() + 9, f.calls.end()),
               (std::vector<std::string>{"record secondOpen", "window", "record reopen", "window",
                                         "record open", "window"}));
 }
@@ -109,10 +132,87 @@ TEST(AppDelegate, showsNothingWhereNothingIsNeeded) {
     f.bundlePath = "/Users/me/Downloads/tarnik.app";
     f.beReady();
     f.launch();
-    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "updater", "menu of 3"}));
+    f.settle();
+    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "take home", "updater", "menu of 3"}));
     f.switches.accessibility = false;
     f.becomeActive();
     EXPECT_FALSE(f.state().switches.accessibility);
+}
+
+TEST(AppDelegate, showsTheWindowWhenItTurnsOutThatSomebodyHasToAct) {
+    const auto windows = [](Fixture& f) { return std::ranges::count(f.calls, "window"); };
+    Fixture failing;  // its install fails
+    failing.switches = {true, true};
+    failing.launch();
+    EXPECT_EQ(windows(failing), 0);
+    failing.settle();
+    EXPECT_EQ(windows(failing), 1);
+
+    Fixture waiting;  // its node waits for a link
+    waiting.switches = {true, true};
+    waiting.install();
+    waiting.launch();
+    EXPECT_EQ(windows(waiting), 0);
+    waiting.settle();
+    EXPECT_EQ(windows(waiting), 1);
+    waiting.delegate().windowClosed();
+    waiting.switches = {};
+    waiting.advance(10s);
+    EXPECT_EQ(windows(waiting), 1) << "the person closed it, and knows";
+
+    Fixture asked;
+    asked.beReady();
+    asked.showsWindow = true;
+    asked.launch();
+    EXPECT_EQ(windows(asked), 1);
+    asked.settle();
+    EXPECT_EQ(windows(asked), 1);
+}
+
+TEST(AppDelegate, endsWhereAnotherProgramKeepsTheHome) {
+    Fixture f;
+    f.inUse = "in use";
+    f.launch();
+    f.openLink(FakeMachine::link());
+    f.settle();
+    EXPECT_EQ(f.calls,
+              (std::vector<std::string>{"links", "relocate", "take home", "refuse: in use", "end 5"}));
+    EXPECT_FALSE(f.model().hasStarted());
+}
+
+TEST(AppDelegate, keepsALinkThatComesTooEarly) {
+    Fixture f;
+    f.deps.installer.fetch = [&](const std::string&) -> std::expected<std::string, InstallError> {
+        f.install();
+        return std::unexpected(InstallFailure{InstallFailure::Kind::download, "stable.json"});
+    };
+    f.releaseBase = "https://release.example";
+    f.launch();
+    f.openLink(FakeMachine::link());
+    EXPECT_EQ(f.state().linkMessage, WindowTexts::stillInstalling);
+    EXPECT_EQ(f.field, FakeMachine::link());
+    f.settle();
+    EXPECT_EQ(f.state().linkMessage, std::nullopt) << "nothing is being installed any more";
+    f.openLink(FakeMachine::link('b'));
+    f.settle();
+    EXPECT_EQ(f.state().linkMessage, WindowTexts::linkExpired);
+    EXPECT_EQ(f.field, FakeMachine::link());
+    f.delegate().windowClosed();
+    EXPECT_EQ(f.state().linkMessage, std::nullopt);
+}
+
+TEST(AppDelegate, servesALinkOnceTheOldAgentHasEnded) {
+    Fixture f;
+    f.leaveAgent();
+    f.install();
+    f.goodLinks = {FakeMachine::code('a')};
+    f.launch();
+    f.openLink(FakeMachine::link());
+    EXPECT_EQ(f.state().linkMessage, std::nullopt);
+    EXPECT_EQ(f.startsToTakeLinks, 0);
+    f.settle();
+    EXPECT_EQ(f.terminals.count(), 1U);
+    EXPECT_EQ(f.startsToTakeLinks, 1);
 }
 
 TEST(AppDelegate, looksAtTheSwitchesWhereNothingCanStart) {
@@ -126,10 +226,20 @@ TEST(AppDelegate, looksAtTheSwitchesWhereNothingCanStart) {
 
 TEST(AppDelegate, makesWayForAnotherCopy) {
     Fixture f;
+    f.delegate().willFinishLaunching();
+    f.openLink(FakeMachine::link());
     f.launch(RelocationOutcomes::Moving{});
     f.settle();
-    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "end"}));
+    EXPECT_EQ(f.calls.back(), "end 0");
     EXPECT_FALSE(f.model().hasStarted());
+
+    Fixture other;
+    other.install();
+    other.handed = f.handedOn;
+    other.goodLinks = {FakeMachine::code('a')};
+    other.launch();
+    other.settle();
+    EXPECT_EQ(other.terminals.count(), 1U) << "the link came along";
 }
 
 TEST(AppDelegate, givesAnEarlyLinkToTheModelOnce) {
@@ -192,7 +302,7 @@ TEST(AppDelegate, quitsInOrderAndOnce) {
     f.openLink(FakeMachine::link());
     f.delegate().openWindow();
     f.advance(900s);
-    EXPECT_EQ(f.calls, (std::vector<std::string>{"record open", "window", "end"}));
+    EXPECT_EQ(f.calls, (std::vector<std::string>{"record open", "window", "end 0"}));
     EXPECT_EQ(f.installed, 0);
     EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
 
@@ -202,7 +312,7 @@ TEST(AppDelegate, quitsInOrderAndOnce) {
     early.delegate().quit();
     early.settle();
     early.relocated(RelocationOutcomes::Stay{});
-    EXPECT_EQ(early.calls, (std::vector<std::string>{"links", "relocate", "end"}));
+    EXPECT_EQ(early.calls, (std::vector<std::string>{"links", "relocate", "end 0"}));
 }
 
 TEST(ChangeFeed, tellsAViewOnceOfManyChanges) {

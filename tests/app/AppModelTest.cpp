@@ -81,23 +81,33 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
 
 TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
     FakeMachine f;
-    std::filesystem::create_directories(f.folder.path() + "/Library/LaunchAgents");
-    std::ofstream(f.folder.path() + "/Library/LaunchAgents/com.tarnik.node.plist")
-        << R"(<plist version="1.0"><dict><key>Label</key><string>com.tarnik.node</string>)"
-        << R"(<key>EnvironmentVariables</key><dict><key>OPENCLAW_STATE_DIR</key><string>)"
-        << f.texts.at("NodeHome") << "</string></dict></dict></plist>";
-    std::size_t nodesThen = 1;
+    f.leaveAgent();
     f.deps.launchd.launchctl = [&](const std::vector<std::string>& arguments) {
-        nodesThen = f.nodes.count();
+        EXPECT_EQ(f.nodes.count() + f.drivers.count(), 0U);
         return ExitStatus::exited(arguments.at(0) == "bootout" ? 0 : 113);
     };
     f.install();
-    f.join();
-    f.model().start();
+    f.switches = {true, true};
+    bool takesLinks = false;
+    f.model().start([&] { takesLinks = true; });
+    f.main.advance(10s);  // launchctl has not answered yet
+    f.model().refreshSwitches();
+    f.model().connect(FakeMachine::link(), no);
+    EXPECT_EQ(f.state().linkMessage, stillInstalling);
+    EXPECT_FALSE(takesLinks || f.model().hasStarted());
+    EXPECT_EQ(f.queues.size(), 2U) << "no queue of a supervisor or of a driver host";
     f.settle();
-    EXPECT_EQ(nodesThen, 0U);
-    EXPECT_EQ(f.nodes.count(), 1U);
+    EXPECT_TRUE(takesLinks);
+    EXPECT_EQ(f.state().linkMessage, std::nullopt);
+    EXPECT_EQ(f.liveDrivers(), 1U);
     EXPECT_EQ(f.log.at(0), "took over the node's LaunchAgent: stopped true, removed true");
+
+    FakeMachine quits;
+    quits.leaveAgent();
+    quits.model().start([] { ADD_FAILURE() << "it has ended"; });
+    quits.model().stop([] {});
+    quits.settle();
+    EXPECT_FALSE(quits.model().hasStarted());
 }
 
 TEST(AppModel, takesALinkOnlyByTheRules) {
@@ -112,6 +122,8 @@ TEST(AppModel, takesALinkOnlyByTheRules) {
     f.goodLinks = {FakeMachine::code('a')};
     f.giveLink('b');
     EXPECT_EQ(f.state().linkMessage, expired);
+    f.model().dismissLinkMessage();
+    EXPECT_EQ(f.state().linkMessage, std::nullopt);
     f.model().connect("see " + FakeMachine::link('a'), no);
     EXPECT_EQ(f.state().linkMessage, notALink);
     f.model().connect(FakeMachine::link('a'), no);
@@ -119,6 +131,9 @@ TEST(AppModel, takesALinkOnlyByTheRules) {
     EXPECT_TRUE(f.state().checkingLink);
     f.model().connect(FakeMachine::link('b'), no);
     EXPECT_EQ(f.state().linkMessage, busy);
+    f.model().dismissLinkMessage();
+    EXPECT_EQ(f.state().linkMessage, WindowTexts::checkingLink) << "it still is";
+    f.model().connect(FakeMachine::link('b'), no);
     f.settle();
     EXPECT_EQ(f.terminals.count(), 1U) << "the first goes on";
     EXPECT_TRUE(f.pairingIs(PairingPhases::Starting{}));
@@ -157,7 +172,7 @@ TEST(AppModel, pairsAndShowsHowItEnded) {
     EXPECT_TRUE(f.pairingIs(PairingPhases::Connected{}));
     EXPECT_EQ(f.state().linkMessage, std::nullopt) << "nothing is in the way of the next";
     EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
-    EXPECT_TRUE(f.model().needsAttention());
+    EXPECT_TRUE(f.state().needsAttention());
     f.model().pairingFinished();
     EXPECT_FALSE(f.state().pairing);
 
@@ -268,19 +283,19 @@ TEST(AppModel, wantsToBeSeenWhenThePersonHasToAct) {
     f.switches = {true, true};
     f.install();
     f.join();
-    EXPECT_TRUE(f.model().needsAttention()) << "the switches were not read yet";
+    EXPECT_TRUE(f.state().needsAttention()) << "the switches were not read yet";
     f.model().start();
-    EXPECT_FALSE(f.model().needsAttention());
+    EXPECT_FALSE(f.state().needsAttention());
     f.settle();
-    EXPECT_FALSE(f.model().needsAttention());
+    EXPECT_FALSE(f.state().needsAttention());
     f.switches.screenRecording = false;
     f.advance(2s);
-    EXPECT_TRUE(f.model().needsAttention());
+    EXPECT_TRUE(f.state().needsAttention());
 
     Started unjoined;
     unjoined.switches = {true, true};
     unjoined.advance(2s);
-    EXPECT_TRUE(unjoined.model().needsAttention());
+    EXPECT_TRUE(unjoined.state().needsAttention());
 }
 
 TEST(AppModel, samplesWhatIsGoingOn) {

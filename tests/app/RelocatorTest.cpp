@@ -313,6 +313,33 @@ TEST(RelocationRecord, isPrivateBoundedAndFollowsNoLink) {
     }
 }
 
+TEST(HandedLink, isPrivateAndUsedOnceWithinTenMinutes) {
+    using std::chrono::seconds;
+    FakeMac mac;
+    const Relocation::RecordTime now{};
+    const HandedLink link(mac.at("/Support"));
+    EXPECT_EQ(link.take(now), std::nullopt);
+    struct Case {
+        int secondsLater;
+        bool isGood;
+    };
+    for (const auto& [later, isGood] : {Case{0, true}, {600, true}, {601, false}, {-1, false}}) {
+        link.put("tarnik://connect?code=x y", now);
+        EXPECT_EQ(fs::status(mac.at("/Support/tarnik/link")).permissions(), fs::perms(0600));
+        EXPECT_EQ(link.take(now + seconds(later)).has_value(), isGood) << later;
+        EXPECT_EQ(link.take(now), std::nullopt) << "it is used";
+    }
+    link.put("tarnik://connect?code=x y", now);
+    EXPECT_EQ(link.take(now), "tarnik://connect?code=x y");
+    shell(mac.at("/Support/tarnik"), "echo '0 stolen' > ../mine; ln -s ../mine link");
+    EXPECT_EQ(link.take(now), std::nullopt);
+    EXPECT_EQ(mac.read("/Support/mine"), "0 stolen\n");
+
+    auto deps = mac.deps();
+    Relocator(deps).handLinkOn("tarnik://a");
+    EXPECT_EQ(Relocator(deps).takeHandedLink(), "tarnik://a");
+}
+
 TEST(BundleVersion, isTheOneThatPeopleAreShown) {
     const FakeMac mac;
     const std::string bundle = mac.bundle("/x.app", "1.2");

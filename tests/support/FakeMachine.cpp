@@ -140,6 +140,14 @@ void FakeMachine::join() const {
     write(NodeHome::resolve(texts.at("NodeHome"), folder.path()).value().joinRecord());
 }
 
+void FakeMachine::leaveAgent() const {
+    std::filesystem::create_directories(folder.path() + "/Library/LaunchAgents");
+    std::ofstream(folder.path() + "/Library/LaunchAgents/com.tarnik.node.plist")
+        << R"(<plist version="1.0"><dict><key>Label</key><string>com.tarnik.node</string>)"
+        << R"(<key>EnvironmentVariables</key><dict><key>OPENCLAW_STATE_DIR</key><string>)"
+        << texts.at("NodeHome") << "</string></dict></dict></plist>";
+}
+
 std::string FakeMachine::link(char letter) {
     return origin + "/c/" + code(letter);
 }

@@ -52,6 +52,7 @@ public:
 
     void install() const;
     void join() const;
+    void leaveAgent() const;                     // of a command-line install
     static std::string link(char letter = 'a');  // one whose code is this letter 22 times
     static std::string code(char letter) { return std::string(22, letter); }
 

@@ -85,7 +85,7 @@ TEST(MainView, handsOverWhatStandsInTheField) {
     ShownView view(sampleContent("connect"));
     view.press(Qt::Key_A, "ä");
     view.press(Qt::Key_Return);
-    EXPECT_EQ(view.asked, (Asked{{Kind::connectPasted, "ä"}}));
+    EXPECT_EQ(view.asked, (Asked{{Kind::editLink, "ä"}, {Kind::connectPasted, "ä"}}));
 }
 
 // A click may be answered before it returns.

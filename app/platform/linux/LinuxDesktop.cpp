@@ -112,6 +112,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
         .bundles = {},  // nor are applications moved
         .events = eventsOf(requests),
         .oneCopy = operationsOf(copy, run.environment),
+        .marksLoginStarts = true,
         .activate = {},
         .onColourChoice = startingWithHandler<ColourChoiceReading, ColourChoiceReading::OnChoice>(bus),
         .onTrayHost = startingWithHandler<TrayHostReading, TrayHostReading::OnHost>(bus)};

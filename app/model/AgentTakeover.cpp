@@ -1,4 +1,4 @@
-#include "app/model/NodeInstallation.h"
+#include "app/model/AgentTakeover.h"
 
 #include <unistd.h>
 
@@ -7,13 +7,11 @@
 
 namespace tarnik {
 
-std::expected<void, InstallError> NodeInstallation::run(const NodeInstaller::Progress& progress) const {
-    takeOverAgent();
-    if (home.isInstalled()) return {};
-    return NodeInstaller(home, settings, installer).install(progress);
+bool AgentTakeover::isNeeded() const {
+    return exists(LaunchdTakeover::plistPath(userFolder));
 }
 
-void NodeInstallation::takeOverAgent() const {
+void AgentTakeover::run() const {
     const auto path = LaunchdTakeover::plistPath(userFolder);
     const auto plan = LaunchdTakeover::plan(readFile(path, PropertyList::maxBytes), path, home, ::getuid());
     if (const auto* alone = std::get_if<LaunchdTakeover::LeaveAlone>(&plan)) {

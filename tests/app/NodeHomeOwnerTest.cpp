@@ -1,0 +1,106 @@
+#include "app/NodeHomeOwner.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "tests/support/ForkedChild.h"
+#include "tests/support/ManualMainThread.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+namespace {
+
+namespace fs = std::filesystem;
+using Face = NodeHomeOwner::Face;
+
+struct Fixture {
+    TemporaryFolder folder;
+    ManualMainThread main;
+    std::vector<std::string> log;
+    const NodeHome home{.path = folder.path() + "/node"};
+
+    NodeHomeOwner::Deps deps(Face face = Face::window) {
+        return {.mainThread = main.record(),
+                .log = [this](const std::string& text) { log.push_back(text); },
+                .applicationSupport = folder.path(),
+                .face = face};
+    }
+    std::string note() const { return fs::directory_iterator(folder.path() + "/tarnik")->path(); }
+};
+
+// What was answered: "" for ours, "later" until there is an answer.
+std::string answer = "later";
+void take(NodeHomeOwner& owner) {
+    answer = "later";
+    owner.take([](const std::optional<std::string>& inUse) { answer = inUse.value_or(""); });
+}
+
+TEST(NodeHomeOwner, waitsShortlyForAnotherAndThenSaysWhoItIs) {
+    struct Case {
+        Face face;
+        std::optional<std::string> note;  // in place of the owner's
+        std::string who;
+        std::string advice;
+    };
+    const std::string self = " (process " + std::to_string(::getpid());
+    const std::string gone = std::to_string(ForkedChild::waiting().pid()) + " console\n";
+    const std::string unknown = "quit that one first.";
+    const Case cases[] = {
+        {Face::console, {}, self + ", in a terminal)", "type quit there first."},
+        {Face::window, {}, self + ", with a window)", "use that one, or quit it first."},
+        {Face::window, gone, "", unknown},
+        {Face::window, "-1 console\n", "", unknown},
+        {Face::window, std::string(100'000, '9'), "", unknown},
+    };
+    for (const auto& c : cases) {
+        Fixture f;
+        NodeHomeOwner first(f.home, f.deps(c.face));
+        take(first);
+        EXPECT_EQ(answer, "");
+        if (c.note) std::ofstream(f.note()) << *c.note;
+        NodeHomeOwner second(f.home, f.deps());
+        take(second);
+        f.main.advance(Seconds(2.8));
+        EXPECT_EQ(answer, "later");
+        f.main.advance(Seconds(0.4));
+        EXPECT_EQ(answer,
+                  "Another tarnik" + c.who + " uses the node folder " + f.home.path + ": " + c.advice);
+    }
+}
+
+TEST(NodeHomeOwner, takesOverFromOneThatEnds) {
+    Fixture f;
+    std::optional<NodeHomeOwner> first(std::in_place, f.home, f.deps());
+    take(*first);
+    NodeHomeOwner second(f.home, f.deps(Face::console));
+    take(second);
+    f.main.advance(Seconds(1));
+    first.reset();
+    EXPECT_TRUE(fs::is_empty(f.folder.path() + "/tarnik")) << "its note goes with it";
+    f.main.advance(Seconds(0.2));
+    EXPECT_EQ(answer, "");
+    f.main.advance(Seconds(10));
+    EXPECT_EQ(fs::status(f.note()).permissions(), fs::perms(0600));
+}
+
+TEST(NodeHomeOwner, goesOnWithoutALockWhereThereIsNone) {
+    Fixture f;
+    auto deps = f.deps();
+    deps.lock = [](const NodeHome&) {
+        return std::unexpected(
+            NodeHomeLock::Failure{NodeHomeLock::Failure::Reason::unavailable, {"flock", ENOLCK}});
+    };
+    NodeHomeOwner owner(f.home, deps);
+    take(owner);
+    EXPECT_EQ(answer, "");
+    EXPECT_EQ(f.log.size(), 1U);
+    NodeHomeOwner homeless(std::nullopt, f.deps());
+    take(homeless);
+    EXPECT_EQ(answer, "");
+}
+
+}  // namespace
+}  // namespace tarnik
