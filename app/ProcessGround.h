@@ -7,6 +7,7 @@ namespace tarnik {
 // - Descriptors 0, 1 and 2 are open (on /dev/null where they were not), so that nothing of ours lands there.
 // - SIGPIPE is ignored: writing to a dead child is an error, not the end. Children get the default back.
 // - SIGCHLD is at its default: ignored, it would take every child's exit status from us.
+// - A thread that can't be made, and that nothing works without, ends the program with a sentence.
 void layProcessGround();
 
 }  // namespace tarnik
