@@ -3,7 +3,7 @@
 # of that can rot on Linux.
 #
 # The compiler comes from npm, with Apple's C++ library and Darwin's headers. Objective-C++ is compiled against
-# GNUstep's Foundation and AppKit; what those and the compiler lack is declared in tests/darwin/include. What
+# GNUstep's Foundation and AppKit; what those and the compiler lack is declared in tools/darwin/include. What
 # the system's own library lacks shows as an undefined symbol, as does whatever of ours is nowhere defined.
 # Nothing is run.
 set -euo pipefail
@@ -40,7 +40,7 @@ if [[ ! -x $zig ]]; then
 fi
 
 # Links to just those headers: with all of /usr/include, the ones of glibc would come along.
-includes=(-I. -Itests/darwin/include)
+includes=(-I. -Itools/darwin/include)
 for from in /usr/include /usr/include/x86_64-linux-gnu; do
     to=$folder/third-party$from
     mkdir -p "$to"
