@@ -7,9 +7,7 @@
 namespace tarnik {
 
 // The path of one of the tiny programs in devkit/children.
-inline std::string childProgram(const std::string& name) {
-    return TARNIK_CHILDREN_DIR "/" + name;
-}
+std::string childProgram(const std::string& name);
 
 // Whether this program runs under a sanitizer, where children cost many times more.
 inline bool isSanitized() {
