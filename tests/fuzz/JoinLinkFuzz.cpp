@@ -1,24 +1,14 @@
 // Whatever the text: a code is one, an accepted join address ends with it, and addresses keep what they were
 // parsed from.
 
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-
 #include "core/foundation/Json.h"
 #include "core/pairing/JoinLink.h"
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-}  // namespace
+#include "tests/fuzz/Require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tarnik;
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    using fuzz::require;
+    const std::string_view text = fuzz::textOf(data, size);
     const auto origin = Url::parse("https://tarnik.example:8");
     const std::string wanted(22, 'A');
 

@@ -1,14 +1,17 @@
-// Whatever the bytes, reading them ends within its bounds, and what was read can be walked.
-
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
+// Whatever the bytes: reading them ends within its bounds, what was read can be walked, and a text that is
+// read as a list is a whole one: with anything behind it, or cut short, it is no list.
 
 #include "core/foundation/PropertyList.h"
+#include "core/foundation/Utf8.h"
+#include "core/foundation/WhiteSpace.h"
+#include "tests/fuzz/Require.h"
 
 namespace {
 
-std::size_t containers(const tarnik::PropertyList& value) {
+using namespace tarnik;
+using fuzz::require;
+
+std::size_t containers(const PropertyList& value) {
     std::size_t count = value.elements().empty() && !value.isDictionary() ? 0 : 1;
     for (const auto& element : value.elements()) count += containers(element);
     return count;
@@ -17,12 +20,25 @@ std::size_t containers(const tarnik::PropertyList& value) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    const auto list = tarnik::PropertyList::parse(bytes);
+    const std::string bytes(fuzz::textOf(data, size));
+    const auto list = PropertyList::parse(bytes);
     if (!list) return 0;
-    if (containers(*list) > tarnik::PropertyList::maxContainers) std::abort();
+    require(containers(*list) <= PropertyList::maxContainers);
     for (const char* key : {"a", "Label", "ProgramArguments"}) {
-        if (list->entry(key) != nullptr && !list->isDictionary()) std::abort();
+        const PropertyList* const entry = list->entry(key);
+        require(entry == nullptr || list->isDictionary());
+        if (entry != nullptr) require(isUtf8(entry->asString().value_or("")));
+    }
+    if (bytes.starts_with("bplist00")) return 0;
+
+    require(isUtf8(bytes) && !bytes.contains('\0') && !bytes.contains('\x1b'));
+    // A line end ends a comment of the old text form.
+    for (const std::string& more : {std::string("x"), std::string("<dict/>"), bytes})
+        require(!PropertyList::parse(bytes + "\n" + more));
+    const auto plain = trimmingWhiteSpace(bytes);
+    if (plain.ends_with("</plist>")) {
+        for (std::size_t left = plain.size() - 8; left < plain.size(); ++left)
+            require(!PropertyList::parse(plain.substr(0, left)));
     }
     return 0;
 }

@@ -115,10 +115,7 @@ TEST(NodeHome, takesOnlyItsOwnAndElseChangesNothing) {
 
 TEST(NodeHome, isNotClaimedByHalfAMarker) {
     const Fixture f;
-    {
-        const FullDisk full(4);
-        EXPECT_TRUE(std::holds_alternative<FileError>(f.home.claim().error()));
-    }
+    onFullDisk(4, [&f] { EXPECT_TRUE(std::holds_alternative<FileError>(f.home.claim().error())); });
     EXPECT_FALSE(f.home.isClaimed());
     EXPECT_EQ(f.refusal(), std::nullopt);
 }

@@ -46,15 +46,7 @@ TEST(DefaultsFile, keepsWhatOthersPutThere) {
               "{\n    \"AccessibilityWasOn\": true,\n    \"NodeHome\": \"/c\",\n"
               "    \"Other\": {\"deep\":[1,null]}\n}\n");
     EXPECT_TRUE(place.defaults().flag("AccessibilityWasOn"));
-}
-
-TEST(DefaultsFile, makesAPrivateFile) {
-    Place place;
-    place.defaults().setFlag("Flag");
     EXPECT_EQ(fs::status(place.path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(fs::status(fs::path(place.path).parent_path()).permissions(), fs::perms::owner_all);
-    const fs::directory_iterator entries(fs::path(place.path).parent_path());
-    EXPECT_EQ(std::distance(fs::begin(entries), fs::end(entries)), 1);
 }
 
 TEST(DefaultsFile, movesAsideWhatItCannotRead) {

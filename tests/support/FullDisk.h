@@ -6,24 +6,16 @@
 
 namespace tarnik {
 
-// While it lives, no file of this program grows beyond `bytes`.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const struct rlimit full = {.rlim_cur = bytes, .rlim_max = before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &full);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        ::signal(SIGXFSZ, handler_);
-    }
-
-private:
-    struct rlimit before_ = {};
-    void (*const handler_)(int) = ::signal(SIGXFSZ, SIG_IGN);
-};
+// Runs the action while no file can grow beyond `bytes`.
+void onFullDisk(rlim_t bytes, auto action) {
+    struct rlimit before = {};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const struct rlimit full = {.rlim_cur = bytes, .rlim_max = before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &full);
+    action();
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+}
 
 }  // namespace tarnik

@@ -1,0 +1,58 @@
+// Whatever the defaults file holds: a change leaves a file that can be read, in which the flag is set and
+// everything else is as it was; a file that couldn't be read lies beside it unchanged.
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <unistd.h>
+
+#include "app/platform/linux/DefaultsFile.h"
+#include "tests/fuzz/Require.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace {
+
+using namespace tarnik;
+using fuzz::require;
+
+std::string contents(const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const TemporaryFolder folder;
+    static const std::string path = folder.path() + "/defaults.json";
+    static const std::string aside = path + std::string(DefaultsFile::asideSuffix);
+    const std::string text(fuzz::textOf(data, size));
+    std::ofstream(path) << text;
+    ::unlink(aside.c_str());
+    const auto before = Json::parse(text, DefaultsFile::longest);
+    const auto fail = [](const std::string&) { std::abort(); };
+
+    DefaultsFile file(path, fail);
+    const auto home = file.text("NodeHome");
+    const bool flag = file.flag("Other");
+    file.setFlag("AccessibilityWasOn");
+
+    const DefaultsFile again(path, fail);
+    require(again.flag("AccessibilityWasOn") && again.text("NodeHome") == home &&
+            again.flag("Other") == flag);
+    const auto after = Json::parse(contents(path), 8 * DefaultsFile::longest);
+    require(after && after->isObject());
+    const bool wasBroken = !before || !before->isObject();
+    require((::access(aside.c_str(), F_OK) == 0) == wasBroken);
+    if (wasBroken) {
+        require(contents(aside) == text);
+        return 0;
+    }
+    for (const auto& [key, value] : before->members()) {
+        const Json* const kept = after->member(key);
+        require(kept != nullptr && (key == "AccessibilityWasOn" || kept->text() == value.text()));
+    }
+    return 0;
+}

@@ -1,0 +1,68 @@
+// Whatever stands in a launch agent's file: it is taken over only if it is a property list with our label
+// that names this node home, and where it names a state folder that one alone decides.
+
+#include <string>
+
+#include "core/foundation/PropertyList.h"
+#include "core/foundation/Utf8.h"
+#include "core/node/LaunchdTakeover.h"
+#include "core/node/TarnikIdentity.h"
+#include "tests/fuzz/Require.h"
+
+namespace {
+
+using namespace tarnik;
+using fuzz::require;
+
+const NodeHome home{.path = "/h"};
+
+bool isTakenOver(const std::string& file) {
+    const auto plan =
+        LaunchdTakeover::plan(file, "/agent", home, 501, [](const std::string& path) { return path; });
+    const auto* const agent = std::get_if<LaunchdTakeover::TakeOver>(&plan);
+    if (agent == nullptr) return false;
+    require(agent->plistPath == "/agent" && agent->serviceTarget == "gui/501/com.tarnik.node");
+    return true;
+}
+
+std::optional<std::string> textIn(const PropertyList* list, const char* key) {
+    const PropertyList* const value = list != nullptr ? list->entry(key) : nullptr;
+    return value != nullptr ? value->asString() : std::nullopt;
+}
+
+std::string agentWith(std::string_view stateFolder, std::string_view program) {
+    const auto text = [](std::string_view content) {
+        std::string string = "<string>";
+        for (const char c : content) string += c == '<' ? "&lt;" : c == '&' ? "&amp;" : std::string(1, c);
+        return string + "</string>";
+    };
+    return "<plist><dict><key>Label</key>" + text(TarnikIdentity::nodeLaunchdLabel) +
+           "<key>EnvironmentVariables</key><dict><key>OPENCLAW_STATE_DIR</key>" + text(stateFolder) +
+           "</dict><key>ProgramArguments</key><array><true/>" + text(program) + "</array></dict></plist>";
+}
+
+bool isPlain(std::string_view text) {
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) < 0x20) return false;
+    }
+    return isUtf8(text) && text.size() < 4096;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string text(fuzz::textOf(data, size));
+    if (isTakenOver(text)) {
+        const auto list = PropertyList::parse(text);
+        require(list && textIn(&*list, "Label") == TarnikIdentity::nodeLaunchdLabel);
+        const auto state = textIn(list->entry("EnvironmentVariables"), "OPENCLAW_STATE_DIR");
+        require(!state || !state->starts_with('/') || *state == home.path);
+    }
+
+    if (!isPlain(text)) return 0;
+    require(isTakenOver(agentWith(text, "relative")) == (text == "/h"));
+    const bool isOurs = text == "/h/runtime/node/bin/node" || text.starts_with("/h/service-env/");
+    require(isTakenOver(agentWith("relative", text)) == isOurs);
+    require(!isTakenOver(agentWith("/other", text)));
+    return 0;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+// What the fuzz targets share.
+namespace tarnik::fuzz {
+
+inline void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+inline std::string_view textOf(const std::uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), size};
+}
+
+}  // namespace tarnik::fuzz
