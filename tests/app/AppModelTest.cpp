@@ -35,21 +35,6 @@ struct Started : FakeMachine {
     }
 };
 
-TEST(AppModel, startsTheHelperThatIsThere) {
-    FakeMachine f;
-    f.install();
-    f.join();
-    f.model().start();
-    EXPECT_EQ(f.nodes.count(), 0U);
-    f.settle();
-    EXPECT_EQ(f.state().setup, tarnik::Setup(Setups::Ready{}));
-    EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
-    EXPECT_TRUE(f.state().joined);
-    f.model().start();
-    f.settle();
-    EXPECT_EQ(f.nodes.count(), 1U);
-}
-
 TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
     FakeMachine failing;
     failing.releaseBase = "https://release.example";
@@ -60,10 +45,13 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
     EXPECT_NE(failed->text.find("stable.json"), std::string::npos) << failed->text;
     EXPECT_EQ(failing.state().node, NodeState(NodeStates::Stopped{}));
 
-    FakeMachine busyMachine;
-    busyMachine.threadsAreLeft = false;
-    busyMachine.model().start();
-    EXPECT_TRUE(std::holds_alternative<Setups::Failed>(busyMachine.state().setup));
+    for (const bool hasAgent : {false, true}) {
+        FakeMachine busyMachine;
+        if (hasAgent) busyMachine.leaveAgent();
+        busyMachine.threadsAreLeft = false;
+        busyMachine.model().start();
+        EXPECT_TRUE(std::holds_alternative<Setups::Failed>(busyMachine.state().setup));
+    }
 
     FakeMachine homeless;
     homeless.texts["NodeHome"] = "not/absolute";
@@ -73,10 +61,6 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
     EXPECT_FALSE(homeless.model().hasStarted());
     homeless.model().connect(FakeMachine::link(), no);
     EXPECT_EQ(homeless.state().linkMessage, stillInstalling);
-    bool stopped = false;
-    homeless.model().stop([&] { stopped = true; });
-    homeless.settle();
-    EXPECT_TRUE(stopped);
 }
 
 TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
@@ -87,17 +71,21 @@ TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
         return ExitStatus::exited(arguments.at(0) == "bootout" ? 0 : 113);
     };
     f.install();
+    f.join();
     f.switches = {true, true};
-    bool takesLinks = false;
-    f.model().start([&] { takesLinks = true; });
+    int started = 0;
+    for (int i = 0; i < 2; ++i) f.model().start([&] { ++started; });
     f.main.advance(10s);  // launchctl has not answered yet
     f.model().refreshSwitches();
     f.model().connect(FakeMachine::link(), no);
     EXPECT_EQ(f.state().linkMessage, stillInstalling);
-    EXPECT_FALSE(takesLinks || f.model().hasStarted());
+    EXPECT_EQ(started, 0);
     EXPECT_EQ(f.queues.size(), 2U) << "no queue of a supervisor or of a driver host";
     f.settle();
-    EXPECT_TRUE(takesLinks);
+    EXPECT_EQ(started, 1);
+    EXPECT_EQ(f.state().setup, tarnik::Setup(Setups::Ready{}));
+    EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
+    EXPECT_TRUE(f.state().joined);
     EXPECT_EQ(f.state().linkMessage, std::nullopt);
     EXPECT_EQ(f.liveDrivers(), 1U);
     EXPECT_EQ(f.log.at(0), "took over the node's LaunchAgent: stopped true, removed true");
@@ -111,19 +99,15 @@ TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
 }
 
 TEST(AppModel, takesALinkOnlyByTheRules) {
-    FakeMachine early;
-    early.model().connect(FakeMachine::link(), no);
-    EXPECT_EQ(early.state().linkMessage, stillInstalling);
-    early.model().start();
-    early.model().connect(FakeMachine::link(), no);
-    EXPECT_EQ(early.state().linkMessage, stillInstalling);
+    Started joinsElsewhere;
+    joinsElsewhere.giveLink('b');
+    EXPECT_EQ(joinsElsewhere.state().linkMessage, expired);
+    joinsElsewhere.join();
+    joinsElsewhere.advance(2s);
+    EXPECT_EQ(joinsElsewhere.state().linkMessage, std::nullopt);
 
     Started f;
     f.goodLinks = {FakeMachine::code('a')};
-    f.giveLink('b');
-    EXPECT_EQ(f.state().linkMessage, expired);
-    f.model().dismissLinkMessage();
-    EXPECT_EQ(f.state().linkMessage, std::nullopt);
     f.model().connect("see " + FakeMachine::link('a'), no);
     EXPECT_EQ(f.state().linkMessage, notALink);
     f.model().connect(FakeMachine::link('a'), no);
@@ -276,26 +260,6 @@ TEST(AppModel, asksForASwitchAndLooksAtOnce) {
                                                     "prompt screenRecording", "settings screenRecording",
                                                     "prompt accessibility"}));
     EXPECT_TRUE(f.state().switches.screenRecording);
-}
-
-TEST(AppModel, wantsToBeSeenWhenThePersonHasToAct) {
-    FakeMachine f;
-    f.switches = {true, true};
-    f.install();
-    f.join();
-    EXPECT_TRUE(f.state().needsAttention()) << "the switches were not read yet";
-    f.model().start();
-    EXPECT_FALSE(f.state().needsAttention());
-    f.settle();
-    EXPECT_FALSE(f.state().needsAttention());
-    f.switches.screenRecording = false;
-    f.advance(2s);
-    EXPECT_TRUE(f.state().needsAttention());
-
-    Started unjoined;
-    unjoined.switches = {true, true};
-    unjoined.advance(2s);
-    EXPECT_TRUE(unjoined.state().needsAttention());
 }
 
 TEST(AppModel, samplesWhatIsGoingOn) {
