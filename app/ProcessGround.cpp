@@ -16,21 +16,24 @@ namespace {
 std::terminate_handler otherwise = nullptr;
 
 // Queues and the signal watch are made in places that can't go on without them, so std::thread's exception
-// ends here. Nothing has to be undone: helper and driver notice the end of their pipes.
+// ends here.
 void onTerminate() {
     try {
         if (const auto thrown = std::current_exception()) std::rethrow_exception(thrown);
     } catch (const std::system_error& error) {
-        if (error.code() == std::errc::resource_unavailable_try_again) {
-            say("the system has no thread to spare; end other programs, then start this one again");
-            ::_exit(EXIT_FAILURE);
-        }
+        if (error.code() == std::errc::resource_unavailable_try_again) endForLackOfThreads();
     } catch (...) {  // a defect, which the usual handler reports
     }
     otherwise();
 }
 
 }  // namespace
+
+// Nothing has to be undone: helper and driver notice the end of their pipes.
+void endForLackOfThreads() {
+    say("the system has no thread to spare; end other programs, then start this one again");
+    ::_exit(EXIT_FAILURE);
+}
 
 void layProcessGround() {
     int fd = 0;

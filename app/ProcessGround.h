@@ -10,4 +10,7 @@ namespace tarnik {
 // - A thread that can't be made, and that nothing works without, ends the program with a sentence.
 void layProcessGround();
 
+// Ends the program with a sentence: a thread that nothing works without can't be made. From any thread.
+[[noreturn]] void endForLackOfThreads();
+
 }  // namespace tarnik

@@ -75,7 +75,7 @@ async function oneStays(run, programs) {
 
 const cases = [
   {
-    name: 'a link while there is no helper yet is answered with that',
+    name: 'a link while there is no helper yet is answered with that, and is one press away once there is',
     reach: async (run) => {
       run.place.misbehave('runtime', 'slow');
       const link = run.place.service.links.handOut();
@@ -83,8 +83,13 @@ const cases = [
       await run.windowAppears();
       const { name } = await run.seesText("tarnik's helper is still installing. Try again in a moment.");
       await run.seesText('Connect this Mac');
+      await run.seesNo(name);
       demand(asked(run, link) === 0, 'the service was asked');
       run.place.misbehave('runtime');
+      await run.answer('Return');
+      await run.seesText(prompt, 'text');
+      askedOnce(run, link);
+      await cancels(run);
       await quits(run);
       return [name];
     },

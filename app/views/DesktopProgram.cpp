@@ -17,6 +17,7 @@
 #include "app/CommandLineDeps.h"
 #include "app/LoginItem.h"
 #include "app/NodeHomeOwner.h"
+#include "app/ProcessGround.h"
 #include "app/SignalWatch.h"
 #include "app/model/UpdateSettings.h"
 #include "app/platform/DesktopPlatform.h"
@@ -39,6 +40,8 @@ void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& 
     static std::mutex mutex;
     static std::string firstWarning;  // guarded by mutex
     const std::lock_guard lock(mutex);
+    // Qt goes on without the thread that reads from the window system or the bus, and then waits for it.
+    if (text.startsWith(QLatin1String("QThread::start: Thread creation error"))) endForLackOfThreads();
     if (type == QtWarningMsg && firstWarning.empty()) firstWarning = text.toStdString();
     if (type == QtCriticalMsg) say(text.toStdString());
     if (type != QtFatalMsg) return;
