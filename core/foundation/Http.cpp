@@ -8,16 +8,14 @@
 #include <utility>
 
 #include <curl/curl.h>
-#include <fcntl.h>
 #include <strings.h>
-#include <unistd.h>
 
 #include "core/foundation/Crypto.h"
 #include "core/foundation/ErrorText.h"
-#include "core/foundation/Files.h"
 #include "core/foundation/LibraryFiles.h"
+#include "core/foundation/OneLine.h"
+#include "core/foundation/PartFile.h"
 #include "core/foundation/SharedLibrary.h"
-#include "core/foundation/Uuid.h"
 
 namespace tarnik {
 
@@ -80,17 +78,9 @@ const LoadedCurl& loadedCurl() {
 }
 
 // libcurl's words may quote the other side's: a host name, a certificate.
-std::string plainLine(std::string_view text) {
-    constexpr std::size_t longest = 200;
-    std::string line(text.substr(0, longest));
-    for (char& c : line) {
-        if (c < ' ' || c > '~') c = '?';
-    }
-    return line;
-}
-
 HttpError transportError(std::string_view text) {
-    return {.kind = Kind::transport, .text = plainLine(text)};
+    constexpr std::size_t longest = 200;
+    return {.kind = Kind::transport, .text = oneLine(text, longest)};
 }
 
 HttpError fileError() {
@@ -333,36 +323,6 @@ int Transfer::onConnected(void* self, char*, char*, int, int) noexcept {
 std::size_t Transfer::onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept {
     return static_cast<Transfer*>(self)->take({bytes, count});
 }
-
-// What a download grows in. Gone with this object, unless it was put in place.
-class PartFile {
-public:
-    explicit PartFile(const std::string& destination)
-        : path_(destination + "." + randomUuid() + ".part"),
-          file_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)),
-          made_(static_cast<bool>(file_)) {}
-    PartFile(const PartFile&) = delete;
-    PartFile& operator=(const PartFile&) = delete;
-    ~PartFile() {
-        if (made_) ::unlink(path_.c_str());
-    }
-
-    // These leave errno set when they fail.
-    bool isOpen() const { return static_cast<bool>(file_); }
-    bool append(std::string_view bytes) const { return writeAll(file_, bytes); }
-    bool moveTo(const std::string& destination) {
-        if (::close(file_.release()) != 0)
-            return false;  // some file systems notice only here that they are full
-        if (::rename(path_.c_str(), destination.c_str()) != 0) return false;
-        made_ = false;
-        return true;
-    }
-
-private:
-    const std::string path_;
-    UniqueFd file_;
-    bool made_;
-};
 
 // Passes on reports, but not too many.
 class Reports {

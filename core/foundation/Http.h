@@ -23,7 +23,7 @@ struct HttpError {
 
     Kind kind = Kind::transport;
     int code = 0;      // of badStatus the status, of file an errno value
-    std::string text;  // of transport: libcurl's or the loader's words, a line of plain ASCII
+    std::string text;  // of transport: libcurl's or the loader's words, one short line
 
     bool operator==(const HttpError&) const = default;
 };

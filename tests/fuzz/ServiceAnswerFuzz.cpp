@@ -20,7 +20,9 @@ void checkAddress(const std::string& address) {
     const auto url = Url::parse(address);
     require(url && (url->scheme() == "https" ||
                     (url->scheme() == "http" && (url->host() == "localhost" || url->host() == "127.0.0.1"))));
-    require(address.find_first_of("@?# \n") == address.npos && address.ends_with("/c/" + code));
+    require(address.find_first_of("?# \n") == address.npos && address.ends_with("/c/" + code));
+    const std::string authority = address.substr(0, address.find('/', address.find("//") + 2));
+    require(!authority.contains('@'));
 }
 
 }  // namespace
