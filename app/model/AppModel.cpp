@@ -28,8 +28,8 @@ std::shared_ptr<AppModel> AppModel::make(Machine machine, AppModelDeps deps) {
 AppModel::AppModel(Passkey, Machine machine, AppModelDeps deps)
     : machine_(std::move(machine)),
       deps_(std::move(deps)),
-      nodeQueue_(deps_.makeQueue("tarnik.node")),
-      driverQueue_(deps_.makeQueue("tarnik.driver")) {
+      nodeCalls_(deps_.makeQueue("tarnik.node")),
+      driverCalls_(deps_.makeQueue("tarnik.driver")) {
     state_.grantsGoStale = deps_.platform.switches.grantsGoStale;
     state_.accessibilityWasOn = deps_.platform.defaults.flag(accessibilityWasOnKey);
     const auto chosen = deps_.platform.defaults.text(std::string(TarnikIdentity::nodeHomeDefaultsKey));
@@ -43,9 +43,8 @@ AppModel::AppModel(Passkey, Machine machine, AppModelDeps deps)
 }
 
 AppModel::~AppModel() {
-    ending_ = true;
-    nodeQueue_->close();
-    driverQueue_->close();
+    nodeCalls_.close();
+    driverCalls_.close();
 }
 
 void AppModel::observe(WillChange observer) {
@@ -101,18 +100,22 @@ void AppModel::begin(const std::function<void()>& done) {
 void AppModel::makeSupervisor() {
     auto deps = deps_.supervisor;
     deps.nodeLog = nodeLog_;
+    deps.isEnding = [this] { return nodeCalls_.hasEnded(); };
     supervisor_ = std::make_unique<NodeSupervisor>(
         *home_, machine_.inherited, std::move(deps), deps_.platform.log,
         [weak = weak()](const NodeState& node) { weak.run([node](AppModel& m) { m.nodeChanged(node); }); });
 }
 
 void AppModel::makeDriver() {
+    auto deps = deps_.driver;
+    deps.isSuperseded = [this] { return driverCalls_.isSuperseded(); };
     driver_ = std::make_unique<DriverHost>(
         DriverHost::Setup{.executable = machine_.driverExecutable,
                           .applicationSupport = machine_.applicationSupport,
                           .hostBundleID = std::string(TarnikIdentity::bundleIdentifier),
                           .inherited = machine_.inherited},
-        deps_.driver, deps_.platform.log, [weak = weak()](const std::optional<CuaDriverEndpoint>& endpoint) {
+        std::move(deps), deps_.platform.log,
+        [weak = weak()](const std::optional<CuaDriverEndpoint>& endpoint) {
             weak.run([endpoint](AppModel& m) { m.endpointChanged(endpoint); });
         });
 }
@@ -161,9 +164,7 @@ void AppModel::installationEnded(const Setup& setup) {
         if (next.linkMessage == WindowTexts::stillInstalling) next.linkMessage.reset();
     });
     if (!std::holds_alternative<Setups::Ready>(setup)) return;
-    nodeQueue_->post([this] {
-        if (!ending_) supervisor_->start();
-    });
+    nodeCalls_.call([this] { supervisor_->start(); });
 }
 
 void AppModel::nodeChanged(const NodeState& node) {
@@ -175,13 +176,12 @@ void AppModel::nodeChanged(const NodeState& node) {
 
 void AppModel::endpointChanged(const std::optional<CuaDriverEndpoint>& endpoint) {
     change([&](AppState& next) { next.endpoint = endpoint; });
-    nodeQueue_->post([this, endpoint] { supervisor_->setEndpoint(endpoint); });
+    nodeCalls_.update([this, endpoint] { supervisor_->setEndpoint(endpoint); });
 }
 
 void AppModel::stop(std::function<void()> done) {
     if (state_.stopping) return;
     pollTimer_.reset();
-    ending_ = true;
     const auto session = freeSlot();
     change([](AppState& next) {
         next.stopping = true;
@@ -190,11 +190,12 @@ void AppModel::stop(std::function<void()> done) {
         next.replaceOffer.reset();
     });
     if (!hasStarted()) return deps_.platform.mainThread.post(std::move(done));
-    nodeQueue_->post([this, session, done = std::move(done)] {
+    driverCalls_.end();
+    nodeCalls_.end([this, session, done = std::move(done)] {
         if (session) session->cancel();
         supervisor_->stop();
         nodeLog_->drain(logDrain);
-        driverQueue_->post([this, done] {
+        driverCalls_.end([this, done] {
             driver_->shutdown();
             deps_.platform.mainThread.post(done);
         });
@@ -216,9 +217,7 @@ void AppModel::refreshSwitches() {
     const bool wanted = switches.allOn();
     if (!driver_ || driverEnabled_ == wanted) return;
     driverEnabled_ = wanted;
-    driverQueue_->post([this, wanted] {
-        if (!ending_) driver_->setEnabled(wanted);
-    });
+    driverCalls_.update([this, wanted] { driver_->setEnabled(wanted); });
 }
 
 void AppModel::request(Switch which) {
@@ -235,7 +234,7 @@ void AppModel::activitySample(std::function<void(ActivitySample)> done) {
         .settingUp = !std::holds_alternative<Setups::Ready>(state_.setup) || isUnderWay(slot_),
         .windowInUse = deps_.platform.windowInUse()};
     // Looked up here, since begin() may make them while the queue works.
-    driverQueue_->post(
+    driverCalls_.call(
         [this, own, supervisor = supervisor_.get(), driver = driver_.get(), done = std::move(done)] {
             const auto sources =
                 deps_.activity([supervisor] { return supervisor ? supervisor->runningPID() : std::nullopt; },
@@ -291,7 +290,7 @@ void AppModel::checkLink(const std::string& code) {
 void AppModel::linkChecked(PairingAttempt attempt, const std::optional<Url>& joinURL) {
     if (slot_ != PairingSlot(PairingSlots::Starting{attempt})) return;  // cancelled meanwhile
     if (joinURL) {
-        return nodeQueue_->post([this, attempt, text = joinURL->text()] { beginPairing(attempt, text); });
+        return nodeCalls_.call([this, attempt, text = joinURL->text()] { beginPairing(attempt, text); });
     }
     freeSlot();
     refuse(WindowTexts::linkExpired);
@@ -319,7 +318,7 @@ void AppModel::pairingBegan(PairingAttempt attempt, const std::expected<Session,
         // Until the command has said a word there is something to show, and to cancel.
         if (!state_.pairing) pairingUpdate(attempt, (*session)->snapshot());
     } else if ((*session)->isInProgress()) {  // cancelled while it began
-        nodeQueue_->post([late = *session] { late->cancel(); });
+        nodeCalls_.call([late = *session] { late->cancel(); });
     }
 }
 
@@ -357,7 +356,7 @@ void AppModel::dismissLinkMessage() {
 
 void AppModel::confirmPairing() {
     if (!session_) return;
-    nodeQueue_->post([session = session_] { session->confirm(); });
+    nodeCalls_.call([session = session_] { session->confirm(); });
 }
 
 void AppModel::cancelPairing() {
@@ -366,9 +365,7 @@ void AppModel::cancelPairing() {
         next.pairing.reset();
         next.linkMessage.reset();
     });
-    if (session) {
-        nodeQueue_->post([session] { session->cancel(); });
-    }
+    if (session) nodeCalls_.call([session] { session->cancel(); });
 }
 
 void AppModel::keepCurrentConnection() {

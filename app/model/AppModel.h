@@ -14,6 +14,7 @@
 #include "app/model/PairingSlot.h"
 #include "app/model/WeakModel.h"
 #include "core/driver/DriverHost.h"
+#include "core/foundation/CoalescingQueue.h"
 #include "core/node/NodeHome.h"
 #include "core/node/NodeSupervisor.h"
 
@@ -109,12 +110,11 @@ private:
     std::optional<RepeatingTimer> pollTimer_;
 
     std::shared_ptr<NodeLog> nodeLog_;
-    const std::shared_ptr<SerialQueue> nodeQueue_;    // calls of the supervisor and of sessions
-    const std::shared_ptr<SerialQueue> driverQueue_;  // calls of the driver host, and samples
+    CoalescingQueue nodeCalls_;    // of the supervisor and of sessions; an update is an endpoint
+    CoalescingQueue driverCalls_;  // of the driver host, and samples; an update is whether it is enabled
     std::unique_ptr<NodeSupervisor> supervisor_;
     std::unique_ptr<DriverHost> driver_;
     std::atomic<PairingAttempt> wanted_ = 0;  // the attempt of the slot, for the queue; 0 for none
-    std::atomic<bool> ending_ = false;        // for the queues: start nothing any more
 };
 
 }  // namespace tarnik

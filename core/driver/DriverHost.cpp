@@ -69,7 +69,7 @@ std::optional<pid_t> DriverHost::runningPID() const {
 
 // A start takes the place of a restart that is pending.
 void DriverHost::startIfNeeded() {
-    if (!desired_ || running_) return;
+    if (running_ || deps_.isSuperseded()) return;
     cancelRestart();
     if (!setup_.executable) return log_("the desktop driver isn't in this build of the app");
     reapStale();
@@ -102,9 +102,9 @@ bool DriverHost::launch(const std::string& executable, const DriverSocketDirecto
             log_("the desktop driver stopped before it was ready (" + describe(*status) + ")");
             return false;
         }
-        case Readiness::timedOut: break;
+        case Readiness::timedOut: log_("the desktop driver didn't become ready in time"); break;
+        case Readiness::superseded: break;
     }
-    log_("the desktop driver didn't become ready in time");
     stopRunning();
     return false;
 }
@@ -130,11 +130,12 @@ std::optional<SpawnError> DriverHost::spawn(const std::string& executable,
     return std::nullopt;
 }
 
-// Holds the queue up, so nobody stops the driver or turns it off meanwhile.
+// Blocks the queue, so `running_` stays the same. A newer call, which waits for the queue, ends the wait.
 DriverHost::Readiness DriverHost::awaitReadiness() const {
     const TimePoint deadline = after(deps_.now(), deps_.readinessTimeout);
     while (true) {
         if (!running_->child->isRunning()) return Readiness::exited;
+        if (deps_.isSuperseded()) return Readiness::superseded;
         if (deps_.socketReady(running_->directory.socketPath)) return Readiness::ready;
         deps_.sleep(lookInterval);
         if (deps_.now() > deadline) return Readiness::timedOut;
@@ -172,7 +173,7 @@ void DriverHost::reapStale() const {
 
 // The driver is wanted, nothing runs and no restart is pending: the last start took the pending one's place.
 void DriverHost::scheduleRestart() {
-    if (restartAttempt_ >= deps_.restartDelays.size()) return;
+    if (deps_.isSuperseded() || restartAttempt_ >= deps_.restartDelays.size()) return;
     const Seconds delay = deps_.restartDelays[restartAttempt_++];
     pendingRestart_ = queue_->postAfter(delay, [this] {
         pendingRestart_.reset();

@@ -17,12 +17,14 @@ namespace tarnik {
 // once it does, starts it again after a growing delay when it ends, and stops it.
 //
 // One per application. Call from any thread, but not from inside `onEndpointChange` or `log`. A call waits
-// for a start that is under way: for up to readinessTimeout, and 8 s more when that driver has to be stopped.
+// for a start that is under way, unless isSuperseded ends that: for up to readinessTimeout, and 8 s more if
+// the driver has to be stopped.
 //
 //   from          event                             to
 //   off           enabled                           starting
 //   starting      the socket answers                ready; the first delay is next again
 //   starting      ends, too late, can't be started  restarting(delay); idle after the last delay
+//   starting      a newer call waits                idle, until that call
 //   starting      not in this build, no directory   idle
 //   ready         ends                              restarting(delay)
 //   restarting    delay passed                      starting
@@ -74,7 +76,7 @@ private:
         DriverSocketDirectory directory;
         UniqueFd livenessWrite;  // the driver leaves when this closes
     };
-    enum class Readiness { ready, exited, timedOut };
+    enum class Readiness { ready, exited, superseded, timedOut };
 
     void startIfNeeded();
     bool launch(const std::string& executable, const DriverSocketDirectory& directory);

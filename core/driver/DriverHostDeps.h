@@ -39,6 +39,9 @@ struct DriverHostDeps {
     Seconds readinessTimeout = Seconds(10);
     std::vector<Seconds> restartDelays{Seconds(1), Seconds(2), Seconds(4), Seconds(8), Seconds(10)};
     StopGraces stopGraces;
+    // Returns true while a newer setEnabled() or the end waits: a start gives up, and the waiting call
+    // decides.
+    std::function<bool()> isSuperseded = [] { return false; };
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
     // Real children, the steady clock, a queue with a thread.

@@ -1,6 +1,7 @@
 #include "core/node/NodeSupervisor.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 #include <variant>
 
@@ -28,7 +29,6 @@ NodeSupervisor::~NodeSupervisor() {
 
 void NodeSupervisor::start() {
     queue_->run([this] {
-        wanted_ = true;
         backoff_.reset();
         startIfNeeded();
     });
@@ -36,7 +36,6 @@ void NodeSupervisor::start() {
 
 void NodeSupervisor::stop() {
     queue_->run([this] {
-        wanted_ = false;
         cancelRestart();
         stopCurrent();
         setState(Stopped{});
@@ -78,8 +77,10 @@ std::optional<pid_t> NodeSupervisor::runningPID() const {
     return pid;
 }
 
+// A start takes the place of a pending restart, so at most one restart is ever pending.
 void NodeSupervisor::startIfNeeded() {
-    if (!wanted_ || currentGeneration() != 0) return;
+    if (deps_.isEnding() || currentGeneration() != 0) return;
+    cancelRestart();
     if (!home_.isInstalled()) return setState(NotInstalled{});
     if (!home_.hasJoined()) return setState(WaitingForLink{});
     if (const auto error = spawnNode()) {
@@ -134,14 +135,12 @@ void NodeSupervisor::exited(Generation generation, ExitStatus status, Seconds ra
     current_ = std::monostate{};
     restartWhenPairingSettles_ = false;
     log_("the node stopped (" + describe(status) + ")");
-    if (!wanted_) return setState(Stopped{});
     // A pairing run that ended without joining leaves the node waiting for another link.
     if (kind == RunKind::pairing && !home_.hasJoined()) return setState(WaitingForLink{});
     scheduleRestart(ranFor);
 }
 
-// A restart that is already pending is left alone: it finds something running, or starts what is wanted
-// anyway.
+// Nothing runs, and no restart is pending.
 void NodeSupervisor::scheduleRestart(Seconds ranFor) {
     const Seconds delay = backoff_.next(ranFor);
     setState(Restarting{delay});
@@ -195,9 +194,9 @@ std::expected<std::shared_ptr<PairingSession>, PairingError> NodeSupervisor::sta
     const auto* pairing = std::get_if<Pairing>(&current_);
     if (!home_.isInstalled()) return std::unexpected(PairingFailure::notInstalled);
     if (pairing != nullptr && pairing->session->isInProgress()) return std::unexpected(PairingFailure::busy);
-    wanted_ = true;
     cancelRestart();
     stopCurrent();
+    if (deps_.isEnding()) return std::unexpected(SpawnError{.call = "connect", .code = ECANCELED});
     const Generation generation = ++generation_;
     auto session = PairingSession::start(pairingSetup(joinURL, std::move(onUpdate), generation));
     if (!session) {

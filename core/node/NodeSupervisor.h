@@ -109,8 +109,7 @@ private:
     std::optional<CuaDriverEndpoint> endpoint_;
     RestartBackoff backoff_;
     Generation generation_ = 0;
-    bool wanted_ = false;
-    std::optional<SerialQueue::Timer> pendingRestart_;
+    std::optional<SerialQueue::Timer> pendingRestart_;  // std::nullopt while a child runs, or after stop()
     bool restartWhenPairingSettles_ = false;
     std::optional<SerialQueue::Timer> pairingCheck_;
     NodeState state_ = NodeStates::Stopped{};

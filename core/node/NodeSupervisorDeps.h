@@ -33,6 +33,8 @@ struct NodeSupervisorDeps {
     Seconds connectedAfter = Seconds(15);  // a connect command that runs on this long after it has connected
     std::shared_ptr<NodeLog> nodeLog;      // none: the node's output goes to /dev/null
     StopGraces stopGraces;
+    // Returns true once the program ends: nothing is started any more, not even by a call that is under way.
+    std::function<bool()> isEnding = [] { return false; };
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
     // Real children, the steady clock, a queue with a thread; no log.

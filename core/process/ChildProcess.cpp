@@ -7,7 +7,8 @@ namespace tarnik {
 
 ChildProcess::ChildProcess(pid_t pid) : ChildProcess(pid, [](pid_t to, int number) { ::kill(to, number); }) {}
 
-ChildProcess::ChildProcess(pid_t pid, Kill kill) : pid_(pid), kill_(std::move(kill)) {}
+ChildProcess::ChildProcess(pid_t pid, Kill kill, RealTime realTime)
+    : pid_(pid), kill_(std::move(kill)), realTime_(std::move(realTime)) {}
 
 std::optional<ExitStatus> ChildProcess::exitStatus() const {
     const std::lock_guard lock(mutex_);
@@ -15,7 +16,7 @@ std::optional<ExitStatus> ChildProcess::exitStatus() const {
 }
 
 std::optional<ExitStatus> ChildProcess::waitForExit(Seconds timeout) const {
-    const TimePoint deadline = after(steadyNow(), timeout);
+    const TimePoint deadline = after(steadyNow(), realTime_(timeout));
     std::unique_lock lock(mutex_);
     ended_.wait_until(lock, deadline, [this] { return status_.has_value(); });
     return status_;

@@ -22,13 +22,15 @@ class ChildProcess {
 public:
     using OnExit = std::function<void(ExitStatus)>;
     using Kill = std::function<void(pid_t, int)>;
+    using RealTime = std::function<Seconds(Seconds)>;
 
     // What stop() allows a child after SIGKILL, beyond the caller's own grace.
     static constexpr Seconds killGrace = Seconds(5);
 
-    // `kill` sends a signal to a process that has not been reaped, as kill(2).
+    // `kill` sends a signal to a process that has not been reaped, as kill(2). `realTime` returns how long to
+    // block for a time-out: the same, unless time is made up.
     explicit ChildProcess(pid_t pid);
-    ChildProcess(pid_t pid, Kill kill);
+    ChildProcess(pid_t pid, Kill kill, RealTime realTime = std::identity());
 
     pid_t pid() const { return pid_; }
     std::optional<ExitStatus> exitStatus() const;
@@ -50,6 +52,7 @@ public:
 private:
     const pid_t pid_;
     const Kill kill_;
+    const RealTime realTime_;
     mutable std::mutex mutex_;
     mutable std::condition_variable ended_;
     std::optional<ExitStatus> status_;

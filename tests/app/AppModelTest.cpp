@@ -243,6 +243,17 @@ TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
     EXPECT_FALSE(f.state().endpoint);
     EXPECT_EQ(f.state().status(Switch::accessibility), SwitchStatus::mayBeStale);
 
+    f.driverIsReady = false;
+    f.whileDriverStarts = [&] {
+        f.switches = {false, true};
+        f.model().refreshSwitches();
+    };
+    f.switches = {true, true};
+    const auto before = f.clock->now();
+    f.model().refreshSwitches();
+    EXPECT_LT(f.clock->now() - before, 1s) << "nobody waits for a driver that isn't wanted";
+    EXPECT_EQ(f.liveDrivers(), 0U);
+
     FakeMachine later;
     later.flags = f.flags;
     later.texts["NodeHome"] = "not/absolute";
@@ -298,9 +309,13 @@ TEST(AppModel, stopsSessionNodeAndDriverAndThenSaysSo) {
     f.pairUpToPrompt();
     EXPECT_EQ(f.liveDrivers(), 1U);
     bool stopped = false;
+    f.queues.at("tarnik.node")->hold();
     f.model().stop([&] { stopped = true; });
+    f.settle();
     EXPECT_FALSE(stopped);
     EXPECT_TRUE(f.state().stopping);
+    EXPECT_EQ(f.liveDrivers(), 1U) << "the node ends before it";
+    f.queues.at("tarnik.node")->letGo();
     f.settle();
     EXPECT_TRUE(stopped);
     EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
@@ -312,6 +327,27 @@ TEST(AppModel, stopsSessionNodeAndDriverAndThenSaysSo) {
     f.advance(60s);
     EXPECT_EQ(f.states.size(), published);
     EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
+}
+
+TEST(AppModel, startsNothingOnceItStops) {
+    FakeMachine installing;
+    installing.install();
+    installing.join();
+    installing.model().start();
+    installing.model().stop([] {});
+    installing.settle();
+    EXPECT_EQ(installing.nodes.count(), 0U);
+
+    FakeMachine f;  // its node is stopped for a new endpoint
+    f.install();
+    f.join();
+    f.nodes.manners = FakeChild::Manners::ignores;
+    f.nodes.onWait = [&](Seconds) { f.model().stop([] {}); };
+    f.model().start();
+    f.switches = {true, true};
+    f.advance(4s);
+    EXPECT_EQ(f.nodes.count(), 1U);
+    EXPECT_EQ(f.liveDrivers(), 0U);
 }
 
 TEST(AppModel, whatComesAfterItsEndIsHarmless) {

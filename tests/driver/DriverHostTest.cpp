@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "tests/support/ChildPrograms.h"
 #include "tests/support/FakeChild.h"
@@ -207,18 +206,51 @@ TEST(DriverHost, removesWhatAnEarlierRunLeftThoughItIsOff) {
     EXPECT_FALSE(fs::exists(left->path));
 }
 
-TEST(DriverHost, killsARealDriverThatWillNotLeave) {
+TEST(DriverHost, runsARealDriver) {
     Fixture f;
     f.deps = DriverHostDeps::production();
+    f.deps.sleep = [](Seconds) { std::this_thread::sleep_for(1ms); };
     f.setup.executable = childProgram("../driver/cua-driver");
-    f.setup.inherited["TARNIK_STANDIN_DRIVER_IGNORE"] = "end,term";
-    f.deps.stopGraces = {.livenessClosed = 50ms, .terminated = 50ms};
     f.host().setEnabled(true);
     const auto pid = f.host().runningPID();
     ASSERT_TRUE(pid && ::kill(*pid, 0) == 0);
     f.host().setEnabled(false);
     EXPECT_EQ(::kill(*pid, 0), -1);
+}
+
+TEST(DriverHost, stopsADriverByForce) {
+    Fixture f;
+    f.spawner.manners = FakeChild::Manners::ignores;
+    f.host().setEnabled(true);
+    f.host().setEnabled(false);
+    EXPECT_EQ(f.spawner.last().stopping(), "2000 ms, signal 15, 1000 ms, signal 9, 5000 ms");
     EXPECT_EQ(f.directories(), 0U);
+    f.spawner.last().end(ExitStatus::signaled(SIGKILL));
+    EXPECT_EQ(f.log.size(), 1U);
+}
+
+// A call that waits for its turn ends the wait for readiness, and no restart gets ahead of it.
+TEST(DriverHost, givesAStartUpForANewerCall) {
+    Fixture f;
+    bool superseded = false;
+    f.deps.isSuperseded = [&] { return superseded; };
+    f.ready = false;
+    f.whileWaiting = [&] { superseded = true; };
+    const TimePoint start = f.clock->now();
+    f.host().setEnabled(true);
+    EXPECT_EQ(f.clock->now() - start, 50ms);
+    EXPECT_FALSE(f.host().isRunning());
+    EXPECT_EQ(f.directories(), 0U);
+    f.queue->advance(1h);
+    EXPECT_EQ(f.spawner.count(), 1U);
+    EXPECT_TRUE(f.log.empty());
+    superseded = false;
+    f.ready = true;
+    f.host().setEnabled(true);
+    f.spawner.last().end(ExitStatus::exited(0));
+    superseded = true;
+    f.queue->advance(1h);
+    EXPECT_EQ(f.spawner.count(), 2U);
 }
 
 }  // namespace

@@ -66,21 +66,6 @@ struct Fixture {
         join();
         supervisor(std::move(with)).start();
     }
-    // A node that survives everything until its killer's patience is nearly over.
-    void startStubborn() {
-        spawner.manners = FakeChild::Manners::ignores;
-        auto patient = deps();
-        patient.stopGraces = {.inputClosed = 0s, .terminated = 0s};
-        startJoined(patient);
-    }
-    void whileItEndsLate(const std::function<void()>& act) {
-        std::thread late([this] {
-            EXPECT_TRUE(eventually([this] { return spawner.last().signals().size() == 2; }));
-            spawner.last().end(ExitStatus::signaled(SIGKILL));
-        });
-        act();
-        late.join();
-    }
     std::shared_ptr<PairingSession> pair(const std::string& link = "https://join.example") {
         return supervisor().beginPairing(link, {}).value();
     }
@@ -158,6 +143,9 @@ TEST(NodeSupervisor, triesAgainWhenNothingCanBeStarted) {
               std::vector<std::string>(
                   2, "couldn't start the node: posix_spawn /node failed: No such file or directory"));
     EXPECT_EQ(f.states, (std::vector<NodeState>{Restarting{1s}, Restarting{2s}}));
+    for (int i = 0; i < 3; ++i) f.supervisor().start();
+    f.queue->advance(1s);
+    EXPECT_EQ(f.messages.size(), 6U) << "one restart is pending, not four";
     f.spawner.failure.reset();
     f.queue->advance(2s);
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
@@ -177,6 +165,7 @@ TEST(NodeSupervisor, stopCancelsAPendingRestart) {
     f.spawner.last().end(ExitStatus::exited(1));
     f.supervisor().stop();
     f.queue->advance(1h);
+    f.supervisor().setEndpoint(endpointA);
     EXPECT_EQ(f.spawner.count(), 1U);
     EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
     f.supervisor().start();
@@ -184,15 +173,44 @@ TEST(NodeSupervisor, stopCancelsAPendingRestart) {
     EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff began anew
 }
 
-TEST(NodeSupervisor, ignoresTheLateWordOfAnOlderNode) {
+TEST(NodeSupervisor, stopsANodeByForceAndIgnoresItsLateExit) {
     Fixture f;
-    f.startStubborn();
-    f.whileItEndsLate([&f] { f.supervisor().setEndpoint(endpointA); });
-    EXPECT_EQ(f.spawner.at(0).signals(), (std::vector{SIGTERM, SIGKILL}));
+    f.spawner.manners = FakeChild::Manners::ignores;
+    f.startJoined();
+    f.supervisor().setEndpoint(endpointA);
+    EXPECT_EQ(f.spawner.at(0).stopping(), "10000 ms, signal 15, 5000 ms, signal 9, 5000 ms");
+    ASSERT_EQ(f.spawner.count(), 2U);
+    f.spawner.at(0).end(ExitStatus::signaled(SIGKILL));
     EXPECT_EQ(f.states, std::vector<NodeState>{Running{}});
+    f.made.reset();
+    f.spawner.at(1).end(ExitStatus::signaled(SIGKILL));
+    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
     EXPECT_TRUE(f.messages.empty());
-    EXPECT_EQ(f.spawner.count(), 2U);
-    f.spawner.last().end(ExitStatus::exited(0));
+}
+
+// The end comes while the node is stopped for something else: that call starts nothing, so stop() finds
+// nothing to wait for.
+TEST(NodeSupervisor, startsNothingOnceTheProgramEnds) {
+    using Call = void (*)(NodeSupervisor&);
+    const Call calls[] = {
+        [](NodeSupervisor& node) { node.setEndpoint(endpointA); },
+        [](NodeSupervisor& node) { EXPECT_FALSE(node.beginPairing("https://join.example", {})); },
+    };
+    for (const auto& call : calls) {
+        Fixture f;
+        bool ending = false;
+        auto deps = f.deps();
+        deps.isEnding = [&] { return ending; };
+        f.spawner.manners = FakeChild::Manners::ignores;
+        f.spawner.onWait = [&](Seconds) { ending = true; };
+        f.startJoined(deps);
+        call(f.supervisor());
+        f.supervisor().start();
+        f.supervisor().stop();
+        f.queue->advance(1h);
+        EXPECT_EQ(f.spawner.count(), 1U);
+        EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+    }
 }
 
 TEST(NodeSupervisor, restartsOnlyForAnotherEndpoint) {
@@ -236,6 +254,15 @@ TEST(NodeSupervisor, waitsForAnotherLinkWhenPairingFails) {
     EXPECT_EQ(f.states, (std::vector<NodeState>{NodeStates::Pairing{}, WaitingForLink{}}));
     f.queue->advance(1h);
     EXPECT_EQ(f.spawner.count(), 1U);
+
+    // On a machine that has joined the node comes back, later after each failure, however long that took.
+    f.join();
+    for (const Seconds delay : {1s, 2s, 4s}) {
+        f.pair();
+        f.queue->advance(2min);
+        f.spawner.last().end(ExitStatus::exited(1));
+        EXPECT_EQ(f.states.back(), NodeState(Restarting{delay}));
+    }
 }
 
 TEST(NodeSupervisor, takesANewLinkOverAConnectedOne) {
@@ -278,13 +305,6 @@ TEST(NodeSupervisor, holdsANewEndpointBackWhilePairing) {
     EXPECT_EQ(f.spawner.count(), 5U);
     f.queue->advance(1h);
     EXPECT_EQ(f.spawner.count(), 5U);
-}
-
-TEST(NodeSupervisor, mayGoWhileItsNodesLastWordIsOnTheWay) {
-    Fixture f;
-    f.startStubborn();
-    f.whileItEndsLate([&f] { f.made.reset(); });
-    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
 }
 
 }  // namespace

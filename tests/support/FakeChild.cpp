@@ -1,6 +1,8 @@
 #include "tests/support/FakeChild.h"
 
 #include <array>
+#include <cmath>
+#include <string>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -21,11 +23,14 @@ void awaitEndOfInput(const UniqueFd& fd) {
 
 }  // namespace
 
-FakeChild::FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, Manners manners)
+FakeChild::FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, Manners manners, OnWait onWait)
     : request_(std::move(request)),
       onExit_(std::move(onExit)),
       manners_(manners),
-      handle_(std::make_shared<ChildProcess>(firstPid, [this](pid_t, int number) { signalled(number); })) {
+      onWait_(std::move(onWait)),
+      handle_(std::make_shared<ChildProcess>(
+          firstPid, [this](pid_t, int number) { signalled(number); },
+          [this](Seconds timeout) { return waited(timeout); })) {
     const auto input = request_.standardInput.descriptor();
     if (!input || manners_ == Manners::ignores) return;
     threads_.emplace_back([this, fd = UniqueFd::duplicate(*input)] {
@@ -41,6 +46,11 @@ FakeChild::~FakeChild() {
 std::vector<int> FakeChild::signals() const {
     const std::lock_guard lock(mutex_);
     return signals_;
+}
+
+std::string FakeChild::stopping() const {
+    const std::lock_guard lock(mutex_);
+    return stopping_;
 }
 
 void FakeChild::end(ExitStatus status) {
@@ -69,12 +79,28 @@ std::string FakeChild::typed() const {
 void FakeChild::signalled(int number) {
     const std::lock_guard lock(mutex_);
     signals_.push_back(number);
+    note("signal " + std::to_string(number));
     if (manners_ == Manners::obeys)
         threads_.emplace_back([this, number] { end(ExitStatus::signaled(number)); });
 }
 
+Seconds FakeChild::waited(Seconds timeout) {
+    if (manners_ == Manners::obeys) return timeout;
+    {
+        const std::lock_guard lock(mutex_);
+        if (ended_) return timeout;
+        note(std::to_string(std::lround(1000 * timeout.count())) + " ms");
+    }
+    onWait_(timeout);
+    return Seconds::zero();
+}
+
+void FakeChild::note(const std::string& step) {
+    stopping_ += (stopping_.empty() ? "" : ", ") + step;
+}
+
 FakeChild& FakeSpawner::add(const SpawnRequest& request, ChildProcess::OnExit onExit) {
-    children_.push_back(std::make_unique<FakeChild>(request, std::move(onExit), manners));
+    children_.push_back(std::make_unique<FakeChild>(request, std::move(onExit), manners, onWait));
     return *children_.back();
 }
 

@@ -17,12 +17,14 @@
 namespace tarnik {
 
 // A child without a process: ends when the test says so, or by itself on the first signal or the end of its
-// input.
+// input. One that ignores both takes no time: each wait for its end is over at once.
 class FakeChild {
 public:
     enum class Manners { obeys, ignores };
 
-    FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, Manners manners);
+    using OnWait = std::function<void(Seconds)>;
+
+    FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, Manners manners, OnWait onWait);
     ~FakeChild();
     FakeChild(const FakeChild&) = delete;
     FakeChild& operator=(const FakeChild&) = delete;
@@ -30,6 +32,8 @@ public:
     const std::shared_ptr<ChildProcess>& handle() const { return handle_; }
     const SpawnRequest& request() const { return request_; }
     std::vector<int> signals() const;
+    // What a child that ignores it was stopped with: "10000 ms, signal 15, 5000 ms".
+    std::string stopping() const;
 
     // Returns when the end has been reported. A second end changes nothing.
     void end(ExitStatus status);
@@ -41,15 +45,19 @@ public:
 
 private:
     void signalled(int number);
+    Seconds waited(Seconds timeout);
+    void note(const std::string& step);
 
     const SpawnRequest request_;
     const ChildProcess::OnExit onExit_;
     const Manners manners_;
+    const OnWait onWait_;
     const std::shared_ptr<ChildProcess> handle_;
     UniqueFd terminal_;
     mutable std::mutex mutex_;
     bool ended_ = false;
     std::vector<int> signals_;
+    std::string stopping_;
     std::vector<std::thread> threads_;
 };
 
@@ -65,7 +73,8 @@ public:
     FakeChild& at(std::size_t index) { return *children_[index]; }
 
     FakeChild::Manners manners = FakeChild::Manners::obeys;
-    std::optional<SpawnError> failure;  // every start fails with it
+    FakeChild::OnWait onWait = [](Seconds) {};  // called at each wait for a child that ignores
+    std::optional<SpawnError> failure;          // every start fails with it
 
 private:
     FakeChild& add(const SpawnRequest& request, ChildProcess::OnExit onExit);

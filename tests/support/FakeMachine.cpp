@@ -22,24 +22,6 @@ void write(const std::string& path) {
 
 }  // namespace
 
-void HeldQueue::post(Task task) {
-    if (holding_) {
-        held_.push_back(std::move(task));
-    } else {
-        inner_->post(std::move(task));
-    }
-}
-
-void HeldQueue::letGo() {
-    holding_ = false;
-    for (auto& task : std::exchange(held_, {})) inner_->post(std::move(task));
-}
-
-void HeldQueue::close() {
-    held_.clear();
-    inner_->close();
-}
-
 FakeMachine::FakeMachine() {
     texts["NodeHome"] = folder.path() + "/node";
     deps.platform.mainThread = main.record();
@@ -71,7 +53,11 @@ FakeMachine::FakeMachine() {
     deps.supervisor.now = [this] { return clock->now(); };
     deps.driver = DriverHostDeps::production();
     deps.driver.launch = drivers.launchDriver();
-    deps.driver.socketReady = [](const std::string&) { return true; };
+    deps.driver.socketReady = [this](const std::string&) { return driverIsReady; };
+    deps.driver.sleep = [this](Seconds time) {
+        whileDriverStarts();
+        clock->set(after(clock->now(), time));
+    };
     deps.driver.now = [this] { return clock->now(); };
     deps.installer.fetch = [](const std::string&) -> std::expected<std::string, InstallError> {
         return std::unexpected(InstallFailure{InstallFailure::Kind::download, "stable.json"});
@@ -96,17 +82,13 @@ FakeMachine::FakeMachine() {
         if (threadsAreLeft) detached.push_back(std::move(task));
         return threadsAreLeft;
     };
-    deps.makeQueue = deps.supervisor.makeQueue =
-        deps.driver.makeQueue = [this](const std::string& label) { return makeQueue(label); };
+    deps.makeQueue = deps.supervisor.makeQueue = deps.driver.makeQueue = [this](const std::string& label) {
+        return queues[label] = std::make_shared<ManualQueue>(clock);
+    };
 }
 
 FakeMachine::~FakeMachine() {
     model_.reset();
-}
-
-std::shared_ptr<SerialQueue> FakeMachine::makeQueue(const std::string& label) {
-    timed_.push_back(std::make_shared<ManualQueue>(clock));
-    return queues[label] = std::make_shared<HeldQueue>(timed_.back());
 }
 
 const std::shared_ptr<AppModel>& FakeMachine::sharedModel() {
@@ -155,14 +137,16 @@ std::string FakeMachine::link(char letter) {
 void FakeMachine::settle() {
     do {
         for (auto& task : std::exchange(detached, {})) task();
-    } while (main.run() == ManualMainThread::Ran::some || !detached.empty());
+    } while (main.run() || !detached.empty());
 }
 
 void FakeMachine::advance(Seconds by) {
     constexpr Seconds step = 500ms;
     for (Seconds gone = 0s; gone < by; gone += step) {
         main.advance(std::min(step, by - gone));
-        for (std::size_t index = 0; index < timed_.size(); ++index) timed_[index]->advance(0s);
+        for (const auto& [label, queue] : queues) {
+            if (!queue->isHolding()) queue->runWaiting();
+        }
         settle();
     }
 }

@@ -16,26 +16,6 @@
 
 namespace tarnik {
 
-// A queue whose posted tasks can be held back, for answers that come late. The rest is the manual one's.
-class HeldQueue final : public SerialQueue {
-public:
-    explicit HeldQueue(std::shared_ptr<ManualQueue> inner) : inner_(std::move(inner)) {}
-
-    void hold() { holding_ = true; }
-    void letGo();
-
-    void post(Task task) override;
-    Timer postAfter(Seconds delay, Task task) override { return inner_->postAfter(delay, std::move(task)); }
-    void cancel(Timer timer) override { inner_->cancel(timer); }
-    void run(const Task& task) override { inner_->run(task); }
-    void close() override;
-
-private:
-    const std::shared_ptr<ManualQueue> inner_;
-    bool holding_ = false;
-    std::deque<Task> held_;
-};
-
 // A machine for AppModel on which nothing really happens: made-up time, children, network, switches and
 // defaults; a real node home in a temporary folder.
 class FakeMachine {
@@ -74,6 +54,8 @@ public:
     FakeSpawner nodes;
     FakeSpawner terminals;
     FakeSpawner drivers;
+    bool driverIsReady = true;
+    std::function<void()> whileDriverStarts = [] {};  // at each look whether it is ready
     std::deque<DetachedWork::Task> detached;
     bool threadsAreLeft = true;
     std::map<std::string, std::string> texts;  // the user defaults
@@ -86,15 +68,13 @@ public:
     bool windowInUse = false;
     std::vector<AppState> states;  // every one published
     std::optional<std::string> releaseBase;
-    std::map<std::string, std::shared_ptr<HeldQueue>> queues;  // by label; the model's own two can be held
+    std::map<std::string, std::shared_ptr<ManualQueue>> queues;  // by label
     AppModelDeps deps;
 
 private:
     static std::size_t live(FakeSpawner& spawner);
-    std::shared_ptr<SerialQueue> makeQueue(const std::string& label);
 
     std::mutex logMutex_;
-    std::vector<std::shared_ptr<ManualQueue>> timed_;
     std::shared_ptr<AppModel> model_;
 };
 

@@ -1,58 +1,40 @@
 #include "tests/support/ManualMainThread.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tarnik {
+namespace {
+
+struct Repetition : std::enable_shared_from_this<Repetition> {
+    Repetition(std::weak_ptr<ManualQueue> on, Seconds every, MainThread::Task what)
+        : queue(std::move(on)), interval(every), task(std::move(what)) {}
+
+    void arm() {
+        if (const auto open = queue.lock()) {
+            open->postAfter(interval, [self = shared_from_this()] {
+                if (self->ended) return;
+                self->arm();
+                self->task();
+            });
+        }
+    }
+
+    const std::weak_ptr<ManualQueue> queue;
+    const Seconds interval;
+    const MainThread::Task task;
+    bool ended = false;
+};
+
+}  // namespace
 
 MainThread ManualMainThread::record() const {
-    return {.post =
-                [inner = inner_](MainThread::Task task) {
-                    const std::lock_guard lock(inner->mutex);
-                    inner->posted.push_back(std::move(task));
-                },
+    return {.post = [queue = queue_](MainThread::Task task) { queue->post(std::move(task)); },
             .repeat =
-                [inner = inner_](Seconds interval, MainThread::Task task) {
-                    const std::lock_guard lock(inner->mutex);
-                    const int timer = ++inner->lastTimer;
-                    inner->timers[timer] = {interval, after(inner->clock->now(), interval), std::move(task)};
-                    return RepeatingTimer([inner, timer] {
-                        const std::lock_guard again(inner->mutex);
-                        inner->timers.erase(timer);
-                    });
+                [weak = std::weak_ptr(queue_)](Seconds interval, MainThread::Task task) {
+                    auto repetition = std::make_shared<Repetition>(weak, interval, std::move(task));
+                    repetition->arm();
+                    return RepeatingTimer([repetition] { repetition->ended = true; });
                 }};
-}
-
-ManualMainThread::Ran ManualMainThread::run() {
-    for (Ran ran = Ran::none;; ran = Ran::some) {
-        std::vector<MainThread::Task> tasks;
-        {
-            const std::lock_guard lock(inner_->mutex);
-            tasks = std::exchange(inner_->posted, {});
-        }
-        if (tasks.empty()) return ran;
-        for (const auto& task : tasks) task();
-    }
-}
-
-void ManualMainThread::advance(Seconds by) {
-    const auto end = after(inner_->clock->now(), by);
-    run();
-    for (;;) {
-        MainThread::Task task;
-        {
-            const std::lock_guard lock(inner_->mutex);
-            const auto next = std::ranges::min_element(inner_->timers, {},
-                                                       [](const auto& entry) { return entry.second.due; });
-            if (next == inner_->timers.end() || next->second.due > end) break;
-            inner_->clock->set(next->second.due);
-            next->second.due = after(next->second.due, next->second.interval);
-            task = next->second.task;
-        }
-        task();
-        run();
-    }
-    inner_->clock->set(end);
 }
 
 }  // namespace tarnik

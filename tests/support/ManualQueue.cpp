@@ -22,7 +22,7 @@ void ManualQueue::post(Task task) {
         if (closed_) return;
         schedule_.push(clock_->now(), std::move(task));
     }
-    drain();
+    if (!holding_) runWaiting();
 }
 
 SerialQueue::Timer ManualQueue::postAfter(Seconds delay, Task task) {
@@ -58,16 +58,22 @@ void ManualQueue::advance(Seconds by) {
         }
         if (!due || *due > target) break;
         if (*due > clock_->now()) clock_->set(*due);
-        drain();
+        runWaiting();
     }
     clock_->set(target);
 }
 
-// Another thread's drain waits for the one that runs, so that whoever posts finds its task done on return. A
-// task that posts leaves its new task to the drain that it runs in.
-void ManualQueue::drain() {
+void ManualQueue::letGo() {
+    holding_ = false;
+    runWaiting();
+}
+
+// Another thread waits for the task that runs, so that whoever posts finds its task done on return. A task
+// that posts leaves its new task to the loop that it runs in.
+bool ManualQueue::runWaiting() {
     const std::lock_guard turn(running_);
-    if (draining_) return;
+    bool ran = false;
+    if (draining_) return ran;
     draining_ = true;
     while (true) {
         std::optional<TaskSchedule::Task> task;
@@ -77,8 +83,10 @@ void ManualQueue::drain() {
         }
         if (!task) break;
         (*task)();
+        ran = true;
     }
     draining_ = false;
+    return ran;
 }
 
 }  // namespace tarnik

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -20,8 +21,8 @@ private:
 };
 
 // The serial queue's twin without a thread: a posted task runs at once, on the thread that posts, unless one
-// is running; then it waits its turn. Delayed tasks run inside advance(), each with the clock at its due
-// time.
+// is running or the queue is held; then it waits its turn. Delayed tasks run inside advance(), each with the
+// clock at its due time.
 class ManualQueue final : public SerialQueue {
 public:
     explicit ManualQueue(std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>());
@@ -34,13 +35,20 @@ public:
 
     void advance(Seconds by);
 
-private:
-    void drain();
+    // From hold() to letGo() posted tasks wait for runWaiting() or advance().
+    void hold() { holding_ = true; }
+    void letGo();
+    bool isHolding() const { return holding_; }
 
+    // Runs what is due. Returns whether there was any.
+    bool runWaiting();
+
+private:
     std::shared_ptr<ManualClock> clock_;
     std::recursive_mutex running_;  // held while a task runs, so that another thread's work waits
     std::mutex mutex_;
     TaskSchedule schedule_;
+    std::atomic<bool> holding_ = false;
     bool draining_ = false;
     bool closed_ = false;
 };

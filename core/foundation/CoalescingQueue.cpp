@@ -1,0 +1,69 @@
+#include "core/foundation/CoalescingQueue.h"
+
+#include <utility>
+
+namespace tarnik {
+
+void CoalescingQueue::call(Task task) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (ended_) return;
+        calls_.push_back(std::move(task));
+    }
+    queue_->post([this] { runNext(); });
+}
+
+void CoalescingQueue::update(Task task) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (ended_) return;
+        std::swap(task, update_);  // the older one is destroyed without the lock: it may call back in
+    }
+    if (!task) queue_->post([this] { runNext(); });
+}
+
+void CoalescingQueue::end() {
+    std::deque<Task> calls;  // destroyed without the lock
+    Task update;
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    std::swap(calls, calls_);
+    std::swap(update, update_);
+}
+
+void CoalescingQueue::end(Task last) {
+    end();
+    queue_->post(std::move(last));
+}
+
+bool CoalescingQueue::isSuperseded() const {
+    const std::lock_guard lock(mutex_);
+    return ended_ || update_;
+}
+
+bool CoalescingQueue::hasEnded() const {
+    const std::lock_guard lock(mutex_);
+    return ended_;
+}
+
+void CoalescingQueue::close() {
+    end();
+    queue_->close();
+}
+
+// Each waiting task has one turn; the turn of a dropped task does nothing.
+void CoalescingQueue::runNext() {
+    Task next;
+    {
+        const std::lock_guard lock(mutex_);
+        if (!calls_.empty()) {
+            next = std::move(calls_.front());
+            calls_.pop_front();
+        } else {
+            next = std::exchange(update_, nullptr);
+        }
+    }
+    if (next) next();
+}
+
+}  // namespace tarnik
