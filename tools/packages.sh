@@ -47,6 +47,10 @@ libbenchmark-dev|measures
 curl|downloads by hand, to compare with
 openssl|digests by hand, to compare with
 '
+mutantPackages='
+git|lists the sources
+mold|links quickly
+'
 checkPackages='
 git|lists the sources
 clang-19|is the second compiler
