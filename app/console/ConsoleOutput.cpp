@@ -1,7 +1,6 @@
 #include "app/console/ConsoleOutput.h"
 
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +10,7 @@
 #include <unistd.h>
 
 #include "app/model/DownloadProgress.h"
+#include "core/foundation/Files.h"
 
 namespace tarnik {
 namespace {
@@ -51,16 +51,6 @@ std::string bar(const DownloadProgress& progress) {
 std::string painted(bool coloured, std::string_view colour, std::string_view text) {
     if (!coloured) return std::string(text);
     return std::string(colour) + std::string(text) + std::string(plain);
-}
-
-// Whoever read the output may be gone; then there is nobody to tell.
-void writeAll(int fd, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t count = ::write(fd, text.data(), text.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return;
-        text.remove_prefix(static_cast<std::size_t>(count));
-    }
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ void RelocationRecord::append(std::string_view line) const {
     std::string text(line);
     text += '\n';
     if (static_cast<std::size_t>(status.st_size) + text.size() <= capBytes) {
-        writeAll(file, text);
+        writeAll(file.get(), text);
         return;
     }
     folder->replace(fileName, newestHalf(file, status.st_size) + text);

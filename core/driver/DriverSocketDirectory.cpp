@@ -238,7 +238,8 @@ std::expected<void, FileError> DriverSocketDirectory::writeProcessIdentifier(pid
     if (!file) return failed("open");
     if (::fchmod(file.get(), pidFileMode) != 0) return failed("fchmod");
 
-    if (!writeAll(file, std::to_string(pid))) return failed("write");
+    const std::string text = std::to_string(pid);
+    if (writeAll(file.get(), text) < text.size()) return failed("write");
     return {};
 }
 

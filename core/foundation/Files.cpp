@@ -74,7 +74,7 @@ std::expected<void, FileError> writeFile(const std::string& path, std::string_vi
     if (!S_ISREG(found.st_mode)) return std::unexpected(FileError{.call = "open " + path, .code = EEXIST});
     if (::ftruncate(file.get(), 0) != 0) return failed("ftruncate", path);
 
-    if (!writeAll(file, bytes)) return failed("write", path);
+    if (writeAll(file.get(), bytes) < bytes.size()) return failed("write", path);
     return {};
 }
 
@@ -96,14 +96,16 @@ UniqueFd openRegularFile(const std::string& path) {
     return file;
 }
 
-bool writeAll(const UniqueFd& file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(file.get(), bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
+std::size_t writeAll(int fd, std::string_view bytes, WriteCall write) {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = write(fd, bytes.data() + done, bytes.size() - done);
+        if (count < 0 && errno == EINTR) continue;
+        if (count == 0) errno = EIO;
+        if (count <= 0) break;
+        done += static_cast<std::size_t>(count);
     }
-    return true;
+    return done;
 }
 
 std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer) {

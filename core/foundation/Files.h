@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include "core/foundation/UniqueFd.h"
 
@@ -41,9 +42,13 @@ std::optional<std::string> readFile(const std::string& path, std::size_t maxByte
 // A regular file, open for reading; closed when it is anything else. Follows links, waits for nobody.
 UniqueFd openRegularFile(const std::string& path);
 
-// To and from an open file, going on after interruptions; errno tells why one failed.
-bool writeAll(const UniqueFd& file, std::string_view bytes);
-// How much was read: less than the buffer holds only at the end of the file.
+// Writes the bytes in as many calls as it takes. Returns how many were written: fewer than given when a call
+// fails or accepts nothing (EIO), with errno set. `write` is write(2).
+using WriteCall = ssize_t (*)(int, const void*, std::size_t);
+std::size_t writeAll(int fd, std::string_view bytes, WriteCall write = ::write);
+
+// Returns how much was read: less than the buffer holds only at the end of the file. std::nullopt with errno
+// set on failure.
 std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer);
 
 // These follow links, and answer no when the system won't tell.

@@ -20,7 +20,7 @@ PartFile::~PartFile() {
 }
 
 bool PartFile::append(std::string_view bytes) const {
-    return writeAll(file_, bytes);
+    return writeAll(file_.get(), bytes) == bytes.size();
 }
 
 bool PartFile::moveTo(const std::string& destination) {

@@ -52,7 +52,7 @@ std::optional<std::string> PrivateFolder::read(const std::string& name, std::siz
 bool PrivateFolder::replace(const std::string& name, std::string_view bytes) const {
     const std::string newName = name + ".new";
     const UniqueFd file = openFile(newName, O_CREAT | O_TRUNC);
-    return file && writeAll(file, bytes) &&
+    return file && writeAll(file.get(), bytes) == bytes.size() &&
            ::renameat(folder_.get(), newName.c_str(), folder_.get(), name.c_str()) == 0;
 }
 

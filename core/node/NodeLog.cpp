@@ -28,26 +28,12 @@ struct LogFile {
 LogFile openLogFile(const std::string& path) {
     constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     LogFile file{UniqueFd(::open(path.c_str(), flags, fileMode))};
-    // As a standard descriptor it would take in what was never meant for it.
-    if (file.fd && file.fd.get() <= STDERR_FILENO) file.fd = UniqueFd::duplicate(file.fd.get());
     if (!file.fd) return {};
     struct stat status = {};
     if (::fstat(file.fd.get(), &status) != 0) return {};
     if (!S_ISREG(status.st_mode) || status.st_uid != ::geteuid()) return {};
     file.size = status.st_size;
     return file;
-}
-
-// How much of `data` went into the file.
-std::int64_t writeAll(int fd, std::string_view data) {
-    std::size_t done = 0;
-    while (done < data.size()) {
-        const ssize_t count = ::write(fd, data.data() + done, data.size() - done);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) break;
-        done += static_cast<std::size_t>(count);
-    }
-    return static_cast<std::int64_t>(done);
 }
 
 }  // namespace
@@ -89,7 +75,7 @@ void NodeLog::append(std::string_view data) {
     if (!isOpen()) return;
     if (size_ >= cap_) rotate();  // once more, where it has failed
     if (!file_ || size_ >= cap_) return;
-    size_ += writeAll(file_.get(), data);
+    size_ += static_cast<std::int64_t>(writeAll(file_.get(), data));
     if (size_ >= cap_) rotate();
 }
 

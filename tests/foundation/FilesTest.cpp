@@ -1,7 +1,9 @@
 #include "core/foundation/Files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -53,6 +55,25 @@ TEST(Files, writesOnlyRegularFiles) {
     EXPECT_EQ(readFile(file, 3), std::nullopt);
     for (const char* other : {"/pipe", "", "/none"})
         EXPECT_EQ(readFile(folder.path() + other, 9), std::nullopt);
+}
+
+TEST(Files, writesInAsManyCallsAsItTakes) {
+    static std::string taken;
+    taken.clear();
+    // Is interrupted first, takes two bytes at a time and, from the sixth on, none.
+    const auto write = [](int, const void* bytes, std::size_t count) -> ssize_t {
+        static bool interrupted = false;
+        if (!std::exchange(interrupted, true)) return errno = EINTR, -1;
+        const std::size_t most = taken.size() < 6 ? 2 : 0;
+        taken.append(static_cast<const char*>(bytes), std::min(count, most));
+        return static_cast<ssize_t>(std::min(count, most));
+    };
+    EXPECT_EQ(writeAll(-1, "abc", write), 3U);
+    EXPECT_EQ(writeAll(-1, "defghi", write), 4U);
+    EXPECT_EQ(errno, EIO);
+    EXPECT_EQ(taken, "abcdefg");
+    EXPECT_EQ(writeAll(-1, "x"), 0U);
+    EXPECT_EQ(errno, EBADF);
 }
 
 }  // namespace

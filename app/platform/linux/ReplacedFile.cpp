@@ -22,7 +22,7 @@ std::expected<void, FileError> replaceFile(const std::string& path, std::string_
         ::unlink(fresh.c_str());
         return std::unexpected(std::move(error));
     };
-    if (!writeAll(file, bytes)) return failed("write");
+    if (writeAll(file.get(), bytes) < bytes.size()) return failed("write");
     if (::fsync(file.get()) != 0) return failed("fsync");
     if (::rename(fresh.c_str(), path.c_str()) != 0) return failed("rename");
     return {};
