@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "core/driver/ProcessInspection.h"
+#include "core/driver/SearchFolder.h"
 #include "core/foundation/Paths.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/foundation/Uuid.h"
@@ -86,15 +87,16 @@ bool makeFolder(int at, const std::string& name) {
 
 enum class WhenMissing { make, leave };
 
-// The folder that holds the private ones; none when it or one above it isn't there or isn't ours.
+// The folder that holds the private ones, to look up names in it; closed when it or one above it isn't there
+// or isn't ours. The modes of these folders aren't checked, and none of them has to be readable.
 UniqueFd openRoots(const std::string& applicationSupport, WhenMissing whenMissing) {
     UniqueFd folder;
     int above = AT_FDCWD;
     for (const std::string& name : {applicationSupport, std::string("tarnik"), std::string("cua")}) {
-        UniqueFd next = openFolder(above, name);
+        UniqueFd next = openForSearch(above, name);
         if (!next && errno == ENOENT && whenMissing == WhenMissing::make) {
             if (!makeFolder(above, name) && errno != EEXIST) return {};
-            next = openFolder(above, name);
+            next = openForSearch(above, name);
         }
         const auto status = statusOf(next);
         if (!status || !isOurs(*status)) return {};
@@ -258,7 +260,7 @@ std::optional<pid_t> DriverSocketDirectory::readProcessIdentifier() const {
 }
 
 void DriverSocketDirectory::cleanup() const {
-    const UniqueFd root = openFolder(AT_FDCWD, parentFolder(path));
+    const UniqueFd root = openForSearch(AT_FDCWD, parentFolder(path));
     const std::string name = path.substr(path.rfind('/') + 1);
     const UniqueFd folder = root ? openFolder(root.get(), name) : UniqueFd();
     if (!isTheOneMade(*this, statusOf(folder))) return;
@@ -274,16 +276,17 @@ std::vector<DriverSocketDirectory> DriverSocketDirectory::owned(const std::strin
         void operator()(DIR* open) const { ::closedir(open); }
     };
     const std::string support = withoutSlashesAtTheEnd(applicationSupport);
-    UniqueFd root = openRoots(support, WhenMissing::leave);
-    const std::unique_ptr<DIR, Close> listing(root ? ::fdopendir(root.get()) : nullptr);
+    const UniqueFd root = openRoots(support, WhenMissing::leave);
+    UniqueFd readable = root ? openFolder(root.get(), ".") : UniqueFd();
+    const std::unique_ptr<DIR, Close> listing(readable ? ::fdopendir(readable.get()) : nullptr);
     if (!listing) return {};
-    const int folder = root.release();  // the listing's now
+    readable.release();  // the listing's now
 
     std::vector<DriverSocketDirectory> found;
     while (const dirent* entry = ::readdir(listing.get())) {
         const std::string name = &entry->d_name[0];
         if (!isID(name)) continue;
-        const auto status = statusAt(folder, name);
+        const auto status = statusAt(root.get(), name);
         if (status && isOurPrivateFolder(*status)) found.push_back(record(support, name, *status));
     }
     return found;

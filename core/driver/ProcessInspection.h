@@ -1,17 +1,16 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include <sys/types.h>
 
 #include "core/foundation/Time.h"
+#include "core/process/MacProcesses.h"
 
 // Questions about processes that need not be our children.
 namespace tarnik::ProcessInspection {
 
-// The system's path of the program that the process runs; none when it can't be told.
-std::optional<std::string> executablePath(pid_t pid);
+using MacProcesses::executablePath;
 
 // Whether both paths lead to the same place, once their links are followed.
 bool samePath(const std::string& one, const std::string& other);

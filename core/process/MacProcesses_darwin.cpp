@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <utility>
 
 #include <libproc.h>
 #include <mach/mach_time.h>
 #include <sys/proc_info.h>
+#include <sys/sysctl.h>
 
 #include "core/process/ProcessTree.h"
 
@@ -29,19 +31,12 @@ std::optional<Info> info(pid_t pid, int flavor) {
     return found;
 }
 
-std::optional<std::string> program(pid_t pid) {
-    std::array<char, 4096> path{};
-    const int length = ::proc_pidpath(pid, path.data(), static_cast<uint32_t>(path.size()));
-    if (length < 1) return std::nullopt;
-    return std::string(path.data(), std::min(static_cast<std::size_t>(length), path.size()));
-}
-
 std::optional<ProcessEntry> entry(pid_t pid) {
     const auto found = info<struct proc_bsdinfo>(pid, PROC_PIDTBSDINFO);
     if (!found) return std::nullopt;
     return ProcessEntry{.pid = pid,
                         .parent = static_cast<pid_t>(found->pbi_ppid),
-                        .path = program(pid),
+                        .path = executablePath(pid),
                         .started = ProcessTime(std::chrono::seconds(found->pbi_start_tvsec) +
                                                std::chrono::microseconds(found->pbi_start_tvusec))};
 }
@@ -58,6 +53,19 @@ std::optional<std::vector<pid_t>> children(pid_t parent) {
     if (static_cast<std::size_t>(count) >= pids.size()) return std::nullopt;  // perhaps more than had room
     pids.resize(static_cast<std::size_t>(count));
     return pids;
+}
+
+// The kernel counts processor time in ticks of the machine. The time base that a process is told can be of
+// another machine: translated by Rosetta it reads 1/1, while the ticks are the real ones.
+std::optional<double> ticksPerSecond() {
+    std::uint64_t frequency = 0;
+    std::size_t size = sizeof frequency;
+    if (::sysctlbyname("hw.tbfrequency", &frequency, &size, nullptr, 0) == 0 && frequency != 0) {
+        return static_cast<double>(frequency);
+    }
+    struct mach_timebase_info base = {};
+    if (::mach_timebase_info(&base) != 0 || base.numer == 0 || base.denom == 0) return std::nullopt;
+    return nanosecondsPerSecond * base.denom / base.numer;
 }
 
 // A failure reads much like "no children", so that the list has to prove itself: the process must be
@@ -95,13 +103,18 @@ std::optional<std::vector<ProcessEntry>> tableUnder(pid_t ancestor) {
     return table();
 }
 
+std::optional<std::string> executablePath(pid_t pid) {
+    std::array<char, 4096> path{};
+    const int length = ::proc_pidpath(pid, path.data(), static_cast<uint32_t>(path.size()));
+    if (length < 1) return std::nullopt;
+    return std::string(path.data(), std::min(static_cast<std::size_t>(length), path.size()));
+}
+
 std::optional<double> cpuSeconds(pid_t pid) {
     const auto found = info<struct proc_taskinfo>(pid, PROC_PIDTASKINFO);
-    if (!found) return std::nullopt;
-    struct mach_timebase_info base = {};
-    if (::mach_timebase_info(&base) != 0 || base.denom == 0) return std::nullopt;
-    return static_cast<double>(found->pti_total_user + found->pti_total_system) * base.numer / base.denom /
-           nanosecondsPerSecond;
+    const auto frequency = ticksPerSecond();
+    if (!found || !frequency) return std::nullopt;
+    return static_cast<double>(found->pti_total_user + found->pti_total_system) / *frequency;
 }
 
 }  // namespace tarnik::MacProcesses

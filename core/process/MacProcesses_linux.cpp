@@ -21,6 +21,10 @@ std::optional<std::vector<ProcessEntry>> tableUnder(pid_t ancestor) {
     return folder.entries();
 }
 
+std::optional<std::string> executablePath(pid_t pid) {
+    return ProcFolder().program(pid);
+}
+
 std::optional<double> cpuSeconds(pid_t pid) {
     ProcFolder folder;
     const auto stat = folder.stat(pid);

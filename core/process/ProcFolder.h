@@ -37,12 +37,14 @@ public:
     // such lists.
     std::optional<std::vector<pid_t>> children(pid_t parent);
 
+    // The path of the program, without the mark of one whose file has gone.
+    std::optional<std::string> program(pid_t pid);
+
     std::uint64_t ticksPerSecond() const { return ticksPerSecond_; }
 
 private:
     // "PID/file", good until the next call.
     const char* nameOf(pid_t pid, std::string_view file);
-    std::optional<std::string> program(pid_t pid);
     bool leadsTo(const char* link, const std::string& path) const;
 
     UniqueFd folder_;

@@ -159,7 +159,8 @@ std::optional<std::string> ProcFolder::program(pid_t pid) {
     const ssize_t length = ::readlinkat(folder_.get(), link, text_.data(), text_.size());
     if (length < 1) return std::nullopt;
     std::string path(text_.data(), static_cast<std::size_t>(length));
-    // The system marks a program whose file has gone; a file may also have that for a name.
+    // The system appends the mark when the file has gone, be it removed or replaced. A file may also really
+    // be named so: then the name leads to the program, and is kept.
     if (path.ends_with(deletedMark) && !leadsTo(link, path)) path.resize(path.size() - deletedMark.size());
     return path;
 }

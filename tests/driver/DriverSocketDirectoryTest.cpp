@@ -63,6 +63,25 @@ TEST(DriverSocketDirectory, wantsRootsOfItsOwn) {
     }
 }
 
+// The superuser would be let in anyway, and becomes somebody else.
+TEST(DriverSocketDirectory, takesRootsThatCannotBeListed) {
+    const TemporaryFolder folder;
+    const uid_t user = ::geteuid() == 0 ? 4711 : ::geteuid();
+    shell(folder.path(), "mkdir tarnik; chmod 300 . tarnik");
+    for (const auto& root : {folder.path(), folder.path() + "/tarnik"})
+        ASSERT_EQ(::chown(root.c_str(), user, static_cast<gid_t>(-1)), 0);
+    const uid_t before = ::geteuid();
+    ASSERT_EQ(::seteuid(user), 0);
+    const auto made = DriverSocketDirectory::create(folder.path());
+    const auto owned = DriverSocketDirectory::owned(folder.path());
+    if (made) made->cleanup();
+    ASSERT_EQ(::seteuid(before), 0);
+    ASSERT_TRUE(made) << describe(made.error());
+    EXPECT_EQ(owned, std::vector{*made});
+    EXPECT_FALSE(fs::exists(made->path));
+    ::chmod(folder.path().c_str(), 0700);
+}
+
 TEST(DriverSocketDirectory, keepsToPathsThatASocketMayHave) {
     const TemporaryFolder folder;
     const std::size_t rest = std::string("//tarnik/cua/0123456789abcdef/cua.sock").size();
@@ -178,20 +197,21 @@ TEST(DriverSocketDirectory, endsOnlyWhatIsProvenToBeALeftDriver) {
     }
 }
 
+// It doesn't watch its pipe, and an upgrade has replaced its file.
 TEST(DriverSocketDirectory, endsARealDriver) {
     const TemporaryFolder folder;
+    const std::string program = folder.path() + "/driver";
+    fs::copy_file("/bin/sleep", program);
     const auto made = DriverSocketDirectory::create(folder.path());
-    const auto said = Spawner::pipe();
-    const std::string program = childProgram("ignore_term");
-    const auto child =
-        Spawner::spawn({.executable = program, .standardOutput = Stdio::fd(said->writeEnd.get())});
+    const auto child = Spawner::spawn({.executable = program, .arguments = {"60"}});
     ASSERT_TRUE(made && child && made->writeProcessIdentifier((*child)->pid()));
-    char ready = 0;
-    ASSERT_EQ(::read(said->readEnd.get(), &ready, 1), 1);
+    fs::copy_file("/bin/true", folder.path() + "/new");
+    fs::rename(folder.path() + "/new", program);
 
     DriverSocketDirectory::reapStale(folder.path(), program, DriverSocketDirectory::Processes::production());
-    EXPECT_EQ((*child)->waitForExit(Seconds(10)), ExitStatus::signaled(SIGKILL));
+    EXPECT_EQ((*child)->waitForExit(Seconds(10)), ExitStatus::signaled(SIGTERM));
     EXPECT_FALSE(fs::exists(made->path));
+    (*child)->stop(Seconds(0));
 }
 
 TEST(DriverSocketDirectory, neverWaitsForAConnection) {

@@ -1,0 +1,11 @@
+#include <fcntl.h>
+
+#include "core/driver/SearchFolder.h"
+
+namespace tarnik {
+
+UniqueFd openForSearch(int at, const std::string& name) {
+    return UniqueFd(::openat(at, name.c_str(), O_SEARCH | O_NOFOLLOW | O_CLOEXEC));
+}
+
+}  // namespace tarnik
