@@ -1,0 +1,11 @@
+#include <ctime>
+
+#include "core/foundation/Time.h"
+
+namespace tarnik {
+
+SteadyClock::time_point SteadyClock::now() {
+    return time_point(std::chrono::nanoseconds(::clock_gettime_nsec_np(CLOCK_UPTIME_RAW)));
+}
+
+}  // namespace tarnik
