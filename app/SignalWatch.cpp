@@ -26,14 +26,16 @@ sigset_t watched() {
 
 }  // namespace
 
-SignalWatch::SignalWatch(std::function<void(int)> onSignal) {
+SignalWatch::SignalWatch(std::function<void(int)> onSignal, Wait wait) {
     const sigset_t set = watched();
     ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
-    thread_ = std::thread([this, set, onSignal = std::move(onSignal)] {
+    thread_ = std::thread([this, set, onSignal = std::move(onSignal), wait = std::move(wait)] {
         setThreadName("tarnik.signals");
-        int signal = 0;
-        while (::sigwait(&set, &signal) == 0 && !ending_) {
-            if (signal != nudge) onSignal(signal);
+        while (!ending_) {
+            // Darwin's sigwait reports an interruption as a success that leaves the number as it was.
+            int signal = 0;
+            if (wait(&set, &signal) != 0) return;
+            if (signal != 0 && signal != nudge && !ending_) onSignal(signal);
         }
     });
 }

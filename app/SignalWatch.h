@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <csignal>
 #include <functional>
 #include <thread>
 
@@ -13,7 +14,9 @@ namespace tarnik {
 // is ever handed them. Children are not concerned: they start with none blocked.
 class SignalWatch {
 public:
-    explicit SignalWatch(std::function<void(int)> onSignal);
+    using Wait = std::function<int(const sigset_t*, int*)>;  // as sigwait(3)
+
+    explicit SignalWatch(std::function<void(int)> onSignal, Wait wait = ::sigwait);
     ~SignalWatch();
     SignalWatch(const SignalWatch&) = delete;
     SignalWatch& operator=(const SignalWatch&) = delete;
