@@ -14,7 +14,6 @@
 
 #include "core/process/SpawnRecords.h"
 #include "core/process/Spawner.h"
-#include "tests/support/ManyDescriptors.h"
 
 // From the call that starts /bin/true to its reaped end, through Spawner and beside what that is made of.
 // Ours and the floor take turns, and medians are compared, so that the ratio holds on a machine that does
@@ -49,27 +48,17 @@ Cost throughSpawner() {
     return {call, watch.microseconds()};
 }
 
-enum class Closing { range, oneByOne };
-
-pid_t posixSpawn(Closing closing) {
+pid_t posixSpawn() {
     static const std::string path = "/bin/true";
     char* const arguments[] = {const_cast<char*>(path.c_str()), nullptr};
     char* const environment[] = {nullptr};
     pid_t pid = -1;
-    int failed = 0;
-    if (closing == Closing::range) {
-        SpawnRecords records;
-        for (const int standard : {0, 1, 2}) records.connect(standard, Stdio::null(), O_RDWR);
-        records.seal();
+    SpawnRecords records;
+    for (const int standard : {0, 1, 2}) records.connect(standard, Stdio::null(), O_RDWR);
+    int failed = records.seal();
+    if (failed == 0) {
         failed = ::posix_spawn(&pid, path.c_str(), records.actions(), records.attributes(), arguments,
                                environment);
-    } else {
-        const int end = UniqueFd::duplicate(0).get();  // the lowest free number
-        posix_spawn_file_actions_t actions;
-        ::posix_spawn_file_actions_init(&actions);
-        for (int fd = 3; fd < end; ++fd) ::posix_spawn_file_actions_addclose(&actions, fd);
-        failed = ::posix_spawn(&pid, path.c_str(), &actions, nullptr, arguments, environment);
-        ::posix_spawn_file_actions_destroy(&actions);
     }
     if (failed != 0) throw std::runtime_error("posix_spawn");
     return pid;
@@ -81,9 +70,9 @@ void reap(pid_t pid) {
 }
 
 // posix_spawn and waitpid, nothing else.
-Cost bare(Closing closing) {
+Cost bare() {
     const Stopwatch watch;
-    const pid_t pid = posixSpawn(closing);
+    const pid_t pid = posixSpawn();
     const double call = watch.microseconds();
     reap(pid);
     return {call, watch.microseconds()};
@@ -92,7 +81,7 @@ Cost bare(Closing closing) {
 // As a program does it that must not block: a thread for each child waits for it.
 Cost withThread() {
     const Stopwatch watch;
-    const pid_t pid = posixSpawn(Closing::range);
+    const pid_t pid = posixSpawn();
     std::thread waiting(reap, pid);
     const double call = watch.microseconds();
     waiting.join();
@@ -101,15 +90,13 @@ Cost withThread() {
 
 // The parent's burden while its children are measured.
 struct Burden {
-    enum class Kind { none, memory, descriptors };
+    enum class Kind { none, memory };
 
     explicit Burden(Kind kind) {
-        if (kind == Kind::descriptors) descriptors = std::make_unique<ManyDescriptors>(5000);
-        if (kind == Kind::memory) {
-            memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-            if (memory == MAP_FAILED) throw std::runtime_error("mmap");
-            std::memset(memory, 1, bytes);
-        }
+        if (kind == Kind::none) return;
+        memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (memory == MAP_FAILED) throw std::runtime_error("mmap");
+        std::memset(memory, 1, bytes);
     }
     Burden(const Burden&) = delete;
     Burden& operator=(const Burden&) = delete;
@@ -118,7 +105,6 @@ struct Burden {
     }
 
     static constexpr std::size_t bytes = std::size_t{1} << 30;
-    std::unique_ptr<ManyDescriptors> descriptors;
     void* memory = nullptr;
 };
 
@@ -153,29 +139,13 @@ void compare(benchmark::State& state, Burden::Kind kind, const std::function<Cos
     state.counters["floor_call_us"] = median(theirsCall);
 }
 
-Cost bareRange() {
-    return bare(Closing::range);
-}
-
-Cost bareOneByOne() {
-    return bare(Closing::oneByOne);
-}
-
 void spawnBeside(benchmark::internal::Benchmark* benchmark) {
     benchmark->UseManualTime()->Unit(benchmark::kMicrosecond)->Iterations(1000);
 }
 
-BENCHMARK_CAPTURE(compare, spawn_beside_posix_spawn, Burden::Kind::none, bareRange)->Apply(spawnBeside);
+BENCHMARK_CAPTURE(compare, spawn_beside_posix_spawn, Burden::Kind::none, bare)->Apply(spawnBeside);
 BENCHMARK_CAPTURE(compare, spawn_beside_waiting_thread, Burden::Kind::none, withThread)->Apply(spawnBeside);
 BENCHMARK_CAPTURE(compare, spawn_1GiB_parent_beside_waiting_thread, Burden::Kind::memory, withThread)
-    ->Apply(spawnBeside);
-BENCHMARK_CAPTURE(compare, spawn_5000_descriptors_beside_posix_spawn, Burden::Kind::descriptors, bareRange)
-    ->Apply(spawnBeside);
-BENCHMARK_CAPTURE(compare, spawn_5000_descriptors_beside_waiting_thread, Burden::Kind::descriptors,
-                  withThread)
-    ->Apply(spawnBeside);
-BENCHMARK_CAPTURE(compare, spawn_5000_descriptors_beside_closing_each, Burden::Kind::descriptors,
-                  bareOneByOne)
     ->Apply(spawnBeside);
 
 }  // namespace

@@ -15,6 +15,7 @@ struct ProgramImage::Prepared {
     CStringArray arguments;
     CStringArray environment;
     SpawnRecords records;
+    int error = 0;  // the first step that failed while the records were filled
 };
 
 ProgramImage::ProgramImage(const SpawnRequest& request) {
@@ -23,7 +24,7 @@ ProgramImage::ProgramImage(const SpawnRequest& request) {
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         prepared->records.keep(standard);
     }
-    prepared->records.seal(POSIX_SPAWN_SETEXEC);
+    prepared->error = prepared->records.seal(POSIX_SPAWN_SETEXEC);
     prepared_ = std::move(prepared);
 }
 
@@ -32,6 +33,7 @@ ProgramImage::~ProgramImage() = default;
 // With POSIX_SPAWN_SETEXEC the call replaces the calling process, as execve(2) does, and takes the same care
 // of signals and descriptors as for any other child (posix_spawnattr_setflags(3)).
 void ProgramImage::become() const {
+    if (prepared_->error != 0) return;  // half-filled records could let descriptors through
     ::posix_spawn(nullptr, prepared_->executable.c_str(), prepared_->records.actions(),
                   prepared_->records.attributes(), prepared_->arguments.get(), prepared_->environment.get());
 }

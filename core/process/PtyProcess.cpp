@@ -85,10 +85,10 @@ UniqueFd PtyProcess::takeMaster() {
     return std::move(master_);
 }
 
-bool PtyProcess::write(std::string_view text) {
+bool PtyProcess::write(std::string_view text, Seconds timeout) {
     const std::lock_guard lock(writeMutex_);
     if (!input_) return false;
-    const TimePoint deadline = after(steadyNow(), writeTimeout);
+    const TimePoint deadline = after(steadyNow(), timeout);
     while (!text.empty()) {
         if (!waitWritable(input_.get(), deadline)) return false;
         const ssize_t count = ::write(input_.get(), text.data(), std::min(text.size(), writeBytes));

@@ -38,8 +38,8 @@ public:
     UniqueFd takeMaster();
 
     // Types `text`; whether all of it was taken. False after closeInput(), on a dead terminal, and when the
-    // terminal hasn't taken it within writeTimeout. Two texts are never mixed. Call from any thread.
-    bool write(std::string_view text);
+    // terminal hasn't taken it within `timeout`. Two texts are never mixed. Call from any thread.
+    bool write(std::string_view text, Seconds timeout = writeTimeout);
 
     // Later writes return false. Sends nothing to the child.
     void closeInput();

@@ -17,8 +17,13 @@ int closeAllOthers(posix_spawn_file_actions_t& /*actions*/, short& flags) {
 // ways to make a child here close what they were not told to keep.
 int openPipe(int (&ends)[2]) {
     if (::pipe(ends) != 0) return errno;
-    for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
-    return 0;
+    int failed = 0;
+    for (const int end : ends) {
+        if (::fcntl(end, F_SETFD, FD_CLOEXEC) != 0) failed = errno;
+    }
+    if (failed == 0) return 0;
+    for (const int end : ends) ::close(end);
+    return failed;
 }
 
 }  // namespace tarnik

@@ -23,7 +23,7 @@ public:
     void keep(int fd);
 
     // Closes everything else; after all other actions. 0, or the errno value of the first step that failed.
-    int seal(short extraFlags = 0);
+    [[nodiscard]] int seal(short extraFlags = 0);
 
     const posix_spawn_file_actions_t* actions() const { return &actions_; }
     const posix_spawnattr_t* attributes() const { return &attributes_; }

@@ -14,7 +14,6 @@
 #include "core/process/FDReader.h"
 #include "core/process/LockedData.h"
 #include "core/process/Reaper.h"
-#include "core/process/SmallTable.h"
 #include "core/process/SpawnPlatform.h"
 #include "core/process/SpawnRecords.h"
 
@@ -23,11 +22,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Seconds terminateGrace = 2s;
-constexpr Seconds outputGrace = 5s;
-
-// A descriptor of ours that happens to be 0, 1 or 2 is lent to the child from above: there, an earlier
-// duplication could have replaced it, and duplicated onto itself it would stay close-on-exec.
+// Lends a descriptor of ours that is 0, 1 or 2 to the child from above 2: an earlier duplication could have
+// replaced it in the child, and duplicated onto itself it would stay close-on-exec. No other code has to care
+// where a descriptor lands: a program opens its standard descriptors before all else.
 class Lent {
 public:
     explicit Lent(const Stdio& stdio) : stdio_(stdio) {
@@ -47,11 +44,17 @@ private:
     int error_ = 0;
 };
 
-int startConnected(const SpawnRequest& request, const StandardStreams& streams, pid_t& pid) {
+int start(const SpawnRequest& request, pid_t& pid) {
+    const Lent input(request.standardInput);
+    const Lent output(request.standardOutput);
+    const Lent error(request.standardError);
+    for (const auto* lent : {&input, &output, &error}) {
+        if (lent->error() != 0) return lent->error();
+    }
     SpawnRecords records;
-    records.connect(STDIN_FILENO, streams[STDIN_FILENO], O_RDONLY);
-    records.connect(STDOUT_FILENO, streams[STDOUT_FILENO], O_WRONLY);
-    records.connect(STDERR_FILENO, streams[STDERR_FILENO], O_WRONLY);
+    records.connect(STDIN_FILENO, input.stdio(), O_RDONLY);
+    records.connect(STDOUT_FILENO, output.stdio(), O_WRONLY);
+    records.connect(STDERR_FILENO, error.stdio(), O_WRONLY);
     if (const int failed = records.seal()) return failed;
 
     const auto arguments = CStringArray::arguments(request);
@@ -66,22 +69,10 @@ int startConnected(const SpawnRequest& request, const StandardStreams& streams, 
     return result;
 }
 
-int start(const SpawnRequest& request, pid_t& pid) {
-    const Lent input(request.standardInput);
-    const Lent output(request.standardOutput);
-    const Lent error(request.standardError);
-    for (const auto* lent : {&input, &output, &error}) {
-        if (lent->error() != 0) return lent->error();
-    }
-    return onSmallTable({input.stdio(), output.stdio(), error.stdio()}, [&](const StandardStreams& streams) {
-        return startConnected(request, streams, pid);
-    });
-}
-
-// Waits for the end, making sure of it after `timeout`.
-ExitStatus awaitEnd(ChildProcess& child, Seconds timeout) {
-    if (const auto status = child.waitForExit(timeout)) return *status;
-    child.stop(terminateGrace);
+// Waits for the end, making sure of it after the time-out.
+ExitStatus awaitEnd(ChildProcess& child, const Spawner::Command& command) {
+    if (const auto status = child.waitForExit(command.timeout)) return *status;
+    child.stop(command.terminateGrace);
     return child.exitStatus().value_or(ExitStatus::signaled(SIGKILL));
 }
 
@@ -101,14 +92,7 @@ std::expected<std::shared_ptr<ChildProcess>, SpawnError> Spawner::spawn(const Sp
 std::expected<Spawner::Pipe, SpawnError> Spawner::pipe() {
     int ends[2] = {-1, -1};
     if (const int error = openPipe(ends)) return std::unexpected(SpawnError{"pipe", error});
-    Pipe pipe{UniqueFd(ends[0]), UniqueFd(ends[1])};
-    for (auto* end : {&pipe.readEnd, &pipe.writeEnd}) {
-        if (end->get() > STDERR_FILENO) continue;
-        auto raised = UniqueFd::duplicate(end->get());
-        if (!raised) return std::unexpected(SpawnError{"pipe", errno});
-        *end = std::move(raised);
-    }
-    return pipe;
+    return Pipe{UniqueFd(ends[0]), UniqueFd(ends[1])};
 }
 
 std::expected<Spawner::Output, SpawnError> Spawner::run(const Command& command) {
@@ -129,8 +113,8 @@ std::expected<Spawner::Output, SpawnError> Spawner::run(const Command& command) 
     pipe->writeEnd.reset();
     if (!child) return std::unexpected(child.error());
 
-    const ExitStatus status = awaitEnd(**child, command.timeout);
-    (*reader)->waitForEOF(outputGrace);
+    const ExitStatus status = awaitEnd(**child, command);
+    if (!(*reader)->waitForEOF(command.outputGrace)) (*reader)->closeAfter(Seconds::zero());
     return Output{status, decodeLossy(captured->data())};
 }
 

@@ -36,6 +36,8 @@ struct Spawner {
         Environment environment;  // empty: only PATH, as defaultPath
         Seconds timeout;
         std::size_t limit;  // bytes of output kept, the last ones
+        Seconds terminateGrace = Seconds(2);  // from SIGTERM to SIGKILL
+        Seconds outputGrace = Seconds(5);     // for the rest of the output; then our end is closed
     };
 
     static constexpr const char* defaultPath = "/usr/bin:/bin:/usr/sbin:/sbin";
@@ -45,7 +47,7 @@ struct Spawner {
     static std::expected<std::shared_ptr<ChildProcess>, SpawnError> spawn(const SpawnRequest& request,
                                                                           ChildProcess::OnExit onExit = {});
 
-    // Both ends close-on-exec and above 2, so that neither can be taken for a standard descriptor.
+    // Both ends are close-on-exec.
     static std::expected<Pipe, SpawnError> pipe();
 
     // Blocks up to `timeout` + 12 s: SIGTERM at the time-out, SIGKILL 2 s later, then 5 s for the end and 5 s

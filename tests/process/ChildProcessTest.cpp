@@ -11,41 +11,47 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A child that remembers the signals it got. Its pid is none that a stray kill could harm.
-class ChildProcessTest : public testing::Test {
-protected:
-    std::vector<int> signals_;
-    std::promise<void> killed_;
-    ChildProcess child_{1 << 30, [this](pid_t, int number) {
-                            signals_.push_back(number);
-                            if (number == SIGKILL) killed_.set_value();
-                        }};
-};
+constexpr pid_t nobody = 1 << 30;  // no pid that a stray kill could harm
 
-TEST_F(ChildProcessTest, sendsNothingOnceReaped) {
-    child_.signal(SIGUSR1);
+TEST(ChildProcess, sendsNothingOnceReaped) {
+    std::vector<int> signals;
+    ChildProcess child(nobody, [&](pid_t, int number) { signals.push_back(number); });
+    child.signal(SIGUSR1);
     std::future<void> sending;
-    child_.markReaped([&] {
+    child.markReaped([&] {
         // From here on the pid may be another's: a signal on its way has to wait, and then goes nowhere.
-        sending = std::async(std::launch::async, [&] { child_.signal(SIGTERM); });
+        sending = std::async(std::launch::async, [&] { child.signal(SIGTERM); });
         EXPECT_EQ(sending.wait_for(20ms), std::future_status::timeout);
         return ExitStatus::exited(3);
     });
     sending.get();
-    child_.stop(Seconds(10));
-    EXPECT_EQ(signals_, std::vector{SIGUSR1});
-    EXPECT_EQ(child_.exitStatus(), ExitStatus::exited(3));
+    child.stop(Seconds(10));
+    EXPECT_EQ(signals, std::vector{SIGUSR1});
+    EXPECT_EQ(child.exitStatus(), ExitStatus::exited(3));
 }
 
-TEST_F(ChildProcessTest, stopsByTermAndThenByKill) {
-    auto reaper = std::async(std::launch::async, [&] {
-        killed_.get_future().wait();
-        child_.markReaped([] { return ExitStatus::signaled(SIGKILL); });
-    });
-    EXPECT_EQ(child_.waitForExit(Seconds(0)), std::nullopt);
-    child_.stop(Seconds(0.01));
-    EXPECT_EQ(signals_, (std::vector{SIGTERM, SIGKILL}));
-    EXPECT_EQ(child_.exitStatus(), ExitStatus::signaled(SIGKILL));
+// Signals and, with a minus, the seconds that were waited.
+TEST(ChildProcess, stopsByTermAndThenByKill) {
+    const std::pair<int, std::vector<int>> cases[] = {
+        {SIGTERM, {SIGTERM, -3}},
+        {SIGKILL, {SIGTERM, -3, SIGKILL, -5}},
+        {0, {SIGTERM, -3, SIGKILL, -5}},
+    };
+    for (const auto& [endsAt, expected] : cases) {
+        std::vector<int> steps;
+        ChildProcess* waited = nullptr;
+        ChildProcess child(
+            nobody, [&](pid_t, int number) { steps.push_back(number); },
+            [&](Seconds time) {
+                if (steps.back() == endsAt) waited->markReaped([&] { return ExitStatus::signaled(endsAt); });
+                steps.push_back(-static_cast<int>(time.count()));
+                return Seconds::zero();
+            });
+        waited = &child;
+        child.stop(Seconds(3));
+        EXPECT_EQ(steps, expected);
+        EXPECT_EQ(child.isRunning(), endsAt == 0);
+    }
 }
 
 TEST(ExitStatus, isTheSignalOfACrashThatLeftACoreImage) {

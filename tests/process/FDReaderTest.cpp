@@ -13,6 +13,7 @@
 #include "core/process/Spawner.h"
 #include "tests/support/ChildPrograms.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/ProcessCounts.h"
 
 namespace tarnik {
 namespace {
@@ -35,6 +36,47 @@ TEST(FDReader, deliversEveryChunkInOrderAndThenTheEnd) {
     EXPECT_TRUE((*reader)->waitForEOF(Seconds(0)));
     ASSERT_EQ(received.size(), 40000U);
     for (std::size_t i = 0; i < received.size(); ++i) ASSERT_EQ(received[i], 'a' + static_cast<int>(i % 26));
+}
+
+// As a process in the background does that a child left on its output.
+TEST(FDReader, closesAnOutputThatDoesNotEnd) {
+    const auto before = ProcessCounts::baseline();
+    auto pipe = Spawner::pipe();
+    std::promise<void> first;
+    std::promise<void> ended;
+    std::string received;
+    {
+        const auto reader = *FDReader::start(
+            std::move(pipe->readEnd),
+            [&](std::string_view chunk) {
+                if (received.empty()) first.set_value();
+                received += chunk;
+            },
+            [&] { ended.set_value(); });
+        reader->closeAfter(Seconds(0.2));
+        reader->closeAfter(Seconds(60));
+        ASSERT_EQ(::write(pipe->writeEnd.get(), "last ", 5), 5);
+        first.get_future().wait();
+        ASSERT_EQ(::write(pipe->writeEnd.get(), "words", 5), 5);
+        EXPECT_FALSE(reader->waitForEOF(Seconds(0.02))) << "within the grace";
+        EXPECT_TRUE(reader->waitForEOF(Seconds(20)));
+    }
+    ended.get_future().wait();
+    EXPECT_EQ(received, "last words");
+    std::signal(SIGPIPE, SIG_IGN);
+    EXPECT_EQ(::write(pipe->writeEnd.get(), "x", 1), -1);
+    pipe->writeEnd.reset();
+    EXPECT_TRUE(eventually([&] { return ProcessCounts::now().holdsNoMoreThan(before); }))
+        << ProcessCounts::now();
+}
+
+// Waiting for a pause of its writer would take for ever.
+TEST(FDReader, closesAnOutputThatIsNeverSilent) {
+    const UniqueFd zeros(::open("/dev/zero", O_RDONLY | O_CLOEXEC));
+    const auto reader = *FDReader::start(UniqueFd::duplicate(zeros.get()), [](std::string_view) {});
+    EXPECT_FALSE(reader->waitForEOF(Seconds(0.01)));
+    reader->closeAfter(Seconds(0));
+    EXPECT_TRUE(reader->waitForEOF(Seconds(20)));
 }
 
 std::atomic<int> interruptions = 0;

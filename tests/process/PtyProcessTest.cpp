@@ -67,7 +67,7 @@ protected:
 TEST_F(SilentTerminal, takesNothingForLong) {
     std::string lines;
     while (lines.size() < 1 << 20) lines += "a line that nobody reads\n";
-    EXPECT_FALSE(pty_->write(lines));
+    EXPECT_FALSE(pty_->write(lines, Seconds(0.05)));
 }
 
 TEST_F(SilentTerminal, leavesWhateverGotTheReadersNumberAlone) {

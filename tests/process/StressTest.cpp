@@ -1,15 +1,23 @@
+#include <algorithm>
 #include <atomic>
+#include <cerrno>
+#include <filesystem>
 #include <memory>
+#include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include "core/process/FDReader.h"
+#include "core/process/MacProcesses.h"
 #include "core/process/PtyProcess.h"
 #include "core/process/Spawner.h"
 #include "tests/support/ChildPrograms.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/ForkedChild.h"
 #include "tests/support/ProcessCounts.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
 namespace {
@@ -62,6 +70,43 @@ TEST_F(Stress, terminals) {
         for (const auto& pty : terminals) EXPECT_TRUE(pty->write(std::to_string(code++) + "\n"));
         for (const auto& pty : terminals) ASSERT_TRUE(pty->child().waitForExit(limit));
     }
+}
+
+// The machine's other processes start and end meanwhile, too.
+TEST_F(Stress, aProcessTableWhileOthersComeAndGo) {
+    const auto holds = [](const auto& table, pid_t pid) {
+        return table && std::ranges::find(*table, pid, &ProcessEntry::pid) != table->end();
+    };
+    std::atomic<bool> over = false;
+    std::thread crowd([&over] {
+        while (!over) ForkedChild([] {});
+    });
+    std::atomic<pid_t> ofThread = 0;
+    std::thread parent([&] {
+        const auto child = ForkedChild::waiting();
+        ofThread = child.pid();
+        while (!over) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    });
+    ASSERT_TRUE(eventually([&] { return ofThread != 0; }));
+    const auto child = ForkedChild::waiting();
+    for (int round = 0; round < 50; ++round) {
+        for (const pid_t pid : {child.pid(), ofThread.load()}) {
+            EXPECT_TRUE(holds(MacProcesses::table(), pid));
+            EXPECT_TRUE(holds(MacProcesses::tableUnder(::getpid()), pid));
+        }
+    }
+    over = true;
+    crowd.join();
+    parent.join();
+}
+
+// The whole time that a program may stay busy; shorter waits are in SpawnerTest.
+TEST_F(Stress, aProgramThatIsWrittenForLong) {
+    const TemporaryFolder folder;
+    const SpawnRequest request{.executable = folder.path() + "/true"};
+    std::filesystem::copy_file("/bin/true", request.executable);
+    const UniqueFd writing(::open(request.executable.c_str(), O_RDWR | O_CLOEXEC));
+    EXPECT_EQ(Spawner::spawn(request).error().code, ETXTBSY);
 }
 
 }  // namespace
