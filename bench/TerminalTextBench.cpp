@@ -1,8 +1,14 @@
+#include <array>
 #include <cstring>
+#include <future>
 #include <string>
 
 #include <benchmark/benchmark.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
+#include "core/pairing/PairingSession.h"
+#include "core/pairing/TerminalBuffer.h"
 #include "core/pairing/TerminalText.h"
 
 namespace {
@@ -105,5 +111,75 @@ BENCHMARK_CAPTURE(over, byteLoop_terminalLines, byteLoop, terminalLines)->Apply(
 BENCHMARK_CAPTURE(over, clean_terminalLines, tarnik::TerminalText::clean, terminalLines)->Apply(sizes);
 BENCHMARK_CAPTURE(over, byteLoop_coloured, byteLoop, coloured)->Apply(sizes);
 BENCHMARK_CAPTURE(over, clean_coloured, tarnik::TerminalText::clean, coloured)->Apply(sizes);
+
+constexpr int bytesOneByOne = 20'000;
+
+// A program that prints one byte at a time. Its floor is the snapshots: a copy of the text for each byte.
+void oneByteChunksFloor(benchmark::State& state) {
+    for (auto _ : state) {
+        std::string text;
+        for (int i = 0; i < bytesOneByOne; ++i) {
+            text += 'a';
+            if (text.size() > tarnik::TerminalBuffer::maxTextBytes)
+                text.erase(0, text.size() - tarnik::TerminalBuffer::keptCharacters);
+            std::string snapshot = text;
+            benchmark::DoNotOptimize(snapshot.data());
+        }
+    }
+}
+
+void oneByteChunks(benchmark::State& state, Text make) {
+    const std::string text = make(bytesOneByOne);
+    for (auto _ : state) {
+        tarnik::TerminalBuffer buffer;
+        for (const char& byte : text) {
+            buffer.append({&byte, 1});
+            std::string snapshot = buffer.text();
+            benchmark::DoNotOptimize(snapshot.data());
+        }
+    }
+}
+
+// Through a session and its reader: each message of the socket is a chunk of its own.
+void oneByteChunksRead(benchmark::State& state) {
+    using namespace tarnik;
+    const std::string text = terminalLines(bytesOneByOne);
+    for (auto _ : state) {
+        std::array<int, 2> ends{-1, -1};
+        if (::socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends.data()) != 0)
+            return state.SkipWithError("socketpair");
+        UniqueFd master(ends[0]);
+        UniqueFd farSide(ends[1]);
+        ChildProcess::OnExit exited;
+        std::promise<void> ended;
+        PairingSession::Setup setup{.request = {},
+                                    .spawnPty =
+                                        [&](const SpawnRequest&, ChildProcess::OnExit onExit) {
+                                            exited = std::move(onExit);
+                                            constexpr pid_t noProcess = 1 << 29;
+                                            return std::make_shared<PtyProcess>(
+                                                std::make_shared<ChildProcess>(noProcess, [](pid_t, int) {}),
+                                                std::move(master));
+                                        },
+                                    .now = steadyNow,
+                                    .joined = [] { return false; },
+                                    .connectedAfter = Seconds(0),
+                                    .callAfter = [](Seconds, const std::function<void()>&) {},
+                                    .onUpdate = {},
+                                    .onExit = [&](ExitStatus) { ended.set_value(); }};
+        const auto session = PairingSession::start(std::move(setup));
+        for (const char& byte : text) {
+            if (::write(farSide.get(), &byte, 1) != 1) return state.SkipWithError("write");
+        }
+        farSide.reset();
+        exited(ExitStatus::exited(0));
+        ended.get_future().wait();
+    }
+}
+
+BENCHMARK(oneByteChunksFloor)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(oneByteChunks, lines, terminalLines)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(oneByteChunks, coloured, coloured)->Unit(benchmark::kMillisecond);
+BENCHMARK(oneByteChunksRead)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace

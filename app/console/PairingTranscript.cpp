@@ -8,41 +8,53 @@
 namespace tarnik {
 namespace {
 
-// Long enough to be found again in a text that has lost its beginning, and nowhere else.
-constexpr std::size_t overlapBytes = 200;
+constexpr const char* leftOut = "\u2026";
 
-void addLine(std::vector<std::string>& lines, std::string_view line) {
-    constexpr std::size_t longestLine = 2000;
-    const auto plain = oneLine(line, longestLine);
-    if (!plain.empty()) lines.push_back(plain);
+// The end of `text` that holds its last `count` line feeds and what is behind each.
+std::string_view lastLines(std::string_view text, std::size_t count) {
+    std::size_t at = text.size();
+    for (std::size_t lines = 0; at > 0; --at) {
+        if (text[at - 1] == '\n' && ++lines > count) break;
+    }
+    return text.substr(at);
 }
 
 }  // namespace
 
 PairingTranscript::News PairingTranscript::update(const PairingSession::Snapshot& snapshot) {
     News news;
-    pending_ += fresh(snapshot.text);
-    seen_ = snapshot.text;
-    std::size_t start = 0;
-    for (auto end = pending_.find('\n'); end != std::string::npos; end = pending_.find('\n', start)) {
-        addLine(news.lines, std::string_view(pending_).substr(start, end - start));
-        start = end + 1;
+    const std::string_view all = snapshot.text;
+    const std::uint64_t end = snapshot.textStart + all.size();
+    const std::string_view fresh = all.substr(all.size() - std::min<std::uint64_t>(all.size(), end - seen_));
+    const std::string_view shown = lastLines(fresh, maxLines);
+    if (end - seen_ > shown.size()) {
+        finishLine(news.lines);
+        news.lines.push_back(leftOut);
     }
-    pending_.erase(0, start);
+    seen_ = end;
+    add(shown, news.lines);
     if (phase_ != snapshot.phase) {
         phase_ = news.phase = snapshot.phase;
-        addLine(news.lines, std::exchange(pending_, {}));
+        finishLine(news.lines);
     }
     return news;
 }
 
-// A text that grew starts with the last one; one that was cut holds the last one's end somewhere.
-std::string_view PairingTranscript::fresh(const std::string& text) const {
-    const std::string_view all = text;
-    if (all.starts_with(seen_)) return all.substr(seen_.size());
-    const auto overlap = std::string_view(seen_).substr(seen_.size() - std::min(seen_.size(), overlapBytes));
-    const auto found = all.rfind(overlap);
-    return found == std::string_view::npos ? all : all.substr(found + overlap.size());
+void PairingTranscript::add(std::string_view text, std::vector<std::string>& lines) {
+    constexpr std::size_t maxPendingBytes = 4 * longestLine + 4;  // enough for one code point too many
+    while (!text.empty()) {
+        const std::size_t lineEnd = std::min(text.find('\n'), text.size());
+        pending_ +=
+            text.substr(0, std::min(lineEnd, maxPendingBytes - std::min(pending_.size(), maxPendingBytes)));
+        if (lineEnd == text.size()) return;
+        finishLine(lines);
+        text.remove_prefix(lineEnd + 1);
+    }
+}
+
+void PairingTranscript::finishLine(std::vector<std::string>& lines) {
+    const auto plain = oneLine(std::exchange(pending_, {}), longestLine);
+    if (!plain.empty()) lines.push_back(plain);
 }
 
 }  // namespace tarnik

@@ -1,17 +1,22 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/pairing/PairingSession.h"
 
 namespace tarnik {
 
-// Turns a session's snapshots, each of which holds the whole text so far, into what is new since the last
-// one.
+// Turns a session's snapshots, each of which holds the end of the text so far, into what is new since the
+// last one.
 class PairingTranscript {
 public:
+    static constexpr std::size_t maxLines = 200;      // of one update; earlier ones are left out
+    static constexpr std::size_t longestLine = 2000;  // code points; the rest is left out
+
     struct News {
         std::vector<std::string> lines;  // whole lines; the unfinished one too when the phase changes
         std::optional<PairingSession::Phase> phase;
@@ -20,10 +25,11 @@ public:
     News update(const PairingSession::Snapshot& snapshot);
 
 private:
-    std::string_view fresh(const std::string& text) const;
+    void add(std::string_view text, std::vector<std::string>& lines);
+    void finishLine(std::vector<std::string>& lines);
 
-    std::string seen_;     // the text of the last snapshot
-    std::string pending_;  // of it, the unfinished last line as far as it was not shown
+    std::uint64_t seen_ = 0;  // bytes of all text
+    std::string pending_;     // the unfinished last line as far as it was not shown
     std::optional<PairingSession::Phase> phase_;
 };
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/model/AgentTakeover.h"
+#include "app/model/PairingInbox.h"
 #include "app/model/WindowTexts.h"
 #include "core/node/NodeInstaller.h"
 #include "core/node/TarnikIdentity.h"
@@ -299,8 +300,12 @@ void AppModel::linkChecked(PairingAttempt attempt, const std::optional<Url>& joi
 // On the queue, since it waits for the node's end.
 void AppModel::beginPairing(PairingAttempt attempt, const std::string& joinURL) {
     if (wanted_ != attempt) return;  // cancelled before its turn
-    const auto onUpdate = [attempt, weak = weak()](const PairingSession::Snapshot& snapshot) {
-        weak.run([attempt, snapshot](AppModel& m) { m.pairingUpdate(attempt, snapshot); });
+    const auto onUpdate = [attempt, weak = weak(), inbox = std::make_shared<PairingInbox>()](
+                              const PairingSession::Snapshot& snapshot) {
+        if (!inbox->put(snapshot)) return;
+        weak.run([attempt, inbox](AppModel& m) {
+            for (const auto& latest : inbox->take()) m.pairingUpdate(attempt, latest);
+        });
     };
     const auto session = supervisor_->beginPairing(joinURL, onUpdate);
     weak().run([attempt, session](AppModel& m) { m.pairingBegan(attempt, session); });

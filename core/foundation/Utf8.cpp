@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
+#include <utility>
 
 #include <utf8proc.h>
 
@@ -85,25 +85,6 @@ CodePoint firstCodePoint(std::string_view text) {
     return {.number = number, .length = static_cast<std::size_t>(length)};
 }
 
-// Tells where one user-perceived character ends and the next begins, fed with code points in order.
-class CharacterBreaks {
-public:
-    bool breaksBefore(utf8proc_int32_t next) {
-        const utf8proc_int32_t before = last_;
-        last_ = next;
-        if (before < 0) return true;
-        if (before < 0x80 && next < 0x80) {
-            state_ = 0;  // no longer character spans this place
-            return before != '\r' || next != '\n';
-        }
-        return utf8proc_grapheme_break_stateful(before, next, &state_);
-    }
-
-private:
-    utf8proc_int32_t last_ = -1;
-    utf8proc_int32_t state_ = 0;
-};
-
 }  // namespace
 
 std::string decodeLossy(std::string_view bytes) {
@@ -129,20 +110,28 @@ void appendUtf8(std::string& text, char32_t character) {
     text.append(bytes.begin(), bytes.begin() + length);
 }
 
-std::string_view lastCharacters(std::string_view text, std::size_t count) {
-    if (count == 0) return text.substr(text.size());
-    if (count >= text.size()) return text;
-
-    std::vector<std::size_t> starts(
-        count);  // of the latest characters, each replacing the one `count` before
-    std::size_t characters = 0;
-    CharacterBreaks breaks;
+void LastCharacters::append(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const CodePoint point = firstCodePoint(text.substr(at));
-        if (breaks.breaksBefore(point.number)) starts[characters++ % count] = at;
+        if (breaksBefore(point.number)) {
+            starts_[next_] = bytes_ + at;
+            if (++next_ == starts_.size()) next_ = 0;
+            ++characters_;
+        }
         at += point.length;
     }
-    return characters <= count ? text : text.substr(starts[characters % count]);
+    bytes_ += text.size();
+}
+
+// Returns true if a character ends before `next`.
+bool LastCharacters::breaksBefore(std::int32_t next) {
+    const std::int32_t before = std::exchange(last_, next);
+    if (before < 0) return true;
+    if (before < 0x80 && next < 0x80) {
+        breakState_ = 0;  // no longer character spans this place
+        return before != '\r' || next != '\n';
+    }
+    return utf8proc_grapheme_break_stateful(before, next, &breakState_);
 }
 
 }  // namespace tarnik

@@ -66,9 +66,12 @@ std::optional<std::string> code(std::string_view text, const Url& webOrigin) {
     if (text.size() > maxTextBytes) return std::nullopt;
     const std::string_view trimmed = trimmingWhiteSpace(text);
     if (isCode(trimmed)) return std::string(trimmed);
-    const auto link = Url::parse(trimmed);
+    // Query and fragment of a web link are not looked at, so they may hold what no address may.
+    const auto link = Url::parse(trimmed.substr(0, trimmed.find_first_of("?#")));
     if (!link) return std::nullopt;
-    return link->scheme() == appScheme ? codeOfAppLink(*link) : codeOfWebLink(*link, webOrigin);
+    if (link->scheme() != appScheme) return codeOfWebLink(*link, webOrigin);
+    const auto appLink = Url::parse(trimmed.substr(0, trimmed.find('#')));
+    return appLink ? codeOfAppLink(*appLink) : std::nullopt;
 }
 
 Url answerURL(std::string_view code, const Url& webOrigin) {

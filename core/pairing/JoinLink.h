@@ -18,8 +18,8 @@ inline constexpr std::size_t maxAnswerBytes = 65'536;  // far more than an answe
 // Whether the text, untrimmed, is a code: whether codePattern matches it.
 bool isCode(std::string_view text);
 
-// The code of a bare code, of tarnik://connect?code=CODE, or of the web origin with /c/CODE. Blanks around it
-// are ignored.
+// Returns the code of a bare code, of tarnik://connect?code=CODE, or of the web origin with /c/CODE and any
+// query and fragment. Blanks around it are ignored.
 std::optional<std::string> code(std::string_view text, const Url& webOrigin);
 
 // The web origin with /c/CODE/app.

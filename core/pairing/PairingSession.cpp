@@ -1,38 +1,50 @@
 #include "core/pairing/PairingSession.h"
 
+#include <algorithm>
 #include <csignal>
 #include <utility>
 
-#include "core/foundation/Utf8.h"
 #include "core/foundation/Uuid.h"
-#include "core/pairing/TerminalText.h"
+#include "core/process/FDReader.h"
 
 namespace tarnik {
 
 using namespace PairingPhases;
 
 std::expected<std::shared_ptr<PairingSession>, SpawnError> PairingSession::start(Setup setup) {
-    // The session is there before its command, so that an exit, however early, finds it.
+    // The session is there before its command, so that an exit, however early, finds it. Until it is attached
+    // it reports no end.
     auto session = std::make_shared<PairingSession>(Passkey{}, std::move(setup));
     auto pty = session->setup_.spawnPty(session->setup_.request,
-                                        [session](ExitStatus status) { session->commandEnded(status); });
+                                        [session](ExitStatus status) { session->commandExited(status); });
     if (!pty) return std::unexpected(pty.error());
 
-    auto reader =
-        FDReader::start((*pty)->takeMaster(), [weak = std::weak_ptr(session)](std::string_view bytes) {
-            if (const auto alive = weak.lock()) alive->received(bytes);
-        });
-    session->attach(*pty, reader.value_or(nullptr));
-    if (reader) return session;
-    (*pty)->child().signal(SIGKILL);
-    return std::unexpected(reader.error());
+    const std::weak_ptr weak = session;
+    const auto reader = FDReader::start((*pty)->takeMaster(),
+                                        [weak](std::string_view bytes) {
+                                            if (const auto alive = weak.lock()) alive->received(bytes);
+                                        },
+                                        [weak] {
+                                            if (const auto alive = weak.lock()) alive->outputEnded();
+                                        });
+    if (!reader) {
+        (*pty)->child().signal(SIGKILL);
+        return std::unexpected(reader.error());
+    }
+    session->attach(*pty);
+    return session;
+}
+
+bool PairingSession::steadyWait(std::unique_lock<std::mutex>& lock, std::condition_variable& changed,
+                                Seconds timeout, const std::function<bool()>& done) {
+    return changed.wait_until(lock, after(steadyNow(), timeout), done);
 }
 
 PairingSession::PairingSession(Passkey, Setup setup) : setup_(std::move(setup)), id_(randomUuid()) {}
 
 PairingSession::Snapshot PairingSession::snapshot() const {
     const std::lock_guard lock(mutex_);
-    return makeSnapshot();
+    return makeSnapshot(phase_);
 }
 
 PairingPhase PairingSession::phase() const {
@@ -49,13 +61,12 @@ bool PairingSession::confirm() {
     {
         const std::lock_guard lock(mutex_);
         if (phase_ != Phase(WaitingForYes{})) return false;
-        phase_ = Connecting{};
+        setPhase(Connecting{});
         confirmedAt_ = setup_.now();
-        enqueueUpdate();
         pty = pty_;
     }
     const bool written = pty->write("\n");
-    deliverUpdates();
+    reportChanges();
     setup_.callAfter(setup_.connectedAfter, [weak = weak_from_this()] {
         if (const auto session = weak.lock()) session->checkConnected();
     });
@@ -69,13 +80,17 @@ void PairingSession::cancel() {
         stopRequested_ = true;
         pty = pty_;
     }
+    const TimePoint deadline = after(setup_.now(), cancelTimeout);
+    const auto hasExited = [this] { return exit_.has_value(); };
     pty->closeInput();
-    pty->child().stop(cancelGrace);
-    // The end becomes known only when the last words were drained, and until then the session is in the way
-    // of the next.
-    std::unique_lock lock(mutex_);
-    changed_.wait_until(lock, after(steadyNow(), 2 * drainTimeout),
-                        [this] { return !tarnik::isInProgress(phase_); });
+    pty->child().signal(SIGTERM);
+    if (!waitFor(cancelGrace, hasExited)) {
+        pty->child().signal(SIGKILL);
+        if (!waitFor(deadline - setup_.now(), hasExited)) return;
+    }
+    // Until its end the session is in the way of the next.
+    waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())), [this] { return ended_; });
+    outputEnded();
 }
 
 bool PairingSession::mayBeInterrupted(TimePoint now, Seconds grace) const {
@@ -84,91 +99,103 @@ bool PairingSession::mayBeInterrupted(TimePoint now, Seconds grace) const {
     return confirmedAt_ && now - *confirmedAt_ >= grace;
 }
 
-void PairingSession::attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDReader> reader) {
-    const std::lock_guard lock(mutex_);
-    pty_ = std::move(pty);
-    reader_ = std::move(reader);
-    changed_.notify_all();
+void PairingSession::attach(std::shared_ptr<PtyProcess> pty) {
+    {
+        const std::lock_guard lock(mutex_);
+        pty_ = std::move(pty);
+    }
+    endIfComplete();
 }
 
 void PairingSession::received(std::string_view bytes) {
     {
         const std::lock_guard lock(mutex_);
-        raw_ += decodeLossy(bytes);
-        // A test in bytes and a cut in characters: the window then always holds a screenful to read.
-        if (raw_.size() > maxTextBytes) raw_ = std::string(lastCharacters(raw_, keptCharacters));
-        if (std::holds_alternative<Starting>(phase_) && TerminalText::clean(raw_).contains(promptMarker)) {
-            phase_ = WaitingForYes{};
-        }
-        enqueueUpdate();
+        const std::size_t changed = output_.append(bytes);
+        // The text before that was searched when it came, but may hold the marker's beginning.
+        const std::size_t from = changed - std::min(changed, promptMarker.size());
+        const bool prompts = output_.text().find(promptMarker, from) != std::string::npos;
+        setPhase(prompts && phase_ == Phase(Starting{}) ? WaitingForYes{} : phase_);
     }
-    deliverUpdates();
+    reportChanges();
 }
 
-// What the command said last may still be on its way from the terminal, and is what tells the person why it
-// failed. A descendant can hold the terminal open for ever, hence the bound.
-void PairingSession::commandEnded(ExitStatus status) {
-    std::shared_ptr<FDReader> reader;
+void PairingSession::commandExited(ExitStatus status) {
     {
         std::unique_lock lock(mutex_);
-        changed_.wait_until(lock, after(steadyNow(), drainTimeout), [this] { return pty_ != nullptr; });
-        reader = reader_;
+        exit_ = status;
+        changed_.notify_all();
+        setup_.wait(lock, changed_, drainTimeout, [this] { return outputEnded_; });
     }
-    if (reader) reader->waitForEOF(drainTimeout);
-    processExited(status);
+    outputEnded();
 }
 
-void PairingSession::processExited(ExitStatus status) {
+void PairingSession::outputEnded() {
     {
         const std::lock_guard lock(mutex_);
-        const bool wasConnecting = std::holds_alternative<Connecting>(phase_);
-        if (wasConnecting && stopRequested_ && setup_.joined()) {
-            phase_ = Connected{};
-        } else if (!std::holds_alternative<Connected>(phase_)) {
-            phase_ = Ended{status};
-        }
-        enqueueUpdate(status);
+        outputEnded_ = true;
         changed_.notify_all();
     }
-    deliverUpdates();
+    endIfComplete();
+}
+
+void PairingSession::endIfComplete() {
+    {
+        const std::lock_guard lock(mutex_);
+        if (!pty_ || !exit_ || !outputEnded_ || ended_) return;
+        ended_ = true;
+        unreportedExit_ = exit_;
+        const bool wasConnecting = phase_ == Phase(Connecting{});
+        if (phase_ == Phase(Connected{}) || (wasConnecting && stopRequested_ && setup_.joined())) {
+            setPhase(Connected{});
+        } else {
+            setPhase(Ended{*exit_});
+        }
+        changed_.notify_all();
+    }
+    reportChanges();
 }
 
 void PairingSession::checkConnected() {
     {
         const std::lock_guard lock(mutex_);
-        if (!std::holds_alternative<Connecting>(phase_) || !pty_->child().isRunning()) return;
-        phase_ = Connected{};
-        enqueueUpdate();
+        if (phase_ != Phase(Connecting{}) || !pty_->child().isRunning()) return;
+        setPhase(Connected{});
     }
-    deliverUpdates();
+    reportChanges();
 }
 
-PairingSession::Snapshot PairingSession::makeSnapshot() const {
-    return {id_, phase_, TerminalText::clean(raw_)};
-}
-
-// With the lock held. Of several untold changes within one phase only the last is worth telling, which bounds
-// what a slow listener lets pile up.
-void PairingSession::enqueueUpdate(std::optional<ExitStatus> ended) {
-    const auto* untold = updates_.empty() ? nullptr : &updates_.back();
-    if (untold && !untold->ended && untold->snapshot.phase == phase_) updates_.pop_back();
-    updates_.push_back({makeSnapshot(), ended});
-}
-
-// Without the lock. Changes come from four threads; letting only one of them tell keeps them in order.
-void PairingSession::deliverUpdates() {
+bool PairingSession::waitFor(Seconds timeout, const std::function<bool()>& done) {
     std::unique_lock lock(mutex_);
-    if (delivering_) return;
-    delivering_ = true;
-    while (!updates_.empty()) {
-        const Update next = std::move(updates_.front());
-        updates_.pop_front();
+    return setup_.wait(lock, changed_, timeout, done);
+}
+
+PairingSession::Snapshot PairingSession::makeSnapshot(const Phase& phase) const {
+    return {.sessionID = id_, .phase = phase, .text = output_.text(), .textStart = output_.textStart()};
+}
+
+// Called with the lock held, for every change: also for one that leaves the phase as it is. A phase that
+// waits to be reported is reported with the text of that moment, so nothing piles up behind a slow listener.
+void PairingSession::setPhase(const Phase& phase) {
+    phase_ = phase;
+    if (unreported_.empty() || unreported_.back() != phase) unreported_.push_back(phase);
+}
+
+// Called without the lock. Changes come from four threads; they stay in order since only one of them reports.
+void PairingSession::reportChanges() {
+    std::unique_lock lock(mutex_);
+    if (reporting_) return;
+    reporting_ = true;
+    while (!unreported_.empty()) {
+        const Snapshot next = makeSnapshot(unreported_.front());
+        unreported_.pop_front();
+        std::optional<ExitStatus> exit;
+        if (unreported_.empty()) exit = std::exchange(unreportedExit_, std::nullopt);
         lock.unlock();
-        if (setup_.onUpdate) setup_.onUpdate(next.snapshot);
-        if (next.ended && setup_.onExit) setup_.onExit(*next.ended);
+        if (setup_.onUpdate) setup_.onUpdate(next);
+        if (exit && setup_.onExit) setup_.onExit(*exit);
         lock.lock();
     }
-    delivering_ = false;
+    reporting_ = false;
 }
 
 }  // namespace tarnik

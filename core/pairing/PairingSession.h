@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <expected>
 #include <functional>
@@ -13,16 +14,17 @@
 #include "core/foundation/Time.h"
 #include "core/pairing/PairingFailure.h"
 #include "core/pairing/PairingPhase.h"
-#include "core/process/FDReader.h"
+#include "core/pairing/TerminalBuffer.h"
 #include "core/process/PtyProcess.h"
 
 namespace tarnik {
 
 // One attempt to join this Mac to an account: runs the helper's connect command on a terminal, waits for its
-// prompt and the person's yes, presses Enter for them and tells from what the command does whether it worked.
+// prompt and the person's yes, presses Enter for them and concludes from what the command does whether it
+// worked.
 //
-// Made per link, never restarted. Shared by the supervisor, whoever shows it, and the command's exit
-// callback, which keeps it until the end was told. Call from any thread.
+// Made per link, never restarted. Shared by the supervisor, the application model and the command's exit
+// callback, which keeps it until the end was reported. Call from any thread.
 //
 //   from            event                                             to
 //   starting        the cleaned output holds promptMarker             waitingForYes
@@ -31,15 +33,17 @@ namespace tarnik {
 //   connecting      the command ends after cancel(), joined() is true connected
 //   any but the last two   the command ends                           ended(status)
 //   connected, ended       anything                                   as it was
+//
+// The command counts as ended when its output has ended too, or drainTimeout after its exit: its last words
+// may still be on their way, and a descendant can hold the terminal open for ever.
 class PairingSession : public std::enable_shared_from_this<PairingSession> {
     struct Passkey {};
 
 public:
     static constexpr std::string_view promptMarker = "Press Enter to connect it";
-    static constexpr std::size_t maxTextBytes = 16384;
-    static constexpr std::size_t keptCharacters = 8192;  // user-perceived ones, once there were more bytes
-    static constexpr Seconds cancelGrace = Seconds(3);
-    static constexpr Seconds drainTimeout = Seconds(1);  // for output that is still on its way at the exit
+    static constexpr Seconds cancelGrace = Seconds(3);    // between SIGTERM and SIGKILL
+    static constexpr Seconds cancelTimeout = Seconds(8);  // for all of cancel()
+    static constexpr Seconds drainTimeout = Seconds(1);
 
     using Phase = PairingPhase;
     using Failure = PairingFailure;
@@ -48,6 +52,7 @@ public:
         std::string sessionID;
         Phase phase;
         std::string text;  // cleaned of escape sequences; from outside, so shown as plain text only
+        std::uint64_t textStart = 0;  // the number of bytes of such text that were cut off before it
 
         bool operator==(const Snapshot&) const = default;
     };
@@ -55,20 +60,29 @@ public:
     using SpawnPty = std::function<std::expected<std::shared_ptr<PtyProcess>, SpawnError>(
         const SpawnRequest&, ChildProcess::OnExit)>;
 
+    // Waits on `changed` for at most `timeout` until `done` returns true. Returns what `done` returns.
+    using Wait = std::function<bool(std::unique_lock<std::mutex>& lock, std::condition_variable& changed,
+                                    Seconds timeout, const std::function<bool()>& done)>;
+    static bool steadyWait(std::unique_lock<std::mutex>& lock, std::condition_variable& changed,
+                           Seconds timeout, const std::function<bool()>& done);
+
     // What a session is made of, and all that it asks of the outside.
     struct Setup {
         SpawnRequest request;
         SpawnPty spawnPty;
         std::function<TimePoint()> now;
-        std::function<bool()> joined;  // asked under the session's lock
+        std::function<bool()> joined;  // called under the session's lock
         Seconds connectedAfter;
         std::function<void(Seconds, std::function<void()>)> callAfter;  // runs a task later, on any thread
-        // Told of every change, in order, one call at a time, on the thread that made the change or on one
-        // that is telling of an earlier one. May call back into the session.
+        // Called for every change, in order, one call at a time, on the thread that made the change or on one
+        // that is reporting an earlier one. Of several changes within one phase that wait, the last is
+        // reported. May call back into the session.
         std::function<void(const Snapshot&)> onUpdate;
-        ChildProcess::OnExit onExit;  // told like a change, right after the snapshot that shows the end
+        ChildProcess::OnExit onExit;  // called once, right after the update that shows the end
+        Wait wait = steadyWait;
     };
 
+    // Where it fails there is no session, and nothing is ever reported.
     static std::expected<std::shared_ptr<PairingSession>, SpawnError> start(Setup setup);
     PairingSession(Passkey, Setup setup);
 
@@ -76,45 +90,46 @@ public:
     Phase phase() const;
     bool isInProgress() const;
 
-    // Presses Enter, if the prompt is there and unanswered; whether the Enter was written.
+    // Presses Enter if the prompt is there and unanswered. Returns true if the Enter was written.
     bool confirm();
 
-    // Ends the command: SIGTERM, 3 s, SIGKILL, 5 s, and 2 s for its last words. Blocks that long at most. The
-    // phase follows from the exit, and is final on return if the command has ended.
+    // Ends the command: SIGTERM, 3 s, SIGKILL. Blocks for up to 8 s. The phase follows from the exit, and is
+    // final on return unless the command outlived its SIGKILL.
     void cancel();
 
-    // Whether the supervisor may stop this session for other work: not before the person's answer, and not
-    // until `grace` after it.
+    // Returns true if the supervisor may stop this session for other work: not before the person's answer,
+    // and not until `grace` after it.
     bool mayBeInterrupted(TimePoint now, Seconds grace) const;
 
 private:
-    struct Update {
-        Snapshot snapshot;
-        std::optional<ExitStatus> ended;  // of the command, to be told after the snapshot
-    };
-
-    void attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDReader> reader);
+    void attach(std::shared_ptr<PtyProcess> pty);
     void received(std::string_view bytes);
-    void commandEnded(ExitStatus status);
-    void processExited(ExitStatus status);
+    void commandExited(ExitStatus status);
+    void outputEnded();
+    void endIfComplete();
     void checkConnected();
-    Snapshot makeSnapshot() const;
-    void enqueueUpdate(std::optional<ExitStatus> ended = {});
-    void deliverUpdates();
+    bool waitFor(Seconds timeout, const std::function<bool()>& done);
+    Snapshot makeSnapshot(const Phase& phase) const;
+    void setPhase(const Phase& phase);
+    void reportChanges();
 
     const Setup setup_;
     const std::string id_;
 
     mutable std::mutex mutex_;         // guards what follows; taken before the child's own lock, never after
-    std::condition_variable changed_;  // attached, ended
-    std::shared_ptr<PtyProcess> pty_;
-    std::shared_ptr<FDReader> reader_;
-    std::string raw_;  // decoded, not cleaned
+    std::condition_variable changed_;  // exited, output ended, ended
+    std::shared_ptr<PtyProcess> pty_;  // empty until start() has succeeded
+    TerminalBuffer output_;
     Phase phase_ = PairingPhases::Starting{};
     std::optional<TimePoint> confirmedAt_;
     bool stopRequested_ = false;
-    std::deque<Update> updates_;  // changes not yet told
-    bool delivering_ = false;
+    std::optional<ExitStatus> exit_;
+    bool outputEnded_ = false;
+    bool ended_ = false;  // exit_ has decided about the phase
+
+    std::deque<Phase> unreported_;  // the last is phase_; empty if every change was reported
+    std::optional<ExitStatus> unreportedExit_;
+    bool reporting_ = false;
 };
 
 }  // namespace tarnik

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace tarnik::TerminalText {
 
@@ -47,23 +48,41 @@ struct Marks {
     }
 };
 
-// Cleans from one buffer into another of the same size. What is written never overtakes what is read, so
-// that a piece may be copied in full before it is known how much of it counts.
-class Cleaner {
+// Cleans one piece of text from one buffer into another, which has room for all of it. What is written never
+// overtakes what is read, so that a part may be copied in full before it is known how much of it counts.
+class Pass {
 public:
-    Cleaner(std::string_view text, char* out) : in_(text.data()), end_(in_ + text.size()), out_(out) {}
+    using State = Cleaner::State;
 
-    // Where the cleaned text ends.
+    Pass(State state, std::string_view text, char* out)
+        : in_(text.data()), end_(in_ + text.size()), out_(out), state_(state) {}
+
+    // Returns where the cleaned text ends.
     char* run() {
+        resume();
         while (left() >= blockBytes + pieceBytes) cleanBlock();
         while (in_ != end_) cleanCharacter();
         return out_;
     }
 
+    // The sequence in which the text ended.
+    State state() const { return state_; }
+
 private:
     static constexpr std::size_t pieceBytes = 16;
 
     std::size_t left() const { return static_cast<std::size_t>(end_ - in_); }
+
+    // Continues the sequence in which the last piece ended.
+    void resume() {
+        switch (std::exchange(state_, State::text)) {
+            case State::text: return;
+            case State::escape: return skipSequence();
+            case State::controlSequence: return skipControlSequence();
+            case State::systemCommand: return skipSystemCommand(' ');
+            case State::systemCommandEscape: return skipSystemCommand(escape);
+        }
+    }
 
     // Takes in the next block, and the end of a sequence that reaches beyond it.
     void cleanBlock() {
@@ -98,14 +117,21 @@ private:
         *out_++ = *in_++;
     }
 
-    // `in_` is at a character that goes, by itself or with the sequence that it starts.
+    // Skips the control character at `in_`, with the sequence that it starts.
     void drop() {
-        if (next() != escape || in_ == end_) return;
+        if (next() == escape) skipSequence();
+    }
+
+    void skipSequence() {
+        if (in_ == end_) {
+            state_ = State::escape;
+            return;
+        }
         const unsigned char kind = next();
         if (kind == '[') {
             skipControlSequence();
         } else if (kind == ']') {
-            skipSystemCommand();
+            skipSystemCommand(' ');
         } else if (kind >= 0x80) {
             skipContinuationBytes();
         }
@@ -116,15 +142,16 @@ private:
             const unsigned char byte = next();
             if (64 <= byte && byte <= 126) return;
         }
+        state_ = State::controlSequence;
     }
 
-    void skipSystemCommand() {
-        unsigned char previous = ' ';
+    void skipSystemCommand(unsigned char previous) {
         while (in_ != end_) {
             const unsigned char byte = next();
             if (byte == bell || (byte == '\\' && previous == escape)) return;
             previous = byte;
         }
+        state_ = previous == escape ? State::systemCommandEscape : State::systemCommand;
     }
 
     void skipContinuationBytes() {
@@ -136,16 +163,25 @@ private:
     const char* in_;
     const char* end_;
     char* out_;
+    State state_;
 };
 
 }  // namespace
 
 std::string clean(std::string_view text) {
     std::string cleaned;
-    cleaned.resize_and_overwrite(text.size(), [text](char* out, std::size_t) {
-        return static_cast<std::size_t>(Cleaner(text, out).run() - out);
-    });
+    Cleaner().append(text, cleaned);
     return cleaned;
+}
+
+void Cleaner::append(std::string_view piece, std::string& cleaned) {
+    const std::size_t before = cleaned.size();
+    cleaned.resize_and_overwrite(before + piece.size(), [&](char* out, std::size_t) {
+        Pass pass(state_, piece, out + before);
+        const char* const end = pass.run();
+        state_ = pass.state();
+        return static_cast<std::size_t>(end - out);
+    });
 }
 
 }  // namespace tarnik::TerminalText

@@ -19,17 +19,19 @@ namespace {
 // A terminal that says it can take input takes at least this much without blocking.
 constexpr std::size_t writeBytes = 256;
 
-// False when the terminal takes nothing until `deadline`, and when nobody is left on its other side: Linux
-// would still accept the bytes. Where a system can't tell (POLLNVAL), the write itself will.
-bool waitWritable(int fd, TimePoint deadline) {
-    while (true) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steadyNow());
-        const auto timeout = static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
-        pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
-        const int ready = ::poll(&entry, 1, timeout);
-        if (ready < 0 && errno == EINTR) continue;
-        return ready > 0 && (entry.revents & (POLLHUP | POLLERR)) == 0;
-    }
+// How soon a write that waits for the terminal notices closeInput().
+constexpr std::chrono::milliseconds closeCheckInterval(20);
+
+enum class Writable { yes, notYet, never };
+
+// Waits a moment for the terminal to take input. It never will when nobody is left on its other side,
+// although Linux would still accept the bytes. Where a system can't tell (POLLNVAL), the write itself will.
+Writable waitWritable(int fd) {
+    pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
+    const int ready = ::poll(&entry, 1, static_cast<int>(closeCheckInterval.count()));
+    if (ready < 0) return errno == EINTR ? Writable::notYet : Writable::never;
+    if (ready == 0) return Writable::notYet;
+    return (entry.revents & (POLLHUP | POLLERR)) == 0 ? Writable::yes : Writable::never;
 }
 
 class SignalsBlocked {
@@ -87,19 +89,25 @@ UniqueFd PtyProcess::takeMaster() {
 
 bool PtyProcess::write(std::string_view text, Seconds timeout) {
     const std::lock_guard lock(writeMutex_);
-    if (!input_) return false;
     const TimePoint deadline = after(steadyNow(), timeout);
-    while (!text.empty()) {
-        if (!waitWritable(input_.get(), deadline)) return false;
+    while (!closed_) {
+        if (text.empty()) return true;
+        const Writable writable = waitWritable(input_.get());
+        if (writable == Writable::never) return false;
+        if (writable == Writable::notYet) {
+            if (steadyNow() >= deadline) return false;
+            continue;
+        }
         const ssize_t count = ::write(input_.get(), text.data(), std::min(text.size(), writeBytes));
         if (count < 0 && errno == EINTR) continue;
         if (count <= 0) return false;
         text.remove_prefix(static_cast<std::size_t>(count));
     }
-    return true;
+    return false;
 }
 
 void PtyProcess::closeInput() {
+    closed_ = true;  // ends a write that holds the lock
     const std::lock_guard lock(writeMutex_);
     input_.reset();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <expected>
 #include <memory>
 #include <mutex>
@@ -37,18 +38,20 @@ public:
     // 0 (Darwin) or EIO (Linux) when the child and all its descendants have left the terminal.
     UniqueFd takeMaster();
 
-    // Types `text`; whether all of it was taken. False after closeInput(), on a dead terminal, and when the
-    // terminal hasn't taken it within `timeout`. Two texts are never mixed. Call from any thread.
+    // Types `text`. Returns false after closeInput(), which also ends a write that waits, on a dead terminal,
+    // and if the terminal hasn't taken all of it within `timeout`. Two texts are never mixed. Call from any
+    // thread.
     bool write(std::string_view text, Seconds timeout = writeTimeout);
 
-    // Later writes return false. Sends nothing to the child.
+    // Later writes return false. Sends nothing to the child. Call from any thread.
     void closeInput();
 
 private:
     std::shared_ptr<ChildProcess> child_;
     UniqueFd master_;
     std::mutex writeMutex_;
-    UniqueFd input_;  // guarded by writeMutex_; none once closed
+    UniqueFd input_;  // guarded by writeMutex_; empty once closed
+    std::atomic<bool> closed_ = false;
 };
 
 }  // namespace tarnik

@@ -43,7 +43,12 @@ TEST(Utf8, keepsWholeCharactersFromTheEnd) {
         {flag, 2, "a" + flag},
         {"a", 3, "b\xFF\xC3"},
     };
-    for (const auto& [before, count, end] : cases) EXPECT_EQ(lastCharacters(before + end, count), end) << end;
+    for (const auto& [before, count, end] : cases) {
+        LastCharacters last(count);
+        last.append(before);
+        last.append(end);
+        EXPECT_EQ((before + end).substr(last.start()), end);
+    }
 }
 
 }  // namespace

@@ -51,7 +51,14 @@ TEST(JoinLink, takesTheFirstCodeOfAnAppLink) {
 }
 
 TEST(JoinLink, takesWebLinksOfTheOriginOnly) {
-    expectAll(links("https://tarnik.example/c/* HTTPS://TARNIK.Example//c//*/?code=x#y"), origin, code);
+    const std::string address = "HTTPS://TARNIK.Example//c//" + code + "/";
+    const std::string anything = "a|b [c] \u00E9 100%\n";
+    expectAll({address, address + "?code=x#y", address + "?" + anything + "z",
+               address + "#?" + anything + "#", "tarnik://connect?code=" + code + "#" + anything},
+              origin, code);
+    expectAll({"https://tarnik.example/c|/" + code, "https://tarnik .example/c/" + code + "?a b",
+               "https:/?" + anything},
+              origin, std::nullopt);
     expectAll(
         links("http://tarnik.example/c/* https://tarnik.example:443/c/* https://tarnik.example:65979/c/* "
               "https://tarnik.example:/c/* https://x.tarnik.example/c/* https:///c/* tarnik.example/c/* "

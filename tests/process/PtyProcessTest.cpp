@@ -64,10 +64,14 @@ protected:
         *PtyProcess::spawn({.executable = "/bin/sleep", .arguments = {"60"}});
 };
 
-TEST_F(SilentTerminal, takesNothingForLong) {
+TEST_F(SilentTerminal, isWaitedForUntilTheTimeoutOrTheEndOfInput) {
     std::string lines;
     while (lines.size() < 1 << 20) lines += "a line that nobody reads\n";
-    EXPECT_FALSE(pty_->write(lines, Seconds(0.05)));
+    EXPECT_FALSE(pty_->write(lines, Seconds(0.01)));
+    auto stuck = std::async(std::launch::async, [&] { return pty_->write(lines, Seconds(60)); });
+    EXPECT_EQ(stuck.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    pty_->closeInput();
+    EXPECT_EQ(stuck.wait_for(std::chrono::seconds(20)), std::future_status::ready);
 }
 
 TEST_F(SilentTerminal, leavesWhateverGotTheReadersNumberAlone) {

@@ -42,6 +42,8 @@ public:
     void attachTerminal(UniqueFd farSide) { terminal_ = std::move(farSide); }
     void print(std::string_view text) const;
     std::string typed() const;  // waits for some, with a bound
+    // The terminal as a descendant holds it: open beyond the child's end.
+    UniqueFd holdTerminal() const { return UniqueFd::duplicate(terminal_.get()); }
 
 private:
     void signalled(int number);

@@ -1,0 +1,94 @@
+#include "core/pairing/TerminalBuffer.h"
+
+#include <ctime>
+#include <random>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace tarnik {
+namespace {
+
+// The rule as it reads: everything is cut and cleaned as a whole, for each chunk.
+struct WholeText {
+    std::string raw;
+
+    void append(std::string_view bytes) {
+        raw += decodeLossy(bytes);
+        if (raw.size() <= TerminalBuffer::maxTextBytes) return;
+        LastCharacters last(TerminalBuffer::keptCharacters);
+        last.append(raw);
+        raw.erase(0, last.start());
+    }
+    std::string text() const { return TerminalText::clean(raw); }
+};
+
+TEST(TerminalBuffer, holdsWhatCleaningTheWholeWouldGive) {
+    const std::vector<std::string> words[] = {
+        {"a", "\x1B", "[", "1;32m", "]", "0;t\\", "\a", "\\", "\r\n", "\xFF", "text "},
+        {"\u00E9", "\x1B[", "\U0001F469\u200D\U0001F467", "\u0301", "\U0001F1E9", "m", "\xC3", "\r"},
+        {std::string(700, 'a'), std::string(900, '\x1B'), "]\u00E9", "\a", std::string(4'000, '\x80')},
+    };
+    for (unsigned seed = 0; seed < 6; ++seed) {
+        std::mt19937 random(seed);
+        const auto& vocabulary = words[seed % std::size(words)];
+        TerminalBuffer buffer;
+        WholeText whole;
+        std::string known;
+        for (int chunk = 0; chunk < 60; ++chunk) {
+            std::string bytes;
+            for (auto count = random() % (seed < 3 ? 4 : 20); count > 0; --count)
+                bytes += vocabulary[random() % vocabulary.size()];
+            const std::size_t unchanged = buffer.append(bytes);
+            whole.append(bytes);
+            ASSERT_EQ(buffer.text(), whole.text()) << seed << " " << chunk;
+            ASSERT_TRUE(known.ends_with(buffer.text().substr(0, unchanged)));
+            known = buffer.text();
+        }
+    }
+}
+
+TEST(TerminalBuffer, keepsTheLastCharactersOfLongOutput) {
+    std::string lines;
+    while (lines.size() < 20'000) lines += std::to_string(lines.size()) + "\n";
+    TerminalBuffer buffer;
+    buffer.append(lines.substr(0, 16'384));
+    EXPECT_EQ(buffer.text().size(), 16'384U);
+    buffer.append(lines.substr(16'384));
+    EXPECT_EQ(buffer.text(), lines.substr(lines.size() - 8192));
+    EXPECT_EQ(buffer.textStart(), lines.size() - 8192);
+}
+
+TEST(TerminalBuffer, isBoundedForACharacterWithoutEnd) {
+    TerminalBuffer buffer;
+    std::string marks;
+    while (marks.size() < 4096) marks += "\u0301";
+    for (std::size_t printed = 0; printed < TerminalBuffer::maxKeptBytes + 80'000; printed += marks.size()) {
+        buffer.append(marks);
+        ASSERT_LE(buffer.text().size(), TerminalBuffer::maxKeptBytes);
+        ASSERT_EQ(buffer.textStart() + buffer.text().size(), printed + marks.size());
+    }
+    buffer.append("end");
+    EXPECT_TRUE(buffer.text().ends_with("\u0301end"));
+}
+
+double processorSeconds() {
+    timespec now{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+// Beside cleaning all of it for each byte, in processor time: a loaded machine slows both.
+TEST(TerminalBuffer, costsWhatTheNewBytesCost) {
+    const std::string start(16'000, 'a');
+    TerminalBuffer buffer;
+    buffer.append(start);
+    const double before = processorSeconds();
+    for (int i = 0; i < 300; ++i) buffer.append("b");
+    const double between = processorSeconds();
+    for (int i = 0; i < 300; ++i) ASSERT_GT(TerminalText::clean(start + buffer.text()).size(), start.size());
+    EXPECT_LT(between - before, (processorSeconds() - between) / 2);
+}
+
+}  // namespace
+}  // namespace tarnik
