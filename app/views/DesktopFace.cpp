@@ -31,6 +31,7 @@ Presentation DesktopFace::presentation() {
     return {.makeStatusItem =
                 [this](const MenuContent& menu) {
                     menu_ = menu;
+                    addMenuKeys();
                     settleTray();
                 },
             .showWindow = [this] { showWindow(); },
@@ -80,6 +81,7 @@ MainWindow& DesktopFace::window() {
             });
         window_->setOnClose(
             {.closed = [this] { closeRequested(); }, .stays = [this] { return closingQuits(); }});
+        addMenuKeys();
     }
     return *window_;
 }
@@ -96,6 +98,12 @@ void DesktopFace::refuse(const std::string& why, std::function<void()> seen) con
     if (deps_.atLogin) return seen();
     if (deps_.activate) deps_.activate();
     showAlert(std::string(WindowTexts::alreadyRunning), why, std::move(seen));
+}
+
+// A link may open the window before there is a menu.
+void DesktopFace::addMenuKeys() {
+    if (window_ && menu_)
+        window_->setMenuKeys(*menu_, [this](MenuContent::Action action) { choose(action); });
 }
 
 void DesktopFace::choose(MenuContent::Action action) {

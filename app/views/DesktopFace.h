@@ -53,6 +53,7 @@ private:
     MainWindow& window();
     void showWindow();
     void refuse(const std::string& why, std::function<void()> seen) const;
+    void addMenuKeys();
     void choose(MenuContent::Action action);
     void closeRequested();
     WindowContent content() const;

@@ -5,6 +5,8 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollArea>
+#include <QScrollBar>
+#include <optional>
 
 #include "app/model/WindowTexts.h"
 #include "app/views/Announcer.h"
@@ -32,25 +34,34 @@ protected:
     void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), lineColour(palette())); }
 };
 
+std::optional<QAbstractSlider::SliderAction> scrollingOf(int key) {
+    switch (key) {
+        case Qt::Key_Up: return QAbstractSlider::SliderSingleStepSub;
+        case Qt::Key_Down: return QAbstractSlider::SliderSingleStepAdd;
+        case Qt::Key_PageUp: return QAbstractSlider::SliderPageStepSub;
+        case Qt::Key_PageDown: return QAbstractSlider::SliderPageStepAdd;
+        default: return std::nullopt;
+    }
+}
+
 }  // namespace
 
 MainView::MainView(const WindowContent& content, OnIntent onIntent)
     : onIntent_(std::move(onIntent)), content_(content), announcer_(new Announcer(this)) {
     setAccessibleName(qtText(WindowTexts::product));
 
-    // Everything fits as it is; larger fonts and long words of an installer can be scrolled to.
-    auto* scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidget(makePage());
-    scroll->viewport()->setAutoFillBackground(false);
-    scroll->widget()->setAutoFillBackground(false);
+    // Small screens, larger fonts and long words of an installer make a page longer than the window.
+    scroll_ = new QScrollArea(this);
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setWidgetResizable(true);
+    scroll_->setFocusPolicy(Qt::NoFocus);
+    scroll_->setWidget(makePage());
+    scroll_->viewport()->setAutoFillBackground(false);
+    scroll_->widget()->setAutoFillBackground(false);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(scroll);
+    layout->addWidget(scroll_);
 
     connect(connect_->linkField(), &QLineEdit::textEdited, this,
             [this] { ask({.kind = WindowIntent::Kind::editLink}); });
@@ -94,10 +105,15 @@ QWidget* MainView::makePage() {
 void MainView::setContent(const WindowContent& content) {
     if (content == content_) return;
     const std::string news = content.newsSince(content_);
+    const bool isOtherPage = content.section != content_.section;
     QWidget* focused = window()->focusWidget();
+    // The person may have scrolled away from the focus, and content changes ten times a second.
+    const bool followsFocus = isOtherPage || isInView(focused);
     content_ = content;
     draw();
     settleFocus(focused);
+    if (isOtherPage) scroll_->verticalScrollBar()->setValue(0);
+    if (followsFocus) scrollToFocus();
     if (!news.empty() && isVisible()) announcer_->announce(news);
 }
 
@@ -132,7 +148,26 @@ void MainView::settleFocus(QWidget* before) {
         next = field;
     else if (button && button->isEnabled())
         next = button;
-    if (next != window()->focusWidget()) next->setFocus(Qt::OtherFocusReason);
+    if (next == window()->focusWidget()) return;
+    next->setFocus(Qt::OtherFocusReason);
+    scrollToFocus();
+}
+
+bool MainView::isInView(const QWidget* widget) const {
+    if (!widget || !scroll_->widget()->isAncestorOf(widget)) return false;
+    const auto* viewport = scroll_->viewport();
+    return viewport->rect().contains(QRect(widget->mapTo(viewport, QPoint()), widget->size()));
+}
+
+// After the layout has run, which places what changed.
+void MainView::scrollToFocus() {
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            QWidget* const focused = window()->focusWidget();
+            if (focused && scroll_->widget()->isAncestorOf(focused)) scroll_->ensureWidgetVisible(focused);
+        },
+        Qt::QueuedConnection);
 }
 
 // In a window that is new, nothing has the keyboard yet.
@@ -141,7 +176,14 @@ void MainView::showEvent(QShowEvent* event) {
     if (!window()->focusWidget()) settleFocus(nullptr);
 }
 
+void MainView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    scrollToFocus();
+}
+
 void MainView::keyPressEvent(QKeyEvent* event) {
+    if (const auto scrolling = scrollingOf(event->key()))
+        return scroll_->verticalScrollBar()->triggerAction(*scrolling);
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->isAutoRepeat() || (!isReturn && event->key() != Qt::Key_Escape))
         return QWidget::keyPressEvent(event);

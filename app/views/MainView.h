@@ -7,6 +7,7 @@
 #include "app/model/WindowContent.h"
 
 class QBoxLayout;
+class QScrollArea;
 
 namespace tarnik {
 
@@ -30,8 +31,9 @@ public:
     void fillLinkField(const std::string& link);
 
 protected:
-    // Return and Escape, whatever has the keyboard.
+    // Return and Escape, whatever has the keyboard; scrolling, where no control has it.
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
@@ -39,6 +41,8 @@ private:
     void draw();
     void settleTabOrder();
     void settleFocus(QWidget* before);
+    bool isInView(const QWidget* widget) const;
+    void scrollToFocus();
     void pressReturn();
     void ask(WindowIntent intent);
 
@@ -47,6 +51,7 @@ private:
     ConnectSection* connect_ = nullptr;  // a child, like those below
     SwitchesSection* switches_ = nullptr;
     Announcer* announcer_ = nullptr;
+    QScrollArea* scroll_ = nullptr;
     QBoxLayout* pageLayout_ = nullptr;
 };
 

@@ -4,12 +4,13 @@
 #include <functional>
 #include <optional>
 
+#include "app/model/MenuContent.h"
 #include "app/views/MainView.h"
 
 namespace tarnik {
 
-// The one window: 460 by 560, of a fixed size, with a close and a minimise button. Closing hides it; it keeps
-// its place. Main thread.
+// The one window: 460 by 560, or as much of that as the screen has room for; the rest is scrolled to. It has
+// a close and a minimise button. Closing hides it; it keeps its place. Main thread.
 class MainWindow : public QWidget {
 public:
     MainWindow(WindowContent content, MainView::OnIntent onIntent);
@@ -30,21 +31,30 @@ public:
     };
     void setOnClose(OnClose onClose);
 
+    // Makes the keys that the menu shows work in the window. Called once.
+    void setMenuKeys(const MenuContent& menu, const std::function<void(MenuContent::Action)>& onAction);
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    QSize outerSize(QSize inner) const;
     QPoint placeToShow() const;
 
     void makeView();
+    void fitScreen();
+    void screenChanged();
+    void moveIntoScreen();
 
     WindowContent content_;  // until there is a view
     std::string link_;       // until there is a view
     MainView::OnIntent onIntent_;
     MainView* view_ = nullptr;  // a child, once the window is on its way to the screen
     OnClose onClose_;
-    std::optional<QPoint> place_;  // on the screen, once it has one
+    std::optional<QPoint> place_;          // on the screen, once it has one
+    QMetaObject::Connection areaChanges_;  // of the screen that the window is on
 };
 
 }  // namespace tarnik

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <memory>
 
-#include "app/model/SampleScreens.h"
 #include "app/views/Alert.h"
 #include "app/views/MainWindow.h"
 #include "app/views/QtText.h"
@@ -52,7 +51,6 @@ QImage picture(QWidget& window, int scale) {
 }  // namespace
 
 int ScreenGallery::showScreen(std::string_view name, Appearance appearance) const {
-    const auto screens = sampleScreens();
     const auto found = std::ranges::find(screens, name, &SampleScreen::name);
     if (found == screens.end())
         return fail(misused, "there is no screen named " + qtText(name) + "; --list-screens names them");
@@ -68,7 +66,7 @@ int ScreenGallery::writeScreens(const std::string& folder) const {
 
     for (const auto appearance : {Appearance::light, Appearance::dark}) {
         QApplication::setPalette(paletteFor(appearance));
-        for (const auto& screen : sampleScreens()) {
+        for (const auto& screen : screens) {
             const auto window = shown(screen, webOrigin, Where::nowhere);
             QApplication::processEvents();
             for (const int scale : {1, 2}) {

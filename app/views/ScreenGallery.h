@@ -2,7 +2,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "app/model/SampleScreens.h"
 #include "app/views/Colours.h"
 #include "core/foundation/Url.h"
 
@@ -12,6 +14,7 @@ namespace tarnik {
 // exit status. Main thread.
 struct ScreenGallery {
     Url webOrigin;  // for the link field
+    std::vector<SampleScreen> screens = sampleScreens();
 
     // A window in that state, whose buttons do nothing, until it is closed.
     int showScreen(std::string_view name, Appearance appearance) const;

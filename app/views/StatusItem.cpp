@@ -2,11 +2,11 @@
 
 #include <QGuiApplication>
 #include <QIcon>
-#include <QKeySequence>
 #include <QMenu>
 #include <QSystemTrayIcon>
 
 #include "app/model/WindowTexts.h"
+#include "app/views/MenuKey.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"
 
@@ -24,7 +24,7 @@ std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const StatusItem::On
         }
         QAction* action = menu->addAction(qtText(entry.title));
         action->setMenuRole(QAction::NoRole);  // it stays where it is and keeps its words
-        if (!entry.key.empty()) action->setShortcut(QKeySequence("Ctrl+" + qtText(entry.key).toUpper()));
+        action->setShortcut(menuKey(entry));
         QObject::connect(action, &QAction::triggered, menu.get(),
                          [onAction, chosen = *entry.action] { onAction(chosen); });
     }

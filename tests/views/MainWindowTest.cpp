@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QScrollBar>
 #include <QShortcut>
 
 #include <gtest/gtest.h>
@@ -52,6 +53,41 @@ TEST(MainWindow, comesBackAsItWasAndWhereItWas) {
     view.window.hide();
     view.window.present();
     EXPECT_TRUE(view.window.screen()->geometry().contains(view.window.geometry()));
+}
+
+TEST(MainWindow, isNeverLargerThanItsScreenAndScrollsToTheFocus) {
+    ShownView view(sampleContent("install-failed-long"));
+    const QScreen* const small = QGuiApplication::screenAt(QPoint(810, 10));
+    view.window.move(small->geometry().topLeft() + QPoint(20, 0));
+    QApplication::processEvents();
+    ASSERT_EQ(view.window.screen(), small);
+    EXPECT_TRUE(small->availableGeometry().contains(view.window.frameGeometry()));
+
+    const auto* scroll = view.window.findChild<QScrollArea*>();
+    const auto isVisible = [&](const QWidget& widget) {
+        return scroll->viewport()->rect().contains(
+            QRect(widget.mapTo(scroll->viewport(), QPoint()), widget.size()));
+    };
+    const auto& last = *view.button("Turn on Screen Recording");
+    EXPECT_FALSE(isVisible(last));
+    view.press(Qt::Key_PageDown);
+    EXPECT_TRUE(isVisible(last)) << "no control has the keyboard";
+    view.show("connect");
+    EXPECT_TRUE(isVisible(view.field())) << "another page begins at its top";
+    while (!last.hasFocus()) view.press(Qt::Key_Tab);
+    EXPECT_TRUE(isVisible(last));
+    view.show("refused-link");
+    EXPECT_TRUE(isVisible(last)) << "the same page stays where it is";
+    view.window.findChild<QScrollArea*>()->verticalScrollBar()->setValue(0);
+    view.show("expired-link");
+    EXPECT_FALSE(isVisible(last)) << "also where the person has scrolled to";
+
+    view.window.move(500, 500);
+    QApplication::processEvents();
+    EXPECT_EQ(view.window.size(), QSize(460, 560));
+    const QRect area = view.window.screen()->availableGeometry();
+    Q_EMIT view.window.screen()->availableGeometryChanged(area);
+    EXPECT_TRUE(area.contains(view.window.frameGeometry())) << "a panel came, or a smaller mode";
 }
 
 }  // namespace

@@ -5,20 +5,21 @@
 
 #include <gtest/gtest.h>
 
-#include "app/model/SampleScreens.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
 namespace {
 
-const ScreenGallery gallery{.webOrigin = *Url::parse("https://tarnik.invalid")};
+const ScreenGallery gallery{
+    .webOrigin = *Url::parse("https://tarnik.invalid"),
+    .screens = {{"connected", {}}, {"alert", {}, Relocation::Message{"title", "body"}}}};
 
-TEST(ScreenGallery, writesEveryScreenInBothAppearancesAndSizes) {
+TEST(ScreenGallery, writesEachScreenInBothAppearancesAndSizes) {
     const TemporaryFolder folder;
     const auto made = folder.path() + "/made";
     ASSERT_EQ(gallery.writeScreens(made), 0);
     const QDir written(QString::fromStdString(made));
-    EXPECT_EQ(written.entryList(QDir::Files).size(), sampleScreens().size() * 4);
+    EXPECT_EQ(written.entryList(QDir::Files).size(), gallery.screens.size() * 4);
     const QImage light(written.filePath("connected-light.png"));
     const QImage dark(written.filePath("connected-dark@2x.png"));
     EXPECT_EQ(light.size(), QSize(460, 560));

@@ -25,7 +25,7 @@ public:
 
     BusSignal(QDBusConnection bus, const Match& match, Handler handler);
 
-private slots:
+private Q_SLOTS:
     void receive(const QDBusMessage& message) { handler_(message); }
 
 private:
