@@ -6,6 +6,7 @@
 
 #include "app/relocation/BundleVersion.h"
 #include "app/relocation/RelaunchLine.h"
+#include "app/relocation/RelocationRun.h"
 #include "core/process/Spawner.h"
 #include "core/relocation/Relocation.h"
 #include "tests/support/Eventually.h"
@@ -257,6 +258,37 @@ TEST(Relocator, killedAnywhereLeavesWholeBundlesAndHealsNextTime) {
             EXPECT_FALSE(mac.isQuarantined(std::string(place) + "/Contents/MacOS"));
             ASSERT_LT(steps, 100);
         }
+    }
+}
+
+// The step that is under way comes to its end, and none follows.
+TEST(Relocator, goesNoFurtherOnceTheProgramQuits) {
+    struct Case {
+        std::string installed, quitsIn, left;
+    };
+    const Case cases[] = {{"", "", ""},       {"1", "", "1"},    {"", "copy", ""},
+                          {"1", "copy", "1"}, {"", "move", "2"}, {"1", "exchange", "2"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.installed + " quits in " + c.quitsIn);
+        Downloaded mac(c.installed);
+        auto deps = mac.deps();
+        bool quits = c.quitsIn.empty();
+        const auto quitIn = [&](const std::string& name, auto& operation) {
+            operation = [&quits, here = name == c.quitsIn, whole = operation](const auto&... paths) {
+                quits |= here;
+                return whole(paths...);
+            };
+        };
+        quitIn("copy", deps.bundles.files.copy);
+        quitIn("move", deps.bundles.files.moveIntoEmptyPlace);
+        quitIn("exchange", deps.bundles.files.exchange);
+        const RelocationRecord log(mac.at("/Support"));
+        const RelocationRun::IsCancelled hasQuit = [&quits] { return quits; };
+        RelocationRun(deps, log, hasQuit).perform();
+        EXPECT_EQ(mac.versionAt(place), c.left);
+        EXPECT_EQ(mac.versionAt(download), "2");
+        EXPECT_EQ(mac.told, std::vector<std::string>());
+        EXPECT_EQ(mac.read(record).find("failed=quit") != std::string::npos, c.quitsIn == "copy");
     }
 }
 

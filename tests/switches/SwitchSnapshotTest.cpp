@@ -27,5 +27,10 @@ TEST(SwitchSnapshot, tellsWhichSwitchMayBelongToAnotherCopy) {
     }
 }
 
+TEST(Switch, isTurnedOnOnItsOwnPageOfTheSettings) {
+    EXPECT_TRUE(settingsURL(Switch::accessibility).ends_with("?Privacy_Accessibility"));
+    EXPECT_TRUE(settingsURL(Switch::screenRecording).ends_with("?Privacy_ScreenCapture"));
+}
+
 }  // namespace
 }  // namespace tarnik
