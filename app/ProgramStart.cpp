@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "app/OwnBundle.h"
+#include "app/model/PlainSentence.h"
 #include "core/driver/BundledDriver.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
@@ -43,7 +44,7 @@ std::optional<std::string> resourceFolder(const std::optional<std::string>& bund
 // All but the driver works without this folder.
 void makeApplicationSupport(const std::string& folder) {
     if (const auto made = createFolders(folder, 0700); !made) {
-        say(describe(made.error()));
+        say(messageFor(made.error()));
     }
 }
 

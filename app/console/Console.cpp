@@ -7,6 +7,7 @@
 
 #include "app/ProgramStart.h"
 #include "app/console/WindowText.h"
+#include "app/model/PlainSentence.h"
 #include "core/foundation/OneLine.h"
 #include "core/node/NodeInstaller.h"
 #include "core/pairing/PairingFailure.h"
@@ -124,7 +125,7 @@ void Console::showSetup(const Setup& setup, bool wasInstalling) {
         return output_.line("install", installing_);
     }
     if (const auto* failed = std::get_if<Setups::Failed>(&setup)) {
-        showError(failed->text);
+        showError(sentenceThenWords(failed->sentence, failed->text));
         return later([this] { fail(); });
     }
     if (wasInstalling) {

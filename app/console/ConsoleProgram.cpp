@@ -13,6 +13,7 @@
 #include "app/console/Console.h"
 #include "app/console/ConsoleLoop.h"
 #include "app/console/DriverOutput.h"
+#include "app/model/PlainSentence.h"
 #include "app/model/UpdateSettings.h"
 #include "app/relocation/Relocator.h"
 #include "core/node/TarnikIdentity.h"
@@ -44,7 +45,7 @@ AppModelDeps consoleDeps(const CommandLine& line, const AppPlatform& platform, c
 int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& place) {
     auto wake = Spawner::pipe();
     if (!wake) {
-        say(describe(wake.error()));
+        say(messageFor(wake.error()));
         return EXIT_FAILURE;
     }
     const DetachedWork work;

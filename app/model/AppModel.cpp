@@ -4,6 +4,7 @@
 
 #include "app/model/AgentTakeover.h"
 #include "app/model/PairingInbox.h"
+#include "app/model/PlainSentence.h"
 #include "app/model/WindowTexts.h"
 #include "core/node/NodeInstaller.h"
 #include "core/node/TarnikIdentity.h"
@@ -150,8 +151,7 @@ void AppModel::startInstallation() {
                              m.change([&](AppState& next) { next.download = {received, total}; });
                          });
                      }});
-            const Setup setup =
-                installed ? Setup(Setups::Ready{}) : Setup(Setups::Failed{describe(installed.error())});
+            const Setup setup = installed ? Setup(Setups::Ready{}) : Setup(failedSetup(installed.error()));
             weak.run([setup](AppModel& m) { m.installationEnded(setup); });
         });
     if (!started) installationEnded(Setups::Failed{std::string(WindowTexts::tooBusy)});
@@ -316,7 +316,7 @@ void AppModel::pairingBegan(PairingAttempt attempt, const std::expected<Session,
     if (!session) {
         if (!isCurrent) return;
         freeSlot();
-        return refuse(describe(session.error()));
+        return refuse(messageFor(session.error()));
     }
     if (isCurrent) {
         session_ = *session;

@@ -2,9 +2,8 @@
 
 #include <utility>
 
+#include "app/model/PlainSentence.h"
 #include "app/model/WindowTexts.h"
-#include "core/node/InstallFailure.h"
-#include "core/pairing/PairingFailure.h"
 
 namespace tarnik {
 namespace {
@@ -28,9 +27,9 @@ AppState installing(std::string text, std::optional<AppState::Download> download
     return state;
 }
 
-AppState failed(std::string text) {
+AppState failed(const InstallError& error) {
     AppState state;
-    state.setup = Setups::Failed{std::move(text)};
+    state.setup = failedSetup(error);
     return state;
 }
 
@@ -92,6 +91,15 @@ AppState ending() {
 }
 
 // More than the window shows of it.
+std::string tarsWords() {
+    std::string words;
+    for (int file = 1; file <= 40; ++file)
+        words += "tar: lib/node_modules/openclaw/dist/chunk-" + std::to_string(file) +
+                 ".mjs: Cannot write: No space left on device\n";
+    return words + "tar: Exiting with failure status due to previous errors";
+}
+
+// More than the window shows of it.
 std::string longText() {
     std::string text;
     for (int line = 1; line <= 600; ++line)
@@ -117,8 +125,8 @@ std::vector<SampleScreen> sampleScreens() {
         {"installing-download-unknown-size", installing("Downloading tarnik's helper…", unknown)},
         {"installing-refused-link",
          saying(installing("Downloading Node.js v24.22.1…", part), WindowTexts::stillInstalling)},
-        {"install-failed",
-         failed(describe(InstallFailure{.kind = InstallFailure::Kind::download, .what = "Node.js"}))},
+        {"install-failed", failed(InstallFailure{.kind = InstallFailure::Kind::download, .what = "Node.js"})},
+        {"install-failed-long", failed(InstallFailure{InstallFailure::Kind::extract, tarsWords()})},
         {"helper-missing", ready(NodeStates::NotInstalled{})},
         {"home-error", homeless("The node folder must be a full path (starting with /), not tarnik-node.")},
         {"connect", unjoined()},

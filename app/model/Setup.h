@@ -11,8 +11,9 @@ struct Installing {
     std::string text;  // the installer's latest line; empty until it has said something
     bool operator==(const Installing&) const = default;
 };
-struct Failed {  // for the rest of this run
-    std::string text;
+struct Failed {                 // for the rest of this run
+    std::string text;           // the error's description, unbounded
+    std::string sentence = {};  // shown before the text, unless that is a sentence itself
     bool operator==(const Failed&) const = default;
 };
 struct Ready {  // the helper is installed and its supervisor was started

@@ -14,7 +14,7 @@ using Intent = WindowIntent::Kind;
 
 // What comes from outside is cut to so many characters.
 constexpr std::size_t longestLine = 200;
-constexpr std::size_t longestFailure = 600;
+constexpr std::size_t longestFailure = 400;
 
 template <typename State, typename... States>
 bool is(const std::variant<States...>& state) {
@@ -129,9 +129,11 @@ bool isReconnecting(const AppState& state) {
     return is<NodeStates::Restarting>(state.node) || is<NodeStates::Pairing>(state.node);
 }
 
-WindowContent problemPage(std::string_view heading, std::string_view failure) {
+WindowContent problemPage(std::string_view heading, std::string_view failure,
+                          std::string_view sentence = {}) {
     auto content = page(Section::problem, heading);
     setSymbol(content, SymbolName::warning, WindowTexts::problemName);
+    if (!sentence.empty()) content.paragraphs.emplace_back(sentence);
     if (auto text = oneLine(failure, longestFailure); !text.empty())
         content.paragraphs.push_back(std::move(text));
     content.paragraphs.emplace_back(WindowTexts::tryAgain);
@@ -169,7 +171,7 @@ WindowContent linkPage(const AppState& state, const Url& webOrigin) {
 std::optional<WindowContent> blockingPage(const AppState& state) {
     if (state.homeError) return problemPage(WindowTexts::homeUnusable, *state.homeError);
     if (const auto* failed = std::get_if<Setups::Failed>(&state.setup))
-        return problemPage(WindowTexts::installFailed, failed->text);
+        return problemPage(WindowTexts::installFailed, failed->text, failed->sentence);
     if (const auto* installing = std::get_if<Setups::Installing>(&state.setup))
         return installingPage(state, installing->text);
     if (is<NodeStates::NotInstalled>(state.node)) return problemPage(WindowTexts::helperMissing, "");

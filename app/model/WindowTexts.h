@@ -59,7 +59,22 @@ inline constexpr Text notALink =
     "That doesn't look like a link from tarnik. Copy the whole link from your chat and paste it here.";
 inline constexpr Text stillInstalling = "tarnik's helper is still installing. Try again in a moment.";
 inline constexpr Text linkExpired = "This link has expired or was already used. Ask tarnik for a new one.";
-inline constexpr Text tooBusy = "This computer is too busy right now. Quit tarnik and open it again.";
+
+// Failures whose own words are the system's; these come first.
+inline constexpr Text tooBusy = "This computer is too busy right now. Close some programs and try again.";
+inline constexpr Text diskFull = "The disk is full. Make room on it and try again.";
+inline constexpr Text notAllowed =
+    "tarnik isn't allowed to use a file or folder that it needs. Change who may use it and try again.";
+inline constexpr Text fileFailed =
+    "tarnik couldn't use a file or folder that it needs. Look whether something else is in its place.";
+inline constexpr Text programFailed =
+    "tarnik couldn't start a program that it needs. Look whether that is installed.";
+inline constexpr Text downloadFailed =
+    "tarnik couldn't download its helper. Check your connection and try again.";
+inline constexpr Text unpackFailed =
+    "What tarnik downloaded is damaged, or the disk is full. Make room on it and try again.";
+inline constexpr Text releaseRefused =
+    "tarnik can't be sure that its helper is genuine, so nothing was installed. Try again later.";
 
 // The switches.
 inline constexpr Text switchesHeading = "So tarnik can work in your apps";

@@ -3,7 +3,6 @@
 #include <locale>
 #include <stdexcept>
 
-#include "core/foundation/OneLine.h"
 #include "core/foundation/WhiteSpace.h"
 #include "core/process/Spawner.h"
 
@@ -13,7 +12,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::size_t outputLimit = 65536;
-constexpr std::size_t mostOfTarsWords = 500;
 
 // An answer other than 200 is named by its address; whatever else went wrong on the way says so itself.
 InstallError downloadError(const HttpError& error, const std::string& url) {
@@ -57,9 +55,8 @@ std::expected<void, InstallError> tarExtract(const std::string& program, const s
                                    .limit = outputLimit});
     if (!run) return std::unexpected(run.error());
     if (run->status.succeeded()) return {};
-    // They may quote names out of the archive.
-    auto words = oneLine(trimmingWhiteSpace(run->text), mostOfTarsWords);
-    return std::unexpected(InstallFailure{InstallFailure::Kind::extract, std::move(words)});
+    return std::unexpected(
+        InstallFailure{InstallFailure::Kind::extract, std::string(trimmingWhiteSpace(run->text))});
 }
 
 std::optional<std::string> nodeVersion(const std::string& nodeBinary) {

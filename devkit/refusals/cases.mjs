@@ -12,7 +12,7 @@ import { mkdirSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { minimumVersion } from '../journey/settings.mjs';
 
-const aSentence = /^[A-Z'"“][^\n]{8,400}\.$/;
+const aSentence = /^[A-Z'"“][^\n]{8,400}\.\)?$/;
 const notUsed = 'Nothing was installed.';
 
 const notLoaded = (what) => ({ service, release }) => {
@@ -77,7 +77,7 @@ const signed = [
 const unpacked = [
   ['missing-wrapper', `tarnik's helper is missing a file. ${notUsed}`],
   ['locked-folder', `tarnik's helper is missing a file. ${notUsed}`],
-  ['not-a-tar', /^Couldn't unpack tarnik's helper \([^\n]+\)\. Nothing was installed\.$/],
+  ['not-a-tar', /^What tarnik downloaded is damaged[^\n]+\(Couldn't unpack tarnik's helper \([^\n]+\)\. Nothing was installed\.\)$/],
 ].map(([fault, sentence]) => ({ fault, sentence, leaves: 'runtime' }));
 
 // How much of these is refused is tar's to say.

@@ -167,6 +167,14 @@ TEST(NodeInstaller, swapsNothingInAFolderThatIsNoLongerOurs) {
     EXPECT_FALSE(f.home.isInstalled());
 }
 
+TEST(NodeInstaller, keepsTarsWordsWhole) {
+    const TemporaryFolder folder;
+    const std::string missing = "/" + std::string(3000, 'x');
+    const auto unpacked = NodeInstallerDeps::production().extract(missing, folder.path());
+    ASSERT_FALSE(unpacked);
+    EXPECT_NE(describe(unpacked.error()).find(missing + ": "), std::string::npos);
+}
+
 // bsdtar is macOS's tar; Debian has it beside the other.
 TEST(NodeInstaller, unpacksNamesBeyondAsciiWithEitherTar) {
     for (const char* tar : {"/usr/bin/tar", "/usr/bin/bsdtar"}) {

@@ -12,7 +12,7 @@ namespace {
 
 struct Fixture : FakeMachine {
     int ended = 0;
-    DesktopFace face{{.mainThread = main.record(), .end = [this] { ++ended; }}, sharedModel()};
+    DesktopFace face{{.mainThread = main.record(), .end = [this](int) { ++ended; }}, sharedModel()};
     Presentation shown = face.presentation();
     AppDelegate delegate{{.recordWindow = [](const std::string&) {}, .presentation = shown}, sharedModel()};
 

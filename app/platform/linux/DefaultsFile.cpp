@@ -14,6 +14,8 @@
 namespace tarnik {
 namespace {
 
+constexpr const char* couldNotSave = "couldn't save the settings: ";
+
 const Json yes(Json::Literal{"true"});
 
 struct Contents {
@@ -70,11 +72,12 @@ void DefaultsFile::setFlag(const std::string& key) {
     auto contents = read(path_);
     const std::string aside = path_ + std::string(asideSuffix);
     if (contents.isBroken && std::rename(path_.c_str(), aside.c_str()) != 0) {
-        return log_(describe(FileError::last("rename", path_)));
+        return log_(couldNotSave + describe(FileError::last("rename", path_)));
     }
     if (contents.isBroken) contents.members = members_;
     set(contents.members, key, yes);
-    if (const auto done = replaceFile(path_, written(contents.members)); !done) log_(describe(done.error()));
+    if (const auto done = replaceFile(path_, written(contents.members)); !done)
+        log_(couldNotSave + describe(done.error()));
 }
 
 UserDefaults DefaultsFile::operations(const std::string& path, const SystemLog& log) {

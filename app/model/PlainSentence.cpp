@@ -1,0 +1,75 @@
+#include "app/model/PlainSentence.h"
+
+#include <cerrno>
+
+#include "app/model/WindowTexts.h"
+
+namespace tarnik {
+namespace {
+
+using Text = WindowTexts::Text;
+
+// Returns an empty text for a code that needs the failed operation to be understood.
+Text sentenceForCode(int code) {
+    switch (code) {
+        case EAGAIN:
+        case ENOMEM:
+        case EMFILE:
+        case ENFILE: return WindowTexts::tooBusy;
+        case ENOSPC:
+        case EDQUOT: return WindowTexts::diskFull;
+        case EACCES:
+        case EPERM:
+        case EROFS: return WindowTexts::notAllowed;
+        default: return {};
+    }
+}
+
+Text sentenceForCode(int code, Text otherwise) {
+    const Text sentence = sentenceForCode(code);
+    return sentence.empty() ? otherwise : sentence;
+}
+
+struct InstallSentence {
+    Text operator()(const InstallFailure& failure) const {
+        return failure.kind == InstallFailure::Kind::extract ? WindowTexts::unpackFailed : Text();
+    }
+    Text operator()(const NodeRelease::Failure&) const { return WindowTexts::releaseRefused; }
+    Text operator()(const NodeHome::ClaimError&) const { return {}; }
+    Text operator()(const FileError& error) const { return plainSentence(error); }
+    Text operator()(const SpawnError& error) const { return plainSentence(error); }
+    Text operator()(const HttpError& error) const {
+        const bool isOfFile = error.kind == HttpError::Kind::file;
+        return isOfFile ? sentenceForCode(error.code, WindowTexts::fileFailed) : WindowTexts::downloadFailed;
+    }
+};
+
+}  // namespace
+
+std::string_view plainSentence(const FileError& error) {
+    return sentenceForCode(error.code, WindowTexts::fileFailed);
+}
+
+std::string_view plainSentence(const SpawnError& error) {
+    return sentenceForCode(error.code, WindowTexts::programFailed);
+}
+
+std::string_view plainSentence(const InstallError& error) {
+    return std::visit(InstallSentence(), error);
+}
+
+std::string_view plainSentence(const PairingError& error) {
+    const auto* spawn = std::get_if<SpawnError>(&error);
+    return spawn != nullptr ? plainSentence(*spawn) : Text();
+}
+
+std::string sentenceThenWords(std::string_view sentence, const std::string& words) {
+    if (sentence.empty() || words.empty()) return std::string(sentence) + words;
+    return std::string(sentence) + " (" + words + ")";
+}
+
+Setups::Failed failedSetup(const InstallError& error) {
+    return {.text = describe(error), .sentence = std::string(plainSentence(error))};
+}
+
+}  // namespace tarnik
