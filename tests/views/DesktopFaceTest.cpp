@@ -14,7 +14,9 @@ struct Fixture : FakeMachine {
     int ended = 0;
     DesktopFace face{{.mainThread = main.record(), .end = [this](int) { ++ended; }}, sharedModel()};
     Presentation shown = face.presentation();
-    AppDelegate delegate{{.recordWindow = [](const std::string&) {}, .presentation = shown}, sharedModel()};
+    AppDelegate delegate{
+        {.recordWindow = [](const std::string&) {}, .mainThread = main.record(), .presentation = shown},
+        sharedModel()};
 
     Fixture() {
         face.attach(delegate);
