@@ -1,6 +1,6 @@
-#include <fcntl.h>
-
 #include "core/driver/SearchFolder.h"
+
+#include <fcntl.h>
 
 namespace tarnik {
 

@@ -1,6 +1,6 @@
-#include <ctime>
-
 #include "core/foundation/Time.h"
+
+#include <ctime>
 
 namespace tarnik {
 

@@ -35,11 +35,6 @@ std::expected<std::shared_ptr<PairingSession>, SpawnError> PairingSession::start
     return session;
 }
 
-bool PairingSession::steadyWait(std::unique_lock<std::mutex>& lock, std::condition_variable& changed,
-                                Seconds timeout, const std::function<bool()>& done) {
-    return changed.wait_until(lock, after(steadyNow(), timeout), done);
-}
-
 PairingSession::PairingSession(Passkey, Setup setup) : setup_(std::move(setup)), id_(randomUuid()) {}
 
 PairingSession::Snapshot PairingSession::snapshot() const {

@@ -1,19 +1,18 @@
 #pragma once
 
 #include <condition_variable>
-#include <cstdint>
 #include <deque>
 #include <expected>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <string_view>
 
+#include "core/foundation/ConditionWait.h"
 #include "core/foundation/Time.h"
 #include "core/pairing/PairingFailure.h"
-#include "core/pairing/PairingPhase.h"
+#include "core/pairing/PairingSnapshot.h"
 #include "core/pairing/TerminalBuffer.h"
 #include "core/process/PtyProcess.h"
 
@@ -47,24 +46,10 @@ public:
 
     using Phase = PairingPhase;
     using Failure = PairingFailure;
-
-    struct Snapshot {
-        std::string sessionID;
-        Phase phase;
-        std::string text;  // cleaned of escape sequences; from outside, so shown as plain text only
-        std::uint64_t textStart = 0;  // the number of bytes of such text that were cut off before it
-
-        bool operator==(const Snapshot&) const = default;
-    };
+    using Snapshot = PairingSnapshot;
 
     using SpawnPty = std::function<std::expected<std::shared_ptr<PtyProcess>, SpawnError>(
         const SpawnRequest&, ChildProcess::OnExit)>;
-
-    // Waits on `changed` for at most `timeout` until `done` returns true. Returns what `done` returns.
-    using Wait = std::function<bool(std::unique_lock<std::mutex>& lock, std::condition_variable& changed,
-                                    Seconds timeout, const std::function<bool()>& done)>;
-    static bool steadyWait(std::unique_lock<std::mutex>& lock, std::condition_variable& changed,
-                           Seconds timeout, const std::function<bool()>& done);
 
     // What a session is made of, and all that it asks of the outside.
     struct Setup {
@@ -79,7 +64,7 @@ public:
         // reported. May call back into the session.
         std::function<void(const Snapshot&)> onUpdate;
         ChildProcess::OnExit onExit;  // called once, right after the update that shows the end
-        Wait wait = steadyWait;
+        ConditionWait wait = steadyWait;
     };
 
     // Where it fails there is no session, and nothing is ever reported.

@@ -29,7 +29,8 @@ std::optional<ProcessEntry> in(const Table& table, pid_t pid) {
 
 TEST(MacProcesses, knowsAChildWhateverItsProgramIsCalled) {
     const TemporaryFolder folder;
-    for (const std::string name : {"plain", "a) R 1 (b\n", "gone", "not gone (deleted)", "gone (deleted)", "replaced"}) {
+    for (const std::string name :
+         {"plain", "a) R 1 (b\n", "gone", "not gone (deleted)", "gone (deleted)", "replaced"}) {
         const std::string program = folder.path() + "/" + name;
         std::filesystem::copy_file(childProgram("wait_for_input_end"), program);
         const auto pipe = Spawner::pipe();

@@ -143,7 +143,10 @@ TEST(Spawner, boundsWhateverTheChildDoes) {
          ExitStatus::signaled(SIGTERM)},
         {{.executable = childProgram("ignore_term"), .timeout = 0.2s, .terminateGrace = 0.02s},
          ExitStatus::signaled(SIGKILL)},
-        {{.executable = childProgram("hold_output"), .arguments = {"60"}, .timeout = 60s, .outputGrace = 0.2s},
+        {{.executable = childProgram("hold_output"),
+          .arguments = {"60"},
+          .timeout = 60s,
+          .outputGrace = 0.2s},
          ExitStatus::exited(0)},
     };
     const auto before = ProcessCounts::baseline();
