@@ -3,7 +3,7 @@
 //
 // GLOB limits the changes to matching files, or to FILE:LINE. --list prints the changes and tries none. The same words
 // on the same tree pick the same changes. A change that does not compile, or compiles to the same program, is replaced
-// by another. Stress tests and the end-to-end programs are left out.
+// by another. Stress tests and the end-to-end programs are left out: code that only those run survives, and is marked.
 //
 // Every worker changes a copy of the tree in build/mutants/, never the checkout. The tests run in a process namespace
 // of their own where the system allows it, as a changed program may signal and leave behind anything.
@@ -147,6 +147,16 @@ class Worker {
         return createHash('sha1').update(fs.readFileSync(this.program(name))).digest('hex');
     }
 
+    // Of all that was compiled, in a test program or not.
+    digestOfLibraries() {
+        const folder = path.join(this.tree, 'build/mutants');
+        const libraries = ['core', 'app'].flatMap((area) => fs.readdirSync(path.join(folder, area), { recursive: true })
+            .filter((file) => file.endsWith('.a')).map((file) => path.join(folder, area, file)));
+        const hash = createHash('sha1');
+        for (const library of libraries.sort()) hash.update(fs.readFileSync(library));
+        return hash.digest('hex');
+    }
+
     // The name of the test that failed or hung; nothing when all passed.
     async failingTest(name, filter) {
         fs.rmSync(this.scratch, { recursive: true, force: true });
@@ -178,6 +188,7 @@ class Worker {
         this.copyTree();
         if (!await this.build(programs)) throw new Error('the tests do not build without a change');
         for (const name of programs) this.clean[name] = this.digest(name);
+        this.cleanLibraries = this.digestOfLibraries();
     }
 
     async testClean() {
@@ -201,7 +212,7 @@ class Worker {
         }
     }
 
-    // 'uncompiled', 'same', 'survived', or the test that noticed.
+    // 'uncompiled', 'same', 'survived', 'unlinked' for what survived outside the test programs, or the test that noticed.
     async judge(mutation) {
         const file = path.join(this.tree, mutation.file);
         const original = fs.readFileSync(file, 'utf8');
@@ -216,7 +227,8 @@ class Worker {
                 const failed = changed[program] && await this.noticed(program, filter);
                 if (failed) return { by: failed.test, hung: failed.hung };
             }
-            return Object.values(changed).includes(true) ? 'survived' : 'same';
+            if (Object.values(changed).includes(true)) return 'survived';
+            return this.digestOfLibraries() === this.cleanLibraries ? 'same' : 'unlinked';
         } finally {
             fs.writeFileSync(file, original);
         }
@@ -230,14 +242,15 @@ for (const signal of ['SIGINT', 'SIGTERM', 'SIGHUP']) {
     });
 }
 
-const count = { killed: 0, survived: 0, uncompiled: 0, same: 0, judging: 0 };
+const count = { killed: 0, survived: 0, unlinked: 0, uncompiled: 0, same: 0, judging: 0 };
+const judged = () => count.killed + count.survived + count.unlinked;
 const survivors = [];
 let next = 0;
 
 async function work(worker) {
     // Never more than can still count: so the changes that count are the first N in the order that do.
     while (next < picks.length) {
-        if (count.killed + count.survived + count.judging >= wanted) {
+        if (judged() + count.judging >= wanted) {
             if (count.judging === 0) return;
             await new Promise((resolve) => setTimeout(resolve, 100));
             continue;
@@ -248,9 +261,10 @@ async function work(worker) {
         count.judging -= 1;
         const name = verdict.by ? 'killed' : verdict;
         count[name] += 1;
-        if (name === 'survived') survivors.push({ order, pick: picks[order] });
+        if (name === 'survived') survivors.push({ order, text: describe(picks[order]) });
+        if (name === 'unlinked') survivors.push({ order, text: `${describe(picks[order])}  (in no unit test program)` });
         const how = verdict.by ? `  (${verdict.hung ? 'hangs in ' : ''}${verdict.by})` : '';
-        console.error(`${count.killed + count.survived}/${wanted} ${name}: ${describe(picks[order])}${how}`);
+        console.error(`${judged()}/${wanted} ${name}: ${describe(picks[order])}${how}`);
     }
 }
 
@@ -268,8 +282,9 @@ try {
 }
 
 console.log(survivors.length === 0 ? 'no survivors' : 'survivors:');
-for (const { pick } of survivors.sort((a, b) => a.order - b.order)) console.log(describe(pick));
-const judged = count.killed + count.survived;
-console.log(`${count.killed} killed, ${count.survived} survived, ${count.uncompiled} not compiled, ${count.same} without effect`);
-console.log(`score ${judged === 0 ? 0 : Math.round(1000 * count.killed / judged) / 10} % of ${judged}, seed ${seed}`);
+for (const { text } of survivors.sort((a, b) => a.order - b.order)) console.log(text);
+const survived = count.survived + count.unlinked;
+console.log(`${count.killed} killed, ${survived} survived, ${count.uncompiled} not compiled, ${count.same} without effect`);
+const score = (all) => `${all === 0 ? 0 : Math.round(1000 * count.killed / all) / 10} % of ${all}`;
+console.log(`score ${score(judged())}; ${score(judged() - count.unlinked)} in the unit test programs; seed ${seed}`);
 process.exit(0);
