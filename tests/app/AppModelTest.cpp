@@ -315,6 +315,9 @@ TEST(AppModel, stopsSessionNodeAndDriverAndThenSaysSo) {
     EXPECT_FALSE(stopped);
     EXPECT_TRUE(f.state().stopping);
     EXPECT_EQ(f.liveDrivers(), 1U) << "the node ends before it";
+    f.drivers.last().end(ExitStatus::exited(0));
+    f.advance(2s);
+    EXPECT_EQ(f.drivers.count(), 1U) << "it isn't started again";
     f.queues.at("tarnik.node")->letGo();
     f.settle();
     EXPECT_TRUE(stopped);

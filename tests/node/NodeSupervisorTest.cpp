@@ -30,15 +30,14 @@ struct Fixture {
     FakeSpawner spawner;
     std::vector<std::string> messages;
     std::vector<NodeState> states;
+    NodeSupervisorDeps deps;
     std::optional<NodeSupervisor> made;
 
-    NodeSupervisorDeps deps() {
-        auto deps = NodeSupervisorDeps::production();
+    Fixture() {
         deps.spawn = spawner.spawn();
         deps.spawnPty = spawner.spawnPty();
         deps.now = [this] { return clock->now(); };
         deps.makeQueue = [this](const std::string&) { return queue; };
-        return deps;
     }
 
     void write(const std::string& path) const {
@@ -52,19 +51,19 @@ struct Fixture {
     }
     void join() const { write(home.joinRecord()); }
 
-    NodeSupervisor& supervisor(std::optional<NodeSupervisorDeps> with = {}) {
+    NodeSupervisor& supervisor() {
         if (!made) {
             made.emplace(
-                home, Environment{{"PATH", "/bin"}, {"HOME", "/Users/me"}}, with ? *with : deps(),
+                home, Environment{{"PATH", "/bin"}, {"HOME", "/Users/me"}}, deps,
                 [this](const std::string& text) { messages.push_back(text); },
                 [this](const NodeState& state) { states.push_back(state); });
         }
         return *made;
     }
-    void startJoined(std::optional<NodeSupervisorDeps> with = {}) {
+    void startJoined() {
         install();
         join();
-        supervisor(std::move(with)).start();
+        supervisor().start();
     }
     std::shared_ptr<PairingSession> pair(const std::string& link = "https://join.example") {
         return supervisor().beginPairing(link, {}).value();
@@ -73,13 +72,6 @@ struct Fixture {
         spawner.last().print("Press Enter to connect it");
         ASSERT_TRUE(
             eventually([&] { return session->phase() == PairingPhase(PairingPhases::WaitingForYes{}); }));
-    }
-    std::shared_ptr<PairingSession> connect() {
-        auto session = pair();
-        prompt(session);
-        session->confirm();
-        queue->advance(15s);
-        return session;
     }
 };
 
@@ -100,9 +92,8 @@ TEST(NodeSupervisor, saysOnceWhatIsMissing) {
 
 TEST(NodeSupervisor, startsTheNodeOnItsOwnInput) {
     Fixture f;
-    auto deps = f.deps();
-    deps.nodeLog = NodeLog::make(f.folder.path() + "/log");
-    f.startJoined(deps);
+    f.deps.nodeLog = NodeLog::make(f.folder.path() + "/log");
+    f.startJoined();
     const auto& request = f.spawner.last().request();
     EXPECT_TRUE(request.standardInput.descriptor());
     EXPECT_TRUE(request.standardOutput.descriptor());
@@ -118,6 +109,7 @@ TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
     Fixture f;
     f.startJoined();
     for (const Seconds delay : {1s, 2s, 4s, 8s, 16s, 30s, 60s, 60s}) {
+        f.queue->advance(59.9s);
         f.spawner.last().end(ExitStatus::exited(1));
         EXPECT_EQ(f.states.back(), NodeState(Restarting{delay}));
         f.queue->advance(delay - 1ms);
@@ -126,7 +118,6 @@ TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
         EXPECT_EQ(f.states.back(), NodeState(Running{}));
     }
     EXPECT_EQ(f.spawner.last().request().standardOutput, Stdio::null());  // there is no log
-    EXPECT_EQ(f.messages.front(), "the node stopped (exit 1)");
     f.queue->advance(60s);
     f.spawner.last().end(ExitStatus::signaled(SIGKILL));
     EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));
@@ -138,14 +129,11 @@ TEST(NodeSupervisor, triesAgainWhenNothingCanBeStarted) {
     Fixture f;
     f.spawner.failure = SpawnError{"posix_spawn /node", ENOENT};
     f.startJoined();
-    f.queue->advance(1s);
-    EXPECT_EQ(f.messages,
-              std::vector<std::string>(
-                  2, "couldn't start the node: posix_spawn /node failed: No such file or directory"));
-    EXPECT_EQ(f.states, (std::vector<NodeState>{Restarting{1s}, Restarting{2s}}));
+    EXPECT_EQ(f.messages.at(0), "couldn't start the node: " + describe(*f.spawner.failure));
     for (int i = 0; i < 3; ++i) f.supervisor().start();
     f.queue->advance(1s);
-    EXPECT_EQ(f.messages.size(), 6U) << "one restart is pending, not four";
+    EXPECT_EQ(f.messages.size(), 5U) << "one restart was pending, not four";
+    EXPECT_EQ(f.states, (std::vector<NodeState>{Restarting{1s}, Restarting{2s}}));
     f.spawner.failure.reset();
     f.queue->advance(2s);
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
@@ -191,23 +179,20 @@ TEST(NodeSupervisor, stopsANodeByForceAndIgnoresItsLateExit) {
 // The end comes while the node is stopped for something else: that call starts nothing, so stop() finds
 // nothing to wait for.
 TEST(NodeSupervisor, startsNothingOnceTheProgramEnds) {
-    using Call = void (*)(NodeSupervisor&);
-    const Call calls[] = {
-        [](NodeSupervisor& node) { node.setEndpoint(endpointA); },
-        [](NodeSupervisor& node) { EXPECT_FALSE(node.beginPairing("https://join.example", {})); },
-    };
-    for (const auto& call : calls) {
+    for (const bool pairs : {false, true}) {
         Fixture f;
         bool ending = false;
-        auto deps = f.deps();
-        deps.isEnding = [&] { return ending; };
+        f.deps.isEnding = [&] { return ending; };
         f.spawner.manners = FakeChild::Manners::ignores;
         f.spawner.onWait = [&](Seconds) { ending = true; };
-        f.startJoined(deps);
-        call(f.supervisor());
+        f.startJoined();
+        if (pairs) {
+            EXPECT_FALSE(f.supervisor().beginPairing("https://join.example", {}));
+        } else {
+            f.supervisor().setEndpoint(endpointA);
+        }
         f.supervisor().start();
         f.supervisor().stop();
-        f.queue->advance(1h);
         EXPECT_EQ(f.spawner.count(), 1U);
         EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
     }
@@ -234,14 +219,13 @@ TEST(NodeSupervisor, restartsOnlyForAnotherEndpoint) {
 TEST(NodeSupervisor, refusesToPairWithoutChangingAnything) {
     Fixture f;
     const auto missing = f.supervisor().beginPairing("https://join.example", {});
-    EXPECT_EQ(describe(missing.error()), "tarnik's helper isn't installed on this Mac yet.");
+    EXPECT_EQ(missing.error(), PairingError(PairingFailure::notInstalled));
     EXPECT_TRUE(f.states.empty());
     f.install();
     const auto session = f.pair();
     EXPECT_EQ(f.states, std::vector<NodeState>{NodeStates::Pairing{}});
     const auto busy = f.supervisor().beginPairing("https://other.example", {});
-    EXPECT_EQ(describe(busy.error()),
-              "This Mac is already connecting with another link. Finish or cancel that one first.");
+    EXPECT_EQ(busy.error(), PairingError(PairingFailure::busy));
     EXPECT_EQ(f.spawner.count(), 1U);
     EXPECT_TRUE(session->isInProgress());
 }
@@ -268,7 +252,10 @@ TEST(NodeSupervisor, waitsForAnotherLinkWhenPairingFails) {
 TEST(NodeSupervisor, takesANewLinkOverAConnectedOne) {
     Fixture f;
     f.startJoined();
-    const auto first = f.connect();
+    const auto first = f.pair();
+    f.prompt(first);
+    first->confirm();
+    f.queue->advance(15s);
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
     EXPECT_FALSE(f.supervisor().runningPID()) << "it is no node";
     const auto second = f.pair("https://other.example");
@@ -305,6 +292,11 @@ TEST(NodeSupervisor, holdsANewEndpointBackWhilePairing) {
     EXPECT_EQ(f.spawner.count(), 5U);
     f.queue->advance(1h);
     EXPECT_EQ(f.spawner.count(), 5U);
+}
+
+TEST(NodeState, showsDelaysPlainly) {
+    EXPECT_EQ(describe(NodeState(Restarting{60s})), "restarting 60s");
+    EXPECT_EQ(describe(NodeState(Restarting{1.05s})), "restarting 1.05s");
 }
 
 }  // namespace

@@ -3,37 +3,26 @@
 #include <utility>
 
 namespace tarnik {
-namespace {
-
-struct Repetition : std::enable_shared_from_this<Repetition> {
-    Repetition(std::weak_ptr<ManualQueue> on, Seconds every, MainThread::Task what)
-        : queue(std::move(on)), interval(every), task(std::move(what)) {}
-
-    void arm() {
-        if (const auto open = queue.lock()) {
-            open->postAfter(interval, [self = shared_from_this()] {
-                if (self->ended) return;
-                self->arm();
-                self->task();
-            });
-        }
-    }
-
-    const std::weak_ptr<ManualQueue> queue;
-    const Seconds interval;
-    const MainThread::Task task;
-    bool ended = false;
-};
-
-}  // namespace
 
 MainThread ManualMainThread::record() const {
     return {.post = [queue = queue_](MainThread::Task task) { queue->post(std::move(task)); },
             .repeat =
-                [weak = std::weak_ptr(queue_)](Seconds interval, MainThread::Task task) {
-                    auto repetition = std::make_shared<Repetition>(weak, interval, std::move(task));
-                    repetition->arm();
-                    return RepeatingTimer([repetition] { repetition->ended = true; });
+                [queue = std::weak_ptr(queue_)](Seconds interval, MainThread::Task task) {
+                    // Held by the timer alone, so the repetition ends with it.
+                    const auto fire = std::make_shared<MainThread::Task>();
+                    const auto arm = [queue, interval, weak = std::weak_ptr(fire)] {
+                        const auto open = queue.lock();
+                        if (!open) return;
+                        open->postAfter(interval, [weak] {
+                            if (const auto alive = weak.lock()) (*alive)();
+                        });
+                    };
+                    *fire = [arm, task = std::move(task)] {
+                        arm();
+                        task();
+                    };
+                    arm();
+                    return RepeatingTimer([fire] {});
                 }};
 }
 
