@@ -314,7 +314,6 @@ TEST(AppModel, stopsSessionNodeAndDriverAndThenSaysSo) {
     f.settle();
     EXPECT_FALSE(stopped);
     EXPECT_TRUE(f.state().stopping);
-    EXPECT_EQ(f.liveDrivers(), 1U) << "the node ends before it";
     f.drivers.last().end(ExitStatus::exited(0));
     f.advance(2s);
     EXPECT_EQ(f.drivers.count(), 1U) << "it isn't started again";
@@ -350,6 +349,26 @@ TEST(AppModel, startsNothingOnceItStops) {
     f.switches = {true, true};
     f.advance(4s);
     EXPECT_EQ(f.nodes.count(), 1U);
+    EXPECT_EQ(f.liveDrivers(), 0U);
+}
+
+TEST(AppModel, followsTheLatestEndpointAndEndsTheDriverAfterTheNode) {
+    FakeMachine f;
+    f.install();
+    f.join();
+    f.nodes.manners = FakeChild::Manners::ignores;
+    f.nodes.onWait = [&](Seconds) { EXPECT_TRUE(!f.state().stopping || f.liveDrivers() == 1U); };
+    f.model().start();
+    f.settle();
+    f.queues.at("tarnik.node")->hold();
+    for (const bool on : {true, false, true, false, true}) {
+        f.switches = {true, on};
+        f.advance(2s);
+    }
+    f.queues.at("tarnik.node")->letGo();
+    EXPECT_EQ(f.nodes.count(), 2U);
+    f.model().stop([] {});
+    f.settle();
     EXPECT_EQ(f.liveDrivers(), 0U);
 }
 
