@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "app/model/SymbolName.h"
-#include "app/views/VectorPath.h"
 
 namespace tarnik {
 namespace {
@@ -27,13 +26,6 @@ TEST(SymbolIcon, drawsEverySymbolAndTheMark) {
     EXPECT_GT(inkedPixels(markIcon()), 60);
     EXPECT_GT(inkedPixels(wordIcon("tk")), 40);
     EXPECT_GT(inkedPixels(applicationIcon()), 400);
-}
-
-TEST(VectorPath, takesOnlyWhatItCanDraw) {
-    EXPECT_EQ(vectorPath("M 1 2 L 3 2 C 3 3 2 4 1 4 Z").boundingRect(), QRectF(1, 2, 2, 2));
-    for (const auto* text :
-         {"M 1", "M 1 x", "L", "m 1 2 l 3 4", "M 1 2 C 1 2 3 4", "M 1 2 A 1 2 3 4 5 6 7", "1 2"})
-        EXPECT_TRUE(vectorPath(text).isEmpty()) << text;
 }
 
 }  // namespace
