@@ -82,7 +82,7 @@ void copyThroughLog(const std::string& path, std::int64_t bytes) {
     const auto ended = alive->get_future();
     auto log = NodeLog::make(path, NodeLog::defaultCap, [alive] { return steadyNow(); });
     alive.reset();
-    UniqueFd writeEnd = log->attach();
+    UniqueFd writeEnd = log->attach().writeEnd;
     if (!writeEnd) throw std::runtime_error("no log");
     log.reset();
     feed(std::move(writeEnd), bytes);

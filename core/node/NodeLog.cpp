@@ -45,7 +45,7 @@ std::shared_ptr<NodeLog> NodeLog::make(std::string path, std::int64_t capBytes, 
 NodeLog::NodeLog(Passkey, std::string path, std::int64_t capBytes, Clock now)
     : path_(std::move(path)), cap_(std::max<std::int64_t>(capBytes, 1)), now_(std::move(now)) {}
 
-UniqueFd NodeLog::attach() {
+NodeLog::Output NodeLog::attach() {
     {
         const std::lock_guard lock(mutex_);
         if (!isOpen()) return {};
@@ -57,7 +57,7 @@ UniqueFd NodeLog::attach() {
     if (!reader) return {};
     const std::lock_guard lock(mutex_);
     lastReader_ = *reader;
-    return std::move(pipe->writeEnd);
+    return {std::move(pipe->writeEnd), *reader};
 }
 
 void NodeLog::drain(Seconds timeout) {

@@ -44,9 +44,14 @@ public:
                                          Clock now = steadyNow);
     NodeLog(Passkey, std::string path, std::int64_t capBytes, Clock now);
 
-    // The write end of a new pipe into the log, for a child's outputs. Close it once the child has it. Empty
-    // when the file can't be opened or no pipe can be had.
-    UniqueFd attach();
+    // A new pipe into the log, for one child's outputs.
+    struct Output {
+        UniqueFd writeEnd;               // to be closed once the child has it
+        std::weak_ptr<FDReader> reader;  // to be closed, after a grace, once the child has ended
+    };
+
+    // Returns an output without a write end when the file can't be opened or no pipe can be had.
+    Output attach();
 
     void append(std::string_view data);
 

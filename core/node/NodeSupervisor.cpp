@@ -93,8 +93,8 @@ void NodeSupervisor::startIfNeeded() {
 std::optional<SpawnError> NodeSupervisor::spawnNode() {
     auto input = Spawner::pipe();
     if (!input) return input.error();
-    const UniqueFd output = deps_.nodeLog ? deps_.nodeLog->attach() : UniqueFd();
-    const Stdio outputs = output ? Stdio::fd(output.get()) : Stdio::null();
+    const NodeLog::Output output = deps_.nodeLog ? deps_.nodeLog->attach() : NodeLog::Output();
+    const Stdio outputs = output.writeEnd ? Stdio::fd(output.writeEnd.get()) : Stdio::null();
     const SpawnRequest request{.executable = home_.nodeBinary(),
                                .arguments = NodeLaunch::runArguments(home_),
                                .environment = NodeLaunch::environment(inherited_, home_, endpoint_),
@@ -104,14 +104,16 @@ std::optional<SpawnError> NodeSupervisor::spawnNode() {
 
     const Generation generation = ++generation_;
     const TimePoint started = deps_.now();
-    auto child =
-        deps_.spawn(request, [this, weak = std::weak_ptr(queue_), generation, started](ExitStatus status) {
-            const auto queue = weak.lock();
-            if (!queue) return;
-            queue->post([this, generation, status, started] {
-                exited(generation, status, deps_.now() - started, RunKind::normal);
-            });
+    auto child = deps_.spawn(request, [this, weak = std::weak_ptr(queue_), generation, started,
+                                       reader = output.reader, grace = deps_.outputGrace](ExitStatus status) {
+        // A process that the node left on its output would cost a thread and a descriptor until it ends.
+        if (const auto open = reader.lock()) open->closeAfter(grace);
+        const auto queue = weak.lock();
+        if (!queue) return;
+        queue->post([this, generation, status, started] {
+            exited(generation, status, deps_.now() - started, RunKind::normal);
         });
+    });
     if (!child) return child.error();
     current_ = Run{std::move(*child), std::move(input->writeEnd), generation};
     return std::nullopt;

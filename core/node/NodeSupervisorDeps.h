@@ -31,6 +31,7 @@ struct NodeSupervisorDeps {
     std::function<TimePoint()> now;
     Seconds pairingGrace = Seconds(90);    // a pairing run is left alone this long after the person's yes
     Seconds connectedAfter = Seconds(15);  // a connect command that runs on this long after it has connected
+    Seconds outputGrace = Seconds(5);      // for what still holds the node's output after its end
     std::shared_ptr<NodeLog> nodeLog;      // none: the node's output goes to /dev/null
     StopGraces stopGraces;
     // Returns true once the program ends: nothing is started any more, not even by a call that is under way.

@@ -72,7 +72,7 @@ TEST(NodeLog, opensOnlyAPlainFileOfOursAndGoesOnOnceItCan) {
             const UniqueFd reader(isRead ? ::open(f.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1);
             const auto log = f.log(100);
             log->append("lost");
-            EXPECT_FALSE(log->attach()) << block;
+            EXPECT_FALSE(log->attach().writeEnd) << block;
             EXPECT_EQ(contents(f.logs + "/other"), "") << block;
             EXPECT_EQ(contents(f.logs + "/others"), nothing) << block;
             fs::remove(f.path);
@@ -149,8 +149,8 @@ TEST(NodeLog, copiesPipesUntilTheyEndWhoeverStillHoldsIt) {
     f.path = f.logs + "/c/node.log";
     auto log = f.log(1 << 20);
     const std::weak_ptr<NodeLog> kept = log;
-    UniqueFd first = log->attach();
-    UniqueFd second = log->attach();
+    UniqueFd first = log->attach().writeEnd;
+    UniqueFd second = log->attach().writeEnd;
     log.reset();
     ASSERT_EQ(::write(first.get(), "from an old node ", 17), 17);
     ASSERT_TRUE(eventually([&f] { return contents(f.path).size() == 17; }));

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeChild.h"
@@ -103,6 +104,23 @@ TEST(NodeSupervisor, startsTheNodeOnItsOwnInput) {
     EXPECT_EQ(f.spawner.last().handle()->exitStatus(), ExitStatus::exited(0));  // at the end of its input
     EXPECT_TRUE(f.spawner.last().signals().empty());
     EXPECT_TRUE(f.messages.empty());
+}
+
+TEST(NodeSupervisor, letsGoOfAnOutputThatOutlivesTheNode) {
+    std::signal(SIGPIPE, SIG_IGN);
+    Fixture f;
+    UniqueFd leftBehind;
+    auto deps = f.deps();
+    deps.nodeLog = NodeLog::make(f.folder.path() + "/log");
+    deps.outputGrace = 0.05s;
+    deps.spawn = [&leftBehind, spawn = deps.spawn](const SpawnRequest& request, auto onExit) {
+        leftBehind = UniqueFd::duplicate(*request.standardOutput.descriptor());
+        return spawn(request, onExit);
+    };
+    f.startJoined(deps);
+    EXPECT_EQ(::write(leftBehind.get(), "x", 1), 1);
+    f.spawner.last().end(ExitStatus::exited(1));
+    EXPECT_TRUE(eventually([&] { return ::write(leftBehind.get(), "x", 1) < 0; }));
 }
 
 TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {

@@ -218,20 +218,27 @@ TEST(Spawner, waitsForAProgramThatIsStillBeingWritten) {
     }
 }
 
-// The parent's second descriptor for the terminal can't be had. The terminal's end alone would be a SIGHUP.
+// Two descriptors are left, as many as forkpty(3) needs, and one when it has returned: too few to own the
+// terminal. The end of that alone would be a SIGHUP.
 TEST(Spawner, killsAChildWhoseTerminalItCannotOwn) {
     rlimit before{};
     ::getrlimit(RLIMIT_NOFILE, &before);
-    rlimit tight = before;
-    tight.rlim_cur = static_cast<rlim_t>(UniqueFd::duplicate(0).get()) + 2;
+    rlimit few = before;
+    few.rlim_cur = 300;
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    std::vector<UniqueFd> taken;
+    do taken.push_back(UniqueFd::duplicate(0));
+    while (taken.back());
+    taken.resize(taken.size() - 3);
     std::promise<ExitStatus> ended;
-    ::setrlimit(RLIMIT_NOFILE, &tight);
     const auto pty = PtyProcess::spawn({.executable = "/bin/sleep", .arguments = {"60"}},
                                        [&](ExitStatus status) { ended.set_value(status); });
     ::setrlimit(RLIMIT_NOFILE, &before);
     ASSERT_FALSE(pty);
     EXPECT_EQ(pty.error(), (SpawnError{"forkpty", EMFILE}));
-    EXPECT_EQ(ended.get_future().get(), ExitStatus::signaled(SIGKILL));
+    auto status = ended.get_future();
+    ASSERT_EQ(status.wait_for(limit), std::future_status::ready) << "forkpty itself failed";
+    EXPECT_EQ(status.get(), ExitStatus::signaled(SIGKILL));
 }
 
 // A default stack larger than the address space: no thread can be had. Only where the C library lets it be

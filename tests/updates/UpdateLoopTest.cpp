@@ -9,8 +9,8 @@ namespace {
 
 using enum UpdateInstallAction;
 
-// Runs events on a new loop: r updateReady, o observe after another five minutes of quiet, m menuClick,
-// q quit. What those that answer answered.
+// Runs events on a new loop: r updateReady, o observe after another half of a quiet stretch, m menuClick,
+// q quit. Returns the answers of those that answer.
 std::vector<UpdateInstallAction> answers(std::string_view events) {
     UpdateLoop loop;
     TimePoint now;
@@ -18,7 +18,7 @@ std::vector<UpdateInstallAction> answers(std::string_view events) {
     for (const char event : events) {
         if (event == 'r') loop.updateReady();
         if (event == 'o') {
-            now += std::chrono::minutes(5);
+            now += std::chrono::duration_cast<TimePoint::duration>(loop.watch.quietFor / 2);
             said.push_back(
                 loop.observe({.at = {.steady = now, .process = {}}, .nodeHoldsAwake = false}, now));
         }
