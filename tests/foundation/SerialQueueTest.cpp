@@ -27,26 +27,10 @@ TEST(SerialQueue, runsInOrderAndWhatIsDueFirst) {
         ran.push_back(1);
     });
     std::promise<void> later;
-    queue->postAfter(Seconds(0.3), [&] { later.set_value(); });
+    queue->postAfter(Seconds(0.06), [&] { later.set_value(); });
     ASSERT_EQ(later.get_future().wait_for(limit), std::future_status::ready);
-    EXPECT_EQ(ran, (std::vector{1, 2, 3, 4}));
-}
-
-TEST(SerialQueue, runsOneAtATimeForAllThreads) {
-    const auto queue = SerialQueue::withThread("tarnik.test");
-    long counted = 0;  // unguarded on purpose
-    const auto count = [&] {
-        for (int i = 0; i < 500; ++i) {
-            queue->post([&] { ++counted; });
-            long seen = 0;
-            queue->run([&] { seen = ++counted; });
-            EXPECT_GT(seen, i);
-        }
-    };
-    auto other = std::async(std::launch::async, count);
-    count();
-    other.get();
-    EXPECT_EQ(counted, 2 * 500 * 2);
+    queue->run([&] { ran.push_back(5); });
+    EXPECT_EQ(ran, (std::vector{1, 2, 3, 4, 5}));
 }
 
 TEST(SerialQueue, closeWaitsForTheRunningTaskAndDropsTheRest) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
+#include <future>
 
 #include <gtest/gtest.h>
 
@@ -98,12 +99,20 @@ TEST(MacProcesses, countsTheProcessorTimeOfTheBusy) {
     EXPECT_LT(MacProcesses::cpuSeconds(idle.pid()).value_or(1), 0.1);
 }
 
-// Where the system lists children nobody else is looked at.
+// Where the system lists children nobody else is looked at. The child is that of another thread.
 TEST(MacProcesses, looksOnlyAtAFamily) {
-    const auto child = ForkedChild::waiting();
-    EXPECT_TRUE(in(MacProcesses::tableUnder(::getpid()), child.pid()));
+    std::promise<pid_t> started;
+    std::promise<void> over;
+    const auto parent = std::async(std::launch::async, [&] {
+        const auto child = ForkedChild::waiting();
+        started.set_value(child.pid());
+        over.get_future().wait();
+    });
+    const pid_t child = started.get_future().get();
+    EXPECT_TRUE(in(MacProcesses::tableUnder(::getpid()), child));
     const bool listsChildren = std::filesystem::exists("/proc/thread-self/children");
-    EXPECT_FALSE(listsChildren && in(MacProcesses::tableUnder(child.pid()), ::getpid()));
+    EXPECT_FALSE(listsChildren && in(MacProcesses::tableUnder(child), ::getpid()));
+    over.set_value();
 }
 
 }  // namespace
