@@ -110,14 +110,13 @@ TEST(NodeSupervisor, letsGoOfAnOutputThatOutlivesTheNode) {
     std::signal(SIGPIPE, SIG_IGN);
     Fixture f;
     UniqueFd leftBehind;
-    auto deps = f.deps();
-    deps.nodeLog = NodeLog::make(f.folder.path() + "/log");
-    deps.outputGrace = 0.05s;
-    deps.spawn = [&leftBehind, spawn = deps.spawn](const SpawnRequest& request, auto onExit) {
+    f.deps.nodeLog = NodeLog::make(f.folder.path() + "/log");
+    f.deps.outputGrace = 0.05s;
+    f.deps.spawn = [&leftBehind, spawn = f.deps.spawn](const SpawnRequest& request, auto onExit) {
         leftBehind = UniqueFd::duplicate(*request.standardOutput.descriptor());
         return spawn(request, onExit);
     };
-    f.startJoined(deps);
+    f.startJoined();
     EXPECT_EQ(::write(leftBehind.get(), "x", 1), 1);
     f.spawner.last().end(ExitStatus::exited(1));
     EXPECT_TRUE(eventually([&] { return ::write(leftBehind.get(), "x", 1) < 0; }));
