@@ -12,7 +12,8 @@ import { mkdirSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { minimumVersion } from '../journey/settings.mjs';
 
-const aSentence = /^[A-Z'"“][^\n]{8,400}\.\)?$/;
+// Our sentence, and the transfer's own words behind it.
+const notDownloaded = /^tarnik couldn't download its helper\. Check your connection and try again\. \([A-Z][^\n]{8,300}\.\)$/;
 const notUsed = 'Nothing was installed.';
 
 const notLoaded = (what) => ({ service, release }) => {
@@ -35,31 +36,31 @@ function claimByHand({ marker }) {
 
 const release = [
   ['404', notLoaded('release')],
-  ['cut-off', aSentence],
-  ['endless', aSentence],
-  ['redirect-to-file', aSentence],
-  ['redirect-loop', aSentence],
-  ['stall', aSentence],
-  ['drip', aSentence],
+  ['cut-off', notDownloaded],
+  ['endless', notDownloaded],
+  ['redirect-to-file', notDownloaded],
+  ['redirect-loop', notDownloaded],
+  ['stall', notDownloaded],
+  ['drip', notDownloaded],
 ].map(([how, sentence]) => ({ misbehave: ['release', how], sentence, leaves: 'nothing' }));
 
 const runtime = [
   ['404', notLoaded('runtime')],
-  ['cut-off', aSentence],
+  ['cut-off', notDownloaded],
   ['altered', `Node.js didn't match its signed release. ${notUsed}`],
-  ['redirect-to-file', aSentence],
-  ['redirect-loop', aSentence],
+  ['redirect-to-file', notDownloaded],
+  ['redirect-loop', notDownloaded],
 ].map(([how, sentence]) => ({ misbehave: ['runtime', how], sentence, leaves: 'claim' }));
 
 const helper = [
   ['404', notLoaded('helper')],
-  ['cut-off', aSentence],
+  ['cut-off', notDownloaded],
   ['altered', `tarnik's helper didn't match its signed release. ${notUsed}`],
-  ['redirect-to-file', aSentence],
-  ['redirect-loop', aSentence],
-  ['endless', aSentence, { patient: true }],
-  ['stall', aSentence, { patient: true }],
-  ['drip', aSentence, { patient: true }],
+  ['redirect-to-file', notDownloaded],
+  ['redirect-loop', notDownloaded],
+  ['endless', notDownloaded, { patient: true }],
+  ['stall', notDownloaded, { patient: true }],
+  ['drip', notDownloaded, { patient: true }],
 ].map(([how, sentence, more]) => ({ misbehave: ['helper', how], sentence, leaves: 'runtime', ...more }));
 
 // Slow is not broken, and another address is not either.
