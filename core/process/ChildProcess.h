@@ -31,8 +31,6 @@ public:
     // block for a time-out: the same, unless time is made up.
     explicit ChildProcess(pid_t pid);
     ChildProcess(pid_t pid, Kill kill, RealTime realTime = std::identity());
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
 
     pid_t pid() const { return pid_; }
     std::optional<ExitStatus> exitStatus() const;
