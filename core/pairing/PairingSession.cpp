@@ -120,17 +120,16 @@ void PairingSession::commandExited(ExitStatus status) {
         exit_ = status;
         changed_.notify_all();
         setup_.wait(lock, changed_, drainTimeout, [this] { return outputEnded_; });
-    }
-    outputEnded();
-}
-
-void PairingSession::outputEnded() {
-    {
-        const std::lock_guard lock(mutex_);
         outputEnded_ = true;
-        changed_.notify_all();
     }
     endIfComplete();
+}
+
+// Concludes nothing: the thread that reports the exit waits for this.
+void PairingSession::outputEnded() {
+    const std::lock_guard lock(mutex_);
+    outputEnded_ = true;
+    changed_.notify_all();
 }
 
 void PairingSession::endIfComplete() {
