@@ -22,7 +22,8 @@ void onTerminate() {
         if (const auto thrown = std::current_exception()) std::rethrow_exception(thrown);
     } catch (const std::system_error& error) {
         if (error.code() == std::errc::resource_unavailable_try_again) endForLackOfThreads();
-    } catch (...) {  // a defect, which the usual handler reports
+    } catch (...) {
+        otherwise();  // reports the defect, and does not return
     }
     otherwise();
 }

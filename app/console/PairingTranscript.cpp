@@ -29,7 +29,7 @@ PairingTranscript::News PairingTranscript::update(const PairingSession::Snapshot
     const std::string_view shown = lastLines(fresh, maxLines);
     if (end - seen_ > shown.size()) {
         finishLine(news.lines);
-        news.lines.push_back(leftOut);
+        news.lines.emplace_back(leftOut);
     }
     seen_ = end;
     add(shown, news.lines);
