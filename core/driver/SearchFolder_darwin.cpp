@@ -3,9 +3,15 @@
 #include <fcntl.h>
 
 namespace tarnik {
+namespace {
+
+// O_SEARCH of <sys/fcntl.h>, which the headers of SDKs before macOS 13 lack.
+constexpr int searchOnly = 0x40000000 | O_DIRECTORY;
+
+}  // namespace
 
 UniqueFd openForSearch(int at, const std::string& name) {
-    return UniqueFd(::openat(at, name.c_str(), O_SEARCH | O_NOFOLLOW | O_CLOEXEC));
+    return UniqueFd(::openat(at, name.c_str(), searchOnly | O_NOFOLLOW | O_CLOEXEC));
 }
 
 }  // namespace tarnik
