@@ -68,7 +68,7 @@ void AppModel::change(const std::function<void(AppState&)>& edit) {
     state_ = std::move(next);
 }
 
-void AppModel::start(std::function<void()> done) {
+void AppModel::start(const std::function<void()>& done) {
     if (state_.stopping || std::exchange(startCalled_, true)) return;
     if (!home_) return done();
     const AgentTakeover takeover{.home = *home_,

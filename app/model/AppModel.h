@@ -56,7 +56,7 @@ public:
 
     // Ends an old agent, without blocking, and then makes and starts everything. Calls `done` once links are
     // taken, or if nothing can be started; at once where there is no agent. Once.
-    void start(std::function<void()> done = [] {});
+    void start(const std::function<void()>& done = [] {});
     bool hasStarted() const { return supervisor_ != nullptr; }
 
     // Ends everything, in this order: the polling, a pairing under way, the node, the driver. Runs `done` on
