@@ -60,7 +60,7 @@ fi
 flags=(-std=c++2b -O0 -fno-sanitize=undefined "${includes[@]}"
     "-DTARNIK_DEFAULT_WEB_ORIGIN='\"https://tarnik.invalid\"'"
     "${warnings[@]}")
-qtIncludes=$(pkg-config --cflags-only-I Qt6Widgets | sed 's/-I/-isystem /g')
+qtIncludes="-DQT_NO_KEYWORDS $(pkg-config --cflags-only-I Qt6Widgets | sed 's/-I/-isystem /g')"
 
 # Those of both kinds of build.
 sources() {
