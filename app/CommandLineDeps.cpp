@@ -4,7 +4,7 @@
 
 namespace tarnik {
 
-AppModelDeps modelDeps(const CommandLine& line, AppPlatform platform, const DetachedWork& work) {
+AppModelDeps modelDeps(const CommandLine& line, AppPlatform platform, const BackgroundTasks& work) {
     auto deps = AppModelDeps::production(std::move(platform), work);
     deps.supervisor.connectedAfter = line.connectedAfter;
     if (line.keepAwake) {

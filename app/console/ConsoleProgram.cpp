@@ -30,7 +30,7 @@ UserDefaults defaultsOf(const CommandLine& line) {
             .setFlag = [](const std::string&) {}};
 }
 
-AppModelDeps consoleDeps(const CommandLine& line, const AppPlatform& platform, const DetachedWork& work,
+AppModelDeps consoleDeps(const CommandLine& line, const AppPlatform& platform, const BackgroundTasks& work,
                          ConsoleOutput& output) {
     auto deps = modelDeps(line, platform, work);
     if (line.driverOutput) {
@@ -48,7 +48,7 @@ int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& pla
         say(messageFor(wake.error()));
         return EXIT_FAILURE;
     }
-    const DetachedWork work;
+    const BackgroundTasks work;
     ConsoleOutput output;
     SimulatedSwitches switches(output, {line.switchesOn, line.switchesOn});
     const auto loop = std::make_shared<ConsoleLoop>(STDIN_FILENO, std::move(*wake));

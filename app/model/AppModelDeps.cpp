@@ -7,7 +7,7 @@
 
 namespace tarnik {
 
-AppModelDeps AppModelDeps::production(AppPlatform platform, const DetachedWork& work) {
+AppModelDeps AppModelDeps::production(AppPlatform platform, const BackgroundTasks& work) {
     return {.platform = std::move(platform),
             .supervisor = NodeSupervisorDeps::production(),
             .driver = DriverHostDeps::production(),
@@ -19,7 +19,7 @@ AppModelDeps AppModelDeps::production(AppPlatform platform, const DetachedWork& 
             },
             .activity = &ActivitySources::production,
             .detach = [work](const std::string& label,
-                             DetachedWork::Task task) { return work.start(label, std::move(task)); },
+                             BackgroundTasks::Task task) { return work.start(label, std::move(task)); },
             .makeQueue = &SerialQueue::withThread};
 }
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "app/platform/DetachedWork.h"
+#include "app/platform/BackgroundTasks.h"
 #include "app/platform/MainThread.h"
 #include "app/platform/SwitchOperations.h"
 #include "app/platform/SystemLog.h"
@@ -44,11 +44,11 @@ struct AppModelDeps {
         activity;
 
     // Starts work of which nobody waits for the end, on a thread of its own; whether it could.
-    std::function<bool(const std::string& label, DetachedWork::Task task)> detach;
+    std::function<bool(const std::string& label, BackgroundTasks::Task task)> detach;
 
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
-    static AppModelDeps production(AppPlatform platform, const DetachedWork& work);
+    static AppModelDeps production(AppPlatform platform, const BackgroundTasks& work);
 };
 
 }  // namespace tarnik

@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "app/platform/AppearanceSettings.h"
 #include "app/platform/BundleOperations.h"
-#include "app/platform/ColourChoice.h"
 #include "app/platform/LoginItemService.h"
 #include "app/platform/MainThread.h"
-#include "app/platform/OneCopy.h"
+#include "app/platform/SingleInstance.h"
 #include "app/platform/SwitchOperations.h"
 #include "app/platform/SystemEvents.h"
 #include "app/platform/SystemFolders.h"
@@ -48,7 +48,7 @@ struct DesktopPlatform {
     UpdateFramework updates;
     BundleOperations bundles;
     SystemEvents events;
-    OneCopy oneCopy;
+    SingleInstance singleInstance;
 
     // Whether a start with the person's session carries --at-login. Where it carries nothing, no start can be
     // told to come from the person.
@@ -66,7 +66,7 @@ struct DesktopPlatform {
 
     // Registers what is told, on the main thread, the choice once it can be told and then each change of it;
     // absent where the toolkit follows by itself.
-    std::function<void(std::function<void(const ColourChoice&)>)> onColourChoice;
+    std::function<void(std::function<void(const AppearanceSettings&)>)> onAppearanceChanged;
 
     // Registers what is told, on the main thread, whether there is a tray: once, soon, and then each change.
     // Nobody may ask the toolkit about trays before it was told of one: it remembers its first answer for the

@@ -8,7 +8,7 @@
 namespace tarnik {
 
 // Names a widget for screen readers, which are told only of another name than before.
-inline void giveName(QWidget& widget, std::string_view name) {
+inline void updateAccessibleName(QWidget& widget, std::string_view name) {
     if (const auto text = qtText(name); text != widget.accessibleName()) widget.setAccessibleName(text);
 }
 

@@ -28,7 +28,7 @@ void IntentButton::setButton(const WindowContent::Button& button) {
     intent_ = button.intent;
     key_ = button.key;
     if (const auto title = qtText(button.title).replace('&', "&&"); title != text()) setText(title);
-    giveName(*this, button.accessibleName);
+    updateAccessibleName(*this, button.accessibleName);
     if (isFor(Key::defaultKey) != isDefault()) setDefault(isFor(Key::defaultKey));
     setEnabled(button.enabled);
 }

@@ -51,13 +51,13 @@ QRgb readableOn(const Tones& tones, const QColor& wanted) {
     return tones.text;
 }
 
-Tones tonesFor(Appearance appearance, const ColourTaste& taste) {
+Tones tonesFor(Appearance appearance, const PaletteOptions& options) {
     Tones tones = appearance == Appearance::dark ? darkTones : lightTones;
-    if (taste.contrast == Contrast::higher) tones.quiet = tones.text;
-    if (!taste.accent) return tones;
+    if (options.contrast == Contrast::higher) tones.quiet = tones.text;
+    if (!options.accent) return tones;
     const auto part = [](double value) { return static_cast<float>(value); };
     const auto accent =
-        QColor::fromRgbF(part(taste.accent->red), part(taste.accent->green), part(taste.accent->blue));
+        QColor::fromRgbF(part(options.accent->red), part(options.accent->green), part(options.accent->blue));
     tones.fill = accent.rgb();
     // One of the two always is.
     tones.onFill = contrastBetween(accent, Qt::white) >= readable ? 0xffffffff : 0xff000000;
@@ -71,8 +71,8 @@ bool isDark(const QPalette& palette) {
 
 }  // namespace
 
-QPalette paletteFor(Appearance appearance, const ColourTaste& taste) {
-    const Tones tones = tonesFor(appearance, taste);
+QPalette paletteFor(Appearance appearance, const PaletteOptions& options) {
+    const Tones tones = tonesFor(appearance, options);
     QPalette palette(QColor(tones.text), QColor(tones.button), QColor(tones.base), QColor(tones.shadow),
                      mixed(QColor(tones.text), QColor(tones.window), 0.3), QColor(tones.text),
                      QColor(tones.onFill), QColor(tones.base), QColor(tones.window));

@@ -3,7 +3,7 @@
 #include <QColor>
 #include <QPalette>
 
-#include "app/platform/ColourChoice.h"
+#include "app/platform/AppearanceSettings.h"
 
 namespace tarnik {
 
@@ -11,7 +11,7 @@ enum class Appearance { light, dark };
 
 // The application's own colours, for desktops that have none for their programs. Every pair of a text and
 // its ground has a contrast of at least 4.5, whatever accent was chosen.
-QPalette paletteFor(Appearance appearance, const ColourTaste& taste = {});
+QPalette paletteFor(Appearance appearance, const PaletteOptions& options = {});
 
 // Which of the two a palette is, whoever made it.
 Appearance appearanceOf(const QPalette& palette);

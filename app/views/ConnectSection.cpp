@@ -5,7 +5,7 @@
 
 #include "app/views/AccessibleName.h"
 #include "app/views/LinkField.h"
-#include "app/views/ProgressLine.h"
+#include "app/views/ProgressBar.h"
 #include "app/views/Spinner.h"
 #include "app/views/SymbolView.h"
 #include "app/views/TerminalBox.h"
@@ -56,7 +56,7 @@ bool isLinkUsed(const WindowContent& content) {
 }
 
 void setSpinner(Spinner& spinner, const WindowContent& content, bool spins) {
-    if (spins) giveName(spinner, content.progressAccessibleName);
+    if (spins) updateAccessibleName(spinner, content.progressAccessibleName);
     spinner.setVisible(spins);
 }
 
@@ -65,8 +65,8 @@ void setSpinner(Spinner& spinner, const WindowContent& content, bool spins) {
 ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
     : QWidget(parent),
       paragraphs_(new QWidget(this)),
-      progress_(new ProgressLine(this)),
-      progressText_(new TextLabel(TextLabel::Look::quiet, this)),
+      progress_(new ProgressBar(this)),
+      progressText_(new TextLabel(TextLabel::Role::quiet, this)),
       field_(new LinkField(this)),
       buttons_(new ButtonRow(width, std::move(onButton), this)) {
     auto* paragraphLayout = new QVBoxLayout(paragraphs_);
@@ -98,7 +98,7 @@ ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
 }
 
 void ConnectSection::addHeading(QBoxLayout& layout) {
-    heading_ = new TextLabel(TextLabel::Look::heading, this);
+    heading_ = new TextLabel(TextLabel::Role::heading, this);
     const int height = heading_->lineHeight();
     symbol_ = new SymbolView(symbolSide, height, this);
     spinnerBefore_ = new Spinner(symbolSide, height, this);
@@ -111,7 +111,7 @@ void ConnectSection::addHeading(QBoxLayout& layout) {
 }
 
 void ConnectSection::addMessage(QBoxLayout& layout) {
-    message_ = new TextLabel(TextLabel::Look::body, this);
+    message_ = new TextLabel(TextLabel::Role::body, this);
     messageSpinner_ = new Spinner(messageSpinnerSide, message_->lineHeight(), this);
     messageLine_ = addLine(layout);
     messageLine_->addWidget(messageSpinner_);
@@ -154,7 +154,7 @@ void ConnectSection::setHeading(const WindowContent& content) {
 
 void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {
     while (paragraphLabels_.size() < paragraphs.size()) {
-        paragraphLabels_.push_back(new TextLabel(TextLabel::Look::body, paragraphs_));
+        paragraphLabels_.push_back(new TextLabel(TextLabel::Role::body, paragraphs_));
         paragraphs_->layout()->addWidget(paragraphLabels_.back());
     }
     for (std::size_t i = 0; i < paragraphLabels_.size(); ++i)
@@ -165,7 +165,7 @@ void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {
 void ConnectSection::setProgress(const WindowContent& content) {
     const auto* download = std::get_if<DownloadProgress>(&content.progress);
     if (download) {
-        giveName(*progress_, content.progressAccessibleName);
+        updateAccessibleName(*progress_, content.progressAccessibleName);
         progress_->setProgress(*download);
     }
     progress_->setVisible(download);
@@ -192,7 +192,7 @@ void ConnectSection::setLinkField(const WindowContent& content) {
     if (const auto& field = content.linkField) {
         if (const auto text = qtText(field->placeholder); text != field_->placeholderText())
             field_->setPlaceholderText(text);
-        giveName(*field_, field->accessibleName);
+        updateAccessibleName(*field_, field->accessibleName);
         field_->setEnabled(field->enabled);
     } else if (isLinkUsed(content)) {
         field_->clear();

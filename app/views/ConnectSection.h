@@ -10,7 +10,7 @@ class QLineEdit;
 
 namespace tarnik {
 
-class ProgressLine;
+class ProgressBar;
 class Spinner;
 class SymbolView;
 class TerminalBox;
@@ -48,7 +48,7 @@ private:
     Spinner* spinnerAfter_;
     QWidget* paragraphs_;
     std::vector<TextLabel*> paragraphLabels_;
-    ProgressLine* progress_;
+    ProgressBar* progress_;
     TextLabel* progressText_;
     TerminalBox* terminal_ = nullptr;  // once there was a text for it
     QLineEdit* field_;

@@ -46,7 +46,7 @@ Presentation DesktopFace::presentation() {
             .end = deps_.end};
 }
 
-void DesktopFace::trayIs(TrayHost host) {
+void DesktopFace::setTrayHost(TrayHost host) {
     host_ = host;
     settleTray();
 }

@@ -42,7 +42,7 @@ public:
     void attach(AppDelegate& delegate) { delegate_ = &delegate; }
 
     // Whether anybody shows status items, now and from now on. Until it is told nothing is decided.
-    void trayIs(TrayHost host);
+    void setTrayHost(TrayHost host);
 
     bool windowInUse() const;
 

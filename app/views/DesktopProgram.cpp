@@ -95,12 +95,13 @@ OnRelocated onceKnown(std::function<void(std::function<void()>)> whenKnown, OnRe
     };
 }
 
-bool mayGoOn(const OneCopy& oneCopy, const OneCopy::Start& start) {
-    if (!oneCopy.settle) return true;
-    const auto standing = oneCopy.settle(start);
-    if (standing == OneCopy::Standing::handedOver) say("another copy is running, and goes on");
-    if (standing == OneCopy::Standing::alone) say("no session bus, so links opened elsewhere don't get here");
-    return standing != OneCopy::Standing::handedOver;
+bool isPrimaryInstance(const SingleInstance& singleInstance, const SingleInstance::LaunchRequest& request) {
+    if (!singleInstance.acquire) return true;
+    const auto outcome = singleInstance.acquire(request);
+    if (outcome == SingleInstance::Outcome::handedOver) say("another copy is running, and goes on");
+    if (outcome == SingleInstance::Outcome::unavailable)
+        say("no session bus, so links opened elsewhere don't get here");
+    return outcome != SingleInstance::Outcome::handedOver;
 }
 
 // The system's, and the link that the command line has, if nobody else is to bring that: it comes once the
@@ -108,7 +109,7 @@ bool mayGoOn(const OneCopy& oneCopy, const OneCopy::Start& start) {
 SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::string>& link,
                       const MainThread& mainThread) {
     auto events = desktop.events;
-    if (desktop.oneCopy.settle || !link) return events;
+    if (desktop.singleInstance.acquire || !link) return events;
     events.onLink = [others = events.onLink, link = *link, mainThread](const auto& handler) {
         others(handler);
         mainThread.post([handler, link] { handler(link); });
@@ -118,7 +119,7 @@ SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::s
 
 AppDelegateDeps delegateDeps(const CommandLine& line, const DesktopPlatform& desktop,
                              const ProgramPlace& place, const MainThread& mainThread,
-                             const DetachedWork& work, Relocator& relocator, NodeHomeOwner& homeOwner,
+                             const BackgroundTasks& work, Relocator& relocator, NodeHomeOwner& homeOwner,
                              DesktopFace& face) {
     return {
         .bundlePath = place.bundle,
@@ -149,24 +150,25 @@ AppDelegateDeps delegateDeps(const CommandLine& line, const DesktopPlatform& des
 
 // To what the desktop tells for the rest of the run, and what it is to be told.
 void listen(const DesktopPlatform& desktop, DesktopFace& face, const std::shared_ptr<AppModel>& model) {
-    model->observe([refuse = desktop.oneCopy.refuseMore](const AppState& now, const AppState& next) {
-        if (refuse && next.stopping && !now.stopping) refuse();
-    });
+    model->observe(
+        [refuse = desktop.singleInstance.refuseRequests](const AppState& now, const AppState& next) {
+            if (refuse && next.stopping && !now.stopping) refuse();
+        });
     if (desktop.onSwitchesChanged) {
         desktop.onSwitchesChanged([weak = std::weak_ptr(model)] {
             if (const auto strong = weak.lock()) strong->refreshSwitches();
         });
     }
     if (desktop.onTrayHost) {
-        desktop.onTrayHost([&face](TrayHost host) { face.trayIs(host); });
+        desktop.onTrayHost([&face](TrayHost host) { face.setTrayHost(host); });
     } else {
-        face.trayIs(TrayHost::present);
+        face.setTrayHost(TrayHost::present);
     }
-    if (desktop.onColourChoice) {
+    if (desktop.onAppearanceChanged) {
         applyPlainStyle(Appearance::light);
-        desktop.onColourChoice([](const ColourChoice& choice) {
+        desktop.onAppearanceChanged([](const AppearanceSettings& choice) {
             const bool isDark = choice.scheme == ColourScheme::dark;
-            applyPlainStyle(isDark ? Appearance::dark : Appearance::light, choice.taste);
+            applyPlainStyle(isDark ? Appearance::dark : Appearance::light, choice.options);
         });
     }
 }
@@ -196,9 +198,10 @@ int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& pla
                                                 .executable = place.executable,
                                                 .bundle = place.bundle,
                                                 .mainThread = mainThread});
-    if (!mayGoOn(desktop.oneCopy, {.link = line.link, .wantsWindow = !line.atLogin})) return EXIT_SUCCESS;
+    if (!isPrimaryInstance(desktop.singleInstance, {.link = line.link, .wantsWindow = !line.atLogin}))
+        return EXIT_SUCCESS;
 
-    const DetachedWork work;
+    const BackgroundTasks work;
     const auto log = desktop.log("app");
     std::function<bool()> windowInUse;
     const auto model = AppModel::make(std::move(machine),

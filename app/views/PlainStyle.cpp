@@ -211,9 +211,9 @@ int PlainStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
-void applyPlainStyle(Appearance appearance, const ColourTaste& taste) {
+void applyPlainStyle(Appearance appearance, const PaletteOptions& options) {
     if (!dynamic_cast<PlainStyle*>(QApplication::style())) QApplication::setStyle(new PlainStyle);
-    QApplication::setPalette(paletteFor(appearance, taste));
+    QApplication::setPalette(paletteFor(appearance, options));
 }
 
 }  // namespace tarnik

@@ -30,6 +30,6 @@ public:
 };
 
 // Gives the application the style, in these colours. Later calls only change them.
-void applyPlainStyle(Appearance appearance, const ColourTaste& taste = {});
+void applyPlainStyle(Appearance appearance, const PaletteOptions& options = {});
 
 }  // namespace tarnik

@@ -16,11 +16,11 @@ constexpr int hintGap = 6;
 
 SwitchRowView::SwitchRowView(OnButton onButton, QWidget* parent)
     : QWidget(parent),
-      title_(new TextLabel(TextLabel::Look::strong, this)),
+      title_(new TextLabel(TextLabel::Role::strong, this)),
       symbol_(new SymbolView(symbolSide, title_->lineHeight(), this)),
-      description_(new TextLabel(TextLabel::Look::quiet, this)),
+      description_(new TextLabel(TextLabel::Role::quiet, this)),
       button_(new IntentButton(std::move(onButton), this)),
-      hint_(new TextLabel(TextLabel::Look::quiet, this)) {
+      hint_(new TextLabel(TextLabel::Role::quiet, this)) {
     symbol_->lower();  // the first for screen readers, as on the screen
     hint_->setContentsMargins(0, hintGap, 0, 0);
     auto* grid = new QGridLayout(this);

@@ -46,8 +46,8 @@ protected:
 SwitchesSection::SwitchesSection(OnButton onButton, QWidget* parent)
     : QWidget(parent),
       onButton_(std::move(onButton)),
-      heading_(new TextLabel(TextLabel::Look::strong, this)),
-      text_(new TextLabel(TextLabel::Look::quiet, this)),
+      heading_(new TextLabel(TextLabel::Role::strong, this)),
+      text_(new TextLabel(TextLabel::Role::quiet, this)),
       list_(new RowList(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -17,7 +17,7 @@ SymbolView::SymbolView(int side, int lineHeight, QWidget* parent) : QLabel(paren
 }
 
 void SymbolView::setSymbol(const WindowContent::Symbol& symbol) {
-    giveName(*this, symbol.accessibleName);
+    updateAccessibleName(*this, symbol.accessibleName);
     if (symbol.name == name_) return;
     name_ = symbol.name;
     icon_ = symbolIcon(name_);

@@ -50,7 +50,7 @@ TerminalBox::TerminalBox(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 void TerminalBox::setTerminal(const WindowContent::Terminal& terminal) {
-    giveName(*this, terminal.accessibleName);
+    updateAccessibleName(*this, terminal.accessibleName);
     const QString text = qtText(terminal.text);
     if (text == shown_) return;
 

@@ -16,25 +16,25 @@ namespace {
 constexpr double leading = 1.38;
 constexpr int narrowest = 60;
 
-QFont fontFor(TextLabel::Look look, QFont font) {
+QFont fontFor(TextLabel::Role role, QFont font) {
     const auto resize = [&font](double factor) {
         if (font.pointSizeF() > 0)
             font.setPointSizeF(font.pointSizeF() * factor);
         else
             font.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * factor)));
     };
-    switch (look) {
-        case TextLabel::Look::brand:
+    switch (role) {
+        case TextLabel::Role::brand:
             resize(1.15);
             font.setWeight(QFont::DemiBold);
             break;
-        case TextLabel::Look::heading:
+        case TextLabel::Role::heading:
             resize(1.3);
             font.setWeight(QFont::DemiBold);
             break;
-        case TextLabel::Look::strong: font.setWeight(QFont::DemiBold); break;
-        case TextLabel::Look::body: break;
-        case TextLabel::Look::quiet: resize(QFontInfo(font).pixelSize() > 13 ? 0.9 : 0.95); break;
+        case TextLabel::Role::strong: font.setWeight(QFont::DemiBold); break;
+        case TextLabel::Role::body: break;
+        case TextLabel::Role::quiet: resize(QFontInfo(font).pixelSize() > 13 ? 0.9 : 0.95); break;
     }
     return font;
 }
@@ -58,9 +58,9 @@ QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeig
 
 }  // namespace
 
-TextLabel::TextLabel(Look look, QWidget* parent) : QLabel(parent), look_(look) {
+TextLabel::TextLabel(Role role, QWidget* parent) : QLabel(parent), role_(role) {
     setTextFormat(Qt::PlainText);
-    setFont(fontFor(look, font()));
+    setFont(fontFor(role, font()));
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -111,7 +111,7 @@ int TextLabel::heightForWidth(int width) const {
 void TextLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QColor text = palette().color(QPalette::WindowText);
-    painter.setPen(look_ == Look::quiet ? secondaryColour(palette()) : text);
+    painter.setPen(role_ == Role::quiet ? secondaryColour(palette()) : text);
     QTextLayout layout(this->text().replace('\n', QChar::LineSeparator));
     layOut(layout, font(), width(), lineHeight());
     layout.draw(&painter, QPointF(0, contentsMargins().top()));

@@ -10,9 +10,9 @@ namespace tarnik {
 // Of its contents margins the upper one counts.
 class TextLabel : public QLabel {
 public:
-    enum class Look { brand, heading, strong, body, quiet };
+    enum class Role { brand, heading, strong, body, quiet };
 
-    explicit TextLabel(Look look, QWidget* parent = nullptr);
+    explicit TextLabel(Role role, QWidget* parent = nullptr);
 
     void setPlainText(std::string_view text);  // hides the label while it is empty
     int lineHeight() const;
@@ -37,7 +37,7 @@ private:
     QSizeF measure(int width) const;
     QSize textSize(int width) const;
 
-    const Look look_;
+    const Role role_;
     mutable std::array<Measured, 3> measured_;  // the latest first
 };
 

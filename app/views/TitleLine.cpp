@@ -32,7 +32,7 @@ private:
 }  // namespace
 
 TitleLine::TitleLine(QWidget* parent) : QWidget(parent) {
-    auto* name = new TextLabel(TextLabel::Look::brand, this);
+    auto* name = new TextLabel(TextLabel::Role::brand, this);
     name->setPlainText(WindowTexts::product);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -343,7 +343,7 @@ TEST(AppModel, startsNothingOnceItStops) {
     FakeMachine f;  // its node is stopped for a new endpoint
     f.install();
     f.join();
-    f.nodes.manners = FakeChild::Manners::ignores;
+    f.nodes.stopBehaviour = FakeChild::StopBehaviour::ignores;
     f.nodes.onWait = [&](Seconds) { f.model().stop([] {}); };
     f.model().start();
     f.switches = {true, true};
@@ -356,7 +356,7 @@ TEST(AppModel, followsTheLatestEndpointAndEndsTheDriverAfterTheNode) {
     FakeMachine f;
     f.install();
     f.join();
-    f.nodes.manners = FakeChild::Manners::ignores;
+    f.nodes.stopBehaviour = FakeChild::StopBehaviour::ignores;
     f.nodes.onWait = [&](Seconds) { EXPECT_TRUE(!f.state().stopping || f.liveDrivers() == 1U); };
     f.model().start();
     f.settle();

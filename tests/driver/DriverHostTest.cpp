@@ -196,7 +196,7 @@ TEST(DriverHost, runsARealDriver) {
 
 TEST(DriverHost, stopsADriverByForceAndIgnoresItsLateExit) {
     Fixture f;
-    f.spawner.manners = FakeChild::Manners::ignores;
+    f.spawner.stopBehaviour = FakeChild::StopBehaviour::ignores;
     f.host().permissionsChanged();
     EXPECT_EQ(f.spawner.count(), 0U) << "off";
     f.host().setEnabled(true);

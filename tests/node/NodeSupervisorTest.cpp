@@ -180,7 +180,7 @@ TEST(NodeSupervisor, stopCancelsAPendingRestart) {
 
 TEST(NodeSupervisor, stopsANodeByForceAndIgnoresItsLateExit) {
     Fixture f;
-    f.spawner.manners = FakeChild::Manners::ignores;
+    f.spawner.stopBehaviour = FakeChild::StopBehaviour::ignores;
     f.startJoined();
     f.supervisor().setEndpoint(endpointA);
     EXPECT_EQ(f.spawner.at(0).stopping(), "10000 ms, signal 15, 5000 ms, signal 9, 5000 ms");
@@ -200,7 +200,7 @@ TEST(NodeSupervisor, startsNothingOnceTheProgramEnds) {
         Fixture f;
         bool ending = false;
         f.deps.isEnding = [&] { return ending; };
-        f.spawner.manners = FakeChild::Manners::ignores;
+        f.spawner.stopBehaviour = FakeChild::StopBehaviour::ignores;
         f.spawner.onWait = [&](Seconds) { ending = true; };
         f.startJoined();
         if (pairs) {

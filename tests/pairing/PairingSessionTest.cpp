@@ -171,7 +171,7 @@ TEST(PairingSession, cancelEndsTheCommandAndAsksWhetherItHadJoined) {
 // The command ends half a second before the limit.
 TEST(PairingSession, cancelTakesEightSecondsAtMost) {
     Fixture f;
-    f.spawner.manners = FakeChild::Manners::ignores;
+    f.spawner.stopBehaviour = FakeChild::StopBehaviour::ignores;
     f.startAndPrompt();
     const UniqueFd held = f.command().holdTerminal();
     f.duringWait = [&](Seconds timeout) {

@@ -213,10 +213,10 @@ TEST(OwnPicture, removesNothingElse) {
     for (const std::string& kept :
          {old, link, outside,
           desktop.folder.path() + "/../" + other.path().substr(other.path().rfind('/') + 1) + "/outside"}) {
-        removeOwnPicture(kept, folders);
+        removeScreenshot(kept, folders);
         EXPECT_TRUE(std::filesystem::exists(std::filesystem::symlink_status(kept))) << kept;
     }
-    removeOwnPicture(picture, folders);
+    removeScreenshot(picture, folders);
     EXPECT_FALSE(std::filesystem::exists(picture));
 }
 

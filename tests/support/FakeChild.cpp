@@ -23,16 +23,17 @@ void awaitEndOfInput(const UniqueFd& fd) {
 
 }  // namespace
 
-FakeChild::FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, Manners manners, OnWait onWait)
+FakeChild::FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, StopBehaviour stopBehaviour,
+                     OnWait onWait)
     : request_(std::move(request)),
       onExit_(std::move(onExit)),
-      manners_(manners),
+      stopBehaviour_(stopBehaviour),
       onWait_(std::move(onWait)),
       handle_(std::make_shared<ChildProcess>(
           firstPid, [this](pid_t, int number) { signalled(number); },
           [this](Seconds timeout) { return waited(timeout); })) {
     const auto input = request_.standardInput.descriptor();
-    if (!input || manners_ == Manners::ignores) return;
+    if (!input || stopBehaviour_ == StopBehaviour::ignores) return;
     threads_.emplace_back([this, fd = UniqueFd::duplicate(*input)] {
         awaitEndOfInput(fd);
         end(ExitStatus::exited(0));
@@ -80,12 +81,12 @@ void FakeChild::signalled(int number) {
     const std::lock_guard lock(mutex_);
     signals_.push_back(number);
     note("signal " + std::to_string(number));
-    if (manners_ == Manners::obeys)
+    if (stopBehaviour_ == StopBehaviour::exits)
         threads_.emplace_back([this, number] { end(ExitStatus::signaled(number)); });
 }
 
 Seconds FakeChild::waited(Seconds timeout) {
-    if (manners_ == Manners::obeys) return timeout;
+    if (stopBehaviour_ == StopBehaviour::exits) return timeout;
     {
         const std::lock_guard lock(mutex_);
         if (ended_) return timeout;
@@ -100,7 +101,7 @@ void FakeChild::note(const std::string& step) {
 }
 
 FakeChild& FakeSpawner::add(const SpawnRequest& request, ChildProcess::OnExit onExit) {
-    children_.push_back(std::make_unique<FakeChild>(request, std::move(onExit), manners, onWait));
+    children_.push_back(std::make_unique<FakeChild>(request, std::move(onExit), stopBehaviour, onWait));
     return *children_.back();
 }
 

@@ -20,11 +20,11 @@ namespace tarnik {
 // input. One that ignores both takes no time: each wait for its end is over at once.
 class FakeChild {
 public:
-    enum class Manners { obeys, ignores };
+    enum class StopBehaviour { exits, ignores };
 
     using OnWait = std::function<void(Seconds)>;
 
-    FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, Manners manners, OnWait onWait);
+    FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, StopBehaviour stopBehaviour, OnWait onWait);
     ~FakeChild();
     FakeChild(const FakeChild&) = delete;
     FakeChild& operator=(const FakeChild&) = delete;
@@ -52,7 +52,7 @@ private:
 
     const SpawnRequest request_;
     const ChildProcess::OnExit onExit_;
-    const Manners manners_;
+    const StopBehaviour stopBehaviour_;
     const OnWait onWait_;
     const std::shared_ptr<ChildProcess> handle_;
     UniqueFd terminal_;
@@ -74,7 +74,7 @@ public:
     FakeChild& last() { return *children_.back(); }
     FakeChild& at(std::size_t index) { return *children_[index]; }
 
-    FakeChild::Manners manners = FakeChild::Manners::obeys;
+    FakeChild::StopBehaviour stopBehaviour = FakeChild::StopBehaviour::exits;
     FakeChild::OnWait onWait = [](Seconds) {};  // called at each wait for a child that ignores
     std::optional<SpawnError> failure;          // every start fails with it
 

@@ -78,7 +78,7 @@ FakeMachine::FakeMachine() {
         sources.now = [this] { return ActivitySample::Moment{.steady = clock->now(), .process = {}}; };
         return sources;
     };
-    deps.detach = [this](const std::string&, DetachedWork::Task task) {
+    deps.detach = [this](const std::string&, BackgroundTasks::Task task) {
         if (threadsAreLeft) detached.push_back(std::move(task));
         return threadsAreLeft;
     };

@@ -56,7 +56,7 @@ public:
     FakeSpawner drivers;
     bool driverIsReady = true;
     std::function<void()> whileDriverStarts = [] {};  // at each look whether it is ready
-    std::deque<DetachedWork::Task> detached;
+    std::deque<BackgroundTasks::Task> detached;
     bool threadsAreLeft = true;
     std::map<std::string, std::string> texts;  // the user defaults
     std::set<std::string> flags;

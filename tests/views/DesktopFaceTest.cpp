@@ -20,7 +20,7 @@ struct Fixture : FakeMachine {
 
     Fixture() {
         face.attach(delegate);
-        face.trayIs(TrayHost::present);
+        face.setTrayHost(TrayHost::present);
     }
     static QWidget& window() { return *QApplication::activeWindow(); }
     void showWindow() {

@@ -3,7 +3,7 @@
 #include <QDBusVariant>
 #include <utility>
 
-#include "app/platform/linux/BusCall.h"
+#include "app/platform/linux/SessionBus.h"
 
 namespace tarnik {
 namespace {
@@ -50,11 +50,11 @@ void AccessibilityBus::turnOn(std::function<void(bool done)> onDone) {
     auto call =
         busCall(accessibilityBus(), properties(), QStringLiteral("Set"), {status(), property(), value});
     call.setAutoStartService(true);
-    askBus(bus_, call, busCallBound, context_,
-           [this, onDone = std::move(onDone)](const QDBusMessage& answer) {
-               reading_.ask();
-               onDone(answer.type() == QDBusMessage::ReplyMessage);
-           });
+    callBusAsync(bus_, call, busCallBound, context_,
+                 [this, onDone = std::move(onDone)](const QDBusMessage& answer) {
+                     reading_.ask();
+                     onDone(answer.type() == QDBusMessage::ReplyMessage);
+                 });
 }
 
 void AccessibilityBus::answered(const QDBusMessage& answer) {

@@ -4,7 +4,7 @@
 #include <QObject>
 #include <functional>
 
-#include "app/platform/linux/BusReading.h"
+#include "app/platform/linux/BusQueryMonitor.h"
 
 namespace tarnik {
 
@@ -27,7 +27,7 @@ private:
     const std::function<void()> onChange_;
     bool isOn_ = false;
     bool isKnown_ = false;
-    BusReading reading_;
+    BusQueryMonitor reading_;
     QObject context_;
 };
 

@@ -31,7 +31,7 @@ public:
 
     ApplicationObject(QDBusConnection bus, std::shared_ptr<OpenRequests> requests);
 
-    void refuseMore() { isEnding_ = true; }
+    void refuseRequests() { isEnding_ = true; }
 
     QString introspect(const QString& objectPath) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override;

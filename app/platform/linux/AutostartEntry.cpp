@@ -8,7 +8,7 @@
 
 #include <sys/stat.h>
 
-#include "app/platform/linux/ReplacedFile.h"
+#include "app/platform/linux/AtomicWrite.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/WhiteSpace.h"
 #include "core/node/TarnikIdentity.h"
@@ -106,7 +106,7 @@ bool AutostartEntry::write() const {
     const bool canStand = program_.starts_with('/') && program_.find_first_of("\n\r\t=") == std::string::npos;
     if (!canStand || isEntryThere(entry_) || isEntryThere(marker_)) return false;
     // A crash in between has it written again, should the person delete it before the next start.
-    return replaceFile(entry_, entryText(program_)) && replaceFile(marker_, "");
+    return writeFileAtomically(entry_, entryText(program_)) && writeFileAtomically(marker_, "");
 }
 
 LoginItemService AutostartEntry::operations() const {

@@ -8,7 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "app/platform/linux/ReplacedFile.h"
+#include "app/platform/linux/AtomicWrite.h"
 #include "core/foundation/Files.h"
 
 namespace tarnik {
@@ -76,7 +76,7 @@ void DefaultsFile::setFlag(const std::string& key) {
     }
     if (contents.isBroken) contents.members = members_;
     set(contents.members, key, yes);
-    if (const auto done = replaceFile(path_, written(contents.members)); !done)
+    if (const auto done = writeFileAtomically(path_, written(contents.members)); !done)
         log_(couldNotSave + describe(done.error()));
 }
 

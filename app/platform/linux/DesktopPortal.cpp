@@ -8,7 +8,7 @@ const BusObject& desktopPortal() {
     return object;
 }
 
-void introduceToPortal(const QDBusConnection& bus) {
+void registerWithPortal(const QDBusConnection& bus) {
     auto call = busCall(desktopPortal(), QStringLiteral("org.freedesktop.host.portal.Registry"),
                         QStringLiteral("Register"), {ourBusName(), QVariantMap()});
     call.setAutoStartService(true);

@@ -2,7 +2,7 @@
 
 #include <QDBusConnection>
 
-#include "app/platform/linux/BusCall.h"
+#include "app/platform/linux/SessionBus.h"
 
 namespace tarnik {
 
@@ -11,6 +11,6 @@ const BusObject& desktopPortal();
 
 // Tells the portal which desktop entry is ours. Before anything else is asked of it; older ones don't know
 // this, and guess.
-void introduceToPortal(const QDBusConnection& bus);
+void registerWithPortal(const QDBusConnection& bus);
 
 }  // namespace tarnik

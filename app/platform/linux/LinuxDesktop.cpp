@@ -8,16 +8,16 @@
 #include <utility>
 
 #include "app/platform/DesktopPlatform.h"
+#include "app/platform/linux/AppearanceMonitor.h"
 #include "app/platform/linux/AutostartEntry.h"
-#include "app/platform/linux/BusOneCopy.h"
-#include "app/platform/linux/ColourChoiceReading.h"
+#include "app/platform/linux/BusSingleInstance.h"
 #include "app/platform/linux/DefaultsFile.h"
 #include "app/platform/linux/LinuxSwitches.h"
 #include "app/platform/linux/OpenRequests.h"
 #include "app/platform/linux/SessionBusAddress.h"
 #include "app/platform/linux/StartupNotification.h"
 #include "app/platform/linux/SystemLogSocket.h"
-#include "app/platform/linux/TrayHostReading.h"
+#include "app/platform/linux/TrayHostMonitor.h"
 
 namespace tarnik {
 namespace {
@@ -57,17 +57,17 @@ SystemEvents eventsOf(const std::shared_ptr<OpenRequests>& requests) {
             .onBecameActive = onBecameActive};
 }
 
-OneCopy operationsOf(const std::shared_ptr<BusOneCopy>& copy, const Environment& environment) {
-    const auto settle = [copy, environment](const OneCopy::Start& start) {
-        const auto standing = copy->settle(start);
-        if (standing == OneCopy::Standing::handedOver) {
+SingleInstance operationsOf(const std::shared_ptr<BusSingleInstance>& copy, const Environment& environment) {
+    const auto acquire = [copy, environment](const SingleInstance::LaunchRequest& request) {
+        const auto outcome = copy->acquire(request);
+        if (outcome == SingleInstance::Outcome::handedOver) {
             endStartupNotification(environment);
         } else {
             QTimer::singleShot(longestStart, qGuiApp, [environment] { endStartupNotification(environment); });
         }
-        return standing;
+        return outcome;
     };
-    return {.settle = settle, .refuseMore = [copy] { copy->refuseMore(); }};
+    return {.acquire = acquire, .refuseRequests = [copy] { copy->refuseRequests(); }};
 }
 
 // A reading that begins with its handler, and lasts as long as the operation.
@@ -81,7 +81,7 @@ std::function<void(Handler)> startingWithHandler(const QDBusConnection& bus) {
 }  // namespace
 
 void DesktopPlatform::prepare() {
-    startNoSessionBus();
+    disableBusAutolaunch();
 }
 
 // QT_QPA_PLATFORM may name a window system that needs neither.
@@ -98,8 +98,8 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
     const auto socket = std::make_shared<const SystemLogSocket>(SystemLogSocket::standardPath);
     const auto switches = std::make_shared<LinuxSwitches>(bus, run.environment, run.userFolder);
     const auto requests = std::make_shared<OpenRequests>(run.mainThread);
-    const auto copy =
-        std::make_shared<BusOneCopy>(bus, requests, activationToken(run.environment), BusOneCopy::Bounds());
+    const auto copy = std::make_shared<BusSingleInstance>(bus, requests, activationToken(run.environment),
+                                                          BusSingleInstance::Bounds());
     return {
         .installPath = packagedBundle,
         .defaults = DefaultsFile::operations(run.folders.preferences + "/tarnik/defaults.json",
@@ -111,11 +111,11 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
         .updates = {},  // there is no update framework: the package's system updates it
         .bundles = {},  // nor are applications moved
         .events = eventsOf(requests),
-        .oneCopy = operationsOf(copy, run.environment),
+        .singleInstance = operationsOf(copy, run.environment),
         .marksLoginStarts = true,
         .activate = {},
-        .onColourChoice = startingWithHandler<ColourChoiceReading, ColourChoiceReading::OnChoice>(bus),
-        .onTrayHost = startingWithHandler<TrayHostReading, TrayHostReading::OnHost>(bus)};
+        .onAppearanceChanged = startingWithHandler<AppearanceMonitor, AppearanceMonitor::OnChoice>(bus),
+        .onTrayHost = startingWithHandler<TrayHostMonitor, TrayHostMonitor::OnHost>(bus)};
 }  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the record owns its operations
 
 }  // namespace tarnik

@@ -24,8 +24,8 @@ LinuxSwitches::LinuxSwitches(const QDBusConnection& bus, const Environment& envi
     : environment_(environment), display_(displayOf(environment)), bus_(bus, [this] { tell(); }) {
     told_ = {.accessibility = false, .screenRecording = display_ == Display::x11};
     if (display_ != Display::wayland) return;
-    introduceToPortal(bus);
-    portal_ = std::make_unique<ScreenPortal>(bus, [this] { tell(); });
+    registerWithPortal(bus);
+    portal_ = std::make_unique<ScreenPermission>(bus, [this] { tell(); });
     std::vector<std::string> folders{userFolder, "/tmp"};
     if (auto runtime = valueOf(environment, "XDG_RUNTIME_DIR"); !runtime.empty()) folders.push_back(runtime);
     prompt_ = std::make_unique<ScreenPrompt>(bus, std::move(folders));

@@ -10,7 +10,7 @@
 
 #include "app/platform/SwitchOperations.h"
 #include "app/platform/linux/AccessibilityBus.h"
-#include "app/platform/linux/ScreenPortal.h"
+#include "app/platform/linux/ScreenPermission.h"
 #include "app/platform/linux/ScreenPrompt.h"
 #include "core/process/SpawnRequest.h"
 #include "core/switches/SwitchSnapshot.h"
@@ -61,7 +61,7 @@ private:
     Asking accessibility_;
     Asking screen_;
     AccessibilityBus bus_;
-    std::unique_ptr<ScreenPortal> portal_;  // on Wayland only
+    std::unique_ptr<ScreenPermission> portal_;  // on Wayland only
     std::unique_ptr<ScreenPrompt> prompt_;
 };
 

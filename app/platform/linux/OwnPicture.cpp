@@ -30,7 +30,7 @@ UniqueFd openFolder(const std::string& path, const std::vector<std::string>& fol
 
 }  // namespace
 
-void removeOwnPicture(const std::string& path, const std::vector<std::string>& folders) {
+void removeScreenshot(const std::string& path, const std::vector<std::string>& folders) {
     const std::string plain = standardize(path);
     const UniqueFd folder = openFolder(parentFolder(plain), folders);
     const std::string name = plain.substr(plain.rfind('/') + 1);

@@ -8,9 +8,9 @@
 
 #include <unistd.h>
 
-#include "app/platform/linux/BusCall.h"
 #include "app/platform/linux/DesktopPortal.h"
 #include "app/platform/linux/OwnPicture.h"
+#include "app/platform/linux/SessionBus.h"
 
 namespace tarnik {
 namespace {
@@ -48,7 +48,7 @@ void ScreenPrompt::ask(OnDone onDone) {
                         QStringLiteral("Screenshot"), {QString(), options});
     call.setAutoStartService(true);
     call_ = std::make_unique<QObject>();
-    askBus(bus_, call, portalBound, *call_, [this](const QDBusMessage& answer) {
+    callBusAsync(bus_, call, portalBound, *call_, [this](const QDBusMessage& answer) {
         if (answer.type() != QDBusMessage::ReplyMessage) return done(false);
         const auto path = answer.arguments().value(0).value<QDBusObjectPath>().path();
         if (!path.isEmpty() && path != request_) listen(path);  // a portal of before 2017
@@ -71,7 +71,7 @@ void ScreenPrompt::responded(const QDBusMessage& response) {
     const bool permitted = response.arguments().value(0, 2U).toUInt() == success;
     const auto results = qdbus_cast<QVariantMap>(response.arguments().value(1));
     const QUrl picture(results.value(QStringLiteral("uri")).toString());
-    if (picture.isLocalFile()) removeOwnPicture(picture.toLocalFile().toStdString(), pictureFolders_);
+    if (picture.isLocalFile()) removeScreenshot(picture.toLocalFile().toStdString(), pictureFolders_);
     done(permitted);
 }
 

@@ -24,7 +24,7 @@ bool isOwnSocket(const std::string& path) {
 
 }  // namespace
 
-void startNoSessionBus() {
+void disableBusAutolaunch() {
     if (!valueOf(addressVariable).empty()) return;
     const std::string runtime = valueOf("XDG_RUNTIME_DIR");
     if (!runtime.empty() && isOwnSocket(runtime + "/bus")) return;

@@ -7,6 +7,6 @@ namespace tarnik {
 // environment before.
 //
 // Before anything looks for the bus, and while no other thread reads the environment.
-void startNoSessionBus();
+void disableBusAutolaunch();
 
 }  // namespace tarnik

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "app/platform/OneCopy.h"
+#include "app/platform/SingleInstance.h"
 #include "app/platform/linux/ApplicationObject.h"
 #include "app/platform/linux/OpenRequests.h"
 #include "core/foundation/Time.h"
@@ -17,13 +17,13 @@ namespace tarnik {
 //
 // Main thread. A copy can be spoken to as soon as it has the name, but answers only when its loop runs.
 //
-//   the copy that has the name     what settle does
+//   the copy that has the name     what acquire does
 //   answers                        handedOver
 //   says that it is ending         waits for its end, then tries to take the name again
 //   ends without an answer         tries to take the name again: it has not taken the link
 //   gives no answer in time        handedOver: the link waits in its queue, and must not be used twice
 //   doesn't know the interface     alone
-class BusOneCopy {
+class BusSingleInstance {
 public:
     struct Bounds {
         Seconds handOver = std::chrono::seconds(30);  // it may be starting just now
@@ -31,21 +31,21 @@ public:
     };
 
     // `activationToken`: of the click on the desktop that has started this copy.
-    BusOneCopy(const QDBusConnection& bus, std::shared_ptr<OpenRequests> requests,
-               std::optional<std::string> activationToken, Bounds bounds);
+    BusSingleInstance(const QDBusConnection& bus, std::shared_ptr<OpenRequests> requests,
+                      std::optional<std::string> activationToken, Bounds bounds);
 
-    OneCopy::Standing settle(const OneCopy::Start& start);
-    void refuseMore() { object_.refuseMore(); }
+    SingleInstance::Outcome acquire(const SingleInstance::LaunchRequest& request);
+    void refuseRequests() { object_.refuseRequests(); }
 
 private:
     enum class Claim { ours, taken, impossible };
     enum class Reply { taken, ending, gone, silent, refused };
 
-    OneCopy::Standing goOn(OneCopy::Standing standing, const std::optional<std::string>& link);
+    SingleInstance::Outcome goOn(SingleInstance::Outcome outcome, const std::optional<std::string>& link);
     Claim claimName() const;
     std::optional<QString> otherCopy() const;
-    Reply handOver(const QString& copy, const OneCopy::Start& start) const;
-    QDBusMessage messageTo(const QString& copy, const OneCopy::Start& start) const;
+    Reply handOver(const QString& copy, const SingleInstance::LaunchRequest& request) const;
+    QDBusMessage messageTo(const QString& copy, const SingleInstance::LaunchRequest& request) const;
     bool waitForEnd(const QString& copy) const;
     bool isThere(const QString& copy) const;
     QDBusMessage call(const QDBusMessage& message, Seconds bound) const;

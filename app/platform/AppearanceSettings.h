@@ -17,19 +17,19 @@ struct AccentColour {
 };
 
 // What of the colours is chosen beside light and dark.
-struct ColourTaste {
+struct PaletteOptions {
     std::optional<AccentColour> accent;
     Contrast contrast = Contrast::usual;
 
-    bool operator==(const ColourTaste&) const = default;
+    bool operator==(const PaletteOptions&) const = default;
 };
 
 // What the person has chosen for all programs; nothing, where there is no such choice.
-struct ColourChoice {
+struct AppearanceSettings {
     ColourScheme scheme = ColourScheme::unknown;
-    ColourTaste taste;
+    PaletteOptions options;
 
-    bool operator==(const ColourChoice&) const = default;
+    bool operator==(const AppearanceSettings&) const = default;
 };
 
 }  // namespace tarnik

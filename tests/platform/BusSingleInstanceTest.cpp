@@ -1,4 +1,4 @@
-#include "app/platform/linux/BusOneCopy.h"
+#include "app/platform/linux/BusSingleInstance.h"
 
 #include <thread>
 
@@ -11,14 +11,14 @@
 namespace tarnik {
 namespace {
 
-using Standing = OneCopy::Standing;
+using Outcome = SingleInstance::Outcome;
 using Links = std::vector<std::string>;
 
-constexpr BusOneCopy::Bounds quick{.handOver = std::chrono::milliseconds(200),
-                                   .end = std::chrono::milliseconds(200)};
+constexpr BusSingleInstance::Bounds quick{.handOver = std::chrono::milliseconds(200),
+                                          .end = std::chrono::milliseconds(200)};
 constexpr const char* name = "com.tarnik.node";
 
-// A copy as a program of its own: it settles, and then its loop runs.
+// A copy as a program of its own: it acquires, and then its loop runs.
 class Copy {
 public:
     explicit Copy(const PrivateBus& bus) : program_(bus) {}
@@ -33,13 +33,13 @@ public:
             const auto requests = std::make_shared<OpenRequests>(mainThread);
             requests->onLink([this](const std::string& opened) { links.push_back(opened); });
             requests->onSecondOpen([this] { ++secondOpens; });
-            copy_ =
-                std::make_unique<BusOneCopy>(program_.bus(), requests, std::nullopt, BusOneCopy::Bounds());
-            standing = copy_->settle({.link = link});
+            copy_ = std::make_unique<BusSingleInstance>(program_.bus(), requests, std::nullopt,
+                                                        BusSingleInstance::Bounds());
+            outcome = copy_->acquire({.link = link});
         });
     }
-    void refuseMore() {
-        program_.run([this] { copy_->refuseMore(); });
+    void refuseRequests() {
+        program_.run([this] { copy_->refuseRequests(); });
     }
     // After all that has come to it.
     void settleDown() {
@@ -53,10 +53,10 @@ public:
     // For when it has settled down.
     Links links;
     int secondOpens = 0;
-    Standing standing = Standing::alone;
+    Outcome outcome = Outcome::unavailable;
 
 private:
-    std::unique_ptr<BusOneCopy> copy_;
+    std::unique_ptr<BusSingleInstance> copy_;
     BusProgram program_;
 };
 
@@ -66,29 +66,30 @@ struct SecondStart {
     std::shared_ptr<OpenRequests> requests = std::make_shared<OpenRequests>(mainThread.record());
     Links links;
 
-    Standing settle(const QDBusConnection& bus, const OneCopy::Start& start, BusOneCopy::Bounds bounds = {}) {
+    Outcome acquire(const QDBusConnection& bus, const SingleInstance::LaunchRequest& start,
+                    BusSingleInstance::Bounds bounds = {}) {
         requests->onLink([this](const std::string& opened) { links.push_back(opened); });
-        const auto standing = BusOneCopy(bus, requests, "token", bounds).settle(start);
-        EXPECT_EQ(links, Links()) << "inside settle";
+        const auto outcome = BusSingleInstance(bus, requests, "token", bounds).acquire(start);
+        EXPECT_EQ(links, Links()) << "inside acquire";
         mainThread.run();
-        return standing;
+        return outcome;
     }
 };
 
-TEST(BusOneCopy, givesALaterStartsLinkToTheOneThatRuns) {
+TEST(BusSingleInstance, givesALaterStartsLinkToTheOneThatRuns) {
     const PrivateBus bus;
     Copy first(bus);
     first.start("tarnik://1");
     first.settleDown();
-    ASSERT_EQ(first.standing, Standing::only);
-    const OneCopy::Start later[] = {{.link = "tarnik://2"},
-                                    {.link = "tarnik://3", .wantsWindow = false},
-                                    {},
-                                    {.wantsWindow = false},
-                                    {.link = std::string(70000, 'x')}};
+    ASSERT_EQ(first.outcome, Outcome::primary);
+    const SingleInstance::LaunchRequest later[] = {{.link = "tarnik://2"},
+                                                   {.link = "tarnik://3", .wantsWindow = false},
+                                                   {},
+                                                   {.wantsWindow = false},
+                                                   {.link = std::string(70000, 'x')}};
     for (const auto& start : later) {
         SecondStart second;
-        EXPECT_EQ(second.settle(bus.connect(), start), Standing::handedOver);
+        EXPECT_EQ(second.acquire(bus.connect(), start), Outcome::handedOver);
         EXPECT_EQ(second.links, Links());
     }
     first.settleDown();
@@ -96,34 +97,34 @@ TEST(BusOneCopy, givesALaterStartsLinkToTheOneThatRuns) {
     EXPECT_EQ(first.secondOpens, 2);  // the last link is too long to be one
 }
 
-TEST(BusOneCopy, waitsForTheEndOfOneThatIsEnding) {
-    for (const OneCopy::Start& start :
-         {OneCopy::Start{.link = "tarnik://1"}, OneCopy::Start{.wantsWindow = false}}) {
+TEST(BusSingleInstance, waitsForTheEndOfOneThatIsEnding) {
+    for (const SingleInstance::LaunchRequest& start : {SingleInstance::LaunchRequest{.link = "tarnik://1"},
+                                                       SingleInstance::LaunchRequest{.wantsWindow = false}}) {
         const PrivateBus bus;
         Copy first(bus);
         first.start(std::nullopt);
         first.settleDown();
-        first.refuseMore();
+        first.refuseRequests();
         std::thread end([&] {
             std::this_thread::sleep_for(std::chrono::milliseconds(100));  // what its end takes
             first.end();
         });
         SecondStart second;
-        EXPECT_EQ(second.settle(bus.connect(), start), Standing::only);
+        EXPECT_EQ(second.acquire(bus.connect(), start), Outcome::primary);
         end.join();
         EXPECT_EQ(second.links, start.link ? Links({*start.link}) : Links());
         EXPECT_EQ(first.links, Links());
     }
 }
 
-TEST(BusOneCopy, losesNoLinkToACopyThatDoesNotTakeIt) {
+TEST(BusSingleInstance, losesNoLinkToACopyThatDoesNotTakeIt) {
     using Vanish = std::function<void()>;
     using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage&, const Vanish&)>;
     const auto none = std::optional<QDBusMessage>();
     struct Case {
         const char* why;
         Answer answer;
-        Standing standing;
+        Outcome outcome;
         Links links;
     };
     const Case cases[] = {
@@ -132,20 +133,20 @@ TEST(BusOneCopy, losesNoLinkToACopyThatDoesNotTakeIt) {
              vanish();
              return none;
          },
-         Standing::only,
+         Outcome::primary,
          {"tarnik://1"}},
         {"it has the link in its queue, and may come to it", [&](auto&, auto&) { return none; },
-         Standing::handedOver, Links()},
+         Outcome::handedOver, Links()},
         {"it is something else",
          [](auto& call, auto&) { return call.createErrorReply(QDBusError::UnknownInterface, ""); },
-         Standing::alone,
+         Outcome::unavailable,
          {"tarnik://1"}},
         {"it doesn't come to its end",
          [&](auto& call, auto&) {
              return call.member() == "Open" ? call.createErrorReply("com.tarnik.node.Error.Ending", "")
                                             : none;
          },
-         Standing::alone,
+         Outcome::unavailable,
          {"tarnik://1"}},
     };
     for (const auto& c : cases) {
@@ -163,7 +164,7 @@ TEST(BusOneCopy, losesNoLinkToACopyThatDoesNotTakeIt) {
             service = std::make_unique<FakeService>(other.bus(), name, answer);
         });
         SecondStart second;
-        EXPECT_EQ(second.settle(bus.connect(), {.link = "tarnik://1"}, quick), c.standing) << c.why;
+        EXPECT_EQ(second.acquire(bus.connect(), {.link = "tarnik://1"}, quick), c.outcome) << c.why;
         EXPECT_EQ(second.links, c.links) << c.why;
         other.run([&] { service.reset(); });
     }

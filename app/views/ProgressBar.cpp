@@ -1,4 +1,4 @@
-#include "app/views/ProgressLine.h"
+#include "app/views/ProgressBar.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -19,13 +19,13 @@ constexpr double piece = 0.28;
 
 }  // namespace
 
-ProgressLine::ProgressLine(QWidget* parent) : QProgressBar(parent) {
+ProgressBar::ProgressBar(QWidget* parent) : QProgressBar(parent) {
     setTextVisible(false);
     setFixedHeight(thickness);
     hide();
 }
 
-void ProgressLine::setProgress(const DownloadProgress& progress) {
+void ProgressBar::setProgress(const DownloadProgress& progress) {
     setRange(0, progress.permille ? 1000 : 0);
     if (progress.permille) setValue(*progress.permille);
     if (const auto text = qtText(progress.text); text != accessibleDescription())
@@ -33,7 +33,7 @@ void ProgressLine::setProgress(const DownloadProgress& progress) {
     settleTimer();
 }
 
-void ProgressLine::paintEvent(QPaintEvent*) {
+void ProgressBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -55,21 +55,21 @@ void ProgressLine::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(done, thickness / 2.0, thickness / 2.0);
 }
 
-void ProgressLine::showEvent(QShowEvent*) {
+void ProgressBar::showEvent(QShowEvent*) {
     settleTimer();
 }
 
-void ProgressLine::hideEvent(QHideEvent*) {
+void ProgressBar::hideEvent(QHideEvent*) {
     timer_.stop();
 }
 
-void ProgressLine::timerEvent(QTimerEvent* event) {
+void ProgressBar::timerEvent(QTimerEvent* event) {
     if (event->timerId() != timer_.timerId()) return QProgressBar::timerEvent(event);
     wandered_ = (wandered_ + step) % 1000;
     update();
 }
 
-void ProgressLine::settleTimer() {
+void ProgressBar::settleTimer() {
     const bool moves = isWandering() && isVisible() &&
                        style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
     if (moves == timer_.isActive()) return;

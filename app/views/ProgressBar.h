@@ -8,9 +8,9 @@
 namespace tarnik {
 
 // How far a download has come: a thin bar, in which a piece wanders while nobody knows.
-class ProgressLine : public QProgressBar {
+class ProgressBar : public QProgressBar {
 public:
-    explicit ProgressLine(QWidget* parent = nullptr);
+    explicit ProgressBar(QWidget* parent = nullptr);
 
     void setProgress(const DownloadProgress& progress);
 

@@ -15,7 +15,7 @@ namespace tarnik {
 // the answer may be another, or the program that answers comes or goes. In between nothing is sent.
 //
 // Main thread. However many signals come, there is one question under way.
-class BusReading {
+class BusQueryMonitor {
 public:
     // What becomes of the answer when the program behind the name has ended.
     enum class WithoutProgram { ask, keepAnswer };
@@ -28,7 +28,7 @@ public:
     // An error too. Not called at once; may be called with the same answer again.
     using OnAnswer = std::function<void(const QDBusMessage& answer)>;
 
-    BusReading(const QDBusConnection& bus, Question question, OnAnswer onAnswer);
+    BusQueryMonitor(const QDBusConnection& bus, Question question, OnAnswer onAnswer);
 
     bool hasAnswer() const { return hasAnswer_; }
 

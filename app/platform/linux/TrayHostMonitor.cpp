@@ -1,13 +1,13 @@
-#include "app/platform/linux/TrayHostReading.h"
+#include "app/platform/linux/TrayHostMonitor.h"
 
 #include <utility>
 
-#include "app/platform/linux/BusCall.h"
+#include "app/platform/linux/SessionBus.h"
 
 namespace tarnik {
 namespace {
 
-BusReading::Question question() {
+BusQueryMonitor::Question question() {
     const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
     const QString path = QStringLiteral("/StatusNotifierWatcher");
     const auto hint = [&](const char* name) { return BusSignal::Match{path, watcher, QLatin1String(name)}; };
@@ -18,11 +18,11 @@ BusReading::Question question() {
 
 }  // namespace
 
-TrayHostReading::TrayHostReading(const QDBusConnection& bus, OnHost onHost)
+TrayHostMonitor::TrayHostMonitor(const QDBusConnection& bus, OnHost onHost)
     : onHost_(std::move(onHost)),
       reading_(bus, question(), [this](const QDBusMessage& answer) { answered(answer); }) {}
 
-void TrayHostReading::answered(const QDBusMessage& answer) {
+void TrayHostMonitor::answered(const QDBusMessage& answer) {
     const TrayHost host = busValue(answer).toBool() ? TrayHost::present : TrayHost::absent;
     if (std::exchange(told_, host) == host) return;
     onHost_(host);

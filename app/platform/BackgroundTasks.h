@@ -11,7 +11,7 @@ namespace tarnik {
 // holds only what it was given, and hands its result to the main thread.
 //
 // Made by main(). Copies share the count.
-class DetachedWork {
+class BackgroundTasks {
 public:
     using Task = std::function<void()>;
 

@@ -4,25 +4,25 @@
 #include <functional>
 #include <optional>
 
-#include "app/platform/ColourChoice.h"
-#include "app/platform/linux/BusReading.h"
+#include "app/platform/AppearanceSettings.h"
+#include "app/platform/linux/BusQueryMonitor.h"
 
 namespace tarnik {
 
 // Tells the colours that the portal knows of: first what they are, without a choice too, then each change.
 // Main thread. Doesn't start the portal.
-class ColourChoiceReading {
+class AppearanceMonitor {
 public:
-    using OnChoice = std::function<void(const ColourChoice&)>;
+    using OnChoice = std::function<void(const AppearanceSettings&)>;
 
-    ColourChoiceReading(const QDBusConnection& bus, OnChoice onChoice);
+    AppearanceMonitor(const QDBusConnection& bus, OnChoice onChoice);
 
 private:
     void answered(const QDBusMessage& answer);
 
     const OnChoice onChoice_;
-    std::optional<ColourChoice> told_;
-    BusReading reading_;
+    std::optional<AppearanceSettings> told_;
+    BusQueryMonitor reading_;
 };
 
 }  // namespace tarnik

@@ -1,4 +1,4 @@
-#include "app/platform/linux/BusCall.h"
+#include "app/platform/linux/SessionBus.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
@@ -27,8 +27,8 @@ QDBusMessage busPropertyCall(const BusObject& object, const QString& interface, 
                    {interface, property});
 }
 
-void askBus(const QDBusConnection& bus, const QDBusMessage& call, Seconds bound, QObject& context,
-            std::function<void(const QDBusMessage& answer)> onAnswer) {
+void callBusAsync(const QDBusConnection& bus, const QDBusMessage& call, Seconds bound, QObject& context,
+                  std::function<void(const QDBusMessage& answer)> onAnswer) {
     if (!bus.isConnected()) {  // a call would never come to its end
         return QTimer::singleShot(0, &context,
                                   [onAnswer = std::move(onAnswer)] { onAnswer(QDBusMessage()); });

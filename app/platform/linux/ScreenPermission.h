@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "app/platform/linux/BusReading.h"
+#include "app/platform/linux/BusQueryMonitor.h"
 
 namespace tarnik {
 
@@ -14,9 +14,9 @@ namespace tarnik {
 // count: a yes to one is for that recording, and noted nowhere that could be read.
 //
 // Main thread. Starts the portal and its store, which only some desktops do by themselves.
-class ScreenPortal {
+class ScreenPermission {
 public:
-    ScreenPortal(const QDBusConnection& bus, std::function<void()> onChange);
+    ScreenPermission(const QDBusConnection& bus, std::function<void()> onChange);
 
     bool isOn() const { return offersPictures_ && noted_.value_or(wasGranted_); }
 
@@ -34,8 +34,8 @@ private:
     std::optional<bool> noted_;
     bool wasGranted_ = false;
     bool isKnown_ = false;
-    BusReading version_;
-    BusReading permission_;
+    BusQueryMonitor version_;
+    BusQueryMonitor permission_;
 };
 
 }  // namespace tarnik

@@ -1,12 +1,12 @@
-#include "app/platform/linux/ScreenPortal.h"
+#include "app/platform/linux/ScreenPermission.h"
 
 #include <QDBusArgument>
 #include <QMap>
 #include <QStringList>
 #include <utility>
 
-#include "app/platform/linux/BusCall.h"
 #include "app/platform/linux/DesktopPortal.h"
+#include "app/platform/linux/SessionBus.h"
 
 namespace tarnik {
 namespace {
@@ -21,10 +21,11 @@ QString table() {
     return QStringLiteral("screenshot");  // and the name of its one entry
 }
 
-BusReading::Question starting(QDBusMessage call, std::vector<BusSignal::Match> hints = {}) {
+BusQueryMonitor::Question starting(QDBusMessage call, std::vector<BusSignal::Match> hints = {}) {
     call.setAutoStartService(true);
-    return {
-        .call = call, .hints = std::move(hints), .withoutProgram = BusReading::WithoutProgram::keepAnswer};
+    return {.call = call,
+            .hints = std::move(hints),
+            .withoutProgram = BusQueryMonitor::WithoutProgram::keepAnswer};
 }
 
 // Programs outside a sandbox are noted under the name of their desktop entry, when the portal can tell, and
@@ -42,14 +43,14 @@ std::optional<bool> notedIn(const QDBusMessage& answer) {
 }  // namespace
 
 template <class Change>
-void ScreenPortal::apply(Change change) {
+void ScreenPermission::apply(Change change) {
     const bool wasOn = isOn();
     change();
     const bool wasKnown = std::exchange(isKnown_, version_.hasAnswer() && permission_.hasAnswer());
     if (isOn() != wasOn || isKnown_ != wasKnown) onChange_();
 }
 
-ScreenPortal::ScreenPortal(const QDBusConnection& bus, std::function<void()> onChange)
+ScreenPermission::ScreenPermission(const QDBusConnection& bus, std::function<void()> onChange)
     : onChange_(std::move(onChange)),
       version_(bus,
                starting(busPropertyCall(desktopPortal(), QStringLiteral("org.freedesktop.portal.Screenshot"),
@@ -66,7 +67,7 @@ ScreenPortal::ScreenPortal(const QDBusConnection& bus, std::function<void()> onC
                              .firstArgument = table()}}),
                   [this](const QDBusMessage& answer) { apply([&] { noted_ = notedIn(answer); }); }) {}
 
-void ScreenPortal::answered(bool permitted) {
+void ScreenPermission::answered(bool permitted) {
     apply([&] { wasGranted_ = permitted; });
     permission_.ask();
 }

@@ -30,8 +30,8 @@ QDBusMessage busPropertyCall(const BusObject& object, const QString& interface, 
 
 // Sends the call and hands on the answer: an error too, also for a bus that isn't there or doesn't answer
 // within `bound`. Never at once, and not once `context` is gone. Main thread.
-void askBus(const QDBusConnection& bus, const QDBusMessage& call, Seconds bound, QObject& context,
-            std::function<void(const QDBusMessage& answer)> onAnswer);
+void callBusAsync(const QDBusConnection& bus, const QDBusMessage& call, Seconds bound, QObject& context,
+                  std::function<void(const QDBusMessage& answer)> onAnswer);
 
 // The one value of an answer, without the variants around it; invalid for an error.
 QVariant busValue(const QDBusMessage& answer);

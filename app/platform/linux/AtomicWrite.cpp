@@ -1,4 +1,4 @@
-#include "app/platform/linux/ReplacedFile.h"
+#include "app/platform/linux/AtomicWrite.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -11,7 +11,7 @@
 
 namespace tarnik {
 
-std::expected<void, FileError> replaceFile(const std::string& path, std::string_view bytes) {
+std::expected<void, FileError> writeFileAtomically(const std::string& path, std::string_view bytes) {
     if (auto folder = createFolders(parentFolder(path), 0700); !folder) return folder;
     std::string fresh = path + ".XXXXXX";
     const UniqueFd file(::mkostemp(fresh.data(), O_CLOEXEC));  // mode 0600

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "app/platform/linux/ColourChoiceReading.h"
-#include "app/platform/linux/TrayHostReading.h"
+#include "app/platform/linux/AppearanceMonitor.h"
+#include "app/platform/linux/TrayHostMonitor.h"
 #include "tests/platform/FakeService.h"
 #include "tests/platform/PrivateBus.h"
 
@@ -28,12 +28,12 @@ QVariant parts(double red, double green, double blue) {
     return QVariant::fromValue(argument);
 }
 
-TEST(ColourChoiceReading, tellsEachChange) {
+TEST(AppearanceMonitor, tellsEachChange) {
     qDBusRegisterMetaType<Settings>();
     const PrivateBus bus;
-    std::vector<ColourChoice> told;
-    const ColourChoiceReading reading(bus.connect(), [&](const auto& choice) { told.push_back(choice); });
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{ColourChoice()}; }));
+    std::vector<AppearanceSettings> told;
+    const AppearanceMonitor reading(bus.connect(), [&](const auto& choice) { told.push_back(choice); });
+    EXPECT_TRUE(comesTrue([&] { return told == std::vector{AppearanceSettings()}; }));
 
     QVariantMap chosen{{"color-scheme", 1U}};
     FakeService portal(bus.connect(), "org.freedesktop.portal.Desktop", [&](const QDBusMessage& call) {
@@ -42,18 +42,18 @@ TEST(ColourChoiceReading, tellsEachChange) {
     });
     struct Case {
         QVariantMap chosen;
-        ColourChoice choice;
+        AppearanceSettings choice;
     };
     const AccentColour orange{.red = 1, .green = 0.5, .blue = 0};
     const Case cases[] = {
         {chosen, {.scheme = ColourScheme::dark}},
         {{{"color-scheme", 2U}, {"accent-color", parts(1, 0.5, 0)}, {"contrast", 1U}},
-         {.scheme = ColourScheme::light, .taste = {.accent = orange, .contrast = Contrast::higher}}},
+         {.scheme = ColourScheme::light, .options = {.accent = orange, .contrast = Contrast::higher}}},
         {{{"accent-color", parts(-1, 0, 0)}, {"contrast", 0U}}, {}},
-        {{{"accent-color", parts(1, 0.5, 0)}}, {.taste = {.accent = orange}}},
+        {{{"accent-color", parts(1, 0.5, 0)}}, {.options = {.accent = orange}}},
         {{{"accent-color", "orange"}, {"color-scheme", 7U}}, {}},
     };
-    std::vector<ColourChoice> expected = told;
+    std::vector<AppearanceSettings> expected = told;
     for (const auto& c : cases) {
         chosen = c.chosen;
         expected.push_back(c.choice);
@@ -65,10 +65,10 @@ TEST(ColourChoiceReading, tellsEachChange) {
     }
 }
 
-TEST(TrayHostReading, tellsOfATrayThatComesLaterAndGoes) {
+TEST(TrayHostMonitor, tellsOfATrayThatComesLaterAndGoes) {
     const PrivateBus bus;
     std::vector<TrayHost> told;
-    const TrayHostReading reading(bus.connect(), [&](TrayHost host) { told.push_back(host); });
+    const TrayHostMonitor reading(bus.connect(), [&](TrayHost host) { told.push_back(host); });
     using enum TrayHost;
     EXPECT_TRUE(comesTrue([&] { return told == std::vector{absent}; }));
 
@@ -84,9 +84,9 @@ TEST(TrayHostReading, tellsOfATrayThatComesLaterAndGoes) {
     EXPECT_TRUE(comesTrue([&] { return told == std::vector{absent, present, absent}; }));
 }
 
-TEST(BusReading, tellsThatThereIsNoBus) {
+TEST(BusQueryMonitor, tellsThatThereIsNoBus) {
     std::vector<TrayHost> told;
-    const TrayHostReading reading(QDBusConnection("no such connection"),
+    const TrayHostMonitor reading(QDBusConnection("no such connection"),
                                   [&](TrayHost host) { told.push_back(host); });
     EXPECT_TRUE(comesTrue([&] { return told == std::vector{TrayHost::absent}; }));
 }

@@ -1,12 +1,12 @@
-#include "app/platform/linux/BusReading.h"
+#include "app/platform/linux/BusQueryMonitor.h"
 
 #include <utility>
 
-#include "app/platform/linux/BusCall.h"
+#include "app/platform/linux/SessionBus.h"
 
 namespace tarnik {
 
-BusReading::BusReading(const QDBusConnection& bus, Question question, OnAnswer onAnswer)
+BusQueryMonitor::BusQueryMonitor(const QDBusConnection& bus, Question question, OnAnswer onAnswer)
     : bus_(bus), question_(std::move(question)), onAnswer_(std::move(onAnswer)) {
     listen({.path = QStringLiteral("/org/freedesktop/DBus"),
             .interface = QStringLiteral("org.freedesktop.DBus"),
@@ -23,26 +23,26 @@ BusReading::BusReading(const QDBusConnection& bus, Question question, OnAnswer o
     question_.call.setAutoStartService(false);  // or a program that fails at our question is started for ever
 }
 
-void BusReading::listen(const BusSignal::Match& match, BusSignal::Handler handler) {
+void BusQueryMonitor::listen(const BusSignal::Match& match, BusSignal::Handler handler) {
     signals_.push_back(std::make_unique<BusSignal>(bus_, match, std::move(handler)));
 }
 
-void BusReading::ownerChanged(const QDBusMessage& signal) {
+void BusQueryMonitor::ownerChanged(const QDBusMessage& signal) {
     const bool isGone = signal.arguments().value(2).toString().isEmpty();
     if (!isGone || question_.withoutProgram == WithoutProgram::ask) ask();
 }
 
-void BusReading::ask() {
+void BusQueryMonitor::ask() {
     if (isAsking_) {
         mustAskAgain_ = true;
         return;
     }
     isAsking_ = true;
-    askBus(bus_, question_.call, busCallBound, context_,
-           [this](const QDBusMessage& answer) { answered(answer); });
+    callBusAsync(bus_, question_.call, busCallBound, context_,
+                 [this](const QDBusMessage& answer) { answered(answer); });
 }
 
-void BusReading::answered(const QDBusMessage& answer) {
+void BusQueryMonitor::answered(const QDBusMessage& answer) {
     isAsking_ = false;
     if (std::exchange(mustAskAgain_, false)) return ask();
     hasAnswer_ = true;

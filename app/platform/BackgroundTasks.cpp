@@ -1,4 +1,4 @@
-#include "app/platform/DetachedWork.h"
+#include "app/platform/BackgroundTasks.h"
 
 #include <system_error>
 #include <thread>
@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-bool DetachedWork::start(const std::string& label, Task task) const {
+bool BackgroundTasks::start(const std::string& label, Task task) const {
     ++*running_;
     try {
         std::thread([running = running_, label, task = std::move(task)]() mutable {

@@ -1,4 +1,4 @@
-#include "app/platform/linux/ColourChoiceReading.h"
+#include "app/platform/linux/AppearanceMonitor.h"
 
 #include <QDBusArgument>
 #include <QMap>
@@ -6,8 +6,8 @@
 #include <QVariantMap>
 #include <utility>
 
-#include "app/platform/linux/BusCall.h"
 #include "app/platform/linux/DesktopPortal.h"
+#include "app/platform/linux/SessionBus.h"
 
 namespace tarnik {
 namespace {
@@ -36,34 +36,34 @@ std::optional<AccentColour> accentOf(const QVariant& value) {
     return colour;
 }
 
-ColourChoice choiceOf(const QDBusMessage& answer) {
+AppearanceSettings choiceOf(const QDBusMessage& answer) {
     if (answer.signature() != QLatin1String("a{sa{sv}}")) return {};
     const auto areas = qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().constFirst());
     const auto chosen = areas.value(area());
     const bool isHigher = chosen.value(QStringLiteral("contrast")).toUInt() == 1;
     return {.scheme = schemeOf(chosen.value(QStringLiteral("color-scheme")).toUInt()),
-            .taste = {.accent = accentOf(chosen.value(QStringLiteral("accent-color"))),
-                      .contrast = isHigher ? Contrast::higher : Contrast::usual}};
+            .options = {.accent = accentOf(chosen.value(QStringLiteral("accent-color"))),
+                        .contrast = isHigher ? Contrast::higher : Contrast::usual}};
 }
 
-BusReading::Question question() {
+BusQueryMonitor::Question question() {
     const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
     return {.call = busCall(desktopPortal(), settings, QStringLiteral("ReadAll"), {QStringList(area())}),
             .hints = {{.path = desktopPortal().path,
                        .interface = settings,
                        .name = QStringLiteral("SettingChanged"),
                        .firstArgument = area()}},
-            .withoutProgram = BusReading::WithoutProgram::keepAnswer};
+            .withoutProgram = BusQueryMonitor::WithoutProgram::keepAnswer};
 }
 
 }  // namespace
 
-ColourChoiceReading::ColourChoiceReading(const QDBusConnection& bus, OnChoice onChoice)
+AppearanceMonitor::AppearanceMonitor(const QDBusConnection& bus, OnChoice onChoice)
     : onChoice_(std::move(onChoice)),
       reading_(bus, question(), [this](const QDBusMessage& answer) { answered(answer); }) {}
 
-void ColourChoiceReading::answered(const QDBusMessage& answer) {
-    const ColourChoice choice = choiceOf(answer);
+void AppearanceMonitor::answered(const QDBusMessage& answer) {
+    const AppearanceSettings choice = choiceOf(answer);
     if (std::exchange(told_, choice) == choice) return;
     onChoice_(choice);
 }
