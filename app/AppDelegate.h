@@ -12,7 +12,7 @@
 #include "app/platform/SystemEvents.h"
 #include "app/relocation/RelocationOutcome.h"
 #include "app/updates/Updater.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 

@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "core/foundation/PrivateFolder.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 

@@ -10,9 +10,9 @@
 #include "core/driver/BundledDriver.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/foundation/UserHome.h"
 #include "core/node/NodeRelease.h"
-#include "core/node/TarnikIdentity.h"
 
 extern char** environ;
 

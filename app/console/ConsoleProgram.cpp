@@ -16,7 +16,7 @@
 #include "app/model/PlainSentence.h"
 #include "app/model/UpdateSettings.h"
 #include "app/relocation/Relocator.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 namespace {

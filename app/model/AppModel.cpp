@@ -6,8 +6,8 @@
 #include "app/model/PairingInbox.h"
 #include "app/model/PlainSentence.h"
 #include "app/model/WindowTexts.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/node/NodeInstaller.h"
-#include "core/node/TarnikIdentity.h"
 #include "core/pairing/JoinLink.h"
 
 namespace tarnik {

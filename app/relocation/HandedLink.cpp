@@ -4,7 +4,7 @@
 #include <chrono>
 
 #include "core/foundation/PrivateFolder.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/pairing/JoinLink.h"
 
 namespace tarnik {

@@ -6,7 +6,7 @@
 
 #include "core/foundation/Files.h"
 #include "core/foundation/PrivateFolder.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "app/model/BuildKind.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik {

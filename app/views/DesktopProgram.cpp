@@ -26,7 +26,7 @@
 #include "app/views/PlainStyle.h"
 #include "app/views/QtMainThread.h"
 #include "app/views/ScreenGallery.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 namespace {

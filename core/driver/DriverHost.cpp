@@ -154,10 +154,7 @@ void DriverHost::exited(Generation generation, ExitStatus status) {
 void DriverHost::stopRunning() {
     setEndpoint(std::nullopt);
     if (!running_) return reapStale();
-    running_->livenessWrite.reset();
-    if (!running_->child->waitForExit(deps_.stopGraces.livenessClosed)) {
-        running_->child->stop(deps_.stopGraces.terminated);
-    }
+    running_->child->stop(StopSequences::driver, std::move(running_->livenessWrite));
     forgetRunning();
 }
 

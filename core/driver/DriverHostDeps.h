@@ -26,19 +26,12 @@ struct DriverHostDeps {
     // A descriptor for one driver's standard output and error; none sends them to /dev/null.
     using AttachOutput = std::function<UniqueFd()>;
 
-    // How long a stopping driver is given after each step; ChildProcess::killGrace after the last.
-    struct StopGraces {
-        Seconds livenessClosed = Seconds(2);
-        Seconds terminated = Seconds(1);
-    };
-
     Launch launch;
     std::function<bool(const std::string& socketPath)> socketReady;  // must not block
     std::function<void(Seconds)> sleep;                              // blocks the calling thread
     std::function<TimePoint()> now;
     Seconds readinessTimeout = Seconds(10);
     std::vector<Seconds> restartDelays{Seconds(1), Seconds(2), Seconds(4), Seconds(8), Seconds(10)};
-    StopGraces stopGraces;
     // Returns true while a newer setEnabled() or the end waits: a start gives up, and the waiting call
     // decides.
     std::function<bool()> isSuperseded = [] { return false; };

@@ -21,6 +21,7 @@
 #include "core/foundation/UniqueFd.h"
 #include "core/foundation/Uuid.h"
 #include "core/foundation/WhiteSpace.h"
+#include "core/process/StopSequence.h"
 
 namespace tarnik {
 
@@ -36,8 +37,6 @@ constexpr std::size_t idLength = 16;
 constexpr int idAttempts = 8;
 constexpr std::size_t socketPathLimit = 104;  // Darwin's, with the NUL at the end; Linux has a few more
 constexpr std::size_t pidFileLimit = 64;
-constexpr Seconds terminateGrace = Seconds(1);
-constexpr Seconds killGrace = Seconds(1);
 constexpr const char* socketName = "cua.sock";
 constexpr const char* pidFileName = "cua.pid";
 
@@ -188,15 +187,15 @@ bool endDriver(const DriverSocketDirectory& directory, const std::string& expect
         return runs && !expectedExecutable.empty() && ProcessInspection::samePath(*runs, expectedExecutable);
     };
     if (!runsDriver()) return false;
-    processes.signal(*pid, SIGTERM);
-    if (processes.waitForExit(*pid, terminateGrace)) return true;
-
-    // By now the number may be another process's.
-    if (directory.readProcessIdentifier() != pid || !runsDriver()) {
-        return processes.waitForExit(*pid, Seconds::zero());
-    }
-    processes.signal(*pid, SIGKILL);
-    return processes.waitForExit(*pid, killGrace);
+    const auto perform = [&](StopAction action) {
+        // By the second step the pid may belong to another process.
+        const bool isKill = action == StopAction::kill;
+        if (isKill && (directory.readProcessIdentifier() != pid || !runsDriver())) return false;
+        processes.signal(*pid, isKill ? SIGKILL : SIGTERM);
+        return true;
+    };
+    const auto hasEnded = [&](Seconds timeout) { return processes.waitForExit(*pid, timeout); };
+    return runStopSequence(StopSequences::leftoverDriver, perform, hasEnded) || hasEnded(Seconds::zero());
 }
 
 }  // namespace

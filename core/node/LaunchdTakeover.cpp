@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "core/foundation/PropertyList.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik::LaunchdTakeover {

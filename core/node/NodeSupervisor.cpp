@@ -124,9 +124,7 @@ void NodeSupervisor::stopCurrent() {
     Current ending = std::exchange(current_, std::monostate{});
     restartWhenPairingSettles_ = false;
     if (auto* run = std::get_if<Run>(&ending)) {
-        run->input.reset();
-        if (!run->child->waitForExit(deps_.stopGraces.inputClosed))
-            run->child->stop(deps_.stopGraces.terminated);
+        run->child->stop(StopSequences::node, std::move(run->input));
     } else if (auto* pairing = std::get_if<Pairing>(&ending)) {
         pairing->session->cancel();
     }

@@ -20,12 +20,6 @@ struct NodeSupervisorDeps {
     using Spawn = std::function<std::expected<std::shared_ptr<ChildProcess>, SpawnError>(
         const SpawnRequest&, ChildProcess::OnExit)>;
 
-    // How long a stopping node is given after each step.
-    struct StopGraces {
-        Seconds inputClosed = Seconds(10);
-        Seconds terminated = Seconds(5);
-    };
-
     Spawn spawn;                        // the node in its normal mode
     PairingSession::SpawnPty spawnPty;  // the connect command, on a terminal
     std::function<TimePoint()> now;
@@ -33,7 +27,6 @@ struct NodeSupervisorDeps {
     Seconds connectedAfter = Seconds(15);  // a connect command that runs on this long after it has connected
     Seconds outputGrace = Seconds(5);      // for what still holds the node's output after its end
     std::shared_ptr<NodeLog> nodeLog;      // none: the node's output goes to /dev/null
-    StopGraces stopGraces;
     // Returns true once the program ends: nothing is started any more, not even by a call that is under way.
     std::function<bool()> isEnding = [] { return false; };
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;

@@ -4,14 +4,14 @@
 #include <vector>
 
 #include "core/foundation/Json.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/foundation/WhiteSpace.h"
 
 namespace tarnik::JoinLink {
 
 namespace {
 
-// The scheme and host of links that the system hands to the app itself.
-constexpr std::string_view appScheme = "tarnik";
+// The host of links that the system hands to the app itself.
 constexpr std::string_view appHost = "connect";
 
 std::optional<std::string> takeCode(std::string_view text) {
@@ -69,7 +69,7 @@ std::optional<std::string> code(std::string_view text, const Url& webOrigin) {
     // Query and fragment of a web link are not looked at, so they may hold what no address may.
     const auto link = Url::parse(trimmed.substr(0, trimmed.find_first_of("?#")));
     if (!link) return std::nullopt;
-    if (link->scheme() != appScheme) return codeOfWebLink(*link, webOrigin);
+    if (link->scheme() != TarnikIdentity::urlScheme) return codeOfWebLink(*link, webOrigin);
     const auto appLink = Url::parse(trimmed.substr(0, trimmed.find('#')));
     return appLink ? codeOfAppLink(*appLink) : std::nullopt;
 }

@@ -75,14 +75,16 @@ void PairingSession::cancel() {
         stopRequested_ = true;
         pty = pty_;
     }
-    const TimePoint deadline = after(setup_.now(), cancelTimeout);
-    const auto hasExited = [this] { return exit_.has_value(); };
+    const TimePoint deadline = after(setup_.now(), totalWait(StopSequences::connectCommand));
     pty->closeInput();
-    pty->child().signal(SIGTERM);
-    if (!waitFor(cancelGrace, hasExited)) {
-        pty->child().signal(SIGKILL);
-        if (!waitFor(deadline - setup_.now(), hasExited)) return;
-    }
+    const auto perform = [&pty](StopAction action) {
+        pty->child().signal(action == StopAction::kill ? SIGKILL : SIGTERM);
+        return true;
+    };
+    const auto hasEnded = [this](Seconds timeout) {
+        return waitFor(timeout, [this] { return exit_.has_value(); });
+    };
+    if (!runStopSequence(StopSequences::connectCommand, perform, hasEnded)) return;
     // Until its end the session is in the way of the next.
     waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())), [this] { return ended_; });
     outputEnded();

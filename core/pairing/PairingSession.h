@@ -40,8 +40,6 @@ class PairingSession : public std::enable_shared_from_this<PairingSession> {
 
 public:
     static constexpr std::string_view promptMarker = "Press Enter to connect it";
-    static constexpr Seconds cancelGrace = Seconds(3);    // between SIGTERM and SIGKILL
-    static constexpr Seconds cancelTimeout = Seconds(8);  // for all of cancel()
     static constexpr Seconds drainTimeout = Seconds(1);
 
     using Phase = PairingPhase;

@@ -27,11 +27,16 @@ void ChildProcess::signal(int number) {
     if (!status_) kill_(pid_, number);
 }
 
-void ChildProcess::stop(Seconds grace) {
-    signal(SIGTERM);
-    if (waitForExit(grace)) return;
-    signal(SIGKILL);
-    waitForExit(killGrace);
+void ChildProcess::stop(StopSequence steps, UniqueFd input) {
+    const auto perform = [&](StopAction action) {
+        switch (action) {
+            case StopAction::closeInput: input.reset(); break;
+            case StopAction::terminate: signal(SIGTERM); break;
+            case StopAction::kill: signal(SIGKILL); break;
+        }
+        return true;
+    };
+    runStopSequence(steps, perform, [this](Seconds timeout) { return waitForExit(timeout).has_value(); });
 }
 
 void ChildProcess::markReaped(const std::function<ExitStatus()>& reap) {

@@ -8,7 +8,9 @@
 #include <sys/types.h>
 
 #include "core/foundation/Time.h"
+#include "core/foundation/UniqueFd.h"
 #include "core/process/ExitStatus.h"
+#include "core/process/StopSequence.h"
 
 namespace tarnik {
 
@@ -23,9 +25,6 @@ public:
     using OnExit = std::function<void(ExitStatus)>;
     using Kill = std::function<void(pid_t, int)>;
     using RealTime = std::function<Seconds(Seconds)>;
-
-    // What stop() allows a child after SIGKILL, beyond the caller's own grace.
-    static constexpr Seconds killGrace = Seconds(5);
 
     // `kill` sends a signal to a process that has not been reaped, as kill(2). `realTime` returns how long to
     // block for a time-out: the same, unless time is made up.
@@ -42,8 +41,9 @@ public:
     // Does nothing once the child was reaped, so that a reused pid is never hit.
     void signal(int number);
 
-    // SIGTERM, up to `grace`, SIGKILL, up to killGrace. Returns then, whether or not the child ended.
-    void stop(Seconds grace);
+    // Runs the steps until the child has ended. `input` is closed by the step closeInput, or on return.
+    // Blocks for up to totalWait(steps), and returns then even if the child still runs.
+    void stop(StopSequence steps, UniqueFd input = {});
 
     // For the one who reaps: runs `reap`, which must not wait, and stores what it returns under the lock that
     // signal() takes. Once only.

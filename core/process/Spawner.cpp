@@ -72,7 +72,7 @@ int start(const SpawnRequest& request, pid_t& pid) {
 // Waits for the end, making sure of it after the time-out.
 ExitStatus awaitEnd(ChildProcess& child, const Spawner::Command& command) {
     if (const auto status = child.waitForExit(command.timeout)) return *status;
-    child.stop(command.terminateGrace);
+    child.stop(command.stop);
     return child.exitStatus().value_or(ExitStatus::signaled(SIGKILL));
 }
 

@@ -35,9 +35,9 @@ struct Spawner {
         std::vector<std::string> arguments;
         Environment environment;  // empty: only PATH, as defaultPath
         Seconds timeout;
-        std::size_t limit;                    // bytes of output kept, the last ones
-        Seconds terminateGrace = Seconds(2);  // from SIGTERM to SIGKILL
-        Seconds outputGrace = Seconds(5);     // for the rest of the output; then our end is closed
+        std::size_t limit;                                // bytes of output kept, the last ones
+        StopSequence stop = StopSequences::shortCommand;  // run at the time-out
+        Seconds outputGrace = Seconds(5);  // for the rest of the output; then our end is closed
     };
 
     static constexpr const char* defaultPath = "/usr/bin:/bin:/usr/sbin:/sbin";

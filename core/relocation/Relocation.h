@@ -5,7 +5,7 @@
 #include <string_view>
 #include <variant>
 
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 // What to do with the copy of the application that was launched: the privacy switches stick only to one that
 // stands at the install path. Values and decisions; nothing here looks at a file or a process.

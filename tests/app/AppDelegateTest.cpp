@@ -4,7 +4,7 @@
 
 #include "app/model/ChangeFeed.h"
 #include "app/model/WindowTexts.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "tests/support/FakeMachine.h"
 
 namespace tarnik {

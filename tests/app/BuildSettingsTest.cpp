@@ -8,7 +8,7 @@
 #include "app/model/UpdateSettings.h"
 #include "app/relocation/BundleVersion.h"
 #include "core/foundation/Files.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "tests/support/PropertyLists.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"

@@ -201,7 +201,7 @@ TEST(DriverSocketDirectory, endsARealDriver) {
     DriverSocketDirectory::reapStale(folder.path(), program, DriverSocketDirectory::Processes::production());
     EXPECT_EQ((*child)->waitForExit(Seconds(10)), ExitStatus::signaled(SIGTERM));
     EXPECT_FALSE(fs::exists(made->path));
-    (*child)->stop(Seconds(0));
+    (*child)->stop(StopSequences::shortCommand);
 }
 
 TEST(DriverSocketDirectory, neverWaitsForAConnection) {

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "core/foundation/PropertyList.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/foundation/Utf8.h"
 #include "core/node/LaunchdTakeover.h"
-#include "core/node/TarnikIdentity.h"
 #include "tests/fuzz/Require.h"
 
 namespace {

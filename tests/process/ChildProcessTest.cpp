@@ -25,12 +25,12 @@ TEST(ChildProcess, sendsNothingOnceReaped) {
         return ExitStatus::exited(3);
     });
     sending.get();
-    child.stop(Seconds(10));
+    child.stop(StopSequences::node);
     EXPECT_EQ(signals, std::vector{SIGUSR1});
     EXPECT_EQ(child.exitStatus(), ExitStatus::exited(3));
 }
 
-// Signals and, with a minus, the seconds that were waited.
+// Signals and, with a minus, the seconds of each wait.
 TEST(ChildProcess, stopsByTermAndThenByKill) {
     const std::pair<int, std::vector<int>> cases[] = {
         {SIGTERM, {SIGTERM, -3}},
@@ -48,7 +48,7 @@ TEST(ChildProcess, stopsByTermAndThenByKill) {
                 return Seconds::zero();
             });
         waited = &child;
-        child.stop(Seconds(3));
+        child.stop(StopSequences::connectCommand);
         EXPECT_EQ(steps, expected);
         EXPECT_EQ(child.isRunning(), endsAt == 0);
     }

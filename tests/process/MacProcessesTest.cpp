@@ -46,7 +46,7 @@ TEST(MacProcesses, knowsAChildWhateverItsProgramIsCalled) {
         EXPECT_EQ(entry->parent, ::getpid()) << name;
         EXPECT_EQ(entry->path, program);
         EXPECT_EQ(MacProcesses::executablePath((*child)->pid()), program);
-        (*child)->stop(10s);
+        (*child)->stop(StopSequences::shortCommand);
     }
 }
 

@@ -59,7 +59,7 @@ TEST(PtyProcess, neverMixesTwoTexts) {
 
 class SilentTerminal : public testing::Test {
 protected:
-    ~SilentTerminal() override { pty_->child().stop(Seconds(0)); }
+    ~SilentTerminal() override { pty_->child().stop(StopSequences::shortCommand); }
     const std::shared_ptr<PtyProcess> pty_ =
         *PtyProcess::spawn({.executable = "/bin/sleep", .arguments = {"60"}});
 };

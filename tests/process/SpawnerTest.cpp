@@ -109,7 +109,7 @@ TEST(Spawner, reportsHowAChildEnded) {
         std::promise<std::shared_ptr<ChildProcess>> handle;
         std::promise<ExitStatus> reported;
         const auto onExit = [&, handed = handle.get_future().share()](ExitStatus status) {
-            handed.get()->stop(Seconds(0));
+            handed.get()->stop(StopSequences::shortCommand);
             EXPECT_EQ(handed.get()->exitStatus(), status);
             reported.set_value(status);
         };
@@ -136,10 +136,12 @@ TEST(Spawner, keepsTheEndOfALongOutput) {
 
 // Each case ends at its own limit; another one that is waited for instead takes a minute.
 TEST(Spawner, boundsWhateverTheChildDoes) {
+    constexpr std::array patient{StopStep{StopAction::terminate, 60s}, StopStep{StopAction::kill, 60s}};
+    constexpr std::array quick{StopStep{StopAction::terminate, 0.02s}, StopStep{StopAction::kill, 60s}};
     const std::tuple<Spawner::Command, ExitStatus> cases[] = {
-        {{.executable = "/bin/sleep", .arguments = {"60"}, .timeout = 0.02s, .terminateGrace = 60s},
+        {{.executable = "/bin/sleep", .arguments = {"60"}, .timeout = 0.02s, .stop = patient},
          ExitStatus::signaled(SIGTERM)},
-        {{.executable = childProgram("ignore_term"), .timeout = 0.2s, .terminateGrace = 0.02s},
+        {{.executable = childProgram("ignore_term"), .timeout = 0.2s, .stop = quick},
          ExitStatus::signaled(SIGKILL)},
         {{.executable = childProgram("hold_output"),
           .arguments = {"60"},

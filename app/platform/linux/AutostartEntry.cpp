@@ -10,8 +10,8 @@
 
 #include "app/platform/linux/AtomicWrite.h"
 #include "core/foundation/Files.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/foundation/WhiteSpace.h"
-#include "core/node/TarnikIdentity.h"
 
 namespace tarnik {
 namespace {

@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <utility>
 
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 

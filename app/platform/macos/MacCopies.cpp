@@ -9,7 +9,7 @@
 
 #include "app/platform/macos/RunningApplications.h"
 #include "app/platform/macos/ShowWindowNotice.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/process/MacProcesses.h"
 
 namespace tarnik {

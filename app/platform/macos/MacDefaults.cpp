@@ -1,7 +1,7 @@
 #include "app/platform/macos/MacDefaults.h"
 
 #include "app/platform/macos/CfText.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 

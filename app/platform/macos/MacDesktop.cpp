@@ -10,7 +10,7 @@
 #include "app/platform/macos/MacStatusItem.h"
 #include "app/platform/macos/MacSwitches.h"
 #include "app/platform/macos/MacUpdates.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 

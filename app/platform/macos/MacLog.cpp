@@ -2,7 +2,7 @@
 
 #include <os/log.h>
 
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 

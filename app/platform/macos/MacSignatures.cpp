@@ -5,7 +5,7 @@
 #include <Security/Security.h>
 
 #include "app/platform/macos/CfText.h"
-#include "core/node/TarnikIdentity.h"
+#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 
