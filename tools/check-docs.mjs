@@ -1,5 +1,5 @@
-// check-docs.mjs: checks the pages against the tree. The README's table lists the commands of ./dev, relative links
-// lead somewhere, and each file, type, operation or option that a page names in backticks exists.
+// check-docs.mjs: checks the pages against the tree. The README's table lists all commands of ./dev, relative links
+// have a target, and every file, type, operation, option and ./dev command that a page names exists.
 import { execFileSync } from 'node:child_process';
 import fs from 'node:fs';
 import path from 'node:path';
@@ -17,7 +17,7 @@ function withoutCodeBlocks(text) {
     return text.replace(/^```[\s\S]*?^```/gm, '');
 }
 
-// As the common renderers make them from headings.
+// Anchors as common renderers derive them from headings.
 function anchors(text) {
     return new Set([...withoutCodeBlocks(text).matchAll(/^#+\s+(.*)$/gm)].map(([, heading]) =>
         heading.toLowerCase().replace(/[^\p{L}\p{N}\s_-]/gu, '').trim().replace(/\s/g, '-')));
@@ -28,7 +28,7 @@ function checkLinks(file, text) {
         if (/^[a-z]+:/.test(target)) continue;
         const [to, anchor] = target.split('#');
         const file2 = to === '' ? file : path.join(path.dirname(file), decodeURIComponent(to));
-        if (!fs.existsSync(file2)) fault(`${file}: the link to ${target} leads nowhere`);
+        if (!fs.existsSync(file2)) fault(`${file}: the link to ${target} has no target`);
         else if (anchor && file2.endsWith('.md') && !anchors(fs.readFileSync(file2, 'utf8')).has(anchor)) {
             fault(`${file}: there is no heading for ${target}`);
         }
@@ -42,7 +42,7 @@ const code = tracked.filter((file) => /\.(h|cpp|mm|mjs|cmake|in)$|CMakeLists\.tx
 const identifiers = new Set(code.match(/[A-Za-z_]\w*/g));
 const options = new Set(code.match(/--[a-z][a-z-]+/g));
 
-// A path from the root or from the page's folder; `*` stands for any name, `{a,b}` for each of its words.
+// Returns true if `name` is a path from the root or from the page's folder. `*` matches any name, `{a,b}` either word.
 function namesFile(page, name) {
     const pattern = name.replace(/\/$/, '').replace(/[.+^$()|[\]\\]/g, '\\$&')
         .replace(/\{([^}]*)\}/g, (_, words) => `(${words.replace(/,/g, '|')})`).replace(/\*+|\b[A-Z]{2,}\b|_NAME\b/g, '[^/]*');
@@ -51,22 +51,23 @@ function namesFile(page, name) {
     return tracked.some((file) => wanted.test(file));
 }
 
-// `NodeSupervisor`, `NodeHome::claim` and `runConsole()` are identifiers; other words in backticks may be anything.
+// `NodeSupervisor`, `NodeHome::claim` and `runConsole()` are identifiers and must exist; other words in backticks are ignored.
 function checkNames(file, text) {
     for (const [, span] of withoutCodeBlocks(text).matchAll(/`([^`\n]+)`/g)) {
         const ours = topFolders.has(span.split('/')[0]) && /^[\w.*{},/-]+\/[\w.*{},/-]*$/.test(span);
         if (ours && !namesFile(file, span)) fault(`${file}: there is no ${span}`);
         const isType = /^[A-Z][a-z]+[A-Z]\w*$/.test(span) || /^\w+(::\w+)+(\(\))?$/.test(span) || /^[a-z]\w+\(\)$/.test(span);
         for (const word of isType ? span.match(/\w+/g) : []) {
-            if (!identifiers.has(word)) fault(`${file}: no source knows the name ${word} of ${span}`);
+            if (!identifiers.has(word)) fault(`${file}: no source has the name ${word} of ${span}`);
         }
         const option = /^(?:tarnik(?:-console)? )?(--[a-z][a-z-]+)/.exec(span);
-        if (option && !options.has(option[1])) fault(`${file}: nothing takes the option ${option[1]}`);
+        if (option && !options.has(option[1])) fault(`${file}: no program has the option ${option[1]}`);
     }
 }
 
-const commands = new Set([...execFileSync('./dev', ['help'], { encoding: 'utf8' }).matchAll(/^\.\/dev ([a-z]+)/gm)]
-    .map(([, name]) => name));
+const help = execFileSync('./dev', ['help'], { encoding: 'utf8' });
+const commands = new Set([...help.matchAll(/^\.\/dev ([a-z]+)/gm)].map(([, name]) => name));
+const checkSteps = /^\.\/dev check .*: (.*)$/m.exec(help)[1].split(', ');
 const files = ['README.md', 'CONTRIBUTING.md', 'devkit/README.md', ...fs.readdirSync('docs').filter((name) => name.endsWith('.md')).map((name) => `docs/${name}`)];
 
 for (const file of files) {
@@ -77,8 +78,9 @@ for (const file of files) {
     const text = fs.readFileSync(file, 'utf8');
     checkLinks(file, text);
     checkNames(file, text);
-    for (const [, name] of text.matchAll(/\.\/dev +([a-z]+)/g)) {
+    for (const [, name, word] of text.matchAll(/\.\/dev +([a-z]+)(?: ([a-z]+)`)?/g)) {
         if (!commands.has(name)) fault(`${file}: there is no command ./dev ${name}`);
+        if (name === 'check' && word && !checkSteps.includes(word)) fault(`${file}: there is no check ${word}`);
     }
     if (file !== 'README.md') continue;
     const table = new Set([...text.matchAll(/^\|\s*`\.\/dev ([a-z]+)/gm)].map(([, name]) => name));
