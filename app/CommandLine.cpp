@@ -5,7 +5,7 @@
 #include <map>
 
 #include "app/model/BuildKind.h"
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/relocation/Relocation.h"
 
 namespace tarnik {
@@ -17,7 +17,7 @@ constexpr double longestConnectedAfter = 3600;
 constexpr std::size_t longestQuote = 200;
 
 std::string quoted(const std::string& word) {
-    return oneLine(word, longestQuote);
+    return sanitizedLine(word, longestQuote);
 }
 
 std::optional<Seconds> parseSeconds(const std::string& text) {

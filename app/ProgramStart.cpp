@@ -11,29 +11,17 @@
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/TarnikIdentity.h"
-#include "core/foundation/UserHome.h"
 #include "core/node/NodeRelease.h"
-
-extern char** environ;
+#include "core/process/Environment.h"
 
 namespace tarnik {
 namespace {
 
 constexpr int usageStatus = 2;
 
-Environment inheritedEnvironment() {
-    Environment environment;
-    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-        const std::string text = *entry;
-        const auto equals = text.find('=');
-        if (equals != std::string::npos) environment.emplace(text.substr(0, equals), text.substr(equals + 1));
-    }
-    return environment;
-}
-
-std::string homeDirectory(const Environment& environment) {
-    const auto home = environment.find("HOME");
-    return home != environment.end() && home->second.starts_with('/') ? home->second : userHome();
+std::string userFolderOf(const Environment& environment) {
+    const std::string home = environmentValue(environment, "HOME");
+    return home.starts_with('/') ? home : homeDirectory();
 }
 
 std::optional<std::string> resourceFolder(const std::optional<std::string>& bundle) {
@@ -44,11 +32,11 @@ std::optional<std::string> resourceFolder(const std::optional<std::string>& bund
 // All but the driver works without this folder.
 void makeApplicationSupport(const std::string& folder) {
     if (const auto made = createFolders(folder, 0700); !made) {
-        say(messageFor(made.error()));
+        printError(messageFor(made.error()));
     }
 }
 
-Machine machineOf(Environment inherited, std::string userFolder, const ProgramPlace& place) {
+Machine machineOf(Environment inherited, std::string userFolder, const ProgramLocation& place) {
     makeApplicationSupport(place.folders.applicationSupport);
     return {.userFolder = std::move(userFolder),
             .applicationSupport = place.folders.applicationSupport,
@@ -70,23 +58,23 @@ std::optional<std::string> whatIsWrong(const CommandLine& line) {
 
 }  // namespace
 
-void say(const std::string& what) {
+void printError(const std::string& what) {
     std::fputs(("tarnik: " + what + "\n").c_str(), stderr);
 }
 
-int refuse(const std::string& why) {
-    say(why);
+int refuseStart(const std::string& why) {
+    printError(why);
     return usageStatus;
 }
 
-int runMachine(const CommandLine& line, const char* name, const ProgramFace& face) {
-    if (const auto wrong = whatIsWrong(line)) return refuse(*wrong);
-    auto environment = inheritedEnvironment();
-    auto userFolder = homeDirectory(environment);
+int runProgram(const CommandLine& line, const char* name, const ProgramFace& face) {
+    if (const auto wrong = whatIsWrong(line)) return refuseStart(*wrong);
+    auto environment = currentEnvironment();
+    auto userFolder = userFolderOf(environment);
     const auto executable = ProcessInspection::executablePath(::getpid()).value_or(name);
-    const ProgramPlace place{.executable = executable,
-                             .bundle = line.bundle ? line.bundle : bundleOf(executable),
-                             .folders = SystemFolders::of(environment, userFolder)};
+    const ProgramLocation place{.executable = executable,
+                                .bundle = line.bundle ? line.bundle : bundleOf(executable),
+                                .folders = SystemFolders::of(environment, userFolder)};
     auto machine = machineOf(std::move(environment), std::move(userFolder), place);
     return face(line, std::move(machine), place);
 }

@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "app/CommandLine.h"
-#include "app/ProcessGround.h"
+#include "app/ProcessSetup.h"
 #include "app/ProgramStart.h"
 #include "app/ProgramVersion.h"
 #include "app/console/ConsoleProgram.h"
@@ -33,7 +33,7 @@ int run(char** argv, const std::vector<std::string>& words) {
     using Task = CommandLine::Task;
     const auto build = CommandLine::thisBuild();
     const auto line = CommandLine::parse(words, build);
-    if (!line) return refuse(line.error());
+    if (!line) return refuseStart(line.error());
     switch (line->task) {
         case Task::showHelp: std::fputs(CommandLine::usage(build).c_str(), stdout); return EXIT_SUCCESS;
         case Task::showVersion:
@@ -43,11 +43,11 @@ int run(char** argv, const std::vector<std::string>& words) {
         case Task::showScreen:
         case Task::writeScreens: return runScreens(*line, argv[0]);
         case Task::openWindow:
-            return runMachine(*line, argv[0],
+            return runProgram(*line, argv[0],
                               [name = argv[0]](const auto& asked, Machine machine, const auto& place) {
                                   return runDesktop(asked, std::move(machine), place, name);
                               });
-        case Task::runConsole: becomeConsole(argv); return runMachine(*line, argv[0], runConsole);
+        case Task::runConsole: becomeConsole(argv); return runProgram(*line, argv[0], runConsole);
     }
     return EXIT_FAILURE;
 }
@@ -56,7 +56,7 @@ int run(char** argv, const std::vector<std::string>& words) {
 }  // namespace tarnik
 
 int main(int argc, char** argv) {
-    tarnik::layProcessGround();
+    tarnik::setUpProcess();
     static char unnamed[] = "tarnik";
     static char* unnamedWords[] = {unnamed, nullptr};
     return tarnik::run(argc > 0 ? argv : unnamedWords,

@@ -15,10 +15,13 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(tarnik_options INTERFACE
     -Wduplicated-cond -Wduplicated-branches -Wlogical-op
     # ccache needs it to look into precompiled headers.
-    -fpch-preprocess)
+    -fpch-preprocess
+    "-DTARNIK_THREAD_ANNOTATION(x)=")
 else()
   target_compile_options(tarnik_options INTERFACE
     -Wunreachable-code -Wrange-loop-analysis
+    # The annotations of core/foundation/Mutex.h.
+    -Wthread-safety "-DTARNIK_THREAD_ANNOTATION(x)=__attribute__((x))"
     # The stable_sort of libstdc++ 12 uses a name that it deprecates itself; g++ still looks at ours.
     -Wno-deprecated-declarations
     # A precompiled header with a time inside is never the same twice, and so never cached.

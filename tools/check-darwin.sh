@@ -58,6 +58,7 @@ if [[ ${warnings[*]} != *-Wall*-Werror* ]]; then
 fi
 # Without optimisation the compiler would see to undefined behaviour at run time.
 flags=(-std=c++2b -O0 -fno-sanitize=undefined "${includes[@]}"
+    -Wthread-safety "'-DTARNIK_THREAD_ANNOTATION(x)=__attribute__((x))'"
     "-DTARNIK_DEFAULT_WEB_ORIGIN='\"https://tarnik.invalid\"'"
     "${warnings[@]}")
 qtIncludes="-DQT_NO_KEYWORDS $(pkg-config --cflags-only-I Qt6Widgets | sed 's/-I/-isystem /g')"

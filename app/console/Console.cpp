@@ -8,7 +8,7 @@
 #include "app/ProgramStart.h"
 #include "app/console/WindowText.h"
 #include "app/model/PlainSentence.h"
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/node/NodeInstaller.h"
 #include "core/pairing/PairingFailure.h"
 
@@ -80,7 +80,7 @@ Presentation Console::presentation(std::function<void()> end) {
             .fillLinkField = [](const std::string&) {},  // what was typed can be seen in the terminal
             .refuse =
                 [](const std::string& why, const std::function<void()>& seen) {
-                    say(why);
+                    printError(why);
                     seen();
                 },
             .end =
@@ -297,7 +297,7 @@ void Console::showSample() {
 }
 
 void Console::showError(const std::string& text) {
-    output_.line("error", oneLine(text, longestMessage));
+    output_.line("error", sanitizedLine(text, longestMessage));
 }
 
 }  // namespace tarnik

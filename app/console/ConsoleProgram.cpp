@@ -9,7 +9,7 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLineDeps.h"
 #include "app/NodeHomeOwner.h"
-#include "app/SignalWatch.h"
+#include "app/SignalWatcher.h"
 #include "app/console/Console.h"
 #include "app/console/ConsoleLoop.h"
 #include "app/console/DriverOutput.h"
@@ -42,10 +42,10 @@ AppModelDeps consoleDeps(const CommandLine& line, const AppPlatform& platform, c
 
 }  // namespace
 
-int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& place) {
+int runConsole(const CommandLine& line, Machine machine, const ProgramLocation& place) {
     auto wake = Spawner::pipe();
     if (!wake) {
-        say(messageFor(wake.error()));
+        printError(messageFor(wake.error()));
         return EXIT_FAILURE;
     }
     const BackgroundTasks work;
@@ -53,7 +53,7 @@ int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& pla
     SimulatedSwitches switches(output, {line.switchesOn, line.switchesOn});
     const auto loop = std::make_shared<ConsoleLoop>(STDIN_FILENO, std::move(*wake));
     std::function<void(int)> onSignal;
-    const SignalWatch signals([&](int signal) { loop->post([&onSignal, signal] { onSignal(signal); }); });
+    const SignalWatcher signals([&](int signal) { loop->post([&onSignal, signal] { onSignal(signal); }); });
     const auto mainThread = loop->mainThread();
     const SystemLog log = [mainThread, &output](const std::string& text) {
         mainThread.post([&output, text] { output.message(text); });
@@ -66,7 +66,7 @@ int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& pla
                                                                        .log = log,
                                                                        .windowInUse = [] { return false; }},
                                                                       work, output));
-    if (model->state().homeError) return refuse(*model->state().homeError);
+    if (model->state().homeError) return refuseStart(*model->state().homeError);
     Console console(mainThread, output, switches, model, [&loop] { loop->closeInput(); });
     Relocator relocator(RelocatorDeps::production(BundleOperations{}, mainThread, applicationSupport));
     NodeHomeOwner homeOwner(model->home(), {.mainThread = mainThread,

@@ -10,6 +10,6 @@ namespace tarnik {
 // thread, before any other thread was made.
 //
 // A program in a terminal is never moved, has no login item, and remembers nothing from run to run.
-int runConsole(const CommandLine& line, Machine machine, const ProgramPlace& place);
+int runConsole(const CommandLine& line, Machine machine, const ProgramLocation& place);
 
 }  // namespace tarnik

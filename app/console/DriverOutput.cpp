@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/process/FDReader.h"
 #include "core/process/Spawner.h"
 
@@ -23,7 +23,7 @@ UniqueFd attachDriverOutput(const MainThread& mainThread, ConsoleOutput& output)
         std::move(pipe->readEnd), [post = mainThread.post, &output, partial](std::string_view chunk) {
             *partial += chunk;
             for (auto end = partial->find('\n'); end != std::string::npos; end = partial->find('\n')) {
-                const auto line = oneLine(std::string_view(*partial).substr(0, end), longestLine);
+                const auto line = sanitizedLine(std::string_view(*partial).substr(0, end), longestLine);
                 partial->erase(0, end + 1);
                 post([&output, line] { output.line("driver", line); });
             }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 namespace {
@@ -53,7 +53,7 @@ void PairingTranscript::add(std::string_view text, std::vector<std::string>& lin
 }
 
 void PairingTranscript::finishLine(std::vector<std::string>& lines) {
-    const auto plain = oneLine(std::exchange(pending_, {}), longestLine);
+    const auto plain = sanitizedLine(std::exchange(pending_, {}), longestLine);
     if (!plain.empty()) lines.push_back(plain);
 }
 

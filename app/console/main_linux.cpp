@@ -3,17 +3,17 @@
 #include <vector>
 
 #include "app/CommandLine.h"
-#include "app/ProcessGround.h"
+#include "app/ProcessSetup.h"
 #include "app/ProgramStart.h"
 #include "app/console/ConsoleProgram.h"
 
 int main(int argc, char** argv) {
     using namespace tarnik;
-    layProcessGround();
+    setUpProcess();
     const auto line = CommandLine::parse(std::vector<std::string>(argv + (argc > 0), argv + argc),
                                          CommandLine::thisBuild());
-    if (!line) return refuse(line.error());
+    if (!line) return refuseStart(line.error());
     if (line->task != CommandLine::Task::runConsole)
-        return refuse("this is the part for --console; start tarnik");
-    return runMachine(*line, "tarnik", runConsole);
+        return refuseStart("this is the part for --console; start tarnik");
+    return runProgram(*line, "tarnik", runConsole);
 }

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "app/model/BuildSettings.h"
-#include "core/process/SpawnRequest.h"
+#include "core/process/Environment.h"
 
 namespace tarnik {
 

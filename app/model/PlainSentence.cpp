@@ -30,14 +30,18 @@ Text sentenceForCode(int code, Text otherwise) {
     return sentence.empty() ? otherwise : sentence;
 }
 
+Text sentenceForStart(const SystemError& error) {
+    return sentenceForCode(error.code, WindowTexts::programFailed);
+}
+
 struct InstallSentence {
     Text operator()(const InstallFailure& failure) const {
         return failure.kind == InstallFailure::Kind::extract ? WindowTexts::unpackFailed : Text();
     }
     Text operator()(const NodeRelease::Failure&) const { return WindowTexts::releaseRefused; }
     Text operator()(const NodeHome::ClaimError&) const { return {}; }
-    Text operator()(const FileError& error) const { return plainSentence(error); }
-    Text operator()(const SpawnError& error) const { return plainSentence(error); }
+    Text operator()(const SystemError& error) const { return plainSentence(error); }
+    Text operator()(const ToolStartError& failure) const { return sentenceForStart(failure.error); }
     Text operator()(const HttpError& error) const {
         const bool isOfFile = error.kind == HttpError::Kind::file;
         return isOfFile ? sentenceForCode(error.code, WindowTexts::fileFailed) : WindowTexts::downloadFailed;
@@ -46,12 +50,8 @@ struct InstallSentence {
 
 }  // namespace
 
-std::string_view plainSentence(const FileError& error) {
+std::string_view plainSentence(const SystemError& error) {
     return sentenceForCode(error.code, WindowTexts::fileFailed);
-}
-
-std::string_view plainSentence(const SpawnError& error) {
-    return sentenceForCode(error.code, WindowTexts::programFailed);
 }
 
 std::string_view plainSentence(const InstallError& error) {
@@ -59,8 +59,8 @@ std::string_view plainSentence(const InstallError& error) {
 }
 
 std::string_view plainSentence(const PairingError& error) {
-    const auto* spawn = std::get_if<SpawnError>(&error);
-    return spawn != nullptr ? plainSentence(*spawn) : Text();
+    const auto* start = std::get_if<SystemError>(&error);
+    return start != nullptr ? sentenceForStart(*start) : Text();
 }
 
 std::string sentenceThenWords(std::string_view sentence, const std::string& words) {

@@ -11,8 +11,7 @@ namespace tarnik {
 
 // Returns what a person reads before the error's own words: what happened, and what they can do. Empty if the
 // error's description is such a sentence itself.
-std::string_view plainSentence(const FileError& error);
-std::string_view plainSentence(const SpawnError& error);
+std::string_view plainSentence(const SystemError& error);
 std::string_view plainSentence(const InstallError& error);
 std::string_view plainSentence(const PairingError& error);
 

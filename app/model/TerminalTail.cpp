@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/foundation/Utf8.h"
 
 namespace tarnik {
@@ -25,7 +25,7 @@ std::string terminalTail(std::string_view printed) {
     std::string plain;
     for (std::string_view rest = fittingEnd(text); !rest.empty();) {
         const auto lineEnd = std::min(rest.find('\n'), rest.size());
-        plain += oneLine(rest.substr(0, lineEnd), maxTerminalTailBytes);
+        plain += sanitizedLine(rest.substr(0, lineEnd), maxTerminalTailBytes);
         plain += '\n';
         rest.remove_prefix(std::min(lineEnd + 1, rest.size()));
     }

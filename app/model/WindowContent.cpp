@@ -3,7 +3,7 @@
 #include "app/model/SymbolName.h"
 #include "app/model/TerminalTail.h"
 #include "app/model/WindowTexts.h"
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 namespace {
@@ -134,14 +134,14 @@ WindowContent problemPage(std::string_view heading, std::string_view failure,
     auto content = page(Section::problem, heading);
     setSymbol(content, SymbolName::warning, WindowTexts::problemName);
     if (!sentence.empty()) content.paragraphs.emplace_back(sentence);
-    if (auto text = oneLine(failure, longestFailure); !text.empty())
+    if (auto text = sanitizedLine(failure, longestFailure); !text.empty())
         content.paragraphs.push_back(std::move(text));
     content.paragraphs.emplace_back(WindowTexts::tryAgain);
     return content;
 }
 
 WindowContent installingPage(const AppState& state, std::string_view text) {
-    const std::string line = oneLine(text, longestLine);
+    const std::string line = sanitizedLine(text, longestLine);
     if (line.empty() && state.joined) return reconnectingPage();
 
     auto content = page(Section::installing, line.empty() ? WindowTexts::gettingReady : line);
@@ -158,7 +158,7 @@ WindowContent linkPage(const AppState& state, const Url& webOrigin) {
     auto content = page(Section::link, WindowTexts::linkHeading);
     content.paragraphs.emplace_back(WindowTexts::linkText);
     const auto placeholder = webOrigin.appending("c").text() + std::string(WindowTexts::linkPathHint);
-    content.linkField = {.placeholder = oneLine(placeholder, longestLine),
+    content.linkField = {.placeholder = sanitizedLine(placeholder, longestLine),
                          .accessibleName = std::string(WindowTexts::linkFieldName),
                          .onReturn = {.kind = Intent::connectPasted},
                          .enabled = !state.checkingLink};
@@ -194,7 +194,7 @@ WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
         return PairingPage::working(WindowTexts::readingLink);
 
     auto content = state.pairing ? pairingPage(*state.pairing) : restingPage(state, webOrigin);
-    if (state.linkMessage) content.message = oneLine(*state.linkMessage, longestLine);
+    if (state.linkMessage) content.message = sanitizedLine(*state.linkMessage, longestLine);
     if (state.checkingLink) {
         setBusy(content);
         content.buttons.push_back(cancelButton());

@@ -9,7 +9,7 @@
 #include <sys/types.h>
 
 #include "core/foundation/Files.h"
-#include "core/process/ProcessClock.h"
+#include "core/foundation/Time.h"
 
 namespace tarnik {
 
@@ -40,7 +40,7 @@ struct CodeSignatures {
 
 // What is done to bundles as files. None of these follows a link that is the last part of a path.
 struct BundleFiles {
-    using Done = std::expected<void, FileError>;
+    using Done = std::expected<void, SystemError>;
 
     std::function<bool(const std::string& folder)> canWrite;
 
@@ -57,7 +57,7 @@ struct BundleFiles {
     std::function<Done(const std::string& path)> trash;
 
     // Removes com.apple.quarantine from this one entry: whether it had it.
-    std::function<std::expected<bool, FileError>(const std::string& entry)> clearQuarantine;
+    std::function<std::expected<bool, SystemError>(const std::string& entry)> clearQuarantine;
 };
 
 // The other processes with our bundle identifier.

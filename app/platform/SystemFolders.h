@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/process/SpawnRequest.h"
+#include "core/process/Environment.h"
 
 namespace tarnik {
 

@@ -8,8 +8,8 @@
 
 #include "app/relocation/BundleVersion.h"
 #include "core/driver/ProcessInspection.h"
+#include "core/foundation/Files.h"
 #include "core/foundation/Paths.h"
-#include "core/foundation/RemoveTree.h"
 
 namespace tarnik {
 
@@ -32,7 +32,7 @@ std::optional<pid_t> moverOf(const std::string& name) {
     return pid > 0 && name == stagedName(pid) ? std::optional(pid) : std::nullopt;
 }
 
-std::unexpected<BundleMove::Failure> failed(const char* step, std::optional<FileError> error = {}) {
+std::unexpected<BundleMove::Failure> failed(const char* step, std::optional<SystemError> error = {}) {
     return std::unexpected(BundleMove::Failure{step, std::move(error)});
 }
 

@@ -17,8 +17,8 @@ namespace tarnik {
 // place, or nothing where nothing was; `from` is left as it is.
 struct BundleMove {
     struct Failure {
-        std::string step;                // "copy", "check", "exchange", "quit"
-        std::optional<FileError> error;  // of the system, where it was that
+        std::string step;                  // "copy", "check", "exchange", "quit"
+        std::optional<SystemError> error;  // of the system, where it was that
 
         std::string describe() const;
     };

@@ -41,7 +41,7 @@ private:
         if (error) fail({.call = "opendir " + folder.string(), .code = error.value()});
     }
 
-    void fail(const FileError& error) {
+    void fail(const SystemError& error) {
         ++report_.failed;
         if (!report_.firstError) report_.firstError = error;
     }

@@ -14,7 +14,7 @@ namespace tarnik {
 struct QuarantineReport {
     std::size_t cleared = 0;  // entries that had it
     std::size_t failed = 0;   // entries that may have it still, or could not be looked into
-    std::optional<FileError> firstError;
+    std::optional<SystemError> firstError;
 
     bool healed() const { return failed == 0; }
 

@@ -18,7 +18,7 @@ RelocatorDeps RelocatorDeps::production(BundleOperations bundles, MainThread mai
             .installPath = std::string(TarnikIdentity::installPath),
             .pid = ::getpid(),
             .isDevelopmentBuild = tarnik::isDevelopmentBuild(),
-            .spawn = [](const SpawnRequest& request) -> std::expected<void, SpawnError> {
+            .spawn = [](const SpawnRequest& request) -> std::expected<void, SystemError> {
                 const auto child = Spawner::spawn(request);
                 if (!child) return std::unexpected(child.error());
                 return {};

@@ -11,7 +11,7 @@
 #include "app/platform/MainThread.h"
 #include "app/relocation/Pause.h"
 #include "core/foundation/SerialQueue.h"
-#include "core/process/SpawnError.h"
+#include "core/foundation/SystemError.h"
 #include "core/process/SpawnRequest.h"
 #include "core/relocation/RecordLine.h"
 
@@ -27,7 +27,7 @@ struct RelocatorDeps {
     bool isDevelopmentBuild = false;
 
     // Starts a child that goes on when we have ended.
-    std::function<std::expected<void, SpawnError>(const SpawnRequest&)> spawn;
+    std::function<std::expected<void, SystemError>(const SpawnRequest&)> spawn;
     Pause pause;
     std::function<Relocation::RecordTime()> now;
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;

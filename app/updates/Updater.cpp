@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 
@@ -32,7 +32,7 @@ Updater::Updater(const UpdateSettings& settings, Deps deps) : deps_(std::move(de
 }
 
 void Updater::updateReady(const std::string& version, UpdateFramework::Install install) {
-    deps_.log("update " + oneLine(version, longestVersion) +
+    deps_.log("update " + sanitizedLine(version, longestVersion) +
               " is ready; installing at the first quiet moment");
     if (loop_.quitting) return;
     install_ = std::move(install);

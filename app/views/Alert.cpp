@@ -7,7 +7,7 @@
 #include "app/model/WindowTexts.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 namespace {
@@ -25,8 +25,8 @@ std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::stri
     box->setWindowTitle(qtText(WindowTexts::product));
     box->setWindowIcon(applicationIcon());
     box->setIconPixmap(applicationIcon().pixmap(QSize(iconSide, iconSide), box->devicePixelRatioF()));
-    box->setText(qtText(oneLine(title, longestTitle)));
-    box->setInformativeText(qtText(oneLine(text, longestText)));
+    box->setText(qtText(sanitizedLine(title, longestTitle)));
+    box->setInformativeText(qtText(sanitizedLine(text, longestText)));
     box->setStandardButtons(QMessageBox::Ok);
     box->button(QMessageBox::Ok)->setText(qtText(WindowTexts::ok));
 

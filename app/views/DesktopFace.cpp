@@ -94,7 +94,7 @@ void DesktopFace::showWindow() {
 
 // Nobody asked for a program that the session starts: it goes without an alert.
 void DesktopFace::refuse(const std::string& why, std::function<void()> seen) const {
-    say(why);
+    printError(why);
     if (deps_.atLogin) return seen();
     if (deps_.activate) deps_.activate();
     showAlert(std::string(WindowTexts::alreadyRunning), why, std::move(seen));

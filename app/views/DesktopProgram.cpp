@@ -17,8 +17,8 @@
 #include "app/CommandLineDeps.h"
 #include "app/LoginItem.h"
 #include "app/NodeHomeOwner.h"
-#include "app/ProcessGround.h"
-#include "app/SignalWatch.h"
+#include "app/ProcessSetup.h"
+#include "app/SignalWatcher.h"
 #include "app/model/UpdateSettings.h"
 #include "app/platform/DesktopPlatform.h"
 #include "app/relocation/Relocator.h"
@@ -41,11 +41,11 @@ void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& 
     static std::string firstWarning;  // guarded by mutex
     const std::lock_guard lock(mutex);
     // Qt goes on without the thread that reads from the window system or the bus, and then waits for it.
-    if (text.startsWith(QLatin1String("QThread::start: Thread creation error"))) endForLackOfThreads();
+    if (text.startsWith(QLatin1String("QThread::start: Thread creation error"))) exitOutOfThreads();
     if (type == QtWarningMsg && firstWarning.empty()) firstWarning = text.toStdString();
-    if (type == QtCriticalMsg) say(text.toStdString());
+    if (type == QtCriticalMsg) printError(text.toStdString());
     if (type != QtFatalMsg) return;
-    say("the window can't be opened: " + (firstWarning.empty() ? text.toStdString() : firstWarning));
+    printError("the window can't be opened: " + (firstWarning.empty() ? text.toStdString() : firstWarning));
     ::_exit(EXIT_FAILURE);
 }
 
@@ -98,9 +98,9 @@ OnRelocated onceKnown(std::function<void(std::function<void()>)> whenKnown, OnRe
 bool isPrimaryInstance(const SingleInstance& singleInstance, const SingleInstance::LaunchRequest& request) {
     if (!singleInstance.acquire) return true;
     const auto outcome = singleInstance.acquire(request);
-    if (outcome == SingleInstance::Outcome::handedOver) say("another copy is running, and goes on");
+    if (outcome == SingleInstance::Outcome::handedOver) printError("another copy is running, and goes on");
     if (outcome == SingleInstance::Outcome::unavailable)
-        say("no session bus, so links opened elsewhere don't get here");
+        printError("no session bus, so links opened elsewhere don't get here");
     return outcome != SingleInstance::Outcome::handedOver;
 }
 
@@ -118,7 +118,7 @@ SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::s
 }
 
 AppDelegateDeps delegateDeps(const CommandLine& line, const DesktopPlatform& desktop,
-                             const ProgramPlace& place, const MainThread& mainThread,
+                             const ProgramLocation& place, const MainThread& mainThread,
                              const BackgroundTasks& work, Relocator& relocator, NodeHomeOwner& homeOwner,
                              DesktopFace& face) {
     return {
@@ -175,16 +175,16 @@ void listen(const DesktopPlatform& desktop, DesktopFace& face, const std::shared
 
 }  // namespace
 
-int runDesktop(const CommandLine& line, Machine machine, const ProgramPlace& place, char* name) {
+int runDesktop(const CommandLine& line, Machine machine, const ProgramLocation& place, char* name) {
     if (const auto why = DesktopPlatform::whyNoWindow(machine.inherited)) {
-        say(*why);
+        printError(*why);
         return EXIT_FAILURE;
     }
     const QtMainThread loop;
     const auto mainThread = loop.operations();
     std::atomic<bool> launched = false;
     std::function<void()> onSignal;
-    const SignalWatch signalWatch([&](int signal) {
+    const SignalWatcher signalWatcher([&](int signal) {
         if (!launched) ::_exit(signalledStatus + signal);  // there is nothing to stop yet
         mainThread.post([&onSignal] { onSignal(); });
     });

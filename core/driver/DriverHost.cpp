@@ -109,8 +109,8 @@ bool DriverHost::launch(const std::string& executable, const DriverSocketDirecto
     return false;
 }
 
-std::optional<SpawnError> DriverHost::spawn(const std::string& executable,
-                                            const DriverSocketDirectory& directory) {
+std::optional<SystemError> DriverHost::spawn(const std::string& executable,
+                                             const DriverSocketDirectory& directory) {
     auto liveness = Spawner::pipe();
     if (!liveness) return liveness.error();
     const auto recipe = DriverLaunch::make({.executable = executable,

@@ -80,7 +80,7 @@ private:
 
     void startIfNeeded();
     bool launch(const std::string& executable, const DriverSocketDirectory& directory);
-    std::optional<SpawnError> spawn(const std::string& executable, const DriverSocketDirectory& directory);
+    std::optional<SystemError> spawn(const std::string& executable, const DriverSocketDirectory& directory);
     Readiness awaitReadiness() const;
     void exited(Generation generation, ExitStatus status);
     void stopRunning();

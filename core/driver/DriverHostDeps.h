@@ -8,16 +8,16 @@
 
 #include "core/driver/DriverLaunch.h"
 #include "core/foundation/SerialQueue.h"
+#include "core/foundation/SystemError.h"
 #include "core/foundation/Time.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/process/ChildProcess.h"
-#include "core/process/SpawnError.h"
 
 namespace tarnik {
 
 // Everything DriverHost asks of the outside.
 struct DriverHostDeps {
-    using LaunchResult = std::expected<std::shared_ptr<ChildProcess>, SpawnError>;
+    using LaunchResult = std::expected<std::shared_ptr<ChildProcess>, SystemError>;
 
     // `livenessFd` becomes the driver's standard input; it is borrowed for the call.
     using Launch =

@@ -1,7 +1,7 @@
 #include "core/driver/DriverLaunch.h"
 
 #include "core/driver/CuaDriverEndpoint.h"
-#include "core/process/InheritedEnvironment.h"
+#include "core/process/Environment.h"
 
 namespace tarnik {
 

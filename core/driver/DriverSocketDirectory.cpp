@@ -8,7 +8,6 @@
 #include <memory>
 #include <string_view>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -17,10 +16,12 @@
 
 #include "core/driver/ProcessInspection.h"
 #include "core/driver/SearchFolder.h"
+#include "core/foundation/DirectoryReader.h"
+#include "core/foundation/Encoding.h"
 #include "core/foundation/Paths.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/foundation/Uuid.h"
-#include "core/foundation/WhiteSpace.h"
 #include "core/process/StopSequence.h"
 
 namespace tarnik {
@@ -125,7 +126,7 @@ std::string randomID() {
 }
 
 bool isID(std::string_view name) {
-    return name.size() == idLength && name.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+    return name.size() == idLength && isHex(name);
 }
 
 // The name of a new folder in `root`.
@@ -167,7 +168,7 @@ void removeOurs(const UniqueFd& folder, const char* name) {
 }
 
 std::optional<pid_t> parsePid(std::string_view text) {
-    text = trimmingWhiteSpace(text);
+    text = trimWhitespace(text);
     pid_t pid = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), pid);
     if (error != std::errc() || end != text.data() + text.size() || pid < 1) return std::nullopt;
@@ -227,12 +228,12 @@ bool DriverSocketDirectory::isUnchangedAndOwned() const {
     return isTheOneMade(*this, statusAt(AT_FDCWD, path));
 }
 
-std::expected<void, FileError> DriverSocketDirectory::writeProcessIdentifier(pid_t pid) const {
+std::expected<void, SystemError> DriverSocketDirectory::writeProcessIdentifier(pid_t pid) const {
     const auto failed = [filePath = pidFilePath()](const char* call) {
-        return std::unexpected(FileError::last(call, filePath));
+        return std::unexpected(SystemError::last(call, filePath));
     };
     const UniqueFd folder = openUnchanged(*this);
-    if (!folder) return std::unexpected(FileError{.call = "open " + path, .code = ESTALE});
+    if (!folder) return std::unexpected(SystemError{.call = "open " + path, .code = ESTALE});
     removeOurs(folder, pidFileName);
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     const UniqueFd file(::openat(folder.get(), pidFileName, flags, pidFileMode));
@@ -271,19 +272,14 @@ void DriverSocketDirectory::cleanup() const {
 }
 
 std::vector<DriverSocketDirectory> DriverSocketDirectory::owned(const std::string& applicationSupport) {
-    struct Close {
-        void operator()(DIR* open) const { ::closedir(open); }
-    };
     const std::string support = withoutSlashesAtTheEnd(applicationSupport);
     const UniqueFd root = openRoots(support, WhenMissing::leave);
-    UniqueFd readable = root ? openFolder(root.get(), ".") : UniqueFd();
-    const std::unique_ptr<DIR, Close> listing(readable ? ::fdopendir(readable.get()) : nullptr);
-    if (!listing) return {};
-    readable.release();  // the listing's now
+    if (!root) return {};
+    DirectoryReader names(openFolder(root.get(), "."));
 
     std::vector<DriverSocketDirectory> found;
-    while (const dirent* entry = ::readdir(listing.get())) {
-        const std::string name = &entry->d_name[0];
+    while (const char* entry = names.next()) {
+        const std::string name = entry;
         if (!isID(name)) continue;
         const auto status = statusAt(root.get(), name);
         if (status && isOurPrivateFolder(*status)) found.push_back(record(support, name, *status));

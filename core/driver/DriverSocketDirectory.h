@@ -50,7 +50,7 @@ struct DriverSocketDirectory {
     bool isUnchangedAndOwned() const;
 
     // Replaces an earlier pid file.
-    std::expected<void, FileError> writeProcessIdentifier(pid_t pid) const;
+    std::expected<void, SystemError> writeProcessIdentifier(pid_t pid) const;
 
     // None when there is no such file of ours, or when it holds anything but a positive 32-bit number.
     std::optional<pid_t> readProcessIdentifier() const;

@@ -8,8 +8,8 @@
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
+#include "core/foundation/Encoding.h"
 #include "core/foundation/Files.h"
-#include "core/foundation/LibraryFiles.h"
 #include "core/foundation/SharedLibrary.h"
 
 namespace tarnik {
@@ -38,7 +38,7 @@ using Loaded = std::expected<Functions, std::string>;
 
 Loaded load() {
     Functions functions;
-    SharedLibrary library(LibraryFiles::crypto);
+    SharedLibrary library(SharedLibrary::cryptoFile);
     library.find(functions.start, "OPENSSL_init_crypto");
     library.find(functions.markErrors, "ERR_set_mark");
     library.find(functions.dropErrors, "ERR_pop_to_mark");
@@ -99,13 +99,7 @@ public:
         std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
         unsigned int count = 0;
         if (!good_ || library_.digestFinal(context_.get(), digest.data(), &count) != 1) return std::nullopt;
-        constexpr std::string_view digits = "0123456789abcdef";
-        std::string text;
-        for (unsigned int i = 0; i < count; ++i) {
-            text += digits[digest[i] >> 4U];
-            text += digits[digest[i] & 15U];
-        }
-        return text;
+        return encodeHex({reinterpret_cast<const char*>(digest.data()), count});
     }
 
 private:

@@ -1,53 +1,64 @@
 #include "core/foundation/Files.h"
 
 #include <cerrno>
-#include <memory>
+#include <filesystem>
 #include <optional>
+#include <system_error>
+#include <utility>
+#include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "core/foundation/ErrorText.h"
+#include "core/foundation/DirectoryReader.h"
 #include "core/foundation/Paths.h"
 
 namespace tarnik {
 
+namespace fs = std::filesystem;
+
 namespace {
 
-std::unexpected<FileError> failed(const char* call, const std::string& path) {
-    return std::unexpected(FileError::last(call, path));
+std::unexpected<SystemError> failed(const char* call, const std::string& path) {
+    return std::unexpected(SystemError::last(call, path));
 }
 
-// What `path` leads to, or the link itself; none when it can't be told.
-using Look = int (*)(const char*, struct stat*);
-std::optional<mode_t> modeOf(const std::string& path, Look look) {
+enum class Links { follow, keep };
+
+// Returns std::nullopt on any failure.
+std::optional<mode_t> modeOf(const std::string& path, Links links) {
     struct stat found{};
-    if (look(path.c_str(), &found) != 0) return std::nullopt;
+    const int result = links == Links::follow ? ::stat(path.c_str(), &found) : ::lstat(path.c_str(), &found);
+    if (result != 0) return std::nullopt;
     return found.st_mode;
 }
 
-int followingLinks(const char* path, struct stat* found) {
-    return ::stat(path, found);
+// Gives the owner access to every folder from `top` down.
+void grantAccess(const fs::path& top) {
+    std::vector<fs::path> waiting{top};
+    while (!waiting.empty()) {
+        const fs::path folder = std::move(waiting.back());
+        waiting.pop_back();
+        std::error_code error;
+        if (fs::symlink_status(folder, error).type() != fs::file_type::directory) continue;
+        fs::permissions(folder, fs::perms::owner_all, error);
+        fs::directory_iterator entry(folder, error);
+        for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+            std::error_code unknown;
+            if (entry->is_directory(unknown) && !entry->is_symlink(unknown)) waiting.push_back(entry->path());
+        }
+    }
 }
 
-int theEntryItself(const char* path, struct stat* found) {
-    return ::lstat(path, found);
+bool isGone(const fs::path& path) {
+    std::error_code error;
+    return fs::symlink_status(path, error).type() == fs::file_type::not_found;
 }
 
 }  // namespace
 
-FileError FileError::last(const char* call, const std::string& path) {
-    const int code = errno;  // before the text below takes memory
-    return {.call = call + (" " + path), .code = code};
-}
-
-std::string describe(const FileError& error) {
-    return error.call + " failed: " + errorText(error.code);
-}
-
-std::expected<void, FileError> createFolders(const std::string& path, mode_t mode) {
+std::expected<void, SystemError> createFolders(const std::string& path, mode_t mode) {
     int made = ::mkdir(path.c_str(), mode);
     if (made != 0 && errno == ENOENT && path != "/") {
         if (auto above = createFolders(parentFolder(path), mode); !above) return above;
@@ -63,15 +74,15 @@ std::expected<void, FileError> createFolders(const std::string& path, mode_t mod
     return {};
 }
 
-std::expected<void, FileError> writeFile(const std::string& path, std::string_view bytes, mode_t mode) {
-    // Without O_NONBLOCK a pipe in the file's place would make us wait for a reader.
+std::expected<void, SystemError> writeFile(const std::string& path, std::string_view bytes, mode_t mode) {
+    // Without O_NONBLOCK a pipe in the file's place would make the call wait for a reader.
     constexpr int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     const UniqueFd file(::open(path.c_str(), flags, mode));
     if (!file) return failed("open", path);
 
     struct stat found{};
     if (::fstat(file.get(), &found) != 0) return failed("fstat", path);
-    if (!S_ISREG(found.st_mode)) return std::unexpected(FileError{.call = "open " + path, .code = EEXIST});
+    if (!S_ISREG(found.st_mode)) return std::unexpected(SystemError{.call = "open " + path, .code = EEXIST});
     if (::ftruncate(file.get(), 0) != 0) return failed("ftruncate", path);
 
     if (writeAll(file.get(), bytes) < bytes.size()) return failed("write", path);
@@ -81,15 +92,11 @@ std::expected<void, FileError> writeFile(const std::string& path, std::string_vi
 std::optional<std::string> readFile(const std::string& path, std::size_t maxBytes) {
     const UniqueFd file = openRegularFile(path);
     if (!file) return std::nullopt;
-    std::string bytes(maxBytes + 1, '\0');  // one more, to see that there is no more
-    const auto size = readInto(file, bytes);
-    if (!size || *size > maxBytes) return std::nullopt;
-    bytes.resize(*size);
-    return bytes;
+    return readRest(file, maxBytes);
 }
 
 UniqueFd openRegularFile(const std::string& path) {
-    // Without O_NONBLOCK a pipe in the file's place would make us wait for a writer.
+    // Without O_NONBLOCK a pipe in the file's place would make the call wait for a writer.
     UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat found{};
     if (!file || ::fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode)) return {};
@@ -120,40 +127,52 @@ std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer
     return size;
 }
 
+std::optional<std::string> readRest(const UniqueFd& file, std::size_t maxBytes) {
+    std::string bytes(maxBytes + 1, '\0');  // one more, to notice a longer file
+    const auto size = readInto(file, bytes);
+    if (!size || *size > maxBytes) return std::nullopt;
+    bytes.resize(*size);
+    return bytes;
+}
+
+bool removeTree(const std::string& path) {
+    std::error_code error;
+    fs::remove_all(path, error);
+    if (isGone(path)) return true;
+    grantAccess(path);
+    fs::remove_all(path, error);
+    return isGone(path);
+}
+
 bool exists(const std::string& path) {
-    return modeOf(path, followingLinks).has_value();
+    return modeOf(path, Links::follow).has_value();
 }
 
 bool isFolder(const std::string& path) {
-    const auto mode = modeOf(path, followingLinks);
+    const auto mode = modeOf(path, Links::follow);
     return mode && S_ISDIR(*mode);
 }
 
 bool isExecutableFile(const std::string& path) {
-    const auto mode = modeOf(path, followingLinks);
+    const auto mode = modeOf(path, Links::follow);
     return mode && S_ISREG(*mode) && ::access(path.c_str(), X_OK) == 0;
 }
 
 bool holdsEntries(const std::string& folder, std::string_view otherThan) {
-    struct Close {
-        void operator()(DIR* open) const { ::closedir(open); }
-    };
-    const std::unique_ptr<DIR, Close> open(::opendir(folder.c_str()));
-    if (!open) return false;
-    while (const dirent* entry = ::readdir(open.get())) {
-        const std::string_view name = &entry->d_name[0];
-        if (name != "." && name != ".." && name != otherThan) return true;
+    DirectoryReader names(UniqueFd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
+    while (const char* name = names.next()) {
+        if (name != otherThan) return true;
     }
     return false;
 }
 
 bool isLink(const std::string& path) {
-    const auto mode = modeOf(path, theEntryItself);
+    const auto mode = modeOf(path, Links::keep);
     return mode && S_ISLNK(*mode);
 }
 
 bool isRegularFile(const std::string& path) {
-    const auto mode = modeOf(path, theEntryItself);
+    const auto mode = modeOf(path, Links::keep);
     return mode && S_ISREG(*mode);
 }
 

@@ -10,54 +10,50 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include "core/foundation/SystemError.h"
 #include "core/foundation/UniqueFd.h"
 
 namespace tarnik {
 
-// A file system call that failed.
-struct FileError {
-    std::string call;  // with its subject: "mkdir /x"
-    int code = 0;      // an errno value
+// Creates the folder and its missing parents, each with exactly `mode`, whatever the umask and the parent's
+// mode are. An existing folder, or a link to one, is not changed.
+std::expected<void, SystemError> createFolders(const std::string& path, mode_t mode);
 
-    // Of a call that has just left its errno.
-    static FileError last(const char* call, const std::string& path);
-    bool operator==(const FileError&) const = default;
-};
+// Replaces the contents of the file. A new file gets `mode`, less the umask. Fails for anything but a regular
+// file, also for a link. Never blocks on a pipe.
+std::expected<void, SystemError> writeFile(const std::string& path, std::string_view bytes, mode_t mode);
 
-// "mkdir /x failed: Permission denied"
-std::string describe(const FileError& error);
-
-// Makes the folder and those above it that are missing, each with exactly `mode`, whatever the umask and the
-// parent say. A folder that is already there (by a link too) is left as it is.
-std::expected<void, FileError> createFolders(const std::string& path, mode_t mode);
-
-// Puts the bytes into the file, in place of what it held. A new file gets `mode`, less the umask. Refuses
-// whatever isn't a regular file, a link or a pipe in its place too, without waiting for anybody.
-std::expected<void, FileError> writeFile(const std::string& path, std::string_view bytes, mode_t mode);
-
-// All of a regular file that holds at most `maxBytes`; none for anything else. Follows links, waits for
-// nobody.
+// Returns the contents of a regular file of at most `maxBytes`, else std::nullopt. Follows links. Never
+// blocks on a pipe.
 std::optional<std::string> readFile(const std::string& path, std::size_t maxBytes);
 
-// A regular file, open for reading; closed when it is anything else. Follows links, waits for nobody.
+// Opens a regular file for reading. Returns an empty owner for anything else. Follows links. Never blocks on
+// a pipe.
 UniqueFd openRegularFile(const std::string& path);
 
-// Writes the bytes in as many calls as it takes. Returns how many were written: fewer than given when a call
+// Writes the bytes in as many calls as it takes. Returns how many were written: fewer than given if a call
 // fails or accepts nothing (EIO), with errno set. `write` is write(2).
 using WriteCall = ssize_t (*)(int, const void*, std::size_t);
 std::size_t writeAll(int fd, std::string_view bytes, WriteCall write = ::write);
 
-// Returns how much was read: less than the buffer holds only at the end of the file. std::nullopt with errno
-// set on failure.
+// Fills the buffer. Returns how much was read: less than the buffer holds only at the end of the file.
+// Returns std::nullopt with errno set on failure.
 std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer);
 
-// These follow links, and answer no when the system won't tell.
+// Returns the rest of the file, or std::nullopt on failure or if that is more than `maxBytes`.
+std::optional<std::string> readRest(const UniqueFd& file, std::size_t maxBytes);
+
+// Removes the folder or file with all its contents, including folders that deny access to their owner.
+// Follows no link. Returns true if nothing is left. Only for folders that no other user can write to.
+bool removeTree(const std::string& path);
+
+// These follow links. They return false on any failure.
 bool exists(const std::string& path);
 bool isFolder(const std::string& path);
 bool isExecutableFile(const std::string& path);  // a regular file that this user may run
 bool holdsEntries(const std::string& folder, std::string_view otherThan = {});
 
-// These ask about the entry itself.
+// These don't follow links. They return false on any failure.
 bool isLink(const std::string& path);
 bool isRegularFile(const std::string& path);
 

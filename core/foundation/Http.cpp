@@ -11,11 +11,10 @@
 #include <strings.h>
 
 #include "core/foundation/Crypto.h"
-#include "core/foundation/ErrorText.h"
-#include "core/foundation/LibraryFiles.h"
-#include "core/foundation/OneLine.h"
 #include "core/foundation/PartFile.h"
 #include "core/foundation/SharedLibrary.h"
+#include "core/foundation/SystemError.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 
@@ -49,7 +48,7 @@ using LoadedCurl = std::expected<Curl, std::string>;
 LoadedCurl loadCurl() {
     if (auto crypto = startCrypto(); !crypto) return std::unexpected(std::move(crypto.error()));
     Curl curl;
-    SharedLibrary library(LibraryFiles::curl);
+    SharedLibrary library(SharedLibrary::curlFile);
     library.find(curl.start, "curl_global_init");
     library.find(curl.open, "curl_easy_init");
     library.find(curl.close, "curl_easy_cleanup");
@@ -80,7 +79,7 @@ const LoadedCurl& loadedCurl() {
 // libcurl's words may quote the other side's: a host name, a certificate.
 HttpError transportError(std::string_view text) {
     constexpr std::size_t longest = 200;
-    return {.kind = Kind::transport, .text = oneLine(text, longest)};
+    return {.kind = Kind::transport, .text = sanitizedLine(text, longest)};
 }
 
 HttpError fileError() {
@@ -359,7 +358,7 @@ std::string describe(const HttpError& error) {
         case Kind::tooLarge: return "The server sent more than is allowed.";
         case Kind::cutShort: return "The connection ended before everything had arrived.";
         case Kind::stalled: return "The server didn't answer in time, or sent too slowly.";
-        case Kind::file: return "The download couldn't be saved (" + errorText(error.code) + ").";
+        case Kind::file: return "The download couldn't be saved (" + systemMessage(error.code) + ").";
         case Kind::transport: break;
     }
     return "The connection failed (" + error.text + ").";

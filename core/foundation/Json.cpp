@@ -7,6 +7,8 @@
 
 #include <boost/json/basic_parser_impl.hpp>
 
+#include "core/foundation/Encoding.h"
+
 namespace tarnik {
 
 namespace {
@@ -15,8 +17,6 @@ using JsonError = boost::json::error_code;
 using JsonText = boost::json::string_view;
 
 void appendEscaped(std::string& json, char character) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    const auto number = static_cast<unsigned char>(character);
     switch (character) {
         case '\t': json += "\\t"; return;
         case '\n': json += "\\n"; return;
@@ -25,13 +25,11 @@ void appendEscaped(std::string& json, char character) {
         case '\\': json += "\\\\"; return;
         default: break;
     }
-    if (number >= 0x20) {
+    if (static_cast<unsigned char>(character) >= 0x20) {
         json += character;
         return;
     }
-    json += "\\u00";
-    json += digits[number >> 4U];
-    json += digits[number & 0x0FU];
+    json += "\\u00" + encodeHex({&character, 1});
 }
 
 // Builds the value as the parser comes past its pieces. Its operations have the names the parser asks for.

@@ -42,11 +42,7 @@ UniqueFd PrivateFolder::openFile(const std::string& name, int flags) const {
 std::optional<std::string> PrivateFolder::read(const std::string& name, std::size_t maxBytes) const {
     const UniqueFd file = openFile(name, 0);
     if (!file) return std::nullopt;
-    std::string bytes(maxBytes + 1, '\0');  // one more, to see that there is no more
-    const auto size = readInto(file, bytes);
-    if (!size || *size > maxBytes) return std::nullopt;
-    bytes.resize(*size);
-    return bytes;
+    return readRest(file, maxBytes);
 }
 
 bool PrivateFolder::replace(const std::string& name, std::string_view bytes) const {

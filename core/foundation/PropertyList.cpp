@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "core/foundation/PropertyListReaders.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/foundation/Utf8.h"
-#include "core/foundation/WhiteSpace.h"
 
 namespace tarnik {
 
@@ -30,7 +30,7 @@ std::optional<PropertyList> PropertyList::parse(std::string_view bytes) {
     if (bytes.size() > maxBytes) return std::nullopt;
     if (bytes.starts_with(binaryMagic)) return readBinary(bytes);
     if (holdsControls(bytes) || !isUtf8(bytes)) return std::nullopt;
-    const std::string_view text = trimmingWhiteSpace(withoutByteOrderMark(bytes));
+    const std::string_view text = trimWhitespace(withoutByteOrderMark(bytes));
     return text.starts_with('<') ? readXml(text) : readOpenStep(text);
 }
 

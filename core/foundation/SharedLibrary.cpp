@@ -16,10 +16,10 @@ void* SharedLibrary::symbol(const char* name) {
     return found;
 }
 
-// dlerror(3) speaks of the calling thread's last failure, and once.
+// dlerror(3) returns the calling thread's last failure, and clears it.
 void SharedLibrary::noteFailure() {
-    const char* const words = ::dlerror();
-    if (!failure_) failure_ = words != nullptr ? words : "a library can't be loaded";
+    const char* const message = ::dlerror();
+    if (!failure_) failure_ = message != nullptr ? message : "a library can't be loaded";
 }
 
 }  // namespace tarnik

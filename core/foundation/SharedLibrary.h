@@ -5,22 +5,26 @@
 
 namespace tarnik {
 
-// A library that is loaded when something first needs it, not with the program. Once loaded it stays for the
-// rest of the run, whatever becomes of this object: what was found in it never goes away.
+// A library that is loaded at its first use instead of with the program. It is never unloaded, so that the
+// functions found in it outlive this object.
 //
-// Made on the stack by the one source that wraps the library. Opening may wait for the disk.
+// Made on the stack by the one source that wraps the library. Loading may wait for the disk.
 class SharedLibrary {
 public:
-    // A file name without a folder is looked for where the system keeps its libraries.
+    // File names for the libraries that we load, in the versions that their headers describe.
+    static const char* const curlFile;
+    static const char* const cryptoFile;  // of OpenSSL
+
+    // A file name without a folder is searched where the system keeps its libraries.
     explicit SharedLibrary(const std::string& file);
 
-    // Points `function` to the library's one of this name; to nothing, and has a failure, if there is none.
+    // Sets `function` to the library's function of this name. On failure sets it to null and failure().
     template <class Function>
     void find(Function*& function, const char* name) {
         function = reinterpret_cast<Function*>(symbol(name));
     }
 
-    // The loader's words for the first thing that wasn't there; none while everything was.
+    // Returns the loader's message for the first failure, or std::nullopt if there was none.
     const std::optional<std::string>& failure() const { return failure_; }
 
 private:

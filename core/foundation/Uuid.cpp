@@ -1,25 +1,19 @@
 #include "core/foundation/Uuid.h"
 
-#include <array>
-#include <cstdint>
 #include <random>
+
+#include "core/foundation/Encoding.h"
 
 namespace tarnik {
 
 std::string randomUuid() {
     std::random_device random;
-    std::array<std::uint8_t, 16> bytes{};
-    for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random());
-    bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0f) | 0x40);  // version 4
-    bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3f) | 0x80);  // the RFC's variant
-
-    constexpr const char* digits = "0123456789abcdef";
-    std::string text;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
-        text += digits[bytes[i] >> 4];
-        text += digits[bytes[i] & 0x0f];
-    }
+    std::string bytes(16, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(random());
+    bytes[6] = static_cast<char>((bytes[6] & 0x0f) | 0x40);  // version 4
+    bytes[8] = static_cast<char>((bytes[8] & 0x3f) | 0x80);  // the variant of the RFC
+    std::string text = encodeHex(bytes);
+    for (const std::size_t at : {8U, 13U, 18U, 23U}) text.insert(at, 1, '-');
     return text;
 }
 

@@ -4,7 +4,7 @@
 
 namespace tarnik {
 
-// A fresh random UUID (RFC 9562, version 4), lower case with hyphens.
+// Returns a new random UUID (RFC 9562, version 4) in lower case, with hyphens.
 std::string randomUuid();
 
 }  // namespace tarnik

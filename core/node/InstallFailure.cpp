@@ -23,6 +23,10 @@ std::string describe(const InstallFailure& failure) {
     return "tarnik's helper is missing a file. Nothing was installed.";
 }
 
+std::string describe(const ToolStartError& error) {
+    return describe(error.error);
+}
+
 std::string describe(const InstallError& error) {
     return std::visit([](const auto& one) { return describe(one); }, error);
 }

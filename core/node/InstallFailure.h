@@ -5,9 +5,9 @@
 
 #include "core/foundation/Files.h"
 #include "core/foundation/Http.h"
+#include "core/foundation/SystemError.h"
 #include "core/node/NodeHome.h"
 #include "core/node/NodeRelease.h"
-#include "core/process/SpawnError.h"
 
 namespace tarnik {
 
@@ -30,12 +30,20 @@ struct InstallFailure {
     bool operator==(const InstallFailure&) const = default;
 };
 
+// A program that the installer needs could not be started.
+struct ToolStartError {
+    SystemError error;
+
+    bool operator==(const ToolStartError&) const = default;
+};
+
 // Why an install ended early.
-using InstallError = std::variant<InstallFailure, NodeRelease::Failure, NodeHome::ClaimError, FileError,
-                                  HttpError, SpawnError>;
+using InstallError = std::variant<InstallFailure, NodeRelease::Failure, NodeHome::ClaimError, SystemError,
+                                  HttpError, ToolStartError>;
 
 // A whole sentence for the person; with InstallError, whatever its kind says of itself.
 std::string describe(const InstallFailure& failure);
+std::string describe(const ToolStartError& error);
 std::string describe(const InstallError& error);
 
 }  // namespace tarnik

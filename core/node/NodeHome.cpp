@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "core/foundation/Paths.h"
-#include "core/foundation/WhiteSpace.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 
@@ -32,7 +32,7 @@ std::expected<NodeHome, NodeHome::ResolveError> NodeHome::resolve(const std::opt
                                                                   std::string_view homeDirectory) {
     using enum ResolveError::Reason;
     NodeHome standard{.path = defaultPath(homeDirectory), .isDefault = true};
-    const std::string_view text = trimmingWhiteSpace(chosen ? std::string_view(*chosen) : "");
+    const std::string_view text = trimWhitespace(chosen ? std::string_view(*chosen) : "");
     if (text.empty()) return standard;
     if (!text.starts_with('/')) return std::unexpected(ResolveError{notAbsolute, std::string(text)});
 
@@ -72,11 +72,11 @@ std::expected<void, NodeHome::ClaimFailure> NodeHome::claim() const {
 }
 
 // The marker appears whole or not at all: a folder with an empty one would count as claimed for ever.
-std::expected<void, FileError> NodeHome::writeMarker() const {
+std::expected<void, SystemError> NodeHome::writeMarker() const {
     const std::string unfinished = unfinishedMarker();
     auto done = writeFile(unfinished, markerText, markerMode);
     if (done && ::rename(unfinished.c_str(), marker().c_str()) != 0)
-        done = std::unexpected(FileError::last("rename", unfinished));
+        done = std::unexpected(SystemError::last("rename", unfinished));
     if (!done) ::unlink(unfinished.c_str());
     return done;
 }

@@ -29,7 +29,7 @@ struct NodeHome {
         std::string path;
         bool operator==(const ClaimError&) const = default;
     };
-    using ClaimFailure = std::variant<ClaimError, FileError>;
+    using ClaimFailure = std::variant<ClaimError, SystemError>;
 
     static constexpr std::string_view markerName = ".tarnik-node-home";
     static constexpr std::string_view unfinishedMarkerName = ".tarnik-node-home.new";
@@ -65,7 +65,7 @@ struct NodeHome {
     bool operator==(const NodeHome&) const = default;
 
 private:
-    std::expected<void, FileError> writeMarker() const;
+    std::expected<void, SystemError> writeMarker() const;
     std::string unfinishedMarker() const;
 };
 

@@ -25,9 +25,9 @@ std::expected<NodeHomeLock, NodeHomeLock::Failure> NodeHomeLock::take(const Node
     if (const auto made = createFolders(home.path, folderMode); !made)
         return std::unexpected(Failure{unavailable, made.error()});
     UniqueFd folder(::open(home.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder) return std::unexpected(Failure{unavailable, FileError::last("open", home.path)});
+    if (!folder) return std::unexpected(Failure{unavailable, SystemError::last("open", home.path)});
     if (lockWithoutWaiting(folder) == 0) return NodeHomeLock(std::move(folder));
-    const auto error = FileError::last("flock", home.path);
+    const auto error = SystemError::last("flock", home.path);
     return std::unexpected(Failure{error.code == EWOULDBLOCK ? heldElsewhere : unavailable, error});
 }
 

@@ -20,7 +20,7 @@ public:
             unavailable,    // the folder can't be made or opened, or its file system has no locks
         };
         Reason reason;
-        FileError error;
+        SystemError error;
     };
 
     // Locks the folder without waiting, and makes it first if nothing is there: a claim accepts it while it

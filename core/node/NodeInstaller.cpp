@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "core/foundation/Files.h"
 #include "core/foundation/Json.h"
-#include "core/foundation/RemoveTree.h"
 #include "core/foundation/Uuid.h"
 #include "core/node/NodeRuntimePin.h"
 #include "core/node/ReleaseVersion.h"
@@ -29,7 +29,7 @@ bool isAtLeast(const std::string& version, const std::string& minimum) {
 // rename(2), with the failure named.
 std::expected<void, InstallError> move(const std::string& from, const std::string& to) {
     if (::rename(from.c_str(), to.c_str()) == 0) return {};
-    return std::unexpected(FileError::last("rename", from));
+    return std::unexpected(SystemError::last("rename", from));
 }
 
 std::expected<void, InstallError> makeFolder(const std::string& path) {

@@ -3,7 +3,7 @@
 #include <locale>
 #include <stdexcept>
 
-#include "core/foundation/WhiteSpace.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik {
@@ -53,10 +53,10 @@ std::expected<void, InstallError> tarExtract(const std::string& program, const s
                                    .environment = utf8Environment(),
                                    .timeout = 120s,
                                    .limit = outputLimit});
-    if (!run) return std::unexpected(run.error());
+    if (!run) return std::unexpected(ToolStartError{run.error()});
     if (run->status.succeeded()) return {};
     return std::unexpected(
-        InstallFailure{InstallFailure::Kind::extract, std::string(trimmingWhiteSpace(run->text))});
+        InstallFailure{InstallFailure::Kind::extract, std::string(trimWhitespace(run->text))});
 }
 
 std::optional<std::string> nodeVersion(const std::string& nodeBinary) {
@@ -64,7 +64,7 @@ std::optional<std::string> nodeVersion(const std::string& nodeBinary) {
     const auto run = Spawner::run(
         {.executable = nodeBinary, .arguments = {"--version"}, .timeout = 20s, .limit = outputLimit});
     if (!run || !run->status.succeeded()) return std::nullopt;
-    return std::string(trimmingWhiteSpace(run->text));
+    return std::string(trimWhitespace(run->text));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "core/node/NodeLaunch.h"
 
-#include "core/foundation/UserHome.h"
-#include "core/process/InheritedEnvironment.h"
+#include "core/process/Environment.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik::NodeLaunch {
@@ -26,7 +25,7 @@ Environment environment(const Environment& inherited, const NodeHome& home,
     if (const auto value = endpoint ? endpoint->environmentValue() : std::nullopt) {
         variables[std::string(CuaDriverEndpoint::environmentKey)] = *value;
     }
-    if (!variables.contains("HOME")) variables["HOME"] = userHome();
+    if (!variables.contains("HOME")) variables["HOME"] = homeDirectory();
     variables.try_emplace("PATH", Spawner::defaultPath);
     return variables;
 }

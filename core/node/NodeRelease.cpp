@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "core/foundation/Base64.h"
 #include "core/foundation/Crypto.h"
+#include "core/foundation/Encoding.h"
 #include "core/foundation/Json.h"
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/node/ReleaseVersion.h"
 
 namespace tarnik::NodeRelease {
@@ -106,8 +106,9 @@ std::expected<NodeReleaseManifest, Failure> verifyChannelFile(
 
     if (stringIn(*release, "keyId") != keyId(*key, crypto)) {
         const Json* given = release->member("keyId");
-        return std::unexpected(Failure{.reason = Reason::wrongKey,
-                                       .keyId = oneLine(given ? given->text() : "none", maxKeyIdCharacters)});
+        return std::unexpected(
+            Failure{.reason = Reason::wrongKey,
+                    .keyId = sanitizedLine(given ? given->text() : "none", maxKeyIdCharacters)});
     }
     const auto signature = base64url(*encodedSignature);
     if (!signature || signature->size() != ed25519SignatureBytes) return failed(Reason::badSignature);

@@ -90,7 +90,7 @@ void NodeSupervisor::startIfNeeded() {
     setState(Running{});
 }
 
-std::optional<SpawnError> NodeSupervisor::spawnNode() {
+std::optional<SystemError> NodeSupervisor::spawnNode() {
     auto input = Spawner::pipe();
     if (!input) return input.error();
     const NodeLog::Output output = deps_.nodeLog ? deps_.nodeLog->attach() : NodeLog::Output();
@@ -196,7 +196,7 @@ std::expected<std::shared_ptr<PairingSession>, PairingError> NodeSupervisor::sta
     if (pairing != nullptr && pairing->session->isInProgress()) return std::unexpected(PairingFailure::busy);
     cancelRestart();
     stopCurrent();
-    if (deps_.isEnding()) return std::unexpected(SpawnError{.call = "connect", .code = ECANCELED});
+    if (deps_.isEnding()) return std::unexpected(SystemError{.call = "connect", .code = ECANCELED});
     const Generation generation = ++generation_;
     auto session = PairingSession::start(pairingSetup(joinURL, std::move(onUpdate), generation));
     if (!session) {

@@ -82,7 +82,7 @@ private:
     using Current = std::variant<std::monostate, Run, Pairing>;
 
     void startIfNeeded();
-    std::optional<SpawnError> spawnNode();
+    std::optional<SystemError> spawnNode();
     void stopCurrent();
     void exited(Generation generation, ExitStatus status, Seconds ranFor, RunKind kind);
     void scheduleRestart(Seconds ranFor);

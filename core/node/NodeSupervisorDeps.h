@@ -6,18 +6,18 @@
 #include <string>
 
 #include "core/foundation/SerialQueue.h"
+#include "core/foundation/SystemError.h"
 #include "core/foundation/Time.h"
 #include "core/node/NodeLog.h"
 #include "core/pairing/PairingSession.h"
 #include "core/process/ChildProcess.h"
-#include "core/process/SpawnError.h"
 #include "core/process/SpawnRequest.h"
 
 namespace tarnik {
 
 // Everything NodeSupervisor asks of the outside.
 struct NodeSupervisorDeps {
-    using Spawn = std::function<std::expected<std::shared_ptr<ChildProcess>, SpawnError>(
+    using Spawn = std::function<std::expected<std::shared_ptr<ChildProcess>, SystemError>(
         const SpawnRequest&, ChildProcess::OnExit)>;
 
     Spawn spawn;                        // the node in its normal mode

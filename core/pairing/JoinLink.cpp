@@ -5,7 +5,7 @@
 
 #include "core/foundation/Json.h"
 #include "core/foundation/TarnikIdentity.h"
-#include "core/foundation/WhiteSpace.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik::JoinLink {
 
@@ -64,7 +64,7 @@ bool isCode(std::string_view text) {
 
 std::optional<std::string> code(std::string_view text, const Url& webOrigin) {
     if (text.size() > maxTextBytes) return std::nullopt;
-    const std::string_view trimmed = trimmingWhiteSpace(text);
+    const std::string_view trimmed = trimWhitespace(text);
     if (isCode(trimmed)) return std::string(trimmed);
     // Query and fragment of a web link are not looked at, so they may hold what no address may.
     const auto link = Url::parse(trimmed.substr(0, trimmed.find_first_of("?#")));

@@ -3,7 +3,7 @@
 #include <string>
 #include <variant>
 
-#include "core/process/SpawnError.h"
+#include "core/foundation/SystemError.h"
 
 namespace tarnik {
 
@@ -11,7 +11,7 @@ namespace tarnik {
 enum class PairingFailure { notInstalled, busy };
 
 // Why a pairing did not begin: refused, or its command could not be started.
-using PairingError = std::variant<PairingFailure, SpawnError>;
+using PairingError = std::variant<PairingFailure, SystemError>;
 
 // The message for the person.
 std::string describe(PairingFailure failure);

@@ -11,7 +11,7 @@ namespace tarnik {
 
 using namespace PairingPhases;
 
-std::expected<std::shared_ptr<PairingSession>, SpawnError> PairingSession::start(Setup setup) {
+std::expected<std::shared_ptr<PairingSession>, SystemError> PairingSession::start(Setup setup) {
     // The session is there before its command, so that an exit, however early, finds it. Until it is attached
     // it reports no end.
     auto session = std::make_shared<PairingSession>(Passkey{}, std::move(setup));

@@ -46,7 +46,7 @@ public:
     using Failure = PairingFailure;
     using Snapshot = PairingSnapshot;
 
-    using SpawnPty = std::function<std::expected<std::shared_ptr<PtyProcess>, SpawnError>(
+    using SpawnPty = std::function<std::expected<std::shared_ptr<PtyProcess>, SystemError>(
         const SpawnRequest&, ChildProcess::OnExit)>;
 
     // What a session is made of, and all that it asks of the outside.
@@ -66,7 +66,7 @@ public:
     };
 
     // Where it fails there is no session, and nothing is ever reported.
-    static std::expected<std::shared_ptr<PairingSession>, SpawnError> start(Setup setup);
+    static std::expected<std::shared_ptr<PairingSession>, SystemError> start(Setup setup);
     PairingSession(Passkey, Setup setup);
 
     Snapshot snapshot() const;

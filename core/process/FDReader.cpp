@@ -18,8 +18,8 @@
 
 namespace tarnik {
 
-std::expected<std::shared_ptr<FDReader>, SpawnError> FDReader::start(UniqueFd fd, OnData onData,
-                                                                     OnEOF onEOF) {
+std::expected<std::shared_ptr<FDReader>, SystemError> FDReader::start(UniqueFd fd, OnData onData,
+                                                                      OnEOF onEOF) {
     auto wake = Spawner::pipe();
     if (!wake) return std::unexpected(wake.error());
     auto reader = std::make_shared<FDReader>();
@@ -33,7 +33,7 @@ std::expected<std::shared_ptr<FDReader>, SpawnError> FDReader::start(UniqueFd fd
             if (onEOF) onEOF();
         }).detach();
     } catch (const std::system_error& error) {
-        return std::unexpected(SpawnError{"pthread_create", error.code().value()});
+        return std::unexpected(SystemError{"pthread_create", error.code().value()});
     }
     return reader;
 }

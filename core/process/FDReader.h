@@ -8,9 +8,9 @@
 #include <optional>
 #include <string_view>
 
+#include "core/foundation/SystemError.h"
 #include "core/foundation/Time.h"
 #include "core/foundation/UniqueFd.h"
-#include "core/process/SpawnError.h"
 
 namespace tarnik {
 
@@ -29,8 +29,8 @@ public:
 
     // Starts reading. `onData` runs on the reader's thread for each chunk in order, `onEOF` there after the
     // last one, with no lock held. Fails with call "pthread_create" or "pipe"; the descriptor is closed then.
-    static std::expected<std::shared_ptr<FDReader>, SpawnError> start(UniqueFd fd, OnData onData,
-                                                                      OnEOF onEOF = {});
+    static std::expected<std::shared_ptr<FDReader>, SystemError> start(UniqueFd fd, OnData onData,
+                                                                       OnEOF onEOF = {});
 
     // Waits at most `timeout` for the descriptor to have ended and been closed; whether it has.
     bool waitForEOF(Seconds timeout) const;

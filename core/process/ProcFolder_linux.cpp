@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <memory>
 #include <span>
 #include <utility>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "core/foundation/DirectoryReader.h"
 
 namespace tarnik {
 
@@ -25,29 +25,17 @@ std::optional<pid_t> pidFrom(std::string_view text) {
     return pid;
 }
 
-struct CloseDirectory {
-    void operator()(DIR* directory) const { ::closedir(directory); }
-};
-using Directory = std::unique_ptr<DIR, CloseDirectory>;
-
-Directory openDirectory(int at, const char* name) {
-    UniqueFd folder(::openat(at, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    Directory directory(folder ? ::fdopendir(folder.get()) : nullptr);
-    if (directory) folder.release();
-    return directory;
+DirectoryReader openDirectory(int at, const char* name) {
+    return DirectoryReader(UniqueFd(::openat(at, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
 }
 
-// The names that are process ids; none when the folder can't be read to its end.
-std::optional<std::vector<pid_t>> pidsIn(DIR* directory) {
-    if (directory == nullptr) return std::nullopt;
+// Returns the names that are process ids, or std::nullopt if the folder can't be read to its end.
+std::optional<std::vector<pid_t>> pidsIn(DirectoryReader& directory) {
     std::vector<pid_t> pids;
-    while (true) {
-        errno = 0;
-        const dirent* entry = ::readdir(directory);
-        if (entry == nullptr) break;
-        if (const auto pid = pidFrom(entry->d_name)) pids.push_back(*pid);
+    while (const char* name = directory.next()) {
+        if (const auto pid = pidFrom(name)) pids.push_back(*pid);
     }
-    if (errno != 0) return std::nullopt;
+    if (directory.hasFailed()) return std::nullopt;
     return pids;
 }
 
@@ -95,7 +83,8 @@ ProcFolder::ProcFolder()
       ticksPerSecond_(static_cast<std::uint64_t>(std::max(::sysconf(_SC_CLK_TCK), 1L))) {}
 
 std::optional<std::vector<ProcessEntry>> ProcFolder::entries() {
-    const auto pids = pidsIn(openDirectory(folder_.get(), ".").get());
+    auto folder = openDirectory(folder_.get(), ".");
+    const auto pids = pidsIn(folder);
     // We run, so a list without anybody is no list of processes.
     if (!pids || pids->empty()) return std::nullopt;
     std::vector<ProcessEntry> entries;
@@ -132,14 +121,13 @@ std::expected<ProcessStat, ProcFolder::Missing> ProcFolder::stat(pid_t pid) {
 }
 
 std::optional<std::vector<pid_t>> ProcFolder::children(pid_t parent) {
-    const Directory folder = openDirectory(folder_.get(), nameOf(parent, "task"));
-    const auto threads = pidsIn(folder.get());
-    const int at = folder ? ::dirfd(folder.get()) : -1;
-    if (!threads || at < 0) return std::nullopt;
+    auto folder = openDirectory(folder_.get(), nameOf(parent, "task"));
+    const auto threads = pidsIn(folder);
+    if (!threads) return std::nullopt;
     std::vector<pid_t> children;
     for (const pid_t thread : *threads) {
         const char* name = nameOf(thread, "children");
-        const UniqueFd list(::openat(at, name, O_RDONLY | O_CLOEXEC));
+        const UniqueFd list(::openat(folder.descriptor(), name, O_RDONLY | O_CLOEXEC));
         const auto text = list ? readAll(list.get(), text_) : std::nullopt;
         if (!text || !appendPids(*text, children)) return std::nullopt;
     }

@@ -5,7 +5,7 @@
 
 #include <sys/types.h>
 
-#include "core/process/ProcessClock.h"
+#include "core/foundation/Time.h"
 
 namespace tarnik {
 

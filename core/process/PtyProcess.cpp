@@ -10,8 +10,8 @@
 #include <unistd.h>
 
 #include "core/process/ProgramImage.h"
-#include "core/process/PtyPlatform.h"
 #include "core/process/Reaper.h"
+#include "core/process/SpawnPlatform.h"
 
 namespace tarnik {
 namespace {
@@ -51,8 +51,8 @@ private:
 
 }  // namespace
 
-std::expected<std::shared_ptr<PtyProcess>, SpawnError> PtyProcess::spawn(const SpawnRequest& request,
-                                                                         ChildProcess::OnExit onExit) {
+std::expected<std::shared_ptr<PtyProcess>, SystemError> PtyProcess::spawn(const SpawnRequest& request,
+                                                                          ChildProcess::OnExit onExit) {
     auto reaper = Reaper::prepare(std::move(onExit));
     if (!reaper) return std::unexpected(reaper.error());
     const ProgramImage image(request);
@@ -63,7 +63,7 @@ std::expected<std::shared_ptr<PtyProcess>, SpawnError> PtyProcess::spawn(const S
     int number = -1;
     const SignalsBlocked blocked;  // the child must not run our handlers before it has become its program
     const pid_t pid = forkOnTerminal(number, size);
-    if (pid < 0) return std::unexpected(SpawnError{"forkpty", errno});
+    if (pid < 0) return std::unexpected(SystemError{"forkpty", errno});
     if (pid == 0) {
         image.become();
         ::_exit(127);
@@ -73,7 +73,7 @@ std::expected<std::shared_ptr<PtyProcess>, SpawnError> PtyProcess::spawn(const S
     // Above 2 and close-on-exec from here on; every child of ours closes it in the moment before.
     auto pty = std::make_shared<PtyProcess>(child, UniqueFd::duplicate(opened.get()));
     if (pty->input_) return pty;
-    const SpawnError error{"forkpty", errno};
+    const SystemError error{"forkpty", errno};
     child->signal(SIGKILL);
     return std::unexpected(error);
 }

@@ -6,9 +6,9 @@
 #include <mutex>
 #include <string_view>
 
+#include "core/foundation/SystemError.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/process/ChildProcess.h"
-#include "core/process/SpawnError.h"
 #include "core/process/SpawnRequest.h"
 
 namespace tarnik {
@@ -26,8 +26,8 @@ public:
     // The request's three Stdio are ignored: all are the terminal. `onExit` as in Spawner::spawn. A program
     // that can't be run is no error here: the child exits with 127. Fails with call "forkpty"; where
     // descriptors ran out after the fork, the child is killed and `onExit` still hears of it.
-    static std::expected<std::shared_ptr<PtyProcess>, SpawnError> spawn(const SpawnRequest& request,
-                                                                        ChildProcess::OnExit onExit = {});
+    static std::expected<std::shared_ptr<PtyProcess>, SystemError> spawn(const SpawnRequest& request,
+                                                                         ChildProcess::OnExit onExit = {});
 
     // Takes over the controlling side of a terminal on which `child` already runs.
     PtyProcess(std::shared_ptr<ChildProcess> child, UniqueFd master);

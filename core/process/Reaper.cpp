@@ -64,7 +64,7 @@ void watch(const std::shared_ptr<ChildProcess>& child, const ChildProcess::OnExi
 
 }  // namespace
 
-std::expected<Reaper, SpawnError> Reaper::prepare(ChildProcess::OnExit onExit) {
+std::expected<Reaper, SystemError> Reaper::prepare(ChildProcess::OnExit onExit) {
     auto assignment = std::make_shared<Assignment>();
     try {
         std::thread([assignment, onExit = std::move(onExit)]() mutable {
@@ -73,7 +73,7 @@ std::expected<Reaper, SpawnError> Reaper::prepare(ChildProcess::OnExit onExit) {
             if (child) watch(child, onExit);
         }).detach();
     } catch (const std::system_error& error) {
-        return std::unexpected(SpawnError{"pthread_create", error.code().value()});
+        return std::unexpected(SystemError{"pthread_create", error.code().value()});
     }
     return Reaper(std::move(assignment));
 }

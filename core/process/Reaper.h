@@ -5,8 +5,8 @@
 
 #include <sys/types.h>
 
+#include "core/foundation/SystemError.h"
 #include "core/process/ChildProcess.h"
-#include "core/process/SpawnError.h"
 
 namespace tarnik {
 
@@ -19,7 +19,7 @@ class Reaper {
 public:
     // Starts the thread, which waits to be given its child. `onExit` is called on it, once, after the end is
     // stored and with no lock held. Fails with call "pthread_create".
-    static std::expected<Reaper, SpawnError> prepare(ChildProcess::OnExit onExit);
+    static std::expected<Reaper, SystemError> prepare(ChildProcess::OnExit onExit);
 
     // Gives the thread its child; from here on the child is reaped whatever happens to the handle.
     std::shared_ptr<ChildProcess> adopt(pid_t pid) &&;

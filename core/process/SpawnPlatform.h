@@ -3,21 +3,26 @@
 #include <chrono>
 
 #include <spawn.h>
+#include <sys/ioctl.h>
+#include <sys/types.h>
 
+// System calls for starting children that differ between systems.
 namespace tarnik {
 
-// What systems do differently for posix_spawn and pipe. Each returns 0 or an errno value.
-
-// A program that was only just written can't be run while a child of another thread, not yet past its own
-// exec, still holds it open for writing (ETXTBSY). That lasts moments; so it is tried this often more.
+// A program that was just written can't be run while a child of another thread, which hasn't reached its own
+// exec, holds the file open for writing (ETXTBSY). That takes moments: the start is retried this often.
 inline constexpr int busyRetries = 50;
 inline constexpr std::chrono::milliseconds busyPause(10);
 
-// Adds to `actions` and `flags` whatever leaves the child no descriptor but those that `actions` name so far.
-// Comes after every other action.
+// Adds to `actions` and `flags` what closes all descriptors in the child except those named by `actions` so
+// far. Comes after every other action. Returns 0 or an errno value.
 int closeAllOthers(posix_spawn_file_actions_t& actions, short& flags);
 
-// pipe(2) with both ends close-on-exec.
+// Opens a pipe(2) with both ends close-on-exec. Returns 0 or an errno value.
 int openPipe(int (&ends)[2]);
+
+// forkpty(3), which systems declare in different headers. Returns the child's pid and stores the controlling
+// side in `master`; returns 0 in the child, -1 with errno set on failure.
+pid_t forkOnTerminal(int& master, winsize& size);
 
 }  // namespace tarnik

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <util.h>
 
 namespace tarnik {
 
@@ -13,8 +14,8 @@ int closeAllOthers(posix_spawn_file_actions_t& /*actions*/, short& flags) {
     return 0;
 }
 
-// There is no pipe2. A child that another thread makes between the two steps still gets neither end: both
-// ways to make a child here close what they were not told to keep.
+// Darwin has no pipe2. A child that another thread starts between the two calls gets neither end all the
+// same: both ways to start a child close every descriptor that isn't named.
 int openPipe(int (&ends)[2]) {
     if (::pipe(ends) != 0) return errno;
     int failed = 0;
@@ -24,6 +25,10 @@ int openPipe(int (&ends)[2]) {
     if (failed == 0) return 0;
     for (const int end : ends) ::close(end);
     return failed;
+}
+
+pid_t forkOnTerminal(int& master, winsize& size) {
+    return ::forkpty(&master, nullptr, nullptr, &size);
 }
 
 }  // namespace tarnik

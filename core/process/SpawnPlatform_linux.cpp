@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include <fcntl.h>
+#include <pty.h>
 #include <unistd.h>
 
 namespace tarnik {
@@ -14,6 +15,10 @@ int closeAllOthers(posix_spawn_file_actions_t& actions, short& /*flags*/) {
 
 int openPipe(int (&ends)[2]) {
     return ::pipe2(ends, O_CLOEXEC) == 0 ? 0 : errno;
+}
+
+pid_t forkOnTerminal(int& master, winsize& size) {
+    return ::forkpty(&master, nullptr, nullptr, &size);
 }
 
 }  // namespace tarnik

@@ -1,22 +1,20 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "core/process/Environment.h"
+
 namespace tarnik {
 
-// A whole process environment, by name.
-using Environment = std::map<std::string, std::string>;
-
-// What one of a child's standard descriptors is connected to.
+// A connection for one of a child's standard descriptors.
 class Stdio {
 public:
     // /dev/null, opened for reading (standard input) or writing (the other two).
     static constexpr Stdio null() { return Stdio{}; }
 
-    // The parent's descriptor `fd`, which stays the parent's to close.
+    // The descriptor `fd`, which the parent still owns and closes.
     static constexpr Stdio fd(int fd) {
         Stdio stdio;
         stdio.fd_ = fd;
@@ -31,10 +29,10 @@ private:
     std::optional<int> fd_;
 };
 
-// One child to start, described whole: nothing is inherited that isn't named here.
+// A complete description of a child to start. The child inherits nothing that isn't named here.
 struct SpawnRequest {
     std::string executable;                   // absolute path; also argument 0
-    std::vector<std::string> arguments = {};  // those after argument 0
+    std::vector<std::string> arguments = {};  // from argument 1 on
     Environment environment = {};
     Stdio standardInput = Stdio::null();
     Stdio standardOutput = Stdio::null();

@@ -78,24 +78,24 @@ ExitStatus awaitEnd(ChildProcess& child, const Spawner::Command& command) {
 
 }  // namespace
 
-std::expected<std::shared_ptr<ChildProcess>, SpawnError> Spawner::spawn(const SpawnRequest& request,
-                                                                        ChildProcess::OnExit onExit) {
+std::expected<std::shared_ptr<ChildProcess>, SystemError> Spawner::spawn(const SpawnRequest& request,
+                                                                         ChildProcess::OnExit onExit) {
     auto reaper = Reaper::prepare(std::move(onExit));
     if (!reaper) return std::unexpected(reaper.error());
     pid_t pid = -1;
     if (const int error = start(request, pid)) {
-        return std::unexpected(SpawnError{"posix_spawn " + request.executable, error});
+        return std::unexpected(SystemError{"posix_spawn " + request.executable, error});
     }
     return std::move(*reaper).adopt(pid);
 }
 
-std::expected<Spawner::Pipe, SpawnError> Spawner::pipe() {
+std::expected<Spawner::Pipe, SystemError> Spawner::pipe() {
     int ends[2] = {-1, -1};
-    if (const int error = openPipe(ends)) return std::unexpected(SpawnError{"pipe", error});
+    if (const int error = openPipe(ends)) return std::unexpected(SystemError{"pipe", error});
     return Pipe{UniqueFd(ends[0]), UniqueFd(ends[1])};
 }
 
-std::expected<Spawner::Output, SpawnError> Spawner::run(const Command& command) {
+std::expected<Spawner::Output, SystemError> Spawner::run(const Command& command) {
     auto pipe = Spawner::pipe();
     if (!pipe) return std::unexpected(pipe.error());
     SpawnRequest request{.executable = command.executable,

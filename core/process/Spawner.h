@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "core/foundation/SystemError.h"
 #include "core/foundation/Time.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/process/ChildProcess.h"
-#include "core/process/SpawnError.h"
 #include "core/process/SpawnRequest.h"
 
 namespace tarnik {
@@ -44,15 +44,15 @@ struct Spawner {
 
     // `onExit` is called once, on the child's reaper thread, after the status is set; it may call back into
     // the child. The request's descriptors are borrowed for the call.
-    static std::expected<std::shared_ptr<ChildProcess>, SpawnError> spawn(const SpawnRequest& request,
-                                                                          ChildProcess::OnExit onExit = {});
+    static std::expected<std::shared_ptr<ChildProcess>, SystemError> spawn(const SpawnRequest& request,
+                                                                           ChildProcess::OnExit onExit = {});
 
     // Both ends are close-on-exec.
-    static std::expected<Pipe, SpawnError> pipe();
+    static std::expected<Pipe, SystemError> pipe();
 
     // Blocks up to `timeout` + 12 s: SIGTERM at the time-out, SIGKILL 2 s later, then 5 s for the end and 5 s
     // for the rest of the output. A bad exit is no error; a child that survives it all reads as signal 9.
-    static std::expected<Output, SpawnError> run(const Command& command);
+    static std::expected<Output, SystemError> run(const Command& command);
 };
 
 }  // namespace tarnik

@@ -171,7 +171,7 @@ TEST(AppModel, pairsAndShowsHowItEnded) {
 TEST(AppModel, aSessionThatCantBeginSaysSo) {
     Started f;
     f.goodLinks = {FakeMachine::code('a')};
-    f.terminals.failure = SpawnError{.call = "forkpty", .code = EAGAIN};
+    f.terminals.failure = SystemError{.call = "forkpty", .code = EAGAIN};
     f.giveLink('a');
     EXPECT_FALSE(f.state().checkingLink);
     EXPECT_NE(f.state().linkMessage.value_or("").find("forkpty"), std::string::npos);

@@ -12,14 +12,14 @@ namespace {
 TEST(PlainSentence, comesBeforeWhateverIsNoSentence) {
     using namespace WindowTexts;
     using Kind = InstallFailure::Kind;
-    const FileError file{"mkdir /x", EIO};
-    const SpawnError spawn{"posix_spawn /usr/bin/tar", ENOENT};
+    const SystemError file{"mkdir /x", EIO};
+    const SystemError spawn{"posix_spawn /usr/bin/tar", ENOENT};
     const std::pair<InstallError, std::string_view> cases[] = {
         {file, fileFailed},
-        {FileError{"write /x", ENOSPC}, diskFull},
-        {FileError{"mkdir /x", EROFS}, notAllowed},
-        {spawn, programFailed},
-        {SpawnError{"forkpty", EAGAIN}, tooBusy},
+        {SystemError{"write /x", ENOSPC}, diskFull},
+        {SystemError{"mkdir /x", EROFS}, notAllowed},
+        {ToolStartError{spawn}, programFailed},
+        {ToolStartError{{"posix_spawn /x", EAGAIN}}, tooBusy},
         {HttpError{.kind = HttpError::Kind::file, .code = EDQUOT}, diskFull},
         {HttpError{.kind = HttpError::Kind::stalled}, downloadFailed},
         {NodeRelease::Failure{.reason = NodeRelease::Failure::Reason::badSignature}, releaseRefused},

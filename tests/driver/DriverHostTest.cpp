@@ -86,7 +86,7 @@ TEST(DriverHost, triesAgainOnceForEachFailedStart) {
     };
     const Case cases[] = {
         {"the desktop driver didn't start: posix_spawn /driver failed: Permission denied",
-         [](Fixture& f) { f.spawner.failure = SpawnError{"posix_spawn /driver", EACCES}; }},
+         [](Fixture& f) { f.spawner.failure = SystemError{"posix_spawn /driver", EACCES}; }},
         {"the desktop driver stopped before it was ready (exit 3)",
          [](Fixture& f) { f.whileWaiting = [&f] { f.spawner.last().end(ExitStatus::exited(3)); }; }, 0.05s},
         {"the desktop driver didn't become ready in time", [](Fixture&) {}, 10.05s},
@@ -121,7 +121,7 @@ TEST(DriverHost, triesAgainOnceForEachFailedStart) {
 
 TEST(DriverHost, waitsLongerForEachStartUntilItGivesUp) {
     Fixture f;
-    f.spawner.failure = SpawnError{"pipe", EMFILE};
+    f.spawner.failure = SystemError{"pipe", EMFILE};
     f.host().setEnabled(true);
     for (const Seconds delay : {1s, 2s, 4s, 8s, 10s}) {
         const auto before = f.log.size();

@@ -39,7 +39,7 @@ TEST(Files, leavesWhatIsThere) {
     shell(folder.path(), "touch file; ln -s . link; ln -s nowhere dangling");
     EXPECT_TRUE(createFolders(folder.path() + "/link", 0777).has_value());
     EXPECT_EQ(modeOf(folder.path()), fs::perms(0700));
-    EXPECT_EQ(createFolders(file, 0700), std::unexpected(FileError{"mkdir " + file, EEXIST}));
+    EXPECT_EQ(createFolders(file, 0700), std::unexpected(SystemError{"mkdir " + file, EEXIST}));
     EXPECT_EQ(createFolders(folder.path() + "/dangling/x", 0700).error().code, EEXIST);
 }
 

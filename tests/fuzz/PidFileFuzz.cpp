@@ -7,7 +7,7 @@
 #include <string>
 
 #include "core/driver/DriverSocketDirectory.h"
-#include "core/foundation/WhiteSpace.h"
+#include "core/foundation/TextCleanup.h"
 #include "tests/fuzz/Require.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -19,7 +19,7 @@ std::optional<pid_t> pidByRule(std::string_view text) {
     constexpr std::size_t longest = 63;  // a file of 64 bytes and more is no pid file
     if (text.size() > longest) return std::nullopt;
     std::int64_t number = 0;
-    for (const char c : trimmingWhiteSpace(text)) {
+    for (const char c : trimWhitespace(text)) {
         if (c < '0' || c > '9' || number > std::numeric_limits<pid_t>::max()) return std::nullopt;
         number = 10 * number + (c - '0');
     }

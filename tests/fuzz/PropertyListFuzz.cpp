@@ -2,8 +2,8 @@
 // read as a list is a whole one: with anything behind it, or cut short, it is no list.
 
 #include "core/foundation/PropertyList.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/foundation/Utf8.h"
-#include "core/foundation/WhiteSpace.h"
 #include "tests/fuzz/Require.h"
 
 namespace {
@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // A line end ends a comment of the old text form.
     for (const std::string& more : {std::string("x"), std::string("<dict/>"), bytes})
         require(!PropertyList::parse(bytes + "\n" + more));
-    const auto plain = trimmingWhiteSpace(bytes);
+    const auto plain = trimWhitespace(bytes);
     if (plain.ends_with("</plist>")) {
         for (std::size_t left = plain.size() - 8; left < plain.size(); ++left)
             require(!PropertyList::parse(plain.substr(0, left)));

@@ -115,7 +115,7 @@ TEST(NodeHome, takesOnlyItsOwnAndElseChangesNothing) {
 
 TEST(NodeHome, isNotClaimedByHalfAMarker) {
     const Fixture f;
-    onFullDisk(4, [&f] { EXPECT_TRUE(std::holds_alternative<FileError>(f.home.claim().error())); });
+    onFullDisk(4, [&f] { EXPECT_TRUE(std::holds_alternative<SystemError>(f.home.claim().error())); });
     EXPECT_FALSE(f.home.isClaimed());
     EXPECT_EQ(f.refusal(), std::nullopt);
 }

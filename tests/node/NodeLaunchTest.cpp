@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/foundation/UserHome.h"
+#include "core/process/Environment.h"
 #include "tests/support/Words.h"
 
 namespace tarnik {
@@ -25,7 +25,7 @@ TEST(NodeLaunch, passesOnTheEnvironmentWithoutWhatSteersTheNode) {
     const std::string endpoint = R"({"v":1,"socketPath":"/s","binaryPath":"/b"})";
 
     EXPECT_EQ(NodeLaunch::environment({}, standard, {}),
-              (Environment{{"HOME", userHome()}, {"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}}));
+              (Environment{{"HOME", homeDirectory()}, {"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}}));
     EXPECT_EQ(NodeLaunch::environment(inherited, standard, {}), own);
     EXPECT_EQ(NodeLaunch::environment(inherited, chosen, {}), with(own, ofChosen));
     EXPECT_EQ(NodeLaunch::environment(inherited, standard, CuaDriverEndpoint{"/s", "/b"}),

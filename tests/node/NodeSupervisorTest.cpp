@@ -144,7 +144,7 @@ TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
 
 TEST(NodeSupervisor, triesAgainWhenNothingCanBeStarted) {
     Fixture f;
-    f.spawner.failure = SpawnError{"posix_spawn /node", ENOENT};
+    f.spawner.failure = SystemError{"posix_spawn /node", ENOENT};
     f.startJoined();
     EXPECT_EQ(f.messages.at(0), "couldn't start the node: " + describe(*f.spawner.failure));
     for (int i = 0; i < 3; ++i) f.supervisor().start();
@@ -156,7 +156,7 @@ TEST(NodeSupervisor, triesAgainWhenNothingCanBeStarted) {
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
 
     // The node was stopped for a connect command that then can't be started: it comes back.
-    f.spawner.failure = SpawnError{"forkpty", EAGAIN};
+    f.spawner.failure = SystemError{"forkpty", EAGAIN};
     EXPECT_FALSE(f.supervisor().beginPairing("https://join.example", {}));
     EXPECT_EQ(f.states.back(), NodeState(Restarting{4s}));
     f.spawner.failure.reset();

@@ -222,7 +222,7 @@ TEST(PairingSession, reportsNothingOfAStartThatFailed) {
     setup.spawnPty = [&f, inner = f.spawner.spawnPty()](const auto& request, auto onExit) {
         auto pty = inner(request, std::move(onExit));
         f.command().end(ExitStatus::signaled(SIGKILL));
-        pty = std::unexpected(SpawnError{"forkpty", EMFILE});
+        pty = std::unexpected(SystemError{"forkpty", EMFILE});
         return pty;
     };
     f.duringWait = [](Seconds) {};

@@ -58,7 +58,7 @@ TEST(Spawner, refusesWhatCannotBeRun) {
          {std::pair<std::string, int>("/no/tar", ENOENT), {"true", ENOENT}, {folder.path(), EACCES}}) {
         const auto child = Spawner::spawn({.executable = executable}, [](ExitStatus) { ADD_FAILURE(); });
         ASSERT_FALSE(child) << executable;
-        EXPECT_EQ(child.error(), (SpawnError{"posix_spawn " + executable, code}));
+        EXPECT_EQ(child.error(), (SystemError{"posix_spawn " + executable, code}));
         EXPECT_FALSE(Spawner::run({.executable = executable, .timeout = limit, .limit = 100}));
     }
     EXPECT_FALSE(Spawner::spawn({.executable = "/bin/true", .standardOutput = Stdio::fd(-1)}));
@@ -231,7 +231,7 @@ TEST(Spawner, killsAChildWhoseTerminalItCannotOwn) {
                                        [&](ExitStatus status) { ended.set_value(status); });
     ::setrlimit(RLIMIT_NOFILE, &before);
     ASSERT_FALSE(pty);
-    EXPECT_EQ(pty.error(), (SpawnError{"forkpty", EMFILE}));
+    EXPECT_EQ(pty.error(), (SystemError{"forkpty", EMFILE}));
     auto status = ended.get_future();
     ASSERT_EQ(status.wait_for(limit), std::future_status::ready) << "forkpty itself failed";
     EXPECT_EQ(status.get(), ExitStatus::signaled(SIGKILL));
@@ -253,7 +253,7 @@ TEST(Spawner, startsNothingWhereNoThreadCanBeHad) {
     ASSERT_EQ(setDefaults(&attributes), 0);
 
     const SpawnRequest request{.executable = "/bin/true"};
-    const auto errorOf = [](const auto& result) { return result ? SpawnError{} : result.error(); };
+    const auto errorOf = [](const auto& result) { return result ? SystemError{} : result.error(); };
     const auto never = [](ExitStatus) { ADD_FAILURE(); };
     const std::vector errors{errorOf(Spawner::spawn(request, never)),
                              errorOf(PtyProcess::spawn(request, never)),
@@ -262,7 +262,7 @@ TEST(Spawner, startsNothingWhereNoThreadCanBeHad) {
     setDefaults(&attributes);
     ::pthread_attr_destroy(&attributes);
 
-    EXPECT_EQ(errors, std::vector(3, SpawnError{"pthread_create", EAGAIN}));
+    EXPECT_EQ(errors, std::vector(3, SystemError{"pthread_create", EAGAIN}));
     EXPECT_TRUE(ProcessCounts::now().holdsNoMoreThan(before)) << ProcessCounts::now();
 }
 

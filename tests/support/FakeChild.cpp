@@ -107,7 +107,7 @@ FakeChild& FakeSpawner::add(const SpawnRequest& request, ChildProcess::OnExit on
 
 NodeSupervisorDeps::Spawn FakeSpawner::spawn() {
     return [this](const SpawnRequest& request,
-                  ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<ChildProcess>, SpawnError> {
+                  ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<ChildProcess>, SystemError> {
         if (failure) return std::unexpected(*failure);
         return add(request, std::move(onExit)).handle();
     };
@@ -125,7 +125,7 @@ decltype(DriverHostDeps::launch) FakeSpawner::launchDriver() {
 
 PairingSession::SpawnPty FakeSpawner::spawnPty() {
     return [this](const SpawnRequest& request,
-                  ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<PtyProcess>, SpawnError> {
+                  ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<PtyProcess>, SystemError> {
         if (failure) return std::unexpected(*failure);
         int ends[2] = {-1, -1};
         EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);

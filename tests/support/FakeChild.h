@@ -76,7 +76,7 @@ public:
 
     FakeChild::StopBehaviour stopBehaviour = FakeChild::StopBehaviour::exits;
     FakeChild::OnWait onWait = [](Seconds) {};  // called at each wait for a child that ignores
-    std::optional<SpawnError> failure;          // every start fails with it
+    std::optional<SystemError> failure;         // every start fails with it
 
 private:
     FakeChild& add(const SpawnRequest& request, ChildProcess::OnExit onExit);

@@ -92,12 +92,12 @@ std::string FakeMac::versionAt(const std::string& path) const {
     return isWhole ? *version : "broken";
 }
 
-std::expected<void, FileError> FakeMac::play(const std::string& name, const std::function<bool()>& action) {
+std::expected<void, SystemError> FakeMac::play(const std::string& name, const std::function<bool()>& action) {
     step();
     const std::string script = at("/before-" + name);
     if (exists(script) && std::system(("cd " + at("/") + " && sh -e " + script).c_str()) != 0)
-        return std::unexpected(FileError{name, EIO});
-    if (!action()) return std::unexpected(FileError{name, errno});
+        return std::unexpected(SystemError{name, EIO});
+    if (!action()) return std::unexpected(SystemError{name, errno});
     step();
     return {};
 }
@@ -126,7 +126,7 @@ BundleFiles FakeMac::files() {
         told.push_back("trash " + path);
         return play("trash", [&] { return move(path, at("/Trash/tarnik.app")); });
     };
-    files.clearQuarantine = [this](const std::string& entry) -> std::expected<bool, FileError> {
+    files.clearQuarantine = [this](const std::string& entry) -> std::expected<bool, SystemError> {
         if (!isMarked(fs::symlink_status(entry))) return false;
         const auto cleared = play("clear-" + fs::path(entry).filename().string(), [&] {
             fs::permissions(entry, quarantine, fs::perm_options::remove);
@@ -160,8 +160,8 @@ RelocatorDeps FakeMac::deps() {
                            .forceTerminate = tell("force"),
                            .activate = tell("activate"),
                            .postShowWindow = [this] { told.emplace_back("showWindow"); }};
-    deps.spawn = [this](const SpawnRequest& request) -> std::expected<void, SpawnError> {
-        if (!play("spawn", [] { return true; })) return std::unexpected(SpawnError{"spawn", EAGAIN});
+    deps.spawn = [this](const SpawnRequest& request) -> std::expected<void, SystemError> {
+        if (!play("spawn", [] { return true; })) return std::unexpected(SystemError{"spawn", EAGAIN});
         told.push_back("open " + request.arguments.at(4));
         return {};
     };

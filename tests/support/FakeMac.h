@@ -43,7 +43,7 @@ public:
 
 private:
     BundleFiles files();
-    std::expected<void, FileError> play(const std::string& name, const std::function<bool()>& action);
+    std::expected<void, SystemError> play(const std::string& name, const std::function<bool()>& action);
 
     TemporaryFolder root_;
 };

@@ -11,14 +11,14 @@
 
 namespace tarnik {
 
-std::expected<void, FileError> writeFileAtomically(const std::string& path, std::string_view bytes) {
+std::expected<void, SystemError> writeFileAtomically(const std::string& path, std::string_view bytes) {
     if (auto folder = createFolders(parentFolder(path), 0700); !folder) return folder;
     std::string fresh = path + ".XXXXXX";
     const UniqueFd file(::mkostemp(fresh.data(), O_CLOEXEC));  // mode 0600
-    if (!file) return std::unexpected(FileError::last("open", fresh));
+    if (!file) return std::unexpected(SystemError::last("open", fresh));
 
     const auto failed = [&](const char* call) {
-        auto error = FileError::last(call, fresh);
+        auto error = SystemError::last(call, fresh);
         ::unlink(fresh.c_str());
         return std::unexpected(std::move(error));
     };

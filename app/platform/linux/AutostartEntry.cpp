@@ -11,7 +11,7 @@
 #include "app/platform/linux/AtomicWrite.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/TarnikIdentity.h"
-#include "core/foundation/WhiteSpace.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 namespace {
@@ -23,12 +23,12 @@ std::map<std::string, std::string> desktopEntry(std::string_view text) {
     std::map<std::string, std::string> keys;
     bool inGroup = false;
     while (!text.empty()) {
-        const std::string_view line = trimmingWhiteSpace(text.substr(0, text.find('\n')));
+        const std::string_view line = trimWhitespace(text.substr(0, text.find('\n')));
         text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
         if (line.starts_with('[')) inGroup = line == "[Desktop Entry]";
         const auto equals = line.find('=');
         if (!inGroup || line.starts_with('#') || equals == std::string_view::npos) continue;
-        keys.emplace(trimmingWhiteSpace(line.substr(0, equals)), trimmingWhiteSpace(line.substr(equals + 1)));
+        keys.emplace(trimWhitespace(line.substr(0, equals)), trimWhitespace(line.substr(equals + 1)));
     }
     return keys;
 }

@@ -72,7 +72,7 @@ void DefaultsFile::setFlag(const std::string& key) {
     auto contents = read(path_);
     const std::string aside = path_ + std::string(asideSuffix);
     if (contents.isBroken && std::rename(path_.c_str(), aside.c_str()) != 0) {
-        return log_(couldNotSave + describe(FileError::last("rename", path_)));
+        return log_(couldNotSave + describe(SystemError::last("rename", path_)));
     }
     if (contents.isBroken) contents.members = members_;
     set(contents.members, key, yes);

@@ -30,8 +30,8 @@ constexpr std::chrono::seconds longestStart(4);
 
 std::optional<std::string> activationToken(const Environment& environment) {
     for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
-        const auto found = environment.find(variable);
-        if (found != environment.end() && !found->second.empty()) return found->second;
+        const std::string value = environmentValue(environment, variable);
+        if (!value.empty()) return value;
     }
     return std::nullopt;
 }
@@ -87,8 +87,7 @@ void DesktopPlatform::prepare() {
 // QT_QPA_PLATFORM may name a window system that needs neither.
 std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment& environment) {
     for (const char* variable : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"}) {
-        const auto found = environment.find(variable);
-        if (found != environment.end() && !found->second.empty()) return std::nullopt;
+        if (!environmentValue(environment, variable).empty()) return std::nullopt;
     }
     return "there is no display; --console runs in the terminal";
 }

@@ -12,11 +12,6 @@ namespace {
 // For the first answers: a portal may have to be started.
 constexpr std::chrono::seconds longestWait(2);
 
-std::string valueOf(const Environment& environment, const std::string& variable) {
-    const auto found = environment.find(variable);
-    return found != environment.end() ? found->second : std::string();
-}
-
 }  // namespace
 
 LinuxSwitches::LinuxSwitches(const QDBusConnection& bus, const Environment& environment,
@@ -27,13 +22,14 @@ LinuxSwitches::LinuxSwitches(const QDBusConnection& bus, const Environment& envi
     registerWithPortal(bus);
     portal_ = std::make_unique<ScreenPermission>(bus, [this] { tell(); });
     std::vector<std::string> folders{userFolder, "/tmp"};
-    if (auto runtime = valueOf(environment, "XDG_RUNTIME_DIR"); !runtime.empty()) folders.push_back(runtime);
+    if (auto runtime = environmentValue(environment, "XDG_RUNTIME_DIR"); !runtime.empty())
+        folders.push_back(runtime);
     prompt_ = std::make_unique<ScreenPrompt>(bus, std::move(folders));
 }
 
 LinuxSwitches::Display LinuxSwitches::displayOf(const Environment& environment) {
-    if (!valueOf(environment, "WAYLAND_DISPLAY").empty()) return Display::wayland;
-    return valueOf(environment, "DISPLAY").empty() ? Display::none : Display::x11;
+    if (!environmentValue(environment, "WAYLAND_DISPLAY").empty()) return Display::wayland;
+    return environmentValue(environment, "DISPLAY").empty() ? Display::none : Display::x11;
 }
 
 bool LinuxSwitches::isOn(Switch which) const {

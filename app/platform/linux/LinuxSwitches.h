@@ -12,7 +12,7 @@
 #include "app/platform/linux/AccessibilityBus.h"
 #include "app/platform/linux/ScreenPermission.h"
 #include "app/platform/linux/ScreenPrompt.h"
-#include "core/process/SpawnRequest.h"
+#include "core/process/Environment.h"
 #include "core/switches/SwitchSnapshot.h"
 
 namespace tarnik {

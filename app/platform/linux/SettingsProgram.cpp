@@ -36,9 +36,7 @@ constexpr Page pages[] = {
 
 std::vector<std::string> pieces(const Environment& environment, const std::string& variable) {
     std::vector<std::string> found(1);
-    const auto value = environment.find(variable);
-    if (value == environment.end()) return {};
-    for (const char character : value->second) {
+    for (const char character : environmentValue(environment, variable)) {
         if (character == ':') {
             found.emplace_back();
         } else {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/process/SpawnRequest.h"
+#include "core/process/Environment.h"
 #include "core/switches/Switch.h"
 
 namespace tarnik {

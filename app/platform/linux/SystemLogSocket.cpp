@@ -11,7 +11,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 namespace {
@@ -40,7 +40,7 @@ void SystemLogSocket::write(const std::string& category, const std::string& mess
     std::ranges::copy(path_, &address.sun_path[0]);
     const std::string line = "<" + std::to_string(LOG_USER | LOG_INFO) + ">" + moment() + " tarnik[" +
                              std::to_string(::getpid()) +
-                             "]: " + oneLine(category + ": " + message, longestLine);
+                             "]: " + sanitizedLine(category + ": " + message, longestLine);
     const auto* to = reinterpret_cast<const sockaddr*>(&address);
     (void)::sendto(socket_.get(), line.data(), line.size(), MSG_DONTWAIT | MSG_NOSIGNAL, to, sizeof(address));
 }

@@ -9,9 +9,9 @@
 namespace tarnik::FoundationFiles {
 
 // With permissions, dates and extended attributes; a link stays a link. Refuses a place that is taken.
-std::expected<void, FileError> copy(const std::string& from, const std::string& to);
+std::expected<void, SystemError> copy(const std::string& from, const std::string& to);
 
 // Into the trash of the person; may ask for a password.
-std::expected<void, FileError> trash(const std::string& path);
+std::expected<void, SystemError> trash(const std::string& path);
 
 }  // namespace tarnik::FoundationFiles

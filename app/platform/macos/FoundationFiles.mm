@@ -11,7 +11,7 @@ namespace tarnik::FoundationFiles {
 namespace {
 
 // Foundation words its own errors around the system's number, where there was one.
-FileError fileError(const std::string& call, NSError* error) {
+SystemError fileError(const std::string& call, NSError* error) {
     for (; error; error = error.userInfo[NSUnderlyingErrorKey]) {
         if ([error.domain isEqualToString:NSPOSIXErrorDomain]) return {call, static_cast<int>(error.code)};
     }
@@ -20,7 +20,7 @@ FileError fileError(const std::string& call, NSError* error) {
 
 }  // namespace
 
-std::expected<void, FileError> copy(const std::string& from, const std::string& to) {
+std::expected<void, SystemError> copy(const std::string& from, const std::string& to) {
     @autoreleasepool {
         NSError* error = nil;
         if ([[NSFileManager defaultManager] copyItemAtPath:cocoaText(from) toPath:cocoaText(to) error:&error])
@@ -29,7 +29,7 @@ std::expected<void, FileError> copy(const std::string& from, const std::string& 
     }
 }
 
-std::expected<void, FileError> trash(const std::string& path) {
+std::expected<void, SystemError> trash(const std::string& path) {
     @autoreleasepool {
         NSError* error = nil;
         if ([[NSFileManager defaultManager] trashItemAtURL:[NSURL fileURLWithPath:cocoaText(path)]

@@ -18,18 +18,18 @@ bool canWrite(const std::string& folder) {
 
 BundleFiles::Done exchange(const std::string& one, const std::string& other) {
     if (::renamex_np(one.c_str(), other.c_str(), RENAME_SWAP) == 0) return {};
-    return std::unexpected(FileError::last("renamex_np", other));
+    return std::unexpected(SystemError::last("renamex_np", other));
 }
 
 BundleFiles::Done moveIntoEmptyPlace(const std::string& from, const std::string& to) {
     if (::renamex_np(from.c_str(), to.c_str(), RENAME_EXCL) == 0) return {};
-    return std::unexpected(FileError::last("renamex_np", to));
+    return std::unexpected(SystemError::last("renamex_np", to));
 }
 
-std::expected<bool, FileError> clearQuarantine(const std::string& entry) {
+std::expected<bool, SystemError> clearQuarantine(const std::string& entry) {
     if (::removexattr(entry.c_str(), "com.apple.quarantine", XATTR_NOFOLLOW) == 0) return true;
     if (errno == ENOATTR) return false;
-    return std::unexpected(FileError::last("removexattr", entry));
+    return std::unexpected(SystemError::last("removexattr", entry));
 }
 
 }  // namespace

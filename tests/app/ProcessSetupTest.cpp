@@ -1,4 +1,4 @@
-#include "app/ProcessGround.h"
+#include "app/ProcessSetup.h"
 
 #include <algorithm>
 #include <array>
@@ -15,22 +15,22 @@
 namespace tarnik {
 namespace {
 
-TEST(ProcessGroundDeathTest, endsWithASentenceWhereNoThreadCanBeMade) {
+TEST(ProcessSetupDeathTest, exitsWithAMessageIfNoThreadCanBeStarted) {
     const std::function<void()> makeThread = [] {
         throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
     };
     const auto start = [&]() noexcept {
-        layProcessGround();
+        setUpProcess();
         makeThread();
     };
     EXPECT_EXIT(start(), testing::ExitedWithCode(EXIT_FAILURE), "^tarnik: the system has no thread");
 }
 
-// Nothing else looks where a descriptor lands.
-TEST(ProcessGround, keepsTheStandardDescriptorsFromWhatIsOpenedLater) {
+// No other test checks the numbers of new descriptors.
+TEST(ProcessSetup, opensTheStandardDescriptors) {
     const std::array saved{UniqueFd::duplicate(0), UniqueFd::duplicate(1), UniqueFd::duplicate(2)};
     for (const int fd : {0, 1, 2}) ::close(fd);
-    layProcessGround();
+    setUpProcess();
     const auto pipe = Spawner::pipe();
     for (int fd = 0; const auto& standard : saved) ::dup2(standard.get(), fd++);
     ASSERT_TRUE(pipe);

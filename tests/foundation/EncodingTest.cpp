@@ -1,4 +1,4 @@
-#include "core/foundation/Base64.h"
+#include "core/foundation/Encoding.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 namespace tarnik {
 namespace {
 
-TEST(Base64, takesOnlyWholeAndCleanText) {
+TEST(Encoding, decodesOnlyCompleteBase64) {
     const std::pair<std::string, const char*> taken[] = {{"foobar", "Zm9vYmFy"},
                                                          {"fo", "Zm8= Zm8"},
                                                          {"f", "Zg== Zg= Zg"},

@@ -12,14 +12,14 @@ namespace tarnik {
 //
 // Made by main() before any other thread, so that all of them inherit the blocked signals and only this one
 // is ever handed them. Children are not concerned: they start with none blocked.
-class SignalWatch {
+class SignalWatcher {
 public:
     using Wait = std::function<int(const sigset_t*, int*)>;  // as sigwait(3)
 
-    explicit SignalWatch(std::function<void(int)> onSignal, Wait wait = ::sigwait);
-    ~SignalWatch();
-    SignalWatch(const SignalWatch&) = delete;
-    SignalWatch& operator=(const SignalWatch&) = delete;
+    explicit SignalWatcher(std::function<void(int)> onSignal, Wait wait = ::sigwait);
+    ~SignalWatcher();
+    SignalWatcher(const SignalWatcher&) = delete;
+    SignalWatcher& operator=(const SignalWatcher&) = delete;
 
 private:
     std::atomic<bool> ending_ = false;

@@ -1,11 +1,11 @@
-#include "core/foundation/OneLine.h"
+#include "core/foundation/TextCleanup.h"
 
 #include <gtest/gtest.h>
 
 namespace tarnik {
 namespace {
 
-TEST(OneLine, isShortAndPlain) {
+TEST(TextCleanup, makesOneShortLine) {
     const std::pair<std::string, const char*> cases[] = {
         {"a \u00FC\u20AC\U0001F642", "a \u00FC\u20AC\U0001F642"},
         {"abcdef", "abcd\u2026"},
@@ -16,7 +16,7 @@ TEST(OneLine, isShortAndPlain) {
         {"a\u202E\u061Cb\u2066c\u200F", "abc"},
         {"a\xFFz", "a\uFFFDz"},
     };
-    for (const auto& [text, line] : cases) EXPECT_EQ(oneLine(text, 5), line);
+    for (const auto& [text, line] : cases) EXPECT_EQ(sanitizedLine(text, 5), line);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "app/SignalWatch.h"
+#include "app/SignalWatcher.h"
 
 #include <csignal>
 #include <utility>
@@ -26,7 +26,7 @@ sigset_t watched() {
 
 }  // namespace
 
-SignalWatch::SignalWatch(std::function<void(int)> onSignal, Wait wait) {
+SignalWatcher::SignalWatcher(std::function<void(int)> onSignal, Wait wait) {
     const sigset_t set = watched();
     ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
     thread_ = std::thread([this, set, onSignal = std::move(onSignal), wait = std::move(wait)] {
@@ -40,7 +40,7 @@ SignalWatch::SignalWatch(std::function<void(int)> onSignal, Wait wait) {
     });
 }
 
-SignalWatch::~SignalWatch() {
+SignalWatcher::~SignalWatcher() {
     ending_ = true;
     ::pthread_kill(thread_.native_handle(), nudge);
     thread_.join();

@@ -1,4 +1,4 @@
-#include "core/foundation/Base64.h"
+#include "core/foundation/Encoding.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -6,6 +6,8 @@
 namespace tarnik {
 
 namespace {
+
+constexpr std::string_view hexDigits = "0123456789abcdef";
 
 std::optional<std::uint32_t> sixBits(char character) {
     const auto from = [character](char first, std::uint32_t value) {
@@ -19,7 +21,7 @@ std::optional<std::uint32_t> sixBits(char character) {
     return std::nullopt;
 }
 
-// Takes off the padding, at most as much as the text before it asks for; what is left over is not base64.
+// Removes the padding, but at most as much as the text before it needs. A rest of it is no base64 digit.
 std::string_view withoutPadding(std::string_view text) {
     const std::size_t digits = text.find_last_not_of('=') + 1;  // npos + 1 is 0
     const std::size_t wanted = (4 - digits % 4) % 4;
@@ -33,7 +35,7 @@ std::optional<std::string> decodeBase64(std::string_view text) {
     if (digits.size() % 4 == 1) return std::nullopt;
     std::string bytes;
     bytes.reserve(digits.size() / 4 * 3 + 2);
-    std::uint32_t bits = 0;  // those not yet written, the lowest `count`
+    std::uint32_t bits = 0;  // the lowest `count` are not yet written
     unsigned count = 0;
     for (const char digit : digits) {
         const auto value = sixBits(digit);
@@ -47,6 +49,21 @@ std::optional<std::string> decodeBase64(std::string_view text) {
     }
     if (bits != 0) return std::nullopt;
     return bytes;
+}
+
+std::string encodeHex(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size() * 2);
+    for (const char byte : bytes) {
+        const auto number = static_cast<unsigned char>(byte);
+        text += hexDigits[number >> 4U];
+        text += hexDigits[number & 0x0FU];
+    }
+    return text;
+}
+
+bool isHex(std::string_view text) {
+    return text.find_first_not_of(hexDigits) == text.npos;
 }
 
 }  // namespace tarnik

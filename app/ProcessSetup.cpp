@@ -1,0 +1,53 @@
+#include "app/ProcessSetup.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "app/ProgramStart.h"
+
+namespace tarnik {
+namespace {
+
+std::terminate_handler defaultTerminate = nullptr;
+
+// Serial queues and the signal watcher are made in noexcept code, since nothing works without them: the
+// exception of std::thread ends here.
+void onTerminate() {
+    try {
+        if (const auto thrown = std::current_exception()) std::rethrow_exception(thrown);
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::resource_unavailable_try_again) exitOutOfThreads();
+    } catch (...) {
+        defaultTerminate();  // reports the exception and aborts
+    }
+    defaultTerminate();
+}
+
+void openStandardDescriptors() {
+    int fd = 0;
+    do fd = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    while (fd >= 0 && fd <= STDERR_FILENO);  // open(2) returns the lowest free number; 0 to 2 stay open
+    if (fd >= 0) ::close(fd);
+}
+
+}  // namespace
+
+// Nothing is stopped first: helper and driver notice the end of their pipes.
+void exitOutOfThreads() {
+    printError("the system has no thread to spare; end other programs, then start this one again");
+    ::_exit(EXIT_FAILURE);
+}
+
+void setUpProcess() {
+    openStandardDescriptors();
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_DFL);
+    defaultTerminate = std::set_terminate(onTerminate);
+}
+
+}  // namespace tarnik

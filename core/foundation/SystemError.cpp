@@ -1,0 +1,21 @@
+#include "core/foundation/SystemError.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace tarnik {
+
+SystemError SystemError::last(const char* call, const std::string& subject) {
+    const int code = errno;  // before the text below allocates memory
+    return {.call = call + (" " + subject), .code = code};
+}
+
+std::string describe(const SystemError& error) {
+    return error.call + " failed: " + systemMessage(error.code);
+}
+
+std::string systemMessage(int code) {
+    return std::generic_category().message(code);
+}
+
+}  // namespace tarnik
