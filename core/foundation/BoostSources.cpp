@@ -1,4 +1,4 @@
-// The sources of the Boost libraries that aren't headers alone. Compiled here, the link keeps of them what is
-// used, which is a quarter; of a library that was built before it keeps every file whole.
+// The sources of the Boost libraries that aren't header-only. Compiled here, the linker drops unused
+// functions, three quarters of them; it can't do that with the installed libraries.
 #include <boost/json/src.hpp>
 #include <boost/url/src.hpp>

@@ -6,7 +6,7 @@ namespace tarnik {
 
 void CoalescingQueue::call(Task task) {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (ended_) return;
         calls_.push_back(std::move(task));
     }
@@ -15,9 +15,9 @@ void CoalescingQueue::call(Task task) {
 
 void CoalescingQueue::update(Task task) {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (ended_) return;
-        std::swap(task, update_);  // the older one is destroyed without the lock: it may call back in
+        std::swap(task, update_);  // the older update is destroyed without the lock: it may call this queue
     }
     if (!task) queue_->post([this] { runNext(); });
 }
@@ -25,7 +25,7 @@ void CoalescingQueue::update(Task task) {
 void CoalescingQueue::end() {
     std::deque<Task> calls;  // destroyed without the lock
     Task update;
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     ended_ = true;
     std::swap(calls, calls_);
     std::swap(update, update_);
@@ -37,12 +37,12 @@ void CoalescingQueue::end(Task last) {
 }
 
 bool CoalescingQueue::isSuperseded() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return ended_ || update_;
 }
 
 bool CoalescingQueue::hasEnded() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return ended_;
 }
 
@@ -51,11 +51,11 @@ void CoalescingQueue::close() {
     queue_->close();
 }
 
-// Each waiting task has one turn; the turn of a dropped task does nothing.
+// Called once for each task that was added. Does nothing in place of a dropped task.
 void CoalescingQueue::runNext() {
     Task next;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (!calls_.empty()) {
             next = std::move(calls_.front());
             calls_.pop_front();

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t pieceBytes = std::size_t{1} << 20;
 
-// What we use of the library.
+// The functions that we use of the library.
 struct Functions {
     decltype(&OPENSSL_init_crypto) start = nullptr;
     decltype(&ERR_set_mark) markErrors = nullptr;
@@ -53,8 +53,8 @@ Loaded load() {
     library.find(functions.verifyInit, "EVP_DigestVerifyInit");
     library.find(functions.verify, "EVP_DigestVerify");
     if (library.failure()) return std::unexpected(*library.failure());
-    // Counts only as the library's first use. A transfer may still run on some thread when the program ends,
-    // and the clean-up at exit would take the tables from under it.
+    // Effective only at the library's first use. A transfer may still run on another thread when the program
+    // exits, and the clean-up at exit would free what it uses.
     if (functions.start(OPENSSL_INIT_NO_ATEXIT, nullptr) != 1)
         return std::unexpected("libcrypto can't start");
     return functions;
@@ -69,7 +69,8 @@ const Loaded& loaded() {
 using Context = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
 using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
 
-// The library notes every failure for this thread, where its next user (HTTP) would take it for its own.
+// Removes the errors that the library queues for this thread: its next user (HTTP) would report them as its
+// own.
 class CleanErrors {
 public:
     explicit CleanErrors(const Functions& library) : library_(library) { library_.markErrors(); }

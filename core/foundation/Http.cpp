@@ -22,8 +22,8 @@ namespace {
 
 using Kind = HttpError::Kind;
 
-// What we use of libcurl. The one that runs may be older than the headers: macOS 13.0 has 7.84 itself. From
-// 7.80 on, which brought CURLOPT_PREREQFUNCTION, it is all we need.
+// The functions that we use of libcurl. The loaded library may be older than the headers: macOS 13.0
+// has 7.84. The oldest that works is 7.80, which added CURLOPT_PREREQFUNCTION.
 struct Curl {
     decltype(&curl_global_init) start = nullptr;
     decltype(&curl_easy_init) open = nullptr;
@@ -43,8 +43,7 @@ struct Curl {
 };
 using LoadedCurl = std::expected<Curl, std::string>;
 
-// libcrypto comes first, to be told to leave out its clean-up at exit before libcurl starts it in its own
-// way.
+// Starts libcrypto first, without its clean-up at exit: libcurl would start it with that.
 LoadedCurl loadCurl() {
     if (auto crypto = startCrypto(); !crypto) return std::unexpected(std::move(crypto.error()));
     Curl curl;
@@ -69,14 +68,14 @@ LoadedCurl loadCurl() {
     return curl;
 }
 
-// libcurl wants to be started once, by one thread, before anything else. A local static is just that, and
-// nobody else can touch it. It is never undone: a transfer may still run when the program ends.
+// libcurl must be initialised once, by one thread, before any other call: a local static does that. It is
+// never cleaned up, since a transfer may still run when the program exits.
 const LoadedCurl& loadedCurl() {
     static const auto* const result = new LoadedCurl(loadCurl());
     return *result;
 }
 
-// libcurl's words may quote the other side's: a host name, a certificate.
+// libcurl's message may contain text of the server, such as a host name or a certificate's fields.
 HttpError transportError(std::string_view text) {
     constexpr std::size_t longest = 200;
     return {.kind = Kind::transport, .text = sanitizedLine(text, longest)};
@@ -86,10 +85,10 @@ HttpError fileError() {
     return {.kind = Kind::file, .code = errno};
 }
 
-// One GET with its redirects. Lives for one call, on its thread.
+// One GET request with its redirects. Exists for one call, on the caller's thread.
 class Transfer {
 public:
-    // Takes a piece of the body; an error ends the transfer. Hears the announced length, if there is one.
+    // Consumes a piece of the body; an error ends the transfer. Gets the announced length, if there is one.
     using Sink =
         std::function<std::optional<HttpError>(std::string_view piece, std::optional<std::int64_t> total)>;
 
@@ -100,7 +99,7 @@ public:
 private:
     bool configure();
     bool takeOnlyTheWeb();
-    // None when the body has come, else the address to go on with.
+    // Returns std::nullopt if the body is complete, or the address of a redirect.
     std::expected<std::optional<std::string>, HttpError> request(const std::string& url);
     CURLcode perform();
     HttpError failure(CURLcode result) const;
@@ -119,7 +118,7 @@ private:
     static int onConnected(void* self, char*, char*, int, int) noexcept;
     static std::size_t onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
 
-    // A moment up to which enough had come.
+    // The last time at which enough bytes had been received.
     struct Mark {
         TimePoint at;
         std::int64_t received = 0;
@@ -130,12 +129,12 @@ private:
     const Sink sink_;
     std::array<char, CURL_ERROR_SIZE> words_{};
     std::unique_ptr<curl_slist, decltype(Curl::freeList)> headers_{nullptr, curl_.freeList};
-    bool secure_ = false;               // came to https, and so stays there
-    std::optional<Mark> mark_;          // none before the connection stands
-    std::optional<HttpError> refusal_;  // why we ended it ourselves
+    bool secure_ = false;               // https was used, so http is refused from now on
+    std::optional<Mark> mark_;          // std::nullopt until connected
+    std::optional<HttpError> refusal_;  // set if we aborted the transfer
     std::int64_t taken_ = 0;
     std::unique_ptr<CURLM, decltype(Curl::closeMulti)> multi_{nullptr, curl_.closeMulti};
-    std::unique_ptr<CURL, decltype(Curl::close)> handle_{nullptr, curl_.close};  // goes before multi_
+    std::unique_ptr<CURL, decltype(Curl::close)> handle_{nullptr, curl_.close};  // destroyed before multi_
 };
 
 std::expected<void, HttpError> Transfer::get(std::string url) {
@@ -153,8 +152,8 @@ std::expected<void, HttpError> Transfer::get(std::string url) {
     return std::unexpected(transportError("too many redirects"));
 }
 
-// Redirects are followed by hand: libcurl would go from https to http by way of http, and would read the
-// redirect's own body without an end.
+// Follows redirects itself: libcurl would allow one from https over http to http, and would read a redirect's
+// own body without a limit.
 bool Transfer::configure() {
     bool accepted = true;
     const auto set = [&](CURLoption option, auto value) {
@@ -171,7 +170,7 @@ bool Transfer::configure() {
 
     set(CURLOPT_HTTPHEADER, headers_.get());
     set(CURLOPT_USERAGENT, "tarnik");
-    set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});  // one request gains nothing from a later one
+    set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});  // a single request gains nothing from HTTP/2
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
     set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
@@ -191,17 +190,17 @@ bool Transfer::configure() {
     set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
     set(CURLOPT_WRITEDATA, this);
 
-    // From 7.87 on; without it a time-out waits for the name's resolver.
+    // Since 7.87. Without it a time-out waits for the name resolver.
     curl_.set(handle_.get(), CURLOPT_QUICK_EXIT, 1L);
     return accepted;
 }
 
-// The kinds of address are named from 7.85 on, and were bits before.
+// Since 7.85 protocols are set by name; before they were bits.
 bool Transfer::takeOnlyTheWeb() {
     const char* const names = secure_ ? "https" : "http,https";
     const CURLcode result = curl_.set(handle_.get(), CURLOPT_PROTOCOLS_STR, names);
     if (result != CURLE_UNKNOWN_OPTION) return result == CURLE_OK;
-    // CURLOPT_PROTOCOLS, whose name newer headers warn of.
+    // CURLOPT_PROTOCOLS, which is deprecated in newer headers.
     constexpr auto protocols = static_cast<CURLoption>(CURLOPTTYPE_LONG + 181);
     const long bits = secure_ ? CURLPROTO_HTTPS : CURLPROTO_HTTP | CURLPROTO_HTTPS;
     return curl_.set(handle_.get(), protocols, bits) == CURLE_OK;
@@ -219,7 +218,7 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     const bool redirected = status >= 300 && status < 400;
     const HttpError badStatus{.kind = Kind::badStatus, .code = static_cast<int>(status)};
-    // The status counts for more than how its body went.
+    // A bad status is reported even if the transfer of its body failed.
     if (status > 200 && !redirected) return std::unexpected(badStatus);
     if (refusal_) return std::unexpected(*refusal_);
     if (result != CURLE_OK) return std::unexpected(failure(result));
@@ -232,7 +231,7 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
     return next;
 }
 
-// Runs one request to its end. curl_easy_perform would notice a silent server up to a second late.
+// Runs one request to its end. curl_easy_perform() would notice a stalled server up to a second late.
 CURLcode Transfer::perform() {
     if (curl_.add(multi_.get(), handle_.get()) != CURLM_OK) return CURLE_FAILED_INIT;
     CURLcode result = CURLE_ABORTED_BY_CALLBACK;
@@ -251,8 +250,8 @@ CURLcode Transfer::perform() {
     return result;
 }
 
-// Once connected, libcurl reports an answer that isn't HTTP as an unsupported protocol, and a header beyond
-// its limits as a lack of memory or, from 8.6 on, as CURLE_TOO_LARGE (100).
+// After the connection libcurl reports an answer that isn't HTTP as an unsupported protocol, and a header
+// beyond its limits as out of memory or, since 8.6, as CURLE_TOO_LARGE (100).
 HttpError Transfer::failure(CURLcode result) const {
     constexpr auto tooLargeCode = static_cast<CURLcode>(100);
     if (mark_ && (result == CURLE_UNSUPPORTED_PROTOCOL || result == CURLE_WEIRD_SERVER_REPLY))
@@ -268,7 +267,7 @@ HttpError Transfer::failure(CURLcode result) const {
     }
 }
 
-// How much of `piece` was taken; anything but all of it ends the transfer.
+// Returns how many bytes were consumed; any number but all of them ends the transfer.
 std::size_t Transfer::take(std::string_view piece) {
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     if (status >= 300 && status < 400) return piece.size();
@@ -285,8 +284,8 @@ std::size_t Transfer::take(std::string_view piece) {
     return refusal_ ? 0 : piece.size();
 }
 
-// libcurl's own limit looks at its last five seconds only, so that a burst now and then gets round it. What
-// counts here are the bytes on the line: a body may decode to nothing, and a redirect's goes nowhere.
+// libcurl's own speed limit uses the last five seconds only, so that occasional bursts evade it. This counts
+// all received bytes, also those of headers and of a redirect's body.
 bool Transfer::isMoving() {
     if (!mark_) return true;
     const auto received = std::int64_t{info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T)};
@@ -307,7 +306,7 @@ bool Transfer::isMoving() {
     return true;
 }
 
-// Rounded up, and at most a second. Before the connection stands libcurl watches the time itself.
+// Rounded up, and at most a second. Until connected, libcurl itself checks the time.
 std::chrono::milliseconds Transfer::untilStalled() const {
     const Seconds left = mark_ ? options_.timeout - Seconds(steadyNow() - mark_->at) : Seconds(1);
     return std::chrono::floor<std::chrono::milliseconds>(std::clamp(left, Seconds(0), Seconds(1))) +
@@ -323,7 +322,7 @@ std::size_t Transfer::onBody(char* bytes, std::size_t, std::size_t count, void* 
     return static_cast<Transfer*>(self)->take({bytes, count});
 }
 
-// Passes on reports, but not too many.
+// Limits the rate of progress reports.
 class Reports {
 public:
     explicit Reports(const Http::Progress& progress) : progress_(progress) {}

@@ -32,23 +32,23 @@ void appendEscaped(std::string& json, char character) {
     json += "\\u00" + encodeHex({&character, 1});
 }
 
-// Builds the value as the parser comes past its pieces. Its operations have the names the parser asks for.
+// Builds the value from the parser's events. The parser requires the names of the operations.
 struct JsonBuilder {
     static constexpr auto max_object_size = static_cast<std::size_t>(-1);
     static constexpr auto max_array_size = max_object_size;
     static constexpr auto max_string_size = max_object_size;
     static constexpr auto max_key_size = max_object_size;
 
-    // An array or object that isn't complete yet.
+    // An array or object that isn't complete.
     struct Open {
-        std::string key;  // of the member to come
+        std::string key;  // of the next member
         Json::Array elements;
         Json::Object members;
         bool isObject = false;
     };
     std::optional<Json> document;
     std::vector<Open> open;
-    std::string piece;  // of the text or number at hand
+    std::string piece;  // of the current string or number
 
     bool on_document_begin(JsonError&) { return true; }
     bool on_document_end(JsonError&) { return true; }
@@ -116,14 +116,14 @@ private:
     }
 };
 
-// The number that a JSON number stands for, when it is whole and fits; reckoned on its digits, so that no
-// rounding makes it so.
+// Returns the value of a JSON number if it is an integer that fits. Works on the digits, so that rounding
+// can't make it an integer.
 std::optional<std::int64_t> wholeNumber(std::string_view text) {
     constexpr int maxDigits = 19;
     std::string digits(text.starts_with('-') ? "-" : "");
     const std::size_t sign = digits.size();
     const std::size_t exponentAt = std::min(text.find_first_of("eE"), text.size());
-    int zeros = 0;  // that follow the digits; below 0, digits behind the point
+    int zeros = 0;  // after the digits; if negative, the number of decimals
     if (exponentAt < text.size()) {
         std::string_view exponent = text.substr(exponentAt + 1);
         if (exponent.starts_with('+')) exponent.remove_prefix(1);

@@ -24,7 +24,7 @@ bool PartFile::append(std::string_view bytes) const {
 }
 
 bool PartFile::moveTo(const std::string& destination) {
-    if (::close(file_.release()) != 0) return false;  // some file systems notice only here that they are full
+    if (::close(file_.release()) != 0) return false;  // some file systems report a full disk only here
     if (::rename(path_.c_str(), destination.c_str()) != 0) return false;
     exists_ = false;
     return true;

@@ -7,8 +7,8 @@
 
 namespace tarnik {
 
-// A private file beside `destination`, with a name of its own, in which a download grows. Removed with this
-// object unless it was moved into place. On failure the operations leave errno set.
+// A temporary file for a download, private to this user, in the folder of `destination`. The destructor
+// removes it unless it was moved into place. Operations that fail leave errno set.
 class PartFile {
 public:
     explicit PartFile(const std::string& destination);

@@ -6,17 +6,17 @@
 
 namespace tarnik {
 
-// The path made absolute and plain, by its text alone: no empty pieces, no ".", each ".." taking off the
-// piece before it (none at the top), no "/" at the end. Nothing is looked up.
+// Normalizes the path as text, without file access: makes it absolute, removes empty components, "." and a
+// trailing "/", and removes the component before each "..".
 std::string standardize(std::string_view path);
 
-// The standardized path with the links of its existing part followed; the rest may not exist yet.
+// Returns the standardized path with the links of its existing part resolved. The rest need not exist.
 std::string resolvingLinks(std::string_view path);
 
-// The true path of what exists at `path`, without any links; none when nothing does.
+// Returns realpath(3), or std::nullopt if nothing exists at `path`.
 std::optional<std::string> realPath(const std::string& path);
 
-// The folder that holds a standardized path; "/" for itself.
+// Returns the parent folder of a standardized path; "/" for "/".
 std::string parentFolder(std::string_view path);
 
 }  // namespace tarnik

@@ -9,35 +9,34 @@
 
 namespace tarnik {
 
-// A property list that was read, or a value inside one. Of its kinds only dictionaries, arrays and texts are
-// told apart.
+// A parsed property list, or a value inside one. Distinguishes dictionaries, arrays and strings only.
 //
-// A value; pointers to its entries live as long as it does.
+// A value type. Pointers to its entries are valid as long as it is.
 class PropertyList {
 public:
     struct Entry;
-    struct Other {};  // a number, a date, data, a binary list's text that isn't Unicode
+    struct Other {};  // a number, a date, data, or a string of a binary list that isn't Unicode
     using Array = std::vector<PropertyList>;
     using Dictionary = std::vector<Entry>;  // ordered by key
     using Value = std::variant<Other, std::string, Array, Dictionary>;
 
     static constexpr std::size_t maxBytes = 65'536;
-    // Dictionaries and arrays in all, those of a binary list counted as often as they are referred to. They
-    // can't nest deeper than this.
+    // Limits the number of dictionaries and arrays, and so their depth. Those of a binary list count once for
+    // each reference.
     static constexpr std::size_t maxContainers = 512;
 
-    // Reads the XML, the binary and the old text form ("{ a = x; }"). Returns std::nullopt for anything but
-    // one whole list within these bounds: a damaged file must not be mistaken for a good one. Of two entries
-    // with the same key the last one stays.
+    // Parses the XML, the binary and the old text format ("{ a = x; }"). Returns std::nullopt for anything
+    // but one complete list within these limits: a damaged file must not pass. The last of two entries with
+    // the same key wins. We have our own reader because libplist accepts damaged XML.
     static std::optional<PropertyList> parse(std::string_view bytes);
 
     explicit PropertyList(Value value);
 
     bool isDictionary() const;
     std::optional<std::string> asString() const;
-    // Null when there is no such entry, or this isn't a dictionary.
+    // Returns null if there is no such entry or this isn't a dictionary.
     const PropertyList* entry(std::string_view key) const;
-    // Empty when this isn't an array.
+    // Returns an empty array if this isn't an array.
     const Array& elements() const;
 
 private:

@@ -9,9 +9,8 @@ namespace tarnik::PropertyListReaders {
 
 namespace {
 
-// Follows the references of a binary list from its top. A small file can refer to one object over and over,
-// so that what counts towards the bounds is the unfolded list; its depth is bounded by the number of
-// containers.
+// Follows the references of a binary list from its root. A small file can refer to one object many times, so
+// the limits apply to the expanded list. The number of containers bounds its depth.
 class BinaryReader {
 public:
     explicit BinaryReader(std::string_view bytes) : bytes_(bytes) {}
@@ -35,7 +34,7 @@ private:
     std::optional<PropertyList> container(const Object& object);
     PropertyList::Value text(const Object& object) const;
     PropertyList::Value wideText(const Object& object) const;
-    // A big-endian number; std::nullopt if the file ends before it does.
+    // Reads a big-endian number. Returns std::nullopt if the file ends before it does.
     std::optional<std::uint64_t> number(std::size_t begin, std::size_t size) const;
 
     std::string_view bytes_;
@@ -43,7 +42,7 @@ private:
     std::size_t referenceSize_ = 0;
     std::uint64_t objects_ = 0;
     std::uint64_t root_ = 0;
-    std::uint64_t table_ = 0;  // where the objects end and their offsets begin
+    std::uint64_t table_ = 0;  // the end of the objects and the start of their offsets
     std::size_t containers_ = 0;
     std::size_t unfoldedBytes_ = 0;
 };
@@ -80,7 +79,7 @@ std::optional<PropertyList> BinaryReader::value(std::uint64_t number) {
     return container(*found);
 }
 
-// An array's values, or a dictionary's keys and then its values.
+// Reads an array's values, or a dictionary's keys followed by its values.
 std::optional<PropertyList> BinaryReader::container(const Object& object) {
     if (++containers_ > PropertyList::maxContainers) return std::nullopt;
     PropertyList::Array values;
@@ -109,7 +108,7 @@ std::optional<BinaryReader::Object> BinaryReader::object(std::uint64_t wanted) c
     const unsigned kind = marker >> 4U;
     std::uint64_t count = marker & 0x0FU;
     std::uint64_t begin = *offset + 1;
-    if (kind >= 4 && kind != 8 && count == 0x0F) {  // the count is a number object of its own
+    if (kind >= 4 && kind != 8 && count == 0x0F) {  // the count follows as a number object
         const auto size = number(begin, 1);
         if (!size || (*size >> 4U) != 1 || (*size & 0x0FU) > 3) return std::nullopt;
         const auto stored = number(begin + 1, std::size_t{1} << (*size & 0x0FU));
@@ -145,7 +144,7 @@ PropertyList::Value BinaryReader::text(const Object& object) const {
     return std::string(bytes);
 }
 
-// UTF-16, with two units for a character beyond U+FFFF.
+// Reads UTF-16, with two units for a character beyond U+FFFF.
 PropertyList::Value BinaryReader::wideText(const Object& object) const {
     std::string utf8;
     char32_t high = 0;

@@ -15,13 +15,13 @@ bool isHexDigit(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-// The characters that need no quotes.
+// The characters of a string without quotes.
 bool isPlain(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
            std::string_view("_$/:.-").contains(c);
 }
 
-// Reads the text form from before XML: { key = (one, "two words", <0fa3>); }
+// Parses the text format that is older than XML: { key = (one, "two words", <0fa3>); }
 class OpenStepReader {
 public:
     explicit OpenStepReader(std::string_view text) : rest_(text) {}
@@ -29,7 +29,7 @@ public:
     std::optional<PropertyList> document();
 
 private:
-    // These consume what they name, and return false where it isn't there or has no end.
+    // These consume what their name says. They return false if it is missing or incomplete.
     bool skip(char c);
     bool skipComments();
     bool skipData();
@@ -46,7 +46,7 @@ private:
     std::size_t containers_ = 0;
 };
 
-// A text alone, and the entries of a dictionary without its braces, are left out: almost anything is one.
+// Doesn't accept a lone string or dictionary entries without braces: almost any text is one of these.
 std::optional<PropertyList> OpenStepReader::document() {
     if (!skipComments() || !(rest_.starts_with('{') || rest_.starts_with('('))) return std::nullopt;
     auto list = value();
@@ -71,7 +71,7 @@ bool OpenStepReader::skipComments() {
     }
 }
 
-// Hexadecimal digits, two a byte, with blanks in between; the opening bracket has been read.
+// Reads hexadecimal digits, two a byte, with white space between them, behind the opening bracket.
 bool OpenStepReader::skipData() {
     const std::size_t end = rest_.find('>');
     if (end == rest_.npos) return false;
@@ -146,8 +146,8 @@ std::optional<std::string> OpenStepReader::quoted(char quote) {
     }
 }
 
-// The character that an escape stands for, such as \n, \" or \U00e9. Octal numbers beyond ASCII are refused:
-// they are of an old character set.
+// Reads an escape sequence such as \n, \" or \U00e9. Octal numbers beyond ASCII are refused: they belong to
+// an old character set.
 std::optional<char32_t> OpenStepReader::escape() {
     constexpr std::pair<char, char32_t> names[] = {{'a', U'\a'}, {'b', U'\b'}, {'f', U'\f'}, {'n', U'\n'},
                                                    {'r', U'\r'}, {'t', U'\t'}, {'v', U'\v'}};

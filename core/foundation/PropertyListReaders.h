@@ -5,8 +5,8 @@
 
 #include "core/foundation/PropertyList.h"
 
-// The readers of the formats, each for the whole of a file of at most PropertyList::maxBytes. All of them
-// return std::nullopt for anything but one complete list.
+// Parsers for the three formats. Each gets a whole file of at most PropertyList::maxBytes and returns
+// std::nullopt for anything but one complete list.
 namespace tarnik::PropertyListReaders {
 
 inline constexpr std::string_view binaryMagic = "bplist00";
@@ -17,7 +17,7 @@ std::optional<PropertyList> readBinary(std::string_view bytes);
 std::optional<PropertyList> readXml(std::string_view text);
 std::optional<PropertyList> readOpenStep(std::string_view text);
 
-// Of two entries with the same key the later one wins.
+// Makes a dictionary. The later of two entries with the same key wins.
 PropertyList dictionaryOf(PropertyList::Dictionary entries);
 
 }  // namespace tarnik::PropertyListReaders

@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-// Reads the XML that property lists are written in: no document type of their own, no entities beyond XML's
-// five, no comments inside a text. Every tag must be closed in its turn, and nothing may follow the list.
+// Parses the subset of XML that property lists use: no own document type, only XML's five entities, no
+// comments inside a string. Tags must be balanced, and nothing may follow the list.
 class XmlReader {
 public:
     explicit XmlReader(std::string_view text) : rest_(text) {}
@@ -29,11 +29,11 @@ private:
         bool isEmpty = false;  // <name/>
     };
 
-    // These consume what they name, and return false where it isn't there or has no end.
+    // These consume what their name says. They return false if it is missing or incomplete.
     bool skip(std::string_view token);
     bool skipBehind(std::string_view token);
     bool skipProlog();
-    bool skipComments();  // processing instructions and the declaration too
+    bool skipComments();  // also processing instructions and the declaration
     bool skipClosing(std::string_view name);
 
     std::optional<Tag> tag();
@@ -75,7 +75,7 @@ bool XmlReader::skipBehind(std::string_view token) {
 bool XmlReader::skipProlog() {
     if (!skipComments()) return false;
     if (!skip("<!DOCTYPE plist")) return true;
-    const std::size_t end = rest_.find_first_of(">[");  // "[" begins definitions
+    const std::size_t end = rest_.find_first_of(">[");  // "[" starts definitions
     if (end == rest_.npos || rest_[end] == '[') return false;
     rest_.remove_prefix(end + 1);
     return skipComments();
@@ -107,7 +107,7 @@ std::optional<XmlReader::Tag> XmlReader::tag() {
     tag.name = rest_.substr(0, static_cast<std::size_t>(length));
     rest_.remove_prefix(tag.name.size());
 
-    // Attributes say nothing that we need. A quoted one may hold ">".
+    // Attributes are ignored. A quoted value may contain ">".
     char quote = '\0';
     std::size_t end = 0;
     for (; end < rest_.size() && (quote != '\0' || rest_[end] != '>'); ++end) {
@@ -175,7 +175,7 @@ std::optional<PropertyList> XmlReader::dictionary(const Tag& tag) {
     return dictionaryOf(std::move(entries));
 }
 
-// Up to the tag's closing one.
+// Reads up to the closing tag.
 std::optional<std::string> XmlReader::text(const Tag& tag) {
     std::string text;
     while (!tag.isEmpty) {
@@ -199,7 +199,7 @@ std::optional<std::string> XmlReader::text(const Tag& tag) {
     return text;
 }
 
-// The character that a reference stands for, whose "&" has been read.
+// Reads a character reference behind its "&".
 std::optional<char32_t> XmlReader::reference() {
     constexpr std::pair<std::string_view, char32_t> names[] = {
         {"lt;", U'<'}, {"gt;", U'>'}, {"amp;", U'&'}, {"quot;", U'"'}, {"apos;", U'\''}};

@@ -1,12 +1,11 @@
 #include "core/foundation/SerialQueue.h"
 
-#include <condition_variable>
 #include <future>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <utility>
 
+#include "core/foundation/Mutex.h"
 #include "core/foundation/TaskSchedule.h"
 #include "core/foundation/ThreadName.h"
 
@@ -23,7 +22,7 @@ public:
 
     ~ThreadQueue() override {
         close();
-        // The last holder may be a task of this very queue; its thread can't wait for itself.
+        // A task of this queue may release it last: the thread can't join itself.
         if (onOwnThread())
             thread_.detach();
         else
@@ -37,13 +36,13 @@ public:
     Timer postAfter(Seconds delay, Task task) override { return state_->push(delay, std::move(task)); }
 
     void cancel(Timer timer) override {
-        std::optional<Task> dropped;  // goes after the lock: what it holds may call back in
-        const std::lock_guard lock(state_->mutex);
+        std::optional<Task> dropped;  // destroyed without the lock: it may call this queue
+        const MutexLock lock(state_->mutex);
         dropped = state_->schedule.cancel(timer);
     }
 
     void run(const Task& task) override {
-        // A dropped task breaks its promise, which ends the wait as well.
+        // A dropped task destroys its promise, which ends the wait as well.
         auto done = std::make_shared<std::promise<void>>();
         auto finished = done->get_future();
         post([done = std::move(done), &task] {
@@ -56,58 +55,54 @@ public:
     void close() override {
         dropWaiting();
         if (onOwnThread()) return;
-        std::unique_lock lock(state_->mutex);
-        state_->changed.wait(lock, [this] { return !state_->busy; });
+        MutexLock lock(state_->mutex);
+        while (state_->busy) state_->changed.wait(lock);
     }
 
 private:
-    // Shared with the thread, which may outlive the queue by its last task.
+    // Shared with the thread, whose last task may outlive the queue.
     struct State {
-        std::mutex mutex;
-        std::condition_variable changed;
-        TaskSchedule schedule;
-        bool busy = false;
-        bool closed = false;
+        Mutex mutex;
+        Condition changed;
+        TaskSchedule schedule TARNIK_GUARDED_BY(mutex);
+        bool busy TARNIK_GUARDED_BY(mutex) = false;
+        bool closed TARNIK_GUARDED_BY(mutex) = false;
 
         Timer push(Seconds delay, Task task) {
-            const std::lock_guard lock(mutex);
+            const MutexLock lock(mutex);
             if (closed) return 0;
             const Timer timer = schedule.push(after(steadyNow(), delay), std::move(task));
-            changed.notify_all();
+            changed.notifyAll();
             return timer;
         }
 
         void work() {
-            std::unique_lock lock(mutex);
+            MutexLock lock(mutex);
             while (!closed) {
                 if (auto task = schedule.take(steadyNow())) {
-                    runOne(lock, std::move(*task));
+                    busy = true;
+                    lock.unlock();
+                    (*task)();
+                    task.reset();
+                    lock.lock();
+                    busy = false;
+                    if (closed) changed.notifyAll();
                 } else if (const auto due = schedule.nextDue()) {
-                    changed.wait_until(lock, *due);
+                    changed.waitUntil(lock, *due);
                 } else {
                     changed.wait(lock);
                 }
             }
         }
-
-        void runOne(std::unique_lock<std::mutex>& lock, Task task) {
-            busy = true;
-            lock.unlock();
-            task();
-            task = nullptr;
-            lock.lock();
-            busy = false;
-            if (closed) changed.notify_all();
-        }
     };
 
-    // Closes at once. What the dropped tasks hold goes without the lock: it may call back in.
+    // Closes the queue. The dropped tasks are destroyed without the lock: they may call this queue.
     void dropWaiting() {
         TaskSchedule dropped;
-        const std::lock_guard lock(state_->mutex);
+        const MutexLock lock(state_->mutex);
         state_->closed = true;
         std::swap(dropped, state_->schedule);
-        state_->changed.notify_all();
+        state_->changed.notifyAll();
     }
 
     bool onOwnThread() const { return std::this_thread::get_id() == thread_.get_id(); }

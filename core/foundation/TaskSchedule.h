@@ -9,8 +9,8 @@
 
 namespace tarnik {
 
-// The waiting tasks of a serial queue, in the order in which they fall due; those due at the same moment in
-// the order in which they came. A value without a clock or lock of its own.
+// The waiting tasks of a serial queue, ordered by the time they are due; equal times keep the order in which
+// they were added. A value without a clock or a lock.
 class TaskSchedule {
 public:
     using Task = std::function<void()>;
@@ -18,13 +18,13 @@ public:
 
     Timer push(TimePoint due, Task task);
 
-    // Gives back the dropped task, so that what it holds can go without the caller's lock. None once it was
-    // taken.
+    // Returns the removed task, so that the caller can destroy it without a lock; std::nullopt if it was
+    // taken before.
     std::optional<Task> cancel(Timer timer);
 
     std::optional<TimePoint> nextDue() const;
 
-    // The first task, if it is due at `now`.
+    // Removes and returns the first task if it is due at `now`.
     std::optional<Task> take(TimePoint now);
 
 private:

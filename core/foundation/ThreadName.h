@@ -4,8 +4,8 @@
 
 namespace tarnik {
 
-// Names the calling thread, as debuggers and `ps -T` show it. Where the system keeps only 15 bytes, a name
-// that is longer loses its leading "tarnik.", so that the telling end (a pid, a descriptor) stays.
+// Sets the name of the calling thread, which debuggers and `ps -T` show. Linux keeps only 15 bytes: a longer
+// name loses its prefix "tarnik.", so that its end (a pid, a descriptor) stays.
 void setThreadName(const std::string& name);
 
 }  // namespace tarnik

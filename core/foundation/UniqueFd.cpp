@@ -12,7 +12,7 @@ void UniqueFd::reset(int fd) {
     fd_ = fd;
     if (held < 0) return;
     const int error = errno;
-    // Not repeated on EINTR: the number is free again either way, and may already be somebody else's.
+    // Not retried on EINTR: the number is free in any case, and another thread may already use it.
     ::close(held);
     errno = error;
 }

@@ -2,9 +2,9 @@
 
 namespace tarnik {
 
-// The one owner of a descriptor: closes it once, when it goes or is told to.
+// Owns a descriptor and closes it once.
 //
-// Raw numbers taken with get() are borrowed, for the length of a call.
+// Numbers returned by get() are borrowed, for the length of a call.
 class UniqueFd {
 public:
     UniqueFd() = default;
@@ -21,17 +21,18 @@ public:
     int get() const { return fd_; }
     explicit operator bool() const { return fd_ >= 0; }
 
-    // Gives up the ownership without closing.
+    // Releases the descriptor without closing it.
     int release() {
         const int fd = fd_;
         fd_ = -1;
         return fd;
     }
 
-    // Closes what is held and takes `fd`. Leaves errno as it was.
+    // Closes the owned descriptor and owns `fd`. Preserves errno.
     void reset(int fd = -1);
 
-    // A second descriptor for the same open file, close-on-exec and above 2; none with errno set on failure.
+    // Returns a second descriptor for the same open file, close-on-exec and above 2. On failure returns an
+    // empty owner with errno set.
     static UniqueFd duplicate(int fd);
 
 private:

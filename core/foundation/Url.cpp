@@ -17,7 +17,7 @@ std::string lowerCased(std::string text) {
     return text;
 }
 
-// `digits` holds nothing else, by the grammar of addresses. A number of any length must not wrap around.
+// `digits` contains only digits, by the grammar of URLs. A number of any length must not overflow.
 bool isPort(std::string_view digits) {
     constexpr std::string_view highest = "65535";
     if (digits.empty()) return false;
@@ -25,14 +25,14 @@ bool isPort(std::string_view digits) {
     return digits.size() < highest.size() || (digits.size() == highest.size() && digits <= highest);
 }
 
-// `text` has whole escapes only, by the grammar of addresses.
+// `text` contains complete escapes only, by the grammar of URLs.
 std::string decoded(std::string_view text) {
     boost::urls::encoding_opts plusIsAPlus;
     plusIsAPlus.space_as_plus = false;
     return boost::urls::pct_string_view(text.data(), text.size()).decode(plusIsAPlus);
 }
 
-// The library's own walk over the items of an empty query, with a fragment behind it, leaves the text.
+// The library's own iteration over an empty query before a fragment reads beyond the text.
 std::vector<Url::QueryItem> itemsOf(std::string_view query) {
     std::vector<Url::QueryItem> items;
     while (!query.empty()) {
@@ -64,11 +64,11 @@ std::optional<Url> Url::parse(std::string_view text) {
     }
     url.hasUserInfo_ = parsed->has_userinfo();
 
-    // The path ends where query or fragment begin. Where it is empty the library doesn't say so itself.
+    // The path ends where query or fragment start. The library doesn't report the place of an empty path.
     const std::size_t pathEnd = std::min(text.find_first_of("?#"), text.size());
     url.pathSize_ = parsed->encoded_path().size();
     url.pathAt_ = pathEnd - url.pathSize_;
-    // The library lets a path begin right behind the host: http://127.0.0.1.example/ would have the host
+    // The library accepts a path directly behind the host: http://127.0.0.1.example/ would have the host
     // 127.0.0.1, and http://h@g@i/ the host g.
     if (parsed->has_authority() && url.pathSize_ > 0 && !url.path().starts_with('/')) return std::nullopt;
     url.hasQuery_ = parsed->has_query();

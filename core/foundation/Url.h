@@ -8,40 +8,40 @@
 
 namespace tarnik {
 
-// An absolute address, taken apart.
+// A parsed absolute URL.
 //
-// A value. Only scheme and host are made lower case; nothing but the query items is decoded, so that an
-// escaped letter or slash never passes for a plain one.
+// A value type. Scheme and host are converted to lower case. Only the query items are decoded, so that an
+// escaped letter or slash never equals a plain one.
 class Url {
 public:
-    // An item of the query, decoded once. A "+" stays one.
+    // An item of the query, decoded once. "+" is not decoded.
     struct QueryItem {
         std::string name;
-        std::optional<std::string> value;  // none without a "="
+        std::optional<std::string> value;  // std::nullopt without "="
 
         bool operator==(const QueryItem&) const = default;
     };
 
     static constexpr std::size_t maxBytes = 8192;
 
-    // None for what isn't an address with a scheme, letter by letter, or is longer than maxBytes. None as
-    // well for a port that is empty or above 65535, and for a host with escapes in it. Linear.
+    // Returns std::nullopt for anything but a valid URL with a scheme, for more than maxBytes, for a port
+    // that is empty or above 65535, and for a host with escapes. Takes linear time.
     static std::optional<Url> parse(std::string_view text);
 
     const std::string& scheme() const { return scheme_; }
-    const std::optional<std::string>& host() const { return host_; }  // none when it is empty
-    const std::optional<std::string>& port() const { return port_; }  // as it is written
-    bool hasUserInfo() const { return hasUserInfo_; }                 // a user or a password, be it empty
+    const std::optional<std::string>& host() const { return host_; }  // std::nullopt if empty
+    const std::optional<std::string>& port() const { return port_; }  // as written
+    bool hasUserInfo() const { return hasUserInfo_; }                 // even an empty one
     std::string_view path() const { return std::string_view(text_).substr(pathAt_, pathSize_); }
     const std::vector<QueryItem>& queryItems() const { return queryItems_; }
     bool hasQuery() const { return hasQuery_; }
     bool hasFragment() const { return hasFragment_; }
 
-    // The address as it was parsed.
+    // Returns the URL as it was parsed.
     const std::string& text() const { return text_; }
 
-    // The address with one more component at the end of its path, after exactly one slash. What may not
-    // stand in a component, a slash too, is escaped. Query and fragment stay.
+    // Returns the URL with `component` appended to its path behind exactly one slash. Characters that a
+    // component can't contain, including the slash, are escaped. Query and fragment stay.
     Url appending(std::string_view component) const;
 
     bool operator==(const Url&) const = default;

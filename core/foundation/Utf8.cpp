@@ -20,7 +20,7 @@ bool within(unsigned char byte, unsigned char lowest, unsigned char highest) {
     return lowest <= byte && byte <= highest;
 }
 
-// The length of the ASCII at the start of `text`, found block by block while there is a whole block of it.
+// Returns the length of the ASCII prefix. Checks whole blocks first, for speed.
 std::size_t asciiPrefix(std::string_view text) {
     constexpr std::size_t block = 32;
     std::size_t length = 0;
@@ -34,7 +34,7 @@ std::size_t asciiPrefix(std::string_view text) {
     return length;
 }
 
-// What stands at the start of a text that isn't empty: a character, or the bytes that one U+FFFD replaces.
+// The start of a text that isn't empty: a character, or the bytes that one U+FFFD replaces.
 struct Sequence {
     std::size_t length;
     bool valid;
@@ -45,7 +45,7 @@ Sequence firstSequence(std::string_view text) {
     if (lead < 0x80) return {.length = 1, .valid = true};
     if (!within(lead, 0xC2, 0xF4)) return {.length = 1, .valid = false};
 
-    // Only the second byte has bounds of its own: they rule out overlong forms, surrogates and the rest.
+    // Only the second byte has special bounds: they exclude overlong forms, surrogates and too large numbers.
     const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     const unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     const unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
@@ -67,7 +67,7 @@ std::size_t validPrefix(std::string_view text) {
     }
 }
 
-// The code point at the start of `text`, with the number of bytes it takes.
+// The code point at the start of a text, and its number of bytes.
 struct CodePoint {
     utf8proc_int32_t number;
     std::size_t length;
@@ -128,7 +128,7 @@ bool LastCharacters::breaksBefore(std::int32_t next) {
     const std::int32_t before = std::exchange(last_, next);
     if (before < 0) return true;
     if (before < 0x80 && next < 0x80) {
-        breakState_ = 0;  // no longer character spans this place
+        breakState_ = 0;  // no cluster continues across two ASCII characters
         return before != '\r' || next != '\n';
     }
     return utf8proc_grapheme_break_stateful(before, next, &breakState_);

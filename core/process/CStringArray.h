@@ -7,9 +7,9 @@
 
 namespace tarnik {
 
-// A null-terminated array of C strings, as exec wants its arguments and environment. Owns the text.
+// A null-terminated array of C strings, as exec takes its arguments and environment. Owns the text.
 //
-// Made before a fork, so that the child has nothing left to allocate.
+// Made before a fork, because the child must not allocate.
 class CStringArray {
 public:
     // The executable's path, then the arguments.
@@ -18,14 +18,15 @@ public:
     // KEY=value, in ascending order of the keys.
     static CStringArray environment(const Environment& environment);
 
-    // Only moved: a copy's pointers would still be the original's.
+    // Not copyable: the pointers of a copy would refer to the original.
     CStringArray(CStringArray&&) = default;
     CStringArray& operator=(CStringArray&&) = default;
     CStringArray(const CStringArray&) = delete;
     CStringArray& operator=(const CStringArray&) = delete;
     ~CStringArray() = default;
 
-    // Borrowed; valid as long as this object. The C interfaces take it without const but don't write to it.
+    // Returns a borrowed array, valid as long as this object. The C functions take non-const pointers but
+    // don't write to them.
     char* const* get() const { return pointers_.data(); }
 
 private:

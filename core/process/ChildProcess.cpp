@@ -11,19 +11,19 @@ ChildProcess::ChildProcess(pid_t pid, Kill kill, RealTime realTime)
     : pid_(pid), kill_(std::move(kill)), realTime_(std::move(realTime)) {}
 
 std::optional<ExitStatus> ChildProcess::exitStatus() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return status_;
 }
 
 std::optional<ExitStatus> ChildProcess::waitForExit(Seconds timeout) const {
     const TimePoint deadline = after(steadyNow(), realTime_(timeout));
-    std::unique_lock lock(mutex_);
-    ended_.wait_until(lock, deadline, [this] { return status_.has_value(); });
+    MutexLock lock(mutex_);
+    while (!status_ && ended_.waitUntil(lock, deadline)) continue;
     return status_;
 }
 
 void ChildProcess::signal(int number) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (!status_) kill_(pid_, number);
 }
 
@@ -41,10 +41,10 @@ void ChildProcess::stop(StopSequence steps, UniqueFd input) {
 
 void ChildProcess::markReaped(const std::function<ExitStatus()>& reap) {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         status_ = reap();
     }
-    ended_.notify_all();
+    ended_.notifyAll();
 }
 
 }  // namespace tarnik

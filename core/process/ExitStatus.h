@@ -4,7 +4,7 @@
 
 namespace tarnik {
 
-// How a child ended: by its own exit code, or by a signal.
+// The end of a child: an exit code or a signal.
 struct ExitStatus {
     enum class Kind { exited, signaled };
 
@@ -14,7 +14,7 @@ struct ExitStatus {
     static constexpr ExitStatus exited(int code) { return {Kind::exited, code}; }
     static constexpr ExitStatus signaled(int signal) { return {Kind::signaled, signal}; }
 
-    // From the status word that waitpid(2) stores.
+    // Decodes the status word that waitpid(2) stores.
     static constexpr ExitStatus fromWaitStatus(int word) {
         const int signal = word & 0x7f;
         return signal != 0 ? signaled(signal) : exited((word >> 8) & 0xff);
@@ -25,7 +25,7 @@ struct ExitStatus {
     bool operator==(const ExitStatus&) const = default;
 };
 
-// "exit 3" or "signal 9".
+// Returns "exit 3" or "signal 9".
 std::string describe(const ExitStatus& status);
 
 }  // namespace tarnik

@@ -24,7 +24,10 @@ std::expected<std::shared_ptr<FDReader>, SystemError> FDReader::start(UniqueFd f
     if (!wake) return std::unexpected(wake.error());
     auto reader = std::make_shared<FDReader>();
     reader->wakeRead_ = std::move(wake->readEnd);
-    reader->wakeWrite_ = std::move(wake->writeEnd);
+    {
+        const MutexLock lock(reader->mutex_);
+        reader->wakeWrite_ = std::move(wake->writeEnd);
+    }
     try {
         std::thread([reader, fd = std::move(fd), onData = std::move(onData),
                      onEOF = std::move(onEOF)]() mutable {
@@ -45,21 +48,21 @@ void FDReader::read(UniqueFd fd, const OnData& onData) {
         if (count > 0) {
             onData(std::string_view(buffer.data(), static_cast<std::size_t>(count)));
         } else if (count == 0 || errno != EINTR) {
-            break;  // a pseudo-terminal's end is an error (EIO) on Linux and a 0 on Darwin
+            break;  // a pseudo-terminal ends with EIO on Linux, with 0 on Darwin
         }
     }
     fd.reset();
     wakeRead_.reset();
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         wakeWrite_.reset();
         finished_ = true;
     }
-    done_.notify_all();
+    done_.notifyAll();
 }
 
-// Returns false when the time to close has come, even if there is more to read. Where the system can't poll
-// the descriptor, the read itself waits.
+// Returns false at the time to close, even if there is more to read. Returns true if the system can't poll
+// the descriptor: the read waits then.
 bool FDReader::waitReadable(const UniqueFd& fd) const {
     while (true) {
         const auto closeAt = this->closeAt();
@@ -78,21 +81,22 @@ bool FDReader::waitReadable(const UniqueFd& fd) const {
 }
 
 void FDReader::closeAfter(Seconds grace) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (closeAt_) return;
     closeAt_ = after(steadyNow(), grace);
     wakeWrite_.reset();
 }
 
 std::optional<TimePoint> FDReader::closeAt() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return closeAt_;
 }
 
 bool FDReader::waitForEOF(Seconds timeout) const {
     const TimePoint deadline = after(steadyNow(), timeout);
-    std::unique_lock lock(mutex_);
-    return done_.wait_until(lock, deadline, [this] { return finished_; });
+    MutexLock lock(mutex_);
+    while (!finished_ && done_.waitUntil(lock, deadline)) continue;
+    return finished_;
 }
 
 }  // namespace tarnik

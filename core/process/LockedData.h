@@ -1,31 +1,32 @@
 #pragma once
 
 #include <cstddef>
-#include <mutex>
 #include <string>
 #include <string_view>
 
+#include "core/foundation/Mutex.h"
+
 namespace tarnik {
 
-// The last `limit` bytes of what was appended. Call from any thread.
+// Keeps the last `limit` bytes of the appended data. Call from any thread.
 class LockedData {
 public:
     explicit LockedData(std::size_t limit) : limit_(limit) {}
 
     void append(std::string_view chunk) {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         data_.append(chunk);
         if (data_.size() > limit_) data_.erase(0, data_.size() - limit_);
     }
 
     std::string data() const {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         return data_;
     }
 
 private:
-    mutable std::mutex mutex_;
-    std::string data_;
+    mutable Mutex mutex_;
+    std::string data_ TARNIK_GUARDED_BY(mutex_);
     const std::size_t limit_;
 };
 

@@ -6,23 +6,23 @@
 
 #include "core/process/ProcessEntry.h"
 
-// The processes of this machine, ours or not. From any thread; every call reads anew and keeps nothing.
+// Questions about any process of this machine. Call from any thread. Nothing is cached.
 namespace tarnik::MacProcesses {
 
-// All processes of the system that we may ask about, in one pass. A process that ends meanwhile is in it or
-// not. Leaves out those that the system hides from this user, who is never refused his own. std::nullopt when
-// the list can't be read.
+// Returns the processes of the system in one pass, without those that the system hides from this user; the
+// user's own are never hidden. A process that ends meanwhile may be missing. Returns std::nullopt if the list
+// can't be read.
 std::optional<std::vector<ProcessEntry>> table();
 
-// A table with at least everything that descends from `ancestor`, for far less than table() where the system
-// lists the children of a process. Otherwise, and whenever the family changes during the look, table().
+// Returns at least the descendants of `ancestor`. Much cheaper than table() where the system lists the
+// children of a process. Elsewhere, and if the descendants change meanwhile, returns table().
 std::optional<std::vector<ProcessEntry>> tableUnder(pid_t ancestor);
 
-// The path of the program that the process runs; std::nullopt when the system doesn't tell. A program whose
-// file was removed or replaced keeps its path.
+// Returns the path of the process's program, or std::nullopt if it is unknown. A program whose file was
+// removed or replaced keeps its path.
 std::optional<std::string> executablePath(pid_t pid);
 
-// The processor time that the process has used, user and system; none when it is gone.
+// Returns the processor time of the process, user and system; std::nullopt if it is gone.
 std::optional<double> cpuSeconds(pid_t pid);
 
 }  // namespace tarnik::MacProcesses

@@ -50,13 +50,13 @@ std::optional<std::vector<pid_t>> children(pid_t parent) {
     errno = 0;
     const int count = ::proc_listchildpids(parent, pids.data(), bytes(pids));
     if (count < 0 || (count == 0 && errno != 0)) return std::nullopt;
-    if (static_cast<std::size_t>(count) >= pids.size()) return std::nullopt;  // perhaps more than had room
+    if (static_cast<std::size_t>(count) >= pids.size()) return std::nullopt;  // there may be more
     pids.resize(static_cast<std::size_t>(count));
     return pids;
 }
 
-// The kernel counts processor time in ticks of the machine. The time base that a process is told can be of
-// another machine: translated by Rosetta it reads 1/1, while the ticks are the real ones.
+// The kernel counts processor time in ticks of the machine. mach_timebase_info(2) may describe another
+// machine: under Rosetta it returns 1/1, while the ticks are the real ones.
 std::optional<double> ticksPerSecond() {
     std::uint64_t frequency = 0;
     std::size_t size = sizeof frequency;
@@ -68,8 +68,8 @@ std::optional<double> ticksPerSecond() {
     return nanosecondsPerSecond * base.denom / base.numer;
 }
 
-// A failure reads much like "no children", so that the list has to prove itself: the process must be
-// among those of its own parent.
+// Returns true if the system's lists of children work: a failure looks like an empty list, so the process
+// must appear among the children of its parent.
 bool isListed(pid_t pid) {
     const auto found = entry(pid);
     const auto siblings = found ? children(found->parent) : std::nullopt;

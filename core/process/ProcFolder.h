@@ -16,34 +16,34 @@
 
 namespace tarnik {
 
-// Linux's /proc, opened once to ask about any number of processes. Allocates nothing but the answers.
+// Linux's /proc, opened once for questions about many processes. Allocates only the results.
 //
-// For one thread: all questions share the buffers.
+// For one thread: all operations share the buffers.
 class ProcFolder {
 public:
     enum class Missing {
-        process,  // it has ended, or is hidden from us
-        answer,   // it may be there, but could not be read
+        process,  // it has ended, or is hidden from this user
+        answer,   // it may exist, but could not be read
     };
     static constexpr std::size_t longestPath = 4096;
 
     ProcFolder();
 
-    // All processes that we may see. None when one of them may be there and can't be read.
+    // Returns all visible processes, or std::nullopt if one of them may exist but can't be read.
     std::optional<std::vector<ProcessEntry>> entries();
     std::expected<ProcessEntry, Missing> entry(pid_t pid);
     std::expected<ProcessStat, Missing> stat(pid_t pid);
-    // Started by any of the process's threads. None when one of them has gone, and where the system keeps no
-    // such lists.
+    // Returns the children that any thread of the process started. Returns std::nullopt if a thread ends
+    // meanwhile, and on kernels without such lists.
     std::optional<std::vector<pid_t>> children(pid_t parent);
 
-    // The path of the program, without the mark of one whose file has gone.
+    // Returns the path of the program, without the mark that Linux appends when the file is removed.
     std::optional<std::string> program(pid_t pid);
 
     std::uint64_t ticksPerSecond() const { return ticksPerSecond_; }
 
 private:
-    // "PID/file", good until the next call.
+    // Returns "PID/file", valid until the next call.
     const char* nameOf(pid_t pid, std::string_view file);
     bool leadsTo(const char* link, const std::string& path) const;
 

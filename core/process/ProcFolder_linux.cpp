@@ -39,7 +39,7 @@ std::optional<std::vector<pid_t>> pidsIn(DirectoryReader& directory) {
     return pids;
 }
 
-// Reads to the end of the file, whatever pieces it comes in. None when it is longer than the buffer.
+// Reads to the end of the file. Returns std::nullopt on failure and if it doesn't fit into the buffer.
 std::optional<std::string_view> readAll(int file, std::span<char> buffer) {
     std::size_t length = 0;
     while (length < buffer.size()) {
@@ -51,7 +51,7 @@ std::optional<std::string_view> readAll(int file, std::span<char> buffer) {
     return std::nullopt;
 }
 
-// Appends the pids of a text that has a blank behind each; false when it is no such text.
+// Appends the pids of a text in which a space follows each. Returns false for any other text.
 bool appendPids(std::string_view text, std::vector<pid_t>& pids) {
     while (!text.empty()) {
         const std::size_t length = text.find(' ');
@@ -63,13 +63,13 @@ bool appendPids(std::string_view text, std::vector<pid_t>& pids) {
     return true;
 }
 
-// What it means that something of a process could not be opened or read.
+// Returns what the errno of a failed open or read means for the process.
 ProcFolder::Missing missing() {
     const bool gone = errno == ENOENT || errno == ESRCH || errno == EACCES || errno == EPERM;
     return gone ? ProcFolder::Missing::process : ProcFolder::Missing::answer;
 }
 
-// The system's clock ticks, in two steps so that no uptime overflows.
+// Converts clock ticks in two steps, so that no uptime overflows.
 ProcessTime timeOf(std::uint64_t ticks, std::uint64_t perSecond) {
     constexpr std::uint64_t nanoseconds = 1'000'000'000;
     return ProcessTime(std::chrono::seconds(ticks / perSecond) +
@@ -85,7 +85,7 @@ ProcFolder::ProcFolder()
 std::optional<std::vector<ProcessEntry>> ProcFolder::entries() {
     auto folder = openDirectory(folder_.get(), ".");
     const auto pids = pidsIn(folder);
-    // We run, so a list without anybody is no list of processes.
+    // This process runs, so an empty list is wrong.
     if (!pids || pids->empty()) return std::nullopt;
     std::vector<ProcessEntry> entries;
     entries.reserve(pids->size());
@@ -112,7 +112,7 @@ std::expected<ProcessEntry, ProcFolder::Missing> ProcFolder::entry(pid_t pid) {
 std::expected<ProcessStat, ProcFolder::Missing> ProcFolder::stat(pid_t pid) {
     const UniqueFd file(::openat(folder_.get(), nameOf(pid, "stat"), O_RDONLY | O_CLOEXEC));
     if (!file) return std::unexpected(missing());
-    // A line always comes in one piece.
+    // The kernel returns the whole line in one read.
     const ssize_t length = ::read(file.get(), text_.data(), text_.size());
     if (length < 0) return std::unexpected(missing());
     const auto parsed = ProcessStat::parse({text_.data(), static_cast<std::size_t>(length)});
@@ -147,8 +147,8 @@ std::optional<std::string> ProcFolder::program(pid_t pid) {
     const ssize_t length = ::readlinkat(folder_.get(), link, text_.data(), text_.size());
     if (length < 1) return std::nullopt;
     std::string path(text_.data(), static_cast<std::size_t>(length));
-    // The system appends the mark when the file has gone, be it removed or replaced. A file may also really
-    // be named so: then the name leads to the program, and is kept.
+    // Linux appends the mark when the file was removed or replaced. A file may also have such a name: then
+    // the path leads to the running program, and is kept.
     if (path.ends_with(deletedMark) && !leadsTo(link, path)) path.resize(path.size() - deletedMark.size());
     return path;
 }

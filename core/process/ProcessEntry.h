@@ -9,12 +9,11 @@
 
 namespace tarnik {
 
-// A process of the system. Its id is used again after its end: only id and start time together tell which
-// process is meant.
+// A process of the system. Ids are reused: only id and start time together identify a process.
 struct ProcessEntry {
     pid_t pid = 0;
     pid_t parent = 0;
-    std::optional<std::string> path;  // of its program; none where the system doesn't tell
+    std::optional<std::string> path;  // of its program; std::nullopt if unknown
     std::optional<ProcessTime> started;
 
     bool operator==(const ProcessEntry&) const = default;

@@ -6,7 +6,7 @@ namespace tarnik {
 
 namespace {
 
-// The numbers of the fields, counted from 1 as the system's manual does.
+// The numbers of the fields, counted from 1 as in proc(5).
 constexpr int parentField = 4;
 constexpr int userTicksField = 14;
 constexpr int systemTicksField = 15;
@@ -18,15 +18,15 @@ bool read(std::string_view text, Number& number) {
     return error == std::errc() && stopped == text.data() + text.size();
 }
 
-// The last parenthesis: behind the name there are only numbers and the letter of the state. Found from the
-// front, near which it is; a search from the back is not done a word at a time.
+// Returns the place of the last parenthesis: only the state's letter and numbers follow the name. Searches
+// from the front, since find() is vectorised and rfind() isn't.
 std::size_t endOfName(std::string_view line) {
     std::size_t last = line.npos;
     for (std::size_t at = line.find(')'); at != line.npos; at = line.find(')', at + 1)) last = at;
     return last;
 }
 
-// Stores the field if it is one of ours; false when it is and holds no number.
+// Stores the field if we use it. Returns false if it should be a number and isn't.
 bool store(int field, std::string_view text, ProcessStat& stat) {
     switch (field) {
         case parentField: return read(text, stat.parent);

@@ -8,7 +8,7 @@ namespace tarnik {
 
 namespace {
 
-// Of more processes than this the whole table is as quickly told.
+// With more processes than this the whole table is read as quickly.
 constexpr std::size_t largestFamily = 1000;
 
 struct Link {
@@ -17,15 +17,15 @@ struct Link {
     bool operator==(const Link&) const = default;
 };
 
-// `ancestor` first, with no parent, and then breadth by breadth.
-std::optional<std::vector<Link>> look(const ProcessTree& tree, pid_t ancestor) {
+// Returns `ancestor`, with parent 0, and its descendants in breadth-first order.
+std::optional<std::vector<Link>> walk(const ProcessTree& tree, pid_t ancestor) {
     std::vector<Link> family{{.pid = ancestor}};
     for (std::size_t next = 0; next < family.size(); ++next) {
         const pid_t parent = family[next].pid;
         const auto children = tree.children(parent);
         if (!children || family.size() + children->size() > largestFamily) return std::nullopt;
         for (const pid_t child : *children) {
-            // A pid used again: without this check the walk might never end.
+            // The pid was reused. Without this check the walk might never end.
             if (std::ranges::find(family, child, &Link::pid) != family.end()) return std::nullopt;
             family.push_back({.pid = child, .parent = parent});
         }
@@ -36,8 +36,8 @@ std::optional<std::vector<Link>> look(const ProcessTree& tree, pid_t ancestor) {
 }  // namespace
 
 std::optional<std::vector<ProcessEntry>> ProcessTree::under(pid_t ancestor) const {
-    const auto family = look(*this, ancestor);
-    if (!family || look(*this, ancestor) != family) return std::nullopt;
+    const auto family = walk(*this, ancestor);
+    if (!family || walk(*this, ancestor) != family) return std::nullopt;
 
     std::vector<ProcessEntry> entries;
     entries.reserve(family->size() - 1);

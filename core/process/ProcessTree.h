@@ -8,14 +8,15 @@
 
 namespace tarnik {
 
-// How a system answers about one process; none when it can't, or the process is gone.
+// Finds the descendants of a process by a system's two questions about one process. They return std::nullopt
+// on failure and if the process is gone.
 struct ProcessTree {
     std::function<std::optional<std::vector<pid_t>>(pid_t)> children;
     std::function<std::optional<ProcessEntry>(pid_t)> entry;
 
-    // What descends from `ancestor`, breadth by breadth. Processes start, end and change parents while we
-    // look, and a system's list of children may then lack one: the answer is none unless two looks saw the
-    // same and every process still is the child of the one it was found under.
+    // Returns the descendants of `ancestor` in breadth-first order. Processes start, end and change parents
+    // meanwhile, and a list of children may then lack one. So the result is std::nullopt unless two walks
+    // found the same processes and each is still the child of its parent.
     std::optional<std::vector<ProcessEntry>> under(pid_t ancestor) const;
 };
 

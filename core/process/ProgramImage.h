@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// A program made ready before a fork, for the child to become: between fork and exec nothing may allocate,
-// take a lock or look anything up.
+// The arguments of an exec, prepared before the fork: between fork and exec the child must not allocate or
+// take a lock.
 class ProgramImage {
 public:
     explicit ProgramImage(const SpawnRequest& request);
@@ -15,8 +15,9 @@ public:
     ProgramImage(const ProgramImage&) = delete;
     ProgramImage& operator=(const ProgramImage&) = delete;
 
-    // In the child, its standard descriptors in place: default signals, none blocked, every other descriptor
-    // closed, then the program (no PATH search). Comes back only when it can't be run.
+    // Call in the child, after its standard descriptors are set. Resets and unblocks all signals, closes
+    // every other descriptor and runs the program, without a PATH search. Returns only if the program can't
+    // be run.
     void become() const;
 
 private:

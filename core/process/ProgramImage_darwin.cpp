@@ -15,7 +15,7 @@ struct ProgramImage::Prepared {
     CStringArray arguments;
     CStringArray environment;
     SpawnRecords records;
-    int error = 0;  // the first step that failed while the records were filled
+    int error = 0;  // of the first step that failed to fill the records
 };
 
 ProgramImage::ProgramImage(const SpawnRequest& request) {
@@ -30,10 +30,10 @@ ProgramImage::ProgramImage(const SpawnRequest& request) {
 
 ProgramImage::~ProgramImage() = default;
 
-// With POSIX_SPAWN_SETEXEC the call replaces the calling process, as execve(2) does, and takes the same care
-// of signals and descriptors as for any other child (posix_spawnattr_setflags(3)).
+// With POSIX_SPAWN_SETEXEC the call replaces the calling process, as execve(2) does, and treats signals and
+// descriptors as for any other child (posix_spawnattr_setflags(3)).
 void ProgramImage::become() const {
-    if (prepared_->error != 0) return;  // half-filled records could let descriptors through
+    if (prepared_->error != 0) return;  // incomplete records could leave descriptors open
     ::posix_spawn(nullptr, prepared_->executable.c_str(), prepared_->records.actions(),
                   prepared_->records.attributes(), prepared_->arguments.get(), prepared_->environment.get());
 }

@@ -20,7 +20,7 @@ struct ProgramImage::Prepared {
 
 namespace {
 
-// Everything that we open ourselves is close-on-exec; this is for what others in the process opened.
+// Our own descriptors are close-on-exec. This closes those that libraries have opened.
 void closeOthers() {
     constexpr unsigned first = STDERR_FILENO + 1;
     if (::syscall(SYS_close_range, first, ~0U, 0) == 0) return;
@@ -30,7 +30,7 @@ void closeOthers() {
 void resetSignals() {
     struct sigaction byDefault{};
     byDefault.sa_handler = SIG_DFL;
-    // SIGKILL, SIGSTOP and the C library's own two are refused, as they should be.
+    // The call fails, as expected, for SIGKILL, SIGSTOP and the two signals of the C library.
     for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &byDefault, nullptr);
     sigset_t none;
     sigemptyset(&none);

@@ -16,16 +16,16 @@
 namespace tarnik {
 namespace {
 
-// A terminal that says it can take input takes at least this much without blocking.
+// A terminal that polls as writable accepts at least this much without blocking.
 constexpr std::size_t writeBytes = 256;
 
-// How soon a write that waits for the terminal notices closeInput().
+// A waiting write notices closeInput() within this time.
 constexpr std::chrono::milliseconds closeCheckInterval(20);
 
 enum class Writable { yes, notYet, never };
 
-// Waits a moment for the terminal to take input. It never will when nobody is left on its other side,
-// although Linux would still accept the bytes. Where a system can't tell (POLLNVAL), the write itself will.
+// Waits a moment until the terminal accepts input. Returns `never` if no process is left on its other side,
+// although Linux would still accept the bytes. Where a system can't poll (POLLNVAL), the write finds out.
 Writable waitWritable(int fd) {
     pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
     const int ready = ::poll(&entry, 1, static_cast<int>(closeCheckInterval.count()));
@@ -61,7 +61,7 @@ std::expected<std::shared_ptr<PtyProcess>, SystemError> PtyProcess::spawn(const 
     size.ws_col = columns;
 
     int number = -1;
-    const SignalsBlocked blocked;  // the child must not run our handlers before it has become its program
+    const SignalsBlocked blocked;  // the child must not run our signal handlers before its exec
     const pid_t pid = forkOnTerminal(number, size);
     if (pid < 0) return std::unexpected(SystemError{"forkpty", errno});
     if (pid == 0) {
@@ -70,9 +70,10 @@ std::expected<std::shared_ptr<PtyProcess>, SystemError> PtyProcess::spawn(const 
     }
     auto child = std::move(*reaper).adopt(pid);
     const UniqueFd opened(number);
-    // Above 2 and close-on-exec from here on; every child of ours closes it in the moment before.
+    // The duplicate is above 2 and close-on-exec. A child that another thread starts before this line closes
+    // the original by itself.
     auto pty = std::make_shared<PtyProcess>(child, UniqueFd::duplicate(opened.get()));
-    if (pty->input_) return pty;
+    if (pty->hasInput()) return pty;
     const SystemError error{"forkpty", errno};
     child->signal(SIGKILL);
     return std::unexpected(error);
@@ -83,12 +84,17 @@ PtyProcess::PtyProcess(std::shared_ptr<ChildProcess> child, UniqueFd master)
       master_(std::move(master)),
       input_(master_ ? UniqueFd::duplicate(master_.get()) : UniqueFd()) {}
 
+bool PtyProcess::hasInput() {
+    const MutexLock lock(writeMutex_);
+    return static_cast<bool>(input_);
+}
+
 UniqueFd PtyProcess::takeMaster() {
     return std::move(master_);
 }
 
 bool PtyProcess::write(std::string_view text, Seconds timeout) {
-    const std::lock_guard lock(writeMutex_);
+    const MutexLock lock(writeMutex_);
     const TimePoint deadline = after(steadyNow(), timeout);
     while (!closed_) {
         if (text.empty()) return true;
@@ -108,7 +114,7 @@ bool PtyProcess::write(std::string_view text, Seconds timeout) {
 
 void PtyProcess::closeInput() {
     closed_ = true;  // ends a write that holds the lock
-    const std::lock_guard lock(writeMutex_);
+    const MutexLock lock(writeMutex_);
     input_.reset();
 }
 

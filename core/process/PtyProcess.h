@@ -3,9 +3,9 @@
 #include <atomic>
 #include <expected>
 #include <memory>
-#include <mutex>
 #include <string_view>
 
+#include "core/foundation/Mutex.h"
 #include "core/foundation/SystemError.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/process/ChildProcess.h"
@@ -13,44 +13,48 @@
 
 namespace tarnik {
 
-// A child on a new pseudo-terminal, for programs that talk to a person.
+// A child on a new pseudo-terminal, for programs that interact with a person.
 //
-// Shared by whoever talks to the child. The terminal is read by one reader, who takes the master; writing has
-// a descriptor of its own, so that the reader closing its end never leaves a number that a write could hit.
+// Shared by those who use the child. One reader reads the terminal through the master descriptor. Writing
+// uses a second descriptor: when the reader closes its own, no write can hit a reused number.
 class PtyProcess {
 public:
     static constexpr unsigned short rows = 24;
     static constexpr unsigned short columns = 100;
     static constexpr Seconds writeTimeout = Seconds(5);
 
-    // The request's three Stdio are ignored: all are the terminal. `onExit` as in Spawner::spawn. A program
-    // that can't be run is no error here: the child exits with 127. Fails with call "forkpty"; where
-    // descriptors ran out after the fork, the child is killed and `onExit` still hears of it.
+    // The request's three Stdio are ignored: the terminal replaces them. `onExit` is called as by
+    // Spawner::spawn. A program that can't be run is not an error here: the child exits with 127. Fails with
+    // call "forkpty". If no descriptor is left after the fork, the child is killed and `onExit` is still
+    // called.
     static std::expected<std::shared_ptr<PtyProcess>, SystemError> spawn(const SpawnRequest& request,
                                                                          ChildProcess::OnExit onExit = {});
 
-    // Takes over the controlling side of a terminal on which `child` already runs.
+    // Takes over the controlling side of a terminal on which `child` runs.
     PtyProcess(std::shared_ptr<ChildProcess> child, UniqueFd master);
 
     ChildProcess& child() const { return *child_; }
 
-    // The controlling side, close-on-exec, to read from: once, to one reader, who owns it then. It ends with
-    // 0 (Darwin) or EIO (Linux) when the child and all its descendants have left the terminal.
+    // Returns the controlling side for reading, close-on-exec. The caller owns it; a second call returns an
+    // empty owner. It ends with 0 (Darwin) or EIO (Linux) when the child and its descendants have closed the
+    // terminal.
     UniqueFd takeMaster();
 
-    // Types `text`. Returns false after closeInput(), which also ends a write that waits, on a dead terminal,
-    // and if the terminal hasn't taken all of it within `timeout`. Two texts are never mixed. Call from any
-    // thread.
+    // Writes `text` as keyboard input. Returns false if the terminal is dead, if it hasn't accepted all of
+    // the text within `timeout`, and after closeInput(), which ends a waiting write too. Two texts are never
+    // mixed. Call from any thread.
     bool write(std::string_view text, Seconds timeout = writeTimeout);
 
-    // Later writes return false. Sends nothing to the child. Call from any thread.
+    // Makes later writes return false. Sends nothing to the child. Call from any thread.
     void closeInput();
 
 private:
+    bool hasInput();
+
     std::shared_ptr<ChildProcess> child_;
     UniqueFd master_;
-    std::mutex writeMutex_;
-    UniqueFd input_;  // guarded by writeMutex_; empty once closed
+    Mutex writeMutex_;
+    UniqueFd input_ TARNIK_GUARDED_BY(writeMutex_);  // empty once closed
     std::atomic<bool> closed_ = false;
 };
 

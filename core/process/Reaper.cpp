@@ -1,8 +1,6 @@
 #include "core/process/Reaper.h"
 
 #include <cerrno>
-#include <condition_variable>
-#include <mutex>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -10,36 +8,37 @@
 
 #include <sys/wait.h>
 
+#include "core/foundation/Mutex.h"
 #include "core/foundation/ThreadName.h"
 
 namespace tarnik {
 
-// What the maker of the child and the waiting thread share.
+// Shared by the thread that starts the child and the thread that waits for it.
 struct Reaper::Assignment {
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool settled = false;                 // a child was given, or there will be none
-    std::shared_ptr<ChildProcess> child;  // none: nothing to wait for
+    Mutex mutex;
+    Condition changed;
+    bool settled TARNIK_GUARDED_BY(mutex) = false;
+    std::shared_ptr<ChildProcess> child TARNIK_GUARDED_BY(mutex);  // null if none was started
 
     void settle(std::shared_ptr<ChildProcess> with) {
         {
-            const std::lock_guard lock(mutex);
+            const MutexLock lock(mutex);
             settled = true;
             child = std::move(with);
         }
-        changed.notify_one();
+        changed.notifyOne();
     }
 
     std::shared_ptr<ChildProcess> wait() {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return settled; });
+        MutexLock lock(mutex);
+        while (!settled) changed.wait(lock);
         return std::move(child);
     }
 };
 
 namespace {
 
-// Returns when the child has ended, leaving it unreaped, so that its pid can't be given to another yet.
+// Returns when the child has ended, without reaping it: its pid can't be reused yet.
 void awaitEnd(pid_t pid) {
     siginfo_t info{};
     while (::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR) {}
@@ -50,7 +49,7 @@ ExitStatus reap(pid_t pid) {
     pid_t reaped = 0;
     do reaped = ::waitpid(pid, &word, 0);
     while (reaped < 0 && errno == EINTR);
-    // Somebody else took it (SIGCHLD ignored, a stray wait for any child): how it ended can't be known.
+    // If another call reaped it (SIGCHLD ignored, a wait for any child), its status is unknown.
     return reaped == pid ? ExitStatus::fromWaitStatus(word) : ExitStatus::exited(255);
 }
 

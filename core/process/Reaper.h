@@ -10,21 +10,21 @@
 
 namespace tarnik {
 
-// A thread that waits for one child, made before the child is: where no thread can be had, no child is
-// started, and so none is ever lost or left a zombie.
+// A thread that waits for one child. It is started before the child: if no thread can be started, neither is
+// the child, so that no child is lost or left a zombie.
 //
-// The thread outlives this object and the handles given out: it ends when its child has been reaped and
-// reported. That is why nobody joins it.
+// The thread outlives this object and the handles: it ends when its child is reaped and reported. Nobody
+// joins it.
 class Reaper {
 public:
-    // Starts the thread, which waits to be given its child. `onExit` is called on it, once, after the end is
-    // stored and with no lock held. Fails with call "pthread_create".
+    // Starts the thread, which waits for adopt(). It calls `onExit` once, after the status is stored, without
+    // a lock. Fails with call "pthread_create".
     static std::expected<Reaper, SystemError> prepare(ChildProcess::OnExit onExit);
 
-    // Gives the thread its child; from here on the child is reaped whatever happens to the handle.
+    // Passes the child to the thread, which reaps it whatever happens to the handle.
     std::shared_ptr<ChildProcess> adopt(pid_t pid) &&;
 
-    // Without a child, the thread ends.
+    // Ends the thread if it has no child.
     ~Reaper();
     Reaper(Reaper&&) = default;
     Reaper& operator=(Reaper&&) = delete;

@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// With this flag only descriptors that an action names survive (posix_spawnattr_setflags(3)).
+// With this flag the child keeps only descriptors that an action names (posix_spawnattr_setflags(3)).
 int closeAllOthers(posix_spawn_file_actions_t& /*actions*/, short& flags) {
     flags = static_cast<short>(flags | POSIX_SPAWN_CLOEXEC_DEFAULT);
     return 0;

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// The two records that posix_spawn(3) takes, freed when this goes: which descriptors the child gets, and that
-// every signal starts at its default with none blocked. The first failing step is kept until seal() tells it.
+// Owns the two records that posix_spawn(3) takes: the child's descriptors, and that its signals are reset and
+// not blocked. The first step that fails is remembered and returned by seal().
 class SpawnRecords {
 public:
     SpawnRecords();
@@ -15,14 +15,14 @@ public:
     SpawnRecords(const SpawnRecords&) = delete;
     SpawnRecords& operator=(const SpawnRecords&) = delete;
 
-    // Connects the child's `standard` descriptor. `openFlags` are for /dev/null. A descriptor to duplicate
-    // lies above 2, or an earlier action might have replaced it.
+    // Connects the child's descriptor `standard`. `openFlags` are for /dev/null. The descriptor of `stdio` is
+    // above 2; otherwise an earlier action might have replaced it.
     void connect(int standard, const Stdio& stdio, int openFlags);
 
-    // The child keeps `fd` as it is.
+    // Lets the child keep `fd` under the same number.
     void keep(int fd);
 
-    // Closes everything else; after all other actions. 0, or the errno value of the first step that failed.
+    // Closes all other descriptors; call it last. Returns 0 or the errno value of the first step that failed.
     [[nodiscard]] int seal(short extraFlags = 0);
 
     const posix_spawn_file_actions_t* actions() const { return &actions_; }

@@ -22,12 +22,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Lends a descriptor of ours that is 0, 1 or 2 to the child from above 2: an earlier duplication could have
-// replaced it in the child, and duplicated onto itself it would stay close-on-exec. No other code has to care
-// where a descriptor lands: a program opens its standard descriptors before all else.
-class Lent {
+// A descriptor for the child, duplicated if it is 0, 1 or 2: the child's earlier duplications could replace
+// it, and duplicated onto itself it would stay close-on-exec. No other code has to check a descriptor's
+// number, because main() opens the standard descriptors first.
+class LentDescriptor {
 public:
-    explicit Lent(const Stdio& stdio) : stdio_(stdio) {
+    explicit LentDescriptor(const Stdio& stdio) : stdio_(stdio) {
         const auto fd = stdio.descriptor();
         if (!fd || *fd > STDERR_FILENO) return;
         raised_ = UniqueFd::duplicate(*fd);
@@ -45,9 +45,9 @@ private:
 };
 
 int start(const SpawnRequest& request, pid_t& pid) {
-    const Lent input(request.standardInput);
-    const Lent output(request.standardOutput);
-    const Lent error(request.standardError);
+    const LentDescriptor input(request.standardInput);
+    const LentDescriptor output(request.standardOutput);
+    const LentDescriptor error(request.standardError);
     for (const auto* lent : {&input, &output, &error}) {
         if (lent->error() != 0) return lent->error();
     }
@@ -69,7 +69,7 @@ int start(const SpawnRequest& request, pid_t& pid) {
     return result;
 }
 
-// Waits for the end, making sure of it after the time-out.
+// Waits for the child's end and stops it after the time-out.
 ExitStatus awaitEnd(ChildProcess& child, const Spawner::Command& command) {
     if (const auto status = child.waitForExit(command.timeout)) return *status;
     child.stop(command.stop);
