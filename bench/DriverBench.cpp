@@ -10,8 +10,9 @@
 #include "core/process/Spawner.h"
 #include "tests/support/TemporaryFolder.h"
 
-// From the wish for a driver to its published endpoint, beside the stand-in's own time until it listens. The
-// host looks at once and then every 50 ms; "later_looks" is the share of starts that the first look missed.
+// Measures the time from the request for a driver to its published endpoint. The floor is the stand-in's own
+// time until it listens. The host probes at once and then every 50 ms; "later_looks" is the share of starts
+// that the first probe missed.
 
 namespace tarnik {
 namespace {
@@ -42,7 +43,7 @@ double hosted(const TemporaryFolder& folder) {
     return std::chrono::duration<double, std::milli>(*published - start).count();
 }
 
-// The floor: nothing but the program, looked at all the time.
+// The floor: the bare program, probed in a busy loop.
 double alone(const TemporaryFolder& folder) {
     const std::string socketPath = folder.path() + "/s";
     const auto launch = DriverLaunch::make({.executable = standIn,

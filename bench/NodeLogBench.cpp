@@ -19,14 +19,15 @@
 #include "core/process/FDReader.h"
 #include "core/process/Spawner.h"
 
-// A child's output copied from a pipe into the bounded log, beside a bare loop that does the same reads,
-// writes and rotations, and beside cat into one file without a bound. The child that writes is not counted.
+// Measures copying a child's output from a pipe into the bounded log. It is compared with a bare loop that
+// does the same reads, writes and rotations, and with cat into one unbounded file. The writing child is not
+// counted.
 
 namespace {
 
 using namespace tarnik;
 
-// An empty folder in the build folder, so on a disk, for the length of a run.
+// An empty folder for one run. It is inside the build folder, so it is on a disk.
 class Folder {
 public:
     Folder() {
@@ -68,7 +69,7 @@ Spawner::Pipe pipe() {
     return std::move(*made);
 }
 
-// Starts the child that writes `bytes` into the pipe.
+// Starts a child that writes `bytes` into the pipe.
 void feed(UniqueFd writeEnd, std::int64_t bytes) {
     const auto child = Spawner::spawn({.executable = TARNIK_CHILDREN_DIR "/write_bytes",
                                        .arguments = {std::to_string(bytes)},
@@ -77,7 +78,7 @@ void feed(UniqueFd writeEnd, std::int64_t bytes) {
 }
 
 void copyThroughLog(const std::string& path, std::int64_t bytes) {
-    // Goes with the log, so when its pipe's reader, the last to hold it, has ended; then `ended` is ready.
+    // Destroyed with the log, when the pipe's reader, its last owner, has ended. `ended` is ready then.
     auto alive = std::make_shared<std::promise<void>>();
     const auto ended = alive->get_future();
     auto log = NodeLog::make(path, NodeLog::defaultCap, [alive] { return steadyNow(); });
@@ -151,8 +152,8 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-// Every round measures all three one after another, the first two in turns, and compares them with each
-// other, so that what else the machine does weighs on all alike.
+// Each round measures all three in a row and compares them with each other, so that other load on the machine
+// affects all alike. The first two take turns.
 void logCopy(benchmark::State& state) {
     const std::int64_t bytes = state.range(0);
     std::vector<double> wall, processor, catWall, catProcessor;

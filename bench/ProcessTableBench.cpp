@@ -14,15 +14,14 @@
 #include "core/process/MacProcesses.h"
 #include "tests/support/ForkedChild.h"
 
-// A table of all processes beside a bare loop over /proc that does the same reads and keeps nothing, and
-// the look at one process's descendants beside the whole table. Both take turns; the median of each is
-// compared.
+// Compares a table of all processes with a bare loop over /proc that does the same reads, and a list of one
+// process's descendants with the whole table. The two sides take turns, and their medians are compared.
 
 namespace {
 
 using namespace tarnik;
 
-// So many more of them, all asleep.
+// Starts this many sleeping processes.
 std::vector<ForkedChild> sleepers(std::int64_t count) {
     std::vector<ForkedChild> children;
     children.reserve(static_cast<std::size_t>(count));

@@ -19,9 +19,8 @@
 #include "core/foundation/UniqueFd.h"
 #include "core/node/NodeRelease.h"
 
-// What checking a release costs, beside libcrypto alone at the same work. Ours and the floor take turns
-// within each round, and the medians of the rounds' ratios are shown, so that what else the machine does
-// weighs on both alike.
+// Compares the check of a release with libcrypto alone at the same work. The two take turns in each round,
+// and the median of the rounds' ratios is printed, so that other load on the machine affects both alike.
 
 namespace {
 
@@ -44,7 +43,7 @@ const unsigned char* data(std::string_view bytes) {
     return reinterpret_cast<const unsigned char*>(bytes.data());
 }
 
-// A file in the build folder, so on a disk, for the length of a run.
+// A file for one run. It is inside the build folder, so it is on a disk.
 class File {
 public:
     explicit File(const std::string& bytes) { std::ofstream(path_, std::ios::binary) << bytes; }
@@ -57,8 +56,8 @@ private:
     std::string path_ = TARNIK_CHILDREN_DIR "/../../bench/digest." + std::to_string(::getpid());
 };
 
-// libcrypto over bytes that are in memory already, in pieces as a file is read. With a stride of 0 it is the
-// same piece each time, in the processor's cache: no program that reads a file has it so good.
+// Runs libcrypto over bytes in memory, in pieces of the size of a file's reads. A stride of 0 uses the same
+// piece each time, from the processor's cache, which no program that reads a file can reach.
 void bareDigest(std::string_view bytes, std::size_t stride) {
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
     EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr);
@@ -107,7 +106,7 @@ void fileDigest(benchmark::State& state) {
     state.counters["read/wall"] = median(reading);
 }
 
-// Signs as a release is signed, with the key of RFC 8032's test 1.
+// Signs like a release, with the key of test 1 in RFC 8032.
 struct Signer {
     std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key{nullptr, EVP_PKEY_free};
     std::string publicKey = std::string(ed25519KeyBytes, '\0');
@@ -134,7 +133,7 @@ struct Signer {
         return signature;
     }
 
-    // With a key that is there already, which is more than a release file comes with.
+    // The floor need not parse the key, unlike a release file.
     bool bareVerify(std::string_view signature, std::string_view message) const {
         const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(),
                                                                               EVP_MD_CTX_free);
@@ -144,7 +143,7 @@ struct Signer {
     }
 };
 
-// Each round does the work often, ours and the floor in turns.
+// Repeats the work in each round. Ours and the floor take turns.
 void inTurns(benchmark::State& state, const std::function<bool()>& work, const std::function<bool()>& floor) {
     constexpr int turns = 100;
     std::vector<double> ratios;

@@ -15,10 +15,9 @@
 #include "core/process/SpawnRecords.h"
 #include "core/process/Spawner.h"
 
-// From the call that starts /bin/true to its reaped end, through Spawner and beside what that is made of.
-// Ours and the floor take turns, and medians are compared, so that the ratio holds on a machine that does
-// other things as well. "call" is the median time in us until the child has become its program, without its
-// run.
+// Measures the time from the call that starts /bin/true to its reaping, through Spawner and through its
+// parts. Ours and the floor take turns, and medians are compared, so that the ratio holds on a busy machine.
+// "call" is the median time in us until the child has executed its program.
 
 namespace {
 
@@ -69,7 +68,7 @@ void reap(pid_t pid) {
     ::waitpid(pid, &status, 0);
 }
 
-// posix_spawn and waitpid, nothing else.
+// The floor: posix_spawn and waitpid.
 Cost bare() {
     const Stopwatch watch;
     const pid_t pid = posixSpawn();
@@ -78,7 +77,7 @@ Cost bare() {
     return {call, watch.microseconds()};
 }
 
-// As a program does it that must not block: a thread for each child waits for it.
+// The floor of a program that must not block: one thread per child waits for it.
 Cost withThread() {
     const Stopwatch watch;
     const pid_t pid = posixSpawn();
@@ -88,7 +87,7 @@ Cost withThread() {
     return {call, watch.microseconds()};
 }
 
-// The parent's burden while its children are measured.
+// The load of the parent during the measurement.
 struct Burden {
     enum class Kind { none, memory };
 

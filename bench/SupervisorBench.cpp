@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 
 const std::string waiter = TARNIK_CHILDREN_DIR "/wait_for_input_end";
 
-// Something that one thread says and another waits for.
+// An event that one thread signals and another waits for.
 class Bell {
 public:
     void ring() {
@@ -40,7 +40,7 @@ private:
     int rung_ = 0;
 };
 
-// A node home whose runtime is a program that only waits for the end of its input.
+// A node home whose runtime only waits for the end of its input.
 NodeHome layOut() {
     auto home =
         NodeHome::resolve((std::filesystem::current_path() / "supervisor-bench").string(), "/Users/me")
@@ -59,7 +59,7 @@ double secondsSince(TimePoint start) {
     return Seconds(steadyNow() - start).count();
 }
 
-// From SIGKILL to the supervisor's report of it.
+// Measures the time from SIGKILL to the supervisor's report.
 double reported(const NodeHome& home) {
     Bell running;
     Bell restarting;
@@ -72,7 +72,7 @@ double reported(const NodeHome& home) {
         });
     supervisor.start();
     running.await(1);
-    std::this_thread::sleep_for(5ms);  // past its exec
+    std::this_thread::sleep_for(5ms);  // until it has executed its program
     const TimePoint start = steadyNow();
     ::kill(*supervisor.runningPID(), SIGKILL);
     restarting.await(1);
@@ -81,7 +81,7 @@ double reported(const NodeHome& home) {
     return took;
 }
 
-// The floor: a thread that waits for the child and tells another.
+// The floor: a thread that waits for the child and signals another.
 double bare() {
     int input[2];
     if (::pipe(input) != 0) return 0;

@@ -31,7 +31,7 @@ std::string plain(std::size_t bytes) {
         bytes);
 }
 
-// As a terminal passes it on: every line feed has become CR LF.
+// Turns every line feed into CR LF, like a terminal.
 std::string terminalLines(std::size_t bytes) {
     return repeated(
         "2026-01-05 10:32:07 connected to the service, waiting for the next job to come in\r\n"
@@ -47,7 +47,7 @@ std::string coloured(std::size_t bytes) {
         bytes);
 }
 
-// The rule as a plain loop over the bytes, right for the texts above: what clean is measured against.
+// The floor: the rule as a plain loop over the bytes. It is correct for the texts above.
 std::string byteLoop(std::string_view text) {
     enum class State { plain, escape, control, command, commandEscape };
     std::string cleaned;
@@ -114,7 +114,7 @@ BENCHMARK_CAPTURE(over, clean_coloured, tarnik::TerminalText::clean, coloured)->
 
 constexpr int bytesOneByOne = 20'000;
 
-// A program that prints one byte at a time. Its floor is the snapshots: a copy of the text for each byte.
+// A program that prints single bytes. The floor is its snapshots: a copy of the text for each byte.
 void oneByteChunksFloor(benchmark::State& state) {
     for (auto _ : state) {
         std::string text;
@@ -140,7 +140,7 @@ void oneByteChunks(benchmark::State& state, Text make) {
     }
 }
 
-// Through a session and its reader: each message of the socket is a chunk of its own.
+// Measures a session and its reader. Each message of the socket is one chunk.
 void oneByteChunksRead(benchmark::State& state) {
     using namespace tarnik;
     const std::string text = terminalLines(bytesOneByOne);

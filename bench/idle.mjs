@@ -1,5 +1,4 @@
-// What the program costs while nothing happens, with a helper running: how often its threads wake, and how much
-// memory it holds. Linux only; reads /proc.
+// Measures the idle program with a running helper: the wake-ups of its threads and its memory. Linux only; reads /proc.
 //
 //     node bench/idle.mjs PROGRAM [SECONDS]
 import { spawn } from 'node:child_process';
@@ -11,8 +10,8 @@ import { setTimeout as pause } from 'node:timers/promises';
 import { layOutJoined } from './joinedHome.mjs';
 
 const mostResidentKiB = 12 * 1024;
-const lookAtSwitches = 2;  // seconds from one to the next, the only reason to wake
-const settling = 2000;  // milliseconds for a start to come to rest
+const lookAtSwitches = 2;  // seconds between two reads of the switches, the only reason to wake
+const settling = 2000;  // milliseconds until a started program is idle
 const [program, seconds = '10'] = process.argv.slice(2);
 
 function switches(pid) {
@@ -42,7 +41,7 @@ try {
   const resident = residentKiB(child.pid);
   const threads = readdirSync(`/proc/${child.pid}/task`).length;
   console.log(`idle for ${seconds} s: ${woke} wake-ups, ${(resident / 1024).toFixed(1)} MiB resident, ${threads} threads`);
-  const mostWakeUps = Math.ceil(Number(seconds) / lookAtSwitches) + 1;  // one on the edge
+  const mostWakeUps = Math.ceil(Number(seconds) / lookAtSwitches) + 1;  // one more at the end of the interval
   if (woke > mostWakeUps || resident > mostResidentKiB) process.exitCode = 1;
 } finally {
   child.stdin.end();

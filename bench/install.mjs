@@ -1,5 +1,5 @@
-// A whole install of a 50 MB package over loopback, beside the same done by hand with curl, openssl and tar; the
-// program's own share after the last byte; its peak memory. Linux only; reads /proc.
+// Measures the install of a 50 MB package over loopback: its time, compared with curl, openssl and tar; the program's
+// time after the last byte; its peak memory. Linux only; reads /proc.
 //
 //     node bench/install.mjs PROGRAM [ROUNDS]
 import { execFile } from 'node:child_process';
@@ -10,7 +10,7 @@ import { ConsoleRun } from '../devkit/journey/consoleRun.mjs';
 import { layOut } from '../devkit/journey/layout.mjs';
 
 const limitMs = 60_000;
-const runTool = promisify(execFile);  // not the blocking one: the service lives in this process
+const runTool = promisify(execFile);  // asynchronous, because the service runs in this process
 const [program, rounds = '7'] = process.argv.slice(2);
 
 const seconds = (from) => (performance.now() - from) / 1000;
@@ -20,7 +20,7 @@ function memory(pid, field) {
   return Number(new RegExp(`${field}:\\s+(\\d+)`).exec(readFileSync(`/proc/${pid}/status`, 'utf8'))[1]) / 1024;
 }
 
-// What is timed ends with the program's word that it is done; `unpacked` counts from the last byte to there.
+// Returns the time until the program reports success. `unpacked` is the part of it after the last byte.
 async function install(place) {
   rmSync(place.nodeHome, { recursive: true, force: true });
   const run = new ConsoleRun(program, place);
@@ -38,7 +38,7 @@ async function install(place) {
   return { took, peak, unpacked };
 }
 
-// What the program holds when there is nothing to install.
+// Returns the program's memory if there is nothing to install.
 async function idleMemory(place) {
   const run = new ConsoleRun(program, place);
   run.allow(limitMs);
@@ -49,7 +49,7 @@ async function idleMemory(place) {
   return idle;
 }
 
-// The same steps without the program: fetch, digest, unpack, for the release file, the runtime and the package.
+// Does the same steps without the program: fetch, digest and unpack.
 async function byHand(place) {
   const folder = path.join(place.root, 'by-hand');
   rmSync(folder, { recursive: true, force: true });

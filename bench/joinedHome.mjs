@@ -1,4 +1,4 @@
-// A user's home that has the helper and has joined, so that the helper starts by itself.
+// Makes a home directory with an installed helper that has joined, so that the program starts it.
 import { cpSync, mkdirSync, symlinkSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';

@@ -1,10 +1,9 @@
-// What the window costs, beside a bare window with a tray icon in the same run: the time from its start until it
-// is on the screen and until there is something in it, memory, wake-ups while nothing happens, and how soon it
-// answers in a storm of states.
+// Compares the window with a bare window in the same run: the time until it is mapped and until it has contents,
+// memory, wake-ups while idle, and its reactions during a storm of states.
 //
 //     node bench/window.mjs PROGRAM [SECONDS]
 //
-// Linux only. The bare window and the storm are those built with the program. Exits 1 when a limit is broken.
+// Linux only. The bare window and the storm are built with the program. Exits with 1 if a limit is exceeded.
 import { existsSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync } from 'node:fs';
 import path from 'node:path';
 import { setTimeout as pause } from 'node:timers/promises';
@@ -12,12 +11,12 @@ import { layOutJoined } from './joinedHome.mjs';
 import { Desktop } from '../devkit/window/desktop.mjs';
 
 const rounds = 15;
-const mostTimes = 1.3;  // of what the bare window takes
-const lookAtSwitches = 2;  // seconds from one to the next, the only reason to wake
-const mostLateMs = 16;  // one frame, for 99 of 100
-const leastTaken = 0.95;  // of the states, in time
+const mostTimes = 1.3;  // relative to the bare window
+const lookAtSwitches = 2;  // seconds between two reads of the switches, the only reason to wake
+const mostLateMs = 16;  // one frame; the 99th percentile
+const leastTaken = 0.95;  // the share of the states that were accepted
 const settlingMs = 2000;
-const caretRestsMs = 12_000;  // after the last key, and a little
+const caretRestsMs = 12_000;  // a little more than the time after which the caret stops
 const limitMs = 20_000;
 const [program, seconds = '10'] = process.argv.slice(2);
 const built = path.resolve(path.dirname(program), '..');
@@ -25,7 +24,7 @@ const bare = path.join(built, 'bench', 'bare_window');
 const programs = {
   tarnik: [path.resolve(program)],
   bare: [bare],
-  word: [bare, 'tarnik'],  // the same window with one word in it
+  word: [bare, 'tarnik'],  // the same window with one word
   storm: [path.join(built, 'bench', 'state_storm')],
 };
 for (const [file] of Object.values(programs)) if (!existsSync(file)) throw new Error(`${file} was not built`);
@@ -33,7 +32,7 @@ for (const [file] of Object.values(programs)) if (!existsSync(file)) throw new E
 const median = (numbers) => [...numbers].sort((a, b) => a - b)[Math.floor(numbers.length / 2)];
 let broken = 0;
 
-// Only the bare window is the limit; that with a word shows how much of it is the fonts' and not ours.
+// The limit is relative to the bare window. The window with a word shows the share of the fonts.
 function report(what, unit, { tarnik, bare: floor, word }, { most = mostTimes } = {}) {
   const ratio = tarnik / floor;
   const verdict = ratio <= most ? '' : `   MORE THAN ${most}`;
@@ -42,17 +41,17 @@ function report(what, unit, { tarnik, bare: floor, word }, { most = mostTimes } 
     + `${floor.toFixed(1)}, ${(tarnik / word).toFixed(2)} times that with a word, ${word.toFixed(1)}${verdict}`);
 }
 
-// Nobody reads the screen aloud in these runs.
+// Screen readers are off in these runs.
 const quiet = { QT_LINUX_ACCESSIBILITY_ALWAYS_ON: undefined };
 
 async function start(desktop, environment, name) {
   const from = desktop.windows.mark;
-  const before = Number(process.hrtime.bigint()) / 1e6;  // the clock of whoever watches the windows
+  const before = Number(process.hrtime.bigint()) / 1e6;  // the clock of the program that watches the windows
   const started = desktop.start(programs[name][0], programs[name].slice(1), environment, quiet);
   const line = await desktop.windows.expect(new RegExp(`"pid":${started.pid},"title":"(tarnik|bare)"`), from,
     Date.now() + limitMs);
   const window = JSON.parse(line);
-  const shows = name === 'bare' ? 'ground' : 'content';  // there is nothing on its ground
+  const shows = name === 'bare' ? 'ground' : 'content';  // it has no contents
   return {
     started,
     mappedMs: window.at - before,
@@ -88,7 +87,7 @@ async function measureStart(desktop, environment) {
   const mapped = each(names, () => []);
   const shown = each(names, () => []);
   for (let round = 0; round <= rounds; round += 1) {
-    names.push(names.shift());  // none is always the first
+    names.push(names.shift());  // rotates the order
     for (const name of names) {
       const run = await start(desktop, environment, name);
       const shownMs = await run.shownMs();
@@ -103,13 +102,13 @@ async function measureStart(desktop, environment) {
   report('until something is in it', 'ms', each(names, (name) => median(shown[name])), { most: Infinity });
 }
 
-// How often each wakes up while nothing happens.
+// Measures the wake-ups of each program while idle.
 async function wokeAtRest(pids) {
   const names = Object.keys(pids);
   const before = each(names, (name) => wakeUps(pids[name]));
   await pause(Number(seconds) * 1000);
   const woke = each(names, (name) => wakeUps(pids[name]) - before[name]);
-  const most = Math.ceil(Number(seconds) / lookAtSwitches) + 1;  // one on the edge
+  const most = Math.ceil(Number(seconds) / lookAtSwitches) + 1;  // one more at the end of the interval
   if (woke.tarnik > most) broken += 1;
   const verdict = woke.tarnik > most ? `   MORE THAN ${most}` : '';
   return names.map((name) => `${name} ${woke[name]}`).join(', ') + verdict;
@@ -129,7 +128,7 @@ async function measureRest(desktop, environment) {
   for (const name of names) await end(runs[name]);
 }
 
-// The field for the link has the keyboard, with a caret in it.
+// The link field has the focus, so its caret blinks at first.
 async function measureRestOfLinkPage(desktop, environment) {
   rmSync(joinRecord(environment.HOME));
   const run = await start(desktop, environment, 'tarnik');
@@ -145,7 +144,7 @@ async function measureStorm(desktop, environment) {
   const [nothing, ...storms] = kinds;
   console.log(`no storm: the window answers after ${nothing.half} ms, 99 of 100 within ${nothing.most} ms`);
   for (const { name, seconds: lasted, taken, drawn, used, half, most, worst } of storms) {
-    const late = most - nothing.most;  // that the machine has other things to do isn't the window's fault
+    const late = most - nothing.most;  // excludes the load of other programs
     const bad = late > mostLateMs || taken < lasted * 1000 * leastTaken;
     if (bad) broken += 1;
     console.log(`storm of ${name}: ${Math.round(taken / lasted)} states a second, ${Math.round(drawn / lasted)} drawn, `

@@ -61,7 +61,7 @@ struct WindowContent {
         bool operator==(const Terminal&) const = default;
     };
 
-    struct Busy {  // a quiet spinner
+    struct Busy {  // work of unknown length
         bool operator==(const Busy&) const = default;
     };
     using Progress = std::variant<std::monostate, Busy, DownloadProgress>;

@@ -7,7 +7,7 @@ namespace tarnik {
 enum class ColourScheme { light, dark, unknown };
 enum class Contrast { usual, higher };
 
-// In sRGB, each part from 0 to 1.
+// An sRGB colour. Each component is from 0 to 1.
 struct AccentColour {
     double red = 0;
     double green = 0;
@@ -16,7 +16,7 @@ struct AccentColour {
     bool operator==(const AccentColour&) const = default;
 };
 
-// What of the colours is chosen beside light and dark.
+// Colour preferences that apply to the light and to the dark palette.
 struct PaletteOptions {
     std::optional<AccentColour> accent;
     Contrast contrast = Contrast::usual;
@@ -24,7 +24,7 @@ struct PaletteOptions {
     bool operator==(const PaletteOptions&) const = default;
 };
 
-// What the person has chosen for all programs; nothing, where there is no such choice.
+// The user's appearance preferences for all programs. The defaults mean "no preference".
 struct AppearanceSettings {
     ColourScheme scheme = ColourScheme::unknown;
     PaletteOptions options;

@@ -7,18 +7,19 @@
 
 namespace tarnik {
 
-// Work that takes as long as the network does, each piece on a thread of its own that nobody joins. A piece
-// holds only what it was given, and hands its result to the main thread.
+// Runs slow tasks, such as transfers, each on its own detached thread. A task owns all that it uses and posts
+// its result to the main thread.
 //
-// Made by main(). Copies share the count.
+// Made by main(). Copies share one count of running tasks.
 class BackgroundTasks {
 public:
     using Task = std::function<void()>;
 
-    // Whether it was started: false when the system has no thread to spare. From any thread.
+    // Returns false if the system can't create a thread. Call from any thread.
     bool start(const std::string& label, Task task) const;
 
-    // Nothing is under way. Otherwise the program must end without tearing down what its threads may use.
+    // Returns true if no task runs. Otherwise the program must exit without destroying static objects, which
+    // a task may still use.
     bool isIdle() const { return *running_ == 0; }
 
 private:

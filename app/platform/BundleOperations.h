@@ -13,73 +13,75 @@
 
 namespace tarnik {
 
-// The copy of the application that this process is.
+// The copy of the application that this process runs.
 struct OwnCopy {
     std::string bundlePath;
-    bool isTranslocated = false;              // run from a randomised read-only copy
-    std::optional<std::string> originalPath;  // what that was opened from, where the system tells
+    bool isTranslocated = false;              // the system runs it from a randomised read-only path
+    std::optional<std::string> originalPath;  // the path before translocation, if the system knows it
     std::vector<std::string> arguments;
 };
 
-// Another process of the application. Only id and start together tell which one is meant.
+// Another process of the application. Process ids are reused, so the start time is part of its identity.
 struct OtherCopy {
     pid_t pid = 0;
     std::optional<ProcessTime> started;
     std::string bundlePath;
 };
 
-// The signatures of bundles. Each look is at the whole bundle and may take seconds.
+// Checks code signatures. Each call reads the whole bundle and may take seconds.
 struct CodeSignatures {
-    // Empty for a valid signature that names no team (ad hoc); none where the signature isn't valid or there
-    // is none.
+    // Returns the team identifier of a validly signed bundle, or an empty string if the valid signature has
+    // no team (ad hoc). Returns std::nullopt if the bundle is unsigned or its signature is invalid.
     std::function<std::optional<std::string>(const std::string& bundle)> teamIdentifier;
 
-    // Whether the bundle is validly signed as our bundle identifier by this team.
+    // Returns true if this team validly signed the bundle with our bundle identifier.
     std::function<bool(const std::string& bundle, const std::string& team)> satisfiesRequirement;
 };
 
-// What is done to bundles as files. None of these follows a link that is the last part of a path.
+// File operations on bundles. No operation follows a symbolic link in the last component of a path.
 struct BundleFiles {
     using Done = std::expected<void, SystemError>;
 
     std::function<bool(const std::string& folder)> canWrite;
 
-    // The whole bundle with its attributes; nothing may be at `to`. A failure may leave a part there.
+    // Copies the whole bundle with its attributes. Fails if `to` exists. A failure may leave a partial copy.
     std::function<Done(const std::string& from, const std::string& to)> copy;
 
-    // Each takes the other's place, at once: nobody ever finds either path empty.
+    // Exchanges two bundles atomically: each path exists at every moment.
     std::function<Done(const std::string& one, const std::string& other)> exchange;
 
-    // Fails when there is something at `to`.
+    // Fails if `to` exists.
     std::function<Done(const std::string& from, const std::string& to)> moveIntoEmptyPlace;
 
-    // Puts it where the person finds it again. May ask the person first, and so take long.
+    // Moves the bundle to the user's trash. May prompt the user, so it can block for long.
     std::function<Done(const std::string& path)> trash;
 
-    // Removes com.apple.quarantine from this one entry: whether it had it.
+    // Removes com.apple.quarantine from this entry only. Returns whether the attribute existed.
     std::function<std::expected<bool, SystemError>(const std::string& entry)> clearQuarantine;
 };
 
-// The other processes with our bundle identifier.
+// Operations on the other processes with our bundle identifier.
 struct OtherCopies {
-    // Those that were started before this one, so that of two started together one stays. Without ourselves.
+    // Returns the processes that started before this one. Of two that start together, exactly one sees the
+    // other.
     std::function<std::vector<OtherCopy>()> startedBefore;
 
-    // Asked of the process table, not of what AppKit noted: nothing is noted while nobody runs the main loop.
+    // Reads the process table, because AppKit's list is stale while no main loop runs.
     std::function<bool(const OtherCopy&)> isRunning;
 
-    // Ask it to quit, as the person would or by force; nothing happens when it is gone. They don't wait.
+    // Ask the process to quit, politely or by force, and return at once. Do nothing if it has ended.
     std::function<void(const OtherCopy&)> terminate;
     std::function<void(const OtherCopy&)> forceTerminate;
 
     std::function<void(const OtherCopy&)> activate;  // brings it to the front
-    std::function<void()> postShowWindow;  // the distributed notification com.tarnik.node.showWindow,
-                                           // delivered at once
+
+    // Posts the distributed notification com.tarnik.node.showWindow for immediate delivery.
+    std::function<void()> postShowWindow;
 };
 
-// What moving the application takes of the system. Never called on the main thread.
+// The system operations that moving the application needs. Never call them on the main thread.
 struct BundleOperations {
-    // Absent on a system where applications aren't moved; then nothing else is asked for.
+    // Absent if applications are not moved on this system. The other operations are absent then, too.
     std::function<OwnCopy()> ownCopy;
 
     CodeSignatures signatures;

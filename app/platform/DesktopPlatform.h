@@ -20,27 +20,28 @@
 
 namespace tarnik {
 
-// What a desktop has to know of the run.
+// The facts about this run that a desktop needs.
 struct DesktopRun {
     SystemFolders folders;
     Environment environment;
     std::string userFolder;
-    std::string executable;             // of this program
-    std::optional<std::string> bundle;  // that the program runs from
+    std::string executable;             // the path of this program
+    std::optional<std::string> bundle;  // the bundle that contains this program
     MainThread mainThread;
 };
 
-// Whether there is anything that would show a status item.
+// Whether a tray (a host of status items) is running.
 enum class TrayHost { present, absent };
 
-// What the desktop of one system gives to the shell. Each folder of app/platform/ makes its own, of which the
-// build takes one. Whatever an operation needs lives as long as the operation does.
+// Everything that one desktop system provides to the shell. The build compiles one of the folders in
+// app/platform/, which defines the static functions. Each operation owns what it uses.
 struct DesktopPlatform {
-    std::string installPath;  // the bundle's, where the application is installed
+    std::string installPath;  // the bundle's path once it is installed
     UserDefaults defaults;
     SwitchOperations switches;
 
-    // Registers what is run on the main thread when a switch may have changed; absent where nobody tells.
+    // Registers a handler that runs on the main thread when a switch may have changed. Absent if the system
+    // does not report changes.
     std::function<void(std::function<void()>)> onSwitchesChanged;
 
     std::function<SystemLog(const std::string& category)> log;
@@ -50,36 +51,34 @@ struct DesktopPlatform {
     SystemEvents events;
     SingleInstance singleInstance;
 
-    // Whether a start with the person's session carries --at-login. Where it carries nothing, no start can be
-    // told to come from the person.
+    // Whether a start at login carries --at-login. If not, a start at login looks like a start by the user.
     bool marksLoginStarts = false;
 
-    // The file with the status item's image, a shape that the system colours; absent where the mark is drawn.
+    // The status item's image file, a mask that the system colours. Absent if the mark is drawn instead.
     std::optional<std::string> statusImage;
 
-    // Gives the status item, once it is shown, a name to be read out; absent where the toolkit does.
+    // Sets the accessible name of the shown status item. Absent if the toolkit sets it.
     std::function<void(std::string_view name)> nameStatusItem;
 
-    // Puts the application before all others, so that a window shown next has the keyboard; absent where the
-    // toolkit does all there is to do.
+    // Activates the application, so that a window shown next gets the focus. Absent if the toolkit does that.
     std::function<void()> activate;
 
-    // Registers what is told, on the main thread, the choice once it can be told and then each change of it;
-    // absent where the toolkit follows by itself.
+    // Registers a handler for the appearance settings. It runs on the main thread, once the settings are
+    // known and after each change. Absent if the toolkit follows the settings itself.
     std::function<void(std::function<void(const AppearanceSettings&)>)> onAppearanceChanged;
 
-    // Registers what is told, on the main thread, whether there is a tray: once, soon, and then each change.
-    // Nobody may ask the toolkit about trays before it was told of one: it remembers its first answer for the
-    // rest of the run. Absent where there always is one.
+    // Registers a handler for the tray. It runs on the main thread, first with the initial state and then
+    // after each change. Absent if there always is a tray.
+    // Do not query the toolkit for a tray before the handler has run: Qt caches its first answer.
     std::function<void(std::function<void(TrayHost)>)> onTrayHost;
 
-    // Before the application object of the toolkit exists, and while only one thread reads the environment.
+    // Call it before the toolkit's application object exists, while no other thread reads the environment.
     static void prepare();
 
-    // Why there can't be a window here, in words for the person; none where there can.
+    // Returns a message for the user if no window can be shown here, otherwise std::nullopt.
     static std::optional<std::string> whyNoWindow(const Environment& environment);
 
-    // When the application object of the toolkit exists, and its loop doesn't run yet.
+    // Call it after the toolkit's application object exists and before the event loop runs.
     static DesktopPlatform make(const DesktopRun& run);
 };
 

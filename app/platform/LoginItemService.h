@@ -4,11 +4,11 @@
 
 namespace tarnik {
 
-// The system's list of what starts when the person logs in. It asks another process and may take seconds: on
-// a background thread. The operations are absent on a system that keeps no such list.
+// The system's list of programs that start at login. The operations are absent if the system has no such
+// list. They query another process and may take seconds, so call them on a background thread.
 struct LoginItemService {
     std::function<bool()> isEnabled;     // whether the application is on the list
-    std::function<bool()> registerItem;  // puts it there; false: not possible, or the person took it off
+    std::function<bool()> registerItem;  // adds it; false if that fails or the user removed it earlier
 };
 
 }  // namespace tarnik

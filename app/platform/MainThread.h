@@ -1,22 +1,43 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
-#include "app/platform/RepeatingTimer.h"
 #include "core/foundation/Time.h"
 
 namespace tarnik {
 
-// The main thread, as the shell sees it: where its state lives. Nobody ever waits for it.
+// Repeats a task on the main thread until this object is destroyed. Main thread only.
+class RepeatingTimer {
+public:
+    // `end` stops the repetition. The task does not run after it.
+    explicit RepeatingTimer(std::function<void()> end) : end_(std::move(end)) {}
+
+    ~RepeatingTimer() {
+        if (end_) end_();
+    }
+    RepeatingTimer(const RepeatingTimer&) = delete;
+    RepeatingTimer& operator=(const RepeatingTimer&) = delete;
+    RepeatingTimer(RepeatingTimer&& other) noexcept : end_(std::exchange(other.end_, nullptr)) {}
+    RepeatingTimer& operator=(RepeatingTimer&& other) noexcept {
+        std::swap(end_, other.end_);
+        return *this;
+    }
+
+private:
+    std::function<void()> end_;
+};
+
+// The main thread's event loop. It owns the state of the shell. No thread ever waits for it.
 struct MainThread {
     using Task = std::function<void()>;
 
-    // Runs `task` there, soon, after what was posted before. From any thread; never runs it at once. What is
-    // left when the program's loop ends is dropped.
+    // Queues `task`; never runs it at once. Tasks run in the order of their posts. Tasks that are left when
+    // the event loop ends are dropped. Call from any thread.
     std::function<void(Task task)> post;
 
-    // Runs `task` there every `interval` on the steady clock, the first time after one. After a sleep of the
-    // machine once, not once for each that was missed. Main thread only.
+    // Runs `task` every `interval` of the steady clock, first after one interval. Missed intervals, such as
+    // during system sleep, are not repeated. Main thread only.
     std::function<RepeatingTimer(Seconds interval, Task task)> repeat;
 };
 

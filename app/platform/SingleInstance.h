@@ -6,27 +6,27 @@
 
 namespace tarnik {
 
-// Sees to it that one copy of the program runs for a person. Main thread. The operations are absent where the
-// system does that by itself.
+// Makes sure that one instance of the program runs per user. Main thread. The operations are absent if the
+// system ensures that itself.
 struct SingleInstance {
-    // What a start brings to the copy that runs.
+    // The request that a second instance hands to the running one.
     struct LaunchRequest {
         std::optional<std::string> link;
-        bool wantsWindow = true;  // of that copy; without a link only, which brings it up anyway
+        bool wantsWindow = true;  // ignored if there is a link
     };
 
     enum class Outcome {
-        primary,      // the program goes on
-        handedOver,   // another copy runs and knows what we wanted of it: we must end
-        unavailable,  // nobody could be asked; the program goes on, and says so
+        primary,      // this instance continues
+        handedOver,   // another instance took the request, and this one must exit
+        unavailable,  // no check was possible; this instance continues and reports it
     };
 
-    // Before the program's loop runs, once. Blocks for as long as another copy takes to answer, or to end
-    // when it is about to: bounded. Where we go on, the link comes to SystemEvents::onLink, as those of later
-    // starts do, once.
+    // Call it once, before the event loop runs. Blocks, with a bound, while another instance answers or ends.
+    // If this instance continues, its link arrives through SystemEvents::onLink, like the links of later
+    // instances.
     std::function<Outcome(const LaunchRequest& request)> acquire;
 
-    // The program is about to end: what a later start hands over is refused, and that start waits.
+    // Rejects requests from now on, because the program is about to end. A later instance waits for that end.
     std::function<void()> refuseRequests;
 };
 

@@ -6,24 +6,24 @@
 
 namespace tarnik {
 
-// The two privacy switches of the system. Main thread.
+// Reads and requests the system's two privacy switches. Main thread.
 struct SwitchOperations {
-    // As the system says right now; never prompts.
+    // Returns the current state. Never prompts.
     std::function<bool(Switch)> isOn;
 
-    // Runs `handler` once, when isOn can tell: a few seconds later at most. Absent where it can from the
-    // start.
+    // Calls `handler` once isOn returns real answers, after a few seconds at most. Absent if isOn is accurate
+    // from the start.
     std::function<void(std::function<void()> handler)> whenKnown;
 
-    // Asks the system to offer the switch to the person, with a dialogue of its own, which may come up later.
-    // Whether it is on already.
+    // Asks the system to prompt the user; its dialog may appear later. Returns true if the switch is on
+    // already.
     std::function<bool(Switch)> prompt;
 
-    // Whether the system keeps a grant for one copy of the program, so that its list may show the switch on
-    // while the copy that runs doesn't have it.
+    // Whether the system grants a permission to one copy of the program. Its settings may then show the
+    // switch as on although the running copy lacks the permission.
     bool grantsGoStale = true;
 
-    // Shows the page of the settings where the person turns it on.
+    // Opens the page of the system settings that has the switch.
     std::function<void(Switch)> openSettings;
 };
 

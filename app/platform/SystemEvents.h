@@ -5,20 +5,20 @@
 
 namespace tarnik {
 
-// What the system tells the application. Each operation registers one handler for the rest of the run, which
-// is called on the main thread.
+// Notifications from the system. Each operation registers one handler for the rest of the run. Handlers run
+// on the main thread.
 struct SystemEvents {
-    // A link of our scheme was opened, maybe the one that the application was started for.
+    // A link with our scheme was opened. It may be the link that started the application.
     std::function<void(std::function<void(const std::string& link)>)> onLink;
 
-    // A second copy was started, found us and has ended.
+    // A second instance started, found this one and ended.
     std::function<void(std::function<void()>)> onSecondOpen;
 
-    // The person opened the application while it runs; absent where that starts a second copy. Only once the
-    // program's loop runs.
+    // The user opened the running application again. Absent if that starts a second instance. Register it
+    // only after the event loop runs.
     std::function<void(std::function<void()>)> onReopen;
 
-    // The person has come to the application.
+    // The application became the active one.
     std::function<void(std::function<void()>)> onBecameActive;
 };
 

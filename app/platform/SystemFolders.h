@@ -6,14 +6,14 @@
 
 namespace tarnik {
 
-// Where this system wants a program to keep what is the user's. Full paths without a slash at the end;
-// nothing is made. Each is shared by all programs: ours is a folder "tarnik" inside.
+// The system's standard folders for a user's data, as absolute paths without a trailing slash. All programs
+// share them; ours uses a subfolder "tarnik". They may not exist.
 struct SystemFolders {
-    std::string applicationSupport;  // what a program needs to work
+    std::string applicationSupport;  // data that a program needs to work
     std::string logs;
     std::string preferences;
 
-    // On Linux by the XDG base directories (a value that isn't a full path counts as absent, as they say).
+    // On Linux this follows the XDG base directories, which ignore a value that is not an absolute path.
     static SystemFolders of(const Environment& environment, const std::string& userFolder);
 };
 

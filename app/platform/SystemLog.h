@@ -5,7 +5,8 @@
 
 namespace tarnik {
 
-// One channel of the system's log, such as "app" or "updater". From any thread; never blocks for long.
+// Writes to one category of the system's log, such as "app" or "updater". Call from any thread. Never blocks
+// for long.
 using SystemLog = std::function<void(const std::string& message)>;
 
 }  // namespace tarnik

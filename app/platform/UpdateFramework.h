@@ -5,26 +5,26 @@
 
 namespace tarnik {
 
-// The system's update framework: it looks for new versions, downloads, checks and installs them, and talks to
-// the person about those that the person asked for. Main thread, callbacks too.
+// The system's update framework. It finds, downloads, verifies and installs updates, and shows windows for
+// the checks that the user starts. Main thread, callbacks included.
 struct UpdateFramework {
-    // Installs the update at once and starts the program anew. The program is told to quit in the ordinary
-    // way, perhaps before this returns.
+    // Installs the update now and restarts the program. The framework quits the program the usual way,
+    // perhaps before this returns.
     using Install = std::function<void()>;
 
-    // An update was downloaded and goes in when the program quits; `version` is for people. Whether we choose
-    // a moment before that. May come again, for the same update too.
+    // Called when a downloaded update is ready to be installed on quit. `version` is for display. Return true
+    // to take over and call `install` earlier. May be called again for the same update.
     using WillInstallOnQuit = std::function<bool(const std::string& version, Install install)>;
 
-    // One per run. It goes with its last copy.
+    // The updater of this run. Its copies share one object.
     struct Controller {
         std::function<void()> start;
-        std::function<void()> setAutomaticallyChecks;     // to true; remembered for the next run
-        std::function<void()> setAutomaticallyDownloads;  // the same
-        std::function<void()> checkForUpdates;            // now, with the framework's own windows
+        std::function<void()> setAutomaticallyChecks;     // enables it for later runs, too
+        std::function<void()> setAutomaticallyDownloads;  // enables it for later runs, too
+        std::function<void()> checkForUpdates;            // starts a check with the framework's own windows
     };
 
-    // Doesn't start it. The operation is absent on a system without such a framework.
+    // Returns a controller that is not started. Absent if the system has no update framework.
     std::function<Controller(WillInstallOnQuit handler)> makeController;
 };
 

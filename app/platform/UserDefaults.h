@@ -6,12 +6,11 @@
 
 namespace tarnik {
 
-// What is remembered for this user from one run to the next, under the bundle identifier. Main thread;
-// quick, since the system keeps it in memory.
+// The user's stored preferences under our bundle identifier. Main thread. Reads are served from memory.
 struct UserDefaults {
-    std::function<std::optional<std::string>(const std::string& key)> text;  // none for other kinds of values
-    std::function<bool(const std::string& key)> flag;                        // false when there is none
-    std::function<void(const std::string& key)> setFlag;                     // to true
+    std::function<std::optional<std::string>(const std::string& key)> text;  // std::nullopt for other types
+    std::function<bool(const std::string& key)> flag;                        // false if absent
+    std::function<void(const std::string& key)> setFlag;                     // stores true
 };
 
 }  // namespace tarnik

@@ -14,9 +14,9 @@ namespace {
 
 constexpr int iconSide = 48;
 
-// Paths stand in them; in characters.
-constexpr std::size_t longestTitle = 200;
-constexpr std::size_t longestText = 1000;
+// In characters. The texts may contain long paths.
+constexpr std::size_t maxTitleLength = 200;
+constexpr std::size_t maxTextLength = 1000;
 
 }  // namespace
 
@@ -25,12 +25,12 @@ std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::stri
     box->setWindowTitle(qtText(WindowTexts::product));
     box->setWindowIcon(applicationIcon());
     box->setIconPixmap(applicationIcon().pixmap(QSize(iconSide, iconSide), box->devicePixelRatioF()));
-    box->setText(qtText(sanitizedLine(title, longestTitle)));
-    box->setInformativeText(qtText(sanitizedLine(text, longestText)));
+    box->setText(qtText(sanitizedLine(title, maxTitleLength)));
+    box->setInformativeText(qtText(sanitizedLine(text, maxTextLength)));
     box->setStandardButtons(QMessageBox::Ok);
     box->button(QMessageBox::Ok)->setText(qtText(WindowTexts::ok));
 
-    // The box has no words for these.
+    // QMessageBox has no properties for the text format and the title's weight.
     for (auto* label : box->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
     if (auto* heading = box->findChild<QLabel*>("qt_msgbox_label")) {
         QFont font = heading->font();
@@ -42,9 +42,9 @@ std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::stri
     return box;
 }
 
-void showAlert(const std::string& title, const std::string& text, std::function<void()> seen) {
+void showAlert(const std::string& title, const std::string& text, std::function<void()> closed) {
     auto* box = makeAlert(title, text).release();
-    if (seen) QObject::connect(box, &QMessageBox::finished, box, std::move(seen));
+    if (closed) QObject::connect(box, &QMessageBox::finished, box, std::move(closed));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->show();
     box->raise();

@@ -10,34 +10,35 @@ class QAccessibleAnnouncementEvent;  // incomplete before Qt 6.8
 namespace tarnik {
 namespace {
 
-// Screen readers speak a notification when it comes to be shown.
+// Gives the announcer the role of a notification, which screen readers speak when it appears.
 QAccessibleInterface* notificationFor(const QString&, QObject* object) {
     auto* announcer = dynamic_cast<Announcer*>(object);
     return announcer ? new QAccessibleWidget(announcer, QAccessible::Notification) : nullptr;
 }
 
-void tell(QAccessible::Event type, Announcer& announcer) {
+void notify(QAccessible::Event type, Announcer& announcer) {
     QAccessibleEvent event(&announcer, type);
     QAccessible::updateAccessibility(&event);
 }
 
-// The toolkit's own announcements, where it is new enough to have them: those are spoken everywhere.
+// Uses Qt's announcement event, which every screen reader speaks. Qt before 6.8 lacks it, so the
+// notification's change of name is announced there.
 template <typename Announcement>
-void tellNews(Announcer& announcer, const QString& news) {
+void announceText(Announcer& announcer, const QString& news) {
     if constexpr (requires { sizeof(Announcement); }) {
         Announcement announcement(&announcer, news);
         QAccessible::updateAccessibility(&announcement);
     } else {
-        announcer.setAccessibleName(news);  // tells of the new name
-        tell(QAccessible::ObjectShow, announcer);
-        tell(QAccessible::Alert, announcer);
+        announcer.setAccessibleName(news);  // also notifies screen readers
+        notify(QAccessible::ObjectShow, announcer);
+        notify(QAccessible::Alert, announcer);
     }
 }
 
 }  // namespace
 
 Announcer::Announcer(QWidget* parent) : QLabel(parent) {
-    QAccessible::installFactory(notificationFor);  // once, however often it is called
+    QAccessible::installFactory(notificationFor);  // ignores repeated calls
     setTextFormat(Qt::PlainText);
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -45,7 +46,7 @@ Announcer::Announcer(QWidget* parent) : QLabel(parent) {
 }
 
 void Announcer::announce(std::string_view news) {
-    tellNews<QAccessibleAnnouncementEvent>(*this, qtText(news));
+    announceText<QAccessibleAnnouncementEvent>(*this, qtText(news));
 }
 
 }  // namespace tarnik

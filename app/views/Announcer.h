@@ -5,7 +5,7 @@
 
 namespace tarnik {
 
-// Has a screen reader say what has happened, whatever has the keyboard. Takes no room in the window.
+// Makes screen readers speak a text without moving the focus. Invisible, one pixel in size.
 class Announcer : public QLabel {
 public:
     explicit Announcer(QWidget* parent);

@@ -5,7 +5,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
-#include "app/views/AccessibleName.h"
+#include "app/views/QtText.h"
 
 namespace tarnik {
 namespace {
@@ -20,7 +20,7 @@ IntentButton::IntentButton(OnButton onButton, QWidget* parent) : QPushButton(par
     setAutoDefault(false);
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QPushButton::clicked, this, [this, onButton = std::move(onButton)] {
-        if (isReady()) onButton(intent_);
+        if (acceptsInput()) onButton(intent_);
     });
 }
 
@@ -37,7 +37,7 @@ bool IntentButton::isFor(Key key) const {
     return key_ == key || key_ == Key::defaultAndCancelKey;
 }
 
-bool IntentButton::isReady() const {
+bool IntentButton::acceptsInput() const {
     const bool isNew = !shown_.isValid() || shown_.elapsed() < QApplication::doubleClickInterval();
     return isEnabled() && (key_ == Key::cancelKey || !isNew);
 }
@@ -47,7 +47,7 @@ void IntentButton::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) shown_.start();
 }
 
-// Return is the view's business, which knows of all buttons.
+// MainView handles Return, because it depends on all buttons.
 void IntentButton::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return event->ignore();
     QPushButton::keyPressEvent(event);
@@ -67,17 +67,17 @@ bool ButtonRow::setButtons(const std::vector<WindowContent::Button>& buttons) {
     const auto before = buttons_;
     auto spare = std::exchange(buttons_, {});
     for (const auto& button : buttons) {
-        buttons_.push_back(take(button.intent, spare));
+        buttons_.push_back(takeOrMake(button.intent, spare));
         buttons_.back()->setButton(button);
     }
     for (auto* unused : spare) {
         unused->hide();
-        unused->deleteLater();  // it may be the one whose click brought us here
+        unused->deleteLater();  // this may run inside its click handler
     }
-    const bool others = buttons_ != before;
-    if (others) arrange();
+    const bool hasChanged = buttons_ != before;
+    if (hasChanged) arrange();
     setVisible(!buttons_.empty());
-    return others;
+    return hasChanged;
 }
 
 IntentButton* ButtonRow::buttonFor(Key key) const {
@@ -86,7 +86,7 @@ IntentButton* ButtonRow::buttonFor(Key key) const {
     return found == buttons_.end() ? nullptr : *found;
 }
 
-IntentButton* ButtonRow::take(const WindowIntent& intent, std::vector<IntentButton*>& from) {
+IntentButton* ButtonRow::takeOrMake(const WindowIntent& intent, std::vector<IntentButton*>& from) {
     const auto found =
         std::ranges::find_if(from, [&](const auto* button) { return button->intent() == intent; });
     if (found == from.end()) return new IntentButton(onButton_, this);
@@ -102,15 +102,15 @@ void ButtonRow::arrange() {
     const bool fits = needed <= width_;
     layout_->setDirection(fits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 
-    const auto takesBack = [](const auto* button) {
+    const auto isCancelOnly = [](const auto* button) {
         return button->isFor(Key::cancelKey) && !button->isFor(Key::defaultKey);
     };
     for (auto* button : buttons_)
-        if (!takesBack(button)) layout_->addWidget(button);
+        if (!isCancelOnly(button)) layout_->addWidget(button);
     if (fits) layout_->addStretch(1);
     for (auto* button : buttons_) {
-        if (takesBack(button)) layout_->addWidget(button);
-        button->raise();  // screen readers have the order of the content
+        if (isCancelOnly(button)) layout_->addWidget(button);
+        button->raise();  // screen readers read the order of the content
         button->show();
     }
 }

@@ -13,8 +13,8 @@ namespace tarnik {
 
 using OnButton = std::function<void(const WindowIntent&)>;
 
-// A button that knows what is asked for with it. One that has just come to be there doesn't take for its own
-// what was meant for something else, such as the second of two quick clicks; what takes back always works.
+// A button that reports its intent. It ignores input for one double-click interval after it appears, because
+// a click or key may have been meant for its predecessor. A cancel button always reacts.
 class IntentButton : public QPushButton {
 public:
     IntentButton(OnButton onButton, QWidget* parent);
@@ -22,34 +22,34 @@ public:
     void setButton(const WindowContent::Button& button);
 
     const WindowIntent& intent() const { return intent_; }
-    bool isFor(WindowContent::Key key) const;  // the default or the cancel key
-    bool isReady() const;
+    bool isFor(WindowContent::Key key) const;  // `key` is defaultKey or cancelKey
+    bool acceptsInput() const;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
-    QElapsedTimer shown_;  // since it can be seen
+    QElapsedTimer shown_;  // since the button became visible
     WindowIntent intent_;
     WindowContent::Key key_ = WindowContent::Key::none;
 };
 
-// The buttons under a text. What takes back stands at the far end of the row, by itself or not: so nothing
-// comes to lie under a pointer that has just clicked. A button stays the same widget while its intent is
-// offered.
+// A row of buttons. Cancel is always the rightmost button, even when it is the only one, so no other button
+// appears under a pointer that just clicked it. A button remains the same widget while its intent is offered.
 class ButtonRow : public QWidget {
 public:
+    // Buttons that need more than `width` are stacked.
     ButtonRow(int width, OnButton onButton, QWidget* parent);
 
-    // Whether there are other widgets than before.
+    // Returns true if the set or the order of the widgets changed.
     bool setButtons(const std::vector<WindowContent::Button>& buttons);
 
     const std::vector<IntentButton*>& buttons() const { return buttons_; }
-    IntentButton* buttonFor(WindowContent::Key key) const;  // null where there is none
+    IntentButton* buttonFor(WindowContent::Key key) const;  // may be null
 
 private:
-    IntentButton* take(const WindowIntent& intent, std::vector<IntentButton*>& from);
+    IntentButton* takeOrMake(const WindowIntent& intent, std::vector<IntentButton*>& from);
     void arrange();
 
     const int width_;

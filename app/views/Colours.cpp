@@ -31,7 +31,7 @@ constexpr Tones darkTones{.window = 0xff1d1d22,
                           .onFill = 0xffffffff,
                           .shadow = 0xff000000};
 
-constexpr double readable = 4.5;
+constexpr double readableContrast = 4.5;
 
 double luminance(const QColor& colour) {
     const auto linear = [](int value) {
@@ -41,12 +41,12 @@ double luminance(const QColor& colour) {
     return 0.2126 * linear(colour.red()) + 0.7152 * linear(colour.green()) + 0.0722 * linear(colour.blue());
 }
 
-// Of `wanted` as much as lets it be read on the window; of the text the rest.
-QRgb readableOn(const Tones& tones, const QColor& wanted) {
+// Mixes `wanted` with the text colour until it is readable on the window.
+QRgb readableOnWindow(const Tones& tones, const QColor& wanted) {
     constexpr int steps = 20;
     for (int step = steps; step > 0; --step) {
         const QColor colour = mixed(wanted, QColor(tones.text), static_cast<double>(step) / steps);
-        if (contrastBetween(colour, QColor(tones.window)) >= readable) return colour.rgb();
+        if (contrastBetween(colour, QColor(tones.window)) >= readableContrast) return colour.rgb();
     }
     return tones.text;
 }
@@ -59,9 +59,9 @@ Tones tonesFor(Appearance appearance, const PaletteOptions& options) {
     const auto accent =
         QColor::fromRgbF(part(options.accent->red), part(options.accent->green), part(options.accent->blue));
     tones.fill = accent.rgb();
-    // One of the two always is.
-    tones.onFill = contrastBetween(accent, Qt::white) >= readable ? 0xffffffff : 0xff000000;
-    tones.link = readableOn(tones, accent);
+    // One of the two is always readable.
+    tones.onFill = contrastBetween(accent, Qt::white) >= readableContrast ? 0xffffffff : 0xff000000;
+    tones.link = readableOnWindow(tones, accent);
     return tones;
 }
 
@@ -113,7 +113,7 @@ QColor secondaryColour(const QPalette& palette) {
 }
 
 QColor lineColour(const QPalette& palette) {
-    // What has an accent beside it must still be told from it.
+    // Lines must remain distinguishable from an accent next to them.
     const double share = contrastOf(palette) == Contrast::higher ? 0.42 : 0.13;
     return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), share);
 }

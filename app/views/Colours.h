@@ -9,30 +9,28 @@ namespace tarnik {
 
 enum class Appearance { light, dark };
 
-// The application's own colours, for desktops that have none for their programs. Every pair of a text and
-// its ground has a contrast of at least 4.5, whatever accent was chosen.
+// Returns the application's own palette, for desktops that leave colours to the program. Text has a contrast
+// of at least 4.5 on its background, whatever the accent is.
 QPalette paletteFor(Appearance appearance, const PaletteOptions& options = {});
 
-// Which of the two a palette is, whoever made it.
+// These also work for palettes of the system.
 Appearance appearanceOf(const QPalette& palette);
+Contrast contrastOf(const QPalette& palette);  // higher: secondary text equals text, and lines are strong
 
-// Higher where quiet texts are to be as strong as others, and outlines clear.
-Contrast contrastOf(const QPalette& palette);
-
-// What palettes have no role for.
+// Colours that have no role in QPalette.
 QColor accentColour(const QPalette& palette);     // readable on the window
-QColor secondaryColour(const QPalette& palette);  // text that explains
-QColor lineColour(const QPalette& palette);       // dividers and quiet outlines
+QColor secondaryColour(const QPalette& palette);  // for descriptions
+QColor lineColour(const QPalette& palette);       // for dividers and weak outlines
 QColor successColour(const QPalette& palette);
 QColor warningColour(const QPalette& palette);
 
-// The application's colour. Stands out on light and on dark grounds alike.
+// The colour of the mark. It is visible on light and on dark backgrounds.
 QColor brandColour();
 
-// From 1 for the same colour to 21, as WCAG has it.
+// Returns the WCAG contrast ratio, from 1 (equal colours) to 21.
 double contrastBetween(const QColor& one, const QColor& other);
 
-// `share` of 1 is all `over`, 0 all `under`.
+// Mixes two colours. A share of 1 returns `over`, 0 returns `under`.
 QColor mixed(const QColor& over, const QColor& under, double share);
 
 }  // namespace tarnik

@@ -1,13 +1,10 @@
 #include "app/views/ConnectSection.h"
 
-#include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "app/views/AccessibleName.h"
 #include "app/views/LinkField.h"
-#include "app/views/ProgressBar.h"
-#include "app/views/Spinner.h"
-#include "app/views/SymbolView.h"
+#include "app/views/PageHeader.h"
+#include "app/views/QtText.h"
 #include "app/views/TerminalBox.h"
 #include "app/views/TextLabel.h"
 
@@ -16,140 +13,72 @@ namespace {
 
 using Section = WindowContent::Section;
 
-constexpr int symbolSide = 21;
-constexpr int messageSpinnerSide = 18;
-constexpr int symbolGap = 10;
-constexpr int blockGap = 12;  // between what belongs together
+constexpr int blockGap = 12;
 constexpr int paragraphGap = 8;
-constexpr int progressGap = 6;
 constexpr int fieldHeight = 36;
-constexpr int fieldPadding = 5;      // beside what is typed
-constexpr int longestLink = 65'536;  // as much as is read of one
+constexpr int fieldPadding = 5;        // beside the typed text
+constexpr int maxLinkLength = 65'536;  // longer links are not read anyway
 
-QBoxLayout* addLine(QBoxLayout& layout) {
-    auto* line = new QHBoxLayout;
-    line->setSpacing(symbolGap);
-    layout.addLayout(line);
-    return line;
+QVBoxLayout* makeLayout(int spacing, QWidget* parent = nullptr) {
+    auto* layout = new QVBoxLayout(parent);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(spacing);
+    return layout;
 }
 
-// On the height of its first line, or all in the middle.
-void align(QBoxLayout& line, Qt::Alignment alignment) {
-    for (int i = 0; i < line.count(); ++i) line.itemAt(i)->setAlignment(alignment);
-    line.invalidate();
-}
-
-bool isBusy(const WindowContent& content) {
-    return std::holds_alternative<WindowContent::Busy>(content.progress);
-}
-
-// Whether it is the link that is worked on, rather than what the heading names.
-bool isBusyWithLink(const WindowContent& content) {
-    const bool headingWorks = content.section == Section::pairing || content.section == Section::installing ||
-                              content.section == Section::stopping;
-    return isBusy(content) && content.message && !headingWorks;
-}
-
+// A refused link stays in the field. The field is cleared only when its link was used.
 bool isLinkUsed(const WindowContent& content) {
     return content.section == Section::pairing || content.section == Section::replaceOffer ||
            content.section == Section::connected;
 }
 
-void setSpinner(Spinner& spinner, const WindowContent& content, bool spins) {
-    if (spins) updateAccessibleName(spinner, content.progressAccessibleName);
-    spinner.setVisible(spins);
-}
-
 }  // namespace
 
+// Screen readers read the children in the order of their creation, which is the order on the screen.
 ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
     : QWidget(parent),
+      header_(new PageHeader(this)),
+      amount_(new TextLabel(TextLabel::Role::quiet, this)),
       paragraphs_(new QWidget(this)),
-      progress_(new ProgressBar(this)),
-      progressText_(new TextLabel(TextLabel::Role::quiet, this)),
       field_(new LinkField(this)),
-      buttons_(new ButtonRow(width, std::move(onButton), this)) {
-    auto* paragraphLayout = new QVBoxLayout(paragraphs_);
-    paragraphLayout->setContentsMargins(0, 0, 0, 0);
-    paragraphLayout->setSpacing(paragraphGap);
+      message_(new TextLabel(TextLabel::Role::body, this)),
+      buttons_(new ButtonRow(width, std::move(onButton), this)),
+      body_(makeLayout(blockGap)) {
+    makeLayout(paragraphGap, paragraphs_);
     field_->setMinimumHeight(fieldHeight);
     field_->setTextMargins(fieldPadding, 0, fieldPadding, 0);
-    field_->setMaxLength(longestLink);
+    field_->setMaxLength(maxLinkLength);
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(blockGap);
-    addHeading(*layout);
-    layout->addWidget(paragraphs_);
-    auto* progressLayout = new QVBoxLayout;
-    progressLayout->setSpacing(progressGap);
-    progressLayout->addWidget(progress_);
-    progressLayout->addWidget(progressText_);
-    layout->addLayout(progressLayout);
-    layout->addWidget(field_);
-    addMessage(*layout);
-    layout->addWidget(buttons_);
-
-    // Screen readers go through the children in this order: that on the screen.
-    const std::initializer_list<QWidget*> drawn{symbol_,         spinnerBefore_, heading_,      spinnerAfter_,
-                                                paragraphs_,     progress_,      progressText_, field_,
-                                                messageSpinner_, message_,       buttons_};
-    for (auto* child : drawn) child->raise();
-}
-
-void ConnectSection::addHeading(QBoxLayout& layout) {
-    heading_ = new TextLabel(TextLabel::Role::heading, this);
-    const int height = heading_->lineHeight();
-    symbol_ = new SymbolView(symbolSide, height, this);
-    spinnerBefore_ = new Spinner(symbolSide, height, this);
-    spinnerAfter_ = new Spinner(symbolSide, height, this);
-    headingLine_ = addLine(layout);
-    headingLine_->addWidget(symbol_);
-    headingLine_->addWidget(spinnerBefore_);
-    headingLine_->addWidget(heading_, 1);
-    headingLine_->addWidget(spinnerAfter_);
-}
-
-void ConnectSection::addMessage(QBoxLayout& layout) {
-    message_ = new TextLabel(TextLabel::Role::body, this);
-    messageSpinner_ = new Spinner(messageSpinnerSide, message_->lineHeight(), this);
-    messageLine_ = addLine(layout);
-    messageLine_->addWidget(messageSpinner_);
-    messageLine_->addWidget(message_, 1);
+    auto* layout = makeLayout(0, this);
+    layout->addWidget(header_);
+    layout->addLayout(body_, 1);
+    const std::initializer_list<QWidget*> below{amount_, paragraphs_, field_, message_, buttons_};
+    for (auto* child : below) body_->addWidget(child);
 }
 
 bool ConnectSection::setContent(const WindowContent& content) {
     const auto before = controls();
-    setHeading(content);
+    header_->setContent(content);
+    const auto* download = std::get_if<DownloadProgress>(&content.progress);
+    amount_->setPlainText(download ? download->text : std::string());
     setParagraphs(content.paragraphs);
-    setProgress(content);
     setTerminal(content);
     setLinkField(content);
-    setMessage(content);
+    message_->setPlainText(content.message.value_or(std::string()));
     buttons_->setButtons(content.buttons);
-    placeButtons(content);
     return controls() != before;
 }
 
-bool ConnectSection::takesHeight() const {
+bool ConnectSection::takesExtraHeight() const {
     return terminal_ && !terminal_->isHidden();
 }
 
 std::vector<QWidget*> ConnectSection::controls() const {
     std::vector<QWidget*> controls;
-    if (takesHeight()) controls.push_back(terminal_);
+    if (terminal_ && !terminal_->isHidden()) controls.push_back(terminal_);
     if (!field_->isHidden()) controls.push_back(field_);
     controls.insert(controls.end(), buttons_->buttons().begin(), buttons_->buttons().end());
     return controls;
-}
-
-void ConnectSection::setHeading(const WindowContent& content) {
-    if (content.symbol) symbol_->setSymbol(*content.symbol);
-    symbol_->setVisible(content.symbol.has_value());
-    heading_->setPlainText(content.heading);
-    const bool spins = isBusy(content) && !isBusyWithLink(content);
-    setSpinner(*spinnerBefore_, content, spins && !content.symbol);
-    setSpinner(*spinnerAfter_, content, spins && content.symbol);
 }
 
 void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {
@@ -162,29 +91,19 @@ void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {
     paragraphs_->setVisible(!paragraphs.empty());
 }
 
-void ConnectSection::setProgress(const WindowContent& content) {
-    const auto* download = std::get_if<DownloadProgress>(&content.progress);
-    if (download) {
-        updateAccessibleName(*progress_, content.progressAccessibleName);
-        progress_->setProgress(*download);
-    }
-    progress_->setVisible(download);
-    progressText_->setPlainText(download ? download->text : std::string());
-}
-
 void ConnectSection::setTerminal(const WindowContent& content) {
-    // Most runs never need it, nor its font.
+    // Most runs need neither the box nor its font.
     if (!terminal_ && content.terminal) {
         terminal_ = new TerminalBox(this);
         terminal_->stackUnder(field_);
-        auto* below = static_cast<QBoxLayout*>(layout());
-        below->insertWidget(below->indexOf(field_), terminal_, 1);
+        body_->insertWidget(body_->indexOf(field_), terminal_, 1);
     }
     if (!terminal_) return;
-    if (content.terminal)
+    if (content.terminal) {
         terminal_->setTerminal(*content.terminal);
-    else
-        terminal_->forget();
+    } else {
+        terminal_->reset();
+    }
     terminal_->setVisible(content.terminal.has_value());
 }
 
@@ -198,26 +117,6 @@ void ConnectSection::setLinkField(const WindowContent& content) {
         field_->clear();
     }
     field_->setVisible(content.linkField.has_value());
-}
-
-void ConnectSection::setMessage(const WindowContent& content) {
-    message_->setPlainText(content.message.value_or(std::string()));
-    setSpinner(*messageSpinner_, content, isBusyWithLink(content));
-}
-
-// All that can be done about work under way stands beside what names it.
-void ConnectSection::placeButtons(const WindowContent& content) {
-    auto* below = static_cast<QBoxLayout*>(layout());
-    const bool justCancel = content.buttons.size() == 1 &&
-                            content.buttons.front().key == WindowContent::Key::cancelKey && !content.terminal;
-    auto* line = !justCancel ? below : isBusyWithLink(content) ? messageLine_ : headingLine_;
-    if (line->indexOf(buttons_) < 0) line->addWidget(buttons_);
-    if (line == headingLine_)
-        buttons_->stackUnder(paragraphs_);
-    else
-        buttons_->raise();
-    align(*headingLine_, line == headingLine_ ? Qt::AlignVCenter : Qt::AlignTop);
-    align(*messageLine_, line == messageLine_ ? Qt::AlignVCenter : Qt::AlignTop);
 }
 
 }  // namespace tarnik

@@ -13,8 +13,8 @@
 namespace tarnik {
 namespace {
 
-// How long a session that just began may take to get its tray up.
-constexpr Seconds longestTrayWait(20);
+// Upper bound for the start of the tray in a new session.
+constexpr Seconds maxTrayWait(20);
 
 }  // namespace
 
@@ -32,7 +32,7 @@ Presentation DesktopFace::presentation() {
                 [this](const MenuContent& menu) {
                     menu_ = menu;
                     addMenuKeys();
-                    settleTray();
+                    updateStatusItem();
                 },
             .showWindow = [this] { showWindow(); },
             .showAlert =
@@ -48,27 +48,27 @@ Presentation DesktopFace::presentation() {
 
 void DesktopFace::setTrayHost(TrayHost host) {
     host_ = host;
-    settleTray();
+    updateStatusItem();
 }
 
-void DesktopFace::settleTray() {
+void DesktopFace::updateStatusItem() {
     if (!menu_ || !host_) return;
     if (*host_ == TrayHost::absent) {
-        // One that goes away most often comes back: its program was started anew.
-        if (!trayWait_) waitForTray(statusItem_ || deps_.atLogin ? longestTrayWait : Seconds(0));
+        // A tray that ends is usually restarted.
+        if (!trayTimeout_) openWindowWithoutTray(statusItem_ || deps_.atLogin ? maxTrayWait : Seconds(0));
         return;
     }
-    trayWait_.reset();
+    trayTimeout_.reset();
     if (statusItem_) return;
     statusItem_ =
         std::make_unique<StatusItem>(deps_.statusImage ? maskIcon(*deps_.statusImage) : markIcon(), *menu_,
-                                     [this](MenuContent::Action action) { choose(action); });
+                                     [this](MenuContent::Action action) { perform(action); });
     if (deps_.nameStatusItem) deps_.nameStatusItem(WindowTexts::product);
 }
 
-void DesktopFace::waitForTray(Seconds atMost) {
-    trayWait_ = deps_.mainThread.repeat(atMost, [this] {
-        trayWait_.reset();
+void DesktopFace::openWindowWithoutTray(Seconds after) {
+    trayTimeout_ = deps_.mainThread.repeat(after, [this] {
+        trayTimeout_.reset();
         delegate_->openWindow();
     });
 }
@@ -80,7 +80,7 @@ MainWindow& DesktopFace::window() {
                 performIntent(intent, pasted, *model);
             });
         window_->setOnClose(
-            {.closed = [this] { closeRequested(); }, .stays = [this] { return closingQuits(); }});
+            {.closed = [this] { windowClosed(); }, .stays = [this] { return closingQuits(); }});
         addMenuKeys();
     }
     return *window_;
@@ -92,7 +92,7 @@ void DesktopFace::showWindow() {
     window().present();
 }
 
-// Nobody asked for a program that the session starts: it goes without an alert.
+// A start at login ends without an alert, because the user did not ask for it.
 void DesktopFace::refuse(const std::string& why, std::function<void()> seen) const {
     printError(why);
     if (deps_.atLogin) return seen();
@@ -100,13 +100,13 @@ void DesktopFace::refuse(const std::string& why, std::function<void()> seen) con
     showAlert(std::string(WindowTexts::alreadyRunning), why, std::move(seen));
 }
 
-// A link may open the window before there is a menu.
+// A link may open the window before the menu exists.
 void DesktopFace::addMenuKeys() {
     if (window_ && menu_)
-        window_->setMenuKeys(*menu_, [this](MenuContent::Action action) { choose(action); });
+        window_->setMenuKeys(*menu_, [this](MenuContent::Action action) { perform(action); });
 }
 
-void DesktopFace::choose(MenuContent::Action action) {
+void DesktopFace::perform(MenuContent::Action action) {
     switch (action) {
         case MenuContent::Action::openWindow: return delegate_->openWindow();
         case MenuContent::Action::checkForUpdates: return delegate_->checkForUpdates();
@@ -114,9 +114,9 @@ void DesktopFace::choose(MenuContent::Action action) {
     }
 }
 
-// Without a status item nobody could get the window back: closing it is quitting, and it shows how that goes
-// on.
-void DesktopFace::closeRequested() {
+// Without a status item the user could not reopen the window, so closing it quits. The window stays and shows
+// the shutdown.
+void DesktopFace::windowClosed() {
     if (closingQuits()) return delegate_->quit();
     delegate_->windowClosed();
 }

@@ -15,19 +15,19 @@
 
 namespace tarnik {
 
-// The face with a window and a status item. Where nothing shows status items the window is all there is: then
-// it is there from the start, and closing it quits.
+// The graphical face: one window and a status item. Without a tray, the window is shown at the start and
+// closing it quits.
 //
 // Owned by the desktop program, one per run. Main thread only.
 class DesktopFace {
 public:
     struct Deps {
         MainThread mainThread;
-        std::function<void()> activate;          // puts the application before all others; may be absent
-        std::optional<std::string> statusImage;  // the file of the status item's image; none: the mark
+        std::function<void()> activate;          // activates the application; may be absent
+        std::optional<std::string> statusImage;  // the status item's image file; std::nullopt: the mark
         std::function<void(std::string_view name)> nameStatusItem;  // may be absent
-        std::function<void(int status)> end;                        // ends the program's loop
-        bool atLogin = false;  // started with the person's session, whose tray may come later
+        std::function<void(int status)> end;                        // ends the event loop
+        bool atLogin = false;  // the session started the program, so the tray may start later
     };
 
     DesktopFace(Deps deps, std::shared_ptr<AppModel> model);
@@ -35,37 +35,39 @@ public:
     DesktopFace(const DesktopFace&) = delete;
     DesktopFace& operator=(const DesktopFace&) = delete;
 
-    // What the shell shows; its operations hold `this`.
+    // Returns the operations that show this face. They reference `this`.
     Presentation presentation();
 
-    // Whom to tell what the person chose; before anything is shown. It outlives that.
+    // Sets the receiver of the user's choices. Call it before anything is shown. `delegate` must outlive the
+    // shown windows.
     void attach(AppDelegate& delegate) { delegate_ = &delegate; }
 
-    // Whether anybody shows status items, now and from now on. Until it is told nothing is decided.
+    // Reports the tray's state, initially and after each change. The status item is not shown before the
+    // first call.
     void setTrayHost(TrayHost host);
 
     bool windowInUse() const;
 
 private:
-    void settleTray();
-    void waitForTray(Seconds atMost);
+    void updateStatusItem();
+    void openWindowWithoutTray(Seconds after);
     bool closingQuits() const { return host_ != TrayHost::present; }
     MainWindow& window();
     void showWindow();
     void refuse(const std::string& why, std::function<void()> seen) const;
     void addMenuKeys();
-    void choose(MenuContent::Action action);
-    void closeRequested();
+    void perform(MenuContent::Action action);
+    void windowClosed();
     WindowContent content() const;
 
     const Deps deps_;
     const std::shared_ptr<AppModel> model_;
     AppDelegate* delegate_ = nullptr;
-    std::optional<MenuContent> menu_;  // once the shell has come to it
-    std::optional<TrayHost> host_;     // once it is known
+    std::optional<MenuContent> menu_;  // set by makeStatusItem
+    std::optional<TrayHost> host_;     // set by setTrayHost
     std::unique_ptr<StatusItem> statusItem_;
     std::unique_ptr<MainWindow> window_;
-    std::optional<RepeatingTimer> trayWait_;  // until we do without one
+    std::optional<RepeatingTimer> trayTimeout_;  // runs while the tray is absent
     const ChangeFeed feed_;
 };
 

@@ -6,10 +6,10 @@
 namespace tarnik {
 namespace {
 
-constexpr int restAfterMs = 10'000;
-constexpr int asTheDesktopHasIt = -1;
+constexpr int inputTimeoutMs = 10'000;
+constexpr int desktopRate = -1;
 
-bool isUse(QEvent::Type type) {
+bool isInput(QEvent::Type type) {
     return type == QEvent::FocusIn || type == QEvent::KeyPress || type == QEvent::InputMethod ||
            type == QEvent::MouseButtonPress;
 }
@@ -17,15 +17,15 @@ bool isUse(QEvent::Type type) {
 }  // namespace
 
 LinkField::LinkField(QWidget* parent) : QLineEdit(parent) {
-    rest_.setSingleShot(true);
-    rest_.setInterval(restAfterMs);
-    connect(&rest_, &QTimer::timeout, this, [] { QApplication::setCursorFlashTime(0); });
+    inputTimeout_.setSingleShot(true);
+    inputTimeout_.setInterval(inputTimeoutMs);
+    connect(&inputTimeout_, &QTimer::timeout, this, [] { QApplication::setCursorFlashTime(0); });
 }
 
 bool LinkField::event(QEvent* event) {
-    if (isUse(event->type())) {
-        QApplication::setCursorFlashTime(asTheDesktopHasIt);
-        rest_.start();
+    if (isInput(event->type())) {
+        QApplication::setCursorFlashTime(desktopRate);
+        inputTimeout_.start();
     }
     return QLineEdit::event(event);
 }

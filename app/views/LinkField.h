@@ -5,9 +5,8 @@
 
 namespace tarnik {
 
-// Where a link is typed. Its caret blinks as it does on this desktop, and stands still when for a while
-// nothing was done with it: a window that is left open wakes nobody. One at a time, since the toolkit has one
-// rate for all carets.
+// The input field for a link. Its caret blinks at the desktop's rate and stops 10 s after the last input, so
+// an open window does not wake the processor. Only one may exist, because Qt has one rate for all carets.
 class LinkField : public QLineEdit {
 public:
     explicit LinkField(QWidget* parent);
@@ -16,7 +15,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    QTimer rest_;
+    QTimer inputTimeout_;
 };
 
 }  // namespace tarnik

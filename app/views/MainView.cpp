@@ -1,6 +1,7 @@
 #include "app/views/MainView.h"
 
 #include <QBoxLayout>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
@@ -14,7 +15,8 @@
 #include "app/views/ConnectSection.h"
 #include "app/views/QtText.h"
 #include "app/views/SwitchesSection.h"
-#include "app/views/TitleLine.h"
+#include "app/views/SymbolIcon.h"
+#include "app/views/TextLabel.h"
 
 namespace tarnik {
 namespace {
@@ -26,6 +28,38 @@ constexpr int sideMargin = 28;
 constexpr int endMargin = 22;  // above and below
 constexpr int sectionGap = 16;
 
+constexpr int tileSide = 30;
+constexpr int tileGap = 8;
+
+class Tile : public QWidget {
+public:
+    explicit Tile(QWidget* parent) : QWidget(parent), icon_(applicationIcon()) {
+        setFixedSize(tileSide, tileSide);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        icon_.paint(&painter, rect().adjusted(-1, -1, 1, 1));  // crops the icon's margin
+    }
+
+private:
+    const QIcon icon_;
+};
+
+// Makes the line with the application's icon and name.
+QWidget* makeTitleLine(QWidget* parent) {
+    auto* line = new QWidget(parent);
+    auto* name = new TextLabel(TextLabel::Role::brand, line);
+    name->setPlainText(WindowTexts::product);
+    auto* layout = new QHBoxLayout(line);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(tileGap);
+    layout->addWidget(new Tile(line));
+    layout->addWidget(name, 1, Qt::AlignVCenter);
+    return line;
+}
+
 class Divider : public QWidget {
 public:
     explicit Divider(QWidget* parent) : QWidget(parent) { setFixedHeight(1); }
@@ -34,7 +68,7 @@ protected:
     void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), lineColour(palette())); }
 };
 
-std::optional<QAbstractSlider::SliderAction> scrollingOf(int key) {
+std::optional<QAbstractSlider::SliderAction> scrollActionFor(int key) {
     switch (key) {
         case Qt::Key_Up: return QAbstractSlider::SliderSingleStepSub;
         case Qt::Key_Down: return QAbstractSlider::SliderSingleStepAdd;
@@ -50,7 +84,7 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
     : onIntent_(std::move(onIntent)), content_(content), announcer_(new Announcer(this)) {
     setAccessibleName(qtText(WindowTexts::product));
 
-    // Small screens, larger fonts and long words of an installer make a page longer than the window.
+    // Small screens, large fonts and long failure texts can make a page taller than the window.
     scroll_ = new QScrollArea(this);
     scroll_->setFrameShape(QFrame::NoFrame);
     scroll_->setWidgetResizable(true);
@@ -64,24 +98,24 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
     layout->addWidget(scroll_);
 
     connect(connect_->linkField(), &QLineEdit::textEdited, this,
-            [this] { ask({.kind = WindowIntent::Kind::editLink}); });
+            [this] { report({.kind = WindowIntent::Kind::editLink}); });
     draw();
-    settleTabOrder();
-    settleFocus(nullptr);
+    updateTabOrder();
+    updateFocus(nullptr);
 }
 
 QWidget* MainView::makePage() {
     auto* page = new QWidget;
-    const auto onButton = [this](const WindowIntent& intent) { ask(intent); };
+    const auto onButton = [this](const WindowIntent& intent) { report(intent); };
     auto* column = new QWidget(page);
     column->setFixedWidth(columnWidth);
-    // Screen readers go through them in this order: that on the screen.
-    auto* title = new TitleLine(column);
+    // Screen readers read the children in the order of their creation, which is the order on the screen.
+    auto* title = makeTitleLine(column);
     connect_ = new ConnectSection(columnWidth, onButton, column);
     auto* divider = new Divider(column);
     switches_ = new SwitchesSection(onButton, column);
 
-    // A scroll bar gets its place beside the column and takes none of it away.
+    // The right margin is left to the scroll bar, so it never narrows the column.
     auto* layout = new QHBoxLayout(page);
     layout->setContentsMargins(sideMargin, endMargin, 0, endMargin);
     layout->setSpacing(0);
@@ -105,14 +139,14 @@ QWidget* MainView::makePage() {
 void MainView::setContent(const WindowContent& content) {
     if (content == content_) return;
     const std::string news = content.newsSince(content_);
-    const bool isOtherPage = content.section != content_.section;
+    const bool isNewPage = content.section != content_.section;
     QWidget* focused = window()->focusWidget();
-    // The person may have scrolled away from the focus, and content changes ten times a second.
-    const bool followsFocus = isOtherPage || isInView(focused);
+    // The user may have scrolled away from the focus, and the content can change ten times a second.
+    const bool followsFocus = isNewPage || isInView(focused);
     content_ = content;
     draw();
-    settleFocus(focused);
-    if (isOtherPage) scroll_->verticalScrollBar()->setValue(0);
+    updateFocus(focused);
+    if (isNewPage) scroll_->verticalScrollBar()->setValue(0);
     if (followsFocus) scrollToFocus();
     if (!news.empty() && isVisible()) announcer_->announce(news);
 }
@@ -122,32 +156,33 @@ void MainView::fillLinkField(const std::string& link) {
 }
 
 void MainView::draw() {
-    const bool otherAbove = connect_->setContent(content_);
-    const bool otherBelow = switches_->setContent(content_.switches);
-    if (otherAbove || otherBelow) settleTabOrder();
-    pageLayout_->setStretchFactor(connect_, connect_->takesHeight() ? 1000 : 0);
+    const bool upperChanged = connect_->setContent(content_);
+    const bool lowerChanged = switches_->setContent(content_.switches);
+    if (upperChanged || lowerChanged) updateTabOrder();
+    pageLayout_->setStretchFactor(connect_, connect_->takesExtraHeight() ? 1000 : 0);
 }
 
-void MainView::settleTabOrder() {
+void MainView::updateTabOrder() {
     auto controls = connect_->controls();
     const auto below = switches_->controls();
     controls.insert(controls.end(), below.begin(), below.end());
     for (std::size_t i = 1; i < controls.size(); ++i) setTabOrder(controls[i - 1], controls[i]);
 }
 
-// Leaves the keyboard where it is as long as that can take it. Otherwise it goes to the field or to the
-// default button; where there is neither, to no control, so that no key does what nobody meant.
-void MainView::settleFocus(QWidget* before) {
-    const bool stays = before && before != this && !before->isHidden() && before->isEnabled();
+// Keeps the focus while its widget can have it. Otherwise the field gets it, or the default button. If there
+// is neither, no control gets it, so that no key has an unintended effect.
+void MainView::updateFocus(QWidget* before) {
+    const bool keeps = before && before != this && !before->isHidden() && before->isEnabled();
     QWidget* const field = connect_->linkField();
     QWidget* const button = connect_->buttons().buttonFor(Key::defaultKey);
     QWidget* next = this;
-    if (stays)
+    if (keeps) {
         next = before;
-    else if (!field->isHidden() && field->isEnabled())
+    } else if (!field->isHidden() && field->isEnabled()) {
         next = field;
-    else if (button && button->isEnabled())
+    } else if (button && button->isEnabled()) {
         next = button;
+    }
     if (next == window()->focusWidget()) return;
     next->setFocus(Qt::OtherFocusReason);
     scrollToFocus();
@@ -159,7 +194,7 @@ bool MainView::isInView(const QWidget* widget) const {
     return viewport->rect().contains(QRect(widget->mapTo(viewport, QPoint()), widget->size()));
 }
 
-// After the layout has run, which places what changed.
+// Queued, because the layout must first place the changed widgets.
 void MainView::scrollToFocus() {
     QMetaObject::invokeMethod(
         this,
@@ -170,10 +205,10 @@ void MainView::scrollToFocus() {
         Qt::QueuedConnection);
 }
 
-// In a window that is new, nothing has the keyboard yet.
+// A new window has no focus widget yet.
 void MainView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (!window()->focusWidget()) settleFocus(nullptr);
+    if (!window()->focusWidget()) updateFocus(nullptr);
 }
 
 void MainView::resizeEvent(QResizeEvent* event) {
@@ -182,27 +217,28 @@ void MainView::resizeEvent(QResizeEvent* event) {
 }
 
 void MainView::keyPressEvent(QKeyEvent* event) {
-    if (const auto scrolling = scrollingOf(event->key()))
-        return scroll_->verticalScrollBar()->triggerAction(*scrolling);
+    if (const auto action = scrollActionFor(event->key()))
+        return scroll_->verticalScrollBar()->triggerAction(*action);
+    // A held key has no effect, because it may have been meant for an earlier page.
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->isAutoRepeat() || (!isReturn && event->key() != Qt::Key_Escape))
         return QWidget::keyPressEvent(event);
     event->accept();
-    if (isReturn) return pressReturn();
+    if (isReturn) return handleReturn();
     auto* cancel = connect_->buttons().buttonFor(Key::cancelKey);
-    if (cancel && cancel->isEnabled()) ask(cancel->intent());
+    if (cancel && cancel->isEnabled()) report(cancel->intent());
 }
 
-void MainView::pressReturn() {
+void MainView::handleReturn() {
     const auto* focused = window()->focusWidget();
-    if (content_.linkField && focused == connect_->linkField()) return ask(content_.linkField->onReturn);
+    if (content_.linkField && focused == connect_->linkField()) return report(content_.linkField->onReturn);
     const auto* button = dynamic_cast<const IntentButton*>(focused);
     if (!button) button = connect_->buttons().buttonFor(Key::defaultKey);
-    if (button && button->isReady()) ask(button->intent());
+    if (button && button->acceptsInput()) report(button->intent());
 }
 
-// By value: the answer may be another content, and where the intent stood is gone.
-void MainView::ask(WindowIntent intent) {
+// Takes the intent by value: the handler may set other content, which destroys the original.
+void MainView::report(WindowIntent intent) {
     onIntent_(intent, connect_->linkField()->text().toStdString());
 }
 

@@ -15,23 +15,22 @@ class Announcer;
 class ConnectSection;
 class SwitchesSection;
 
-// The contents of the window: draws a WindowContent from top to bottom and passes on what is clicked or
-// typed. Main thread. What doesn't change from one content to the next keeps its widgets, with focus,
-// selection and scrolling.
+// The contents of the window. Draws a WindowContent and reports what the user clicks or types. Parts that
+// don't change keep their widgets with focus, selection and scroll position. Main thread.
 class MainView : public QWidget {
 public:
-    // `pasted` is what stands in the link field at that moment.
+    // `pasted` is the current text of the link field.
     using OnIntent = std::function<void(const WindowIntent& intent, const std::string& pasted)>;
 
     MainView(const WindowContent& content, OnIntent onIntent);
 
     void setContent(const WindowContent& content);
 
-    // As if it had been typed.
+    // Sets the text of the link field without reporting an edit.
     void fillLinkField(const std::string& link);
 
 protected:
-    // Return and Escape, whatever has the keyboard; scrolling, where no control has it.
+    // Handles Return and Escape for the whole window, and scroll keys if no control has the focus.
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -39,12 +38,12 @@ protected:
 private:
     QWidget* makePage();
     void draw();
-    void settleTabOrder();
-    void settleFocus(QWidget* before);
+    void updateTabOrder();
+    void updateFocus(QWidget* before);
     bool isInView(const QWidget* widget) const;
     void scrollToFocus();
-    void pressReturn();
-    void ask(WindowIntent intent);
+    void handleReturn();
+    void report(WindowIntent intent);
 
     const OnIntent onIntent_;
     WindowContent content_;

@@ -18,13 +18,13 @@ namespace {
 constexpr QSize fullSize(460, 560);
 
 // Height to leave for a title bar whose real height is unknown until the window is mapped.
-constexpr QSize likelyFrame(0, 40);
+constexpr QSize assumedFrame(0, 40);
 
-// The top left corner nearest to `place` with the whole of `size` inside `area`.
-QPoint inside(const QRect& area, QPoint place, QSize size) {
+// Returns the top left corner nearest to `position` that keeps all of `size` inside `area`.
+QPoint inside(const QRect& area, QPoint position, QSize size) {
     const QPoint last(area.right() + 1 - size.width(), area.bottom() + 1 - size.height());
-    return {std::max(area.left(), std::min(place.x(), last.x())),
-            std::max(area.top(), std::min(place.y(), last.y()))};
+    return {std::max(area.left(), std::min(position.x(), last.x())),
+            std::max(area.top(), std::min(position.y(), last.y()))};
 }
 
 }  // namespace
@@ -40,8 +40,8 @@ MainWindow::MainWindow(WindowContent content, MainView::OnIntent onIntent)
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, [this] { close(); });
 }
 
-// While the window system brings the window up; it is painted later, from the event loop. A layout would set
-// the window's geometry anew, and so undo where the system has put it meanwhile.
+// Called after show(), so that the window system maps the window meanwhile. The view is not in a layout,
+// because that would reset the geometry and undo the position that the window system chose.
 void MainWindow::makeView() {
     view_ = new MainView(content_, onIntent_);
     view_->fillLinkField(link_);
@@ -61,13 +61,13 @@ void MainWindow::fillLinkField(const std::string& link) {
 }
 
 void MainWindow::present() {
-    // Window managers choose a new place for a window that was hidden, unless they are asked.
-    if (!isVisible()) move(placeToShow());
+    // Otherwise window managers choose a new position for a window that was hidden.
+    if (!isVisible()) move(positionToShow());
     if (isMinimized()) showNormal();
     show();
     if (!view_) makeView();
     if (!areaChanges_) {
-        // Queued: the move to the other screen still has to end, and would undo a new size.
+        // Queued, because the move to the other screen is not complete and would undo a new size.
         connect(windowHandle(), &QWindow::screenChanged, this, &MainWindow::screenChanged,
                 Qt::QueuedConnection);
         screenChanged();
@@ -76,16 +76,16 @@ void MainWindow::present() {
     activateWindow();
 }
 
-// A screen may have gone meanwhile, with the place on it.
-QPoint MainWindow::placeToShow() const {
-    if (place_ && QGuiApplication::screenAt(*place_ + rect().center())) return *place_;
+// The screen with the previous position may have been disconnected.
+QPoint MainWindow::positionToShow() const {
+    if (position_ && QGuiApplication::screenAt(*position_ + rect().center())) return *position_;
     const QRect area = screen()->availableGeometry();
     return inside(area, area.center() - rect().center(), outerSize(size()));
 }
 
 QSize MainWindow::outerSize(QSize inner) const {
     const QSize frame = frameGeometry().size() - size();
-    return inner + (frame.height() > 0 ? frame : likelyFrame);
+    return inner + (frame.height() > 0 ? frame : assumedFrame);
 }
 
 void MainWindow::fitScreen() {
@@ -110,7 +110,7 @@ void MainWindow::setOnClose(OnClose onClose) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    const auto onClose = onClose_;  // which may be exchanged meanwhile
+    const auto onClose = onClose_;  // a handler may replace it
     if (onClose.closed) onClose.closed();
     event->setAccepted(!(onClose.stays && onClose.stays()));
 }
@@ -124,9 +124,10 @@ void MainWindow::setMenuKeys(const MenuContent& menu,
     }
 }
 
-// May be told only after the window was hidden. A window manager moves a window when it adds the frame.
+// May be called after the window was hidden. A window manager moves the window when it adds the frame, so the
+// frame's size is known from here on.
 void MainWindow::moveEvent(QMoveEvent*) {
-    if (!isMinimized()) place_ = pos();
+    if (!isMinimized()) position_ = pos();
     fitScreen();
 }
 

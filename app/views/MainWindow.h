@@ -9,29 +9,29 @@
 
 namespace tarnik {
 
-// The one window: 460 by 560, or as much of that as the screen has room for; the rest is scrolled to. It has
-// a close and a minimise button. Closing hides it; it keeps its place. Main thread.
+// The only window. Its size is 460 by 560, or the available area of the screen if that is smaller; the
+// contents scroll then. Closing hides it, and it keeps its position. Main thread.
 class MainWindow : public QWidget {
 public:
     MainWindow(WindowContent content, MainView::OnIntent onIntent);
 
     void setContent(const WindowContent& content);
 
-    // Shown whenever there is a link field.
+    // The text appears once a page has a link field.
     void fillLinkField(const std::string& link);
 
-    // To the front, with the keyboard; in the middle of the screen the first time, later where it was. One
-    // that is shown stays where it is.
+    // Shows the window in front with the focus: centred the first time, later at its previous position. A
+    // visible window is not moved.
     void present();
 
-    // Runs each time the person closes it; it is hidden then unless `stays` says otherwise.
+    // Reactions to the user closing the window.
     struct OnClose {
         std::function<void()> closed;
-        std::function<bool()> stays;
+        std::function<bool()> stays;  // keeps the window visible if it returns true
     };
     void setOnClose(OnClose onClose);
 
-    // Makes the keys that the menu shows work in the window. Called once.
+    // Makes the keyboard shortcuts of the menu work in the window. Call it once.
     void setMenuKeys(const MenuContent& menu, const std::function<void(MenuContent::Action)>& onAction);
 
 protected:
@@ -41,20 +41,20 @@ protected:
 
 private:
     QSize outerSize(QSize inner) const;
-    QPoint placeToShow() const;
+    QPoint positionToShow() const;
 
     void makeView();
     void fitScreen();
     void screenChanged();
     void moveIntoScreen();
 
-    WindowContent content_;  // until there is a view
-    std::string link_;       // until there is a view
+    WindowContent content_;  // used until the view exists
+    std::string link_;       // used until the view exists
     MainView::OnIntent onIntent_;
-    MainView* view_ = nullptr;  // a child, once the window is on its way to the screen
+    MainView* view_ = nullptr;  // a child, made when the window is first shown
     OnClose onClose_;
-    std::optional<QPoint> place_;          // on the screen, once it has one
-    QMetaObject::Connection areaChanges_;  // of the screen that the window is on
+    std::optional<QPoint> position_;       // set once the window was shown
+    QMetaObject::Connection areaChanges_;  // of the current screen
 };
 
 }  // namespace tarnik

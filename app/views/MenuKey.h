@@ -7,7 +7,8 @@
 
 namespace tarnik {
 
-// The key that the menu shows beside the entry; empty if it has none. Qt reads "Ctrl" as Command on macOS.
+// Returns the shortcut of a menu entry, or an empty sequence if it has none. Qt maps "Ctrl" to Command on
+// macOS.
 inline QKeySequence menuKey(const MenuContent::Entry& entry) {
     return entry.key.empty() ? QKeySequence() : QKeySequence("Ctrl+" + qtText(entry.key).toUpper());
 }

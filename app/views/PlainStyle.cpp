@@ -13,15 +13,15 @@ constexpr double ringWidth = 2;
 constexpr int buttonHeight = 32;
 constexpr int buttonPadding = 14;  // on each side of the title
 constexpr int fieldPadding = 8;
-constexpr int frameWidth = 4;  // keeps what is inside out of the corners
+constexpr int frameWidth = 4;  // keeps contents out of the rounded corners
 constexpr int scrollBarWidth = 12;
-constexpr int shortestThumb = 28;
+constexpr int minThumbLength = 28;
 
 bool has(const QStyleOption& option, QStyle::State state) {
     return (option.state & state) == state;
 }
 
-// An outline of one sharp line within `rect`.
+// Draws a rounded box whose outline lies inside `rect`.
 void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QPen& line) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -32,11 +32,12 @@ void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QP
     painter.restore();
 }
 
-// Of what has words inside, and of what is empty and can be told by its outline alone.
+// Strength of an outline: quiet for controls with text, clear for those that only their outline makes
+// visible.
 constexpr double quietOutline = 0.26;
 constexpr double clearOutline = 0.47;
 constexpr double disabledOutline = 0.15;
-constexpr double strongOutline = 0.8;  // of all of them, where a higher contrast is wanted
+constexpr double strongOutline = 0.8;  // for all enabled controls at higher contrast
 
 QColor outline(const QPalette& palette, double share) {
     const bool isStrong = contrastOf(palette) == Contrast::higher && share > disabledOutline;
@@ -58,17 +59,17 @@ ButtonColours buttonColours(const QStyleOptionButton& option) {
         const QColor fill = mixed(text, window, 0.06);
         return {fill, fill};
     }
-    // Pressed is a step further than pointed at.
-    const double touch = has(option, QStyle::State_Sunken)      ? 0.14
-                         : has(option, QStyle::State_MouseOver) ? 0.07
-                                                                : 0;
+    // A pressed button is tinted more than a hovered one.
+    const double tint = has(option, QStyle::State_Sunken)      ? 0.14
+                        : has(option, QStyle::State_MouseOver) ? 0.07
+                                                               : 0;
     const QColor fill = palette.color(isDefault ? QPalette::Highlight : QPalette::Button);
-    if (!isDefault) return {mixed(text, fill, touch), outline(palette, quietOutline)};
-    // Away from the title's colour. A fill that is hard to tell from the window gets an outline.
+    if (!isDefault) return {mixed(text, fill, tint), outline(palette, quietOutline)};
+    // The tint increases the contrast to the title. A fill that resembles the window gets an outline.
     const bool isTitleLight = palette.color(QPalette::HighlightedText).lightness() > 127;
-    const QColor touched = mixed(isTitleLight ? Qt::black : Qt::white, fill, touch);
+    const QColor tinted = mixed(isTitleLight ? Qt::black : Qt::white, fill, tint);
     const bool isFaint = contrastBetween(fill, window) < 3;
-    return {touched, isFaint ? outline(palette, clearOutline) : touched};
+    return {tinted, isFaint ? outline(palette, clearOutline) : tinted};
 }
 
 void drawButton(const QStyleOptionButton& option, QPainter& painter) {
@@ -76,7 +77,7 @@ void drawButton(const QStyleOptionButton& option, QPainter& painter) {
     const QRectF rect(option.rect);
     drawBox(painter, rect, colours.fill, QPen(colours.line, 1));
     if (!has(option, QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange)) return;
-    // With a gap of the window's colour, so that the ring shows on a filled button.
+    // A gap in the window's colour makes the ring visible on a filled button.
     drawBox(painter, rect, Qt::NoBrush, QPen(accentColour(option.palette), ringWidth));
     drawBox(painter, rect.adjusted(ringWidth, ringWidth, -ringWidth, -ringWidth), Qt::NoBrush,
             QPen(option.palette.color(QPalette::Window), 1));
@@ -94,9 +95,9 @@ void drawField(const QStyleOption& option, double share, QPainter& painter) {
 void drawScrollThumb(const QStyleOptionComplex& option, const QRect& slider, QPainter& painter) {
     const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(&option);
     if (!bar || bar->maximum <= bar->minimum) return;
-    const bool touched = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken);
+    const bool isActive = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken);
     const QColor colour = mixed(option.palette.color(QPalette::WindowText),
-                                option.palette.color(QPalette::Window), touched ? 0.55 : 0.32);
+                                option.palette.color(QPalette::Window), isActive ? 0.55 : 0.32);
     constexpr double inset = 3;
     const QRectF thumb = QRectF(slider).adjusted(inset, inset, -inset, -inset);
     painter.save();
@@ -108,17 +109,17 @@ void drawScrollThumb(const QStyleOptionComplex& option, const QRect& slider, QPa
     painter.restore();
 }
 
-// Where the thumb is, in a bar that has no arrows.
+// Returns the thumb's rectangle in a scroll bar without arrows.
 QRect thumbRect(const QStyleOptionSlider& bar) {
-    const bool lying = bar.orientation == Qt::Horizontal;
-    const int length = lying ? bar.rect.width() : bar.rect.height();
+    const bool isHorizontal = bar.orientation == Qt::Horizontal;
+    const int length = isHorizontal ? bar.rect.width() : bar.rect.height();
     const int range = bar.maximum - bar.minimum;
     const double share = static_cast<double>(bar.pageStep) / std::max(1, range + bar.pageStep);
-    const int thumb = std::min(length, std::max(shortestThumb, static_cast<int>(length * share)));
+    const int thumb = std::min(length, std::max(minThumbLength, static_cast<int>(length * share)));
     const int place = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition,
                                                       length - thumb, bar.upsideDown);
-    return lying ? QRect(bar.rect.x() + place, bar.rect.y(), thumb, bar.rect.height())
-                 : QRect(bar.rect.x(), bar.rect.y() + place, bar.rect.width(), thumb);
+    return isHorizontal ? QRect(bar.rect.x() + place, bar.rect.y(), thumb, bar.rect.height())
+                        : QRect(bar.rect.x(), bar.rect.y() + place, bar.rect.width(), thumb);
 }
 
 }  // namespace
@@ -139,7 +140,7 @@ void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
         case PE_PanelLineEdit: return drawField(*option, clearOutline, *painter);
         case PE_Frame: return drawField(*option, quietOutline, *painter);
         case PE_FrameLineEdit:
-        case PE_FrameFocusRect:  // the ring says it
+        case PE_FrameFocusRect:  // drawButton draws a ring instead
         case PE_FrameDefaultButton: return;
         default: break;
     }
@@ -178,16 +179,16 @@ QRect PlainStyle::subControlRect(ComplexControl control, const QStyleOptionCompl
         control == CC_ScrollBar ? qstyleoption_cast<const QStyleOptionSlider*>(option) : nullptr;
     if (!bar) return QProxyStyle::subControlRect(control, option, part, widget);
     const QRect thumb = thumbRect(*bar);
-    const bool lying = bar->orientation == Qt::Horizontal;
+    const bool isHorizontal = bar->orientation == Qt::Horizontal;
     QRect rect = bar->rect;
     switch (part) {
         case SC_ScrollBarSlider: return thumb;
         case SC_ScrollBarGroove: return rect;
         case SC_ScrollBarSubPage:
-            lying ? rect.setRight(thumb.left() - 1) : rect.setBottom(thumb.top() - 1);
+            isHorizontal ? rect.setRight(thumb.left() - 1) : rect.setBottom(thumb.top() - 1);
             return rect;
         case SC_ScrollBarAddPage:
-            lying ? rect.setLeft(thumb.right() + 1) : rect.setTop(thumb.bottom() + 1);
+            isHorizontal ? rect.setLeft(thumb.right() + 1) : rect.setTop(thumb.bottom() + 1);
             return rect;
         default: return {};
     }
@@ -197,7 +198,7 @@ int PlainStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
     switch (metric) {
         case PM_DefaultFrameWidth: return frameWidth;
         case PM_ScrollBarExtent: return scrollBarWidth;
-        case PM_ScrollBarSliderMin: return shortestThumb;
+        case PM_ScrollBarSliderMin: return minThumbLength;
         case PM_ScrollView_ScrollBarSpacing:
         case PM_ButtonShiftHorizontal:
         case PM_ButtonShiftVertical: return 0;

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// How controls look on desktops that leave it to the program: flat, rounded, in the colours of the palette,
-// with a ring around what has the keyboard. The application owns it.
+// A flat widget style with rounded controls and a focus ring, for desktops that leave the style to the
+// program. All colours are from the palette. The application owns it.
 class PlainStyle : public QProxyStyle {
 public:
     PlainStyle();
@@ -29,7 +29,7 @@ public:
                   QStyleHintReturn* returned) const override;
 };
 
-// Gives the application the style, in these colours. Later calls only change them.
+// Sets the application's style and palette. Later calls only change the palette.
 void applyPlainStyle(Appearance appearance, const PaletteOptions& options = {});
 
 }  // namespace tarnik

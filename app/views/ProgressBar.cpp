@@ -1,7 +1,6 @@
 #include "app/views/ProgressBar.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyle>
 #include <QTimerEvent>
 #include <cmath>
@@ -12,16 +11,24 @@
 namespace tarnik {
 namespace {
 
-constexpr int thickness = 6;
+constexpr int thickness = 4;
 constexpr int stepMilliseconds = 40;
-constexpr int step = 16;  // in thousandths of a round
-constexpr double piece = 0.28;
+constexpr int phaseStep = 16;
+constexpr double segmentShare = 0.28;
+
+void paintBar(QPainter& painter, const QRectF& bar, const QColor& colour) {
+    painter.setBrush(colour);
+    painter.drawRoundedRect(bar, thickness / 2.0, thickness / 2.0);
+}
 
 }  // namespace
 
-ProgressBar::ProgressBar(QWidget* parent) : QProgressBar(parent) {
+ProgressBar::ProgressBar(int height, QWidget* parent) : QProgressBar(parent) {
     setTextVisible(false);
-    setFixedHeight(thickness);
+    setFixedHeight(height);
+    auto policy = sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    setSizePolicy(policy);
     hide();
 }
 
@@ -30,33 +37,30 @@ void ProgressBar::setProgress(const DownloadProgress& progress) {
     if (progress.permille) setValue(*progress.permille);
     if (const auto text = qtText(progress.text); text != accessibleDescription())
         setAccessibleDescription(text);
-    settleTimer();
+    updateTimer();
 }
 
 void ProgressBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
+    const QRectF track(0, (height() - thickness) / 2, width(), thickness);
+    paintBar(painter, track, lineColour(palette()));
 
-    QPainterPath groove;
-    groove.addRoundedRect(QRectF(rect()), thickness / 2.0, thickness / 2.0);
-    painter.fillPath(groove, lineColour(palette()));
-
-    QRectF done(rect());
-    if (isWandering()) {
-        const double place = 0.5 - 0.5 * std::cos(wandered_ / 1000.0 * 2 * M_PI);
-        done.setLeft(width() * (1 - piece) * place);
-        done.setWidth(width() * piece);
+    QRectF filled(track);
+    if (isIndeterminate()) {
+        const double position = 0.5 - 0.5 * std::cos(phase_ / 1000.0 * 2 * M_PI);
+        filled.setLeft(width() * (1 - segmentShare) * position);
+        filled.setWidth(width() * segmentShare);
     } else {
-        done.setWidth(std::max<double>(thickness, width() * value() / 1000.0));
         if (value() == 0) return;
+        filled.setWidth(std::max<double>(thickness, width() * value() / 1000.0));
     }
-    painter.setBrush(accentColour(palette()));
-    painter.drawRoundedRect(done, thickness / 2.0, thickness / 2.0);
+    paintBar(painter, filled, accentColour(palette()));
 }
 
 void ProgressBar::showEvent(QShowEvent*) {
-    settleTimer();
+    updateTimer();
 }
 
 void ProgressBar::hideEvent(QHideEvent*) {
@@ -65,18 +69,19 @@ void ProgressBar::hideEvent(QHideEvent*) {
 
 void ProgressBar::timerEvent(QTimerEvent* event) {
     if (event->timerId() != timer_.timerId()) return QProgressBar::timerEvent(event);
-    wandered_ = (wandered_ + step) % 1000;
+    phase_ = (phase_ + phaseStep) % 1000;
     update();
 }
 
-void ProgressBar::settleTimer() {
-    const bool moves = isWandering() && isVisible() &&
+void ProgressBar::updateTimer() {
+    const bool moves = isIndeterminate() && isVisible() &&
                        style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
     if (moves == timer_.isActive()) return;
-    if (moves)
+    if (moves) {
         timer_.start(stepMilliseconds, this);
-    else
+    } else {
         timer_.stop();
+    }
 }
 
 }  // namespace tarnik

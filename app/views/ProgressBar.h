@@ -7,10 +7,12 @@
 
 namespace tarnik {
 
-// How far a download has come: a thin bar, in which a piece wanders while nobody knows.
+// A thin progress bar. While the total is unknown, a segment moves along it, unless the user disabled
+// animations. It keeps its place in a layout while it is hidden.
 class ProgressBar : public QProgressBar {
 public:
-    explicit ProgressBar(QWidget* parent = nullptr);
+    // The bar is painted in the middle of `height`.
+    ProgressBar(int height, QWidget* parent);
 
     void setProgress(const DownloadProgress& progress);
 
@@ -21,11 +23,11 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
-    bool isWandering() const { return maximum() == 0; }
-    void settleTimer();
+    bool isIndeterminate() const { return maximum() == 0; }
+    void updateTimer();
 
-    QBasicTimer timer_;
-    int wandered_ = 350;  // in thousandths of a round; begins where it looks like no share of a whole
+    QBasicTimer timer_;  // runs only while the segment moves
+    int phase_ = 350;    // in thousandths of a period; the first position does not look like a share
 };
 
 }  // namespace tarnik

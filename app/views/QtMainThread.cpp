@@ -12,7 +12,7 @@ namespace {
 RepeatingTimer repeat(Seconds interval, MainThread::Task task) {
     auto* timer = new QTimer;
     timer->setInterval(std::chrono::ceil<std::chrono::milliseconds>(interval));
-    // The task may end the timer, which must not take the task away from under itself.
+    // The task may destroy the timer while it runs, so the call shares its ownership.
     const auto shared = std::make_shared<MainThread::Task>(std::move(task));
     QObject::connect(timer, &QTimer::timeout, timer, [shared] { (*std::shared_ptr(shared))(); });
     timer->start();
@@ -24,7 +24,7 @@ RepeatingTimer repeat(Seconds interval, MainThread::Task task) {
 
 }  // namespace
 
-// What other threads post to, which may outlive the loop.
+// The target of posts. It may outlive the loop, because other threads share it.
 struct QtMainThread::Mailbox {
     std::mutex mutex;
     std::unique_ptr<QObject> receiver = std::make_unique<QObject>();  // guarded by mutex

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// The main thread of a program with Qt's loop. Made on that thread, also before the application object; what
-// is posted before the loop runs waits for it, and what is left when this goes is dropped.
+// The main thread with Qt's event loop. Make it on that thread; the application object need not exist yet.
+// Tasks that are posted before the loop runs wait for it. Tasks left when this is destroyed are dropped.
 class QtMainThread {
 public:
     QtMainThread();
@@ -15,7 +15,7 @@ public:
     QtMainThread(const QtMainThread&) = delete;
     QtMainThread& operator=(const QtMainThread&) = delete;
 
-    // As the shell sees it; harmless once this is gone.
+    // Returns the operations. They do nothing after this is destroyed.
     MainThread operations() const;
 
 private:

@@ -22,24 +22,24 @@ int fail(int status, const QString& text) {
     return status;
 }
 
-enum class Where { screen, nowhere };
+enum class Visibility { onScreen, hidden };
 
-// The window in that state, whose buttons do nothing, or the alert that stands before it.
-std::unique_ptr<QWidget> shown(const SampleScreen& screen, const Url& webOrigin, Where where) {
+// Makes the window in that state, or the alert in front of it. Its buttons do nothing.
+std::unique_ptr<QWidget> makeScreen(const SampleScreen& screen, const Url& webOrigin, Visibility visibility) {
     if (screen.alert) {
         auto alert = makeAlert(screen.alert->title, screen.alert->body);
-        alert->setAttribute(Qt::WA_DontShowOnScreen, where == Where::nowhere);
+        alert->setAttribute(Qt::WA_DontShowOnScreen, visibility == Visibility::hidden);
         alert->show();
         return alert;
     }
     auto window = std::make_unique<MainWindow>(WindowContent::of(screen.state, webOrigin),
                                                [](const auto&, const auto&) {});
-    window->setAttribute(Qt::WA_DontShowOnScreen, where == Where::nowhere);
+    window->setAttribute(Qt::WA_DontShowOnScreen, visibility == Visibility::hidden);
     window->present();
     return window;
 }
 
-// What it looks like now, at `scale` pixels a point.
+// Renders the window with `scale` pixels per point.
 QImage picture(QWidget& window, int scale) {
     QPixmap pixmap(window.size() * scale);
     pixmap.setDevicePixelRatio(scale);
@@ -56,7 +56,7 @@ int ScreenGallery::showScreen(std::string_view name, Appearance appearance) cons
         return fail(misused, "there is no screen named " + qtText(name) + "; --list-screens names them");
 
     QApplication::setPalette(paletteFor(appearance));
-    const auto window = shown(*found, webOrigin, Where::screen);
+    const auto window = makeScreen(*found, webOrigin, Visibility::onScreen);
     return QApplication::exec();
 }
 
@@ -67,7 +67,7 @@ int ScreenGallery::writeScreens(const std::string& folder) const {
     for (const auto appearance : {Appearance::light, Appearance::dark}) {
         QApplication::setPalette(paletteFor(appearance));
         for (const auto& screen : screens) {
-            const auto window = shown(screen, webOrigin, Where::nowhere);
+            const auto window = makeScreen(screen, webOrigin, Visibility::hidden);
             QApplication::processEvents();
             for (const int scale : {1, 2}) {
                 const auto file = place.filePath(qtText(screen.name) +

@@ -10,17 +10,17 @@
 
 namespace tarnik {
 
-// Every state of the window, to be looked at. The application object exists; each answer is the program's
-// exit status. Main thread.
+// Renders the sample states of the window for a reviewer. Main thread, after the application object exists.
+// Each operation returns the program's exit status.
 struct ScreenGallery {
-    Url webOrigin;  // for the link field
+    Url webOrigin;  // shown in the link field
     std::vector<SampleScreen> screens = sampleScreens();
 
-    // A window in that state, whose buttons do nothing, until it is closed.
+    // Shows the window in one state until it is closed. Its buttons do nothing.
     int showScreen(std::string_view name, Appearance appearance) const;
 
-    // NAME-light.png, NAME-dark.png and the same at twice the size, NAME-light@2x.png, into `folder`, which
-    // is made where it is missing. Needs no display.
+    // Writes four pictures per state into `folder`: NAME-light.png, NAME-dark.png, and both at twice the
+    // size, NAME-light@2x.png. Creates the folder. Needs no display.
     int writeScreens(const std::string& folder) const;
 };
 

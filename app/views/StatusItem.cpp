@@ -23,7 +23,7 @@ std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const StatusItem::On
             continue;
         }
         QAction* action = menu->addAction(qtText(entry.title));
-        action->setMenuRole(QAction::NoRole);  // it stays where it is and keeps its words
+        action->setMenuRole(QAction::NoRole);  // keeps macOS from moving or renaming it
         action->setShortcut(menuKey(entry));
         QObject::connect(action, &QAction::triggered, menu.get(),
                          [onAction, chosen = *entry.action] { onAction(chosen); });
@@ -31,7 +31,7 @@ std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const StatusItem::On
     return menu;
 }
 
-// Whether the system opens the menu for a plain click.
+// Returns whether the system opens the menu on a click.
 bool clickOpensMenu() {
     return QGuiApplication::platformName() == "cocoa";
 }

@@ -11,13 +11,13 @@ class QSystemTrayIcon;
 
 namespace tarnik {
 
-// The status item and its menu. Main thread, owned by the desktop program.
+// The status item and its menu. Owned by DesktopFace. Main thread.
 class StatusItem {
 public:
     using OnAction = std::function<void(MenuContent::Action)>;
 
-    // `onAction` hears what was chosen in the menu; a click on the item itself opens the window where the
-    // system doesn't open the menu then. A null icon: the item shows its short title.
+    // `onAction` receives the chosen menu action. A click on the item opens the window, unless the system
+    // opens the menu then. A null icon shows the short title instead.
     StatusItem(const QIcon& icon, const MenuContent& menu, const OnAction& onAction);
     ~StatusItem();
     StatusItem(const StatusItem&) = delete;

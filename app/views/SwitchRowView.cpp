@@ -21,7 +21,7 @@ SwitchRowView::SwitchRowView(OnButton onButton, QWidget* parent)
       description_(new TextLabel(TextLabel::Role::quiet, this)),
       button_(new IntentButton(std::move(onButton), this)),
       hint_(new TextLabel(TextLabel::Role::quiet, this)) {
-    symbol_->lower();  // the first for screen readers, as on the screen
+    symbol_->lower();  // screen readers read it first, as on the screen
     hint_->setContentsMargins(0, hintGap, 0, 0);
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);

@@ -9,14 +9,14 @@ namespace tarnik {
 class SymbolView;
 class TextLabel;
 
-// One switch: whether it is on, what it is good for, and a button that leads to it.
+// One switch: its state, a description, and a button to turn it on.
 class SwitchRowView : public QWidget {
 public:
     SwitchRowView(OnButton onButton, QWidget* parent);
 
     void setRow(const WindowContent::SwitchRow& row);
 
-    IntentButton* button() const { return button_; }  // hidden while there is nothing to do
+    IntentButton* button() const { return button_; }  // hidden while the switch is on
 
 private:
     // Children.

@@ -16,7 +16,7 @@ constexpr int rowMargin = 9;  // above and below
 constexpr int sideMargin = 12;
 constexpr double radius = 10;
 
-// The rows on a ground of their own, with a line between them.
+// The rows on their own background, with lines between them.
 class RowList : public QWidget {
 public:
     explicit RowList(QWidget* parent) : QWidget(parent) {

@@ -10,15 +10,15 @@ namespace tarnik {
 class SwitchRowView;
 class TextLabel;
 
-// The lower half of the window: what the switches are for, and a row for each.
+// The lower half of the window: an explanation of the switches, and a row for each.
 class SwitchesSection : public QWidget {
 public:
     SwitchesSection(OnButton onButton, QWidget* parent);
 
-    // Whether there are other controls than before.
+    // Returns true if the controls differ from the previous ones.
     bool setContent(const WindowContent::Switches& content);
 
-    std::vector<QWidget*> controls() const;  // in the order of the Tab key
+    std::vector<QWidget*> controls() const;  // in tab order
 
 private:
     const OnButton onButton_;

@@ -48,7 +48,7 @@ public:
 
     QIconEngine* clone() const override { return new DrawingEngine(*this); }
 
-    // What trays and window managers are given to choose from.
+    // The sizes that trays and window managers can choose.
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
         QList<QSize> sizes;
         for (const int side : {16, 18, 22, 24, 32, 48, 64}) sizes.append(QSize(side, side));
@@ -60,17 +60,17 @@ private:
 };
 
 QIcon iconOf(Drawing drawing) {
-    return QIcon(new DrawingEngine(std::move(drawing)));  // which the icon owns
+    return QIcon(new DrawingEngine(std::move(drawing)));  // the icon owns the engine
 }
 
-// Symbols are drawn in a square of 24 units, of which the outermost stay empty and are left off.
+// Symbols are drawn in a square of 24 units. Their empty margin is cropped.
 constexpr double symbolSide = 20.4;
 
-// One part of a symbol, in the colour that `colour` gives.
+// One part of a symbol.
 struct Layer {
     QColor (*colour)(const QPalette&);
     std::string_view path;
-    double stroke = 0;  // filled where it is 0
+    double stroke = 0;  // 0 fills the path
 };
 
 struct Symbol {
@@ -92,7 +92,7 @@ constexpr std::string_view ring =
     "M 21 12 C 21 16.97 16.97 21 12 21 C 7.03 21 3 16.97 3 12 C 3 7.03 7.03 3 12 3 C 16.97 3 21 7.03 21 12 Z";
 constexpr std::string_view check = "M 7.4 12.4 L 10.7 15.6 L 16.7 8.9";
 constexpr std::string_view downArrow = "M 12 7.2 L 12 16.2 M 8.2 12.8 L 12 16.6 L 15.8 12.8";
-// Two arcs that chase each other, and their heads.
+// Two arrows in a circle: two arcs and their heads.
 constexpr std::string_view arcs =
     "M 4.06 10.6 C 4.72 6.82 8.03 3.95 12 3.95 C 14.6 3.95 16.9 5.18 18.37 7.09 "
     "M 19.94 13.4 C 19.28 17.18 15.97 20.05 12 20.05 C 9.4 20.05 7.1 18.82 5.63 16.91";

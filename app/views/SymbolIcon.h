@@ -7,21 +7,21 @@ class QIcon;
 
 namespace tarnik {
 
-// A symbol as a vector icon: sharp at every size and scale, in the colours of the application's palette at
-// the time it is painted. `name` is one of SymbolName; another name gives a null icon.
+// Returns a symbol as a vector icon, which uses the application's palette when it is painted. `name` is one
+// of SymbolName. Returns a null icon for any other name.
 QIcon symbolIcon(std::string_view name);
 
-// The application's mark, in one colour, for a menu bar. A mask where the system colours it; elsewhere its
-// own colour stands out on light and dark panels.
+// Returns the application's mark in one colour, for a menu bar. It is a mask where the system colours it.
+// Elsewhere its colour is visible on light and dark panels.
 QIcon markIcon();
 
-// The mark on the application's tile, for windows and lists of programs.
+// Returns the mark on the application's tile, for windows and program lists.
 QIcon applicationIcon();
 
-// An image file as a mask, which the system colours; null when there is no such file.
+// Returns an image file as a mask, which the system colours. Returns a null icon if the file does not exist.
 QIcon maskIcon(const std::string& file);
 
-// A word of two or three letters in the mark's place.
+// Returns an icon with two or three letters, to replace the mark.
 QIcon wordIcon(std::string_view word);
 
 }  // namespace tarnik

@@ -2,13 +2,13 @@
 
 #include <QPainter>
 
-#include "app/views/AccessibleName.h"
+#include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"
 
 namespace tarnik {
 namespace {
 
-constexpr int lift = 1;  // letters stand higher than the middle of their line
+constexpr int lift = 1;  // text is optically above the middle of its line
 
 }  // namespace
 

@@ -7,7 +7,7 @@
 
 namespace tarnik {
 
-// A symbol with its name, in the middle of the height of the line it stands beside.
+// A symbol with an accessible name, vertically centred on the line of text beside it.
 class SymbolView : public QLabel {
 public:
     SymbolView(int side, int lineHeight, QWidget* parent = nullptr);

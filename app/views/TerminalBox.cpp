@@ -4,24 +4,24 @@
 #include <QScrollBar>
 #include <QTextDocument>
 
-#include "app/views/AccessibleName.h"
+#include "app/views/QtText.h"
 
 namespace tarnik {
 namespace {
 
-constexpr int fewestLines = 4;
-constexpr int usualLines = 6;
+constexpr int minLines = 4;
+constexpr int preferredLines = 6;
 constexpr int padding = 8;
 
-// How much has left the front of `before` when `after` is the same text some lines later; 0 when it is not.
+// Returns how much of `before` was dropped at its front to become `after`, or 0 if `after` is another text.
 qsizetype droppedFront(const QString& before, const QString& after) {
-    constexpr qsizetype mark = 80;  // enough of a text to know it by
-    if (after.size() < mark) return 0;
-    const auto place = before.indexOf(QStringView(after).left(mark));
+    constexpr qsizetype prefix = 80;  // long enough to be unique
+    if (after.size() < prefix) return 0;
+    const auto place = before.indexOf(QStringView(after).left(prefix));
     return place > 0 && after.startsWith(QStringView(before).mid(place)) ? place : 0;
 }
 
-qsizetype sharedFront(const QString& a, const QString& b) {
+qsizetype commonPrefix(const QString& a, const QString& b) {
     const auto ends = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
     return ends.first - a.begin();
 }
@@ -43,49 +43,49 @@ TerminalBox::TerminalBox(QWidget* parent) : QPlainTextEdit(parent) {
     setFont(fixed);
 
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
-        if (!changing_) following_ = value >= verticalScrollBar()->maximum();
+        if (!isChanging_) followsEnd_ = value >= verticalScrollBar()->maximum();
     });
-    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { followEnd(); });
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { scrollToEnd(); });
     hide();
 }
 
 void TerminalBox::setTerminal(const WindowContent::Terminal& terminal) {
     updateAccessibleName(*this, terminal.accessibleName);
     const QString text = qtText(terminal.text);
-    if (text == shown_) return;
+    if (text == text_) return;
 
     const int place = verticalScrollBar()->value();
-    changing_ = true;
-    dropFront(droppedFront(shown_, text));
-    replaceFrom(sharedFront(shown_, text), text);
+    isChanging_ = true;
+    dropFront(droppedFront(text_, text));
+    replaceFrom(commonPrefix(text_, text), text);
     verticalScrollBar()->setValue(place);
-    changing_ = false;
-    followEnd();
+    isChanging_ = false;
+    scrollToEnd();
 }
 
-void TerminalBox::forget() {
-    if (shown_.isEmpty()) return;
-    shown_.clear();
+void TerminalBox::reset() {
+    if (text_.isEmpty()) return;
+    text_.clear();
     clear();
-    following_ = true;
+    followsEnd_ = true;
 }
 
-// Edits the document rather than setting its text, which would lose selection and scrolling.
-void TerminalBox::replaceFrom(qsizetype place, const QString& text) {
+// Edits the document, because replacing its text would lose the selection and the scroll position.
+void TerminalBox::replaceFrom(qsizetype position, const QString& text) {
     QTextCursor cursor(document());
-    cursor.setPosition(static_cast<int>(place));
+    cursor.setPosition(static_cast<int>(position));
     cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
-    // A selection up to the very end would grow with what is written there.
+    // A selection that ends at the end of the document would grow with inserted text.
     QTextCursor selection = textCursor();
     const int anchor = selection.anchor();
-    const int position = selection.position();
-    cursor.insertText(text.mid(place));
-    if (std::max(anchor, position) <= place) {
+    const int end = selection.position();
+    cursor.insertText(text.mid(position));
+    if (std::max(anchor, end) <= position) {
         selection.setPosition(anchor);
-        selection.setPosition(position, QTextCursor::KeepAnchor);
+        selection.setPosition(end, QTextCursor::KeepAnchor);
         setTextCursor(selection);
     }
-    shown_ = text;
+    text_ = text;
 }
 
 void TerminalBox::dropFront(qsizetype count) {
@@ -93,19 +93,19 @@ void TerminalBox::dropFront(qsizetype count) {
     QTextCursor cursor(document());
     cursor.setPosition(static_cast<int>(count), QTextCursor::KeepAnchor);
     cursor.removeSelectedText();
-    shown_.remove(0, count);
+    text_.remove(0, count);
 }
 
-void TerminalBox::followEnd() {
-    if (following_ && !changing_) verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+void TerminalBox::scrollToEnd() {
+    if (followsEnd_ && !isChanging_) verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
 QSize TerminalBox::sizeHint() const {
-    return {200, usualLines * fontMetrics().lineSpacing() + 2 * (padding + frameWidth())};
+    return {200, preferredLines * fontMetrics().lineSpacing() + 2 * (padding + frameWidth())};
 }
 
 QSize TerminalBox::minimumSizeHint() const {
-    return {100, fewestLines * fontMetrics().lineSpacing() + 2 * (padding + frameWidth())};
+    return {100, minLines * fontMetrics().lineSpacing() + 2 * (padding + frameWidth())};
 }
 
 }  // namespace tarnik

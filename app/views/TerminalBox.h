@@ -6,26 +6,26 @@
 
 namespace tarnik {
 
-// What a program writes to its terminal: to read, to select and to copy. Follows its end unless it was
-// scrolled up; a selection survives what is written after it.
+// Shows the terminal output of a program, to read, select and copy. Scrolls to its end unless the user
+// scrolled up. A selection survives changes elsewhere in the text.
 class TerminalBox : public QPlainTextEdit {
 public:
     explicit TerminalBox(QWidget* parent = nullptr);
 
     void setTerminal(const WindowContent::Terminal& terminal);
-    void forget();  // the next text is another program's
+    void reset();  // call it between two programs
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 private:
-    void replaceFrom(qsizetype place, const QString& text);
+    void replaceFrom(qsizetype position, const QString& text);
     void dropFront(qsizetype count);
-    void followEnd();
+    void scrollToEnd();
 
-    QString shown_;
-    bool following_ = true;
-    bool changing_ = false;
+    QString text_;
+    bool followsEnd_ = true;
+    bool isChanging_ = false;
 };
 
 }  // namespace tarnik

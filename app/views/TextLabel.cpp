@@ -12,9 +12,10 @@
 namespace tarnik {
 namespace {
 
-// From line to line, in heights of the letters. Fonts of one size differ much in the height they ask for.
+// The line height in multiples of the font size. Fonts of one size differ much in the line height they
+// request.
 constexpr double leading = 1.38;
-constexpr int narrowest = 60;
+constexpr int minWidth = 60;
 
 QFont fontFor(TextLabel::Role role, QFont font) {
     const auto resize = [&font](double factor) {
@@ -39,7 +40,7 @@ QFont fontFor(TextLabel::Role role, QFont font) {
     return font;
 }
 
-// Breaks the lines of `layout`, and says how much room they take.
+// Breaks the text into lines and returns the size they take.
 QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeight) {
     layout.setFont(font);
     QTextOption option;
@@ -73,20 +74,20 @@ void TextLabel::setPlainText(std::string_view text) {
 }
 
 int TextLabel::lineHeight() const {
-    const int lettersHeight = QFontInfo(font()).pixelSize();
-    return std::max(fontMetrics().height(), static_cast<int>(std::lround(lettersHeight * leading)));
+    const int fontSize = QFontInfo(font()).pixelSize();
+    return std::max(fontMetrics().height(), static_cast<int>(std::lround(fontSize * leading)));
 }
 
 QSizeF TextLabel::measure(int width) const {
-    const auto fits = [&](const Measured& known) {
+    const auto fits = [&](const Measurement& known) {
         return known.width == width && known.text == text() && known.font == font();
     };
-    if (const auto known = std::ranges::find_if(measured_, fits); known != measured_.end())
+    if (const auto known = std::ranges::find_if(measurements_, fits); known != measurements_.end())
         return known->size;
     QTextLayout layout(text().replace('\n', QChar::LineSeparator));
     const QSizeF size = layOut(layout, font(), width, lineHeight());
-    std::ranges::rotate(measured_, measured_.end() - 1);
-    measured_.front() = {.text = text(), .font = font(), .width = width, .size = size};
+    std::ranges::rotate(measurements_, measurements_.end() - 1);
+    measurements_.front() = {.text = text(), .font = font(), .width = width, .size = size};
     return size;
 }
 
@@ -101,7 +102,7 @@ QSize TextLabel::sizeHint() const {
 }
 
 QSize TextLabel::minimumSizeHint() const {
-    return {std::min(narrowest, sizeHint().width()), lineHeight()};
+    return {std::min(minWidth, sizeHint().width()), lineHeight()};
 }
 
 int TextLabel::heightForWidth(int width) const {

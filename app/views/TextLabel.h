@@ -6,15 +6,15 @@
 
 namespace tarnik {
 
-// A text of the window: plain, whatever it contains, wrapped to the width it gets, also within a long word.
-// Of its contents margins the upper one counts.
+// A plain-text label that wraps at its width, inside long words if needed. Ignores all contents margins but
+// the upper one.
 class TextLabel : public QLabel {
 public:
     enum class Role { brand, heading, strong, body, quiet };
 
     explicit TextLabel(Role role, QWidget* parent = nullptr);
 
-    void setPlainText(std::string_view text);  // hides the label while it is empty
+    void setPlainText(std::string_view text);  // an empty text hides the label
     int lineHeight() const;
 
     QSize sizeHint() const override;
@@ -26,8 +26,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    // Layouts ask for the same few sizes many times.
-    struct Measured {
+    // A cached size. Layouts ask for the same few sizes many times.
+    struct Measurement {
         QString text;
         QFont font;
         int width = -1;
@@ -38,7 +38,7 @@ private:
     QSize textSize(int width) const;
 
     const Role role_;
-    mutable std::array<Measured, 3> measured_;  // the latest first
+    mutable std::array<Measurement, 3> measurements_;  // latest first
 };
 
 }  // namespace tarnik

@@ -7,7 +7,7 @@
 namespace tarnik {
 namespace {
 
-// Takes one word after the other off the front of a text.
+// Splits a text at its spaces.
 class Words {
 public:
     explicit Words(std::string_view text) : rest_(text) { skipSpace(); }

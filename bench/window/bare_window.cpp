@@ -1,5 +1,4 @@
-// The floor under the window's start, size and rest: a window of the same size with a tray icon, and nothing
-// else.
+// The floor for the window's start, memory and wake-ups: an empty window of the same size, with a tray icon.
 #include <QApplication>
 #include <QIcon>
 #include <QLabel>

@@ -1,8 +1,8 @@
-// How soon the window answers while a thousand states a second are drawn in it.
+// Measures how soon the window reacts while it draws a thousand states per second.
 //
-// Prints one JSON line: for each kind of storm how many states were taken and drawn, how much processor time
-// it took, and how late the main thread was for what else was asked of it meanwhile, in milliseconds. The
-// first storm has no states: it is the floor.
+// Prints one JSON line: for each kind of storm the number of accepted and drawn states, the processor time,
+// and the delay of other tasks on the main thread in milliseconds. The first storm has no states; it is the
+// floor.
 #include <QApplication>
 #include <QTimer>
 #include <algorithm>
@@ -33,10 +33,10 @@ constexpr auto stormLasts = 3s;
 constexpr auto betweenStates = 1ms;
 constexpr auto betweenQuestions = 5ms;
 
-// The state that comes next, from its number.
+// Makes the state with this number.
 using States = std::function<AppState(int number)>;
 
-// The helper's command writes a line for each.
+// Each state adds a line of the helper's command.
 AppState writing(int number) {
     static AppState state = [] {
         AppState pairing;
@@ -51,13 +51,13 @@ AppState writing(int number) {
     return state;
 }
 
-// Nothing of one is in the next.
+// Consecutive states have nothing in common.
 AppState anotherScreen(int number) {
     static const auto screens = sampleScreens();
     return screens[static_cast<std::size_t>(number) % screens.size()].state;
 }
 
-// Calls `each` so often, on a thread of its own, until the storm is over.
+// Calls `each` at this rate on its own thread until the storm ends.
 std::thread every(std::chrono::milliseconds interval, std::function<void(int)> each) {
     return std::thread([interval, each = std::move(each)] {
         const auto start = std::chrono::steady_clock::now();
@@ -68,8 +68,7 @@ std::thread every(std::chrono::milliseconds interval, std::function<void(int)> e
     });
 }
 
-// A model that has something new to tell each time it looks at the switches. What is drawn then comes from
-// the storm.
+// A model that publishes a change whenever it reads the switches. The drawn state is that of the storm.
 std::shared_ptr<AppModel> changingModel(const MainThread& mainThread) {
     AppModelDeps deps;
     deps.platform = {.mainThread = mainThread,
@@ -121,7 +120,7 @@ std::string storm(const char* name, MainWindow& window, const MainThread& mainTh
     const double used = 1000.0 * static_cast<double>(std::clock() - usedBefore) / CLOCKS_PER_SEC;
     changes.join();
     questions.join();
-    QApplication::processEvents();  // what is still under way refers to this function's own
+    QApplication::processEvents();  // queued calls reference local variables
     std::ranges::sort(late);
     char line[240];
     std::snprintf(

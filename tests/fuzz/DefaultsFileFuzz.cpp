@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(fuzz::textOf(data, size));
     std::ofstream(path) << text;
     ::unlink(aside.c_str());
-    const auto before = Json::parse(text, DefaultsFile::longest);
+    const auto before = Json::parse(text, DefaultsFile::maxBytes);
     const auto fail = [](const std::string&) { std::abort(); };
 
     DefaultsFile file(path, fail);
@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const DefaultsFile again(path, fail);
     require(again.flag("AccessibilityWasOn") && again.text("NodeHome") == home &&
             again.flag("Other") == flag);
-    const auto after = Json::parse(contents(path), 8 * DefaultsFile::longest);
+    const auto after = Json::parse(contents(path), 8 * DefaultsFile::maxBytes);
     require(after && after->isObject());
     const bool wasBroken = !before || !before->isObject();
     require((::access(aside.c_str(), F_OK) == 0) == wasBroken);

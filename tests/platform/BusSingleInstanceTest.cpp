@@ -14,11 +14,11 @@ namespace {
 using Outcome = SingleInstance::Outcome;
 using Links = std::vector<std::string>;
 
-constexpr BusSingleInstance::Bounds quick{.handOver = std::chrono::milliseconds(200),
-                                          .end = std::chrono::milliseconds(200)};
+constexpr BusSingleInstance::Timeouts quick{.handOver = std::chrono::milliseconds(200),
+                                            .end = std::chrono::milliseconds(200)};
 constexpr const char* name = "com.tarnik.node";
 
-// A copy as a program of its own: it acquires, and then its loop runs.
+// An instance as a program of its own: it calls acquire and then runs its event loop.
 class Copy {
 public:
     explicit Copy(const PrivateBus& bus) : program_(bus) {}
@@ -26,7 +26,7 @@ public:
     Copy(const Copy&) = delete;
     Copy& operator=(const Copy&) = delete;
 
-    // Doesn't wait for it.
+    // Returns at once.
     void start(const std::optional<std::string>& link) {
         program_.post([this, link] {
             const MainThread mainThread{.post = [this](auto task) { program_.post(std::move(task)); }};
@@ -34,23 +34,23 @@ public:
             requests->onLink([this](const std::string& opened) { links.push_back(opened); });
             requests->onSecondOpen([this] { ++secondOpens; });
             copy_ = std::make_unique<BusSingleInstance>(program_.bus(), requests, std::nullopt,
-                                                        BusSingleInstance::Bounds());
+                                                        BusSingleInstance::Timeouts());
             outcome = copy_->acquire({.link = link});
         });
     }
     void refuseRequests() {
         program_.run([this] { copy_->refuseRequests(); });
     }
-    // After all that has come to it.
+    // Blocks until all that was sent to it has arrived.
     void settleDown() {
-        for (int i = 0; i < 2; ++i) program_.run([] {});  // a link may be posted
+        for (int i = 0; i < 2; ++i) program_.run([] {});  // a link may be posted once more
     }
     void end() {
         program_.run([this] { copy_.reset(); });
         program_.end();
     }
 
-    // For when it has settled down.
+    // Read these after settleDown().
     Links links;
     int secondOpens = 0;
     Outcome outcome = Outcome::unavailable;
@@ -60,23 +60,23 @@ private:
     BusProgram program_;
 };
 
-// A second start, with what it is given itself.
+// A second instance and the links that it receives itself.
 struct SecondStart {
     ManualMainThread mainThread;
     std::shared_ptr<OpenRequests> requests = std::make_shared<OpenRequests>(mainThread.record());
     Links links;
 
     Outcome acquire(const QDBusConnection& bus, const SingleInstance::LaunchRequest& start,
-                    BusSingleInstance::Bounds bounds = {}) {
+                    BusSingleInstance::Timeouts bounds = {}) {
         requests->onLink([this](const std::string& opened) { links.push_back(opened); });
         const auto outcome = BusSingleInstance(bus, requests, "token", bounds).acquire(start);
-        EXPECT_EQ(links, Links()) << "inside acquire";
+        EXPECT_EQ(links, Links()) << "acquire itself delivers no link";
         mainThread.run();
         return outcome;
     }
 };
 
-TEST(BusSingleInstance, givesALaterStartsLinkToTheOneThatRuns) {
+TEST(BusSingleInstance, handsLaterRequestsToTheFirst) {
     const PrivateBus bus;
     Copy first(bus);
     first.start("tarnik://1");
@@ -97,7 +97,7 @@ TEST(BusSingleInstance, givesALaterStartsLinkToTheOneThatRuns) {
     EXPECT_EQ(first.secondOpens, 2);  // the last link is too long to be one
 }
 
-TEST(BusSingleInstance, waitsForTheEndOfOneThatIsEnding) {
+TEST(BusSingleInstance, waitsForTheEndOfAnEndingInstance) {
     for (const SingleInstance::LaunchRequest& start : {SingleInstance::LaunchRequest{.link = "tarnik://1"},
                                                        SingleInstance::LaunchRequest{.wantsWindow = false}}) {
         const PrivateBus bus;
@@ -106,7 +106,7 @@ TEST(BusSingleInstance, waitsForTheEndOfOneThatIsEnding) {
         first.settleDown();
         first.refuseRequests();
         std::thread end([&] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));  // what its end takes
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the duration of its shutdown
             first.end();
         });
         SecondStart second;
@@ -117,10 +117,10 @@ TEST(BusSingleInstance, waitsForTheEndOfOneThatIsEnding) {
     }
 }
 
-TEST(BusSingleInstance, losesNoLinkToACopyThatDoesNotTakeIt) {
+TEST(BusSingleInstance, losesNoLinkToAnOwnerThatDoesNotAcceptIt) {
     using Vanish = std::function<void()>;
     using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage&, const Vanish&)>;
-    const auto none = std::optional<QDBusMessage>();
+    const auto noReply = std::optional<QDBusMessage>();
     struct Case {
         const char* why;
         Answer answer;
@@ -128,23 +128,23 @@ TEST(BusSingleInstance, losesNoLinkToACopyThatDoesNotTakeIt) {
         Links links;
     };
     const Case cases[] = {
-        {"it ends instead of answering",
+        {"it ends without a reply",
          [&](auto&, auto& vanish) {
              vanish();
-             return none;
+             return noReply;
          },
          Outcome::primary,
          {"tarnik://1"}},
-        {"it has the link in its queue, and may come to it", [&](auto&, auto&) { return none; },
+        {"it does not reply in time and may still use the link", [&](auto&, auto&) { return noReply; },
          Outcome::handedOver, Links()},
-        {"it is something else",
+        {"it lacks the interface",
          [](auto& call, auto&) { return call.createErrorReply(QDBusError::UnknownInterface, ""); },
          Outcome::unavailable,
          {"tarnik://1"}},
-        {"it doesn't come to its end",
+        {"it never ends",
          [&](auto& call, auto&) {
              return call.member() == "Open" ? call.createErrorReply("com.tarnik.node.Error.Ending", "")
-                                            : none;
+                                            : noReply;
          },
          Outcome::unavailable,
          {"tarnik://1"}},
@@ -170,7 +170,7 @@ TEST(BusSingleInstance, losesNoLinkToACopyThatDoesNotTakeIt) {
     }
 }
 
-TEST(OpenRequests, keepsWhatComesBeforeItsHandler) {
+TEST(OpenRequests, queuesRequestsUntilTheirHandlerExists) {
     ManualMainThread mainThread;
     const auto requests = std::make_shared<OpenRequests>(mainThread.record());
     Links links;
@@ -181,7 +181,7 @@ TEST(OpenRequests, keepsWhatComesBeforeItsHandler) {
     requests->open("last");
     EXPECT_EQ(links, Links());
     mainThread.run();
-    ASSERT_EQ(links.size(), OpenRequests::mostWaiting);
+    ASSERT_EQ(links.size(), OpenRequests::maxWaiting);
     EXPECT_EQ(links.front(), "5");
     EXPECT_EQ(links.back(), "last");
 

@@ -1,8 +1,6 @@
 #include "app/platform/linux/DefaultsFile.h"
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -21,25 +19,20 @@ struct Place {
     UserDefaults defaults() {
         return DefaultsFile::operations(path, [this](const std::string& line) { logged.push_back(line); });
     }
-    void write(const std::string& text) const {
-        fs::create_directories(folder.path() + "/tarnik");
-        std::ofstream(path) << text;
-    }
+    void write(std::string_view text) const { folder.write("tarnik/defaults.json", text); }
     std::string read(const std::string& suffix = "") const {
-        std::ostringstream text;
-        text << std::ifstream(path + suffix).rdbuf();
-        return text.str();
+        return folder.read("tarnik/defaults.json" + suffix);
     }
 };
 
-TEST(DefaultsFile, keepsWhatOthersPutThere) {
+TEST(DefaultsFile, keepsMembersOfOtherPrograms) {
     Place place;
     place.write(R"({"NodeHome": "/a \"b\"", "Other": {"deep": [1, null]}, "Text": "true"})");
     const auto defaults = place.defaults();
     EXPECT_EQ(defaults.text("NodeHome"), "/a \"b\"");
     EXPECT_EQ(defaults.text("Other"), std::nullopt);
     EXPECT_FALSE(defaults.flag("Text"));
-    place.write(R"({"NodeHome": "/c", "Other": {"deep": [1, null]}})");  // meanwhile
+    place.write(R"({"NodeHome": "/c", "Other": {"deep": [1, null]}})");  // by another program
     defaults.setFlag("AccessibilityWasOn");
     EXPECT_TRUE(defaults.flag("AccessibilityWasOn"));
     EXPECT_EQ(place.read(),
@@ -49,9 +42,9 @@ TEST(DefaultsFile, keepsWhatOthersPutThere) {
     EXPECT_EQ(fs::status(place.path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
-TEST(DefaultsFile, movesAsideWhatItCannotRead) {
+TEST(DefaultsFile, renamesAnUnreadableFile) {
     for (const std::string& broken : {std::string("{\"a\": tru"), std::string("[]"), std::string(),
-                                      "{\"a\": \"" + std::string(DefaultsFile::longest, 'x') + "\"}"}) {
+                                      "{\"a\": \"" + std::string(DefaultsFile::maxBytes, 'x') + "\"}"}) {
         Place place;
         place.write(broken);
         const auto defaults = place.defaults();
@@ -65,8 +58,7 @@ TEST(DefaultsFile, movesAsideWhatItCannotRead) {
 TEST(DefaultsFile, followsNoLink) {
     Place place;
     place.write("");
-    const std::string target = place.folder.path() + "/target";
-    std::ofstream(target) << R"({"Flag": true})";
+    const std::string target = place.folder.write("target", R"({"Flag": true})");
     fs::remove(place.path);
     fs::create_symlink(target, place.path);
     const auto defaults = place.defaults();
@@ -77,9 +69,9 @@ TEST(DefaultsFile, followsNoLink) {
     EXPECT_TRUE(place.defaults().flag("Other"));
 }
 
-TEST(DefaultsFile, remembersForThisRunWhatCannotBeWritten) {
+TEST(DefaultsFile, keepsAFlagThatItCannotWrite) {
     Place place;
-    std::ofstream(place.folder.path() + "/tarnik") << "a file where the folder should be";
+    place.folder.write("tarnik", "a file instead of a folder");
     const auto defaults = place.defaults();
     defaults.setFlag("Flag");
     EXPECT_TRUE(defaults.flag("Flag"));

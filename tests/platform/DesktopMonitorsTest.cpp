@@ -13,14 +13,9 @@
 namespace tarnik {
 namespace {
 
-QVariant variant(const QVariant& value) {
-    return QVariant::fromValue(QDBusVariant(value));
-}
-
-// What a desktop has chosen, and how its portal says it: a number, or three.
 using Settings = QMap<QString, QVariantMap>;
 
-QVariant parts(double red, double green, double blue) {
+QVariant colour(double red, double green, double blue) {
     QDBusArgument argument;
     argument.beginStructure();
     argument << red << green << blue;
@@ -28,12 +23,13 @@ QVariant parts(double red, double green, double blue) {
     return QVariant::fromValue(argument);
 }
 
-TEST(AppearanceMonitor, tellsEachChange) {
+TEST(AppearanceMonitor, reportsEachChange) {
     qDBusRegisterMetaType<Settings>();
     const PrivateBus bus;
-    std::vector<AppearanceSettings> told;
-    const AppearanceMonitor reading(bus.connect(), [&](const auto& choice) { told.push_back(choice); });
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{AppearanceSettings()}; }));
+    std::vector<AppearanceSettings> reported;
+    const AppearanceMonitor monitor(bus.connect(),
+                                    [&](const auto& settings) { reported.push_back(settings); });
+    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{AppearanceSettings()}; }));
 
     QVariantMap chosen{{"color-scheme", 1U}};
     FakeService portal(bus.connect(), "org.freedesktop.portal.Desktop", [&](const QDBusMessage& call) {
@@ -42,35 +38,35 @@ TEST(AppearanceMonitor, tellsEachChange) {
     });
     struct Case {
         QVariantMap chosen;
-        AppearanceSettings choice;
+        AppearanceSettings settings;
     };
     const AccentColour orange{.red = 1, .green = 0.5, .blue = 0};
     const Case cases[] = {
         {chosen, {.scheme = ColourScheme::dark}},
-        {{{"color-scheme", 2U}, {"accent-color", parts(1, 0.5, 0)}, {"contrast", 1U}},
+        {{{"color-scheme", 2U}, {"accent-color", colour(1, 0.5, 0)}, {"contrast", 1U}},
          {.scheme = ColourScheme::light, .options = {.accent = orange, .contrast = Contrast::higher}}},
-        {{{"accent-color", parts(-1, 0, 0)}, {"contrast", 0U}}, {}},
-        {{{"accent-color", parts(1, 0.5, 0)}}, {.options = {.accent = orange}}},
+        {{{"accent-color", colour(-1, 0, 0)}, {"contrast", 0U}}, {}},
+        {{{"accent-color", colour(1, 0.5, 0)}}, {.options = {.accent = orange}}},
         {{{"accent-color", "orange"}, {"color-scheme", 7U}}, {}},
     };
-    std::vector<AppearanceSettings> expected = told;
+    std::vector<AppearanceSettings> expected = reported;
     for (const auto& c : cases) {
         chosen = c.chosen;
-        expected.push_back(c.choice);
+        expected.push_back(c.settings);
         for (int i = 0; i < 10; ++i) {
             portal.signal("/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings",
                           "SettingChanged", {"org.freedesktop.appearance", "contrast", variant(0)});
         }
-        EXPECT_TRUE(comesTrue([&] { return told == expected; })) << expected.size();
+        EXPECT_TRUE(comesTrue([&] { return reported == expected; })) << expected.size();
     }
 }
 
-TEST(TrayHostMonitor, tellsOfATrayThatComesLaterAndGoes) {
+TEST(TrayHostMonitor, reportsATrayThatStartsAndEnds) {
     const PrivateBus bus;
-    std::vector<TrayHost> told;
-    const TrayHostMonitor reading(bus.connect(), [&](TrayHost host) { told.push_back(host); });
+    std::vector<TrayHost> reported;
+    const TrayHostMonitor monitor(bus.connect(), [&](TrayHost host) { reported.push_back(host); });
     using enum TrayHost;
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{absent}; }));
+    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{absent}; }));
 
     bool hasHost = false;
     auto watcher = std::make_optional<FakeService>(
@@ -79,16 +75,16 @@ TEST(TrayHostMonitor, tellsOfATrayThatComesLaterAndGoes) {
     hasHost = true;
     watcher->signal("/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
                     "StatusNotifierHostRegistered");
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{absent, present}; }));
+    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{absent, present}; }));
     watcher.reset();
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{absent, present, absent}; }));
+    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{absent, present, absent}; }));
 }
 
-TEST(BusQueryMonitor, tellsThatThereIsNoBus) {
-    std::vector<TrayHost> told;
-    const TrayHostMonitor reading(QDBusConnection("no such connection"),
-                                  [&](TrayHost host) { told.push_back(host); });
-    EXPECT_TRUE(comesTrue([&] { return told == std::vector{TrayHost::absent}; }));
+TEST(BusQueryMonitor, reportsAMissingBus) {
+    std::vector<TrayHost> reported;
+    const TrayHostMonitor monitor(QDBusConnection("no such connection"),
+                                  [&](TrayHost host) { reported.push_back(host); });
+    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{TrayHost::absent}; }));
 }
 
 }  // namespace

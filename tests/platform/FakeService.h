@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <functional>
 #include <optional>
@@ -10,10 +11,14 @@
 
 namespace tarnik {
 
-// A name on the bus, and behind it objects that all answer alike. Lives in the thread that makes it.
+inline QVariant variant(const QVariant& value) {
+    return QVariant::fromValue(QDBusVariant(value));
+}
+
+// A service on the bus whose objects all answer alike. Belongs to the thread that makes it.
 class FakeService : public QDBusVirtualObject {
 public:
-    // None: doesn't answer.
+    // std::nullopt sends no reply.
     using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage& call)>;
 
     FakeService(QDBusConnection bus, QString name, Answer answer)

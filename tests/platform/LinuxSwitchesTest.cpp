@@ -6,11 +6,10 @@
 #include <QDBusVariant>
 #include <QUrl>
 #include <filesystem>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
-#include "app/platform/linux/OwnPicture.h"
+#include "app/platform/linux/ScreenPrompt.h"
 #include "tests/platform/FakeService.h"
 #include "tests/platform/PrivateBus.h"
 #include "tests/support/Eventually.h"
@@ -21,33 +20,27 @@ namespace {
 using Permissions = QMap<QString, QStringList>;
 
 QDBusMessage valueReply(const QDBusMessage& call, const QVariant& value) {
-    return call.createReply(QVariant::fromValue(QDBusVariant(value)));
+    return call.createReply(variant(value));
 }
 
 QDBusMessage errorReply(const QDBusMessage& call) {
     return call.createErrorReply(QDBusError::Failed, "no");
 }
 
-// A person's desktop: settings that note which page was opened.
+// A desktop with two settings programs, which record the pages that they open.
 struct Desktop {
     const TemporaryFolder folder;
     const PrivateBus bus;
     Environment environment{{"PATH", folder.path()}, {"XDG_CURRENT_DESKTOP", "pop:GNOME"}};
 
     Desktop() {
-        write("gnome-control-center", "#!/bin/sh\necho \"$@\" > '" + folder.path() + "/opened'\n");
-        std::filesystem::permissions(folder.path() + "/gnome-control-center",
-                                     std::filesystem::perms::owner_all);
+        for (const char* name : {"mate-at-properties", "gnome-control-center"}) {
+            const auto program =
+                folder.write(name, "#!/bin/sh\nprintf %s \"$*\" >> '" + folder.path() + "/opened'\n");
+            std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        }
     }
-    std::string write(const std::string& file, const std::string& text) const {
-        std::ofstream(folder.path() + "/" + file) << text;
-        return folder.path() + "/" + file;
-    }
-    std::string opened() const {
-        std::string page;
-        std::getline(std::ifstream(folder.path() + "/opened"), page);
-        return page;
-    }
+    std::string opened() const { return folder.read("opened"); }
     bool opens(const std::string& page) const {
         return eventually([&] {
             QCoreApplication::processEvents();
@@ -63,13 +56,14 @@ TEST(LinuxSwitches, followsTheAccessibilityBus) {
     const auto isOn = [&] { return switches.isOn(Switch::accessibility); };
     int changes = 0;
     switches.onChange([&] { ++changes; });
-    EXPECT_FALSE(isOn());
+    EXPECT_FALSE(switches.prompt(Switch::accessibility));
+    switches.openSettings(Switch::accessibility);  // opens, because no service answers the prompt
+    EXPECT_TRUE(desktop.opens("universal-access"));
 
     bool value = true;
-    bool refuses = false;
     auto service = std::make_optional<FakeService>(
         desktop.bus.connect(), "org.a11y.Bus", [&](const QDBusMessage& call) -> std::optional<QDBusMessage> {
-            if (call.arguments().value(1) != "IsEnabled" || refuses) return errorReply(call);
+            if (call.arguments().value(1) != "IsEnabled") return errorReply(call);
             if (call.member() == "Get") return valueReply(call, value);
             value = call.arguments().value(2).value<QDBusVariant>().variant().toBool();
             return call.createReply();
@@ -83,16 +77,13 @@ TEST(LinuxSwitches, followsTheAccessibilityBus) {
     EXPECT_TRUE(comesTrue([&] { return !isOn(); }));
 
     EXPECT_FALSE(switches.prompt(Switch::accessibility));
-    switches.openSettings(Switch::accessibility);  // not needed: it turns on
+    switches.openSettings(Switch::accessibility);  // ignored, because the prompt succeeds
     EXPECT_TRUE(comesTrue(isOn));
 
     service.reset();
     EXPECT_TRUE(comesTrue([&] { return !isOn(); }));
     EXPECT_EQ(changes, 4);
-    EXPECT_EQ(desktop.opened(), "");
-    EXPECT_FALSE(switches.prompt(Switch::accessibility));  // nobody to turn it on
-    switches.openSettings(Switch::accessibility);
-    EXPECT_TRUE(desktop.opens("universal-access"));
+    EXPECT_EQ(desktop.opened(), "universal-access") << "one program, once";
 }
 
 TEST(LinuxSwitches, startsTheAccessibilityBus) {
@@ -105,7 +96,7 @@ TEST(LinuxSwitches, startsTheAccessibilityBus) {
     }));
 }
 
-// The portal, its store, and the person before them.
+// The portal, its permission store, and the user.
 struct Portal {
     const Desktop& desktop;
     Permissions permissions;
@@ -119,7 +110,7 @@ struct Portal {
                       [this](const QDBusMessage& call) {
                           const QVariantList wanted{"screenshot", "screenshot"};
                           if (call.arguments() != wanted) return errorReply(call);
-                          const auto data = QVariant::fromValue(QDBusVariant(0));
+                          const auto data = variant(0);
                           return call.createReply({QVariant::fromValue(permissions), data});
                       }};
 
@@ -134,7 +125,7 @@ struct Portal {
 private:
     std::optional<QDBusMessage> answer(const QDBusMessage& call) {
         const QString interface = "org.freedesktop.portal." + QString::fromStdString(offered);
-        if (call.member() == "Get" && call.arguments().at(0) == interface) return valueReply(call, 2U);
+        if (call.member() == "Get" && call.arguments().at(0) == interface) return valueReply(call, 1U);
         if (call.member() != "Screenshot") return errorReply(call);
         asked = call;
         const auto options = qdbus_cast<QVariantMap>(call.arguments().at(1));
@@ -142,7 +133,7 @@ private:
         const QString request = "/org/freedesktop/portal/desktop/request/" + sender + "/" +
                                 options.value("handle_token").toString();
         const QString uri = QUrl::fromLocalFile(QString::fromStdString(picture)).toString();
-        // Somebody else says the opposite. Quick as it is, the person's answer comes first, too.
+        // Another program sends the opposite response. Both responses precede the reply.
         const auto answers = [&](FakeService& from, bool yes) {
             from.signal(request, "org.freedesktop.portal.Request", "Response",
                         {yes ? 0U : 1U, QVariantMap{{"uri", uri}}});
@@ -153,7 +144,7 @@ private:
     }
 };
 
-TEST(LinuxSwitches, readsWhatThePortalHasNoted) {
+TEST(LinuxSwitches, followsThePermissionStore) {
     Desktop desktop;
     desktop.environment["WAYLAND_DISPLAY"] = "wayland-0";
     LinuxSwitches switches(desktop.bus.connect(), desktop.environment, desktop.folder.path());
@@ -179,12 +170,12 @@ TEST(LinuxSwitches, readsWhatThePortalHasNoted) {
     EXPECT_FALSE(onlyRecordings.isOn(Switch::screenRecording));
 }
 
-TEST(LinuxSwitches, asksForTheScreenAndThrowsThePictureAway) {
+TEST(LinuxSwitches, promptsForTheScreenAndDeletesTheScreenshot) {
     Desktop desktop;
     desktop.environment["WAYLAND_DISPLAY"] = "wayland-0";
     Portal portal(desktop);
     LinuxSwitches switches(desktop.bus.connect(), desktop.environment, desktop.folder.path());
-    portal.picture = desktop.write("Screen shot.png", "a picture");
+    portal.picture = desktop.folder.write("Screen shot.png", "a picture");
     portal.grants = false;
     EXPECT_FALSE(switches.prompt(Switch::screenRecording));
     switches.openSettings(Switch::screenRecording);
@@ -192,24 +183,23 @@ TEST(LinuxSwitches, asksForTheScreenAndThrowsThePictureAway) {
     EXPECT_FALSE(switches.isOn(Switch::screenRecording));
     EXPECT_FALSE(std::filesystem::exists(portal.picture));
 
-    portal.grants = true;  // and keeps no note of it
+    portal.grants = true;  // the store keeps no entry
     EXPECT_FALSE(switches.prompt(Switch::screenRecording));
     EXPECT_TRUE(comesTrue([&] { return switches.isOn(Switch::screenRecording); }));
     EXPECT_FALSE(qdbus_cast<QVariantMap>(portal.asked.arguments().at(1)).value("interactive").toBool());
 }
 
-TEST(OwnPicture, removesNothingElse) {
+TEST(ScreenPrompt, deletesNoFileButAFreshScreenshot) {
     const Desktop desktop;
     const TemporaryFolder other;
     const std::vector<std::string> folders{desktop.folder.path()};
-    const std::string picture = desktop.write("picture", "");
-    const std::string old = desktop.write("old", "");
+    const std::string picture = desktop.folder.write("picture", "");
+    const std::string old = desktop.folder.write("old", "");
     const auto hoursAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(2);
     std::filesystem::last_write_time(old, hoursAgo);
     const std::string link = desktop.folder.path() + "/link";
     std::filesystem::create_symlink(picture, link);
-    const std::string outside = other.path() + "/outside";
-    std::ofstream(outside) << "";
+    const std::string outside = other.write("outside", "");
     for (const std::string& kept :
          {old, link, outside,
           desktop.folder.path() + "/../" + other.path().substr(other.path().rfind('/') + 1) + "/outside"}) {

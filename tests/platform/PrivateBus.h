@@ -18,7 +18,7 @@
 
 namespace tarnik {
 
-// Runs the event loop until `condition` holds; false when it doesn't within `limit`.
+// Runs the event loop until `condition` holds. Returns false if it doesn't hold within `limit`.
 template <class Condition>
 bool comesTrue(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(20)) {
     QTimer wake;
@@ -28,7 +28,7 @@ bool comesTrue(Condition condition, std::chrono::milliseconds limit = std::chron
     return condition();
 }
 
-// A message bus of a test's own, which starts no programs but those that it is told of.
+// A message bus for one test. It starts no services but those of offer().
 class PrivateBus {
 public:
     PrivateBus() {
@@ -50,7 +50,7 @@ public:
         daemon_.waitForFinished();
     }
 
-    // Whoever calls the name from now on starts the command.
+    // Makes a call to the name start the command.
     void offer(const std::string& name, const std::string& command) const {
         QFile file(QString::fromStdString(folder_.path() + "/" + name + ".service"));
         if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("no file for the service");
@@ -61,7 +61,7 @@ public:
         connect().call(reload);
     }
 
-    // Another one each time, as if it were another program's.
+    // Returns a new connection each time, like that of another program.
     QDBusConnection connect() const {
         static int count = 0;
         return QDBusConnection::connectToBus(address_, QStringLiteral("test%1").arg(++count));
@@ -73,8 +73,7 @@ private:
     QString address_;
 };
 
-// A program of its own, as far as the bus can tell: a thread with a connection, whose event loop runs what it
-// is given.
+// A thread with its own connection and event loop. On the bus it looks like another program.
 class BusProgram {
 public:
     explicit BusProgram(const PrivateBus& bus) : bus_(bus.connect()) {
@@ -86,7 +85,7 @@ public:
     ~BusProgram() { end(); }
 
     const QDBusConnection& bus() const { return bus_; }
-    // The connection goes with its last copy.
+    // The connection closes with its last copy.
     void leaveBus() {
         QDBusConnection::disconnectFromBus(bus_.name());
         bus_ = QDBusConnection(QString());
@@ -94,13 +93,13 @@ public:
     void post(std::function<void()> task) const {
         QMetaObject::invokeMethod(context_.get(), std::move(task));
     }
-    // Waits for it; does nothing once the program has ended.
+    // Blocks until the task has run. Does nothing after end().
     void run(const std::function<void()>& task) const {
         if (!thread_.isRunning()) return;
         QMetaObject::invokeMethod(context_.get(), task, Qt::BlockingQueuedConnection);
     }
 
-    // Leaves the bus, and ends. Nothing that uses the connection is there any more.
+    // Disconnects and ends. No object may use the connection any more.
     void end() {
         leaveBus();
         thread_.quit();

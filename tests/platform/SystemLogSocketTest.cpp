@@ -13,7 +13,7 @@
 namespace tarnik {
 namespace {
 
-TEST(SystemLogSocket, sendsALineAndNeverWaits) {
+TEST(SystemLogSocket, sendsOneLineAndNeverBlocks) {
     const TemporaryFolder folder;
     const std::string path = folder.path() + "/log";
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
@@ -23,7 +23,7 @@ TEST(SystemLogSocket, sendsALineAndNeverWaits) {
 
     const auto log = SystemLogSocket::channel(std::make_shared<SystemLogSocket>(path), "app");
     log("two\nlines" + std::string(5000, 'x'));
-    for (int i = 0; i < 5000; ++i) log("more");  // than any queue holds
+    for (int i = 0; i < 5000; ++i) log("more");  // exceeds the socket's queue
     std::string line(4096, '\0');
     const ssize_t size = ::recv(reader.get(), line.data(), line.size(), 0);
     ASSERT_GT(size, 0);
@@ -32,7 +32,7 @@ TEST(SystemLogSocket, sendsALineAndNeverWaits) {
     EXPECT_TRUE(std::regex_match(line.substr(0, 60), form)) << line;
     EXPECT_LT(line.size(), 2100U);
 
-    SystemLogSocket::channel(std::make_shared<SystemLogSocket>("/nowhere/log"), "app")("nobody reads");
+    SystemLogSocket::channel(std::make_shared<SystemLogSocket>("/nowhere/log"), "app")("no socket");
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 
 namespace tarnik {
 
-// Whether `condition` comes true within `limit`. Only for what announces no change, such as a count in /proc;
-// whatever has an event is waited for by that.
+// Polls until `condition` holds. Returns false if it does not within `limit`. Use it only for state without
+// an event, such as a count in /proc.
 template <class Condition>
 bool eventually(Condition condition, Seconds limit = Seconds(20)) {
     const TimePoint deadline = after(steadyNow(), limit);

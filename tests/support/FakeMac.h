@@ -11,9 +11,10 @@
 
 namespace tarnik {
 
-// A Mac as the relocator sees it, below a temporary folder. A bundle is a folder, its team in Contents/team,
-// satisfying no requirement with Contents/forged; the sticky bit plays the quarantine attribute. A folder
-// with `locked` can't be written to. Before operation X runs the script before-X, which fails it by failing.
+// The operations of a Mac for the relocator, inside a temporary folder. A bundle is a folder with its team in
+// Contents/team; Contents/forged makes it fail every requirement. The sticky bit stands for the quarantine
+// attribute. A folder that contains `locked` is read-only. The script before-X runs before operation X and
+// can make it fail.
 class FakeMac {
 public:
     FakeMac();
@@ -23,23 +24,23 @@ public:
     std::set<std::string> entries(const std::string& folder) const;
     bool isQuarantined(const std::string& path) const;
 
-    // Lays out a quarantined bundle of that version; its absolute path.
+    // Makes a quarantined bundle of this version and returns its absolute path.
     std::string bundle(const std::string& path, const std::string& version) const;
-    // The version of the bundle there: empty for none, "broken" for one that isn't as it was laid out.
+    // Returns the version of the bundle, an empty string if there is none, or "broken" if it was changed.
     std::string versionAt(const std::string& path) const;
 
     RelocatorDeps deps();
-    // Launches with this record, and quits when the outcome is there.
+    // Launches with this record and quits after the outcome.
     RelocationOutcome launch() { return launch(deps()); }
     static RelocationOutcome launch(RelocatorDeps deps);
 
     std::string installed;  // the install path
     OwnCopy own;
     std::vector<OtherCopy> others;
-    std::string quitsOn = "terminate";  // what ends the other copies: that, "force" or nothing
-    std::vector<std::string> told;      // to other copies, the shell and the trash
+    std::string quitsOn = "terminate";  // what ends the other copies: "terminate", "force" or an empty string
+    std::vector<std::string> told;      // the calls to other copies, the shell and the trash
     Seconds slept{};
-    std::function<void()> step = [] {};  // between any two things that last
+    std::function<void()> step = [] {};  // called between two slow operations
 
 private:
     BundleFiles files();

@@ -43,7 +43,7 @@ FakeMachine::FakeMachine() {
         requests.push_back("settings " + std::string(rawValue(which)));
     };
     deps.platform.log = [this](const std::string& text) {
-        const std::lock_guard lock(logMutex_);  // children end on threads of their own
+        const std::lock_guard lock(logMutex_);  // children end on their own threads
         log.push_back(text);
     };
     deps.platform.windowInUse = [this] { return windowInUse; };

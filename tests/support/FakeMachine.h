@@ -16,8 +16,8 @@
 
 namespace tarnik {
 
-// A machine for AppModel on which nothing really happens: made-up time, children, network, switches and
-// defaults; a real node home in a temporary folder.
+// A machine for AppModel with a manual clock and fake children, network, switches and defaults. The node home
+// is real, in a temporary folder.
 class FakeMachine {
 public:
     FakeMachine();
@@ -25,26 +25,26 @@ public:
     FakeMachine(const FakeMachine&) = delete;
     FakeMachine& operator=(const FakeMachine&) = delete;
 
-    // Made at the first use; change what follows before.
+    // Made at the first use. Change the fields below before that.
     AppModel& model();
     const std::shared_ptr<AppModel>& sharedModel();
     const AppState& state() { return model().state(); }
 
     void install() const;
     void join() const;
-    void leaveAgent() const;                     // of a command-line install
-    static std::string link(char letter = 'a');  // one whose code is this letter 22 times
+    void leaveAgent() const;                     // a LaunchAgent of a command-line install
+    static std::string link(char letter = 'a');  // a link whose code is this letter 22 times
     static std::string code(char letter) { return std::string(22, letter); }
 
-    // Runs what waits: detached work, then the main thread, until nothing is left.
+    // Runs background tasks and posted tasks until none is left.
     void settle();
     void advance(Seconds by);
 
-    // Up to the session of an accepted link; it has printed its prompt.
+    // Pairs by an accepted link until its session has printed the prompt.
     void pairUpToPrompt();
-    bool pairingIs(const PairingPhase& phase);  // soon, since terminals are read on threads of their own
+    bool pairingIs(const PairingPhase& phase);  // waits, because other threads read the terminals
 
-    // At most one of each may ever live.
+    // At most one of each may be alive.
     std::size_t liveNodes() { return live(nodes) + live(terminals); }
     std::size_t liveDrivers() { return live(drivers); }
 
@@ -55,7 +55,7 @@ public:
     FakeSpawner terminals;
     FakeSpawner drivers;
     bool driverIsReady = true;
-    std::function<void()> whileDriverStarts = [] {};  // at each look whether it is ready
+    std::function<void()> whileDriverStarts = [] {};  // called by each readiness probe
     std::deque<BackgroundTasks::Task> detached;
     bool threadsAreLeft = true;
     std::map<std::string, std::string> texts;  // the user defaults
@@ -64,9 +64,9 @@ public:
     bool promptTurnsOn = false;
     std::vector<std::string> requests;  // "prompt accessibility", "settings screenRecording"
     std::vector<std::string> log;
-    std::set<std::string> goodLinks;  // the codes that the service has an answer for
+    std::set<std::string> goodLinks;  // the codes that the service accepts
     bool windowInUse = false;
-    std::vector<AppState> states;  // every one published
+    std::vector<AppState> states;  // every published state
     std::optional<std::string> releaseBase;
     std::map<std::string, std::shared_ptr<ManualQueue>> queues;  // by label
     AppModelDeps deps;

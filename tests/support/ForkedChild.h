@@ -8,15 +8,14 @@
 
 namespace tarnik {
 
-// A child that runs `body` in a copy of this process, which must do there as little as a signal handler may;
-// ends with its owner.
+// A forked child that runs `body`, which must be async-signal-safe. The destructor ends it.
 class ForkedChild {
 public:
     template <class Body>
     explicit ForkedChild(Body body) : pid_(::fork()) {
         if (pid_ < 0) throw std::runtime_error("no child");
         if (pid_ != 0) return;
-        ::alarm(120);  // who lost it must not leave it behind
+        ::alarm(120);  // ends a child that its test lost
         body();
         ::_exit(0);
     }

@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// Runs the action while no file can grow beyond `bytes`.
+// Runs the action while no file can grow beyond `bytes`, like on a full disk.
 void onFullDisk(rlim_t bytes, auto action) {
     struct rlimit before = {};
     ::getrlimit(RLIMIT_FSIZE, &before);

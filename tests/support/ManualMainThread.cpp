@@ -8,7 +8,7 @@ MainThread ManualMainThread::record() const {
     return {.post = [queue = queue_](MainThread::Task task) { queue->post(std::move(task)); },
             .repeat =
                 [queue = std::weak_ptr(queue_)](Seconds interval, MainThread::Task task) {
-                    // Held by the timer alone, so the repetition ends with it.
+                    // Only the timer owns it, so the repetition ends with the timer.
                     const auto fire = std::make_shared<MainThread::Task>();
                     const auto arm = [queue, interval, weak = std::weak_ptr(fire)] {
                         const auto open = queue.lock();

@@ -7,7 +7,7 @@
 
 namespace tarnik {
 
-// A main thread that a test moves by hand: posted tasks wait for run(), timers for advance().
+// A main thread under the control of a test: posted tasks wait for run(), timers for advance().
 class ManualMainThread {
 public:
     explicit ManualMainThread(std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>())
@@ -17,10 +17,10 @@ public:
 
     MainThread record() const;
 
-    // Runs what was posted, and what those tasks post. Returns whether there was any.
+    // Runs all posted tasks and the tasks that they post. Returns false if there was none.
     bool run() { return queue_->runWaiting(); }
 
-    // Moves the clock, firing timers at their times, each followed by run().
+    // Advances the clock. Fires each timer at its time and calls run() after it.
     void advance(Seconds by) { queue_->advance(by); }
 
 private:

@@ -1,15 +1,18 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include <stdlib.h>
 #include <unistd.h>
 
 namespace tarnik {
 
-// An empty folder of a test's own, removed with all it holds.
+// An empty folder for one test. The destructor removes it with its contents.
 class TemporaryFolder {
 public:
     TemporaryFolder() {
@@ -25,8 +28,23 @@ public:
         std::filesystem::remove_all(path_, ignored);
     }
 
-    // Absolute and free of links.
+    // An absolute path without symbolic links.
     const std::string& path() const { return path_; }
+
+    // Writes a file and creates its folders. Returns its absolute path.
+    std::string write(const std::string& name, std::string_view bytes) const {
+        const std::filesystem::path file = path_ + "/" + name;
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << bytes;
+        return file;
+    }
+
+    // Returns the bytes of a file, or an empty string if there is none.
+    std::string read(const std::string& name) const {
+        std::ostringstream bytes;
+        bytes << std::ifstream(path_ + "/" + name, std::ios::binary).rdbuf();
+        return bytes.str();
+    }
 
 private:
     std::string path_;

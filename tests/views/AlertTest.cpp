@@ -9,7 +9,7 @@
 namespace tarnik {
 namespace {
 
-TEST(Alert, showsWhateverItIsGivenAsPlainTextOverOneButton) {
+TEST(Alert, showsBoundedPlainTextAndOneButton) {
     const auto alert = makeAlert("<b>title</b>", "<i>text</i>\n/" + std::string(1'000'000, 'w'));
     alert->show();
     QApplication::processEvents();

@@ -1,6 +1,8 @@
 #include "app/views/DesktopFace.h"
 
 #include <QApplication>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QShortcut>
 
 #include <gtest/gtest.h>
@@ -12,13 +14,15 @@ namespace {
 
 struct Fixture : FakeMachine {
     int ended = 0;
-    DesktopFace face{{.mainThread = main.record(), .end = [this](int) { ++ended; }}, sharedModel()};
+    bool atLogin;
+    DesktopFace face{{.mainThread = main.record(), .end = [this](int) { ++ended; }, .atLogin = atLogin},
+                     sharedModel()};
     Presentation shown = face.presentation();
     AppDelegate delegate{
         {.recordWindow = [](const std::string&) {}, .mainThread = main.record(), .presentation = shown},
         sharedModel()};
 
-    Fixture() {
+    explicit Fixture(bool startedAtLogin = false) : atLogin(startedAtLogin) {
         face.attach(delegate);
         face.setTrayHost(TrayHost::present);
     }
@@ -29,34 +33,60 @@ struct Fixture : FakeMachine {
     }
 };
 
-// An update waits for as long as this is so.
-TEST(DesktopFace, knowsWhetherThePersonUsesTheWindow) {
+// Closing the window ends its use, which an update waits for, and the message about a link.
+TEST(DesktopFace, reportsTheUseAndTheEndOfTheWindow) {
     Fixture f;
     EXPECT_FALSE(f.face.windowInUse());
+    f.model().connect("no link", AppModel::Replacing::no);
     f.showWindow();
     EXPECT_TRUE(f.face.windowInUse());
+    EXPECT_TRUE(f.state().linkMessage);
     Fixture::window().close();
     QApplication::processEvents();
     EXPECT_FALSE(f.face.windowInUse());
+    EXPECT_FALSE(f.state().linkMessage);
 }
 
-// A link may bring the window up before there is a menu.
-TEST(DesktopFace, quitsByTheKeyThatTheMenuShows) {
+// A link may open the window before the menu exists.
+TEST(DesktopFace, quitsByTheShortcutOfTheMenu) {
     for (const bool isWindowFirst : {true, false}) {
         Fixture f;
         if (isWindowFirst) f.showWindow();
         f.shown.makeStatusItem(MenuContent::with(UpdateCheck::available));
         f.showWindow();
-        int keys = 0;
+        int shortcuts = 0;
         for (auto* shortcut : Fixture::window().findChildren<QShortcut*>()) {
             if (shortcut->key() != QKeySequence("Ctrl+Q")) continue;
-            ++keys;
+            ++shortcuts;
             Q_EMIT shortcut->activated();
         }
-        EXPECT_EQ(keys, 1);
+        EXPECT_EQ(shortcuts, 1);
         f.settle();
-        EXPECT_TRUE(f.delegate.isQuitting());
         EXPECT_EQ(f.ended, 1);
+    }
+}
+
+TEST(DesktopFace, keepsAWaitingLinkForTheField) {
+    Fixture f;
+    for (const char* link : {"before the window exists", "later"}) {
+        f.shown.fillLinkField(link);
+        f.showWindow();
+        EXPECT_EQ(Fixture::window().findChild<QLineEdit*>()->text(), link);
+    }
+}
+
+TEST(DesktopFace, showsARefusalOnlyToAUserWhoStartedTheProgram) {
+    for (const bool atLogin : {false, true}) {
+        Fixture f(atLogin);
+        int seen = 0;
+        f.shown.refuse("in use", [&seen] { ++seen; });
+        auto* alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        EXPECT_EQ(alert == nullptr, atLogin);
+        EXPECT_EQ(seen, atLogin ? 1 : 0);
+        if (!alert) continue;
+        EXPECT_EQ(alert->informativeText(), "in use");
+        alert->close();
+        EXPECT_EQ(seen, 1);
     }
 }
 

@@ -14,60 +14,58 @@ namespace {
 using Kind = WindowIntent::Kind;
 using Asked = std::vector<std::pair<Kind, std::string>>;
 
-TEST(MainView, asksOncePerKeyAndClick) {
+TEST(MainView, reportsOneIntentPerKeyAndClick) {
+    using Act = std::function<void(ShownView&)>;
     struct Case {
-        const char* why;
         const char* screen;
-        std::function<void(ShownView&)> act;
-        Asked asked;
+        Act act;
+        std::optional<Kind> asked;
     };
-    const auto key = [](Qt::Key pressed) { return [pressed](ShownView& view) { view.press(pressed); }; };
-    const auto click = [](const char* name) {
-        return [name](ShownView& view) { ShownView::click(*view.button(name)); };
+    const auto key = [](Qt::Key pressed) -> Act { return [pressed](auto& view) { view.press(pressed); }; };
+    const auto click = [](const char* name) -> Act {
+        return [name](auto& view) { ShownView::click(*view.button(name)); };
     };
-    const auto focusing = [](const char* name, Qt::Key pressed) {
-        return [name, pressed](ShownView& view) {
-            view.button(name)->setFocus();
+    const auto onCancel = [](Qt::Key pressed) -> Act {
+        return [pressed](auto& view) {
+            view.button("Cancel")->setFocus();
             view.press(pressed);
         };
     };
     const Case cases[] = {
-        {"Return in the field", "connect", key(Qt::Key_Return), {{Kind::connectPasted, ""}}},
-        {"the button under it", "connect", click("Continue"), {{Kind::connectPasted, ""}}},
-        {"no cancel key there", "connect", key(Qt::Key_Escape), {}},
-        {"a link is checked", "checking", key(Qt::Key_Return), {}},
-        {"a link is checked", "checking", key(Qt::Key_Escape), {{Kind::cancelPairing, ""}}},
-        {"a disabled button", "checking", click("Continue"), {}},
-        {"the default button", "pairing-confirm", key(Qt::Key_Return), {{Kind::confirmPairing, ""}}},
-        {"the number pad", "pairing-confirm", key(Qt::Key_Enter), {{Kind::confirmPairing, ""}}},
-        {"the cancel button", "pairing-confirm", key(Qt::Key_Escape), {{Kind::cancelPairing, ""}}},
-        {"the button that has the keyboard",
-         "pairing-confirm",
-         focusing("Cancel", Qt::Key_Return),
-         {{Kind::cancelPairing, ""}}},
-        {"Space, too", "pairing-confirm", focusing("Cancel", Qt::Key_Space), {{Kind::cancelPairing, ""}}},
-        {"both keys", "pairing-failed", key(Qt::Key_Return), {{Kind::finishPairing, ""}}},
-        {"both keys", "pairing-failed", key(Qt::Key_Escape), {{Kind::finishPairing, ""}}},
-        {"no stray Return", "replace-offer", key(Qt::Key_Return), {}},
-        {"an offer taken", "replace-offer", click("Connect to the new account"), {{Kind::connectOffer, ""}}},
-        {"an offer dropped", "replace-offer", key(Qt::Key_Escape), {{Kind::keepCurrent, ""}}},
-        {"a switch", "connected-switches-off", click("Turn on Accessibility"), {{Kind::requestSwitch, ""}}},
+        {"connect", key(Qt::Key_Return), Kind::connectPasted},
+        {"connect", click("Continue"), Kind::connectPasted},
+        {"connect", key(Qt::Key_Escape), std::nullopt},
+        {"checking", key(Qt::Key_Return), std::nullopt},
+        {"checking", key(Qt::Key_Escape), Kind::cancelPairing},
+        {"checking", click("Continue"), std::nullopt},  // disabled
+        {"pairing-confirm", key(Qt::Key_Return), Kind::confirmPairing},
+        {"pairing-confirm", key(Qt::Key_Enter), Kind::confirmPairing},
+        {"pairing-confirm", key(Qt::Key_Escape), Kind::cancelPairing},
+        {"pairing-confirm", onCancel(Qt::Key_Return), Kind::cancelPairing},
+        {"pairing-confirm", onCancel(Qt::Key_Space), Kind::cancelPairing},
+        {"pairing-failed", key(Qt::Key_Return), Kind::finishPairing},
+        {"pairing-failed", key(Qt::Key_Escape), Kind::finishPairing},
+        {"replace-offer", key(Qt::Key_Return), std::nullopt},  // no default button
+        {"replace-offer", click("Connect to the new account"), Kind::connectOffer},
+        {"replace-offer", key(Qt::Key_Escape), Kind::keepCurrent},
+        {"connected-switches-off", click("Turn on Accessibility"), Kind::requestSwitch},
     };
     for (const auto& c : cases) {
         ShownView view(sampleContent(c.screen));
         c.act(view);
-        EXPECT_EQ(view.asked, c.asked) << c.screen << ": " << c.why;
+        EXPECT_EQ(view.asked, c.asked ? Asked({{*c.asked, ""}}) : Asked())
+            << c.screen << ", row " << &c - cases;
     }
 }
 
-TEST(MainView, asksNothingForAKeyThatIsHeld) {
+TEST(MainView, ignoresAHeldKey) {
     ShownView view(sampleContent("pairing-confirm"));
     QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
     QCoreApplication::sendEvent(view.window.focusWidget(), &held);
     EXPECT_TRUE(view.asked.empty());
 }
 
-TEST(MainView, takesNothingForAnAnswerThatComesWithTheQuestion) {
+TEST(MainView, ignoresInputThatArrivesWithANewButton) {
     QApplication::setDoubleClickInterval(60'000);
     ShownView view(sampleContent("connect"));
     view.show("pairing-confirm");
@@ -81,15 +79,14 @@ TEST(MainView, takesNothingForAnAnswerThatComesWithTheQuestion) {
     EXPECT_EQ(view.asked, (Asked{{Kind::cancelPairing, ""}, {Kind::confirmPairing, ""}}));
 }
 
-TEST(MainView, handsOverWhatStandsInTheField) {
+TEST(MainView, reportsTheTextOfTheField) {
     ShownView view(sampleContent("connect"));
     view.press(Qt::Key_A, "ä");
     view.press(Qt::Key_Return);
     EXPECT_EQ(view.asked, (Asked{{Kind::editLink, "ä"}, {Kind::connectPasted, "ä"}}));
 }
 
-// A click may be answered before it returns.
-TEST(MainView, takesANewContentWhileAClickIsHandled) {
+TEST(MainView, acceptsNewContentFromItsClickHandler) {
     MainWindow* shown = nullptr;
     MainWindow window(sampleContent("pairing-confirm"),
                       [&shown](const auto&, const auto&) { shown->setContent(sampleContent("connected")); });
@@ -120,11 +117,11 @@ TEST(MainView, keepsTheTypedLinkUntilItIsUsed) {
     }
 }
 
-TEST(MainView, movesTheKeyboardOnlyWhenItMust) {
+TEST(MainView, movesTheFocusOnlyIfItMust) {
     ShownView view(sampleContent("connect"));
     EXPECT_TRUE(view.field().hasFocus());
     view.show("checking");
-    EXPECT_EQ(view.window.focusWidget(), &view.view()) << "no key may cancel by accident";
+    EXPECT_EQ(view.window.focusWidget(), &view.view()) << "no key cancels by accident";
     view.show("refused-link");
     EXPECT_TRUE(view.field().hasFocus());
 
@@ -138,7 +135,7 @@ TEST(MainView, movesTheKeyboardOnlyWhenItMust) {
     EXPECT_TRUE(view.button("Done")->hasFocus());
 }
 
-TEST(MainView, showsTextFromOutsideAsItIs) {
+TEST(MainView, showsForeignTextVerbatim) {
     const std::string outside = "<b>bold</b> & <img src='x'>";
     auto content = sampleContent("connected-switches-off");
     content.heading = content.announcement = outside;
@@ -150,8 +147,7 @@ TEST(MainView, showsTextFromOutsideAsItIs) {
 
     int labels = 0;
     for (const auto* label : view.window.findChildren<QLabel*>()) {
-        EXPECT_EQ(label->textFormat() == Qt::PlainText || label->text().isEmpty(), true)
-            << label->text().toStdString();
+        EXPECT_TRUE(label->textFormat() == Qt::PlainText || label->text().isEmpty());
         labels += label->text().toStdString() == outside ? 1 : 0;
     }
     EXPECT_EQ(labels, 3);
@@ -160,8 +156,7 @@ TEST(MainView, showsTextFromOutsideAsItIs) {
     EXPECT_TRUE(view.button(QString::fromStdString(outside))->shortcut().isEmpty());
 }
 
-// Nothing is wider than the window, however long a word is.
-TEST(MainView, breaksWordsThatAreTooLong) {
+TEST(MainView, breaksLongWords) {
     auto content = sampleContent("install-failed");
     content.paragraphs = {std::string(600, 'w')};
     ShownView view(content);
@@ -171,16 +166,16 @@ TEST(MainView, breaksWordsThatAreTooLong) {
         }
 }
 
-TEST(MainView, tellsAScreenReaderWhatIsNew) {
+TEST(MainView, announcesNewsToScreenReaders) {
     ShownView view(sampleContent("connect"));
     const auto refused = sampleContent("refused-link");
     view.show(refused);
     const auto* node = QAccessible::queryAccessibleInterface(&view.view());
-    std::vector<std::string> told;
+    std::vector<std::string> announced;
     for (int i = 0; i < node->childCount(); ++i)
         if (const auto* child = node->child(i); child->role() == QAccessible::Notification)
-            told.push_back(child->text(QAccessible::Name).toStdString());
-    EXPECT_EQ(told, std::vector{*refused.message});
+            announced.push_back(child->text(QAccessible::Name).toStdString());
+    EXPECT_EQ(announced, std::vector{*refused.message});
 }
 
 }  // namespace

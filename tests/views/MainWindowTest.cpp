@@ -12,28 +12,18 @@
 namespace tarnik {
 namespace {
 
-TEST(MainWindow, hidesWhenItIsClosedUnlessItIsToStay) {
-    struct Case {
-        const char* why;
-        std::function<bool()> stays;
-        bool visible;
-    };
-    const Case cases[] = {
-        {"nobody says", nullptr, false},
-        {"as usual", [] { return false; }, false},
-        {"it shows how quitting goes on", [] { return true; }, true},
-    };
-    for (const auto& c : cases) {
+TEST(MainWindow, hidesOnCloseUnlessItStays) {
+    for (const auto& stays : {std::function<bool()>(), {[] { return false; }}, {[] { return true; }}}) {
         ShownView view(sampleContent("connected"));
         int closed = 0;
-        view.window.setOnClose({.closed = [&closed] { ++closed; }, .stays = c.stays});
+        view.window.setOnClose({.closed = [&closed] { ++closed; }, .stays = stays});
         view.window.close();
-        EXPECT_EQ(view.window.isVisible(), c.visible) << c.why;
-        EXPECT_EQ(closed, 1) << c.why;
+        EXPECT_EQ(view.window.isVisible(), stays && stays());
+        EXPECT_EQ(closed, 1);
     }
 }
 
-TEST(MainWindow, comesBackAsItWasAndWhereItWas) {
+TEST(MainWindow, reappearsWithItsPositionTextAndFocus) {
     ShownView view(sampleContent("connect"));
     view.field().setText("typed");
     view.window.move(40, 50);
@@ -49,13 +39,13 @@ TEST(MainWindow, comesBackAsItWasAndWhereItWas) {
     view.window.move(60, 70);
     view.window.present();
     EXPECT_EQ(view.window.pos(), QPoint(60, 70));
-    view.window.move(20'000, 20'000);  // on a screen that is gone
+    view.window.move(20'000, 20'000);  // on a disconnected screen
     view.window.hide();
     view.window.present();
     EXPECT_TRUE(view.window.screen()->geometry().contains(view.window.geometry()));
 }
 
-TEST(MainWindow, isNeverLargerThanItsScreenAndScrollsToTheFocus) {
+TEST(MainWindow, fitsItsScreenAndScrollsToTheFocus) {
     ShownView view(sampleContent("install-failed-long"));
     const QScreen* const small = QGuiApplication::screenAt(QPoint(810, 10));
     view.window.move(small->geometry().topLeft() + QPoint(20, 0));
@@ -64,30 +54,30 @@ TEST(MainWindow, isNeverLargerThanItsScreenAndScrollsToTheFocus) {
     EXPECT_TRUE(small->availableGeometry().contains(view.window.frameGeometry()));
 
     const auto* scroll = view.window.findChild<QScrollArea*>();
-    const auto isVisible = [&](const QWidget& widget) {
+    const auto isInView = [&](const QWidget& widget) {
         return scroll->viewport()->rect().contains(
             QRect(widget.mapTo(scroll->viewport(), QPoint()), widget.size()));
     };
     const auto& last = *view.button("Turn on Screen Recording");
-    EXPECT_FALSE(isVisible(last));
+    EXPECT_FALSE(isInView(last));
     view.press(Qt::Key_PageDown);
-    EXPECT_TRUE(isVisible(last)) << "no control has the keyboard";
+    EXPECT_TRUE(isInView(last)) << "scroll keys work while no control has the focus";
     view.show("connect");
-    EXPECT_TRUE(isVisible(view.field())) << "another page begins at its top";
+    EXPECT_TRUE(isInView(view.field())) << "a new page starts at its top";
     while (!last.hasFocus()) view.press(Qt::Key_Tab);
-    EXPECT_TRUE(isVisible(last));
+    EXPECT_TRUE(isInView(last));
     view.show("refused-link");
-    EXPECT_TRUE(isVisible(last)) << "the same page stays where it is";
-    view.window.findChild<QScrollArea*>()->verticalScrollBar()->setValue(0);
+    EXPECT_TRUE(isInView(last)) << "the same page keeps its scroll position";
+    scroll->verticalScrollBar()->setValue(0);
     view.show("expired-link");
-    EXPECT_FALSE(isVisible(last)) << "also where the person has scrolled to";
+    EXPECT_FALSE(isInView(last)) << "even if the user scrolled away from the focus";
 
     view.window.move(500, 500);
     QApplication::processEvents();
     EXPECT_EQ(view.window.size(), QSize(460, 560));
     const QRect area = view.window.screen()->availableGeometry();
     Q_EMIT view.window.screen()->availableGeometryChanged(area);
-    EXPECT_TRUE(area.contains(view.window.frameGeometry())) << "a panel came, or a smaller mode";
+    EXPECT_TRUE(area.contains(view.window.frameGeometry())) << "the available area shrank";
 }
 
 }  // namespace

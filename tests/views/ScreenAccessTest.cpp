@@ -5,7 +5,7 @@
 
 #include "tests/views/ShownView.h"
 
-// Every screen, for somebody who doesn't see it or uses no mouse.
+// Checks every screen for users of screen readers and keyboards.
 namespace tarnik {
 namespace {
 
@@ -29,7 +29,7 @@ bool needsName(const QAccessibleInterface& node) {
     }
 }
 
-TEST(Screens, haveANameForEverythingThatCountsAndTabReachesIt) {
+TEST(Screens, nameEveryControlAndReachItByTab) {
     for (const auto& screen : sampleScreens()) {
         ShownView view(sampleContent(screen.name));
         std::set<QObject*> reached;
@@ -39,7 +39,7 @@ TEST(Screens, haveANameForEverythingThatCountsAndTabReachesIt) {
             upward += place < last ? 1 : 0;
             last = place;
         }
-        EXPECT_LE(upward, 1) << screen.name << ": from the last control to the first, and else downward";
+        EXPECT_LE(upward, 1) << screen.name << ": Tab goes down, and once from the last control to the first";
         int controls = 0;
         int last = 0;
         walk(QAccessible::queryAccessibleInterface(&view.window), [&](QAccessibleInterface& node) {
@@ -47,14 +47,14 @@ TEST(Screens, haveANameForEverythingThatCountsAndTabReachesIt) {
                 EXPECT_FALSE(node.text(QAccessible::Name).isEmpty())
                     << screen.name << ": a nameless " << node.object()->metaObject()->className();
             }
-            EXPECT_GE(node.rect().bottom(), last)
-                << screen.name << ": it goes up to a " << node.text(QAccessible::Name).toStdString();
+            EXPECT_GE(node.rect().bottom(), last) << screen.name << ": the reading order goes up to "
+                                                  << node.text(QAccessible::Name).toStdString();
             last = std::max(last, node.rect().top());
             if (!node.state().focusable || node.state().disabled || node.role() == QAccessible::Window)
                 return;
             ++controls;
             EXPECT_TRUE(reached.contains(node.object()))
-                << screen.name << ": no way to " << node.text(QAccessible::Name).toStdString();
+                << screen.name << ": Tab does not reach " << node.text(QAccessible::Name).toStdString();
         });
         const auto content = sampleContent(screen.name);
         if (!content.buttons.empty()) {

@@ -22,7 +22,7 @@ inline WindowContent sampleContent(std::string_view name) {
     return WindowContent::of(found->state, *Url::parse("https://tarnik.invalid"));
 }
 
-// A window that is shown, and what was asked for in it.
+// A shown window that records the reported intents.
 struct ShownView {
     std::vector<std::pair<WindowIntent::Kind, std::string>> asked;
     MainWindow window;
@@ -41,7 +41,7 @@ struct ShownView {
         QApplication::processEvents();
     }
 
-    // To what has the keyboard, as the system does it.
+    // Sends the key to the focus widget.
     void press(Qt::Key key, const QString& text = {}) {
         QWidget* const focused = window.focusWidget() ? window.focusWidget() : &window;
         for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
@@ -60,7 +60,7 @@ struct ShownView {
         }
     }
 
-    // The visible one of that name; null when there is none.
+    // Returns the visible button with this name, or null.
     QPushButton* button(const QString& accessibleName) const {
         for (auto* button : window.findChildren<QPushButton*>())
             if (button->isVisible() && button->accessibleName() == accessibleName) return button;

@@ -31,7 +31,7 @@ struct Fixture {
     QString selected() const { return box.textCursor().selectedText(); }
 };
 
-TEST(TerminalBox, followsItsEndUnlessItIsScrolledUp) {
+TEST(TerminalBox, scrollsToItsEndUnlessTheUserScrolledUp) {
     Fixture f;
     f.say(lines(1, 40));
     EXPECT_TRUE(f.atEnd());
@@ -47,22 +47,22 @@ TEST(TerminalBox, followsItsEndUnlessItIsScrolledUp) {
     EXPECT_TRUE(f.atEnd());
 
     f.box.verticalScrollBar()->setValue(0);
-    f.box.forget();
+    f.box.reset();
     f.say(lines(1, 50));
-    EXPECT_TRUE(f.atEnd()) << "another program's text";
+    EXPECT_TRUE(f.atEnd()) << "a new program's text";
 }
 
-TEST(TerminalBox, keepsASelectionThroughWhatChangesElsewhere) {
+TEST(TerminalBox, keepsASelectionThroughChangesElsewhere) {
     struct Case {
         const char* why;
         std::string after;
         QString selected;
     };
     const Case cases[] = {
-        {"text that grew", lines(1, 30), "line 12"},
-        {"a last line that was written over", lines(1, 19) + "100 %\n", "line 12"},
-        {"a beginning that was dropped", lines(8, 25), "line 12"},
-        {"the selected line itself dropped", lines(14, 25), ""},
+        {"appended text", lines(1, 30), "line 12"},
+        {"an overwritten last line", lines(1, 19) + "100 %\n", "line 12"},
+        {"a dropped beginning", lines(8, 25), "line 12"},
+        {"a dropped selection", lines(14, 25), ""},
     };
     for (const auto& c : cases) {
         Fixture f;
@@ -74,7 +74,7 @@ TEST(TerminalBox, keepsASelectionThroughWhatChangesElsewhere) {
     }
 }
 
-TEST(TerminalBox, letsASelectionToItsEndNotGrow) {
+TEST(TerminalBox, doesNotExtendASelectionAtItsEnd) {
     Fixture f;
     f.say("first");
     f.box.selectAll();

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-// Widgets need an application object, but no display. The second screen is smaller than the window.
+// Runs the tests without a display. The second screen is smaller than the window.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     QTemporaryFile screens;
@@ -14,6 +14,6 @@ int main(int argc, char** argv) {
     screens.flush();
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.fileName().toUtf8());
     const QApplication application(argc, argv);
-    QApplication::setDoubleClickInterval(0);  // nothing comes too soon
+    QApplication::setDoubleClickInterval(0);  // buttons accept input at once
     return RUN_ALL_TESTS();
 }

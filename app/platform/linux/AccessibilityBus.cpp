@@ -21,9 +21,9 @@ QString property() {
     return QStringLiteral("IsEnabled");
 }
 
-// It comes with the desktop, which starts it when it is first asked; nothing is seen of that.
+// The call may start the accessibility bus, which the desktop provides and which shows no window.
 QDBusMessage enabledCall() {
-    auto call = busPropertyCall(accessibilityBus(), status(), property());
+    auto call = propertyCall(accessibilityBus(), status(), property());
     call.setAutoStartService(true);
     return call;
 }
@@ -37,28 +37,28 @@ QString properties() {
 AccessibilityBus::AccessibilityBus(const QDBusConnection& bus, std::function<void()> onChange)
     : bus_(bus),
       onChange_(std::move(onChange)),
-      reading_(bus,
+      monitor_(bus,
                {.call = enabledCall(),
-                .hints = {{.path = accessibilityBus().path,
-                           .interface = properties(),
-                           .name = QStringLiteral("PropertiesChanged"),
-                           .firstArgument = status()}}},
-               [this](const QDBusMessage& answer) { answered(answer); }) {}
+                .signals = {{.path = accessibilityBus().path,
+                             .interface = properties(),
+                             .name = QStringLiteral("PropertiesChanged"),
+                             .firstArgument = status()}}},
+               [this](const QDBusMessage& reply) { replied(reply); }) {}
 
 void AccessibilityBus::turnOn(std::function<void(bool done)> onDone) {
     const auto value = QVariant::fromValue(QDBusVariant(true));
     auto call =
         busCall(accessibilityBus(), properties(), QStringLiteral("Set"), {status(), property(), value});
     call.setAutoStartService(true);
-    callBusAsync(bus_, call, busCallBound, context_,
-                 [this, onDone = std::move(onDone)](const QDBusMessage& answer) {
-                     reading_.ask();
-                     onDone(answer.type() == QDBusMessage::ReplyMessage);
+    callBusAsync(bus_, call, busCallTimeout, context_,
+                 [this, onDone = std::move(onDone)](const QDBusMessage& reply) {
+                     monitor_.refresh();
+                     onDone(reply.type() == QDBusMessage::ReplyMessage);
                  });
 }
 
-void AccessibilityBus::answered(const QDBusMessage& answer) {
-    const bool wasOn = std::exchange(isOn_, busValue(answer).toBool());
+void AccessibilityBus::replied(const QDBusMessage& reply) {
+    const bool wasOn = std::exchange(isOn_, replyValue(reply).toBool());
     const bool wasKnown = std::exchange(isKnown_, true);
     if (isOn_ != wasOn || !wasKnown) onChange_();
 }

@@ -8,26 +8,28 @@
 
 namespace tarnik {
 
-// Whether programs let themselves be read and operated by others: what the accessibility bus says of itself.
-// Main thread. Starts the accessibility bus, which only some desktops do by themselves.
+// Monitors whether accessibility is enabled in the session, as org.a11y.Status reports it. Starts the
+// accessibility bus, because only some desktops start it by themselves. Main thread.
 class AccessibilityBus {
 public:
+    // Calls `onChange` when isOn or isKnown changes.
     AccessibilityBus(const QDBusConnection& bus, std::function<void()> onChange);
 
     bool isOn() const { return isOn_; }
-    bool isKnown() const { return isKnown_; }  // told as a change
+    bool isKnown() const { return isKnown_; }
 
-    // For the whole session; starts the accessibility bus where it has ended. Tells, later, whether it did.
+    // Enables accessibility for the whole session, and starts the accessibility bus again if it ended. Calls
+    // `onDone` later with whether that worked.
     void turnOn(std::function<void(bool done)> onDone);
 
 private:
-    void answered(const QDBusMessage& answer);
+    void replied(const QDBusMessage& reply);
 
     const QDBusConnection bus_;
     const std::function<void()> onChange_;
     bool isOn_ = false;
     bool isKnown_ = false;
-    BusQueryMonitor reading_;
+    BusQueryMonitor monitor_;
     QObject context_;
 };
 

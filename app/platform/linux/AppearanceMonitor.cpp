@@ -12,7 +12,7 @@
 namespace tarnik {
 namespace {
 
-QString area() {
+QString appearanceNamespace() {
     return QStringLiteral("org.freedesktop.appearance");
 }
 
@@ -21,7 +21,7 @@ ColourScheme schemeOf(uint number) {
     return number == 2 ? ColourScheme::light : ColourScheme::unknown;
 }
 
-// Without a choice its parts are out of range.
+// The portal reports "no accent colour" as components out of range.
 std::optional<AccentColour> accentOf(const QVariant& value) {
     if (!value.canConvert<QDBusArgument>()) return std::nullopt;
     const auto argument = value.value<QDBusArgument>();
@@ -30,42 +30,43 @@ std::optional<AccentColour> accentOf(const QVariant& value) {
     argument.beginStructure();
     argument >> colour.red >> colour.green >> colour.blue;
     argument.endStructure();
-    for (const double part : {colour.red, colour.green, colour.blue}) {
-        if (!(part >= 0 && part <= 1)) return std::nullopt;
+    for (const double component : {colour.red, colour.green, colour.blue}) {
+        if (!(component >= 0 && component <= 1)) return std::nullopt;
     }
     return colour;
 }
 
-AppearanceSettings choiceOf(const QDBusMessage& answer) {
-    if (answer.signature() != QLatin1String("a{sa{sv}}")) return {};
-    const auto areas = qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().constFirst());
-    const auto chosen = areas.value(area());
-    const bool isHigher = chosen.value(QStringLiteral("contrast")).toUInt() == 1;
-    return {.scheme = schemeOf(chosen.value(QStringLiteral("color-scheme")).toUInt()),
-            .options = {.accent = accentOf(chosen.value(QStringLiteral("accent-color"))),
+AppearanceSettings settingsOf(const QDBusMessage& reply) {
+    if (reply.signature() != QLatin1String("a{sa{sv}}")) return {};
+    const auto namespaces = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst());
+    const auto values = namespaces.value(appearanceNamespace());
+    const bool isHigher = values.value(QStringLiteral("contrast")).toUInt() == 1;
+    return {.scheme = schemeOf(values.value(QStringLiteral("color-scheme")).toUInt()),
+            .options = {.accent = accentOf(values.value(QStringLiteral("accent-color"))),
                         .contrast = isHigher ? Contrast::higher : Contrast::usual}};
 }
 
-BusQueryMonitor::Question question() {
+BusQueryMonitor::Query query() {
     const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
-    return {.call = busCall(desktopPortal(), settings, QStringLiteral("ReadAll"), {QStringList(area())}),
-            .hints = {{.path = desktopPortal().path,
-                       .interface = settings,
-                       .name = QStringLiteral("SettingChanged"),
-                       .firstArgument = area()}},
-            .withoutProgram = BusQueryMonitor::WithoutProgram::keepAnswer};
+    return {.call = busCall(desktopPortal(), settings, QStringLiteral("ReadAll"),
+                            {QStringList(appearanceNamespace())}),
+            .signals = {{.path = desktopPortal().path,
+                         .interface = settings,
+                         .name = QStringLiteral("SettingChanged"),
+                         .firstArgument = appearanceNamespace()}},
+            .onServiceEnd = BusQueryMonitor::OnServiceEnd::keepReply};
 }
 
 }  // namespace
 
-AppearanceMonitor::AppearanceMonitor(const QDBusConnection& bus, OnChoice onChoice)
-    : onChoice_(std::move(onChoice)),
-      reading_(bus, question(), [this](const QDBusMessage& answer) { answered(answer); }) {}
+AppearanceMonitor::AppearanceMonitor(const QDBusConnection& bus, OnSettings onSettings)
+    : onSettings_(std::move(onSettings)),
+      monitor_(bus, query(), [this](const QDBusMessage& reply) { replied(reply); }) {}
 
-void AppearanceMonitor::answered(const QDBusMessage& answer) {
-    const AppearanceSettings choice = choiceOf(answer);
-    if (std::exchange(told_, choice) == choice) return;
-    onChoice_(choice);
+void AppearanceMonitor::replied(const QDBusMessage& reply) {
+    const AppearanceSettings settings = settingsOf(reply);
+    if (std::exchange(reported_, settings) == settings) return;
+    onSettings_(settings);
 }
 
 }  // namespace tarnik

@@ -9,20 +9,20 @@
 
 namespace tarnik {
 
-// Tells the colours that the portal knows of: first what they are, without a choice too, then each change.
-// Main thread. Doesn't start the portal.
+// Reports the appearance settings of the desktop portal: the initial ones, which may be empty, and then each
+// change. Does not start the portal. Main thread.
 class AppearanceMonitor {
 public:
-    using OnChoice = std::function<void(const AppearanceSettings&)>;
+    using OnSettings = std::function<void(const AppearanceSettings&)>;
 
-    AppearanceMonitor(const QDBusConnection& bus, OnChoice onChoice);
+    AppearanceMonitor(const QDBusConnection& bus, OnSettings onSettings);
 
 private:
-    void answered(const QDBusMessage& answer);
+    void replied(const QDBusMessage& reply);
 
-    const OnChoice onChoice_;
-    std::optional<AppearanceSettings> told_;
-    BusQueryMonitor reading_;
+    const OnSettings onSettings_;
+    std::optional<AppearanceSettings> reported_;
+    BusQueryMonitor monitor_;
 };
 
 }  // namespace tarnik

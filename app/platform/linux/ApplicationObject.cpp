@@ -10,7 +10,7 @@
 namespace tarnik {
 namespace {
 
-constexpr qsizetype longestToken = 1024;
+constexpr qsizetype maxTokenLength = 1024;
 
 QString activationTokenKey() {
     return QStringLiteral("activation-token");
@@ -18,7 +18,7 @@ QString activationTokenKey() {
 
 bool isToken(const QString& text) {
     const auto isPlain = [](QChar character) { return character > QChar(' ') && character < QChar(127); };
-    return !text.isEmpty() && text.size() <= longestToken && std::ranges::all_of(text, isPlain);
+    return !text.isEmpty() && text.size() <= maxTokenLength && std::ranges::all_of(text, isPlain);
 }
 
 }  // namespace
@@ -28,9 +28,9 @@ QVariantMap platformData(const std::optional<std::string>& activationToken) {
     return isToken(token) ? QVariantMap{{activationTokenKey(), token}} : QVariantMap();
 }
 
-void takePlatformData(const QVariantMap& data) {
+void applyPlatformData(const QVariantMap& data) {
     const QString token = data.value(activationTokenKey()).toString();
-    // Only Wayland's windows look for it there, and changing the environment is nothing to do without need.
+    // Only Qt's Wayland windows read it there. The environment is left alone otherwise.
     if (isToken(token) && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         qputenv("XDG_ACTIVATION_TOKEN", token.toLatin1());
 }
@@ -58,19 +58,20 @@ bool ApplicationObject::handleMessage(const QDBusMessage& message, const QDBusCo
         if (!isEnding_) bus.send(message.createReply());
         return true;
     }
-    const bool isMeant = message.interface().isEmpty() || message.interface() == QLatin1String(interface);
-    if (!isMeant || message.path() != QLatin1String(path)) return false;
-    const QDBusMessage reply = answer(message);
-    if (reply.type() == QDBusMessage::InvalidMessage) return false;
-    if (message.isReplyRequired()) bus.send(reply);
+    const bool isForUs = message.interface().isEmpty() || message.interface() == QLatin1String(interface);
+    if (!isForUs || message.path() != QLatin1String(path)) return false;
+    const QDBusMessage answer = reply(message);
+    if (answer.type() == QDBusMessage::InvalidMessage) return false;
+    if (message.isReplyRequired()) bus.send(answer);
     return true;
 }
 
-QDBusMessage ApplicationObject::answer(const QDBusMessage& call) {
-    const QString what = call.member() + QLatin1Char(' ') + call.signature();
-    const bool opens = what == QLatin1String("Open asa{sv}");
-    const bool activates = what == QLatin1String("Activate a{sv}");
-    if (what == QLatin1String("ActivateAction sava{sv}")) return call.createReply();  // we have none
+QDBusMessage ApplicationObject::reply(const QDBusMessage& call) {
+    const QString signature = call.member() + QLatin1Char(' ') + call.signature();
+    const bool opens = signature == QLatin1String("Open asa{sv}");
+    const bool activates = signature == QLatin1String("Activate a{sv}");
+    if (signature == QLatin1String("ActivateAction sava{sv}"))
+        return call.createReply();  // we have no actions
     if (!opens && !activates) return {};
     if (isEnding_)
         return call.createErrorReply(QLatin1String(endingError), QStringLiteral("tarnik is ending"));
@@ -80,17 +81,17 @@ QDBusMessage ApplicationObject::answer(const QDBusMessage& call) {
 QDBusMessage ApplicationObject::open(const QDBusMessage& call) {
     const QStringList links = call.arguments().at(0).toStringList();
     if (links.isEmpty()) return activate(call);
-    const auto isTooLong = [](const QString& link) { return link.toUtf8().size() > longestLink; };
-    if (links.size() > mostLinks || std::ranges::any_of(links, isTooLong))
+    const auto isTooLong = [](const QString& link) { return link.toUtf8().size() > maxLinkBytes; };
+    if (links.size() > maxLinks || std::ranges::any_of(links, isTooLong))
         return call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("too many or too long links"));
-    takePlatformData(qdbus_cast<QVariantMap>(call.arguments().at(1)));
-    // They are taken before the answer goes out: whoever gets it may forget them.
+    applyPlatformData(qdbus_cast<QVariantMap>(call.arguments().at(1)));
+    // The links are accepted before the reply, because the caller may drop them after it.
     for (const QString& link : links) requests_->open(link.toStdString());
     return call.createReply();
 }
 
 QDBusMessage ApplicationObject::activate(const QDBusMessage& call) {
-    takePlatformData(qdbus_cast<QVariantMap>(call.arguments().constLast()));
+    applyPlatformData(qdbus_cast<QVariantMap>(call.arguments().constLast()));
     requests_->secondOpen();
     return call.createReply();
 }

@@ -11,23 +11,22 @@
 
 namespace tarnik {
 
-// The application as other programs see it on the bus: org.freedesktop.Application, as desktops know it, and
-// for later copies of this program a way to wait for our end.
-//
-// Main thread.
+// Our object on the session bus. It implements org.freedesktop.Application for desktops, and one method of
+// our own by which a later instance waits for the end of this one. Main thread.
 class ApplicationObject : public QDBusVirtualObject {
 public:
     static constexpr const char* path = "/com/tarnik/node";
     static constexpr const char* interface = "org.freedesktop.Application";
     static constexpr const char* ownInterface = "com.tarnik.node";
 
-    // Is answered at once while we go on, and never while we end: the bus then tells the asker of our end.
+    // A running instance replies at once. An ending instance never replies, so the caller gets the bus's
+    // error when it exits.
     static constexpr const char* waitForEnd = "WaitForEnd";
-    // The error that whoever opens something gets while we end; it was not taken.
+    // The error reply of an ending instance. The request was not accepted.
     static constexpr const char* endingError = "com.tarnik.node.Error.Ending";
 
-    static constexpr int mostLinks = 16;
-    static constexpr int longestLink = 65536;
+    static constexpr int maxLinks = 16;
+    static constexpr int maxLinkBytes = 65536;
 
     ApplicationObject(QDBusConnection bus, std::shared_ptr<OpenRequests> requests);
 
@@ -37,7 +36,7 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override;
 
 private:
-    QDBusMessage answer(const QDBusMessage& call);
+    QDBusMessage reply(const QDBusMessage& call);
     QDBusMessage open(const QDBusMessage& call);
     QDBusMessage activate(const QDBusMessage& call);
 
@@ -45,9 +44,9 @@ private:
     bool isEnding_ = false;
 };
 
-// The data that goes with a call of the interface, from the environment of a program that the desktop has
-// started, and back: which click on the desktop is behind it. Lets us come to the front on Wayland.
+// Converts the activation token of a start to the `platform_data` argument of org.freedesktop.Application,
+// and applies received data to this process. The token lets our window get the focus on Wayland.
 QVariantMap platformData(const std::optional<std::string>& activationToken);
-void takePlatformData(const QVariantMap& data);
+void applyPlatformData(const QVariantMap& data);
 
 }  // namespace tarnik

@@ -8,9 +8,9 @@
 
 namespace tarnik {
 
-// Puts a file with these bytes, for its owner alone, in the place of what has this name: a reader finds the
-// old one or the new one whole, also after a crash. A link of that name is replaced, not followed. Makes the
-// folders that are missing, private ones. Blocks until the disk has it.
+// Replaces the file at `path` atomically: a reader gets the whole old or the whole new file, even after a
+// crash. The new file has mode 0600. Replaces a symbolic link instead of following it. Creates missing parent
+// folders with mode 0700. Blocks until the bytes are on disk.
 std::expected<void, SystemError> writeFileAtomically(const std::string& path, std::string_view bytes);
 
 }  // namespace tarnik

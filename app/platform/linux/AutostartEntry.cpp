@@ -16,9 +16,9 @@
 namespace tarnik {
 namespace {
 
-constexpr std::size_t longestEntry = 65536;
+constexpr std::size_t maxEntryBytes = 65536;
 
-// The keys of the group that counts; empty when there is no such group.
+// Returns the keys of the group [Desktop Entry], or an empty map if there is none.
 std::map<std::string, std::string> desktopEntry(std::string_view text) {
     std::map<std::string, std::string> keys;
     bool inGroup = false;
@@ -39,9 +39,9 @@ bool hasValue(const std::map<std::string, std::string>& keys, const std::string&
     return found != keys.end() && found->second == value;
 }
 
-// The path as the first word of an Exec line. Backslashes are read twice: as in every text of an entry, and
-// inside the quotes.
-std::string execWord(std::string_view path) {
+// Quotes a path for an Exec line. A backslash is escaped twice: once for the quotes, and once for the value
+// of a desktop entry.
+std::string quotedForExec(std::string_view path) {
     std::string word = "\"";
     for (const char character : path) {
         if (character == '\\') {
@@ -56,14 +56,14 @@ std::string execWord(std::string_view path) {
     return word + '"';
 }
 
-// As any other text of an entry.
-std::string textValue(std::string_view text) {
+// Escapes the value of a string key.
+std::string escapedValue(std::string_view text) {
     std::string value;
     for (const char character : text) value += character == '\\' ? R"(\\)" : std::string(1, character);
     return value;
 }
 
-// The entry outlives the program when that is removed: TryExec has it passed over then.
+// The entry may outlive the program. TryExec makes desktops ignore it then.
 std::string entryText(const std::string& program) {
     return "[Desktop Entry]\n"
            "Type=Application\n"
@@ -72,16 +72,16 @@ std::string entryText(const std::string& program) {
            std::string(TarnikIdentity::bundleIdentifier) +
            "\n"
            "TryExec=" +
-           textValue(program) +
+           escapedValue(program) +
            "\n"
            "Exec=" +
-           execWord(program) + " " + AutostartEntry::argument +
+           quotedForExec(program) + " " + AutostartEntry::argument +
            "\n"
            "Terminal=false\n"
            "X-GNOME-Autostart-enabled=true\n";
 }
 
-bool isEntryThere(const std::string& path) {
+bool entryExists(const std::string& path) {
     struct stat found{};
     return ::lstat(path.c_str(), &found) == 0;
 }
@@ -95,7 +95,7 @@ AutostartEntry::AutostartEntry(const SystemFolders& folders, std::string program
       program_(std::move(program)) {}
 
 bool AutostartEntry::isEnabled() const {
-    const auto text = readFile(entry_, longestEntry);
+    const auto text = readFile(entry_, maxEntryBytes);
     if (!text) return false;
     const auto keys = desktopEntry(*text);
     return keys.contains("Exec") && !hasValue(keys, "Hidden", "true") &&
@@ -103,9 +103,9 @@ bool AutostartEntry::isEnabled() const {
 }
 
 bool AutostartEntry::write() const {
-    const bool canStand = program_.starts_with('/') && program_.find_first_of("\n\r\t=") == std::string::npos;
-    if (!canStand || isEntryThere(entry_) || isEntryThere(marker_)) return false;
-    // A crash in between has it written again, should the person delete it before the next start.
+    const bool isValid = program_.starts_with('/') && program_.find_first_of("\n\r\t=") == std::string::npos;
+    if (!isValid || entryExists(entry_) || entryExists(marker_)) return false;
+    // The entry comes first: after a crash between the two it may be written once more, but never be missing.
     return writeFileAtomically(entry_, entryText(program_)) && writeFileAtomically(marker_, "");
 }
 

@@ -7,18 +7,17 @@
 
 namespace tarnik {
 
-// The desktop entry that starts the program when the person logs in, in the folder "autostart" of the
-// preferences.
+// The desktop entry in the user's "autostart" folder, which starts the program at login.
 //
-// A value; any thread. Whatever stands in the entry's place is left as it is: an entry that was switched off
-// (Hidden, or X-GNOME-Autostart-enabled=false), a link to /dev/null. We write one only once in the life of
-// the preferences, so that an entry that was deleted stays so, too.
+// A value. Call from any thread. An existing entry is never changed, whether it is disabled (Hidden, or
+// X-GNOME-Autostart-enabled=false) or a link to /dev/null. We write an entry only once in the life of the
+// preferences, so that a deleted entry stays deleted.
 class AutostartEntry {
 public:
-    // What the program is told when it is started by the entry.
+    // The argument that the entry passes to the program.
     static constexpr const char* argument = "--at-login";
 
-    // `program` is a full path.
+    // `program` is an absolute path.
     AutostartEntry(const SystemFolders& folders, std::string program);
 
     bool isEnabled() const;
@@ -28,7 +27,7 @@ public:
 
 private:
     std::string entry_;
-    std::string marker_;  // is there once we have written the entry
+    std::string marker_;  // this file exists once we have written the entry
     std::string program_;
 };
 

@@ -6,47 +6,48 @@
 
 namespace tarnik {
 
-BusQueryMonitor::BusQueryMonitor(const QDBusConnection& bus, Question question, OnAnswer onAnswer)
-    : bus_(bus), question_(std::move(question)), onAnswer_(std::move(onAnswer)) {
-    listen({.path = QStringLiteral("/org/freedesktop/DBus"),
-            .interface = QStringLiteral("org.freedesktop.DBus"),
-            .name = QStringLiteral("NameOwnerChanged"),
-            .firstArgument = question_.call.service()},
-           [this](const QDBusMessage& signal) { ownerChanged(signal); });
-    // libdbus says so itself once the bus has gone; what we ask then fails at once.
-    listen({.path = QStringLiteral("/org/freedesktop/DBus/Local"),
-            .interface = QStringLiteral("org.freedesktop.DBus.Local"),
-            .name = QStringLiteral("Disconnected")},
-           [this](const QDBusMessage&) { ask(); });
-    for (const auto& hint : question_.hints) listen(hint, [this](const QDBusMessage&) { ask(); });
-    ask();
-    question_.call.setAutoStartService(false);  // or a program that fails at our question is started for ever
+BusQueryMonitor::BusQueryMonitor(const QDBusConnection& bus, Query query, OnReply onReply)
+    : bus_(bus), query_(std::move(query)), onReply_(std::move(onReply)) {
+    subscribe({.path = QStringLiteral("/org/freedesktop/DBus"),
+               .interface = QStringLiteral("org.freedesktop.DBus"),
+               .name = QStringLiteral("NameOwnerChanged"),
+               .firstArgument = query_.call.service()},
+              [this](const QDBusMessage& signal) { ownerChanged(signal); });
+    // libdbus itself emits this when the bus is lost. The refresh then fails at once.
+    subscribe({.path = QStringLiteral("/org/freedesktop/DBus/Local"),
+               .interface = QStringLiteral("org.freedesktop.DBus.Local"),
+               .name = QStringLiteral("Disconnected")},
+              [this](const QDBusMessage&) { refresh(); });
+    for (const auto& match : query_.signals) subscribe(match, [this](const QDBusMessage&) { refresh(); });
+    refresh();
+    // Otherwise a service that crashes on our call would be started again for ever.
+    query_.call.setAutoStartService(false);
 }
 
-void BusQueryMonitor::listen(const BusSignal::Match& match, BusSignal::Handler handler) {
+void BusQueryMonitor::subscribe(const BusSignal::Match& match, BusSignal::Handler handler) {
     signals_.push_back(std::make_unique<BusSignal>(bus_, match, std::move(handler)));
 }
 
 void BusQueryMonitor::ownerChanged(const QDBusMessage& signal) {
-    const bool isGone = signal.arguments().value(2).toString().isEmpty();
-    if (!isGone || question_.withoutProgram == WithoutProgram::ask) ask();
+    const bool hasEnded = signal.arguments().value(2).toString().isEmpty();
+    if (!hasEnded || query_.onServiceEnd == OnServiceEnd::query) refresh();
 }
 
-void BusQueryMonitor::ask() {
-    if (isAsking_) {
-        mustAskAgain_ = true;
+void BusQueryMonitor::refresh() {
+    if (isPending_) {
+        mustRefresh_ = true;
         return;
     }
-    isAsking_ = true;
-    callBusAsync(bus_, question_.call, busCallBound, context_,
-                 [this](const QDBusMessage& answer) { answered(answer); });
+    isPending_ = true;
+    callBusAsync(bus_, query_.call, busCallTimeout, context_,
+                 [this](const QDBusMessage& reply) { replied(reply); });
 }
 
-void BusQueryMonitor::answered(const QDBusMessage& answer) {
-    isAsking_ = false;
-    if (std::exchange(mustAskAgain_, false)) return ask();
-    hasAnswer_ = true;
-    onAnswer_(answer);
+void BusQueryMonitor::replied(const QDBusMessage& reply) {
+    isPending_ = false;
+    if (std::exchange(mustRefresh_, false)) return refresh();
+    hasReply_ = true;
+    onReply_(reply);
 }
 
 }  // namespace tarnik

@@ -11,41 +11,41 @@
 
 namespace tarnik {
 
-// The answer to one question on the bus, kept up to date: asked at the start and whenever a signal says that
-// the answer may be another, or the program that answers comes or goes. In between nothing is sent.
+// Keeps the reply to one D-Bus call up to date. Sends the call at the start, when one of its signals arrives,
+// and when the service appears or disappears. Never polls.
 //
-// Main thread. However many signals come, there is one question under way.
+// Main thread. At most one call is pending, however many signals arrive.
 class BusQueryMonitor {
 public:
-    // What becomes of the answer when the program behind the name has ended.
-    enum class WithoutProgram { ask, keepAnswer };
+    // Reaction to the end of the service's process.
+    enum class OnServiceEnd { query, keepReply };
 
-    struct Question {
-        QDBusMessage call;  // to a well-known name; only the first one may start the program behind it
-        std::vector<BusSignal::Match> hints = {};
-        WithoutProgram withoutProgram = WithoutProgram::ask;
+    struct Query {
+        QDBusMessage call;  // to a well-known name; only the first call may start the service
+        std::vector<BusSignal::Match> signals = {};
+        OnServiceEnd onServiceEnd = OnServiceEnd::query;
     };
-    // An error too. Not called at once; may be called with the same answer again.
-    using OnAnswer = std::function<void(const QDBusMessage& answer)>;
+    // Receives replies and errors. Never called by the constructor. May repeat the previous reply.
+    using OnReply = std::function<void(const QDBusMessage& reply)>;
 
-    BusQueryMonitor(const QDBusConnection& bus, Question question, OnAnswer onAnswer);
+    BusQueryMonitor(const QDBusConnection& bus, Query query, OnReply onReply);
 
-    bool hasAnswer() const { return hasAnswer_; }
+    bool hasReply() const { return hasReply_; }
 
-    // What was done might have changed the answer.
-    void ask();
+    // Sends the call again, for callers that may have changed the value.
+    void refresh();
 
 private:
-    void listen(const BusSignal::Match& match, BusSignal::Handler handler);
+    void subscribe(const BusSignal::Match& match, BusSignal::Handler handler);
     void ownerChanged(const QDBusMessage& signal);
-    void answered(const QDBusMessage& answer);
+    void replied(const QDBusMessage& reply);
 
     const QDBusConnection bus_;
-    Question question_;
-    const OnAnswer onAnswer_;
-    bool isAsking_ = false;
-    bool hasAnswer_ = false;
-    bool mustAskAgain_ = false;
+    Query query_;
+    const OnReply onReply_;
+    bool isPending_ = false;
+    bool hasReply_ = false;
+    bool mustRefresh_ = false;
     QObject context_;
     std::vector<std::unique_ptr<BusSignal>> signals_;
 };

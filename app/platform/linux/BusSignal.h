@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// Passes on a signal from the bus for as long as it lives. Main thread.
+// A subscription to a D-Bus signal. It ends when this object is destroyed. Main thread.
 class BusSignal : public QObject {
     Q_OBJECT
 
@@ -17,8 +17,8 @@ public:
         QString path;
         QString interface;
         QString name;
-        QString firstArgument = {};  // any, when empty
-        // Whose it has to be. Anybody's, when empty: what matters is asked for afterwards.
+        QString firstArgument = {};  // empty matches any
+        // The sender. Empty matches any, which is safe if the handler only queries the value again.
         QString service = {};
     };
     using Handler = std::function<void(const QDBusMessage&)>;

@@ -9,12 +9,13 @@ namespace tarnik {
 namespace {
 
 using Outcome = SingleInstance::Outcome;
+using LaunchRequest = SingleInstance::LaunchRequest;
 
-// Each round ends with the end of another copy, so that a few of them are many.
-constexpr int mostRounds = 8;
+// Bounds the loop. Each round ends with the exit of another instance.
+constexpr int maxRounds = 8;
 
-QDBusMessage endCall(const QString& copy) {
-    return busCall({copy, QLatin1String(ApplicationObject::path)},
+QDBusMessage endCall(const QString& owner) {
+    return busCall({owner, QLatin1String(ApplicationObject::path)},
                    QLatin1String(ApplicationObject::ownInterface),
                    QLatin1String(ApplicationObject::waitForEnd));
 }
@@ -22,29 +23,29 @@ QDBusMessage endCall(const QString& copy) {
 }  // namespace
 
 BusSingleInstance::BusSingleInstance(const QDBusConnection& bus, std::shared_ptr<OpenRequests> requests,
-                                     std::optional<std::string> activationToken, Bounds bounds)
+                                     std::optional<std::string> activationToken, Timeouts timeouts)
     : bus_(bus),
       requests_(requests),
       activationToken_(std::move(activationToken)),
-      bounds_(bounds),
+      timeouts_(timeouts),
       object_(bus, std::move(requests)) {}
 
-Outcome BusSingleInstance::acquire(const SingleInstance::LaunchRequest& request) {
-    for (int round = 0; round < mostRounds; ++round) {
+Outcome BusSingleInstance::acquire(const LaunchRequest& request) {
+    for (int round = 0; round < maxRounds; ++round) {
         const Claim claim = claimName();
         if (claim == Claim::impossible) break;
-        if (claim == Claim::ours) return goOn(Outcome::primary, request.link);
-        const auto copy = otherCopy();
-        if (!copy) continue;
-        const Reply reply = handOver(*copy, request);
-        if (reply == Reply::taken || reply == Reply::silent) return Outcome::handedOver;
+        if (claim == Claim::owned) return proceed(Outcome::primary, request.link);
+        const auto other = owner();
+        if (!other) continue;
+        const Reply reply = handOver(*other, request);
+        if (reply == Reply::accepted || reply == Reply::silent) return Outcome::handedOver;
         if (reply == Reply::refused) break;
-        if (reply == Reply::ending && !waitForEnd(*copy)) break;
+        if (reply == Reply::ending && !waitForEnd(*other)) break;
     }
-    return goOn(Outcome::unavailable, request.link);
+    return proceed(Outcome::unavailable, request.link);
 }
 
-Outcome BusSingleInstance::goOn(Outcome outcome, const std::optional<std::string>& link) {
+Outcome BusSingleInstance::proceed(Outcome outcome, const std::optional<std::string>& link) {
     if (link) requests_->openLater(*link);
     return outcome;
 }
@@ -53,50 +54,50 @@ BusSingleInstance::Claim BusSingleInstance::claimName() const {
     constexpr uint doNotQueue = 4;
     constexpr uint primaryOwner = 1;
     constexpr uint exists = 3;
-    const uint answer = busValue(callBus("RequestName", {ourBusName(), doNotQueue})).toUInt();
-    if (answer == exists) return Claim::taken;
-    return answer == primaryOwner ? Claim::ours : Claim::impossible;
+    const uint result = replyValue(callBus("RequestName", {ourBusName(), doNotQueue})).toUInt();
+    if (result == exists) return Claim::taken;
+    return result == primaryOwner ? Claim::owned : Claim::impossible;
 }
 
-std::optional<QString> BusSingleInstance::otherCopy() const {
-    const QString owner = busValue(callBus("GetNameOwner", {ourBusName()})).toString();
+std::optional<QString> BusSingleInstance::owner() const {
+    const QString owner = replyValue(callBus("GetNameOwner", {ourBusName()})).toString();
     return owner.isEmpty() ? std::nullopt : std::optional(owner);
 }
 
-// Goes to the one copy that was asked for, not to whoever has the name by then.
-BusSingleInstance::Reply BusSingleInstance::handOver(const QString& copy,
-                                                     const SingleInstance::LaunchRequest& request) const {
-    const QDBusMessage answer = call(messageTo(copy, request), bounds_.handOver);
-    if (answer.type() == QDBusMessage::ReplyMessage) return Reply::taken;
-    if (answer.errorName() == QLatin1String(ApplicationObject::endingError)) return Reply::ending;
-    if (!isThere(copy)) return Reply::gone;
-    return QDBusError(answer).type() == QDBusError::NoReply ? Reply::silent : Reply::refused;
+// Calls the owner by its unique name, because the well-known name may change hands meanwhile.
+BusSingleInstance::Reply BusSingleInstance::handOver(const QString& owner,
+                                                     const LaunchRequest& request) const {
+    const QDBusMessage reply = call(requestCall(owner, request), timeouts_.handOver);
+    if (reply.type() == QDBusMessage::ReplyMessage) return Reply::accepted;
+    if (reply.errorName() == QLatin1String(ApplicationObject::endingError)) return Reply::ending;
+    if (!isConnected(owner)) return Reply::gone;
+    return QDBusError(reply).type() == QDBusError::NoReply ? Reply::silent : Reply::refused;
 }
 
-QDBusMessage BusSingleInstance::messageTo(const QString& copy,
-                                          const SingleInstance::LaunchRequest& request) const {
-    const BusObject object{copy, QLatin1String(ApplicationObject::path)};
+QDBusMessage BusSingleInstance::requestCall(const QString& owner, const LaunchRequest& request) const {
+    const BusObject object{owner, QLatin1String(ApplicationObject::path)};
     const QString interface = QLatin1String(ApplicationObject::interface);
     const QVariantMap data = platformData(activationToken_);
-    // Nothing that long is a link of ours.
-    if (request.link && request.link->size() <= static_cast<std::size_t>(ApplicationObject::longestLink))
+    // A longer text can't be one of our links.
+    if (request.link && request.link->size() <= static_cast<std::size_t>(ApplicationObject::maxLinkBytes))
         return busCall(object, interface, QStringLiteral("Open"),
                        {QStringList(QString::fromStdString(*request.link)), data});
-    if (!request.link && !request.wantsWindow) return endCall(copy);  // answered by a copy that goes on
+    // A start at login asks nothing of a running owner, which replies to this call at once.
+    if (!request.link && !request.wantsWindow) return endCall(owner);
     return busCall(object, interface, QStringLiteral("Activate"), {data});
 }
 
-bool BusSingleInstance::waitForEnd(const QString& copy) const {
-    call(endCall(copy), bounds_.end);
-    return !isThere(copy);
+bool BusSingleInstance::waitForEnd(const QString& owner) const {
+    call(endCall(owner), timeouts_.end);
+    return !isConnected(owner);
 }
 
-bool BusSingleInstance::isThere(const QString& copy) const {
-    return busValue(callBus("NameHasOwner", {copy})).toBool();
+bool BusSingleInstance::isConnected(const QString& owner) const {
+    return replyValue(callBus("NameHasOwner", {owner})).toBool();
 }
 
-QDBusMessage BusSingleInstance::call(const QDBusMessage& message, Seconds bound) const {
-    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(bound).count();
+QDBusMessage BusSingleInstance::call(const QDBusMessage& message, Seconds timeout) const {
+    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(timeout).count();
     return bus_.call(message, QDBus::Block, static_cast<int>(milliseconds));
 }
 
@@ -104,7 +105,7 @@ QDBusMessage BusSingleInstance::callBus(const char* operation, const QVariantLis
     const QString bus = QStringLiteral("org.freedesktop.DBus");
     return call(
         busCall({bus, QStringLiteral("/org/freedesktop/DBus")}, bus, QLatin1String(operation), arguments),
-        busCallBound);
+        busCallTimeout);
 }
 
 }  // namespace tarnik

@@ -13,48 +13,47 @@
 
 namespace tarnik {
 
-// One copy for each session bus: the one that has our name there.
+// Allows one instance per session bus: the owner of our bus name. A later instance hands its request to the
+// owner. Main thread.
 //
-// Main thread. A copy can be spoken to as soon as it has the name, but answers only when its loop runs.
-//
-//   the copy that has the name     what acquire does
-//   answers                        handedOver
-//   says that it is ending         waits for its end, then tries to take the name again
-//   ends without an answer         tries to take the name again: it has not taken the link
-//   gives no answer in time        handedOver: the link waits in its queue, and must not be used twice
-//   doesn't know the interface     alone
+//   reaction of the owner            result of acquire
+//   replies                          handedOver
+//   reports that it is ending        waits for its end, then claims the name again
+//   exits without a reply            claims the name again: the request was not accepted
+//   doesn't reply within the time    handedOver: the link is in its queue and must not be used twice
+//   doesn't know the interface       unavailable
 class BusSingleInstance {
 public:
-    struct Bounds {
-        Seconds handOver = std::chrono::seconds(30);  // it may be starting just now
-        Seconds end = std::chrono::seconds(45);       // what stopping everything takes, and some more
+    struct Timeouts {
+        Seconds handOver = std::chrono::seconds(30);  // the owner may be starting
+        Seconds end = std::chrono::seconds(45);       // longer than a whole shutdown takes
     };
 
-    // `activationToken`: of the click on the desktop that has started this copy.
+    // `activationToken` is the token that the desktop gave this instance.
     BusSingleInstance(const QDBusConnection& bus, std::shared_ptr<OpenRequests> requests,
-                      std::optional<std::string> activationToken, Bounds bounds);
+                      std::optional<std::string> activationToken, Timeouts timeouts);
 
     SingleInstance::Outcome acquire(const SingleInstance::LaunchRequest& request);
     void refuseRequests() { object_.refuseRequests(); }
 
 private:
-    enum class Claim { ours, taken, impossible };
-    enum class Reply { taken, ending, gone, silent, refused };
+    enum class Claim { owned, taken, impossible };
+    enum class Reply { accepted, ending, gone, silent, refused };
 
-    SingleInstance::Outcome goOn(SingleInstance::Outcome outcome, const std::optional<std::string>& link);
+    SingleInstance::Outcome proceed(SingleInstance::Outcome outcome, const std::optional<std::string>& link);
     Claim claimName() const;
-    std::optional<QString> otherCopy() const;
-    Reply handOver(const QString& copy, const SingleInstance::LaunchRequest& request) const;
-    QDBusMessage messageTo(const QString& copy, const SingleInstance::LaunchRequest& request) const;
-    bool waitForEnd(const QString& copy) const;
-    bool isThere(const QString& copy) const;
-    QDBusMessage call(const QDBusMessage& message, Seconds bound) const;
+    std::optional<QString> owner() const;
+    Reply handOver(const QString& owner, const SingleInstance::LaunchRequest& request) const;
+    QDBusMessage requestCall(const QString& owner, const SingleInstance::LaunchRequest& request) const;
+    bool waitForEnd(const QString& owner) const;
+    bool isConnected(const QString& owner) const;
+    QDBusMessage call(const QDBusMessage& message, Seconds timeout) const;
     QDBusMessage callBus(const char* operation, const QVariantList& arguments) const;
 
     const QDBusConnection bus_;
     const std::shared_ptr<OpenRequests> requests_;
     const std::optional<std::string> activationToken_;
-    const Bounds bounds_;
+    const Timeouts timeouts_;
     ApplicationObject object_;
 };
 

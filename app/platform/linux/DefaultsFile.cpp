@@ -16,23 +16,23 @@ namespace {
 
 constexpr const char* couldNotSave = "couldn't save the settings: ";
 
-const Json yes(Json::Literal{"true"});
+const Json jsonTrue(Json::Literal{"true"});
 
 struct Contents {
     Json::Object members;
-    bool isBroken = false;  // something is there, but nothing that we understand
+    bool isBroken = false;  // the path exists but holds no readable JSON object
 };
 
 Contents read(const std::string& path) {
     struct stat found{};
     if (::lstat(path.c_str(), &found) != 0) return {};
-    const auto bytes = S_ISREG(found.st_mode) ? readFile(path, DefaultsFile::longest) : std::nullopt;
-    const auto document = bytes ? Json::parse(*bytes, DefaultsFile::longest) : std::nullopt;
+    const auto bytes = S_ISREG(found.st_mode) ? readFile(path, DefaultsFile::maxBytes) : std::nullopt;
+    const auto document = bytes ? Json::parse(*bytes, DefaultsFile::maxBytes) : std::nullopt;
     if (!document || !document->isObject()) return {.isBroken = true};
     return {.members = document->members()};
 }
 
-void set(Json::Object& members, const std::string& key, const Json& value) {
+void assign(Json::Object& members, const std::string& key, const Json& value) {
     const auto place = std::ranges::lower_bound(members, key, {}, &Json::Member::key);
     if (place != members.end() && place->key == key) {
         place->value = value;
@@ -41,8 +41,8 @@ void set(Json::Object& members, const std::string& key, const Json& value) {
     }
 }
 
-// One member a line, for people.
-std::string written(const Json::Object& members) {
+// Writes one member per line for human readers.
+std::string formatted(const Json::Object& members) {
     std::string text = "{";
     for (const auto& member : members) {
         text += &member == members.data() ? "\n    " : ",\n    ";
@@ -64,19 +64,19 @@ std::optional<std::string> DefaultsFile::text(const std::string& key) const {
 
 bool DefaultsFile::flag(const std::string& key) const {
     const auto found = std::ranges::find(members_, key, &Json::Member::key);
-    return found != members_.end() && !found->value.asString() && found->value.text() == yes.text();
+    return found != members_.end() && !found->value.asString() && found->value.text() == jsonTrue.text();
 }
 
 void DefaultsFile::setFlag(const std::string& key) {
-    set(members_, key, yes);
+    assign(members_, key, jsonTrue);
     auto contents = read(path_);
     const std::string aside = path_ + std::string(asideSuffix);
     if (contents.isBroken && std::rename(path_.c_str(), aside.c_str()) != 0) {
         return log_(couldNotSave + describe(SystemError::last("rename", path_)));
     }
     if (contents.isBroken) contents.members = members_;
-    set(contents.members, key, yes);
-    if (const auto done = writeFileAtomically(path_, written(contents.members)); !done)
+    assign(contents.members, key, jsonTrue);
+    if (const auto done = writeFileAtomically(path_, formatted(contents.members)); !done)
         log_(couldNotSave + describe(done.error()));
 }
 

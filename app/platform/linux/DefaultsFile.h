@@ -11,21 +11,21 @@
 
 namespace tarnik {
 
-// The user defaults as a small file: one JSON object.
+// Stores the user defaults in a small file that contains one JSON object.
 //
-// Owned by the operations made of it. Main thread. Read once, at the start; before each change it is read
-// again, so that what others put there meanwhile stays. What can't be read (no object, too long, a link in
-// its place) counts as empty, and is moved aside by the first change.
+// Owned by its operations. Main thread. The file is read at the start, and again before each change, so that
+// changes by other programs are kept. A file that is too long, is a symbolic link or contains no JSON object
+// counts as empty; the first change renames it.
 class DefaultsFile {
 public:
-    static constexpr std::size_t longest = 65536;
+    static constexpr std::size_t maxBytes = 65536;
     static constexpr std::string_view asideSuffix = ".broken";
 
     DefaultsFile(std::string path, SystemLog log);
 
     std::optional<std::string> text(const std::string& key) const;
     bool flag(const std::string& key) const;
-    // What can't be written is remembered for this run, and logged.
+    // Keeps the flag for this run and logs the error if the file can't be written.
     void setFlag(const std::string& key);
 
     static UserDefaults operations(const std::string& path, const SystemLog& log);

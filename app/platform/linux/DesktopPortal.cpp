@@ -12,7 +12,7 @@ void registerWithPortal(const QDBusConnection& bus) {
     auto call = busCall(desktopPortal(), QStringLiteral("org.freedesktop.host.portal.Registry"),
                         QStringLiteral("Register"), {ourBusName(), QVariantMap()});
     call.setAutoStartService(true);
-    bus.send(call);  // whatever it answers
+    bus.send(call);  // the reply does not matter
 }
 
 }  // namespace tarnik

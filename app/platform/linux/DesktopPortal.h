@@ -6,11 +6,11 @@
 
 namespace tarnik {
 
-// The portal of the desktop, through which programs ask the person.
+// The address of the desktop portal, which shows permission dialogs for programs.
 const BusObject& desktopPortal();
 
-// Tells the portal which desktop entry is ours. Before anything else is asked of it; older ones don't know
-// this, and guess.
+// Registers our desktop entry with the portal. Call it before any other call to the portal. Older portals
+// lack this call and guess the entry.
 void registerWithPortal(const QDBusConnection& bus);
 
 }  // namespace tarnik

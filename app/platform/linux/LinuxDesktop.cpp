@@ -1,6 +1,8 @@
 #include <QDBusConnection>
 #include <QGuiApplication>
 #include <QTimer>
+#include <QWindow>
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -14,33 +16,44 @@
 #include "app/platform/linux/DefaultsFile.h"
 #include "app/platform/linux/LinuxSwitches.h"
 #include "app/platform/linux/OpenRequests.h"
-#include "app/platform/linux/SessionBusAddress.h"
-#include "app/platform/linux/StartupNotification.h"
+#include "app/platform/linux/SessionBus.h"
 #include "app/platform/linux/SystemLogSocket.h"
 #include "app/platform/linux/TrayHostMonitor.h"
 
 namespace tarnik {
 namespace {
 
-// Where the package puts the bundle.
+// The bundle folder of the installed package.
 constexpr const char* packagedBundle = "/usr/lib/tarnik";
 
-// A window that a start brings up is there by then.
-constexpr std::chrono::seconds longestStart(4);
+// Upper bound for the time from a start to its first window, if it shows one.
+constexpr std::chrono::seconds maxStartTime(4);
 
 std::optional<std::string> activationToken(const Environment& environment) {
-    for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
-        const std::string value = environmentValue(environment, variable);
-        if (!value.empty()) return value;
-    }
+    for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
+        if (auto token = environmentValue(environment, variable); !token.empty()) return token;
     return std::nullopt;
+}
+
+// Ends the busy pointer that a desktop shows from the click on a program until its first window. Only X11
+// needs this: on Wayland the pointer ends with the click's token, which another instance receives. Qt
+// notifies the desktop only when a window is shown, and has removed the click's id from the environment. So
+// this shows a window outside the screen that no window manager manages, and closes it at once.
+void endStartupNotification(const Environment& environment) {
+    if (environmentValue(environment, "DESKTOP_STARTUP_ID").empty()) return;
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) return;
+    if (std::ranges::any_of(QGuiApplication::topLevelWindows(), &QWindow::isVisible)) return;
+    QWindow window;
+    window.setFlags(Qt::Window | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
+    window.setGeometry(-2, -2, 1, 1);
+    window.show();
 }
 
 SwitchOperations operationsOf(const std::shared_ptr<LinuxSwitches>& switches) {
     return {.isOn = [switches](Switch which) { return switches->isOn(which); },
             .whenKnown = [switches](auto handler) { switches->whenKnown(std::move(handler)); },
             .prompt = [switches](Switch which) { return switches->prompt(which); },
-            .grantsGoStale = false,  // what counts here is the desktop's own switch
+            .grantsGoStale = false,  // the switches belong to the desktop, not to a copy of the program
             .openSettings = [switches](Switch which) { switches->openSettings(which); }};
 }
 
@@ -57,24 +70,25 @@ SystemEvents eventsOf(const std::shared_ptr<OpenRequests>& requests) {
             .onBecameActive = onBecameActive};
 }
 
-SingleInstance operationsOf(const std::shared_ptr<BusSingleInstance>& copy, const Environment& environment) {
-    const auto acquire = [copy, environment](const SingleInstance::LaunchRequest& request) {
-        const auto outcome = copy->acquire(request);
+SingleInstance operationsOf(const std::shared_ptr<BusSingleInstance>& instance,
+                            const Environment& environment) {
+    const auto acquire = [instance, environment](const SingleInstance::LaunchRequest& request) {
+        const auto outcome = instance->acquire(request);
         if (outcome == SingleInstance::Outcome::handedOver) {
             endStartupNotification(environment);
         } else {
-            QTimer::singleShot(longestStart, qGuiApp, [environment] { endStartupNotification(environment); });
+            QTimer::singleShot(maxStartTime, qGuiApp, [environment] { endStartupNotification(environment); });
         }
         return outcome;
     };
-    return {.acquire = acquire, .refuseRequests = [copy] { copy->refuseRequests(); }};
+    return {.acquire = acquire, .refuseRequests = [instance] { instance->refuseRequests(); }};
 }
 
-// A reading that begins with its handler, and lasts as long as the operation.
-template <class Reading, class Handler>
-std::function<void(Handler)> startingWithHandler(const QDBusConnection& bus) {
-    return [bus, reading = std::make_shared<std::unique_ptr<Reading>>()](Handler handler) {
-        *reading = std::make_unique<Reading>(bus, std::move(handler));
+// Returns an operation that makes the monitor when its handler is registered, and owns it.
+template <class Monitor, class Handler>
+std::function<void(Handler)> registering(const QDBusConnection& bus) {
+    return [bus, monitor = std::make_shared<std::unique_ptr<Monitor>>()](Handler handler) {
+        *monitor = std::make_unique<Monitor>(bus, std::move(handler));
     };
 }
 
@@ -84,11 +98,10 @@ void DesktopPlatform::prepare() {
     disableBusAutolaunch();
 }
 
-// QT_QPA_PLATFORM may name a window system that needs neither.
+// QT_QPA_PLATFORM may name a window system that needs neither display variable.
 std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment& environment) {
-    for (const char* variable : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"}) {
+    for (const char* variable : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"})
         if (!environmentValue(environment, variable).empty()) return std::nullopt;
-    }
     return "there is no display; --console runs in the terminal";
 }
 
@@ -97,8 +110,8 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
     const auto socket = std::make_shared<const SystemLogSocket>(SystemLogSocket::standardPath);
     const auto switches = std::make_shared<LinuxSwitches>(bus, run.environment, run.userFolder);
     const auto requests = std::make_shared<OpenRequests>(run.mainThread);
-    const auto copy = std::make_shared<BusSingleInstance>(bus, requests, activationToken(run.environment),
-                                                          BusSingleInstance::Bounds());
+    const auto instance = std::make_shared<BusSingleInstance>(bus, requests, activationToken(run.environment),
+                                                              BusSingleInstance::Timeouts());
     return {
         .installPath = packagedBundle,
         .defaults = DefaultsFile::operations(run.folders.preferences + "/tarnik/defaults.json",
@@ -107,14 +120,14 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
         .onSwitchesChanged = [switches](auto handler) { switches->onChange(std::move(handler)); },
         .log = [socket](const std::string& category) { return SystemLogSocket::channel(socket, category); },
         .loginItem = AutostartEntry(run.folders, run.executable).operations(),
-        .updates = {},  // there is no update framework: the package's system updates it
-        .bundles = {},  // nor are applications moved
+        .updates = {},  // the system's package manager installs updates
+        .bundles = {},  // applications are not moved
         .events = eventsOf(requests),
-        .singleInstance = operationsOf(copy, run.environment),
+        .singleInstance = operationsOf(instance, run.environment),
         .marksLoginStarts = true,
         .activate = {},
-        .onAppearanceChanged = startingWithHandler<AppearanceMonitor, AppearanceMonitor::OnChoice>(bus),
-        .onTrayHost = startingWithHandler<TrayHostMonitor, TrayHostMonitor::OnHost>(bus)};
-}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the record owns its operations
+        .onAppearanceChanged = registering<AppearanceMonitor, AppearanceMonitor::OnSettings>(bus),
+        .onTrayHost = registering<TrayHostMonitor, TrayHostMonitor::OnHost>(bus)};
+}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the returned record owns them
 
 }  // namespace tarnik

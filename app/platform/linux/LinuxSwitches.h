@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QTimer>
+#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -17,52 +18,54 @@
 
 namespace tarnik {
 
-// The two switches, as the desktop that `environment` tells of has them. Reading one sends nothing.
+// The two switches of a Linux desktop. D-Bus signals keep them up to date, so a read sends no message.
 //
-// Main thread. On X11 any program may look at the screen; without a display there is none to look at.
+// Main thread. On X11 every program may read the screen, so Screen Recording is always on there. Without a
+// display it is off.
 class LinuxSwitches {
 public:
+    // `environment` names the display and the desktop.
     LinuxSwitches(const QDBusConnection& bus, const Environment& environment, const std::string& userFolder);
 
     bool isOn(Switch which) const;
 
-    // Calls `handler` once, when the desktop has answered or takes too long.
+    // Calls `handler` once, when the desktop has replied or a time limit has passed.
     void whenKnown(std::function<void()> handler);
 
-    // Accessibility is turned on as it was asked for; for the screen the portal asks.
+    // Turns Accessibility on; asks the user through the portal for Screen Recording. Returns true if the
+    // switch is on already.
     bool prompt(Switch which);
 
-    // Once a prompt has come to its end, and only when it didn't turn the switch on.
+    // Opens the settings. While a prompt is open it waits for that, and does nothing if the user accepted.
     void openSettings(Switch which);
 
-    // What is called, from the event loop, when isOn may have changed.
+    // Sets the handler that the event loop calls when isOn may have changed.
     void onChange(std::function<void()> handler) { changed_ = std::move(handler); }
 
 private:
     enum class Display { x11, wayland, none };
-    struct Asking {
-        bool isUnderWay = false;
+    struct Prompt {
+        bool isOpen = false;
         bool wantsSettings = false;
     };
 
     static Display displayOf(const Environment& environment);
-    void prompted(Switch which, bool done);
-    Asking& asking(Switch which) { return which == Switch::accessibility ? accessibility_ : screen_; }
-    bool areKnown() const { return bus_.isKnown() && (!portal_ || portal_->isKnown()); }
-    void tell();
-    void tellKnown();
+    void promptEnded(Switch which, bool accepted);
+    Prompt& promptFor(Switch which) { return prompts_.at(which == Switch::accessibility ? 0 : 1); }
+    bool areKnown() const { return bus_.isKnown() && (!permission_ || permission_->isKnown()); }
+    void update();
+    void notifyKnown();
 
     const Environment environment_;
     const Display display_;
     std::function<void()> changed_;
-    SwitchSnapshot told_;
-    std::function<void()> known_;  // until it was called
-    QTimer patience_;              // with the desktop's first answers
-    Asking accessibility_;
-    Asking screen_;
+    SwitchSnapshot reported_;
+    std::function<void()> known_;  // null after it was called
+    QTimer knownTimeout_;
+    std::array<Prompt, 2> prompts_;
     AccessibilityBus bus_;
-    std::unique_ptr<ScreenPermission> portal_;  // on Wayland only
-    std::unique_ptr<ScreenPrompt> prompt_;
+    std::unique_ptr<ScreenPermission> permission_;  // Wayland only
+    std::unique_ptr<ScreenPrompt> prompter_;        // Wayland only
 };
 
 }  // namespace tarnik

@@ -15,28 +15,28 @@ void OpenRequests::secondOpen() {
 }
 
 void OpenRequests::openLater(const std::string& link) {
-    if (links_.size() == mostWaiting) links_.erase(links_.begin());
+    if (links_.size() == maxWaiting) links_.erase(links_.begin());
     links_.push_back(link);
-    handOnLater();
+    postDelivery();
 }
 
 void OpenRequests::onLink(OnLink handler) {
     onLink_ = std::move(handler);
-    handOnLater();
+    postDelivery();
 }
 
 void OpenRequests::onSecondOpen(OnSecondOpen handler) {
     onSecondOpen_ = std::move(handler);
-    handOnLater();
+    postDelivery();
 }
 
-void OpenRequests::handOnLater() {
+void OpenRequests::postDelivery() {
     mainThread_.post([weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->handOn();
+        if (const auto self = weak.lock()) self->deliver();
     });
 }
 
-void OpenRequests::handOn() {
+void OpenRequests::deliver() {
     if (onLink_) {
         for (const auto& link : std::exchange(links_, {})) onLink_(link);
     }

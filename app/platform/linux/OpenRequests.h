@@ -10,39 +10,39 @@
 
 namespace tarnik {
 
-// What the desktop asks of the application, on its way to whoever handles it: links that were opened, and the
-// wish to see the window. What comes before its handler waits for it. Each comes out once, links in order.
+// Queues the requests of the desktop until their handlers are registered: links to open, and second starts.
+// Each request is delivered once, links in order.
 //
-// Held by the operations that use it. Main thread.
+// Shared by the operations that use it. Main thread.
 class OpenRequests : public std::enable_shared_from_this<OpenRequests> {
 public:
     using OnLink = std::function<void(const std::string& link)>;
     using OnSecondOpen = std::function<void()>;
 
-    // Of more links that wait the first ones are dropped.
-    static constexpr std::size_t mostWaiting = 16;
+    // Capacity of the link queue. The oldest links are dropped.
+    static constexpr std::size_t maxWaiting = 16;
 
     explicit OpenRequests(MainThread mainThread) : mainThread_(std::move(mainThread)) {}
 
-    // These hand it on before they return, when they can.
+    // These call the handler before they return if there is one.
     void open(const std::string& link);
     void secondOpen();
 
-    // Hands it on later.
+    // Always calls the handler later, from the event loop.
     void openLater(const std::string& link);
 
-    // What waits is handed on later.
+    // Registers the handler. It receives the queued requests later, from the event loop.
     void onLink(OnLink handler);
     void onSecondOpen(OnSecondOpen handler);
 
 private:
-    void handOnLater();
-    void handOn();
+    void postDelivery();
+    void deliver();
 
     const MainThread mainThread_;
     OnLink onLink_;
     OnSecondOpen onSecondOpen_;
-    std::vector<std::string> links_;  // that wait
+    std::vector<std::string> links_;  // the queue
     bool secondOpenWaits_ = false;
 };
 

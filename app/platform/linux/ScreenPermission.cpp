@@ -18,26 +18,26 @@ const BusObject& permissionStore() {
 }
 
 QString table() {
-    return QStringLiteral("screenshot");  // and the name of its one entry
+    return QStringLiteral("screenshot");  // also the name of its only entry
 }
 
-BusQueryMonitor::Question starting(QDBusMessage call, std::vector<BusSignal::Match> hints = {}) {
+// Returns a query whose first call starts the service.
+BusQueryMonitor::Query startingQuery(QDBusMessage call, std::vector<BusSignal::Match> signals = {}) {
     call.setAutoStartService(true);
     return {.call = call,
-            .hints = std::move(hints),
-            .withoutProgram = BusQueryMonitor::WithoutProgram::keepAnswer};
+            .signals = std::move(signals),
+            .onServiceEnd = BusQueryMonitor::OnServiceEnd::keepReply};
 }
 
-// Programs outside a sandbox are noted under the name of their desktop entry, when the portal can tell, and
-// otherwise all under no name.
-std::optional<bool> notedIn(const QDBusMessage& answer) {
-    if (answer.type() != QDBusMessage::ReplyMessage ||
-        !answer.signature().startsWith(QLatin1String("a{sas}")))
+// The store keeps a program outside a sandbox under the name of its desktop entry, or under an empty name if
+// the portal could not determine the entry.
+std::optional<bool> storedIn(const QDBusMessage& reply) {
+    if (reply.type() != QDBusMessage::ReplyMessage || !reply.signature().startsWith(QLatin1String("a{sas}")))
         return std::nullopt;
-    const auto permissions = qdbus_cast<QMap<QString, QStringList>>(answer.arguments().constFirst());
-    const QStringList noted = permissions.value(ourBusName()) + permissions.value(QString());
-    if (noted.contains(QStringLiteral("yes"))) return true;
-    return noted.contains(QStringLiteral("no")) ? std::optional(false) : std::nullopt;
+    const auto permissions = qdbus_cast<QMap<QString, QStringList>>(reply.arguments().constFirst());
+    const QStringList values = permissions.value(ourBusName()) + permissions.value(QString());
+    if (values.contains(QStringLiteral("yes"))) return true;
+    return values.contains(QStringLiteral("no")) ? std::optional(false) : std::nullopt;
 }
 
 }  // namespace
@@ -46,30 +46,31 @@ template <class Change>
 void ScreenPermission::apply(Change change) {
     const bool wasOn = isOn();
     change();
-    const bool wasKnown = std::exchange(isKnown_, version_.hasAnswer() && permission_.hasAnswer());
+    const bool wasKnown = std::exchange(isKnown_, version_.hasReply() && permission_.hasReply());
     if (isOn() != wasOn || isKnown_ != wasKnown) onChange_();
 }
 
 ScreenPermission::ScreenPermission(const QDBusConnection& bus, std::function<void()> onChange)
     : onChange_(std::move(onChange)),
-      version_(bus,
-               starting(busPropertyCall(desktopPortal(), QStringLiteral("org.freedesktop.portal.Screenshot"),
-                                        QStringLiteral("version"))),
-               [this](const QDBusMessage& answer) {
-                   apply([&] { offersPictures_ = busValue(answer).toUInt() > 0; });
-               }),
+      version_(
+          bus,
+          startingQuery(propertyCall(desktopPortal(), QStringLiteral("org.freedesktop.portal.Screenshot"),
+                                     QStringLiteral("version"))),
+          [this](const QDBusMessage& reply) {
+              apply([&] { hasScreenshots_ = replyValue(reply).toUInt() > 0; });
+          }),
       permission_(bus,
-                  starting(busCall(permissionStore(), permissionStore().service, QStringLiteral("Lookup"),
-                                   {table(), table()}),
-                           {{.path = permissionStore().path,
-                             .interface = permissionStore().service,
-                             .name = QStringLiteral("Changed"),
-                             .firstArgument = table()}}),
-                  [this](const QDBusMessage& answer) { apply([&] { noted_ = notedIn(answer); }); }) {}
+                  startingQuery(busCall(permissionStore(), permissionStore().service,
+                                        QStringLiteral("Lookup"), {table(), table()}),
+                                {{.path = permissionStore().path,
+                                  .interface = permissionStore().service,
+                                  .name = QStringLiteral("Changed"),
+                                  .firstArgument = table()}}),
+                  [this](const QDBusMessage& reply) { apply([&] { stored_ = storedIn(reply); }); }) {}
 
-void ScreenPermission::answered(bool permitted) {
-    apply([&] { wasGranted_ = permitted; });
-    permission_.ask();
+void ScreenPermission::prompted(bool granted) {
+    apply([&] { wasGranted_ = granted; });
+    permission_.refresh();
 }
 
 }  // namespace tarnik

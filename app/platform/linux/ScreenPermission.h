@@ -9,29 +9,30 @@
 
 namespace tarnik {
 
-// Whether the person lets this program look at the screen: what the desktop portal has noted in its
-// permission store. Where the portal offers no pictures of the screen, it is off. Recordings alone don't
-// count: a yes to one is for that recording, and noted nowhere that could be read.
+// Monitors whether the portal's permission store allows this program to take screenshots. Off if the portal
+// has no Screenshot interface. Permissions for recordings don't count: each is for one recording and is
+// stored nowhere that could be read.
 //
-// Main thread. Starts the portal and its store, which only some desktops do by themselves.
+// Main thread. Starts the portal and its store, because only some desktops start them by themselves.
 class ScreenPermission {
 public:
+    // Calls `onChange` when isOn or isKnown changes.
     ScreenPermission(const QDBusConnection& bus, std::function<void()> onChange);
 
-    bool isOn() const { return offersPictures_ && noted_.value_or(wasGranted_); }
+    bool isOn() const { return hasScreenshots_ && stored_.value_or(wasGranted_); }
+    bool isKnown() const { return isKnown_; }
 
-    bool isKnown() const { return isKnown_; }  // told as a change
-
-    // The person has just answered. A yes that no store keeps, as on older desktops, holds for this run.
-    void answered(bool permitted);
+    // Reports the user's answer to a prompt. If no store keeps it, as on older desktops, it holds for this
+    // run.
+    void prompted(bool granted);
 
 private:
     template <class Change>
     void apply(Change change);
 
     const std::function<void()> onChange_;
-    bool offersPictures_ = false;
-    std::optional<bool> noted_;
+    bool hasScreenshots_ = false;
+    std::optional<bool> stored_;
     bool wasGranted_ = false;
     bool isKnown_ = false;
     BusQueryMonitor version_;

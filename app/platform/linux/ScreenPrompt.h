@@ -14,36 +14,40 @@
 
 namespace tarnik {
 
-// Has the portal ask the person whether this program may look at the screen, by asking for one picture of it,
-// which is thrown away.
+// Makes the portal ask the user whether this program may read the screen. The only request that prompts is
+// one for a screenshot, which is deleted at once.
 //
-// Main thread. One dialogue at a time.
+// Main thread. One dialog at a time.
 class ScreenPrompt {
 public:
-    using OnDone = std::function<void(bool permitted)>;
+    using OnDone = std::function<void(bool granted)>;
 
-    // As long as a dialogue may stay open before it counts as refused.
-    static constexpr Seconds patience = std::chrono::minutes(5);
+    // A dialog that stays open longer counts as refused.
+    static constexpr Seconds timeout = std::chrono::minutes(5);
 
-    // Pictures are removed only from below these folders.
+    // Screenshots are deleted only inside `pictureFolders`.
     ScreenPrompt(const QDBusConnection& bus, std::vector<std::string> pictureFolders);
 
-    // Later, once; false as well where there is no portal.
+    // Calls `onDone` once, later. Passes false also if there is no portal.
     void ask(OnDone onDone);
 
 private:
-    void listen(const QString& request);
+    void subscribe(const QString& request);
     void responded(const QDBusMessage& response);
-    void done(bool permitted);
+    void done(bool granted);
 
     const QDBusConnection bus_;
     const std::vector<std::string> pictureFolders_;
-    OnDone onDone_;  // of the dialogue that is open
+    OnDone onDone_;  // null while no dialog is open
     QString request_;
     std::unique_ptr<BusSignal> response_;
-    std::unique_ptr<QObject> call_;  // the context of the last one
-    QTimer patience_;
+    std::unique_ptr<QObject> call_;  // the context of the last call
+    QTimer timer_;
     int count_ = 0;
 };
+
+// Deletes a screenshot that was just made for us: a regular file that this user owns, inside one of
+// `folders`, and written within the last ten minutes. Ignores every other file.
+void removeScreenshot(const std::string& path, const std::vector<std::string>& folders);
 
 }  // namespace tarnik

@@ -3,11 +3,38 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QTimer>
+#include <cstdlib>
+#include <string>
 #include <utility>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
+namespace {
+
+std::string variable(const char* name) {
+    const char* value = ::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+// The D-Bus library accepts only a socket of this user there.
+bool isOwnSocket(const std::string& path) {
+    struct stat found{};
+    return ::lstat(path.c_str(), &found) == 0 && S_ISSOCK(found.st_mode) && found.st_uid == ::getuid();
+}
+
+}  // namespace
+
+void disableBusAutolaunch() {
+    constexpr const char* address = "DBUS_SESSION_BUS_ADDRESS";
+    if (!variable(address).empty()) return;
+    const std::string runtime = variable("XDG_RUNTIME_DIR");
+    if (!runtime.empty() && isOwnSocket(runtime + "/bus")) return;
+    ::setenv(address, "disabled:", 1);  // a transport that no library knows
+}
 
 QString ourBusName() {
     constexpr auto name = TarnikIdentity::bundleIdentifier;
@@ -22,30 +49,29 @@ QDBusMessage busCall(const BusObject& object, const QString& interface, const QS
     return call;
 }
 
-QDBusMessage busPropertyCall(const BusObject& object, const QString& interface, const QString& property) {
+QDBusMessage propertyCall(const BusObject& object, const QString& interface, const QString& property) {
     return busCall(object, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
                    {interface, property});
 }
 
-void callBusAsync(const QDBusConnection& bus, const QDBusMessage& call, Seconds bound, QObject& context,
-                  std::function<void(const QDBusMessage& answer)> onAnswer) {
-    if (!bus.isConnected()) {  // a call would never come to its end
-        return QTimer::singleShot(0, &context,
-                                  [onAnswer = std::move(onAnswer)] { onAnswer(QDBusMessage()); });
+void callBusAsync(const QDBusConnection& bus, const QDBusMessage& call, Seconds timeout, QObject& context,
+                  std::function<void(const QDBusMessage& reply)> onReply) {
+    if (!bus.isConnected()) {  // the call would never complete
+        return QTimer::singleShot(0, &context, [onReply = std::move(onReply)] { onReply(QDBusMessage()); });
     }
-    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(bound).count();
+    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(timeout).count();
     auto* watcher =
         new QDBusPendingCallWatcher(bus.asyncCall(call, static_cast<int>(milliseconds)), &context);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &context,
-                     [onAnswer = std::move(onAnswer)](QDBusPendingCallWatcher* finished) {
+                     [onReply = std::move(onReply)](QDBusPendingCallWatcher* finished) {
                          finished->deleteLater();
-                         onAnswer(finished->reply());
+                         onReply(finished->reply());
                      });
 }
 
-QVariant busValue(const QDBusMessage& answer) {
-    if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().size() != 1) return {};
-    QVariant value = answer.arguments().constFirst();
+QVariant replyValue(const QDBusMessage& reply) {
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 1) return {};
+    QVariant value = reply.arguments().constFirst();
     while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     return value;
 }

@@ -11,29 +11,35 @@
 
 namespace tarnik {
 
-// Whoever answers at all has answered by then.
-inline constexpr Seconds busCallBound = std::chrono::seconds(10);
+// Upper bound for the reply of a service that already runs.
+inline constexpr Seconds busCallTimeout = std::chrono::seconds(10);
 
-// Our name on the bus, which is that of our desktop entry, too.
+// Keeps the D-Bus library from starting a private session bus if it finds none: such a bus would be useless
+// and would outlive this program. Changes this process's environment, not the one that children inherit. Call
+// it before anything connects to the bus, while no other thread reads the environment.
+void disableBusAutolaunch();
+
+// Returns our well-known name on the bus. It equals the name of our desktop entry.
 QString ourBusName();
 
-// An object, addressed by the name that its program has on the bus.
+// The address of a D-Bus object.
 struct BusObject {
     QString service;
     QString path;
 };
 
-// Doesn't start the program behind the name, unless the message is told so.
+// Makes a method call. It does not start the service unless the caller enables that in the message.
 QDBusMessage busCall(const BusObject& object, const QString& interface, const QString& operation,
                      const QVariantList& arguments = {});
-QDBusMessage busPropertyCall(const BusObject& object, const QString& interface, const QString& property);
+// Makes a call that reads a property.
+QDBusMessage propertyCall(const BusObject& object, const QString& interface, const QString& property);
 
-// Sends the call and hands on the answer: an error too, also for a bus that isn't there or doesn't answer
-// within `bound`. Never at once, and not once `context` is gone. Main thread.
-void callBusAsync(const QDBusConnection& bus, const QDBusMessage& call, Seconds bound, QObject& context,
-                  std::function<void(const QDBusMessage& answer)> onAnswer);
+// Sends the call and passes the reply to `onReply`. A missing bus and a timeout yield an error reply. Never
+// calls `onReply` before it returns, nor after `context` is destroyed. Main thread.
+void callBusAsync(const QDBusConnection& bus, const QDBusMessage& call, Seconds timeout, QObject& context,
+                  std::function<void(const QDBusMessage& reply)> onReply);
 
-// The one value of an answer, without the variants around it; invalid for an error.
-QVariant busValue(const QDBusMessage& answer);
+// Returns the only value of a reply, unwrapped from its variants. Returns an invalid value for an error.
+QVariant replyValue(const QDBusMessage& reply);
 
 }  // namespace tarnik

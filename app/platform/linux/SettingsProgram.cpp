@@ -14,7 +14,7 @@ namespace tarnik {
 namespace {
 
 struct Page {
-    std::string_view desktop;  // as XDG_CURRENT_DESKTOP names it
+    std::string_view desktop;  // its name in XDG_CURRENT_DESKTOP
     Switch which;
     std::string_view program;
     std::string_view argument;
@@ -34,7 +34,8 @@ constexpr Page pages[] = {
     {"Budgie", Switch::screenRecording, "budgie-control-center", "applications"},
 };
 
-std::vector<std::string> pieces(const Environment& environment, const std::string& variable) {
+// Splits the variable's value at its colons.
+std::vector<std::string> splitVariable(const Environment& environment, const std::string& variable) {
     std::vector<std::string> found(1);
     for (const char character : environmentValue(environment, variable)) {
         if (character == ':') {
@@ -46,7 +47,7 @@ std::vector<std::string> pieces(const Environment& environment, const std::strin
     return found;
 }
 
-// Folders that aren't full paths are passed over: what they mean depends on where we were started.
+// Searches the absolute folders of `path`. Relative folders depend on the working directory and are ignored.
 std::optional<std::string> programOnPath(std::string_view name, const std::vector<std::string>& path) {
     for (const auto& folder : path) {
         std::string program = folder + "/" + std::string(name);
@@ -58,12 +59,12 @@ std::optional<std::string> programOnPath(std::string_view name, const std::vecto
 }  // namespace
 
 void openSettingsProgram(Switch which, const Environment& environment) {
-    const auto desktops = pieces(environment, "XDG_CURRENT_DESKTOP");
-    const auto path = pieces(environment, "PATH");
+    const auto desktops = splitVariable(environment, "XDG_CURRENT_DESKTOP");
+    const auto path = splitVariable(environment, "PATH");
     const auto isOfThisDesktop = [&](const Page& page) {
         return std::ranges::find(desktops, page.desktop) != desktops.end();
     };
-    for (const bool own : {true, false}) {  // any settings are better than none
+    for (const bool own : {true, false}) {  // the settings of other desktops are the fallback
         for (const Page& page : pages) {
             if (page.which != which || isOfThisDesktop(page) != own) continue;
             const auto program = programOnPath(page.program, path);

@@ -5,8 +5,8 @@
 
 namespace tarnik {
 
-// Starts the desktop's own settings, at the page where the switch is; nothing happens where there are none.
-// `environment` tells which desktop it is and where its programs are. Returns at once.
+// Starts the desktop's settings program at the page that has the switch. Does nothing if no known settings
+// program is installed. `environment` names the desktop and the search path. Returns at once.
 void openSettingsProgram(Switch which, const Environment& environment);
 
 }  // namespace tarnik

@@ -16,8 +16,8 @@
 namespace tarnik {
 namespace {
 
-// As readers of that socket expect it, in everybody's language: "Jan  2 03:04:05".
-std::string moment() {
+// Formats the current local time as syslog requires, independent of the locale: "Jan  2 03:04:05".
+std::string timestamp() {
     constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     const std::time_t now = std::time(nullptr);
@@ -38,9 +38,9 @@ void SystemLogSocket::write(const std::string& category, const std::string& mess
     address.sun_family = AF_UNIX;
     if (!socket_ || path_.size() >= sizeof(address.sun_path)) return;
     std::ranges::copy(path_, &address.sun_path[0]);
-    const std::string line = "<" + std::to_string(LOG_USER | LOG_INFO) + ">" + moment() + " tarnik[" +
+    const std::string line = "<" + std::to_string(LOG_USER | LOG_INFO) + ">" + timestamp() + " tarnik[" +
                              std::to_string(::getpid()) +
-                             "]: " + sanitizedLine(category + ": " + message, longestLine);
+                             "]: " + sanitizedLine(category + ": " + message, maxLineLength);
     const auto* to = reinterpret_cast<const sockaddr*>(&address);
     (void)::sendto(socket_.get(), line.data(), line.size(), MSG_DONTWAIT | MSG_NOSIGNAL, to, sizeof(address));
 }

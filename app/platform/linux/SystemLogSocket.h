@@ -8,18 +8,18 @@
 
 namespace tarnik {
 
-// Sends lines to the system's log, whichever program reads its socket. Any thread; never blocks: what can't
-// be taken at once is dropped.
+// Sends lines to the system's log through its datagram socket. Call from any thread. Never blocks: lines that
+// the socket can't take at once are dropped.
 class SystemLogSocket {
 public:
     static constexpr const char* standardPath = "/dev/log";
-    static constexpr std::size_t longestLine = 2000;  // characters
+    static constexpr std::size_t maxLineLength = 2000;  // characters
 
     explicit SystemLogSocket(std::string path);
 
     void write(const std::string& category, const std::string& message) const;
 
-    // A channel keeps the socket open.
+    // Returns a log function that shares ownership of the socket.
     static SystemLog channel(std::shared_ptr<const SystemLogSocket> socket, const std::string& category);
 
 private:

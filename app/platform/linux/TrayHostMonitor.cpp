@@ -7,24 +7,26 @@
 namespace tarnik {
 namespace {
 
-BusQueryMonitor::Question question() {
+BusQueryMonitor::Query query() {
     const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
     const QString path = QStringLiteral("/StatusNotifierWatcher");
-    const auto hint = [&](const char* name) { return BusSignal::Match{path, watcher, QLatin1String(name)}; };
-    return {
-        .call = busPropertyCall({watcher, path}, watcher, QStringLiteral("IsStatusNotifierHostRegistered")),
-        .hints = {hint("StatusNotifierHostRegistered"), hint("StatusNotifierHostUnregistered")}};
+    const auto signal = [&](const char* name) {
+        return BusSignal::Match{path, watcher, QLatin1String(name)};
+    };
+    return {.call = propertyCall({watcher, path}, watcher, QStringLiteral("IsStatusNotifierHostRegistered")),
+            .signals = {signal("StatusNotifierHostRegistered"), signal("StatusNotifierHostUnregistered")}};
 }
 
 }  // namespace
 
 TrayHostMonitor::TrayHostMonitor(const QDBusConnection& bus, OnHost onHost)
     : onHost_(std::move(onHost)),
-      reading_(bus, question(), [this](const QDBusMessage& answer) { answered(answer); }) {}
+      monitor_(bus, query(), [this](const QDBusMessage& reply) { replied(reply); }) {}
 
-void TrayHostMonitor::answered(const QDBusMessage& answer) {
-    const TrayHost host = busValue(answer).toBool() ? TrayHost::present : TrayHost::absent;
-    if (std::exchange(told_, host) == host) return;
+// A lost bus counts as a lost tray, because its error reply has no value.
+void TrayHostMonitor::replied(const QDBusMessage& reply) {
+    const TrayHost host = replyValue(reply).toBool() ? TrayHost::present : TrayHost::absent;
+    if (std::exchange(reported_, host) == host) return;
     onHost_(host);
 }
 

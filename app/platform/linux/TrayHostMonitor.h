@@ -9,8 +9,8 @@
 
 namespace tarnik {
 
-// Tells whether a tray shows the status items that programs register: first what it is, then each change.
-// Main thread.
+// Reports whether a StatusNotifierItem tray is running: the initial state and then each change. Trays with
+// other protocols count as absent. Main thread.
 class TrayHostMonitor {
 public:
     using OnHost = std::function<void(TrayHost)>;
@@ -18,11 +18,11 @@ public:
     TrayHostMonitor(const QDBusConnection& bus, OnHost onHost);
 
 private:
-    void answered(const QDBusMessage& answer);
+    void replied(const QDBusMessage& reply);
 
     const OnHost onHost_;
-    std::optional<TrayHost> told_;
-    BusQueryMonitor reading_;
+    std::optional<TrayHost> reported_;
+    BusQueryMonitor monitor_;
 };
 
 }  // namespace tarnik

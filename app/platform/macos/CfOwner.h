@@ -6,12 +6,12 @@
 
 namespace tarnik {
 
-// Owns one reference to an object of Core Foundation, or of a framework built on it, and releases it once.
+// Owns one reference to a Core Foundation object and releases it.
 template <class Ref>
 class CfOwner {
 public:
     CfOwner() = default;
-    // Takes over what a function with Create or Copy in its name returned; null is nothing.
+    // Takes over a reference from a function with Create or Copy in its name. `ref` may be null.
     explicit CfOwner(Ref ref) : ref_(ref) {}
     ~CfOwner() {
         if (ref_) ::CFRelease(ref_);
@@ -27,7 +27,7 @@ public:
     explicit operator bool() const { return ref_ != nullptr; }
     Ref get() const { return ref_; }
 
-    // For a function that hands a reference out through a pointer; only while there is none.
+    // For functions that return a reference through a pointer. Call it only while this is empty.
     Ref* receive() { return &ref_; }
 
 private:

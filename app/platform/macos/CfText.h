@@ -6,18 +6,18 @@
 
 #include "app/platform/macos/CfOwner.h"
 
-// Texts and paths on their way to Core Foundation and back.
+// Converts texts and paths to and from Core Foundation.
 namespace tarnik::CfText {
 
-// Null for what isn't UTF-8.
+// Returns null if the text isn't UTF-8.
 CfOwner<CFStringRef> of(std::string_view text);
 
-// None for null, and for any other kind of object.
+// Returns std::nullopt for null and for an object that is no string.
 std::optional<std::string> text(CFTypeRef value);
 
 CfOwner<CFURLRef> folderURL(std::string_view path);
 
-// None for null, and for what isn't a file's.
+// Returns std::nullopt for null and for an address that is no file.
 std::optional<std::string> path(CFURLRef url);
 
 }  // namespace tarnik::CfText

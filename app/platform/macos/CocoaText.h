@@ -5,10 +5,10 @@
 
 #import <Foundation/Foundation.h>
 
-// Texts on their way to Cocoa and back; for Objective-C++ only.
+// Converts texts to and from Cocoa. For Objective-C++ only.
 namespace tarnik {
 
-// Empty for what isn't UTF-8.
+// Returns an empty string if the text isn't UTF-8.
 inline NSString* cocoaText(std::string_view text) {
     NSString* made = [[NSString alloc] initWithBytes:text.data()
                                               length:text.size()
@@ -16,7 +16,7 @@ inline NSString* cocoaText(std::string_view text) {
     return made ? made : @"";
 }
 
-// Empty for nil.
+// Returns an empty string for nil.
 inline std::string plainText(NSString* text) {
     const char* bytes = text.UTF8String;
     return bytes ? bytes : "";

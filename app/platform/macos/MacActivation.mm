@@ -1,14 +1,14 @@
-#include "app/platform/macos/MacActivation.h"
-
 #import <AppKit/AppKit.h>
 
-namespace tarnik::MacActivation {
+#include "app/platform/macos/MacOperations.h"
+
+namespace tarnik {
 
 void becomeAccessory() {
     [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
 }
 
-void comeToFront() {
+void activateApplication() {
     if (@available(macOS 14, *)) {
         [NSApp activate];
     } else {
@@ -16,4 +16,4 @@ void comeToFront() {
     }
 }
 
-}  // namespace tarnik::MacActivation
+}  // namespace tarnik

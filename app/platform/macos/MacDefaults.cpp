@@ -1,13 +1,12 @@
-#include "app/platform/macos/MacDefaults.h"
-
 #include "app/platform/macos/CfText.h"
+#include "app/platform/macos/MacOperations.h"
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 
 namespace {
 
-// Also of a program outside a bundle, which the system would give a domain of its own.
+// Named explicitly, because the system gives a program outside a bundle a domain of its own.
 CfOwner<CFStringRef> domain() {
     return CfText::of(TarnikIdentity::bundleIdentifier);
 }

@@ -1,22 +1,14 @@
 #include <cstdlib>
 
 #include "app/platform/DesktopPlatform.h"
-#include "app/platform/macos/MacActivation.h"
-#include "app/platform/macos/MacBundles.h"
-#include "app/platform/macos/MacDefaults.h"
-#include "app/platform/macos/MacEvents.h"
-#include "app/platform/macos/MacLog.h"
-#include "app/platform/macos/MacLoginItem.h"
-#include "app/platform/macos/MacStatusItem.h"
-#include "app/platform/macos/MacSwitches.h"
-#include "app/platform/macos/MacUpdates.h"
+#include "app/platform/macos/MacOperations.h"
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 
 namespace {
 
-// With one of twice the size beside it, which Qt finds by its name.
+// Qt finds the image of twice the size by its name.
 std::optional<std::string> menuBarImage(const std::optional<std::string>& bundle) {
     if (!bundle) return std::nullopt;
     return *bundle + "/Contents/Resources/MenuBarIcon.png";
@@ -24,8 +16,8 @@ std::optional<std::string> menuBarImage(const std::optional<std::string>& bundle
 
 }  // namespace
 
-// Qt brings a program to the front as soon as it has launched, unless told otherwise: at login, and after an
-// update, that would take the keyboard from whatever the person types into.
+// By default Qt activates a program when it has launched. At login and after an update that would take the
+// focus from the application that the user types into.
 void DesktopPlatform::prepare() {
     ::setenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1", 1);
 }
@@ -34,9 +26,10 @@ std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment&) {
     return std::nullopt;
 }
 
-// A second copy is the relocator's business; the system sends a link to the copy that runs.
+// There is no SingleInstance: the relocator ends other copies, and the system delivers links to the running
+// one.
 DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
-    MacActivation::becomeAccessory();
+    becomeAccessory();
     return {.installPath = std::string(TarnikIdentity::installPath),
             .defaults = macDefaults(),
             .switches = macSwitches(),
@@ -47,7 +40,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
             .events = macEvents(),
             .statusImage = menuBarImage(run.bundle),
             .nameStatusItem = nameMacStatusItem,
-            .activate = MacActivation::comeToFront};
+            .activate = activateApplication};
 }
 
 }  // namespace tarnik

@@ -1,9 +1,8 @@
-#include "app/platform/macos/MacEvents.h"
-
 #include <QGuiApplication>
 #include <memory>
 #include <utility>
 
+#include "app/platform/macos/MacOperations.h"
 #include "app/platform/macos/OpenedLinks.h"
 #include "app/platform/macos/ReopenRequests.h"
 #include "app/platform/macos/ShowWindowNotice.h"
@@ -12,12 +11,12 @@ namespace tarnik {
 
 namespace {
 
-// Makes a listener for each handler, and keeps the last one for as long as the operation is kept.
+// Returns an operation that makes a listener for each handler, and owns the latest one.
 template <class Listener>
-std::function<void(std::function<void()>)> keeping() {
-    return [kept = std::make_shared<std::unique_ptr<Listener>>()](std::function<void()> handler) {
-        kept->reset();
-        *kept = std::make_unique<Listener>(std::move(handler));
+std::function<void(std::function<void()>)> registering() {
+    return [listener = std::make_shared<std::unique_ptr<Listener>>()](std::function<void()> handler) {
+        listener->reset();
+        *listener = std::make_unique<Listener>(std::move(handler));
     };
 }
 
@@ -33,8 +32,8 @@ void onBecameActive(std::function<void()> handler) {
 SystemEvents macEvents() {
     return {.onLink = [links = std::make_shared<OpenedLinks>()](
                           OpenedLinks::Handler handler) { links->setHandler(std::move(handler)); },
-            .onSecondOpen = keeping<ShowWindowNotice>(),
-            .onReopen = keeping<ReopenRequests>(),
+            .onSecondOpen = registering<ShowWindowNotice>(),
+            .onReopen = registering<ReopenRequests>(),
             .onBecameActive = onBecameActive};
 }
 

@@ -1,6 +1,6 @@
-#include "app/platform/macos/MacLoginItem.h"
-
 #import <ServiceManagement/ServiceManagement.h>
+
+#include "app/platform/macos/MacOperations.h"
 
 namespace tarnik {
 

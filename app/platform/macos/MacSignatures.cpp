@@ -1,17 +1,16 @@
-#include "app/platform/macos/MacSignatures.h"
-
 #include <algorithm>
 
 #include <Security/Security.h>
 
 #include "app/platform/macos/CfText.h"
+#include "app/platform/macos/MacOperations.h"
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 
 namespace {
 
-// Everything in the bundle, for every processor, as strictly as the system can look.
+// Checks all architectures and all nested code, with the strictest rules.
 constexpr SecCSFlags whole = kSecCSCheckAllArchitectures | kSecCSCheckNestedCode | kSecCSStrictValidate;
 
 CfOwner<SecStaticCodeRef> codeAt(const std::string& bundle) {
@@ -21,7 +20,7 @@ CfOwner<SecStaticCodeRef> codeAt(const std::string& bundle) {
     return code;
 }
 
-// Also against the requirement, unless that is null.
+// Checks the requirement, too, unless it is null.
 bool isValid(SecStaticCodeRef code, SecRequirementRef requirement) {
     return ::SecStaticCodeCheckValidityWithErrors(code, whole, requirement, nullptr) == errSecSuccess;
 }
@@ -37,8 +36,8 @@ std::optional<std::string> teamIdentifier(const std::string& bundle) {
     return CfText::text(::CFDictionaryGetValue(information.get(), kSecCodeInfoTeamIdentifier)).value_or("");
 }
 
-// Signed with a certificate that Apple gave to this team, and as our application. The team goes into the text
-// of the requirement, so it must not be able to say more there.
+// Requires a certificate that Apple issued to this team, and our bundle identifier. The team becomes part of
+// the requirement's source text, so only letters and digits are accepted.
 CfOwner<SecRequirementRef> requirementNaming(const std::string& team) {
     CfOwner<SecRequirementRef> requirement;
     const bool isPlain =

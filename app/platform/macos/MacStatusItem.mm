@@ -1,8 +1,7 @@
-#include "app/platform/macos/MacStatusItem.h"
-
 #import <AppKit/AppKit.h>
 
 #include "app/platform/macos/CocoaText.h"
+#include "app/platform/macos/MacOperations.h"
 
 namespace tarnik {
 
@@ -15,7 +14,7 @@ void nameButtons(NSView* view, NSString* name) {
 
 }  // namespace
 
-// The item is Qt's own; its button stands in a window of this application, as all of them do.
+// Qt owns the status item. Its button is in one of this application's windows.
 void nameMacStatusItem(std::string_view name) {
     for (NSWindow* window in NSApp.windows) nameButtons(window.contentView, cocoaText(name));
 }

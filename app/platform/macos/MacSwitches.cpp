@@ -1,11 +1,9 @@
-#include "app/platform/macos/MacSwitches.h"
-
 #include <array>
 
 #include <ApplicationServices/ApplicationServices.h>
 
 #include "app/platform/macos/CfOwner.h"
-#include "app/platform/macos/Workspace.h"
+#include "app/platform/macos/MacOperations.h"
 
 namespace tarnik {
 

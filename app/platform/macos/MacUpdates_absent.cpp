@@ -1,4 +1,4 @@
-#include "app/platform/macos/MacUpdates.h"
+#include "app/platform/macos/MacOperations.h"
 
 namespace tarnik {
 

@@ -3,9 +3,9 @@
 #import <Sparkle/Sparkle.h>
 
 #include "app/platform/macos/CocoaText.h"
-#include "app/platform/macos/MacUpdates.h"
+#include "app/platform/macos/MacOperations.h"
 
-// Keeps the controller, and is its delegate, which it holds weakly.
+// Owns the controller and is its delegate, which the controller references weakly.
 @interface TarnikUpdates : NSObject <SPUUpdaterDelegate>
 @property(nonatomic, readonly, strong) SPUStandardUpdaterController* controller;
 @property(nonatomic) BOOL hasStarted;
@@ -41,14 +41,14 @@ namespace tarnik {
 
 namespace {
 
-// Silent for the person: the controller's own start would put up an alert, at every launch.
+// Starts without an alert. The controller's own start would show one on failure, at every launch.
 void start(TarnikUpdates* updates, const SystemLog& log) {
     NSError* error = nil;
     updates.hasStarted = [updates.controller.updater startUpdater:&error];
     if (!updates.hasStarted) log("no updates: " + plainText(error.localizedDescription));
 }
 
-// The person asked, and is told why there can't be any if there still can't.
+// Checks for updates. If the updater still can't start, the controller shows the reason.
 void check(TarnikUpdates* updates) {
     if (!updates.hasStarted) updates.hasStarted = [updates.controller.updater startUpdater:nil];
     if (updates.hasStarted) {

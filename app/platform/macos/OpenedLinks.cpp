@@ -8,7 +8,7 @@ namespace tarnik {
 
 namespace {
 
-// What Qt can't read as an address it takes for the path of a file.
+// Qt treats an address that it can't parse as a file path.
 std::string textOf(const QFileOpenEvent& event) {
     const QUrl url = event.url();
     return url.isLocalFile() ? event.file().toStdString() : url.toEncoded().toStdString();

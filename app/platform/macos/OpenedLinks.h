@@ -7,16 +7,16 @@
 
 namespace tarnik {
 
-// The links of our scheme that the system has us open. Qt takes the system's event, which comes once its loop
-// runs even when we were started for the link, and sends it on to the application object, to which this
-// listens. A link that comes before anybody asks for links waits.
+// Receives the links with our scheme that the system opens. Qt turns the system's event into a QFileOpenEvent
+// for the application object, which this class filters. The event for the link that started the program
+// arrives once the event loop runs. Links are queued until a handler is set.
 //
-// Main thread. Lives as long as whoever asks.
+// Main thread.
 class OpenedLinks : public QObject {
 public:
     using Handler = std::function<void(const std::string& link)>;
 
-    // When the application object exists, and its loop doesn't run yet.
+    // Make it after the application object exists and before the event loop runs.
     OpenedLinks();
 
     void setHandler(Handler handler);

@@ -5,10 +5,11 @@
 
 namespace tarnik {
 
-// The person opens the application in the Finder while it runs. Qt takes AppKit's own word for it as one more
-// activation, so the system's event itself is listened for.
+// Calls a handler when the user opens the running application again, for instance in the Finder. It handles
+// the system's Apple event itself, because Qt reports AppKit's callback as an ordinary activation.
 //
-// Main thread, once the program's loop runs: AppKit puts its own handler in place when the loop begins.
+// Main thread. Make it after the event loop runs, because AppKit installs its own handler when the loop
+// starts.
 class ReopenRequests {
 public:
     explicit ReopenRequests(std::function<void()> handler);

@@ -30,7 +30,7 @@
 namespace tarnik {
 
 struct ReopenRequests::Receiver {
-    TarnikReopenReceiver* object;  // which the event manager doesn't hold
+    TarnikReopenReceiver* object;  // the event manager does not retain it
 };
 
 ReopenRequests::ReopenRequests(std::function<void()> handler)

@@ -12,17 +12,17 @@ CFStringRef name() {
     return CFSTR("com.tarnik.node.showWindow");
 }
 
-void heard(CFNotificationCenterRef, void* handler, CFNotificationName, const void*, CFDictionaryRef) {
+void received(CFNotificationCenterRef, void* handler, CFNotificationName, const void*, CFDictionaryRef) {
     (*static_cast<const std::function<void()>*>(handler))();
 }
 
 }  // namespace
 
-// Delivered at once on both ends: the system holds notifications back from an application that isn't active,
-// and ours hardly ever is.
+// Both ends ask for immediate delivery, because the system delays notifications to an inactive application,
+// and ours is rarely active.
 ShowWindowNotice::ShowWindowNotice(std::function<void()> handler) : handler_(std::move(handler)) {
-    ::CFNotificationCenterAddObserver(::CFNotificationCenterGetDistributedCenter(), &handler_, heard, name(),
-                                      nullptr, CFNotificationSuspensionBehaviorDeliverImmediately);
+    ::CFNotificationCenterAddObserver(::CFNotificationCenterGetDistributedCenter(), &handler_, received,
+                                      name(), nullptr, CFNotificationSuspensionBehaviorDeliverImmediately);
 }
 
 ShowWindowNotice::~ShowWindowNotice() {

@@ -4,10 +4,10 @@
 
 namespace tarnik {
 
-// The distributed notification by which a second copy of the application asks the one that runs to show its
-// window. Any program of the person can post it, so it is no more than a wish.
+// Observes the distributed notification by which a second copy of the application asks the running one to
+// show its window. Every program of the user can post it, so the handler must be harmless.
 //
-// Hears it for as long as it lives. Main thread, the handler too.
+// Main thread, the handler included.
 class ShowWindowNotice {
 public:
     explicit ShowWindowNotice(std::function<void()> handler);
@@ -15,7 +15,7 @@ public:
     ShowWindowNotice(const ShowWindowNotice&) = delete;
     ShowWindowNotice& operator=(const ShowWindowNotice&) = delete;
 
-    static void post();  // from any thread
+    static void post();  // call from any thread
 
 private:
     const std::function<void()> handler_;

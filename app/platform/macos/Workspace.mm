@@ -1,8 +1,7 @@
-#include "app/platform/macos/Workspace.h"
-
 #import <AppKit/AppKit.h>
 
 #include "app/platform/macos/CocoaText.h"
+#include "app/platform/macos/MacOperations.h"
 
 namespace tarnik {
 

@@ -1,9 +1,0 @@
-#pragma once
-
-#include "app/platform/BundleOperations.h"
-
-namespace tarnik {
-
-BundleFiles macBundleFiles();
-
-}  // namespace tarnik

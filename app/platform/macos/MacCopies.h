@@ -1,9 +1,0 @@
-#pragma once
-
-#include "app/platform/BundleOperations.h"
-
-namespace tarnik {
-
-OtherCopies macCopies();
-
-}  // namespace tarnik

@@ -1,0 +1,88 @@
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <utility>
+
+#import <AppKit/AppKit.h>
+#include <unistd.h>
+
+#include "app/platform/macos/CocoaText.h"
+#include "app/platform/macos/MacOperations.h"
+#include "app/platform/macos/ShowWindowNotice.h"
+#include "core/foundation/TarnikIdentity.h"
+#include "core/process/MacProcesses.h"
+
+// NSRunningApplication may be used on any thread. Its list can still contain processes that have ended, so
+// each operation checks the process table first.
+namespace tarnik {
+
+namespace {
+
+using Table = std::vector<ProcessEntry>;
+
+std::optional<ProcessTime> startOf(pid_t pid, const Table& table) {
+    const auto entry = std::ranges::find(table, pid, &ProcessEntry::pid);
+    return entry != table.end() ? entry->started : std::nullopt;
+}
+
+std::vector<OtherCopy> startedBefore() {
+    const pid_t ourselves = ::getpid();
+    const auto table = MacProcesses::table();
+    const auto ourStart = table ? startOf(ourselves, *table) : std::nullopt;
+    std::vector<OtherCopy> copies;
+    if (!ourStart) return copies;
+    @autoreleasepool {
+        NSString* identifier = cocoaText(TarnikIdentity::bundleIdentifier);
+        for (NSRunningApplication* each in
+             [NSRunningApplication runningApplicationsWithBundleIdentifier:identifier]) {
+            const pid_t pid = each.processIdentifier;
+            const auto start = startOf(pid, *table);
+            // The lower process id counts as the earlier one if both started at the same moment.
+            if (!start || std::pair(*start, pid) >= std::pair(*ourStart, ourselves)) continue;
+            copies.push_back({.pid = pid, .started = start, .bundlePath = plainText(each.bundleURL.path)});
+        }
+    }
+    return copies;
+}
+
+bool isRunning(const OtherCopy& copy) {
+    if (copy.pid < 2 || (::kill(copy.pid, 0) != 0 && errno == ESRCH)) return false;
+    const auto table = MacProcesses::table();
+    return !table || startOf(copy.pid, *table) == copy.started;
+}
+
+// Calls `action` with the application, unless its process id belongs to another process by now.
+std::function<void(const OtherCopy&)> whileRunning(void (*action)(NSRunningApplication*)) {
+    return [action](const OtherCopy& copy) {
+        if (!isRunning(copy)) return;
+        @autoreleasepool {
+            action([NSRunningApplication runningApplicationWithProcessIdentifier:copy.pid]);
+        }
+    };
+}
+
+void terminate(NSRunningApplication* application) {
+    [application terminate];
+}
+
+void forceTerminate(NSRunningApplication* application) {
+    [application forceTerminate];
+}
+
+// Since macOS 14 the system ignores this unless it thinks that the user wants it.
+void activate(NSRunningApplication* application) {
+    [application activateWithOptions:NSApplicationActivateIgnoringOtherApps];
+}
+
+}  // namespace
+
+OtherCopies macCopies() {
+    return {.startedBefore = startedBefore,
+            .isRunning = isRunning,
+            .terminate = whileRunning(terminate),
+            .forceTerminate = whileRunning(forceTerminate),
+            .activate = whileRunning(activate),
+            .postShowWindow = ShowWindowNotice::post};
+}
+
+}  // namespace tarnik

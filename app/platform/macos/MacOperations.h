@@ -1,0 +1,56 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "app/platform/BundleOperations.h"
+#include "app/platform/LoginItemService.h"
+#include "app/platform/SwitchOperations.h"
+#include "app/platform/SystemEvents.h"
+#include "app/platform/SystemLog.h"
+#include "app/platform/UpdateFramework.h"
+#include "app/platform/UserDefaults.h"
+
+// The macOS operations that MacDesktop.cpp puts into a DesktopPlatform. Each is defined in the source that
+// its name suggests: macDefaults in MacDefaults.cpp.
+namespace tarnik {
+
+// The preferences of our bundle identifier.
+UserDefaults macDefaults();
+
+// The switches that the system keeps for this program's code signature.
+SwitchOperations macSwitches();
+
+// Opens the address in the user's program for it. Ignores a malformed address. Main thread; returns at once.
+void openInWorkspace(std::string_view url);
+
+// The unified log with our bundle identifier as subsystem. Messages are public and persistent.
+SystemLog macLog(const std::string& category);
+
+// The login item of this application.
+LoginItemService macLoginItem();
+
+// Sparkle. The operations are absent in a build without it. `log` receives start failures.
+UpdateFramework macUpdates(SystemLog log);
+
+// Has no operations if the program runs outside a bundle, because such a program can't be moved.
+BundleOperations macBundles(const std::optional<std::string>& ownBundle);
+CodeSignatures macSignatures();
+BundleFiles macBundleFiles();
+OtherCopies macCopies();
+
+// Call it after the application object exists and before the event loop runs.
+SystemEvents macEvents();
+
+// Sets the name of the shown status item for VoiceOver, because Qt sets none. Main thread.
+void nameMacStatusItem(std::string_view name);
+
+// Shows the application in the menu bar only, without a Dock icon, even if it runs outside a bundle. Main
+// thread, after the application object exists.
+void becomeAccessory();
+
+// Activates the application, before all others. Main thread.
+void activateApplication();
+
+}  // namespace tarnik

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QWidget>
+
+#include "app/model/WindowContent.h"
+
+namespace tarnik {
+
+class ProgressBar;
+class SymbolView;
+class TextLabel;
+
+// The top of a page: symbol, heading and progress bar. The space of the bar is reserved, so nothing moves
+// when work begins or ends.
+class PageHeader : public QWidget {
+public:
+    static constexpr int gapBelow = 12;  // the space between heading and body; contains the bar
+
+    explicit PageHeader(QWidget* parent);
+
+    void setContent(const WindowContent& content);
+
+private:
+    // Children.
+    SymbolView* symbol_;
+    TextLabel* heading_;
+    ProgressBar* progress_;
+};
+
+}  // namespace tarnik
