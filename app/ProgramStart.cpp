@@ -29,7 +29,7 @@ std::optional<std::string> resourceFolder(const std::optional<std::string>& bund
     return *bundle + "/Contents/Resources";
 }
 
-// All but the driver works without this folder.
+// Without this folder everything but the driver works.
 void makeApplicationSupport(const std::string& folder) {
     if (const auto made = createFolders(folder, 0700); !made) {
         printError(messageFor(made.error()));
@@ -48,8 +48,8 @@ Machine machineOf(Environment inherited, std::string userFolder, const ProgramLo
             .platform = std::string(NodeRelease::hostPlatform)};
 }
 
-// Why the program can't be started as it was asked to.
-std::optional<std::string> whatIsWrong(const CommandLine& line) {
+// Returns why the program can't run with this command line, or std::nullopt.
+std::optional<std::string> problemWith(const CommandLine& line) {
     if (line.bundle && !isFolder(*line.bundle)) return *line.bundle + " isn't a bundle folder";
     if (line.nodeHome && exists(*line.nodeHome) && !isFolder(*line.nodeHome))
         return "the node folder " + *line.nodeHome + " isn't a folder";
@@ -68,7 +68,7 @@ int refuseStart(const std::string& why) {
 }
 
 int runProgram(const CommandLine& line, const char* name, const ProgramFace& face) {
-    if (const auto wrong = whatIsWrong(line)) return refuseStart(*wrong);
+    if (const auto wrong = problemWith(line)) return refuseStart(*wrong);
     auto environment = currentEnvironment();
     auto userFolder = userFolderOf(environment);
     const auto executable = ProcessInspection::executablePath(::getpid()).value_or(name);

@@ -10,25 +10,25 @@
 
 namespace tarnik {
 
-// Where the program stands.
+// The location of the running program and of its folders.
 struct ProgramLocation {
     std::string executable;
     std::optional<std::string> bundle;
     SystemFolders folders;
 };
 
-// Shows the machine to a person, to the end; the program's exit status.
+// Runs the window or the console until the program ends. Returns the exit status.
 using ProgramFace =
     std::function<int(const CommandLine& line, Machine machine, const ProgramLocation& place)>;
 
-// Prints one line on standard error, after the program's name.
+// Prints the program's name and the message as one line on standard error.
 void printError(const std::string& what);
 
-// Says why the program doesn't start, and gives the exit status for that.
+// Prints why the program can't start. Returns the exit status for that.
 int refuseStart(const std::string& why);
 
-// Runs `face` on the machine that this is. `name` is what the program was started as. On the main thread,
-// before any other thread was made.
+// Reads the environment, the folders and the bundle's settings, and runs `face` with them. `name` is argument
+// 0. Call on the main thread before any other thread exists.
 int runProgram(const CommandLine& line, const char* name, const ProgramFace& face);
 
 }  // namespace tarnik

@@ -8,18 +8,18 @@
 namespace tarnik {
 namespace {
 
-constexpr int nudge = SIGUSR2;  // wakes the watching thread to see that its owner ends
+constexpr int wakeSignal = SIGUSR2;  // wakes the thread when its owner is destroyed
 
 bool isIgnored(int signal) {
     struct sigaction now{};
     return ::sigaction(signal, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
 }
 
-// Whoever starts us with nohup wants us to outlive the terminal.
+// nohup ignores SIGHUP: then the program outlives its terminal.
 sigset_t watched() {
     sigset_t set;
     sigemptyset(&set);
-    for (const int signal : {SIGINT, SIGTERM, nudge}) sigaddset(&set, signal);
+    for (const int signal : {SIGINT, SIGTERM, wakeSignal}) sigaddset(&set, signal);
     if (!isIgnored(SIGHUP)) sigaddset(&set, SIGHUP);
     return set;
 }
@@ -32,17 +32,17 @@ SignalWatcher::SignalWatcher(std::function<void(int)> onSignal, Wait wait) {
     thread_ = std::thread([this, set, onSignal = std::move(onSignal), wait = std::move(wait)] {
         setThreadName("tarnik.signals");
         while (!ending_) {
-            // Darwin's sigwait reports an interruption as a success that leaves the number as it was.
+            // Darwin's sigwait returns 0 after an interruption and doesn't store a number.
             int signal = 0;
             if (wait(&set, &signal) != 0) return;
-            if (signal != 0 && signal != nudge && !ending_) onSignal(signal);
+            if (signal != 0 && signal != wakeSignal && !ending_) onSignal(signal);
         }
     });
 }
 
 SignalWatcher::~SignalWatcher() {
     ending_ = true;
-    ::pthread_kill(thread_.native_handle(), nudge);
+    ::pthread_kill(thread_.native_handle(), wakeSignal);
     thread_.join();
 }
 

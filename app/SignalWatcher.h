@@ -7,11 +7,11 @@
 
 namespace tarnik {
 
-// Turns the signals that ask a program to end (SIGINT, SIGTERM, and SIGHUP unless we were started with that
-// ignored) into calls on a thread of its own.
+// Reports the signals that ask a program to end (SIGINT, SIGTERM, and SIGHUP unless it was ignored at the
+// start) by calls on a thread of its own.
 //
-// Made by main() before any other thread, so that all of them inherit the blocked signals and only this one
-// is ever handed them. Children are not concerned: they start with none blocked.
+// Made by main() before any other thread, so that all threads inherit the blocked signals and only this one
+// receives them. Children are not affected: they start with no signal blocked.
 class SignalWatcher {
 public:
     using Wait = std::function<int(const sigset_t*, int*)>;  // as sigwait(3)

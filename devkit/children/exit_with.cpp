@@ -1,4 +1,4 @@
-// exit_with CODE: ends at once with this exit code.
+// exit_with CODE: exits at once with this code.
 #include <cstdlib>
 
 int main(int count, char** arguments) {

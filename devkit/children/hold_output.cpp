@@ -1,8 +1,8 @@
-// hold_output SECONDS: leaves a process behind that keeps the output (a pipe or a terminal) open for
-// this long, prints that process's id, and itself exits at once.
+// hold_output SECONDS: starts a background process that keeps the output (a pipe or a terminal) open for this
+// long, prints its process id and exits at once.
 //
-// On macOS a terminal is taken from everybody when the first process on it ends; there only pipes can
-// be held.
+// On macOS a terminal is closed for all processes when its session leader ends, so only a pipe can be kept
+// open.
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -13,7 +13,7 @@
 
 int main(int count, char** arguments) {
     const std::chrono::duration<double> held(count > 1 ? std::atof(arguments[1]) : 1.0);
-    std::signal(SIGHUP, SIG_IGN);  // sent when the terminal's first process, this one, ends
+    std::signal(SIGHUP, SIG_IGN);  // sent when the session leader, this process, ends
     const pid_t holder = fork();
     if (holder < 0) return 1;
     if (holder == 0) {

@@ -1,4 +1,4 @@
-// ignore_term: ignores SIGTERM, prints "ready" and waits until it is killed.
+// ignore_term: ignores SIGTERM, prints "ready" and waits for SIGKILL.
 #include <csignal>
 #include <cstdio>
 
@@ -6,7 +6,7 @@
 
 int main() {
     std::signal(SIGTERM, SIG_IGN);
-    alarm(120);  // a test that lost it must not leave it behind
+    alarm(120);  // in case the test doesn't end it
     std::puts("ready");
     std::fflush(stdout);
     for (;;) pause();

@@ -1,4 +1,4 @@
-// list_descriptors: prints the numbers of its open descriptors in ascending order, one a line.
+// list_descriptors: prints the numbers of its open descriptors in ascending order, one per line.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// print_environment: prints its arguments, then its environment, each in the order it got them:
-// "argument TEXT" and "variable NAME=VALUE", one a line.
+// print_environment: prints its arguments, then its environment, in the received order: "argument TEXT" and
+// "variable NAME=VALUE", one per line.
 #include <cstdio>
 
 extern char** environ;

@@ -1,5 +1,5 @@
-// print_signals: prints "ignored N" and "blocked N" for every signal that it was not given in the
-// default state, one a line; nothing when all are as they should be.
+// print_signals: prints "ignored N" and "blocked N" for every signal that is ignored or blocked, one per
+// line.
 #include <csignal>
 #include <cstdio>
 
@@ -8,7 +8,7 @@ int main() {
     if (sigprocmask(SIG_BLOCK, nullptr, &blocked) != 0) return 1;
     for (int number = 1; number < NSIG; ++number) {
         struct sigaction action = {};
-        const bool exists = sigaction(number, nullptr, &action) == 0;  // the C library keeps a few for itself
+        const bool exists = sigaction(number, nullptr, &action) == 0;  // the C library reserves a few
         if (exists && action.sa_handler == SIG_IGN) std::printf("ignored %d\n", number);
         if (sigismember(&blocked, number) == 1) std::printf("blocked %d\n", number);
     }

@@ -1,5 +1,5 @@
-// terminal_echo: prints "tty ROWSxCOLUMNS" (or "no tty"), asks "line? ", reads one line, prints
-// "got: LINE" and exits 0. Exit 1 means that its input ended without a line.
+// terminal_echo: prints "tty ROWSxCOLUMNS" (or "no tty"), prints "line? ", reads one line, prints
+// "got: LINE" and exits with 0. Exits with 1 if its input ends without a line.
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 int main() {
-    alarm(120);  // a test that lost it must not leave it behind
+    alarm(120);  // in case the test doesn't end it
     winsize size{};
     if (ioctl(STDIN_FILENO, TIOCGWINSZ, &size) == 0)
         std::cout << "tty " << size.ws_row << 'x' << size.ws_col << '\n';

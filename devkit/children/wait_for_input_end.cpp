@@ -1,5 +1,5 @@
-// wait_for_input_end [ignore-term]: prints "ready" and exits 0 once its standard input ends; with
-// ignore-term it ignores SIGTERM meanwhile.
+// wait_for_input_end [ignore-term]: prints "ready" and exits with 0 when its standard input ends. With
+// ignore-term it ignores SIGTERM.
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -10,7 +10,7 @@
 
 int main(int count, char** arguments) {
     if (count > 1 && std::string_view(arguments[1]) == "ignore-term") std::signal(SIGTERM, SIG_IGN);
-    alarm(120);  // a test that lost it must not leave it behind
+    alarm(120);  // in case the test doesn't end it
     std::puts("ready");
     std::fflush(stdout);
 

@@ -8,7 +8,7 @@
 namespace tarnik {
 namespace {
 
-// Darwin's sigwait(3) reports an interruption as a success that leaves the number untouched.
+// Darwin's sigwait(3) returns 0 after an interruption and doesn't store a number.
 TEST(SignalWatcher, reportsNoSignalForAnInterruptedWait) {
     sigset_t before;
     ::pthread_sigmask(SIG_SETMASK, nullptr, &before);

@@ -19,14 +19,14 @@ struct Fixture {
     }
 };
 
-TEST(CoalescingQueue, runsCallsInOrderAndTheLatestUpdateBehindThem) {
+TEST(CoalescingQueue, runsCallsInOrderAndThenTheLatestUpdate) {
     Fixture f;
     f.queue.update(f.add('x'));
     f.queue.call(f.add('a'));
     f.queue.update([&] {
         EXPECT_FALSE(f.queue.isSuperseded());
         f.queue.call(f.add('c'));
-        EXPECT_FALSE(f.queue.isSuperseded()) << "a call doesn't outdate it";
+        EXPECT_FALSE(f.queue.isSuperseded()) << "a call doesn't supersede it";
         f.queue.update(f.add('z'));
         EXPECT_TRUE(f.queue.isSuperseded());
         f.ran += 'y';
@@ -37,7 +37,7 @@ TEST(CoalescingQueue, runsCallsInOrderAndTheLatestUpdateBehindThem) {
     EXPECT_FALSE(f.queue.hasEnded());
 }
 
-TEST(CoalescingQueue, theEndOvertakesAllAndIgnoresWhatComesLater) {
+TEST(CoalescingQueue, endDropsEarlierTasksAndIgnoresLaterOnes) {
     Fixture f;
     f.queue.call(f.add('a'));
     f.queue.update(f.add('x'));

@@ -23,22 +23,22 @@ const std::string signature = fromHex(
     "e5564300c360ac729086e2cc806e828a84877f1eb8e5d974d873e06522490155"
     "5fb8821590a33bacc61e39701cf9b46bd25bf5f0595bbe24655141438e7a100b");
 
-TEST(Crypto, refusesUnusableKeysAndSignatures) {
+TEST(Crypto, rejectsInvalidKeysAndSignatures) {
     EXPECT_TRUE(verifyEd25519(key, signature, ""));
     EXPECT_FALSE(verifyEd25519(key, signature, "x"));
-    // The library's queue of errors, where somebody else's waits, stays as it is.
+    // An error that another user left in the library's queue stays there.
     ERR_clear_error();
     ERR_new();
     ERR_set_error(ERR_LIB_USER, 7, nullptr);
-    for (const auto& unusable : {key.substr(1), key + 'x', std::string(31, '\xFF') + '\x7F'})
-        EXPECT_FALSE(verifyEd25519(unusable, signature, "")) << unusable.size();
-    for (const auto& unusable : {signature.substr(0, 63), signature + '\0'})
-        EXPECT_FALSE(verifyEd25519(key, unusable, "")) << unusable.size();
+    for (const auto& invalid : {key.substr(1), key + 'x', std::string(31, '\xFF') + '\x7F'})
+        EXPECT_FALSE(verifyEd25519(invalid, signature, "")) << invalid.size();
+    for (const auto& invalid : {signature.substr(0, 63), signature + '\0'})
+        EXPECT_FALSE(verifyEd25519(key, invalid, "")) << invalid.size();
     EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 7);
     EXPECT_EQ(ERR_get_error(), 0U);
 }
 
-TEST(Crypto, digestsFilesInPieces) {
+TEST(Crypto, digestsLargeFiles) {
     EXPECT_EQ(sha256Hex("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
     const TemporaryFolder folder;
     const std::string path = folder.path() + "/file";
@@ -49,7 +49,7 @@ TEST(Crypto, digestsFilesInPieces) {
         std::ofstream(path, std::ios::binary) << bytes;
         EXPECT_EQ(sha256HexOfFile(path), sha256Hex(bytes)) << size;
     }
-    // The last one opens, and can't be read from its beginning.
+    // The last one can be opened, but not read.
     for (const char* other : {"/no such file", "/dev/null", "/proc/self/mem"})
         EXPECT_EQ(sha256HexOfFile(other), std::nullopt) << other;
 }

@@ -5,9 +5,11 @@
 #include <filesystem>
 #include <utility>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "core/foundation/PrivateFolder.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -20,7 +22,7 @@ fs::perms modeOf(const std::string& path) {
     return fs::status(path).permissions();
 }
 
-TEST(Files, createsFoldersWithExactlyTheMode) {
+TEST(Files, createsFoldersWithTheExactMode) {
     const TemporaryFolder folder;
     ::chmod(folder.path().c_str(), 02755);  // new folders would inherit the set-group-id bit
     for (const mode_t umask : {mode_t{0000}, mode_t{0777}}) {
@@ -33,7 +35,7 @@ TEST(Files, createsFoldersWithExactlyTheMode) {
     }
 }
 
-TEST(Files, leavesWhatIsThere) {
+TEST(Files, keepsExistingFolders) {
     const TemporaryFolder folder;
     const std::string file = folder.path() + "/file";
     shell(folder.path(), "touch file; ln -s . link; ln -s nowhere dangling");
@@ -57,10 +59,10 @@ TEST(Files, writesOnlyRegularFiles) {
         EXPECT_EQ(readFile(folder.path() + other, 9), std::nullopt);
 }
 
-TEST(Files, writesInAsManyCallsAsItTakes) {
+TEST(Files, writesAllBytesInSeveralCalls) {
     static std::string taken;
     taken.clear();
-    // Is interrupted first, takes two bytes at a time and, from the sixth on, none.
+    // The first call is interrupted; the others accept two bytes each, and none after the sixth byte.
     const auto write = [](int, const void* bytes, std::size_t count) -> ssize_t {
         static bool interrupted = false;
         if (!std::exchange(interrupted, true)) return errno = EINTR, -1;
@@ -74,6 +76,47 @@ TEST(Files, writesInAsManyCallsAsItTakes) {
     EXPECT_EQ(taken, "abcdefg");
     EXPECT_EQ(writeAll(-1, "x"), 0U);
     EXPECT_EQ(errno, EBADF);
+}
+
+// Root may enter folders of any mode.
+struct WithoutRoot {
+    WithoutRoot() { EXPECT_EQ(::geteuid() == 0 ? ::seteuid(65534) : 0, 0); }
+    ~WithoutRoot() { EXPECT_EQ(::seteuid(::getuid()), 0); }
+};
+
+TEST(Files, removesClosedFoldersButFollowsNoLink) {
+    const WithoutRoot user;
+    const TemporaryFolder folder;
+    const fs::path tree = folder.path() + "/tree";
+    const fs::path other = folder.path() + "/other";
+    fs::create_directories(tree / "a/b");
+    fs::create_directories(other / "kept");
+    fs::create_directory_symlink(other, tree / "link");
+    for (const auto& path : {other, tree / "a/b", tree / "a", tree}) fs::permissions(path, fs::perms(0500));
+    EXPECT_TRUE(removeTree(tree));
+    EXPECT_FALSE(exists(tree));
+    EXPECT_EQ(modeOf(other), fs::perms(0500));
+    EXPECT_TRUE(holdsEntries(other));
+    EXPECT_FALSE(holdsEntries(other, "kept"));
+    fs::permissions(other, fs::perms(0700));
+}
+
+TEST(Files, keepsPrivateFilesPrivate) {
+    const TemporaryFolder folder;
+    shell(folder.path(),
+          "mkdir -m 755 p; cd p; echo text >open; chmod 666 open; mkfifo pipe; ln -s open link");
+    const auto files = PrivateFolder::open(folder.path() + "/p");
+    ASSERT_TRUE(files);
+    EXPECT_EQ(modeOf(folder.path() + "/p"), fs::perms(0700));
+    EXPECT_EQ(files->read("open", 5), "text\n");
+    EXPECT_EQ(modeOf(folder.path() + "/p/open"), fs::perms(0600));
+    EXPECT_EQ(files->read("open", 4), std::nullopt);
+    for (const char* other : {"link", "pipe", "none"})
+        EXPECT_EQ(files->read(other, 9), std::nullopt) << other;
+    EXPECT_TRUE(files->replace("open", "new"));
+    EXPECT_EQ(files->read("open", 9), "new");
+    EXPECT_FALSE(files->openFile("none", 0));
+    EXPECT_EQ(::fcntl(files->openFile("open", 0).get(), F_GETFD), FD_CLOEXEC);
 }
 
 }  // namespace

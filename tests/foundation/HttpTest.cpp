@@ -37,11 +37,11 @@ std::size_t entries(const TemporaryFolder& folder) {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder.path()), {}));
 }
 
-// Sends `piece` again and again, `apart` from each other.
+// Sends `piece` repeatedly, at intervals of `apart`.
 LoopbackServer::Script endless(const std::string& head, const std::string& piece, Seconds apart = {}) {
     return [=](const Client& client, const std::string&) {
         if (!client.send(head)) return;
-        while (client.send(piece) && !client.leaves(apart)) {}
+        while (client.send(piece) && !client.disconnects(apart)) {}
     };
 }
 
@@ -49,7 +49,7 @@ LoopbackServer::Script once(const std::string& answer) {
     return [=](const Client& client, const std::string&) { client.send(answer); };
 }
 
-// No proxy of the tester's own comes between.
+// Ignores the proxies of the environment.
 class HttpTest : public testing::Test {
 protected:
     HttpTest() {
@@ -57,7 +57,7 @@ protected:
             ::unsetenv(name);
     }
 
-    // Of a download, which must leave the destination and its folder as they were.
+    // Returns the error of a download, which must not change the destination and its folder.
     static HttpError failureOf(const std::string& url, const HttpOptions& options = strict) {
         const TemporaryFolder folder;
         const std::string destination = folder.path() + "/file";
@@ -69,7 +69,7 @@ protected:
     }
 };
 
-TEST_F(HttpTest, refusesWhatIsNotAWholeBody) {
+TEST_F(HttpTest, failsWithoutACompleteBody) {
     const std::string big(200'000, 'x');
     const auto gushes = endless(measured("", 90'000), big.substr(0, 400), Seconds(0.06));
     const std::pair<const char*, LoopbackServer::Script> cases[] = {
@@ -96,32 +96,31 @@ TEST_F(HttpTest, refusesWhatIsNotAWholeBody) {
     }
 }
 
-TEST_F(HttpTest, countsOnTheLineAndUnpacked) {
+TEST_F(HttpTest, limitsBytesBeforeAndAfterDecoding) {
     const std::string head = ok + "Transfer-Encoding: deflate\r\n\r\n";
-    // Megabytes of one letter.
+    // Decodes to megabytes of one letter.
     const std::string letters = "\x78\xda\xec\xc1\x01\x01" + std::string(3, '\0') +
                                 "\x80\x90\xdb\xcd\xef\x08\x0a" + std::string(5000, '\0');
     const LoopbackServer bomb(once(head + letters));
     EXPECT_EQ(failureOf(bomb.origin()).kind, Kind::tooLarge);
 
-    // Blocks that hold nothing, without an end. Some versions of libcurl count them, the others see no
-    // progress.
+    // An endless stream of empty blocks. Some versions of libcurl count them, others report no progress.
     const LoopbackServer hollow(endless(head + "\x78\x9c", std::string("\0\0\0\xff\xff", 5)));
     const HttpError failure = failureOf(hollow.origin());
     EXPECT_TRUE(failure.kind == Kind::tooLarge || failure.kind == Kind::stalled) << describe(failure);
 }
 
-TEST_F(HttpTest, waitsForWhatIsSlowButMoves) {
+TEST_F(HttpTest, acceptsASlowBodyAboveTheLimit) {
     const LoopbackServer server([](const Client& client, const std::string&) {
         client.send(measured("", 10'000));
-        for (int sent = 0; sent < 10 && !client.leaves(Seconds(0.03)); ++sent)
+        for (int sent = 0; sent < 10 && !client.disconnects(Seconds(0.03)); ++sent)
             client.send(std::string(1000, 'x'));
     });
     EXPECT_EQ(Http::fetch(server.origin(), strict).value_or("").size(), 10'000U);
 }
 
-// Accepts the connection and never answers the greeting of TLS.
-TEST_F(HttpTest, givesUpOnASilentPeerWhenItsTimeIsUpAndNotBefore) {
+// The server accepts the connection and never answers the TLS handshake.
+TEST_F(HttpTest, waitsForASilentServerUntilTheTimeout) {
     const LoopbackServer silent(once(""));
     const std::string url = "https://127.0.0.1" + silent.origin().substr(silent.origin().rfind(':'));
     const TimePoint start = steadyNow();
@@ -130,8 +129,8 @@ TEST_F(HttpTest, givesUpOnASilentPeerWhenItsTimeIsUpAndNotBefore) {
     EXPECT_TRUE(took >= strict.timeout && took < 50 * strict.timeout) << took.count();
 }
 
-TEST_F(HttpTest, followsAFewRedirectsToTheWeb) {
-    // "/3" leads to "/2", and so on to "/0".
+TEST_F(HttpTest, followsFiveRedirectsToHttp) {
+    // "/3" redirects to "/2", and so on to "/0".
     const LoopbackServer server([](const Client& client, const std::string& request) {
         const int left = std::stoi(request.substr(sizeof "GET /" - 1));
         EXPECT_TRUE(request.contains("\r\nCache-Control: no-cache\r\n")) << request;
@@ -150,7 +149,7 @@ TEST_F(HttpTest, followsAFewRedirectsToTheWeb) {
     }
 }
 
-TEST_F(HttpTest, trustsOnlyWhoProvesItsName) {
+TEST_F(HttpTest, verifiesTheCertificateAndItsName) {
     const LoopbackServer plain(once(measured("plain", 5)));
     const auto answer = [&](const Client& client, const std::string& request) {
         client.send(request.starts_with("GET /down") ? redirect(plain.origin()) : measured("safe", 4));
@@ -158,7 +157,7 @@ TEST_F(HttpTest, trustsOnlyWhoProvesItsName) {
     const LoopbackServer server(answer, LoopbackServer::Security::tls);
     const LoopbackServer round(once(redirect(server.origin() + "/down")));
     const TemporaryFolder folder;
-    const HttpOptions patient{};  // the system's authorities take their time to load
+    const HttpOptions patient{};  // loading the system's authorities takes time
     HttpOptions trusting;
     trusting.authorities = folder.path() + "/authority.pem";
     std::ofstream(trusting.authorities) << server.certificate();
@@ -171,7 +170,7 @@ TEST_F(HttpTest, trustsOnlyWhoProvesItsName) {
         EXPECT_TRUE(failureOf(down, trusting).text.contains("isn't allowed")) << down;
 }
 
-TEST_F(HttpTest, putsADownloadInPlaceAndReports) {
+TEST_F(HttpTest, storesADownloadAndReportsProgress) {
     const std::string whole(4'000'000, 'x');
     const TemporaryFolder folder;
     const std::string destination = folder.path() + "/file";
@@ -198,7 +197,7 @@ TEST_F(HttpTest, putsADownloadInPlaceAndReports) {
     EXPECT_EQ(reports.back(), 4'000'000);
 }
 
-TEST_F(HttpTest, tellsWhenTheDestinationCannotBeWritten) {
+TEST_F(HttpTest, reportsAnUnwritableDestination) {
     const LoopbackServer server(once(measured("whole", 5)));
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder.path() + "/taken");

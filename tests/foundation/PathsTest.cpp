@@ -8,13 +8,13 @@
 namespace tarnik {
 namespace {
 
-TEST(Paths, standardizesByTextAlone) {
+TEST(Paths, standardizesWithoutFileAccess) {
     const std::pair<const char*, const char*> cases[] = {
         {"", "/"}, {"a//b/./c/../", "/a/b"}, {"/a/../../b", "/b"}, {"/.a/..b/...", "/.a/..b/..."}};
     for (const auto& [path, plain] : cases) EXPECT_EQ(standardize(path), plain) << path;
 }
 
-TEST(Paths, followsTheLinksOfTheExistingPart) {
+TEST(Paths, resolvesLinksOfTheExistingPart) {
     const TemporaryFolder folder;
     const std::string real = folder.path() + "/real";
     shell(folder.path(), "mkdir -p real/inside; ln -s real link; ln -s nowhere dangling");

@@ -9,7 +9,8 @@ namespace {
 
 using namespace propertyLists;
 
-// Dictionaries are asked for "a"; "none" when there is no list, "other" for what is told apart no further.
+// Returns the value, or a dictionary's entry "a", as text: "none" if there is no list, "other" for other
+// types.
 std::string summary(std::string_view bytes) {
     const auto list = PropertyList::parse(bytes);
     if (!list) return "none";
@@ -28,7 +29,7 @@ std::string nestedXml(std::size_t depth, const std::string& opening, const std::
     return xml(body);
 }
 
-// Each array holds the next one `width` times.
+// Each array contains the next one `width` times.
 std::string nestedBinary(std::size_t depth, std::size_t width) {
     std::vector<std::string> objects;
     for (std::size_t i = 1; i < depth; ++i) objects.push_back(binaryArray(std::vector(width, i)));
@@ -46,11 +47,11 @@ struct Case {
     std::string summary = "none";
 };
 
-TEST(PropertyList, readsOneWholeXmlListOnly) {
+TEST(PropertyList, parsesOneCompleteXmlList) {
     const std::string list = xml("<dict><key>a</key><string>x &lt;</string></dict>");
     const auto entry = [](const std::string& value) { return xml("<dict><key>a</key>" + value + "</dict>"); };
     const Case cases[] = {
-        {"a byte-order mark and blanks", "\uFEFF \n" + list, "x <"},
+        {"a byte-order mark and white space", "\uFEFF \n" + list, "x <"},
         {"comments and attributes",
          "<!-- > --><?xml version='1.0'?><plist a=\"/>\"><!----> <string b='c'>x</string><!-- --></plist "
          "><!-- -->",
@@ -61,13 +62,12 @@ TEST(PropertyList, readsOneWholeXmlListOnly) {
          "\u20ACA&<&!"},
         {"a key twice", xml("<dict><key>a</key><string>1</string><key>a</key><string>2</string></dict>"),
          "2"},
-        {"as many containers as may be", nestedXml(PropertyList::maxContainers, "<array>", "</array>"),
-         "other,"},
+        {"the most containers", nestedXml(PropertyList::maxContainers, "<array>", "</array>"), "other,"},
         {"one more", nestedXml(PropertyList::maxContainers + 1, "<array>", "</array>")},
         {"closed in comments only", nestedXml(20, "<array><!--</array>-->", "")},
         {"too large", list + std::string(PropertyList::maxBytes, ' ')},
-        {"no end", list.substr(0, list.rfind("</plist>"))},
-        {"a wrong end", xml("<dict></array>")},
+        {"no end tag", list.substr(0, list.rfind("</plist>"))},
+        {"a wrong end tag", xml("<dict></array>")},
         {"a second value", xml("<dict/><dict/>")},
         {"a second list", list + "<plist><dict/></plist>"},
         {"a text behind the end", list + "x"},
@@ -75,30 +75,33 @@ TEST(PropertyList, readsOneWholeXmlListOnly) {
         {"no value", xml("")},
         {"a key without a value", entry("")},
         {"a value without a key", xml("<dict><string>x</string></dict>")},
-        {"an end that is empty", "<plist><dict/></plist/>"},
-        {"a tag without an end", "<plist><dict/></plist"},
+        {"an empty end tag", "<plist><dict/></plist/>"},
+        {"an incomplete tag", "<plist><dict/></plist"},
+        {"a section without an end", entry("<string><![CDATA[x</string>")},
         {"an element within a text", entry("<string><true/></string>")},
         {"an unknown reference", entry("<string>&x;</string>")},
         {"a reference to a control character", entry("<string>&#1;</string>")},
         {"a control character", entry("<string>\x01</string>")},
         {"a NUL", xml(std::string_view("<string>\0</string>", 18))},
-        {"no UTF-8", entry("<string>\xFF</string>")},
-        {"definitions of its own", "<!DOCTYPE plist [<!ENTITY a 'x'>]><plist><string>x</string></plist>"},
+        {"invalid UTF-8", entry("<string>\xFF</string>")},
+        {"entity definitions", "<!DOCTYPE plist [<!ENTITY a 'x'>]><plist><string>x</string></plist>"},
         {"another document", "<?xml version=\"1.0\"?><html/>"},
     };
     for (const auto& c : cases) EXPECT_EQ(summary(c.bytes), c.summary) << c.why;
 }
 
-TEST(PropertyList, readsTheOldTextForm) {
+TEST(PropertyList, parsesTheOldTextFormat) {
     const std::string deepest =
         std::string(PropertyList::maxContainers, '(') + std::string(PropertyList::maxContainers, ')');
     const Case cases[] = {
-        {"words", "// first\n{ /* then */ b = c; a = x/y.z-1; }\n", "x/y.z-1"},
+        {"unquoted strings", "// first\n{ /* then */ b = c; a = x/y.z-1; }\n", "x/y.z-1"},
         {"quotes", R"({ "a" = 'it\'s "\U20ac\101\n"'; })", "it's \"\u20ACA\n\""},
         {"kinds of values", "{ a = (x, <0F a3>, {}, (),); }", "x,other,other,other,"},
-        {"as many containers as may be", deepest, "other,"},
+        {"the most containers", deepest, "other,"},
         {"one more", "(" + deepest + ")"},
         {"no semicolon", "{ a = x }"},
+        {"no key", "{ = x; a = y; }"},
+        {"data without an end", "<"},
         {"no value", "{ a; }"},
         {"no comma", "{ a = (x y); }"},
         {"half a byte", "{ a = <0F a>; }"},
@@ -106,17 +109,17 @@ TEST(PropertyList, readsTheOldTextForm) {
         {"a comment without an end", "{ a = x; } /*"},
         {"an unknown escape", R"({ a = "\x"; })"},
         {"half a character", R"({ a = "\Ud83d"; })"},
-        {"something behind it", "{ a = x; } y"},
+        {"text behind the end", "{ a = x; } y"},
         {"JSON", R"({"a":"x"})"},
     };
     for (const auto& c : cases) EXPECT_EQ(summary(c.bytes), c.summary) << c.why;
 }
 
-TEST(PropertyList, readsBinaryWithinItsBounds) {
+TEST(PropertyList, parsesBinaryListsWithinTheLimits) {
     const std::string good = binaryEntry(binaryText("a"));
     const std::string utf16 = binaryObject(6, 2, std::string("\0x\x20\xAC", 4));
     const std::string large = binaryText(std::string(20'000, 'x'));
-    // With another byte, so far from the end.
+    // Replaces the byte at this distance from the end.
     const auto spoilt = [&](std::size_t fromEnd) {
         return std::string(good).replace(good.size() - fromEnd, 1, "\x7F");
     };
@@ -124,24 +127,24 @@ TEST(PropertyList, readsBinaryWithinItsBounds) {
         {"a dictionary", good, "x\u00E9"},
         {"a key twice",
          binary({binaryDictionary({1, 1, 2, 3}), binaryText("a"), binaryText("1"), binaryText("2")}), "2"},
-        {"kinds of values", binary({binaryArray({1, 2, 3, 2}), utf16, "\x09", "\x10\x01"}),
+        {"kinds of values", binary({binaryArray({1, 2, 3, 4}), utf16, "\x09", "\x10\x01", "\x41x"}),
          "x\u20AC,other,other,other,"},
         {"a short count", binary({"\x51x"}), "x"},
-        {"as many containers as may be", nestedBinary(PropertyList::maxContainers, 1), "other,"},
+        {"the most containers", nestedBinary(PropertyList::maxContainers, 1), "other,"},
         {"one more", nestedBinary(PropertyList::maxContainers + 1, 1)},
-        {"small, and endless once unfolded", nestedBinary(40, 2)},
-        {"one large text, many times", binary({binaryArray(std::vector<std::size_t>(1000, 1)), large})},
-        {"an array within itself", binary({binaryArray({0})})},
+        {"small, but exponential when expanded", nestedBinary(40, 2)},
+        {"one large string, many times", binary({binaryArray(std::vector<std::size_t>(1000, 1)), large})},
+        {"an array that contains itself", binary({binaryArray({0})})},
         {"a reference to nothing", binary({binaryArray({1})})},
         {"two halves of a character", binary({binaryObject(6, 2, "\xD8\x3D\xDE\x0A")}), "\U0001F60A"},
         {"one half", binary({binaryArray({1}), binaryObject(6, 1, "\xD8\x3D")}), "other,"},
-        {"a key that is no text", binaryEntry(binaryArray({}))},
-        {"an object that runs over the end", binary({binaryObject(5, 60'000, "x")})},
+        {"a key that is no string", binaryEntry(binaryArray({}))},
+        {"an object beyond the end", binary({binaryObject(5, 60'000, "x")})},
         {"a count that is no number", binary({"\x5F\x51\x01x"})},
         {"a set", binary({binaryObject(12, 0, "")})},
-        {"a table behind the end", spoilt(1)},
+        {"a table beyond the end", spoilt(1)},
         {"more objects than bytes", spoilt(24)},
-        {"the beginning alone", "bplist00"},
+        {"only the magic number", "bplist00"},
         {"another version", "bplist15" + good.substr(8)},
     };
     for (const auto& c : cases) EXPECT_EQ(summary(c.bytes), c.summary) << c.why;

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 constexpr auto limit = 20s;
 
-TEST(SerialQueue, runsInOrderAndWhatIsDueFirst) {
+TEST(SerialQueue, runsTasksInOrderOfTheirDueTime) {
     std::vector<int> ran;
     const auto add = [&ran](int number) { return [&ran, number] { ran.push_back(number); }; };
     const auto queue = SerialQueue::withThread("tarnik.test");
@@ -36,19 +36,19 @@ TEST(SerialQueue, runsInOrderAndWhatIsDueFirst) {
 TEST(SerialQueue, closeWaitsForTheRunningTaskAndDropsTheRest) {
     const auto queue = SerialQueue::withThread("tarnik.test");
     std::promise<void> running;
-    std::promise<void> goOn;
+    std::promise<void> proceed;
     std::atomic<bool> finished = false;
     std::atomic<int> late = 0;
     const auto isLate = [&] { ++late; };
     queue->post([&] {
         running.set_value();
-        goOn.get_future().wait();
+        proceed.get_future().wait();
         finished = true;
     });
     queue->post(isLate);
     queue->postAfter(Seconds(3600), isLate);
     running.get_future().wait();
-    // A run that gets dropped comes back, as does one on a closed queue.
+    // run() returns when its task is dropped, and on a closed queue.
     auto dropped = std::async(std::launch::async, [&] { queue->run(isLate); });
     auto closed = std::async(std::launch::async, [&] {
         queue->close();
@@ -56,7 +56,7 @@ TEST(SerialQueue, closeWaitsForTheRunningTaskAndDropsTheRest) {
     });
     ASSERT_EQ(dropped.wait_for(limit), std::future_status::ready);
     EXPECT_EQ(closed.wait_for(0s), std::future_status::timeout);
-    goOn.set_value();
+    proceed.set_value();
     ASSERT_EQ(closed.wait_for(limit), std::future_status::ready);
     EXPECT_TRUE(closed.get());
 
@@ -66,7 +66,7 @@ TEST(SerialQueue, closeWaitsForTheRunningTaskAndDropsTheRest) {
     EXPECT_EQ(late, 0);
 }
 
-TEST(SerialQueue, goesFromWithinItsOwnTask) {
+TEST(SerialQueue, canBeReleasedByItsOwnTask) {
     auto queue = SerialQueue::withThread("tarnik.test");
     std::promise<void> handedOver;
     std::promise<void> gone;
@@ -82,7 +82,7 @@ TEST(SerialQueue, goesFromWithinItsOwnTask) {
     ASSERT_EQ(gone.get_future().wait_for(limit), std::future_status::ready);
 }
 
-// Calls back into the queue when it is dropped.
+// Calls the queue when it is destroyed.
 struct CallsBack {
     SerialQueue& queue;
     ~CallsBack() {
@@ -90,7 +90,7 @@ struct CallsBack {
     }
 };
 
-TEST(SerialQueue, dropsTasksWithoutItsLock) {
+TEST(SerialQueue, destroysDroppedTasksWithoutItsLock) {
     using Drop = void (*)(SerialQueue&, SerialQueue::Timer);
     const Drop cancel = [](SerialQueue& queue, SerialQueue::Timer timer) { queue.cancel(timer); };
     const Drop close = [](SerialQueue& queue, SerialQueue::Timer) { queue.close(); };

@@ -10,7 +10,7 @@
 namespace tarnik {
 namespace {
 
-TEST(UniqueFd, closesOnceHoweverItWasMoved) {
+TEST(UniqueFd, closesOnceAfterMoves) {
     UniqueFd first = UniqueFd::duplicate(STDOUT_FILENO);
     const int number = first.get();
     EXPECT_GT(number, STDERR_FILENO);
@@ -23,8 +23,8 @@ TEST(UniqueFd, closesOnceHoweverItWasMoved) {
     errno = ENOENT;
     first.reset();
     EXPECT_EQ(errno, ENOENT);
-    const UniqueFd stranger(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, number));
-    ASSERT_EQ(stranger.get(), number);  // it was closed, and not before
+    const UniqueFd reused(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, number));
+    ASSERT_EQ(reused.get(), number);  // the number was closed, but only now
     first.reset();
     EXPECT_NE(::fcntl(number, F_GETFD), -1);
     EXPECT_FALSE(UniqueFd::duplicate(-1));

@@ -9,7 +9,7 @@
 namespace tarnik {
 namespace {
 
-// The address in its pieces, in one line; "none" when there is no such address.
+// Returns the parts of the URL in one line; "none" if it is invalid.
 std::string pieces(std::string_view text) {
     const auto url = Url::parse(text);
     if (!url) return "none";
@@ -21,7 +21,7 @@ std::string pieces(std::string_view text) {
     return line + (url->hasFragment() ? " fragment" : "");
 }
 
-TEST(Url, takesAnAddressApart) {
+TEST(Url, parsesTheParts) {
     const std::pair<const char*, const char*> cases[] = {
         {"HTTPS://Example.COM:0443/C/%63%2Fx//", "https example.com 0443 /C/%63%2Fx//"},
         {"tarnik://connect?a=1&code=x+y%2B%2525&b&c=#f",
@@ -39,7 +39,7 @@ TEST(Url, takesAnAddressApart) {
     for (const auto& [text, expected] : cases) EXPECT_EQ(pieces(text), expected) << text;
 }
 
-TEST(Url, takesNothingElse) {
+TEST(Url, rejectsInvalidUrls) {
     const std::string start = "http://h/";
     const auto longUrl = [&](std::size_t bytes) { return start + std::string(bytes - start.size(), 'a'); };
     EXPECT_TRUE(Url::parse(longUrl(Url::maxBytes)));
@@ -53,7 +53,7 @@ TEST(Url, takesNothingElse) {
     for (const auto& text : refused) EXPECT_EQ(pieces(text), "none") << text.substr(0, 100);
 }
 
-TEST(Url, appendsOneComponentAfterOneSlash) {
+TEST(Url, appendsOneComponent) {
     const std::tuple<const char*, const char*, const char*> cases[] = {
         {"http://H", "a-Z_0.9~", "http://H/a-Z_0.9~"},
         {"http://h/a%2F/b//?q=/#f/", "c", "http://h/a%2F/b/c?q=/#f/"},
@@ -63,7 +63,7 @@ TEST(Url, appendsOneComponentAfterOneSlash) {
     for (const auto& [url, component, result] : cases) {
         const Url longer = Url::parse(url)->appending(component);
         EXPECT_EQ(longer.text(), result);
-        EXPECT_EQ(longer, Url::parse(result)) << "the pieces go with the text";
+        EXPECT_EQ(longer, Url::parse(result)) << "the parts match the text";
     }
 }
 

@@ -8,10 +8,10 @@
 namespace tarnik {
 namespace {
 
-TEST(Utf8, replacesEachBrokenSequenceOnce) {
+TEST(Utf8, replacesEachInvalidSequenceOnce) {
     const std::string bad = "\uFFFD";
     const std::string bad6 = bad + bad + bad + bad + bad + bad;
-    // The first and last of each length, and beside the surrogates.
+    // The first and last character of each length, and those beside the surrogates.
     const std::string good = "\x7F\u0080\u07FF\u0800\uD7FF\uE000\uFFFF\U00010000\U0010FFFF";
     const std::string longer = std::string(100, 'a') + "\u00E9" + std::string(67, 'b');
     const std::pair<std::string, std::string> cases[] = {
@@ -28,7 +28,7 @@ TEST(Utf8, replacesEachBrokenSequenceOnce) {
     for (const auto& [bytes, text] : cases) EXPECT_EQ(decodeLossy(bytes), text);
 }
 
-TEST(Utf8, keepsWholeCharactersFromTheEnd) {
+TEST(Utf8, findsTheLastCharacters) {
     const std::string accent = "e\u0301";  // e and a combining acute
     const std::string family = "\U0001F469\u200D\U0001F467";
     const std::string flag = "\U0001F1E9\U0001F1EA";
@@ -39,7 +39,7 @@ TEST(Utf8, keepsWholeCharactersFromTheEnd) {
         {"a", 2, "b\r\n"},
         {"ab", 2, "\n\r"},
         {"a" + family, 2, family + "b"},
-        {"ab" + flag, 2, flag + flag},  // paired up from the left
+        {"ab" + flag, 2, flag + flag},  // flags are paired from the left
         {flag, 2, "a" + flag},
         {"a", 3, "b\xFF\xC3"},
     };

@@ -1,5 +1,5 @@
-// Whatever the defaults file holds: a change leaves a file that can be read, in which the flag is set and
-// everything else is as it was; a file that couldn't be read lies beside it unchanged.
+// For any defaults file: after a change the file can be parsed, the flag is set and all other members are as
+// before. A file that couldn't be parsed is kept beside it unchanged.
 
 #include <fstream>
 #include <sstream>

@@ -1,5 +1,5 @@
-// Whatever stands in a launch agent's file: it is taken over only if it is a property list with our label
-// that names this node home, and where it names a state folder that one alone decides.
+// For any launch agent file: it is taken over only if it is a property list with our label and this node
+// home. A state folder in it takes precedence.
 
 #include <string>
 

@@ -1,5 +1,5 @@
-// Holds a session's text that arrives in chunks against the rule for the whole, and what the faces make of
-// its snapshots against their bounds.
+// Compares a session's text that arrives in chunks with the rule for the whole text, and checks the limits of
+// the displayed snapshots.
 
 #include <cstdint>
 #include <cstdlib>
@@ -9,14 +9,12 @@
 #include "app/console/PairingTranscript.h"
 #include "app/model/TerminalTail.h"
 #include "core/pairing/TerminalBuffer.h"
+#include "tests/fuzz/Require.h"
 
 namespace {
 
 using namespace tarnik;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzz::require;
 
 void keepEnd(std::string& raw) {
     if (raw.size() <= TerminalBuffer::maxTextBytes) return;
@@ -27,9 +25,9 @@ void keepEnd(std::string& raw) {
 
 }  // namespace
 
-// The first byte says how often the rest is printed, the second how long the chunks are; every eighth
-// snapshot is shown. Few inputs are printed until the text is cut, and in few chunks, since the rule for the
-// whole is slow.
+// The first byte is the number of repetitions of the rest, the second the length of the chunks. Every eighth
+// snapshot is displayed. Few inputs get long enough to be cut, and then in few chunks, because the rule for
+// the whole text is slow.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 3) return 0;
     const std::string_view once(reinterpret_cast<const char*>(data) + 2, size - 2);

@@ -1,5 +1,5 @@
-// Whatever a pid file holds: a process id is read exactly where it is one decimal number above zero, blanks
-// around it aside.
+// For any pid file: a process id is read if and only if the file is one decimal number above zero with
+// optional white space around it.
 
 #include <algorithm>
 #include <fstream>
@@ -16,7 +16,7 @@ namespace {
 using namespace tarnik;
 
 std::optional<pid_t> pidByRule(std::string_view text) {
-    constexpr std::size_t longest = 63;  // a file of 64 bytes and more is no pid file
+    constexpr std::size_t longest = 63;  // a longer file is not a pid file
     if (text.size() > longest) return std::nullopt;
     std::int64_t number = 0;
     for (const char c : trimWhitespace(text)) {

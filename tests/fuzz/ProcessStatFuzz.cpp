@@ -1,5 +1,4 @@
-// Whatever a process calls itself, the numbers behind its name are the ones that are read; and of any line,
-// only what is a number counts as one.
+// For any process name the fields behind it are parsed. In any line only numbers are parsed as numbers.
 
 #include <array>
 #include <cstring>

@@ -1,5 +1,5 @@
-// Whatever the bytes: reading them ends within its bounds, what was read can be walked, and a text that is
-// read as a list is a whole one: with anything behind it, or cut short, it is no list.
+// For any bytes: a parsed list is within the limits and can be walked. A text that parses doesn't parse with
+// anything appended, nor without its end.
 
 #include "core/foundation/PropertyList.h"
 #include "core/foundation/TextCleanup.h"
@@ -32,7 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (bytes.starts_with("bplist00")) return 0;
 
     require(isUtf8(bytes) && !bytes.contains('\0') && !bytes.contains('\x1b'));
-    // A line end ends a comment of the old text form.
+    // The line end terminates a comment of the old text format.
     for (const std::string& more : {std::string("x"), std::string("<dict/>"), bytes})
         require(!PropertyList::parse(bytes + "\n" + more));
     const auto plain = trimWhitespace(bytes);

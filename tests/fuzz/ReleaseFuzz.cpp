@@ -1,5 +1,5 @@
-// Whatever the bytes: nothing is taken without its signature, what is signed is the manifest as it stands,
-// and an accepted manifest holds only names and numbers within their rules.
+// For any bytes: no release is accepted without a valid signature over the exact manifest, and an accepted
+// manifest has only valid names and numbers.
 
 #include <algorithm>
 #include <string>

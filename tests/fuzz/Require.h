@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-// What the fuzz targets share.
+// Shared by the fuzz targets.
 namespace tarnik::fuzz {
 
 inline void require(bool holds) {

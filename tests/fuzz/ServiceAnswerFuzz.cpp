@@ -1,6 +1,5 @@
-// Whatever the service answers: a join address is taken only from a whole answer of version 1, is the very
-// text that stands there, leads to https or to this machine, and carries nothing but a path that ends with
-// the code.
+// For any answer of the service: a join URL is accepted only from a complete answer of version 1. It is the
+// exact text of the answer, uses https or this machine, and has only a path, which ends with the code.
 
 #include <string>
 

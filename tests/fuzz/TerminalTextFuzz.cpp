@@ -1,4 +1,5 @@
-// Holds TerminalText::clean against its rule, written down as it reads, and decodeLossy against itself.
+// Compares TerminalText::clean with a direct implementation of its rule, and checks decodeLossy and
+// LastCharacters.
 
 #include <cstdint>
 #include <cstdlib>
@@ -7,8 +8,11 @@
 
 #include "core/foundation/Utf8.h"
 #include "core/pairing/TerminalText.h"
+#include "tests/fuzz/Require.h"
 
 namespace {
+
+using tarnik::fuzz::require;
 
 std::u32string scalars(const std::string& utf8) {
     std::u32string all;
@@ -42,10 +46,6 @@ std::u32string cleanedByRule(const std::u32string& text) {
         }
     }
     return kept;
-}
-
-void require(bool holds) {
-    if (!holds) std::abort();
 }
 
 bool isScalar(char32_t number) {

@@ -11,15 +11,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr pid_t nobody = 1 << 30;  // no pid that a stray kill could harm
+constexpr pid_t unused = 1 << 30;  // above every real pid
 
-TEST(ChildProcess, sendsNothingOnceReaped) {
+TEST(ChildProcess, sendsNoSignalAfterItWasReaped) {
     std::vector<int> signals;
-    ChildProcess child(nobody, [&](pid_t, int number) { signals.push_back(number); });
+    ChildProcess child(unused, [&](pid_t, int number) { signals.push_back(number); });
     child.signal(SIGUSR1);
     std::future<void> sending;
     child.markReaped([&] {
-        // From here on the pid may be another's: a signal on its way has to wait, and then goes nowhere.
+        // From here on the pid may be reused: a concurrent signal() must wait and then do nothing.
         sending = std::async(std::launch::async, [&] { child.signal(SIGTERM); });
         EXPECT_EQ(sending.wait_for(20ms), std::future_status::timeout);
         return ExitStatus::exited(3);
@@ -31,7 +31,7 @@ TEST(ChildProcess, sendsNothingOnceReaped) {
 }
 
 // Signals and, with a minus, the seconds of each wait.
-TEST(ChildProcess, stopsByTermAndThenByKill) {
+TEST(ChildProcess, stopsWithTermThenKill) {
     const std::pair<int, std::vector<int>> cases[] = {
         {SIGTERM, {SIGTERM, -3}},
         {SIGKILL, {SIGTERM, -3, SIGKILL, -5}},
@@ -41,7 +41,7 @@ TEST(ChildProcess, stopsByTermAndThenByKill) {
         std::vector<int> steps;
         ChildProcess* waited = nullptr;
         ChildProcess child(
-            nobody, [&](pid_t, int number) { steps.push_back(number); },
+            unused, [&](pid_t, int number) { steps.push_back(number); },
             [&](Seconds time) {
                 if (steps.back() == endsAt) waited->markReaped([&] { return ExitStatus::signaled(endsAt); });
                 steps.push_back(-static_cast<int>(time.count()));
@@ -54,7 +54,7 @@ TEST(ChildProcess, stopsByTermAndThenByKill) {
     }
 }
 
-TEST(ExitStatus, isTheSignalOfACrashThatLeftACoreImage) {
+TEST(ExitStatus, ignoresTheCoreDumpFlag) {
     EXPECT_EQ(ExitStatus::fromWaitStatus(SIGSEGV | 0x80), ExitStatus::signaled(SIGSEGV));
 }
 

@@ -6,6 +6,7 @@
 #include <future>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "core/process/Spawner.h"
 #include "tests/support/ChildPrograms.h"
@@ -20,7 +21,7 @@ using namespace std::chrono_literals;
 
 using Table = std::optional<std::vector<ProcessEntry>>;
 
-// None also where there is no table.
+// Returns std::nullopt also without a table.
 std::optional<ProcessEntry> in(const Table& table, pid_t pid) {
     if (!table) return std::nullopt;
     const auto found = std::ranges::find(*table, pid, &ProcessEntry::pid);
@@ -28,7 +29,7 @@ std::optional<ProcessEntry> in(const Table& table, pid_t pid) {
     return *found;
 }
 
-TEST(MacProcesses, knowsAChildWhateverItsProgramIsCalled) {
+TEST(MacProcesses, findsAChildWhateverItsProgramIsCalled) {
     const TemporaryFolder folder;
     for (const std::string name :
          {"plain", "a) R 1 (b\n", "gone", "not gone (deleted)", "gone (deleted)", "replaced"}) {
@@ -50,11 +51,11 @@ TEST(MacProcesses, knowsAChildWhateverItsProgramIsCalled) {
     }
 }
 
-TEST(MacProcesses, tellsALaterProcessByItsStart) {
-    constexpr auto tick = 20ms;  // the system counts in steps of half of it
+TEST(MacProcesses, distinguishesProcessesByTheirStart) {
+    constexpr auto tick = 20ms;  // the system's step is half of it
     const ProcessTime before = ProcessClock::now();
     const auto first = ForkedChild::waiting();
-    const ProcessTime between = ProcessClock::now();  // however long the first one took to start
+    const ProcessTime between = ProcessClock::now();
     ASSERT_TRUE(eventually([&] { return ProcessClock::now() > between + 2 * tick; }));
     const auto second = ForkedChild::waiting();
 
@@ -65,10 +66,10 @@ TEST(MacProcesses, tellsALaterProcessByItsStart) {
     EXPECT_GE(*one->started, before - tick);
     EXPECT_GT(*other->started, *one->started);
     EXPECT_LE(*other->started, ProcessClock::now());
-    EXPECT_EQ(in(MacProcesses::table(), first.pid()), one) << "it has to stay the same";
+    EXPECT_EQ(in(MacProcesses::table(), first.pid()), one) << "the start time must not change";
 }
 
-TEST(MacProcesses, knowsNothingOfWhoHasEnded) {
+TEST(MacProcesses, forgetsProcessesThatHaveEnded) {
     pid_t pid = 0;
     {
         const ForkedChild child([] {});
@@ -84,7 +85,7 @@ TEST(MacProcesses, knowsNothingOfWhoHasEnded) {
     for (const pid_t gone : {pid, 0, -1}) EXPECT_EQ(MacProcesses::cpuSeconds(gone), std::nullopt) << gone;
 }
 
-TEST(MacProcesses, countsTheProcessorTimeOfTheBusy) {
+TEST(MacProcesses, countsProcessorTime) {
     const auto idle = ForkedChild::waiting();
     const ForkedChild busy([] {
         std::atomic<unsigned> turns = 0;
@@ -99,8 +100,8 @@ TEST(MacProcesses, countsTheProcessorTimeOfTheBusy) {
     EXPECT_LT(MacProcesses::cpuSeconds(idle.pid()).value_or(1), 0.1);
 }
 
-// Where the system lists children nobody else is looked at. The child is that of another thread.
-TEST(MacProcesses, looksOnlyAtAFamily) {
+// The child is started by another thread. Other processes are omitted where the system lists children.
+TEST(MacProcesses, listsDescendants) {
     std::promise<pid_t> started;
     std::promise<void> over;
     const auto parent = std::async(std::launch::async, [&] {
@@ -113,6 +114,19 @@ TEST(MacProcesses, looksOnlyAtAFamily) {
     const bool listsChildren = std::filesystem::exists("/proc/thread-self/children");
     EXPECT_FALSE(listsChildren && in(MacProcesses::tableUnder(child), ::getpid()));
     over.set_value();
+}
+
+// A process that exists but can't be read must not be missing silently. Only /proc needs descriptors.
+TEST(MacProcesses, failsIfAProcessCannotBeRead) {
+    if (!std::filesystem::exists("/proc/self/stat") || isSanitized()) GTEST_SKIP();
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    rlimit two = before;  // for /proc and the list of its entries
+    two.rlim_cur = static_cast<rlim_t>(UniqueFd::duplicate(0).get()) + 2;
+    ::setrlimit(RLIMIT_NOFILE, &two);
+    const auto table = MacProcesses::table();
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_FALSE(table);
 }
 
 }  // namespace

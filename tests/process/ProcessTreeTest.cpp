@@ -14,12 +14,13 @@ ProcessEntry childOf(pid_t parent, pid_t pid) {
     return {.pid = pid, .parent = parent};
 }
 
-// A system of which nobody but `parents` has gone. Every look at 1 takes the next of `looks`, until the last.
-ProcessTree systemOf(std::vector<Children> looks, std::map<pid_t, pid_t> parents) {
-    return {.children = [looks = std::move(looks),
+// A system in which the processes of `parents` exist. Each walk, which starts at 1, uses the next of `walks`;
+// the last one repeats.
+ProcessTree systemOf(std::vector<Children> walks, std::map<pid_t, pid_t> parents) {
+    return {.children = [walks = std::move(walks),
                          next = std::size_t{0}](pid_t pid) mutable -> std::optional<std::vector<pid_t>> {
-                if (pid == 1 && next < looks.size()) ++next;
-                const Children& now = looks[next - 1];
+                if (pid == 1 && next < walks.size()) ++next;
+                const Children& now = walks[next - 1];
                 const auto found = now.find(pid);
                 if (found == now.end()) return std::nullopt;
                 return found->second;
@@ -31,7 +32,7 @@ ProcessTree systemOf(std::vector<Children> looks, std::map<pid_t, pid_t> parents
             }};
 }
 
-TEST(ProcessTree, answersOnlyWhenTheFamilyKeptStill) {
+TEST(ProcessTree, failsIfTheTreeChangesMeanwhile) {
     const Children family{{1, {2, 3}}, {2, {4}}, {3, {}}, {4, {}}};
     const std::map<pid_t, pid_t> parents{{2, 1}, {3, 1}, {4, 2}};
     Children big{{1, {}}};
@@ -39,13 +40,13 @@ TEST(ProcessTree, answersOnlyWhenTheFamilyKeptStill) {
     const std::tuple<const char*, ProcessTree, std::optional<std::vector<ProcessEntry>>> cases[] = {
         {"a family", systemOf({family}, parents), std::vector{childOf(1, 2), childOf(1, 3), childOf(2, 4)}},
         {"no children", systemOf({{{1, {}}}}, parents), std::vector<ProcessEntry>{}},
-        {"the first look missed one", systemOf({{{1, {2}}, {2, {4}}, {4, {}}}, family}, parents),
+        {"the first walk missed one", systemOf({{{1, {2}}, {2, {4}}, {4, {}}}, family}, parents),
          std::nullopt},
-        {"one can't be asked", systemOf({{{1, {2, 3}}, {2, {4}}, {3, {}}}}, parents), std::nullopt},
-        {"one went before it was read", systemOf({family}, {{2, 1}, {3, 1}}), std::nullopt},
+        {"one has no list of children", systemOf({{{1, {2, 3}}, {2, {4}}, {3, {}}}}, parents), std::nullopt},
+        {"one ended before it was read", systemOf({family}, {{2, 1}, {3, 1}}), std::nullopt},
         {"one has another parent now", systemOf({family}, {{2, 1}, {3, 1}, {4, 9}}), std::nullopt},
         {"a loop", systemOf({{{1, {2}}, {2, {1}}}}, parents), std::nullopt},
-        {"too many to be worth it", systemOf({big}, parents), std::nullopt},
+        {"too many", systemOf({big}, parents), std::nullopt},
     };
     for (const auto& [why, system, under] : cases) EXPECT_EQ(system.under(1), under) << why;
 }

@@ -17,41 +17,41 @@
 namespace tarnik {
 namespace {
 
-TEST(PtyProcess, talksOnATerminalOfItsSize) {
+TEST(PtyProcess, runsOnATerminalOfTheRightSize) {
     Terminal terminal(childProgram("terminal_echo"));
-    ASSERT_TRUE(terminal.says("tty 24x100\r\nline? "));
+    ASSERT_TRUE(terminal.prints("tty 24x100\r\nline? "));
     EXPECT_TRUE(terminal.pty->write(""));
     EXPECT_TRUE(terminal.pty->write("hello\n"));
     EXPECT_EQ(terminal.exit(), ExitStatus::exited(0));
-    EXPECT_EQ(terminal.saidWhole(), "tty 24x100\nline? hello\ngot: hello\n");
-    EXPECT_FALSE(terminal.pty->write("to nobody"));
+    EXPECT_EQ(terminal.wholeOutput(), "tty 24x100\nline? hello\ngot: hello\n");
+    EXPECT_FALSE(terminal.pty->write("x"));
     EXPECT_EQ(Terminal("/no/such/program").exit(), ExitStatus::exited(127));
 }
 
-TEST(PtyProcess, refusesToWriteOnceItsInputIsClosed) {
+TEST(PtyProcess, failsToWriteAfterCloseInput) {
     Terminal terminal(childProgram("terminal_echo"));
-    ASSERT_TRUE(terminal.says("line? "));
+    ASSERT_TRUE(terminal.prints("line? "));
     terminal.pty->closeInput();
     EXPECT_FALSE(terminal.pty->write(""));
     EXPECT_FALSE(terminal.pty->write("x\n"));
-    EXPECT_TRUE(terminal.pty->child().isRunning());  // it was told nothing
+    EXPECT_TRUE(terminal.pty->child().isRunning());  // it got no end of input
 }
 
-// What the child reads is what was written; its terminal would show only as much of it as has room.
+// Checks what the child reads, since a terminal echoes only as much as fits.
 TEST(PtyProcess, neverMixesTwoTexts) {
     constexpr int linesEach = 40;
     Terminal terminal("/bin/sh", {"-c", "/bin/stty -echo; echo ready; exec /bin/cat"});
-    ASSERT_TRUE(terminal.says("ready"));
+    ASSERT_TRUE(terminal.prints("ready"));
     const auto writeLines = [&terminal](char letter) {
         for (int i = 0; i < linesEach; ++i) EXPECT_TRUE(terminal.pty->write(std::string(700, letter) + "\n"));
     };
     auto other = std::async(std::launch::async, writeLines, 'a');
     writeLines('b');
     other.get();
-    EXPECT_TRUE(terminal.pty->write("\x04"));  // the end of the input, typed
+    EXPECT_TRUE(terminal.pty->write("\x04"));  // end of input
     EXPECT_EQ(terminal.exit(), ExitStatus::exited(0));
 
-    std::istringstream lines(terminal.saidWhole());
+    std::istringstream lines(terminal.wholeOutput());
     std::map<std::string, int> counts;
     for (std::string line; std::getline(lines, line);) ++counts[line];
     for (const char letter : {'a', 'b'}) EXPECT_EQ(counts[std::string(700, letter)], linesEach);
@@ -64,17 +64,19 @@ protected:
         *PtyProcess::spawn({.executable = "/bin/sleep", .arguments = {"60"}});
 };
 
-TEST_F(SilentTerminal, isWaitedForUntilTheTimeoutOrTheEndOfInput) {
+TEST_F(SilentTerminal, waitsUntilTheTimeoutOrCloseInput) {
     std::string lines;
     while (lines.size() < 1 << 20) lines += "a line that nobody reads\n";
+    const TimePoint start = steadyNow();
     EXPECT_FALSE(pty_->write(lines, Seconds(0.01)));
+    EXPECT_LT(steadyNow() - start, PtyProcess::writeTimeout / 2);
     auto stuck = std::async(std::launch::async, [&] { return pty_->write(lines, Seconds(60)); });
     EXPECT_EQ(stuck.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     pty_->closeInput();
     EXPECT_EQ(stuck.wait_for(std::chrono::seconds(20)), std::future_status::ready);
 }
 
-TEST_F(SilentTerminal, leavesWhateverGotTheReadersNumberAlone) {
+TEST_F(SilentTerminal, neverWritesToAReusedDescriptor) {
     const TemporaryFolder folder;
     const std::string path = folder.path() + "/file";
     auto master = pty_->takeMaster();

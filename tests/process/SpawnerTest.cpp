@@ -38,19 +38,19 @@ Spawner::Output run(const std::string& program, std::vector<std::string> argumen
     return output.value_or(Spawner::Output{ExitStatus::exited(-1), "not started"});
 }
 
-std::string saidOnTerminal(const std::string& program) {
-    return Terminal(childProgram(program)).saidWhole();
+std::string terminalOutput(const std::string& program) {
+    return Terminal(childProgram(program)).wholeOutput();
 }
 
-TEST(Spawner, givesTheChildItsWholeEnvironmentInOrderOfTheKeys) {
+TEST(Spawner, passesArgumentsAndEnvironment) {
     const std::string itself = "argument " + childProgram("print_environment") + "\n";
     EXPECT_EQ(run("print_environment", {"a b", ""}, {{"B", "2"}, {"A", ""}, {"A.", "x=y"}}).text,
               itself + "argument a b\nargument \nvariable A=\nvariable A.=x=y\nvariable B=2\n");
     EXPECT_EQ(run("print_environment").text, itself + "variable PATH=/usr/bin:/bin:/usr/sbin:/sbin\n");
-    EXPECT_EQ(saidOnTerminal("print_environment"), itself);
+    EXPECT_EQ(terminalOutput("print_environment"), itself);
 }
 
-TEST(Spawner, refusesWhatCannotBeRun) {
+TEST(Spawner, failsForWhatCannotBeRun) {
     const TemporaryFolder folder;
     const auto before = ProcessCounts::baseline();
     // PATH is not searched.
@@ -66,21 +66,21 @@ TEST(Spawner, refusesWhatCannotBeRun) {
         << ProcessCounts::now();
 }
 
-TEST(Spawner, givesTheChildNoDescriptorThatItWasNotGiven) {
-    const UniqueFd careless(::open("/dev/null", O_RDONLY));  // not close-on-exec
+TEST(Spawner, passesNoOtherDescriptor) {
+    const UniqueFd inheritable(::open("/dev/null", O_RDONLY));  // not close-on-exec
     EXPECT_EQ(run("list_descriptors").text, "0\n1\n2\n");
-    EXPECT_EQ(saidOnTerminal("list_descriptors"), "0\n1\n2\n");
+    EXPECT_EQ(terminalOutput("list_descriptors"), "0\n1\n2\n");
     const auto refused = Spawner::spawn({.executable = "/bin/true", .standardOutput = Stdio::fd(1 << 20)});
     ASSERT_FALSE(refused);
     EXPECT_EQ(refused.error().code, EBADF);
     EXPECT_EQ(::fcntl(Spawner::pipe()->readEnd.get(), F_GETFD), FD_CLOEXEC);
-    // Its own /dev/null can be read as input and written as output.
+    // The child can read its standard input and write its outputs: all three are /dev/null.
     const auto child =
         Spawner::spawn({.executable = "/bin/sh", .arguments = {"-c", "/bin/cat && echo && echo >&2"}});
     EXPECT_EQ((*child)->waitForExit(limit), ExitStatus::exited(0));
 }
 
-TEST(Spawner, startsTheChildWithDefaultSignals) {
+TEST(Spawner, resetsAndUnblocksSignals) {
     sigset_t blocked;
     sigset_t before;
     sigemptyset(&blocked);
@@ -92,14 +92,14 @@ TEST(Spawner, startsTheChildWithDefaultSignals) {
     for (const int number : ignored) handlers.push_back(std::signal(number, SIG_IGN));
 
     EXPECT_EQ(run("print_signals").text, "");
-    EXPECT_EQ(saidOnTerminal("print_signals"), "");
+    EXPECT_EQ(terminalOutput("print_signals"), "");
 
     for (std::size_t i = 0; i < ignored.size(); ++i) std::signal(ignored[i], handlers[i]);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
-// Reported once, when it can already be asked for, and from a callback that calls back in.
-TEST(Spawner, reportsHowAChildEnded) {
+// The callback runs once, after the status is stored, and may call the child's operations.
+TEST(Spawner, reportsTheExitStatus) {
     const std::tuple<const char*, int, ExitStatus> cases[] = {
         {"exit_with", 0, ExitStatus::exited(0)},
         {"exit_with", 3, ExitStatus::exited(3)},
@@ -119,14 +119,14 @@ TEST(Spawner, reportsHowAChildEnded) {
     }
 }
 
-// Whoever started us ignored SIGCHLD, and we didn't undo it: how a child ended is lost, but not that it did.
-TEST(Spawner, reportsTheEndOfAChildThatSomebodyElseReaped) {
+// With SIGCHLD ignored the kernel reaps the child: its status is lost, but its end is still reported.
+TEST(Spawner, reportsTheEndOfAChildThatTheKernelReaped) {
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     EXPECT_EQ(run("exit_with", {"0"}).status, ExitStatus::exited(255));
     std::signal(SIGCHLD, before);
 }
 
-TEST(Spawner, keepsTheEndOfALongOutput) {
+TEST(Spawner, keepsTheLastBytesOfTheOutput) {
     const auto output = Spawner::run({childProgram("write_bytes"), {"260003"}, {}, limit, 26});
     EXPECT_EQ(output->status, ExitStatus::exited(0));
     EXPECT_EQ(output->text, "defghijklmnopqrstuvwxyzabc");
@@ -134,8 +134,8 @@ TEST(Spawner, keepsTheEndOfALongOutput) {
     EXPECT_EQ(Spawner::run({"/bin/sh", {"-c", script}, {}, limit, 100})->text, "a\uFFFDbc");
 }
 
-// Each case ends at its own limit; another one that is waited for instead takes a minute.
-TEST(Spawner, boundsWhateverTheChildDoes) {
+// Each case ends at its own short limit. All other limits are a minute.
+TEST(Spawner, limitsTheTimeOfACommand) {
     constexpr std::array patient{StopStep{StopAction::terminate, 60s}, StopStep{StopAction::kill, 60s}};
     constexpr std::array quick{StopStep{StopAction::terminate, 0.02s}, StopStep{StopAction::kill, 60s}};
     const std::tuple<Spawner::Command, ExitStatus> cases[] = {
@@ -158,22 +158,22 @@ TEST(Spawner, boundsWhateverTheChildDoes) {
         ASSERT_TRUE(output) << command.executable;
         EXPECT_EQ(output->status, status) << command.executable;
         EXPECT_TRUE(took >= 0.02s && took < 10s) << command.executable << ": " << took.count();
-        // What still holds the output costs nothing any more.
+        // The process that still holds the output costs no thread and no descriptor.
         EXPECT_TRUE(eventually([&] { return ProcessCounts::now().holdsNoMoreThan(before); }))
             << command.executable << ": " << ProcessCounts::now();
         if (const int holder = std::atoi(output->text.c_str()); holder > 1) ::kill(holder, SIGKILL);
     }
 }
 
-// As when a careless launcher started us: new descriptors of ours land on 0, 1 or 2. The last child's output
-// is our descriptor 2, and its errors are our 1.
+// New descriptors get the numbers 0 to 2 if the program was started without them. The last child's output is
+// our descriptor 2, its error output our 1.
 TEST(Spawner, worksWithTheStandardDescriptorsClosed) {
     const std::array saved{UniqueFd::duplicate(0), UniqueFd::duplicate(1), UniqueFd::duplicate(2)};
     const UniqueFd others(::open("/dev/null", O_RDWR | O_CLOEXEC));
     const auto output = Spawner::pipe();
     for (const int fd : {0, 1, 2}) ::close(fd);
     const std::string captured = run("write_bytes", {"3"}).text + run("list_descriptors").text;
-    const std::string onTerminal = saidOnTerminal("list_descriptors");
+    const std::string onTerminal = terminalOutput("list_descriptors");
     ::dup2(others.get(), 1);
     ::dup2(output->writeEnd.get(), 2);
     const auto child = Spawner::spawn({.executable = "/bin/sh",
@@ -190,7 +190,7 @@ TEST(Spawner, worksWithTheStandardDescriptorsClosed) {
     EXPECT_EQ(onTerminal, "0\n1\n2\n");
 }
 
-TEST(Spawner, waitsForAProgramThatIsStillBeingWritten) {
+TEST(Spawner, retriesAProgramThatIsBeingWritten) {
     const TemporaryFolder folder;
     const SpawnRequest request{.executable = folder.path() + "/true"};
     std::filesystem::copy_file("/bin/true", request.executable);
@@ -212,11 +212,10 @@ TEST(Spawner, waitsForAProgramThatIsStillBeingWritten) {
     }
 }
 
-// Two descriptors are left, as many as forkpty(3) needs, and one when it has returned: too few to own the
-// terminal. The end of that alone would be a SIGHUP.
-TEST(Spawner, killsAChildWhoseTerminalItCannotOwn) {
-    if (isSanitized())
-        GTEST_SKIP() << "the sanitizer needs descriptors too, to look at memory through a pipe";
+// Leaves two descriptors, as many as forkpty(3) needs, so that one is left when it returns: too few to own
+// the terminal. Closing the terminal alone would end the child with SIGHUP.
+TEST(Spawner, killsAChildIfTheTerminalCannotBeOwned) {
+    if (isSanitized()) GTEST_SKIP() << "the sanitizer needs descriptors, too";
     rlimit before{};
     ::getrlimit(RLIMIT_NOFILE, &before);
     rlimit few = before;
@@ -237,9 +236,9 @@ TEST(Spawner, killsAChildWhoseTerminalItCannotOwn) {
     EXPECT_EQ(status.get(), ExitStatus::signaled(SIGKILL));
 }
 
-// A default stack larger than the address space: no thread can be had. Only where the C library lets it be
-// set.
-TEST(Spawner, startsNothingWhereNoThreadCanBeHad) {
+// With a default stack larger than the address space no thread can be started. Only where the C library has
+// that setting.
+TEST(Spawner, startsNoChildWithoutAThread) {
     using SetDefaults = int (*)(const pthread_attr_t*);
     const auto setDefaults =
         reinterpret_cast<SetDefaults>(::dlsym(RTLD_DEFAULT, "pthread_setattr_default_np"));

@@ -20,8 +20,8 @@ namespace {
 
 constexpr Seconds limit(30);
 
-// Each child's end is reported once and is right. Nothing of the children is left once their threads have
-// ended, which comes just after the reports.
+// Each child's end is reported once, with the right status. No thread, descriptor or child is left after the
+// reaper threads have ended, shortly after the reports.
 class Stress : public testing::Test {
 protected:
     ChildProcess::OnExit expecting(int code) {
@@ -69,7 +69,7 @@ TEST_F(Stress, terminals) {
 }
 
 // The machine's other processes start and end meanwhile, too.
-TEST_F(Stress, aProcessTableWhileOthersComeAndGo) {
+TEST_F(Stress, processTableWhileProcessesStartAndEnd) {
     std::atomic<bool> over = false;
     std::thread crowd([&over] {
         while (!over) ForkedChild([] {});

@@ -6,10 +6,10 @@
 
 namespace tarnik {
 
-// The path of one of the tiny programs in devkit/children.
+// Returns the path of a program of devkit/children.
 std::string childProgram(const std::string& name);
 
-// Whether this program runs under a sanitizer, where children cost many times more.
+// Returns true under a sanitizer, where starting a child is many times slower.
 inline bool isSanitized() {
     return ::dlsym(RTLD_DEFAULT, "__asan_init") != nullptr || ::dlsym(RTLD_DEFAULT, "__tsan_init") != nullptr;
 }

@@ -13,9 +13,9 @@
 namespace tarnik {
 namespace {
 
-constexpr pid_t firstPid = 1 << 29;  // above every real one
+constexpr pid_t firstPid = 1 << 29;  // above every real pid
 
-// Returns at the end of the input, which is when every write end is closed.
+// Returns when every write end is closed.
 void awaitEndOfInput(const UniqueFd& fd) {
     char byte = 0;
     while (::read(fd.get(), &byte, 1) > 0) {}
@@ -76,7 +76,7 @@ std::string FakeChild::typed() const {
     return count > 0 ? std::string(buffer.data(), static_cast<std::size_t>(count)) : std::string();
 }
 
-// Called under the handle's lock, so the end comes from another thread, as with a real child.
+// Called under the handle's lock, so another thread reports the end, as for a real child.
 void FakeChild::signalled(int number) {
     const std::lock_guard lock(mutex_);
     signals_.push_back(number);

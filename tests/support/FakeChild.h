@@ -16,8 +16,8 @@
 
 namespace tarnik {
 
-// A child without a process: ends when the test says so, or by itself on the first signal or the end of its
-// input. One that ignores both takes no time: each wait for its end is over at once.
+// A child without a process. It ends by end(), and unless it ignores them, by a signal or the end of its
+// input. If it ignores them, each wait for its end returns at once.
 class FakeChild {
 public:
     enum class StopBehaviour { exits, ignores };
@@ -32,17 +32,17 @@ public:
     const std::shared_ptr<ChildProcess>& handle() const { return handle_; }
     const SpawnRequest& request() const { return request_; }
     std::vector<int> signals() const;
-    // What a child that ignores it was stopped with: "10000 ms, signal 15, 5000 ms".
+    // Returns the steps of a stop that the child ignored: "10000 ms, signal 15, 5000 ms".
     std::string stopping() const;
 
-    // Returns when the end has been reported. A second end changes nothing.
+    // Ends the child and reports it. A second call does nothing.
     void end(ExitStatus status);
 
-    // The far side of its terminal: what the program prints and what is typed at it.
+    // The child's side of its terminal.
     void attachTerminal(UniqueFd farSide) { terminal_ = std::move(farSide); }
     void print(std::string_view text) const;
-    std::string typed() const;  // waits for some, with a bound
-    // The terminal as a descendant holds it: open beyond the child's end.
+    std::string typed() const;  // waits for input, with a bound
+    // Returns a descriptor that keeps the terminal open after the child's end, as a descendant may.
     UniqueFd holdTerminal() const { return UniqueFd::duplicate(terminal_.get()); }
 
 private:
@@ -63,7 +63,7 @@ private:
     std::vector<std::thread> threads_;
 };
 
-// Stands for Spawner::spawn and PtyProcess::spawn, and keeps the children.
+// Replaces Spawner::spawn and PtyProcess::spawn. Owns the children.
 class FakeSpawner {
 public:
     NodeSupervisorDeps::Spawn spawn();
@@ -75,8 +75,8 @@ public:
     FakeChild& at(std::size_t index) { return *children_[index]; }
 
     FakeChild::StopBehaviour stopBehaviour = FakeChild::StopBehaviour::exits;
-    FakeChild::OnWait onWait = [](Seconds) {};  // called at each wait for a child that ignores
-    std::optional<SystemError> failure;         // every start fails with it
+    FakeChild::OnWait onWait = [](Seconds) {};  // called at each wait for a child that ignores the stop
+    std::optional<SystemError> failure;         // if set, every start fails with it
 
 private:
     FakeChild& add(const SpawnRequest& request, ChildProcess::OnExit onExit);

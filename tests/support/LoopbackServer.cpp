@@ -20,14 +20,14 @@ using Owned = std::unique_ptr<T, decltype([](T* object) { Free(object); })>;
 
 enum class Event { none, readable, stop };
 
-// Of a descriptor, within this time.
+// Returns the first event of the two descriptors within this time.
 Event next(int fd, int stop, Seconds within) {
     std::array<pollfd, 2> watched{pollfd{fd, POLLIN, 0}, pollfd{stop, POLLIN, 0}};
     if (::poll(watched.data(), 2, static_cast<int>(within.count() * 1000)) == 0) return Event::none;
     return watched[1].revents != 0 ? Event::stop : Event::readable;
 }
 
-// A fresh key with a certificate for "localhost", signed by itself.
+// Makes a key and a self-signed certificate for "localhost". Returns the certificate as PEM.
 std::string useOwnCertificate(SSL_CTX* tls) {
     const Owned<EVP_PKEY, EVP_PKEY_free> key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
     const Owned<X509, X509_free> certificate(X509_new());
@@ -60,12 +60,12 @@ bool LoopbackServer::Client::send(std::string_view bytes) const {
     return true;
 }
 
-bool LoopbackServer::Client::leaves(Seconds within) const {
+bool LoopbackServer::Client::disconnects(Seconds within) const {
     return next(fd_, stop_, within) != Event::none;
 }
 
 LoopbackServer::LoopbackServer(Script script, Security security) : script_(std::move(script)) {
-    ::signal(SIGPIPE, SIG_IGN);  // a client may leave at any time
+    ::signal(SIGPIPE, SIG_IGN);  // a client may disconnect at any time
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);

@@ -17,28 +17,28 @@ struct ssl_ctx_st;
 
 namespace tarnik {
 
-// Answers on a loopback port as a test scripts it, byte for byte: one connection after the other, on a thread
-// of its own. Over TLS it shows a certificate for "localhost" that it has signed itself.
+// Serves a loopback port by a test's script, one connection after the other, on a thread of its own. Over TLS
+// it uses a self-signed certificate for "localhost".
 class LoopbackServer {
 public:
     enum class Security { none, tls };
 
-    // The far side of one connection, closed when the script returns.
+    // One connection, closed when the script returns.
     class Client {
     public:
         Client(int fd, int stop, bio_st* stream) : fd_(fd), stop_(stop), stream_(stream) {}
 
-        // False once the client has left.
+        // Returns false after the client has disconnected.
         bool send(std::string_view bytes) const;
-        // Whether the client leaves within this time; true too when the server is to end.
-        bool leaves(Seconds within) const;
+        // Returns true if the client disconnects within this time, or the server stops.
+        bool disconnects(Seconds within) const;
 
     private:
         int fd_;
         int stop_;
         bio_st* stream_;
     };
-    // `request` is the head of what was asked.
+    // `request` is the head of the request.
     using Script = std::function<void(const Client& client, const std::string& request)>;
 
     explicit LoopbackServer(Script script, Security security = Security::none);
@@ -46,7 +46,7 @@ public:
     LoopbackServer& operator=(const LoopbackServer&) = delete;
     ~LoopbackServer();
 
-    // "http://127.0.0.1:1234", or "https://localhost:1234".
+    // Returns "http://127.0.0.1:1234" or "https://localhost:1234".
     const std::string& origin() const { return origin_; }
     const std::string& certificate() const { return certificate_; }  // PEM
 

@@ -31,7 +31,7 @@ SerialQueue::Timer ManualQueue::postAfter(Seconds delay, Task task) {
 }
 
 void ManualQueue::cancel(Timer timer) {
-    std::optional<Task> dropped;  // goes after the lock: what it holds may call back in
+    std::optional<Task> dropped;  // destroyed without the lock: it may call this queue
     const std::lock_guard lock(mutex_);
     dropped = schedule_.cancel(timer);
 }
@@ -68,8 +68,8 @@ void ManualQueue::letGo() {
     runWaiting();
 }
 
-// Another thread waits for the task that runs, so that whoever posts finds its task done on return. A task
-// that posts leaves its new task to the loop that it runs in.
+// Other threads wait for the running task, so that a posted task is done when post() returns. A task posted
+// by a task runs after it.
 bool ManualQueue::runWaiting() {
     const std::lock_guard turn(running_);
     bool ran = false;

@@ -9,7 +9,7 @@
 
 namespace tarnik {
 
-// A clock that stands still until a test moves it.
+// A clock that only a test advances.
 class ManualClock {
 public:
     TimePoint now() const;
@@ -20,9 +20,8 @@ private:
     TimePoint now_{std::chrono::hours(1)};
 };
 
-// The serial queue's twin without a thread: a posted task runs at once, on the thread that posts, unless one
-// is running or the queue is held; then it waits its turn. Delayed tasks run inside advance(), each with the
-// clock at its due time.
+// A serial queue without a thread. A posted task runs at once on the posting thread, unless a task is running
+// or the queue is held; then it waits. Delayed tasks run in advance(), with the clock at their due time.
 class ManualQueue final : public SerialQueue {
 public:
     explicit ManualQueue(std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>());
@@ -35,17 +34,17 @@ public:
 
     void advance(Seconds by);
 
-    // From hold() to letGo() posted tasks wait for runWaiting() or advance().
+    // Between hold() and letGo() posted tasks wait for runWaiting() or advance().
     void hold() { holding_ = true; }
     void letGo();
     bool isHolding() const { return holding_; }
 
-    // Runs what is due. Returns whether there was any.
+    // Runs the due tasks. Returns true if there were any.
     bool runWaiting();
 
 private:
     std::shared_ptr<ManualClock> clock_;
-    std::recursive_mutex running_;  // held while a task runs, so that another thread's work waits
+    std::recursive_mutex running_;  // locked while a task runs, so that other threads wait
     std::mutex mutex_;
     TaskSchedule schedule_;
     std::atomic<bool> holding_ = false;

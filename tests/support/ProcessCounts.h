@@ -12,13 +12,13 @@
 
 namespace tarnik {
 
-// What this process holds of the things that a careless spawner leaks.
+// The resources of this process that a faulty spawner leaks.
 struct ProcessCounts {
     std::ptrdiff_t descriptors = 0;
     std::ptrdiff_t threads = 0;  // 0 where the system has no /proc
     bool children = false;       // running or waiting to be reaped
 
-    // To compare with later: a sanitizer's own thread starts with the first of ours.
+    // Call this before the test's first thread: a sanitizer starts its own thread with that.
     static ProcessCounts baseline() {
         std::thread([] {}).join();
         return now();

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-// Property lists for tests, written without the library that reads them.
+// Writes property lists for tests, independently of the parser.
 namespace tarnik::propertyLists {
 
 inline std::string xml(std::string_view body) {
@@ -20,8 +20,8 @@ inline std::string bigEndian(std::size_t number, std::size_t size) {
     return bytes;
 }
 
-// A binary object that is counted: kind 5 is a text, 10 an array, 13 a dictionary. Its references take two
-// bytes each.
+// Returns a binary object with a count: kind 5 is a string, 10 an array, 13 a dictionary. References have two
+// bytes.
 inline std::string binaryObject(unsigned kind, std::size_t count, const std::string& payload) {
     return std::string{static_cast<char>(kind << 4U | 0x0FU), '\x11'} + bigEndian(count, 2) + payload;
 }
@@ -36,14 +36,14 @@ inline std::string binaryArray(const std::vector<std::size_t>& elements) {
     return binaryObject(10, elements.size(), references);
 }
 
-// The keys, then the values in the same order.
+// Takes the keys, then the values in the same order.
 inline std::string binaryDictionary(const std::vector<std::size_t>& keysAndValues) {
     std::string references;
     for (const std::size_t reference : keysAndValues) references += bigEndian(reference, 2);
     return binaryObject(13, keysAndValues.size() / 2, references);
 }
 
-// The first object is the top one.
+// The first object is the root.
 inline std::string binary(const std::vector<std::string>& objects) {
     std::string bytes = "bplist00";
     std::string offsets;

@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// Runs the script in the folder, to lay out files.
+// Runs the shell script in the folder.
 inline void shell(const std::string& folder, const std::string& script) {
     const auto ran =
         Spawner::run({"/bin/sh", {"-ec", "cd \"$0\"; " + script, folder}, {}, Seconds(20), 1000});

@@ -13,13 +13,13 @@
 
 namespace tarnik {
 
-// A child on a terminal, and what it said.
+// A child on a terminal, and its output.
 class Terminal {
 public:
     explicit Terminal(const std::string& executable, std::vector<std::string> arguments = {})
         : pty(*PtyProcess::spawn({.executable = executable, .arguments = std::move(arguments)})),
           reader_(
-              *FDReader::start(pty->takeMaster(), [this](std::string_view text) { said_.append(text); })) {}
+              *FDReader::start(pty->takeMaster(), [this](std::string_view text) { output_.append(text); })) {}
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
     ~Terminal() {
@@ -28,21 +28,21 @@ public:
     }
 
     std::optional<ExitStatus> exit() const { return pty->child().waitForExit(Seconds(20)); }
-    // All of it, without carriage returns.
-    std::string saidWhole() const {
+    // Returns the whole output without carriage returns.
+    std::string wholeOutput() const {
         EXPECT_TRUE(reader_->waitForEOF(Seconds(20)));
-        std::string text = said_.data();
+        std::string text = output_.data();
         std::erase(text, '\r');
         return text;
     }
-    bool says(const std::string& text) const {
-        return eventually([&] { return said_.data().contains(text); });
+    bool prints(const std::string& text) const {
+        return eventually([&] { return output_.data().contains(text); });
     }
 
     const std::shared_ptr<PtyProcess> pty;
 
 private:
-    LockedData said_{1 << 20};
+    LockedData output_{1 << 20};
     const std::shared_ptr<FDReader> reader_;
 };
 

@@ -7,7 +7,7 @@
 
 namespace tarnik {
 
-// What stands between blanks and line ends: a table of short texts.
+// Splits the text at white space.
 inline std::vector<std::string> words(const std::string& text) {
     std::istringstream stream(text);
     return {std::istream_iterator<std::string>(stream), {}};
