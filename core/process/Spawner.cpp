@@ -44,29 +44,32 @@ private:
     int error_ = 0;
 };
 
-int start(const SpawnRequest& request, pid_t& pid) {
+// Returns the child's pid, or an errno value.
+std::expected<pid_t, int> start(const SpawnRequest& request) {
     const LentDescriptor input(request.standardInput);
     const LentDescriptor output(request.standardOutput);
-    const LentDescriptor error(request.standardError);
-    for (const auto* lent : {&input, &output, &error}) {
-        if (lent->error() != 0) return lent->error();
+    const LentDescriptor errors(request.standardError);
+    for (const auto* lent : {&input, &output, &errors}) {
+        if (lent->error() != 0) return std::unexpected(lent->error());
     }
     SpawnRecords records;
     records.connect(STDIN_FILENO, input.stdio(), O_RDONLY);
     records.connect(STDOUT_FILENO, output.stdio(), O_WRONLY);
-    records.connect(STDERR_FILENO, error.stdio(), O_WRONLY);
-    if (const int failed = records.seal()) return failed;
+    records.connect(STDERR_FILENO, errors.stdio(), O_WRONLY);
+    if (const int failed = records.seal()) return std::unexpected(failed);
 
     const auto arguments = CStringArray::arguments(request);
     const auto environment = CStringArray::environment(request.environment);
-    int result = 0;
+    pid_t pid = -1;
+    int error = 0;
     for (int attempt = 0; attempt <= busyRetries; ++attempt) {
-        result = ::posix_spawn(&pid, request.executable.c_str(), records.actions(), records.attributes(),
-                               arguments.get(), environment.get());
-        if (result != ETXTBSY) break;
+        error = ::posix_spawn(&pid, request.executable.c_str(), records.actions(), records.attributes(),
+                              arguments.get(), environment.get());
+        if (error != ETXTBSY) break;
         std::this_thread::sleep_for(busyPause);
     }
-    return result;
+    if (error != 0) return std::unexpected(error);
+    return pid;
 }
 
 // Waits for the child's end and stops it after the time-out.
@@ -82,11 +85,9 @@ std::expected<std::shared_ptr<ChildProcess>, SystemError> Spawner::spawn(const S
                                                                          ChildProcess::OnExit onExit) {
     auto reaper = Reaper::prepare(std::move(onExit));
     if (!reaper) return std::unexpected(reaper.error());
-    pid_t pid = -1;
-    if (const int error = start(request, pid)) {
-        return std::unexpected(SystemError{"posix_spawn " + request.executable, error});
-    }
-    return std::move(*reaper).adopt(pid);
+    const auto pid = start(request);
+    if (!pid) return std::unexpected(SystemError{"posix_spawn " + request.executable, pid.error()});
+    return std::move(*reaper).adopt(*pid);
 }
 
 std::expected<Spawner::Pipe, SystemError> Spawner::pipe() {
