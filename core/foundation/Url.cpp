@@ -71,9 +71,7 @@ std::optional<Url> Url::parse(std::string_view text) {
     // The library accepts a path directly behind the host: http://127.0.0.1.example/ would have the host
     // 127.0.0.1, and http://h@g@i/ the host g.
     if (parsed->has_authority() && url.pathSize_ > 0 && !url.path().starts_with('/')) return std::nullopt;
-    url.hasQuery_ = parsed->has_query();
-    url.hasFragment_ = parsed->has_fragment();
-    if (url.hasQuery_) {
+    if (parsed->has_query()) {
         const std::size_t queryEnd = std::min(text.find('#'), text.size());
         url.queryItems_ = itemsOf(text.substr(pathEnd + 1, queryEnd - pathEnd - 1));
     }

@@ -34,8 +34,7 @@ public:
     bool hasUserInfo() const { return hasUserInfo_; }                 // even an empty one
     std::string_view path() const { return std::string_view(text_).substr(pathAt_, pathSize_); }
     const std::vector<QueryItem>& queryItems() const { return queryItems_; }
-    bool hasQuery() const { return hasQuery_; }
-    bool hasFragment() const { return hasFragment_; }
+    bool hasQueryOrFragment() const { return pathAt_ + pathSize_ < text_.size(); }  // even an empty one
 
     // Returns the URL as it was parsed.
     const std::string& text() const { return text_; }
@@ -55,8 +54,6 @@ private:
     std::size_t pathAt_ = 0;
     std::size_t pathSize_ = 0;
     bool hasUserInfo_ = false;
-    bool hasQuery_ = false;
-    bool hasFragment_ = false;
 };
 
 }  // namespace tarnik

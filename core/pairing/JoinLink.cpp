@@ -48,7 +48,7 @@ bool isJoinAddress(const Url& url, std::string_view code) {
     if (!url.host()) return false;
     const bool isLoopback = url.host() == "localhost" || url.host() == "127.0.0.1";
     if (url.scheme() != "https" && !(url.scheme() == "http" && isLoopback)) return false;
-    if (url.hasUserInfo() || url.hasQuery() || url.hasFragment()) return false;
+    if (url.hasUserInfo() || url.hasQueryOrFragment()) return false;
     return url.path().ends_with("/c/" + std::string(code));
 }
 
