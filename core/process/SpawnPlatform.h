@@ -14,8 +14,8 @@ namespace tarnik {
 inline constexpr int busyRetries = 50;
 inline constexpr std::chrono::milliseconds busyPause(10);
 
-// Adds to `actions` and `flags` what closes all descriptors in the child except those named by `actions` so
-// far. Comes after every other action. Returns 0 or an errno value.
+// Makes the child close all descriptors except those that `actions` names so far, by an addition to `actions`
+// or `flags`. Call it after every other action. Returns 0 or an errno value.
 int closeAllOthers(posix_spawn_file_actions_t& actions, short& flags);
 
 // Opens a pipe(2) with both ends close-on-exec. Returns 0 or an errno value.

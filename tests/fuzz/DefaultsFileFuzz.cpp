@@ -2,12 +2,12 @@
 // before. A file that couldn't be parsed is kept beside it unchanged.
 
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include <unistd.h>
 
 #include "app/platform/linux/DefaultsFile.h"
+#include "core/foundation/Files.h"
 #include "tests/fuzz/Require.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -17,9 +17,7 @@ using namespace tarnik;
 using fuzz::require;
 
 std::string contents(const std::string& path) {
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
+    return readFile(path, 16 * DefaultsFile::longest).value_or("");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // For any launch agent file: it is taken over only if it is a property list with our label and this node
 // home. A state folder in it takes precedence.
 
+#include <algorithm>
 #include <string>
 
 #include "core/foundation/PropertyList.h"
@@ -42,10 +43,8 @@ std::string agentWith(std::string_view stateFolder, std::string_view program) {
 }
 
 bool isPlain(std::string_view text) {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) < 0x20) return false;
-    }
-    return isUtf8(text) && text.size() < 4096;
+    const auto isControl = [](unsigned char c) { return c < 0x20; };
+    return isUtf8(text) && text.size() < 4096 && std::ranges::none_of(text, isControl);
 }
 
 }  // namespace
