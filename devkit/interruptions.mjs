@@ -1,42 +1,30 @@
-// Kills the program at random moments of its first install, and starts it again: it must always end with a
-// working helper, without help.
+// Kills the program at random moments of its first install and starts it again. Each second start must end with a
+// working helper.
 //
 //     node devkit/interruptions.mjs --program PATH [--times N] [--seed N]
 //
-// The seed is printed, so that the same moments can be tried again.
+// Prints the seed, which selects the same moments again.
 import { mkdirSync, readdirSync, realpathSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { setTimeout as pause } from 'node:timers/promises';
-import { parseArgs } from 'node:util';
+import { printOutput, readArguments } from './commandLine.mjs';
 import { ConsoleRun } from './journey/consoleRun.mjs';
 import { layOut } from './journey/layout.mjs';
 import { demand, exactly, installedHelper, logShowsStart, runningHelper } from './journey/proof.mjs';
 
 const usage = 'usage: node devkit/interruptions.mjs --program PATH [--times N] [--seed N]';
-const wrongUsage = 2;
 const installLimitMs = 30_000;
-const helperSizeMiB = 8;  // enough for every step to take a while
+const helperSizeMiB = 8;  // large enough that every step takes measurable time
 const beyondTheEnd = 1.1;
 const machineNode = realpathSync(process.execPath);
 
-function readArguments() {
-  const options = {
-    program: { type: 'string' },
-    times: { type: 'string', default: '20' },
-    seed: { type: 'string', default: `${Date.now() % 1_000_000}` },
-  };
-  try {
-    const { values } = parseArgs({ options });
-    const numbers = [values.times, values.seed].every((value) => /^\d{1,6}$/.test(value));
-    if (values.program && numbers) return values;
-    console.error(usage);
-  } catch (error) {
-    console.error(`${error.message}; ${usage}`);
-  }
-  return process.exit(wrongUsage);
+function problemOf({ program, times, seed }) {
+  if (!program) return '--program is missing';
+  const areNumbers = [times, seed].every((value) => /^\d{1,6}$/.test(value));
+  return areNumbers ? undefined : '--times and --seed must be numbers';
 }
 
-// Small, and the same on every machine.
+// Generates the same numbers from 0 to 1 on every machine.
 function* randomNumbers(seed) {
   for (let state = seed; ;) {
     state = (state + 0x6d2b79f5) | 0;
@@ -52,19 +40,19 @@ async function install(run) {
   await run.expect('state', 'waitingForLink', 0);
 }
 
-// A machine that has joined starts its helper by itself.
+// Proves that the helper works: with a join record the program starts it.
 async function helperWorks(run) {
   const { joinRecord, home } = run.place;
   installedHelper(run.place);
   const others = readdirSync(home).filter((name) => name !== '.tarnik' && name !== 'Library');
-  demand(others.length === 0, `there is more in the home: ${others.join(', ')}`);
+  demand(others.length === 0, `the home has other files: ${others.join(', ')}`);
 
   mkdirSync(path.dirname(joinRecord), { mode: 0o700 });
   writeFileSync(joinRecord, '{"v":1}\n', { mode: 0o600 });
   run.allow(installLimitMs);
   run.launch();
   await run.expect('state', 'running', 0);
-  // The tiny runtime is a shell at first; the log tells when it has handed over.
+  // The tiny runtime is a shell that executes Node.js; the log line shows that it has done so.
   await logShowsStart(run, (await run.status()).pid);
   await runningHelper(run, machineNode);
   await run.quit();
@@ -82,7 +70,7 @@ async function inAPlace(program, play) {
   }
 }
 
-// How long an install takes that nobody interrupts.
+// Returns the milliseconds that an uninterrupted install takes.
 function timeOneInstall(program) {
   return inAPlace(program, async (run) => {
     const start = performance.now();
@@ -102,7 +90,7 @@ function interrupt(program, afterMs) {
     run.launch();
     await pause(afterMs);
     await run.killProgram();
-    const reached = run.console.lines.at(-1)?.text ?? 'before it said a word';
+    const reached = run.console.lines.at(-1)?.text ?? 'before any output';
     try {
       await install(run);
       await run.quit();
@@ -119,12 +107,12 @@ function report(afterMs, { reached, problem, lines }) {
   console.log(`${word} killed after ${afterMs.toFixed(1).padStart(6)} ms (${reached})`);
   if (!problem) return;
   console.log(`        ${problem}`);
-  for (const { from, text } of lines) console.log(`        ${from} | ${text}`);
+  printOutput(lines);
 }
 
 async function interruptAll(program, times, seed) {
   const whole = await timeOneInstall(program);
-  console.log(`an install takes ${whole.toFixed(0)} ms; ${times} moments of it, with --seed ${seed}`);
+  console.log(`an install takes ${whole.toFixed(0)} ms; ${times} interruptions with --seed ${seed}`);
   const random = randomNumbers(seed);
   let failed = 0;
   for (let i = 0; i < times; ++i) {
@@ -137,12 +125,16 @@ async function interruptAll(program, times, seed) {
   return failed;
 }
 
-const options = readArguments();
+const options = readArguments(usage, {
+  program: { type: 'string' },
+  times: { type: 'string', default: '20' },
+  seed: { type: 'string', default: `${Date.now() % 1_000_000}` },
+}, problemOf);
 try {
   const program = path.resolve(options.program);
   const failed = await interruptAll(program, Number(options.times), Number(options.seed));
   process.exitCode = failed === 0 ? 0 : 1;
 } catch (error) {
-  console.log(`FAILED without any interruption: ${error.message}`);
+  console.log(`FAILED without an interruption: ${error.message}`);
   process.exitCode = 1;
 }

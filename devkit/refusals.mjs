@@ -1,51 +1,34 @@
-// Starts the program on an empty home against everything that can be wrong with a release, the service or
-// the network, and checks the one sentence that it says, its exit status and what it leaves on the disk:
+// Runs the program on an empty home against every fault of a release, of the service and of the network. Checks the
+// one sentence that it prints, its exit status and the files that it leaves.
 //
 //     node devkit/refusals.mjs --program PATH [--only NAME] [--patient]
 //
-// --only takes a part of a case's name. --patient adds the cases that take minutes.
+// NAME is a part of a case's name. --patient adds the cases that take minutes.
 import path from 'node:path';
-import { parseArgs } from 'node:util';
+import { printOutput, readArguments, refuse } from './commandLine.mjs';
 import { event } from './journey/consoleProgram.mjs';
 import { ConsoleRun } from './journey/consoleRun.mjs';
 import { layOut } from './journey/layout.mjs';
 import { demand, exactly, installedHelper, nothingStaged } from './journey/proof.mjs';
 import { cases } from './refusals/cases.mjs';
-import { compare, lookAt } from './refusals/disk.mjs';
+import { compare, snapshot } from './refusals/disk.mjs';
 
 const usage = 'usage: node devkit/refusals.mjs --program PATH [--only NAME] [--patient]';
-const wrongUsage = 2;
 const caseLimitMs = 60_000;
 const patientLimitMs = 300_000;
 const atOnce = 4;
-
-function readArguments() {
-  const options = {
-    program: { type: 'string' },
-    only: { type: 'string', default: '' },
-    patient: { type: 'boolean', default: false },
-  };
-  try {
-    const { values } = parseArgs({ options });
-    if (values.program) return values;
-    console.error(`--program is missing; ${usage}`);
-  } catch (error) {
-    console.error(`${error.message}; ${usage}`);
-  }
-  return process.exit(wrongUsage);
-}
 
 async function refused(run, one) {
   const program = run.launch();
   const { code } = await program.expectExit(run.deadline);
   const said = program.lines.map((line) => line.text).filter((text) => event('error', '.*').test(text));
-  demand(said.length === 1, `it said ${said.length} errors, not one: ${program.describeExit()}`);
+  demand(said.length === 1, `it printed ${said.length} errors, not one: ${program.describeExit()}`);
   demand(code === 1, program.describeExit());
-  demand(!program.find(event('install', 'done .*')), 'it says that the install is done');
+  demand(!program.find(event('install', 'done .*')), 'it reported a finished install');
   const wanted = typeof one.sentence === 'function' ? one.sentence(run.place) : one.sentence;
   const sentence = said[0].replace(/^\S+ error /, '');
   const fits = typeof wanted === 'string' ? sentence === wanted : wanted.test(sentence);
-  demand(fits, `it said: ${sentence}\n        not: ${wanted}`);
+  demand(fits, `it printed: ${sentence}\n        not: ${wanted}`);
   return sentence;
 }
 
@@ -75,10 +58,10 @@ async function tryOne(program, one) {
   try {
     if (one.misbehave) place.misbehave(...one.misbehave);
     one.prepare?.(place);
-    const [home, offered] = [lookAt(place.home), lookAt(place.release.folder)];
+    const [home, offered] = [snapshot(place.home), snapshot(place.release.folder)];
     const said = await play[one.outcome](run, one);
-    compare(home, lookAt(place.home), one.leaves);
-    compare(offered, lookAt(place.release.folder), 'nothing');
+    compare(home, snapshot(place.home), one.leaves);
+    compare(offered, snapshot(place.release.folder), 'nothing');
     if (one.leaves !== 'nothing') nothingStaged(place);
     return { said };
   } catch (error) {
@@ -93,8 +76,7 @@ async function tryOne(program, one) {
 function report(one, { said, problem, lines }) {
   if (!problem) return console.log(`ok      ${one.name}: ${said}`);
   console.log(`FAILED  ${one.name}: ${problem}`);
-  for (const { from, text } of lines) console.log(`        ${from} | ${text}`);
-  return undefined;
+  return printOutput(lines);
 }
 
 async function tryAll(program, chosen) {
@@ -111,12 +93,13 @@ async function tryAll(program, chosen) {
   return failed;
 }
 
-const options = readArguments();
+const options = readArguments(usage, {
+  program: { type: 'string' },
+  only: { type: 'string', default: '' },
+  patient: { type: 'boolean', default: false },
+}, ({ program }) => (program ? undefined : '--program is missing'));
 const chosen = cases.filter((one) => one.name.includes(options.only) && (options.patient || !one.patient));
-if (chosen.length === 0) {
-  console.error(`no case is called ${options.only}`);
-  process.exit(wrongUsage);
-}
+if (chosen.length === 0) refuse(`no case has a name with ${options.only}`, usage);
 const failed = await tryAll(path.resolve(options.program), chosen);
-console.log(`\n${chosen.length - failed} of ${chosen.length} cases went as they should.`);
+console.log(`\n${chosen.length - failed} of ${chosen.length} cases passed.`);
 process.exitCode = failed === 0 ? 0 : 1;

@@ -1,17 +1,18 @@
-// Makes a release for the service stand-in, and prints one JSON line about it:
+// Makes a release for the service stand-in, and prints one JSON line that describes it.
 //
 //     node devkit/release.mjs --folder DIR [--key FILE] [--version V] [--platform KEY] [--channel NAME]
 //                             [--helper-size MIB] [--runtime real|tiny|none] [--cache DIR] [--fault NAME]
 //
-// Without --key, the key that signs the release is made for it and forgotten.
+// Without --key it signs the release with a new key, which is not stored.
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';
-import { parseArgs } from 'node:util';
+import { readArguments } from './commandLine.mjs';
 import { faults } from './release/faults.mjs';
 import { defaultVersion, machinePlatform, makeRelease } from './release/makeRelease.mjs';
 import { freshKey, keyInFile } from './release/signing.mjs';
 
-const wrongUsage = 2;
+const usage = 'usage: node devkit/release.mjs --folder DIR [--key FILE] [--version V] [--platform KEY]'
+  + ' [--channel NAME] [--helper-size MIB] [--runtime real|tiny|none] [--cache DIR] [--fault NAME]';
 const builtFolder = fileURLToPath(new URL('../build/devkit', import.meta.url));
 const options = {
   folder: { type: 'string' },
@@ -35,24 +36,12 @@ const rules = [
     `one of ${Object.keys(faults).join(', ')}`],
 ];
 
-function refuse(message) {
-  console.error(message);
-  process.exit(wrongUsage);
+function problemOf(values) {
+  const [name, , wanted] = rules.find(([option, isGood]) => !isGood(values[option])) ?? [];
+  return name && `--${name} must be ${wanted}`;
 }
 
-function readArguments() {
-  try {
-    const { values } = parseArgs({ options });
-    for (const [name, isGood, wanted] of rules) {
-      if (!isGood(values[name])) refuse(`--${name} must be ${wanted}`);
-    }
-    return values;
-  } catch (error) {
-    return refuse(error.message);
-  }
-}
-
-const values = readArguments();
+const values = readArguments(usage, options, problemOf);
 const release = await makeRelease({
   folder: path.resolve(values.folder),
   key: values.key === undefined ? freshKey() : keyInFile(values.key),

@@ -1,34 +1,22 @@
-// Runs the service stand-in until its standard input ends or a signal comes:
+// Runs the service stand-in until its standard input ends or it receives a signal.
 //
 //     node devkit/service.mjs --folder DIR [--port N] [--misbehave PATH=HOW]...
 //
-// Once it listens it prints one JSON line with its origin.
+// Prints one JSON line with its origin when it listens.
 import path from 'node:path';
-import { parseArgs } from 'node:util';
+import { readArguments, refuse } from './commandLine.mjs';
 import { startService } from './service/startService.mjs';
 
 const usage = 'usage: node devkit/service.mjs --folder DIR [--port N] [--misbehave PATH=HOW]...';
-const wrongUsage = 2;
 const options = {
   folder: { type: 'string' },
   port: { type: 'string', default: '0' },
   misbehave: { type: 'string', multiple: true, default: [] },
 };
 
-function refuse(message) {
-  console.error(`${message}; ${usage}`);
-  process.exit(wrongUsage);
-}
-
-function readArguments() {
-  try {
-    const { values } = parseArgs({ options });
-    if (!values.folder) refuse('--folder is missing');
-    if (!/^\d{1,5}$/.test(values.port) || Number(values.port) > 65535) refuse('--port must be a port');
-    return values;
-  } catch (error) {
-    return refuse(error.message);
-  }
+function problemOf({ folder, port }) {
+  if (!folder) return '--folder is missing';
+  return /^\d{1,5}$/.test(port) && Number(port) <= 65535 ? undefined : '--port must be a port';
 }
 
 async function start({ folder, port, misbehave }) {
@@ -39,11 +27,11 @@ async function start({ folder, port, misbehave }) {
     }
     return service;
   } catch (error) {
-    return refuse(error.message);
+    return refuse(error.message, usage);
   }
 }
 
-const values = readArguments();
+const values = readArguments(usage, options, problemOf);
 const service = await start(values);
 const end = () => service.close().finally(() => process.exit(0));
 for (const signal of ['SIGINT', 'SIGTERM', 'SIGHUP']) process.once(signal, end);

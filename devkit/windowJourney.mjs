@@ -1,12 +1,11 @@
-// Goes through the whole life of the program in its window as a person does, with mouse and keyboard, against the
-// stand-ins:
+// Drives the program's window through all its states with mouse and keyboard, against the stand-ins:
 //
 //     node devkit/windowJourney.mjs --program PATH [--stand-ins DIR]
 import { existsSync, readFileSync } from 'node:fs';
 import path from 'node:path';
 import { driverFolders } from './journey/driverProof.mjs';
 import { inspect, isRunning } from './journey/processes.mjs';
-import { demand, exactly, installedHelper } from './journey/proof.mjs';
+import { demand, exactly, installedHelper, politeStopMs } from './journey/proof.mjs';
 import { processesOf } from './window/leftovers.mjs';
 import { play } from './window/play.mjs';
 import { find, is } from './window/screen.mjs';
@@ -14,10 +13,8 @@ import { find, is } from './window/screen.mjs';
 const linkField = 'Link from tarnik';
 const connected = /^This Mac is connected/;
 const prompt = /Press Enter to connect it/;
-// A helper that does not leave when its input ends is signalled only after 10 s.
-const politeStopMs = 5000;
 
-// The pairing command at its prompt; and its pid, for the end of a run that goes wrong.
+// Waits until the pairing command shows its prompt. Records its pid, so that a failed run can end it.
 async function atThePrompt(run) {
   const { text } = await run.seesText(prompt, 'text');
   const pid = Number(text.match(/connect pid (\d+)/)[1]);
@@ -27,10 +24,7 @@ async function atThePrompt(run) {
 }
 
 async function secondStart(run, link) {
-  const second = run.another(link);
-  const { code } = await second.expectExit(run.deadline);
-  demand(code === 0, second.describeExit());
-  return `the second start: ${second.describeExit()}`;
+  return `the second start: ${await run.exits(run.another(link))}`;
 }
 
 async function helperRuns(run) {
@@ -40,14 +34,14 @@ async function helperRuns(run) {
 
 const cases = [
   {
-    name: 'where there is no tray the window is there at once, and shows the install',
+    name: 'without a tray the window opens at once and shows the install',
     reach: async (run) => {
-      run.place.misbehave('runtime', 'slow');  // so that there is something to see
+      run.place.misbehave('runtime', 'slow');  // so that the progress is visible
       run.launch('--connected-after', '1');
       const appeared = await run.windowAppears();
       const [x, y, width, height] = run.window.bounds;
       demand(width === 460 && height === 560, `it is ${width} by ${height}`);
-      demand(x === (1280 - width) / 2 && Math.abs(y - (1024 - height) / 2) <= 1, `it stands at ${x},${y}`);
+      demand(x === (1280 - width) / 2 && Math.abs(y - (1024 - height) / 2) <= 1, `its position is ${x},${y}`);
       const { runtime } = run.place.release;
       const { name } = await run.seesText(new RegExp(exactly(`Downloading Node.js ${runtime.version}…`)));
       const bar = await run.seesText(/./, 'progress bar');
@@ -63,7 +57,7 @@ const cases = [
     },
   },
   {
-    name: 'what is no link is refused, and stays in the field',
+    name: 'a text that is not a link is refused and stays in the field',
     reach: async (run) => {
       const wrong = `https://elsewhere.example.invalid/c/${run.place.service.links.handOut().code}`;
       await run.fill(linkField, wrong);
@@ -75,7 +69,7 @@ const cases = [
     },
   },
   {
-    name: 'a link leads to the pairing command, on its terminal',
+    name: 'a link starts the pairing command on its terminal',
     reach: async (run) => {
       run.offer = run.place.service.links.handOut();
       await run.fill(linkField, run.offer.link);
@@ -108,7 +102,7 @@ const cases = [
     },
   },
   {
-    name: 'another account is only offered, and can be left alone',
+    name: 'a link on a connected machine is an offer, which can be declined',
     reach: async (run) => {
       const before = await helperRuns(run);
       run.offer = run.place.service.links.handOut();
@@ -118,11 +112,11 @@ const cases = [
       await run.seesText(connected);
       demand(isRunning(before, run.place.entry), `helper ${before} was disturbed`);
       demand(run.place.service.links.isFresh(run.offer.code), 'the link was used up');
-      return [second, name, `helper ${before} runs on`];
+      return [second, name, `helper ${before} still runs`];
     },
   },
   {
-    name: 'or taken, by keyboard to the end',
+    name: 'the offer can be accepted, and the pairing finished by keyboard',
     reach: async (run) => {
       const before = await helperRuns(run);
       const second = await secondStart(run, run.offer.link);
@@ -141,7 +135,7 @@ const cases = [
     },
   },
   {
-    name: 'of the switches one is on here, and a click turns on the other: the driver runs',
+    name: 'one switch is on, a click turns on the other, and the driver starts',
     reach: async (run) => {
       const on = await run.seesText('Screen Recording is on');
       const off = await run.seesText('Accessibility is off');
@@ -152,17 +146,17 @@ const cases = [
       run.driverPid = Number(answer.match(/ pid (\d+),/)[1]);
       demand(inspect(run.driverPid)?.command.startsWith(run.place.driver), `process ${run.driverPid} is no driver`);
       const [folder] = driverFolders(run.place);
-      demand(Number(readFileSync(path.join(folder, 'cua.pid'), 'utf8')) === run.driverPid, `${folder} is not its`);
+      demand(Number(readFileSync(path.join(folder, 'cua.pid'), 'utf8')) === run.driverPid, `${folder} belongs to another process`);
       return [on.name, off.name, answer];
     },
   },
   {
-    name: 'turned off elsewhere, the driver ends',
+    name: 'the driver ends when a switch is turned off elsewhere',
     reach: async (run) => {
       await run.desktop.setAccessibility(false);
       await run.seesText('Turn on Accessibility', 'push button');
-      await run.until(() => !isRunning(run.driverPid, run.place.driver), `driver ${run.driverPid} is still there`);
-      await run.until(() => driverFolders(run.place).length === 0, 'its folder is still there');
+      await run.until(() => !isRunning(run.driverPid, run.place.driver), `driver ${run.driverPid} still exists`);
+      await run.until(() => driverFolders(run.place).length === 0, 'its folder still exists');
       return [`driver ${run.driverPid} is gone`];
     },
   },
@@ -172,15 +166,14 @@ const cases = [
       const helper = await helperRuns(run);
       const asked = performance.now();
       run.closeWindow();
-      const { code } = await run.console.expectExit(run.deadline);
+      const ended = await run.exits();
       const tookMs = Math.round(performance.now() - asked);
-      demand(code === 0, run.console.describeExit());
-      demand(tookMs < politeStopMs, `it took ${tookMs} ms: the helper did not leave by itself`);
+      demand(tookMs < politeStopMs, `it took ${tookMs} ms: the helper ignored the end of its input`);
       const { program, place } = run;
       const ours = processesOf(place.root).filter(({ command }) =>
         [program, place.home, place.driver, place.keepAwake].some((name) => command.includes(name)));
       demand(ours.length === 0, `left: ${ours.map(({ pid, command }) => `${pid} ${command}`).join(', ')}`);
-      return [`${run.console.describeExit()} after ${tookMs} ms`, `helper ${helper} is gone`];
+      return [`${ended} after ${tookMs} ms`, `helper ${helper} is gone`];
     },
   },
 ];

@@ -1,5 +1,5 @@
-// Tries what comes to the program from outside, cold and running: starts, a second one, links and calls over the
-// session bus. Each link is to be worked on once:
+// Tests starts, second starts, links and calls over the session bus, before the program runs and while it runs. Each link
+// must be used exactly once:
 //
 //     node devkit/windowStarts.mjs --program PATH [--stand-ins DIR]
 import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
@@ -12,28 +12,25 @@ import { play } from './window/play.mjs';
 const prompt = /Press Enter to connect it/;
 const offer = /^This Mac is already connected/;
 const service = ['com.tarnik.node', '/com/tarnik/node'];
-// A helper that does not leave when its input ends is signalled after 10 s.
+// Makes the helper ignore the end of its input, so that a stop takes 10 s.
 const stubborn = { TARNIK_STANDIN_IGNORE: 'end', TARNIK_STANDIN_ONLY: 'run' };
 
-function asked(run, { code }) {
+function requestsFor(run, { code }) {
   return run.place.service.requests.filter((request) => request === `GET /c/${code}/app`).length;
 }
 
-function askedOnce(run, link) {
-  const times = asked(run, link);
+function requestedOnce(run, link) {
+  const times = requestsFor(run, link);
   demand(times === 1, `the service was asked ${times} times`);
 }
 
 async function handsOver(run, program) {
-  const { code } = await program.expectExit(run.deadline);
-  demand(code === 0, program.describeExit());
-  return `process ${program.pid}: ${program.describeExit()}`;
+  return `process ${program.pid}: ${await run.exits(program)}`;
 }
 
 async function quits(run) {
   run.console.kill('SIGTERM');
-  const { code } = await run.console.expectExit(run.deadline);
-  demand(code === 0, run.console.describeExit());
+  await run.exits();
 }
 
 async function cancels(run) {
@@ -44,14 +41,14 @@ async function cancels(run) {
 const open = (run, links) => run.desktop.call(
   ...service, 'org.freedesktop.Application.Open', JSON.stringify(links).replaceAll('"', "'"), '{}');
 
-// The message buses that were started here, the desktop's own among them.
+// Returns the pids of all message buses that were started here, including the desktop's own.
 function buses(run) {
   const isBus = ({ command }) => command.includes('dbus-');
   return processesOf(run.place.root).filter(isBus).map(({ pid }) => pid).sort().join();
 }
 
-// What makes a program take this for GNOME on Wayland, though it draws elsewhere; and the page of the settings
-// that was opened.
+// Returns environment changes that make a program assume GNOME on Wayland while it draws on X11, and a function that
+// returns the settings page that was opened.
 function wayland({ root, environment }) {
   const file = path.join(root, 'opened');
   const folder = path.join(root, 'settings');
@@ -64,8 +61,8 @@ function wayland({ root, environment }) {
   };
 }
 
-// The program with the window, of several that began together, and the others.
-async function oneStays(run, programs) {
+// Waits until one of several simultaneous starts is left, and checks that the others have handed over to it.
+async function oneRemains(run, programs) {
   const isLast = () => programs.filter((program) => !program.exit).length === 1;
   await run.until(isLast, 'several copies run, or none');
   run.console = programs.find((program) => !program.exit);
@@ -75,7 +72,7 @@ async function oneStays(run, programs) {
 
 const cases = [
   {
-    name: 'a link while there is no helper yet is answered with that, and is one press away once there is',
+    name: 'a link during the install is refused, and one key press connects with it afterwards',
     reach: async (run) => {
       run.place.misbehave('runtime', 'slow');
       const link = run.place.service.links.handOut();
@@ -84,11 +81,11 @@ const cases = [
       const { name } = await run.seesText("tarnik's helper is still installing. Try again in a moment.");
       await run.seesText('Connect this Mac');
       await run.seesNo(name);
-      demand(asked(run, link) === 0, 'the service was asked');
+      demand(requestsFor(run, link) === 0, 'the service was asked');
       run.place.misbehave('runtime');
       await run.answer('Return');
       await run.seesText(prompt, 'text');
-      askedOnce(run, link);
+      requestedOnce(run, link);
       await cancels(run);
       await quits(run);
       return [name];
@@ -101,24 +98,24 @@ const cases = [
       run.launch(link.appLink);
       const appeared = await run.windowAppears();
       await run.seesText(prompt, 'text');
-      askedOnce(run, link);
+      requestedOnce(run, link);
       await cancels(run);
       return [appeared];
     },
   },
   {
-    name: 'a second start hands its link over and ends',
+    name: 'a second start hands over its link and ends',
     reach: async (run) => {
       const link = run.place.service.links.handOut();
       const ended = await handsOver(run, run.another(link.link));
       await run.seesText(prompt, 'text');
-      askedOnce(run, link);
+      requestedOnce(run, link);
       await cancels(run);
       return [ended];
     },
   },
   {
-    name: 'what is no link of ours is handed over, and ignored',
+    name: 'a link of another kind is handed over and ignored',
     reach: async (run) => {
       const before = run.place.service.requests.length;
       const ended = await handsOver(run, run.another('tarnik://elsewhere?code=1'));
@@ -129,7 +126,7 @@ const cases = [
     },
   },
   {
-    name: 'Open takes a link, and shows the window',
+    name: 'Open accepts a link and shows the window',
     reach: async (run) => {
       run.tray = await run.desktop.startTray();
       await run.tray.expect(/"registered"/, 0, run.deadline);
@@ -142,13 +139,13 @@ const cases = [
       await open(run, [link.appLink]);
       const appeared = await run.windowAppears(from);
       await run.seesText(prompt, 'text');
-      askedOnce(run, link);
+      requestedOnce(run, link);
       await cancels(run);
       return [appeared];
     },
   },
   {
-    name: 'Activate and a second start show the window that was closed',
+    name: 'Activate and a second start show the closed window',
     reach: async (run) => {
       const quotes = [];
       const ways = [
@@ -166,29 +163,29 @@ const cases = [
     },
   },
   {
-    name: 'a start by the system beside a running copy ends, and brings up nothing',
+    name: 'a start at login beside a running copy ends and shows no window',
     reach: async (run) => {
       const from = run.windowMark;
       run.closeWindow();
       await run.windowGoes(from);
       const ended = await handsOver(run, run.another('--at-login'));
-      const { children } = await run.look();
-      demand(children.length === 0, `the window came up: ${JSON.stringify(children)}`);
+      const { children } = await run.read();
+      demand(children.length === 0, `the window opened: ${JSON.stringify(children)}`);
       await quits(run);
       return [ended];
     },
   },
   {
-    name: 'of starts at the same moment one stays, and the link is worked on once',
+    name: 'one of several simultaneous starts remains, and the link is used once',
     reach: async (run) => {
       const quotes = [];
       for (const words of [['', ''], ['', 'link'], ['link', ''], ['link', 'link'], ['', '', 'link', '']]) {
         const link = run.place.service.links.handOut();
         const programs = words.map((word) => run.another(...(word ? [link.appLink] : [])));
-        quotes.push(...await oneStays(run, programs));
+        quotes.push(...await oneRemains(run, programs));
         if (words.includes('link')) {
           await run.seesText(prompt, 'text');
-          askedOnce(run, link);
+          requestedOnce(run, link);
         } else {
           await run.seesText('Connect this Mac');
         }
@@ -198,20 +195,20 @@ const cases = [
     },
   },
   {
-    name: 'a link for a machine that has joined is an offer first',
+    name: 'a link on a connected machine is an offer first',
     reach: async (run) => {
       join(run.place);
       const link = run.place.service.links.handOut();
       run.launch(link.link);
       await run.windowAppears();
       const { name } = await run.seesText(offer);
-      demand(asked(run, link) === 0, 'the service was asked');
+      demand(requestsFor(run, link) === 0, 'the service was asked');
       await quits(run);
       return [name];
     },
   },
   {
-    name: 'a start while another copy quits waits for it, and then works',
+    name: 'a start while another copy quits waits for its end',
     limitMs: 60_000,
     reach: async (run) => {
       Object.assign(run.place.environment, stubborn);
@@ -220,7 +217,7 @@ const cases = [
       for (const name of Object.keys(stubborn)) delete run.place.environment[name];
       before.kill('SIGTERM');
       const start = performance.now();
-      await run.sees((tree) => JSON.stringify(tree).includes('Stopping…'), 'it does not stop');
+      await run.sees((tree) => JSON.stringify(tree).includes('Stopping…'), 'the window does not show the stop');
       const link = run.place.service.links.handOut();
       const second = run.launch(link.link);
       await run.windowAppears();
@@ -228,11 +225,11 @@ const cases = [
       demand(before.exit, 'both run');
       await run.seesText(offer);
       await quits(run);
-      return [before.describeExit(), `the second had its window after ${(tookMs / 1000).toFixed(1)} s: ${second.pid}`];
+      return [before.describeExit(), `the second showed its window after ${(tookMs / 1000).toFixed(1)} s: ${second.pid}`];
     },
   },
   {
-    name: 'where no portal lets anybody look, the screen is off, and its button leads to the settings',
+    name: 'without a screenshot portal Screen Recording is off, and its button opens the settings',
     reach: async (run) => {
       forgetJoin(run.place);
       const { changes, opened } = wayland(run.place);
@@ -247,7 +244,7 @@ const cases = [
     },
   },
   {
-    name: 'without a session bus it says so, and works alone',
+    name: 'without a session bus it prints that and works alone',
     reach: async (run) => {
       const quotes = [];
       for (const DBUS_SESSION_BUS_ADDRESS of ['unix:path=/nowhere/at/all', undefined]) {
@@ -258,13 +255,13 @@ const cases = [
         const said = await alone.expect(/no session bus/, 0, run.deadline);
         quotes.push(said, await run.windowAppears());
         await quits(run);
-        demand(buses(run) === before && !existsSync(path.join(run.place.home, '.dbus')), 'it has started a bus');
+        demand(buses(run) === before && !existsSync(path.join(run.place.home, '.dbus')), 'it started a bus');
       }
       return quotes;
     },
   },
   {
-    name: 'a second program on the same home says who has it, and ends',
+    name: 'a second program on the same home names the first, and ends',
     reach: async (run) => {
       const loneBus = { DBUS_SESSION_BUS_ADDRESS: 'unix:path=/nowhere/at/all', XDG_RUNTIME_DIR: undefined };
       const first = run.launch();
@@ -273,13 +270,12 @@ const cases = [
       const second = run.desktop.start(run.program, run.place.words, run.place.environment, loneBus);
       const quotes = [await second.expect(who, 0, run.deadline)];
       run.console = second;
-      await run.windowAppears();  // the alert, out of the screen reader's sight
+      await run.windowAppears();  // the alert; screen_reader can't read it
       await run.answer('Return');
       const silent = run.desktop.start(
         run.program, [...run.place.words, '--at-login'], run.place.environment, loneBus);
       for (const program of [second, silent, run.another('--console')]) {
-        const { code } = await program.expectExit(run.deadline);
-        demand(code === 5, program.describeExit());
+        await run.exits(program, 5);
       }
       run.console = first;
       await quits(run);
@@ -287,11 +283,10 @@ const cases = [
     },
   },
   {
-    name: 'without a display it says so, and ends',
+    name: 'without a display it prints that and ends',
     reach: async (run) => {
       const blind = run.desktop.start(run.program, run.place.words, run.place.environment, { DISPLAY: ':nothing' });
-      const { code } = await blind.expectExit(run.deadline);
-      demand(code === 1, blind.describeExit());
+      await run.exits(blind, 1);
       return blind.lines.map(({ text }) => text);
     },
   },

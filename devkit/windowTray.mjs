@@ -1,4 +1,4 @@
-// Tries the status item and its menu on a tray of its own, and what the window does with a tray and without one:
+// Tests the status item and its menu on a private tray, and the window's behaviour with and without a tray:
 //
 //     node devkit/windowTray.mjs --program PATH [--stand-ins DIR]
 import path from 'node:path';
@@ -6,7 +6,7 @@ import { demand } from './journey/proof.mjs';
 import { installHelper, join } from './window/prepared.mjs';
 import { play } from './window/play.mjs';
 
-// A session that has just begun gets 20 s for its tray.
+// A start at login waits 20 s for a tray.
 const patienceMs = 15_000;
 
 async function registered(run, tray, from = 0) {
@@ -24,15 +24,9 @@ async function choose(run, tray, label) {
   tray.send(`choose ${menu.find((entry) => entry.label === label).id}`);
 }
 
-async function quits(run) {
-  const { code } = await run.console.expectExit(run.deadline);
-  demand(code === 0, run.console.describeExit());
-  return run.console.describeExit();
-}
-
 function wasNotMapped(run) {
   const mapped = run.desktop.windows.find(new RegExp(`"mapped".*"pid":${run.console.pid},`));
-  demand(!mapped, `a window came up: ${mapped}`);
+  demand(!mapped, `a window opened: ${mapped}`);
 }
 
 async function endTray(run, tray) {
@@ -42,7 +36,7 @@ async function endTray(run, tray) {
 
 const cases = [
   {
-    name: 'started at login with both switches on, it shows the window once its install has failed',
+    name: 'a start at login with both switches on shows the window when the install has failed',
     reach: async (run) => {
       await run.desktop.setAccessibility(true);
       run.place.misbehave('release', '404');
@@ -52,13 +46,13 @@ const cases = [
       const { name } = await run.seesText("tarnik couldn't install its helper.");
       run.place.misbehave('release');
       run.console.kill('SIGTERM');
-      await quits(run);
+      await run.exits();
       await endTray(run, tray);
       return [came, name];
     },
   },
   {
-    name: 'started at login, it waits for the tray and shows no window that is not needed',
+    name: 'a start at login waits for the tray, and opens no window if none is needed',
     reach: async (run) => {
       join(run.place);
       await run.desktop.setAccessibility(true);
@@ -72,7 +66,7 @@ const cases = [
     },
   },
   {
-    name: 'the item and its menu are these',
+    name: 'the status item has its icon, tooltip and menu',
     reach: async (run) => {
       const item = await shown(run, run.tray);
       const entries = item.menu.map(({ label, type, enabled, visible }) =>
@@ -86,7 +80,7 @@ const cases = [
     },
   },
   {
-    name: 'its menu opens the window, which comes back where it was once closed',
+    name: 'the menu opens the window, and again at its last position',
     reach: async (run) => {
       await choose(run, run.tray, 'Open tarnik');
       const first = await run.windowAppears();
@@ -102,17 +96,17 @@ const cases = [
     },
   },
   {
-    name: 'its menu quits',
+    name: 'the menu quits the program',
     reach: async (run) => {
       await choose(run, run.tray, 'Quit tarnik');
-      const ended = await quits(run);
+      const ended = await run.exits();
       const gone = await run.tray.expect(/"gone"/, 0, run.deadline);
       await endTray(run, run.tray);
       return [ended, gone];
     },
   },
   {
-    name: 'a tray that comes later is used: then closing does not quit',
+    name: 'a tray that starts later is used, and closing the window no longer quits',
     reach: async (run) => {
       run.launch();
       await run.windowAppears();
@@ -126,7 +120,7 @@ const cases = [
     },
   },
   {
-    name: 'a tray that goes leaves a window, and closing quits again',
+    name: 'when the tray ends the window opens, and closing it quits',
     reach: async (run) => {
       let from = run.windowMark;
       run.closeWindow();
@@ -135,19 +129,19 @@ const cases = [
       await endTray(run, run.tray);
       const back = await run.windowAppears(from);
       run.closeWindow();
-      return [back, await quits(run)];
+      return [back, await run.exits()];
     },
   },
   {
-    name: 'started at login where no tray ever comes, the window comes at last; the menu\'s key quits in it',
+    name: 'a start at login without a tray opens the window at last; Ctrl+Q quits',
     reach: async (run) => {
       run.launch('--at-login');
       const from = performance.now();
       await run.windowAppears();
       const tookMs = performance.now() - from;
-      demand(tookMs > patienceMs, `it came after ${Math.round(tookMs)} ms`);
+      demand(tookMs > patienceMs, `the window opened after ${Math.round(tookMs)} ms`);
       await run.answer('ctrl+q');
-      return [`after ${(tookMs / 1000).toFixed(1)} s`, await quits(run)];
+      return [`after ${(tookMs / 1000).toFixed(1)} s`, await run.exits()];
     },
   },
 ];

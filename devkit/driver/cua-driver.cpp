@@ -1,12 +1,12 @@
-// cua-driver: stands in for the desktop driver. Takes exactly the arguments and the environment that tarnik
-// gives it, listens on its private socket and answers each line with one of its own:
+// cua-driver: stand-in for the desktop driver. It accepts exactly the arguments and the environment that
+// tarnik passes, listens on its private socket, and answers each line with another line:
 //
 //     hello from tarnik-node
 //     hello from cua-driver, pid 4711, permission mode unrestricted
 //
-// At the end of its standard input or at SIGTERM it removes its socket and exits 0. Wrong arguments, a wrong
-// environment or a switch it can't read end it with 64, whatever else fails with 1, each with a word on
-// standard error. devkit/README.md lists the switches that make it misbehave.
+// At the end of its standard input or on SIGTERM it removes its socket and exits with status 0. It exits with
+// 64 for wrong arguments, a wrong environment or a malformed switch, and with 1 for other failures; the
+// reason is printed on standard error. devkit/README.md lists the switches that make it misbehave.
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -40,7 +40,7 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr int wrongUsage = 64;
 constexpr std::size_t longestLine = 4096;
-constexpr std::size_t longestSocketPath = 103;  // with its NUL, what every system's socket address holds
+constexpr std::size_t longestSocketPath = 103;  // fits every system's socket address, with its NUL
 constexpr std::size_t mostClients = 32;
 constexpr std::size_t mostQueued = 256;
 constexpr double longestDelay = 1e6;
@@ -87,8 +87,8 @@ Invocation readArguments(const std::vector<std::string>& words) {
     return invocation;
 }
 
-// Those that the driver is told everything by, and which nobody else's settings may reach.
-bool isOfTheDriver(std::string_view name) {
+// Returns true for the variables that configure the driver. The user's own environment must not set them.
+bool configuresDriver(std::string_view name) {
     return name.starts_with("CUA_DRIVER_") || name.starts_with("OPENCLAW_CUA_DRIVER_") ||
            name == "CUA_TELEMETRY_ENABLED";
 }
@@ -112,7 +112,8 @@ void checkEnvironment(const std::string& hostBundleID) {
     }
     for (char** entry = environ; *entry != nullptr; ++entry) {
         const std::string_view name(*entry, std::strcspn(*entry, "="));
-        if (isOfTheDriver(name) && !wanted.contains(name)) faults.append(name).append(" is not for me\n");
+        if (configuresDriver(name) && !wanted.contains(name))
+            faults.append(name).append(" must not be set\n");
     }
     if (!faults.empty()) refuse(faults.substr(0, faults.size() - 1));
 }
@@ -128,7 +129,7 @@ struct Switches {
     std::string say;
 };
 
-// One that is set to nothing counts as not set.
+// Returns the switch's value, or an empty text if it isn't set.
 std::string switchValue(const std::string& name) {
     const char* value = std::getenv(("TARNIK_STANDIN_DRIVER_" + name).c_str());
     return value == nullptr ? "" : value;
@@ -186,7 +187,7 @@ private:
     int fd_;
 };
 
-// The path is known to fit.
+// `path` must not be longer than longestSocketPath.
 sockaddr_un addressOf(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
@@ -198,7 +199,7 @@ const sockaddr* generic(const sockaddr_un& address) {
     return reinterpret_cast<const sockaddr*>(&address);
 }
 
-// Listens; a descriptor that isn't open, and errno, when that fails.
+// Returns a listening socket, or a closed descriptor with errno set.
 Descriptor listenAt(const std::string& path, int backlog) {
     Descriptor listener(socket(AF_UNIX, SOCK_STREAM, 0));
     const auto address = addressOf(path);
@@ -209,7 +210,7 @@ Descriptor listenAt(const std::string& path, int backlog) {
     return listens ? std::move(listener) : Descriptor();
 }
 
-// Takes every place that the queue of connections has, for as long as these are open.
+// Returns connections that fill the listener's queue for as long as they are open.
 std::vector<Descriptor> fillQueue(const std::string& path) {
     const auto address = addressOf(path);
     std::vector<Descriptor> queued;
@@ -227,13 +228,14 @@ struct Client {
     std::string unanswered;
 };
 
-std::string answerTo(std::string_view line) {
+std::string replyTo(std::string_view line) {
     if (!line.starts_with("hello")) return "unknown request\n";
     return "hello from cua-driver, pid " + std::to_string(getpid()) + ", permission mode unrestricted\n";
 }
 
-// Answers what has come. False when the client is gone, sends no lines, or reads no answers.
-bool attend(Client& client) {
+// Answers the lines that have arrived. Returns false if the client has disconnected, sends a line that is too
+// long, or doesn't read its answers.
+bool serve(Client& client) {
     std::array<char, longestLine> chunk;
     const ssize_t got = read(client.socket.get(), chunk.data(), chunk.size());
     if (got < 0) return errno == EINTR || errno == EAGAIN;
@@ -242,7 +244,7 @@ bool attend(Client& client) {
     for (;;) {
         const auto end = client.unanswered.find('\n');
         if (end == std::string::npos) return client.unanswered.size() <= longestLine;
-        const std::string answer = answerTo(std::string_view(client.unanswered).substr(0, end));
+        const std::string answer = replyTo(std::string_view(client.unanswered).substr(0, end));
         const ssize_t sent = write(client.socket.get(), answer.data(), answer.size());
         if (sent != static_cast<ssize_t>(answer.size())) return false;
         client.unanswered.erase(0, end + 1);
@@ -251,22 +253,22 @@ bool attend(Client& client) {
 
 int terminationFd = -1;
 
-void passOnTermination(int) {
+void forwardTermination(int) {
     const int before = errno;
     [[maybe_unused]] const ssize_t written = write(terminationFd, "", 1);
     errno = before;
 }
 
-// A descriptor that becomes readable at SIGTERM; never, if that is to be ignored.
+// Returns a descriptor that becomes readable on SIGTERM. If `ignored`, it never does.
 Descriptor watchTermination(bool ignored) {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) return Descriptor();
     terminationFd = ends[1];
-    std::signal(SIGTERM, ignored ? SIG_IGN : passOnTermination);
+    std::signal(SIGTERM, ignored ? SIG_IGN : forwardTermination);
     return Descriptor(ends[0]);
 }
 
-// Sleeps until something happens: a client, the end of input, a signal, or a moment that a switch named.
+// Waits for clients, the end of input, SIGTERM, and the times that the switches set.
 class Driver {
 public:
     Driver(std::string socketPath, Switches switches, Descriptor termination)
@@ -282,8 +284,7 @@ public:
     int run() {
         for (;;) {
             const Moment now = Clock::now();
-            if (exitAt_ && now >= *exitAt_)
-                return EXIT_SUCCESS;  // leaves its socket behind, as a crash would
+            if (exitAt_ && now >= *exitAt_) return EXIT_SUCCESS;  // leaves its socket, as a crash would
             if (readyAt_ && now >= *readyAt_) {
                 readyAt_.reset();
                 if (switches_.exitBeforeReady) return *switches_.exitBeforeReady;
@@ -299,7 +300,7 @@ private:
     }
 
     bool becomeReady() {
-        // A queue that is to be full is filled under another name, so that nobody finds a free place in it.
+        // A full queue is filled under another name first, so that no client can connect before it is full.
         const std::string path = switches_.fullQueue ? besideSocket() : socketPath_;
         listener_ = listenAt(path, switches_.fullQueue ? 0 : SOMAXCONN);
         if (listener_.isOpen() && switches_.fullQueue) queued_ = fillQueue(path);
@@ -313,7 +314,7 @@ private:
 
     std::string besideSocket() const { return socketPath_.substr(0, socketPath_.rfind('/')) + "/q"; }
 
-    // Says why it is time to leave, if it is.
+    // Waits for the next event and handles it. Returns the reason if the driver must exit.
     std::optional<std::string> wait(Moment now) {
         const bool accepts = !switches_.fullQueue && clients_.size() < mostClients;
         std::vector<pollfd> watched{
@@ -328,14 +329,14 @@ private:
         if (watched[1].revents != 0) return "terminated";
         if (watched[0].revents != 0 && hasInputEnded() && !switches_.ignoreEnd) return "input ended";
         for (std::size_t i = clients_.size(); i-- > 0;) {
-            if (watched[others + i].revents == 0 || attend(clients_[i])) continue;
+            if (watched[others + i].revents == 0 || serve(clients_[i])) continue;
             clients_.erase(clients_.begin() + static_cast<std::ptrdiff_t>(i));
         }
         if (watched[2].revents != 0) acceptOne();
         return std::nullopt;
     }
 
-    // Milliseconds until the next moment that matters, for poll; none: for ever.
+    // Returns the timeout for poll in milliseconds, or -1 for no timeout.
     int timeout(Moment now) const {
         std::optional<Moment> next = readyAt_;
         if (exitAt_ && (!next || *exitAt_ < *next)) next = exitAt_;
@@ -381,7 +382,7 @@ int main(int count, char** arguments) {
     std::signal(SIGPIPE, SIG_IGN);
     const Switches switches = readSwitches();
     Descriptor termination = watchTermination(switches.ignoreTerm);
-    if (switches.ignoreEnd) alarm(120);  // a test that lost it must not leave it behind
+    if (switches.ignoreEnd) alarm(120);  // a process that its test lost must not stay
     if (!switches.say.empty()) say(switches.say);
     const Invocation invocation = readArguments(std::vector<std::string>(arguments + 1, arguments + count));
     checkEnvironment(invocation.hostBundleID);

@@ -1,12 +1,12 @@
-// keep_awake: stands for the program that holds a machine awake. Does nothing at all until it is signalled
-// or its standard input ends.
+// keep_awake: stand-in for the program that keeps a machine awake. It sleeps until it is signalled or its
+// standard input ends.
 #include <array>
 #include <cerrno>
 
 #include <unistd.h>
 
 int main() {
-    alarm(120);  // a test that lost it must not leave it behind
+    alarm(120);  // a process that its test lost must not stay
     std::array<char, 256> ignored;
     for (;;) {
         const ssize_t got = read(STDIN_FILENO, ignored.data(), ignored.size());

@@ -1,18 +1,18 @@
-// The console program, driven over pipes.
+// Runs a program on pipes, and waits for lines of its output.
 import { spawn } from 'node:child_process';
 import { EventEmitter } from 'node:events';
 import { createInterface } from 'node:readline';
 
 const time = String.raw`^\d\d:\d\d:\d\d\.\d{3} `;
 
-// Matches an event line of this word whose rest matches, whole, this pattern.
+// Returns a pattern for the console's event lines: the event `word`, then text that matches `rest` completely.
 export function event(word, rest) {
   return new RegExp(`${time}${word} ${rest}$`);
 }
 
 export class ConsoleProgram {
   lines = [];
-  exit = undefined;  // { code, signal } once the program has ended and all its output is here
+  exit = undefined;  // { code, signal } after the program has ended and all its output was read
 
   #child;
   #changed = new EventEmitter();
@@ -38,7 +38,7 @@ export class ConsoleProgram {
     this.#changed.emit('change');
   }
 
-  // The place in the output at which whatever comes from now on begins.
+  // The number of lines so far, for `from` of the other operations.
   get mark() {
     return this.lines.length;
   }
@@ -59,7 +59,7 @@ export class ConsoleProgram {
     return this.lines.slice(from).find((line) => pattern.test(line.text))?.text;
   }
 
-  // The first line that matches, from the mark on.
+  // Waits for a line that matches, at or after `from`. Returns the first.
   expect(pattern, from, deadline) {
     return this.#until(() => this.find(pattern, from), `no line like ${pattern}`, deadline);
   }
@@ -68,22 +68,22 @@ export class ConsoleProgram {
     return this.#until(() => this.exit, 'the program did not end', deadline, { endIsFine: true });
   }
 
-  #until(look, complaint, deadline, { endIsFine = false } = {}) {
+  #until(check, complaint, deadline, { endIsFine = false } = {}) {
     return new Promise((resolve, reject) => {
       const settle = (finish, value) => {
         clearTimeout(timer);
-        this.#changed.off('change', check);
+        this.#changed.off('change', attempt);
         finish(value);
       };
-      const check = () => {
-        const found = look();
+      const attempt = () => {
+        const found = check();
         if (found !== undefined) settle(resolve, found);
         else if (this.exit && !endIsFine) fail(`${complaint}: ${this.describeExit()}`);
       };
       const fail = (text) => settle(reject, new Error(text));
       const timer = setTimeout(fail, deadline - Date.now(), `${complaint} in time`);
-      this.#changed.on('change', check);
-      check();
+      this.#changed.on('change', attempt);
+      attempt();
     });
   }
 

@@ -1,5 +1,4 @@
-// The console program in the place laid out for it: what stages and checks ask of it, and the pids that
-// they learned on the way.
+// Runs the console program in its folders: starts, commands, waits, and the end of all processes that it started.
 import { readFileSync } from 'node:fs';
 import path from 'node:path';
 import { setTimeout as pause } from 'node:timers/promises';
@@ -14,20 +13,20 @@ function kill(pid) {
   try {
     process.kill(pid, 'SIGKILL');
   } catch {
-    // It went by itself just now.
+    // It has ended.
   }
 }
 
-function readOr(file, otherwise) {
+function readOr(file, fallback) {
   try {
     return readFileSync(file, 'utf8');
   } catch {
-    return otherwise;
+    return fallback;
   }
 }
 
 export class ConsoleRun {
-  deadline = 0;  // of whatever is being waited for
+  deadline = 0;  // of the current wait, in milliseconds since the epoch
   console = undefined;
   connectPids = [];
 
@@ -49,18 +48,18 @@ export class ConsoleRun {
     return this.console.expect(event(word, rest), from, this.deadline);
   }
 
-  // For what announces itself by no line: files and processes.
-  async until(look, complaint, limitMs = Infinity) {
+  // Polls for a change that no line reports, such as a file or a process. Returns the first true value of `check`.
+  async until(check, complaint, limitMs = Infinity) {
     const end = Math.min(this.deadline, Date.now() + limitMs);
     for (;;) {
-      const found = look();
+      const found = check();
       if (found) return found;
       if (Date.now() > end) throw new Error(complaint);
       await pause(10);
     }
   }
 
-  // The line that this command prints, and its fields as texts.
+  // Sends a command. Returns the line that it prints, and the line's fields as texts.
   async #ask(command) {
     const from = this.console.mark;
     this.console.send(command);
@@ -79,7 +78,7 @@ export class ConsoleRun {
     return this.#ask('sample');
   }
 
-  // The node log, empty before there is one.
+  // Returns the node log, or an empty text if it doesn't exist.
   #log() {
     return readOr(this.place.nodeLog, '');
   }
@@ -88,12 +87,12 @@ export class ConsoleRun {
     return this.#log().length;
   }
 
-  // The first match in the node log, from this length of it on.
+  // Waits for a match in the node log, after its first `from` characters.
   logged(pattern, from = 0) {
     return this.until(() => this.#log().slice(from).match(pattern)?.[0], `the node log has no ${pattern}`);
   }
 
-  // Every start of a normal run that has reached the node log.
+  // Returns all starts of normal runs in the node log.
   startsInLog() {
     const found = this.#log().matchAll(/.*helper \S+ started, pid (\d+)$/gm);
     return [...found].map(([line, pid]) => ({ line, pid: Number(pid) }));
@@ -101,8 +100,14 @@ export class ConsoleRun {
 
   async quit() {
     this.console.send('quit');
-    const { code } = await this.console.expectExit(this.deadline);
-    demand(code === 0, this.console.describeExit());
+    return this.exits();
+  }
+
+  // Waits until the program ends, and requires this exit status. Returns a description.
+  async exits(program = this.console, status = 0) {
+    const { code } = await program.expectExit(this.deadline);
+    demand(code === status, program.describeExit());
+    return program.describeExit();
   }
 
   async killProgram() {
@@ -115,7 +120,7 @@ export class ConsoleRun {
     return driverFolders(this.place).map((folder) => Number(readOr(path.join(folder, 'cua.pid'), '')) || 0);
   }
 
-  // Nothing may outlive a run, not even a helper or driver that misbehaves under a program that failed.
+  // Kills the program and every helper and driver that it may have left.
   async end() {
     await this.killProgram();
     const pids = [...this.connectPids, ...this.startsInLog().map((start) => start.pid)];

@@ -1,28 +1,28 @@
-// Proofs about the desktop driver and its private folder. Each returns what it found, and throws if it fails.
+// Checks of the desktop driver and its private folder. Each returns lines to print, and throws if it fails.
 import { existsSync, lstatSync, readFileSync, readdirSync } from 'node:fs';
 import path from 'node:path';
 import { inspect, isRunning } from './processes.mjs';
 import { demand, modeOf } from './proof.mjs';
 
-// The folders of all drivers, those of earlier runs too.
+// Returns the folders of all drivers, including those of earlier runs.
 export function driverFolders({ driverRoot }) {
   return existsSync(driverRoot) ? readdirSync(driverRoot).map((name) => path.join(driverRoot, name)) : [];
 }
 
-// The driver that came up after the mark: ready, its endpoint published, and greeted by a helper that was
-// started with that endpoint.
+// Waits for a driver that started after `from`: it is ready, its endpoint is published, and a helper that was started
+// with that endpoint has greeted it.
 export async function driverComesUp(walk, from) {
   const ready = await walk.console.expect(/ desktop driver ready$/, from, walk.deadline);
   const published = await walk.expect('endpoint', '/.*', from);
   const { line, fields } = await walk.status();
   const pid = Number(fields.driver);
-  demand(inspect(pid)?.command.startsWith(walk.place.driver), `process ${pid} is no driver: ${line}`);
+  demand(inspect(pid)?.command.startsWith(walk.place.driver), `process ${pid} is not a driver: ${line}`);
   const socket = published.slice(published.indexOf('/'));
   const answer = await walk.logged(new RegExp(`^.*desktop driver answered: .* pid ${pid}, .*$`, 'm'));
   return { pid, socket, folder: path.dirname(socket), quotes: [ready, published, answer] };
 }
 
-// Only this user can reach the driver, and the next run could find it.
+// Checks that only this user can reach the driver, and that the next run could find it.
 export function privateEndpoint({ pid, socket, folder }) {
   const pidFile = path.join(folder, 'cua.pid');
   demand(lstatSync(folder).isDirectory() && modeOf(folder) === '700', `${folder} is ${modeOf(folder)}`);
@@ -33,11 +33,11 @@ export function privateEndpoint({ pid, socket, folder }) {
   return [`${socket} (600 in 700)`, `${pidFile} (600): ${text}`];
 }
 
-// The driver is away, and nothing of it is left on the disk or in the status.
+// Checks that the driver has ended and left nothing on the disk or in the status.
 export async function driverIsGone(walk, { pid, folder }) {
   const { line, fields } = await walk.status();
-  demand(fields.driver === 'none' && fields.endpoint === 'none', `there still is a driver: ${line}`);
-  demand(!isRunning(pid, walk.place.driver), `driver ${pid} is still there`);
-  demand(!existsSync(folder), `${folder} is still there`);
+  demand(fields.driver === 'none' && fields.endpoint === 'none', `there is still a driver: ${line}`);
+  demand(!isRunning(pid, walk.place.driver), `driver ${pid} still exists`);
+  demand(!existsSync(folder), `${folder} still exists`);
   return line;
 }

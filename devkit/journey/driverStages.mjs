@@ -1,4 +1,4 @@
-// The stages of the desktop driver, for a machine that has joined.
+// The stages with the desktop driver. The machine has joined.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { existsSync, mkdirSync, writeFileSync } from 'node:fs';
@@ -34,7 +34,7 @@ async function sampleShows(walk, wanted) {
 }
 
 async function isGone(walk, pid, program) {
-  await walk.until(() => !isRunning(pid, program), `process ${pid} is still there`, orphanLimitMs);
+  await walk.until(() => !isRunning(pid, program), `process ${pid} still exists`, orphanLimitMs);
 }
 
 export const driverStages = [
@@ -65,11 +65,11 @@ export const driverStages = [
     },
   },
   {
-    name: 'nobody else can reach the driver',
+    name: 'only this user can reach the driver',
     reach: async (walk) => privateEndpoint(walk.driver),
   },
   {
-    name: 'a sample sees both, and what holds the machine awake',
+    name: 'a sample shows both, and the process that keeps the machine awake',
     reach: async (walk) => {
       const quiet = { nodePID: walk.helper.pid, driverPID: walk.driver.pid, nodeHoldsAwake: 'no', holders: 0 };
       const first = await sampleShows(walk, { ...quiet, settingUp: 'no', windowInUse: 'no' });
@@ -86,7 +86,7 @@ export const driverStages = [
     },
   },
   {
-    name: 'a killed driver comes back after a second',
+    name: 'a killed driver is restarted after a second',
     reach: async (walk) => {
       const from = walk.console.mark;
       const { pid, folder } = walk.driver;
@@ -97,31 +97,31 @@ export const driverStages = [
       const withdrawn = await walk.expect('endpoint', 'none', from);
       await walk.console.expect(/ desktop driver ready$/, from, walk.deadline);
       const tookMs = Math.round(performance.now() - stoppedAt);
-      demand(tookMs >= restartDelayMs - clockSlackMs, `it was back after ${tookMs} ms already`);
+      demand(tookMs >= restartDelayMs - clockSlackMs, `it was restarted after only ${tookMs} ms`);
 
       walk.driver = await driverComesUp(walk, from);
       demand(walk.driver.pid !== pid, `still process ${pid}`);
-      demand(!existsSync(folder), `${folder} is still there`);
+      demand(!existsSync(folder), `${folder} still exists`);
       walk.helper = await runningHelper(walk, walk.place.runtime);
       const { line, fields } = await walk.status();
       demand(fields.driverRestarts === '1', `not one restart: ${line}`);
-      return [stopped, withdrawn, ...walk.driver.quotes, `it was back after ${tookMs} ms`, line];
+      return [stopped, withdrawn, ...walk.driver.quotes, `it was restarted after ${tookMs} ms`, line];
     },
   },
   {
-    name: 'a switch off ends the driver',
+    name: 'turning a switch off stops the driver',
     reach: async (walk) => {
       const from = walk.console.mark;
       const switched = await switchTo(walk, 'accessibility off', { accessibility: 'off', screen: 'on' });
       const withdrawn = await walk.expect('endpoint', 'none', from);
       const gone = await driverIsGone(walk, walk.driver);
       const left = driverFolders(walk.place);
-      demand(left.length === 0, `there still is ${left.join(', ')}`);
+      demand(left.length === 0, `there is still ${left.join(', ')}`);
       return [switched, withdrawn, gone];
     },
   },
   {
-    name: 'the switch on again starts another driver',
+    name: 'turning it on again starts another driver',
     reach: async (walk) => {
       const from = walk.console.mark;
       const { pid } = walk.driver;
@@ -152,24 +152,24 @@ export const driverStages = [
     },
   },
   {
-    name: 'the next start removes what was left behind',
+    name: 'the next start removes leftovers',
     reach: async (walk) => {
       const { pid, folder } = walk.driver;
-      await walk.until(() => !hasNumber(pid), `nobody collects process ${pid}`);
+      await walk.until(() => !hasNumber(pid), `process ${pid} is not reaped`);
       walk.launch('--switches', 'on', '--driver-output');
       walk.driver = await driverComesUp(walk, 0);
       const left = driverFolders(walk.place);
       const onlyItsOwn = left.length === 1 && left[0] === walk.driver.folder && left[0] !== folder;
-      demand(onlyItsOwn, `there is ${left.join(', ')}`);
+      demand(onlyItsOwn, `the driver folders are ${left.join(', ')}`);
       const quotes = [...walk.driver.quotes, `${folder} is gone`, ...privateEndpoint(walk.driver)];
-      await walk.quit();
-      demand(!isRunning(walk.driver.pid, walk.place.driver), `driver ${walk.driver.pid} is still there`);
+      const ended = await walk.quit();
+      demand(!isRunning(walk.driver.pid, walk.place.driver), `driver ${walk.driver.pid} still exists`);
       demand(driverFolders(walk.place).length === 0, `${walk.driver.folder} outlived the program`);
-      return [...quotes, walk.console.describeExit()];
+      return [...quotes, ended];
     },
   },
   {
-    name: 'a process of somebody else is left alone',
+    name: 'a process that is not ours is not ended',
     reach: async (walk) => {
       const sleeper = spawn('sleep', ['60'], { stdio: 'ignore' });
       const ended = once(sleeper, 'exit');
@@ -189,9 +189,9 @@ export const driverStages = [
         await switchTo(walk, 'screen off', { accessibility: 'on', screen: 'off' });
         await switchTo(walk, 'screen on', { accessibility: 'on', screen: 'on' });
         await driverComesUp(walk, from);
-        demand(!existsSync(folder), `${folder} is still there, though its process has ended`);
+        demand(!existsSync(folder), `${folder} still exists although its process has ended`);
         await walk.quit();
-        return [...quotes, `process ${sleeper.pid} lived on: ${found.command}`, `then ${folder} went too`];
+        return [...quotes, `process ${sleeper.pid} still ran: ${found.command}`, `${folder} was removed after its end`];
       } finally {
         sleeper.kill();
       }

@@ -1,16 +1,16 @@
-// The journey with a person at the window, or at the terminal.
+// Runs the program for a user at the window or at the terminal.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 
-// Three to try: two good ones, one in each form, and one that was used.
+// Issues three links: two good ones, one in each form, and one that is already used.
 function handOutLinks({ links }) {
   const [first, second, used] = [links.handOut(), links.handOut(), links.handOut()];
   links.use(used.code);
   return { first: first.link, second: second.appLink, used: used.link };
 }
 
-const where = `running against stand-ins for its service, its helper and its driver. Nothing
-leaves this machine. It starts with an empty home and installs the helper first.`;
+const where = `with stand-ins for its service, helper and driver. Nothing leaves this
+machine. The home is empty, so it installs the helper first.`;
 const more = ({ origin }) => `More links: curl -X POST ${origin}/devkit/links\n`;
 
 function windowWelcome(service) {
@@ -20,11 +20,11 @@ This is tarnik, ${where}
 
   1. Paste a link into its window: ${first}
      or another:                   ${second}
-     one used already:             ${used}
-  2. Press Connect when it asks. 15 seconds later it counts as connected.
-  3. A link to a machine that has joined is an offer. A second start brings one as the browser would.
-  4. The two switches are this desktop's own: with both on the driver runs.
-  5. Quit it from its menu, by closing its window where there is no menu, or with Ctrl-C here.
+     a used one:                   ${used}
+  2. Press Connect when it asks. It counts as connected 15 seconds later.
+  3. Paste a link while connected: it offers to replace the account. A second start with a link does the same.
+  4. The two switches are those of this desktop. The driver runs while both are on.
+  5. Quit from the menu or with Ctrl-C here. On a desktop without a tray, close the window.
 
 ${more(service)}`;
 }
@@ -36,12 +36,12 @@ This is tarnik without a window, ${where}
 
   1. Paste a link:     ${first}
      or another:       ${second}
-     one used already: ${used}
-  2. When it asks, press Enter to connect. 15 seconds later it counts as connected.
-  3. A link to a machine that has joined is an offer: answer it with replace or keep. One that comes while
-     another is worked on has to wait; cancel ends that one. Type window to see what the window would show.
+     a used one:       ${used}
+  2. Press Enter when it asks. It counts as connected 15 seconds later.
+  3. Paste a link while connected, and answer the offer with replace or keep. A link during a pairing is refused;
+     cancel ends the pairing. window prints what the window would show.
   4. Type switch accessibility on and switch screen on: the desktop driver starts, and the helper greets it.
-  5. sample shows how busy it all is. kill -USR1 PID, with the pid that status shows, makes the helper hold the
+  5. sample prints the activity. kill -USR1 PID, with the pid that status prints, makes the helper keep the
      machine awake; kill -USR2 PID ends that.
   6. Commands: status, sample, window, switch, request, confirm, cancel, replace, keep, done, help, quit.
 
@@ -50,7 +50,7 @@ ${more(service)}`;
 
 async function playTogether(program, place, words) {
   const child = spawn(program, [...words, ...place.words], { stdio: 'inherit', env: place.environment });
-  // The terminal gives its own signals to both of us, and the program must have time to stop cleanly.
+  // The terminal sends its signals to both processes. This one waits until the program has stopped.
   process.on('SIGINT', () => {});
   process.on('SIGHUP', () => {});
   process.on('SIGTERM', () => child.kill('SIGTERM'));

@@ -1,5 +1,5 @@
-// Lays out a private folder for one journey: an empty user's home, a release and the service that offers
-// it, and a bundle whose settings make a program install from there. Nothing is installed by hand.
+// Makes a private folder for one run: an empty home, a release with the service that serves it, and a bundle whose
+// settings name that service. The program installs everything itself.
 import { chmodSync, copyFileSync, mkdirSync, mkdtempSync, realpathSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
@@ -10,7 +10,7 @@ import { settingsFor, writeSettings } from './settings.mjs';
 
 const runtimeCache = fileURLToPath(new URL('../../build/devkit/runtime', import.meta.url));
 const here = '127.0.0.1,localhost';
-// The driver's socket lies deep in the home, and its whole path must stay below 104 bytes.
+// The path of the driver's socket, deep in the home, must stay below 104 bytes.
 const longestRoot = 20;
 
 function makeRoot() {
@@ -19,7 +19,7 @@ function makeRoot() {
   return mkdtempSync(path.join(folder, 'tarnik-'));
 }
 
-// A copy: the program takes no link for its driver.
+// Copies the driver, because the program rejects a symbolic link.
 function installDriver(bundle, source) {
   const driver = path.join(bundle, 'Contents', 'Resources', 'cua-driver');
   copyFileSync(source, driver);
@@ -27,7 +27,7 @@ function installDriver(bundle, source) {
   return driver;
 }
 
-// Where the program keeps what is the user's: on a Mac below the home, on Linux where it is told.
+// Returns the folders of the user's data: on macOS below the home, on Linux those of the XDG variables.
 function foldersFor(root, home) {
   if (process.platform === 'darwin') {
     return {
@@ -47,9 +47,8 @@ function foldersFor(root, home) {
   };
 }
 
-// The given keys take the place of the usual settings; one without a value is left out. `standIns` is the
-// folder with the compiled stand-ins for the driver and for what it works with; without one the bundle has no
-// driver.
+// `settings` replaces default settings; a key without a value is removed. `standIns` is the folder with the compiled
+// driver stand-ins; without it the bundle has no driver.
 export async function layOut(
   { runtime = 'real', helperSizeMiB = 0, fault, settings: changes = {}, standIns } = {},
 ) {
@@ -87,9 +86,9 @@ export async function layOut(
     driverRoot: path.join(folders.applicationSupport, 'tarnik', 'cua'),
     keepAwake,
     nodeLog: path.join(folders.logs, 'tarnik', 'node.log'),
-    // Without `how` the service is well again. `what` is 'release', 'runtime' or 'helper'.
+    // `what` is 'release', 'runtime' or 'helper'. Without `how` the service answers correctly again.
     misbehave: (what, how) => service.misbehave(paths[what], how),
-    // The words that every program of this journey is started with.
+    // The arguments of every start of the program.
     words: ['--bundle', bundle, ...(keepAwake ? ['--keep-awake', keepAwake] : [])],
     environment: {
       ...process.env,

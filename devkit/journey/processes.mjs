@@ -1,4 +1,4 @@
-// Looks at processes: what they run, and whether they are still there.
+// Inspects processes: what they execute, and whether they run.
 import { execFileSync } from 'node:child_process';
 import { existsSync, readFileSync, readlinkSync } from 'node:fs';
 
@@ -28,17 +28,16 @@ function inspectByPs(pid) {
   }
 }
 
-// The command line of a live process, and where the system tells it, its executable. A process that
-// has ended but was not reaped yet does not count as live.
+// Returns the command line and, where /proc exists, the executable of a running process; undefined if it has ended,
+// even if it was not reaped.
 export const inspect = hasProc ? inspectByProc : inspectByPs;
 
-// A number alone may have gone to somebody else; this also asks what the process runs.
+// Also compares the command line, because another process may have the pid by now.
 export function isRunning(pid, script) {
   return inspect(pid)?.command.includes(script) ?? false;
 }
 
-// An orphan that has ended keeps its number until the first process of the system collects it, which may take
-// that one seconds.
+// Returns true if the pid is in use. An orphan that has ended keeps its pid until init reaps it, which may take seconds.
 export function hasNumber(pid) {
   try {
     return process.kill(pid, 0);

@@ -1,16 +1,18 @@
-// Proofs that several stages and checks ask for. Each returns lines to quote, and throws if it fails.
+// Checks that several scripts share. Each returns lines to print, and throws if it fails.
 import { execFileSync } from 'node:child_process';
 import { lstatSync, readFileSync, readdirSync, statSync } from 'node:fs';
 import { inspect } from './processes.mjs';
 
 const markerText = "This folder is tarnik-node's own. `tarnik-node uninstall` removes it whole.\n";
 const versionLimitMs = 10_000;
+// A stop that takes longer means that the helper ignored the end of its input: it is signalled after 10 s.
+export const politeStopMs = 5000;
 
 export function demand(condition, complaint) {
   if (!condition) throw new Error(complaint);
 }
 
-// For a text that is to be found as it stands.
+// Returns a pattern that matches `text` literally.
 export function exactly(text) {
   return text.replace(/[.*+?^${}()|[\]\\]/g, '\\$&');
 }
@@ -21,10 +23,10 @@ function runtimeVersion(runtime) {
   return execFileSync(runtime, ['--version'], { encoding: 'utf8', env: {}, timeout: versionLimitMs }).trim();
 }
 
-// Runtime and helper are in place, the folder is claimed and nothing is left of the way there.
+// Checks that runtime and helper are installed in a claimed node home.
 export function installedHelper({ nodeHome, marker, staging, runtime, entry, description, release }) {
   demand(lstatSync(marker).isFile(), `${marker} is not a file`);
-  // Only its being there counts; a program killed while it wrote it leaves a part.
+  // A program that was killed while it wrote the marker leaves a part of the text. Only the file's existence counts.
   demand(markerText.startsWith(readFileSync(marker, 'utf8')), `${marker} holds another text`);
   demand(modeOf(nodeHome) === '700', `the mode of ${nodeHome} is ${modeOf(nodeHome)}`);
   const found = runtimeVersion(runtime);
@@ -40,11 +42,11 @@ export function nothingStaged({ staging }) {
   demand(left.length === 0, `${staging} still holds ${left.join(', ')}`);
 }
 
-// The normal run's process, once its status says so and the system agrees.
+// Returns the process of the normal run. Both the program's status and the system must report it.
 export async function runningHelper(run, runtime) {
   const { line, state, pid } = await run.status();
   demand(state === 'running' && pid, `the status is not that of a running helper: ${line}`);
-  // Within its exec a process has no command line for a moment.
+  // During exec a process has no command line for a moment.
   const named = () => (inspect(pid)?.command ? inspect(pid) : undefined);
   const { command, executable } = await run.until(named, `there is no process ${pid}`);
   demand(command.includes(`${run.place.entry} node run --parent-stdin`), `process ${pid} runs: ${command}`);

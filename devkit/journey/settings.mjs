@@ -1,4 +1,4 @@
-// The settings of a development build, in a bundle of their own.
+// Writes a bundle with the settings of a development build.
 import { mkdirSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 

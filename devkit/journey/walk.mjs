@@ -1,11 +1,10 @@
-// Goes through the stages on its own, prints each as it is reached, and a table at the end.
+// Runs all stages, prints each result, and prints a table at the end.
+import { printOutput, printPassed, seconds } from '../commandLine.mjs';
 import { ConsoleRun } from './consoleRun.mjs';
 import { stages } from './stages.mjs';
 
 const stageLimitMs = 20_000;
 const lastLines = 20;
-
-const seconds = (ms) => `${(ms / 1000).toFixed(2).padStart(6)} s`;
 
 async function reach(stage, walk) {
   walk.allow(stageLimitMs);
@@ -18,28 +17,23 @@ async function reach(stage, walk) {
   }
 }
 
-function printReached({ took, quotes }, stage) {
-  console.log(`${seconds(took)}  ${stage.name}`);
-  for (const quote of quotes) console.log(`            | ${quote}`);
-}
-
 function printMissed({ problem }, stage, program) {
   console.log(`NOT REACHED  ${stage.name}: ${problem}`);
   if (!program?.lines.length) return;
   console.log('the last output of the program:');
-  for (const { from, text } of program.lines.slice(-lastLines)) console.log(`        ${from} | ${text}`);
+  printOutput(program.lines.slice(-lastLines));
 }
 
 function printTable(results) {
   console.log('\nstage                                                            took');
   stages.forEach((stage, index) => {
     const result = results[index];
-    const word = result ? (result.problem ? ' NOT REACHED' : seconds(result.took)) : '   not tried';
+    const word = result ? (result.problem ? ' NOT REACHED' : seconds(result.took)) : '   not run';
     console.log(`${stage.name.padEnd(60)} ${word}`);
   });
 }
 
-// Returns the exit code: 0 only if every stage was reached.
+// Returns the exit status: 0 only if every stage was reached.
 export async function walk(program, place) {
   const under = new ConsoleRun(program, place);
   const stop = (signal, number) => under.end().finally(() => {
@@ -57,14 +51,14 @@ export async function walk(program, place) {
         printMissed(result, stage, under.console);
         break;
       }
-      printReached(result, stage);
+      printPassed(stage.name, result.took, result.quotes);
     }
   } finally {
     await under.end();
   }
   printTable(results);
   const missed = results.findIndex((result) => result.problem);
-  if (missed >= 0) console.log(`\nThe journey ended early: "${stages[missed].name}" was not reached.`);
-  else console.log('\nThe whole journey was made.');
+  if (missed >= 0) console.log(`\nFailed: "${stages[missed].name}" was not reached.`);
+  else console.log('\nAll stages were reached.');
   return missed >= 0 ? 1 : 0;
 }

@@ -1,18 +1,18 @@
-// What the installer must refuse, and what it must put up with.
+// The faults that the installer must refuse, and those that it must tolerate.
 //
-//     misbehave   [what, how]: the service answers for 'release', 'runtime' or 'helper' in this way
-//     fault       the release is made wrong in this way
-//     settings    settings in place of the usual ones; undefined leaves one out
-//     prepare     lays something into the home first
-//     outcome     'refused', 'installed', or 'either' where only what is left on the disk matters
-//     sentence    what is said: the whole text, or a pattern for it
-//     leaves      what may be there afterwards that was not before: 'nothing', 'claim', 'runtime' or 'all'
-//     patient     takes minutes or half a gigabyte
+//     misbehave   [what, how]: how the service answers for 'release', 'runtime' or 'helper'
+//     fault       the fault of the release
+//     settings    replaces default settings; undefined removes one
+//     prepare     writes files into the home before the program starts
+//     outcome     'refused' (the default), 'installed', or 'either' if only the files matter
+//     sentence    the printed sentence: its whole text, or a pattern
+//     leaves      the new files that are allowed: 'nothing', 'claim', 'runtime' or 'all'
+//     patient     the case takes minutes or half a gigabyte
 import { mkdirSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { minimumVersion } from '../journey/settings.mjs';
 
-// Our sentence, and the transfer's own words behind it.
+// Our sentence, followed by libcurl's message.
 const notDownloaded = /^tarnik couldn't download its helper\. Check your connection and try again\. \([A-Z][^\n]{8,300}\.\)$/;
 const notUsed = 'Nothing was installed.';
 
@@ -63,8 +63,8 @@ const helper = [
   ['drip', notDownloaded, { patient: true }],
 ].map(([how, sentence, more]) => ({ misbehave: ['helper', how], sentence, leaves: 'runtime', ...more }));
 
-// Slow is not broken, and another address is not either.
-const bearable = ['release', 'runtime', 'helper'].flatMap((what) => ['slow', 'redirect'].map((how) => ({
+// A slow answer and a redirect are not faults.
+const tolerated = ['release', 'runtime', 'helper'].flatMap((what) => ['slow', 'redirect'].map((how) => ({
   misbehave: [what, how], outcome: 'installed', leaves: 'all',
 })));
 
@@ -81,7 +81,7 @@ const unpacked = [
   ['not-a-tar', /^What tarnik downloaded is damaged[^\n]+\(Couldn't unpack tarnik's helper \([^\n]+\)\. Nothing was installed\.\)$/],
 ].map(([fault, sentence]) => ({ fault, sentence, leaves: 'runtime' }));
 
-// How much of these is refused is tar's to say.
+// The tar of the system decides which of these it refuses.
 const hostile = ['dot-dot-member', 'absolute-member', 'through-a-link', 'hard-link-out'].map((fault) => ({
   fault, outcome: 'either', leaves: 'all',
 }));
@@ -111,8 +111,8 @@ const before = [
   },
 ];
 
-// The slow ones first, so that the others go on beside them.
+// The slow cases are first, so that the others run beside them.
 export const cases = [
-  ...release.reverse(), ...helper.reverse(), ...bearable, ...runtime,
+  ...release.reverse(), ...helper.reverse(), ...tolerated, ...runtime,
   ...signed, ...unpacked, ...hostile, ...built, ...before,
 ].map((one) => ({ outcome: 'refused', name: one.name ?? one.fault ?? one.misbehave.join(' '), ...one }));

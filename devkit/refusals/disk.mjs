@@ -1,11 +1,11 @@
-// What lies in a user's home, and what came to it.
+// Snapshots of a folder, and the changes that a case may make.
 import { lstatSync, readFileSync, readdirSync, readlinkSync } from 'node:fs';
 import path from 'node:path';
 import { demand } from '../journey/proof.mjs';
 
-// Logs are written whatever becomes of the install.
+// Logs are written in every case.
 const ignored = /^Library(\/|$)/;
-// The folder is made to be locked, before anything can be refused.
+// The node home is created for its lock before anything is refused.
 const nothing = [/^\.tarnik(\/node)?$/];
 const claim = [...nothing, /^\.tarnik\/node\/(\.tarnik-node-home|runtime|tmp)$/];
 const runtime = [...claim, /^\.tarnik\/node\/runtime\/node(\/|$)/];
@@ -19,12 +19,12 @@ function describe(file) {
   return entry.isFile() ? `${mode} ${readFileSync(file, 'base64')}` : mode;
 }
 
-export function lookAt(root) {
+export function snapshot(root) {
   const names = readdirSync(root, { recursive: true }).filter((name) => !ignored.test(name));
   return new Map(names.map((name) => [name, describe(path.join(root, name))]));
 }
 
-// Nothing changed but what this outcome may leave.
+// Fails if a file of `then` changed, or if `now` has a new file that `leaves` doesn't allow.
 export function compare(then, now, leaves) {
   for (const [name, content] of then) demand(now.get(name) === content, `${name} was changed`);
   const fresh = [...now.keys()].filter((name) => !then.has(name));

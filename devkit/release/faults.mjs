@@ -1,10 +1,10 @@
-// Releases made wrong. Each fault takes part at one of these moments:
+// Faulty releases. Each fault replaces one of these steps:
 //
-//     version    the version that is released
-//     members    the members of the helper package, and a folder that they may try to reach
-//     package    the helper package once it is written
-//     manifest   the manifest before it is signed
-//     signing    the release file, with the build's key
+//     version    returns the version of the release
+//     members    changes the members of the helper package; `outside` is a folder that they may try to reach
+//     package    overwrites the finished helper package
+//     manifest   changes the manifest before it is signed
+//     signing    changes the signed release file
 import { writeFileSync } from 'node:fs';
 import { entry, wrapper } from './helperPackage.mjs';
 import { freshKey } from './signing.mjs';
@@ -32,7 +32,7 @@ export const faults = {
   'missing-entry': { members: without(entry) },
   'not-a-tar': { package: (target) => writeFileSync(target, 'this is no archive\n') },
 
-  // These try to write outside the folder that they are unpacked in.
+  // Members that try to write outside the folder in which they are unpacked.
   'dot-dot-member': { members: (members) => [...members, file(inside('../../../../../escaped'), escaped)] },
   'absolute-member': { members: (members, outside) => [...members, file(`${outside}/escaped`, escaped)] },
   'through-a-link': {
@@ -45,7 +45,7 @@ export const faults = {
       ...members, hardLink(inside('shared'), `${outside}/precious`), file(inside('shared'), escaped),
     ],
   },
-  // A folder that can't be listed, in a package that is refused: it must be cleared away all the same.
+  // A folder that can't be listed, in a package that is refused. The installer must remove it nevertheless.
   'locked-folder': {
     members: (members) => [
       ...without(wrapper)(members), file(inside('locked/file'), escaped), folder(inside('locked'), 0),

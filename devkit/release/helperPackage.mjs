@@ -1,4 +1,4 @@
-// The members of the helper package: the stand-in below one leading folder, with the release's version.
+// The members of the helper package: the files of the stand-in in one folder, with the version of the release.
 import { randomBytes } from 'node:crypto';
 import { readFileSync, readdirSync, statSync } from 'node:fs';
 import path from 'node:path';
@@ -29,7 +29,7 @@ function packed(name, version) {
   return file(`${leading}/${name}`, Buffer.from(text));
 }
 
-// Many small files of noise, since a real package is not one big file and hardly shrinks.
+// Many small files of random bytes: a real package has many files and compresses little.
 function padding(sizeMiB) {
   const count = Math.ceil((sizeMiB * 2 ** 20) / paddingBytes);
   return Array.from({ length: count }, (_, index) => ({

@@ -1,11 +1,11 @@
-// The archive of the runtime, made from the machine's own Node.js.
+// Makes the archive of the runtime from the machine's own Node.js.
 import { copyFileSync, existsSync, linkSync, mkdirSync, realpathSync, rmSync, statSync } from 'node:fs';
 import path from 'node:path';
 import { file, fileFrom, folder, writeTarball } from './tarball.mjs';
 
 const executable = realpathSync(process.execPath);
 
-// Some builds of Node.js keep most of themselves in a library, beside the executable or where the system has its own.
+// Some builds of Node.js keep most of their code in a library, beside the executable or in a folder of the system.
 const libraries = process.report.getReport().sharedObjects.filter((name) => path.basename(name).startsWith('libnode.'));
 
 function place(cached, target) {
@@ -13,11 +13,11 @@ function place(cached, target) {
   try {
     linkSync(cached, target);
   } catch {
-    copyFileSync(cached, target);  // the cache lies on another volume
+    copyFileSync(cached, target);  // the cache is on another volume
   }
 }
 
-// Packing takes seconds, so the archive is kept in the cache under what it was made from.
+// Packing takes seconds, so the cache keeps the archive. Its name has the version and the size of what it was made from.
 async function packReal(target, leading, cache) {
   mkdirSync(cache, { recursive: true });
   const size = [executable, ...libraries].reduce((sum, name) => sum + statSync(name).size, 0);
@@ -30,7 +30,7 @@ async function packReal(target, leading, cache) {
   place(cached, target);
 }
 
-// Hands everything on to the machine's Node.js: as good as the real one, and a thousandth of its size.
+// Packs a shell script that executes the machine's Node.js: a thousandth of the size of the real runtime.
 async function packTiny(target, leading) {
   const script = `#!/bin/sh\nexec '${executable}' "$@"\n`;
   await writeTarball(target, [folder(leading), file(`${leading}/bin/node`, Buffer.from(script), 0o755)]);

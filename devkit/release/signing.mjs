@@ -1,4 +1,4 @@
-// Keys and signatures of releases.
+// The keys and signatures of releases.
 import { createHash, createPrivateKey, createPublicKey, generateKeyPairSync, sign } from 'node:crypto';
 import { existsSync, readFileSync, writeFileSync } from 'node:fs';
 
@@ -9,7 +9,7 @@ class ReleaseKey {
 
   constructor(privateKey) {
     this.#privateKey = privateKey;
-    // A JSON web key carries the 32 raw bytes as base64url, which is also how a build carries them.
+    // A JSON web key has the 32 raw bytes as base64url, the form that a build has too.
     this.publicKey = createPublicKey(privateKey).export({ format: 'jwk' }).x;
     const raw = Buffer.from(this.publicKey, 'base64url');
     this.keyId = createHash('sha256').update(raw).digest('hex').slice(0, 16);
@@ -28,7 +28,7 @@ export function freshKey() {
   return new ReleaseKey(generateKeyPairSync('ed25519').privateKey);
 }
 
-// The key in this file, which is made if it is not there yet.
+// Returns the key in `file`, and creates the file if it doesn't exist.
 export function keyInFile(file) {
   if (existsSync(file)) {
     const privateKey = createPrivateKey(readFileSync(file));

@@ -1,4 +1,4 @@
-// Writes gzip'd tar archives, well-formed ones and such as no honest tool would write.
+// Writes gzip-compressed tar archives, including hostile ones that no ordinary tool would write.
 import { createReadStream, createWriteStream, renameSync, rmSync, statSync } from 'node:fs';
 import { Readable } from 'node:stream';
 import { pipeline } from 'node:stream/promises';
@@ -6,7 +6,7 @@ import { createGzip } from 'node:zlib';
 
 const blockSize = 512;
 const types = { file: '0', hardLink: '1', link: '2', folder: '5' };
-// One date for every member, so that the same input gives the same archive.
+// All members have one date, so that the same input gives the same archive.
 const modified = Date.UTC(2026, 0, 1) / 1000;
 
 export function file(name, body, mode = 0o644) {
@@ -63,7 +63,7 @@ async function* blocks(members) {
   yield Buffer.alloc(2 * blockSize);
 }
 
-// The archive appears under its name only once it is whole.
+// Writes a temporary file and renames it, so that `target` is complete or absent.
 export async function writeTarball(target, members) {
   const fresh = `${target}.${process.pid}`;
   try {

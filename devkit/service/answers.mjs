@@ -1,4 +1,4 @@
-// What the service answers with, before anything is done to it on its way out.
+// The correct answers of the service; delivery.mjs sends or spoils them.
 import { createReadStream, readFileSync, statSync } from 'node:fs';
 import path from 'node:path';
 import { Readable } from 'node:stream';

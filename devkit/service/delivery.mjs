@@ -1,4 +1,4 @@
-// How an answer goes out: as it should, or in one of the ways in which servers and networks go wrong.
+// Sends an answer, correctly or with one of the faults that servers and networks have.
 import { Readable } from 'node:stream';
 import { pipeline } from 'node:stream/promises';
 import { setTimeout as pause } from 'node:timers/promises';
@@ -39,7 +39,7 @@ async function inPieces(response, answer, pieces, pauseMs) {
 }
 
 function failWith(status) {
-  return (response) => deliver(response, json(status, { v: 1, error: `status ${status}, as asked for` }));
+  return (response) => deliver(response, json(status, { v: 1, error: `status ${status}, as requested` }));
 }
 
 function redirect(response, location) {
@@ -47,11 +47,11 @@ function redirect(response, location) {
   response.end();
 }
 
-// Each is given the response, the answer that should have gone out, and the path that was asked for.
+// Each function gets the response, the correct answer, and the requested path.
 export const misbehaviours = {
   404: failWith(404),
   500: failWith(500),
-  // Three seconds for the whole body, however long it is.
+  // The body takes three seconds, regardless of its length.
   slow: (response, answer) => inPieces(response, answer, slowPieces, slowPauseMs),
   drip: (response, answer) => inPieces(response, answer, answer.length, dripPauseMs),
   'cut-off': (response, answer) => {

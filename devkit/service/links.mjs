@@ -1,4 +1,4 @@
-// The pairing links that the service has handed out. Each joins one machine, once.
+// The pairing links that the service has issued. Each can be used once.
 import { randomBytes } from 'node:crypto';
 
 const codeBytes = 16;  // 22 characters of base64url
@@ -17,7 +17,7 @@ export class Links {
     return { code, link: this.address(code), appLink: `tarnik://connect?code=${code}` };
   }
 
-  // The link for the browser, and also where the helper joins.
+  // Returns the link for the browser, which is also the address at which the helper joins.
   address(code) {
     return `${this.#origin}/c/${code}`;
   }
@@ -26,7 +26,7 @@ export class Links {
     return this.#used.get(code) === false;
   }
 
-  // Whether the code was good for it.
+  // Marks the code as used. Returns false if it is unknown or already used.
   use(code) {
     if (!this.isFresh(code)) return false;
     this.#used.set(code, true);

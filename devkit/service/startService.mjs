@@ -1,11 +1,11 @@
-// The service stand-in itself: pairing links, joining, and the files of a release. Loopback only.
+// The service stand-in: pairing links, joining, and the files of a release. It listens on loopback only.
 //
-//     GET  /c/CODE/app           the answer to a link: where to join, or 404
-//     GET  /c/CODE               whether the code still joins: 200, or 410
-//     POST /c/CODE               joins: 200 once, then 410
+//     GET  /c/CODE/app           the join address of a link, or 404
+//     GET  /c/CODE               200 if the code can be used, else 410
+//     POST /c/CODE               joins with the code: 200 once, then 410
 //     GET  /NAME                 a file of the release folder
-//     POST /devkit/links         hands out a link
-//     POST /devkit/misbehave     {"path": PATH, "how": NAME}; without "how" all is well again
+//     POST /devkit/links         issues a link
+//     POST /devkit/misbehave     {"path": PATH, "how": NAME}; without "how" the path is answered correctly again
 import { once } from 'node:events';
 import { createServer } from 'node:http';
 import { json, notFound, releaseFile } from './answers.mjs';
@@ -26,7 +26,7 @@ async function controlBody(request) {
 }
 
 class Service {
-  requests = [];  // "METHOD PATH" of each that came
+  requests = [];  // "METHOD PATH" of each request
 
   #folder;
   #server = createServer((request, response) => this.#serve(request, response));
@@ -43,7 +43,7 @@ class Service {
     this.links = new Links(this.origin);
   }
 
-  // Without `how` the path is answered properly again.
+  // Without `how` the path is answered correctly again.
   misbehave(path, how) {
     if (how === undefined) this.#misbehaving.delete(path);
     else if (Object.hasOwn(misbehaviours, how)) this.#misbehaving.set(path, misbehaviours[how]);
@@ -65,7 +65,7 @@ class Service {
       const how = this.#misbehaving.get(pathname) ?? deliver;
       await how(response, answer, pathname);
     } catch {
-      response.destroy();  // whoever asked went away, which is theirs to decide
+      response.destroy();  // the client has closed the connection
     }
   }
 
@@ -101,7 +101,7 @@ class Service {
   }
 }
 
-// Serves `folder` until it is closed, at a free port if none is given.
+// Serves `folder` until close(). The default port is a free one.
 export async function startService({ folder, port = 0 }) {
   const service = new Service(folder);
   await service.listen(port);

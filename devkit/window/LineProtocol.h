@@ -8,7 +8,8 @@
 
 #include <unistd.h>
 
-// How these programs and who started them talk: JSON lines out, lines of words in.
+// The protocol between these programs and the scripts: JSON lines on standard output, command lines on
+// standard input.
 namespace devkit {
 
 inline void say(const QJsonObject& what) {
@@ -16,10 +17,11 @@ inline void say(const QJsonObject& what) {
     std::fflush(stdout);
 }
 
-// Standard input as lines, however they arrive. Blocks where nothing is there to be read.
+// Splits standard input into lines.
 class StandardInput {
 public:
-    // Hands over what was read, in whole lines without their ends; false at the end of the input.
+    // Passes complete lines to `take`, without their line feeds. Blocks until input arrives. Returns false at
+    // its end.
     bool read(const std::function<void(const std::string&)>& take) {
         char buffer[4096];
         const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);

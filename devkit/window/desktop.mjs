@@ -1,5 +1,5 @@
-// A desktop of its own for programs with a window: an X server, a session bus that starts nothing by itself, the
-// accessibility bus, and whoever stands for the person in front of it. It shares nothing with the real one.
+// A private desktop for programs with a window: an X server, a session bus without service activation, the accessibility
+// bus, and the programs that act as the user. It shares nothing with the real desktop.
 import { execFile, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
@@ -28,15 +28,15 @@ const busSettings = (socket) => `<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD
 </busconfig>
 `;
 
-// What leads to a desktop, and what changes how programs look on one.
-const ofADesktop = /^(DISPLAY|XAUTHORITY|WAYLAND_.*|DBUS_.*|AT_SPI_.*|NO_AT_BRIDGE|XDG_.*|DESKTOP_.*|QT_.*|G(TK|DK)_.*|LANG|LC_.*)$/;
+// Variables that connect a program to a desktop or change its look.
+const desktopVariables = /^(DISPLAY|XAUTHORITY|WAYLAND_.*|DBUS_.*|AT_SPI_.*|NO_AT_BRIDGE|XDG_.*|DESKTOP_.*|QT_.*|G(TK|DK)_.*|LANG|LC_.*)$/;
 
 function withoutDesktop(environment) {
-  return Object.fromEntries(Object.entries(environment).filter(([name]) => !ofADesktop.test(name)));
+  return Object.fromEntries(Object.entries(environment).filter(([name]) => !desktopVariables.test(name)));
 }
 
-// Starts what says one line on descriptor 3 once it is ready. It goes when we go, even if we are killed; then
-// nothing else on this desktop lives on without it.
+// Starts a server that writes one line to descriptor 3 when it is ready. The kernel kills it when this process ends;
+// all other programs of the desktop end without it.
 async function startServer(program, words, environment) {
   const all = ['--pdeathsig', 'KILL', program, ...words];
   const child = spawn('setpriv', all, { env: environment, stdio: ['ignore', 'ignore', 'pipe', 'pipe'] });
@@ -51,14 +51,14 @@ async function startServer(program, words, environment) {
   return { child, line };
 }
 
-// The launcher of the accessibility bus stands where its own service file says.
+// Returns the path of the accessibility bus launcher, which the service file names.
 function accessibilityLauncher() {
   const service = readFileSync('/usr/share/dbus-1/services/org.a11y.Bus.service', 'utf8');
   return service.match(/^Exec=(\S+)/m)[1];
 }
 
 export class Desktop {
-  variables = {};  // of the environment of every program on this desktop
+  variables = {};  // environment variables of every program on this desktop
 
   #root;
   #tools;
@@ -70,7 +70,7 @@ export class Desktop {
     this.#tools = tools;
   }
 
-  // `root` is a folder of its own; `tools` has the compiled ones.
+  // `root` is a private folder; `tools` is the folder with the compiled programs of devkit/window/.
   static async open(root, tools) {
     const desktop = new Desktop(root, tools);
     try {
@@ -97,7 +97,7 @@ export class Desktop {
       XDG_SESSION_TYPE: 'x11',
       GSETTINGS_BACKEND: 'memory',
       QT_QPA_PLATFORM: 'xcb',
-      QT_LINUX_ACCESSIBILITY_ALWAYS_ON: '1',  // for the reader; the switch may still be off
+      QT_LINUX_ACCESSIBILITY_ALWAYS_ON: '1',  // for screen_reader, even while the accessibility switch is off
       LANG: 'C.UTF-8',
     };
     await this.#startBuses(socket);
@@ -123,7 +123,7 @@ export class Desktop {
     return { ...withoutDesktop(own), XDG_DATA_HOME, XDG_STATE_HOME, XDG_CONFIG_HOME, ...this.variables };
   }
 
-  // Any program on this desktop; it ends with it at the latest.
+  // Starts a program on this desktop. close() ends it if it still runs.
   start(program, words, own = process.env, changes = {}) {
     const started = new ConsoleProgram(program, words, { ...this.environment(own), ...changes });
     this.#programs.push(started);
@@ -134,14 +134,14 @@ export class Desktop {
     return this.start(path.join(this.#tools, name), words);
   }
 
-  // From now on there is somebody who shows status items.
+  // Starts a tray, which shows status items.
   async startTray() {
     const tray = this.#startTool('tray_host');
     await tray.expect(/"ready"/, 0, Date.now() + startLimitMs);
     return tray;
   }
 
-  // A call over the session bus; the answer as gdbus prints it.
+  // Calls an operation over the session bus. Returns the answer as gdbus prints it.
   async call(name, object, operation, ...words) {
     const call = ['call', '--session', '--timeout', `${startLimitMs / 1000}`, '--dest', name, '--object-path', object];
     try {
@@ -152,18 +152,18 @@ export class Desktop {
     }
   }
 
-  // What the person turns on in the settings of the desktop.
+  // Sets the accessibility switch, as the settings of a desktop do.
   async setAccessibility(on) {
     await this.call('org.a11y.Bus', '/org/a11y/bus', 'org.freedesktop.DBus.Properties.Set',
       'org.a11y.Status', 'IsEnabled', `<${on}>`);
   }
 
-  // Mouse and keyboard, through the X server.
+  // Moves the mouse or types, through the X server.
   async act(...words) {
     await run('xdotool', words.map(String), { env: this.environment(), timeout: startLimitMs });
   }
 
-  // What the screen shows, into a PNG file.
+  // Writes a picture of the screen to a PNG file.
   async picture(file) {
     const from = this.windows.mark;
     this.windows.send(`picture ${file}`);
@@ -178,7 +178,7 @@ export class Desktop {
       await program.expectExit(Date.now() + endLimitMs).catch(() => {});
     }
     await endAll(this.#children.reverse());
-    // What others started by themselves, such as the accessibility bus with its registry.
+    // Processes that were started by others, such as the accessibility bus and its registry.
     await endAll(processesOf(this.#root));
   }
 }

@@ -1,20 +1,20 @@
-// Finds and ends processes that nobody else ends.
+// Finds and ends processes that outlived their parent.
 import { readFileSync, readdirSync } from 'node:fs';
 import { setTimeout as pause } from 'node:timers/promises';
 import { inspect } from '../journey/processes.mjs';
 
 const politeMs = 2000;
-const lookMs = 10;
+const pollMs = 10;
 
 function mentions(pid, text) {
   try {
     return ['cmdline', 'environ'].some((file) => readFileSync(`/proc/${pid}/${file}`, 'utf8').includes(text));
   } catch {
-    return false;  // gone, or of somebody else
+    return false;  // it has ended or is another user's
   }
 }
 
-// Every process that was started for this folder: it is in its words or its environment.
+// Returns all processes with this folder in their arguments or environment.
 export function processesOf(folder) {
   return readdirSync('/proc')
     .filter((name) => /^\d+$/.test(name) && Number(name) !== process.pid && mentions(name, folder))
@@ -26,15 +26,15 @@ function signal(pid, which) {
   try {
     process.kill(pid, which);
   } catch {
-    // It went by itself just now.
+    // It has ended.
   }
 }
 
-// Asks each to end, in this order, and sees to it that it does.
+// Ends the processes in this order: SIGTERM, then SIGKILL if that is not enough.
 export async function endAll(processes) {
   for (const { pid } of processes) {
     signal(pid, 'SIGTERM');
-    for (const end = Date.now() + politeMs; inspect(pid) && Date.now() < end;) await pause(lookMs);
+    for (const end = Date.now() + politeMs; inspect(pid) && Date.now() < end;) await pause(pollMs);
     if (inspect(pid)) signal(pid, 'SIGKILL');
   }
 }

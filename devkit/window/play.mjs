@@ -1,40 +1,33 @@
-// Plays the cases of one test on a desktop of its own: each prints what proved it. The first that fails ends the
-// play, shows what was on the screen and keeps a picture of it.
+// Runs the cases of one script on a private desktop. Each case prints its proof. The first failure ends the run, prints
+// what the window showed, and saves a picture of the screen.
 import { existsSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
-import { parseArgs } from 'node:util';
+import { printPassed, readArguments } from '../commandLine.mjs';
 import { layOut } from '../journey/layout.mjs';
 import { Desktop } from './desktop.mjs';
 import { WindowRun } from './windowRun.mjs';
 
 const caseLimitMs = 30_000;
-const wrongUsage = 2;
 
-function readArguments(script) {
-  const usage = `usage: node devkit/${script} --program PATH [--stand-ins DIR]`;
-  try {
-    const { values } = parseArgs({ options: { program: { type: 'string' }, 'stand-ins': { type: 'string' } } });
-    if (values.program) {
-      const program = path.resolve(values.program);
-      const standIns = path.resolve(values['stand-ins'] ?? path.join(path.dirname(program), '..', 'devkit'));
-      if (existsSync(path.join(standIns, 'window'))) return { program, standIns };
-      console.error(`${standIns} has no folder "window"; ${usage}`);
-    } else {
-      console.error(usage);
-    }
-  } catch (error) {
-    console.error(`${error.message}; ${usage}`);
-  }
-  return process.exit(wrongUsage);
+const options = { program: { type: 'string' }, 'stand-ins': { type: 'string' } };
+
+// The default is the folder that was built with the program.
+function standInsFor({ program, 'stand-ins': chosen }) {
+  return path.resolve(chosen ?? path.join(path.dirname(program), '..', 'devkit'));
+}
+
+function problemOf(values) {
+  if (!values.program) return '--program is missing';
+  const standIns = standInsFor(values);
+  return existsSync(path.join(standIns, 'window')) ? undefined : `${standIns} has no folder "window"`;
 }
 
 async function playOne(one, run) {
   run.allow(one.limitMs ?? caseLimitMs);
   const start = performance.now();
   const quotes = await one.reach(run);
-  console.log(`${((performance.now() - start) / 1000).toFixed(2).padStart(6)} s  ${one.name}`);
-  for (const quote of quotes) console.log(`            | ${quote}`);
+  printPassed(one.name, performance.now() - start, quotes);
 }
 
 async function explain(error, one, run) {
@@ -43,9 +36,12 @@ async function explain(error, one, run) {
   console.log(await run.describe(path.join(tmpdir(), `tarnik-window-${process.pid}.png`)));
 }
 
-// `layout` is for the place, `prepare` may do more to it. Sets the exit status: 0 only if all was reached.
+// `layout` has the options of layOut(), and `prepare` runs before the first case. Sets the exit status: 0 only if every
+// case passed.
 export async function play(script, cases, { layout = {}, prepare } = {}) {
-  const { program, standIns } = readArguments(script);
+  const values = readArguments(`usage: node devkit/${script} --program PATH [--stand-ins DIR]`, options, problemOf);
+  const program = path.resolve(values.program);
+  const standIns = standInsFor(values);
   const place = await layOut({ ...layout, standIns: path.join(standIns, 'driver') });
   let desktop;
   let run;
@@ -80,6 +76,6 @@ export async function play(script, cases, { layout = {}, prepare } = {}) {
   } finally {
     await end();
   }
-  console.log(`\n${reached} of ${cases.length} were reached.`);
+  console.log(`\n${reached} of ${cases.length} cases passed.`);
   process.exitCode = reached === cases.length ? 0 : 1;
 }

@@ -1,11 +1,11 @@
-// Brings a home quickly to where a case begins.
+// Prepares a home for a case.
 import { mkdirSync, rmSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { ConsoleRun } from '../journey/consoleRun.mjs';
 
 const installLimitMs = 30_000;
 
-// By the program itself, without its window.
+// Lets the program install the helper, in its console.
 export async function installHelper({ program, place }) {
   const run = new ConsoleRun(program, place);
   run.allow(installLimitMs);

@@ -1,30 +1,31 @@
-// What a window shows to a screen reader, as a list of things with a role, a name and a place.
+// Searches the accessibility tree of a window: elements with a role, a name and bounds.
 
-// Every thing from top to bottom, with the depth it lies at.
-export function things(tree, depth = 0) {
+// Returns all elements in the order of the tree, with their depth.
+export function elements(tree, depth = 0) {
   if (!tree) return [];
-  return [{ ...tree, depth }, ...tree.children.flatMap((child) => things(child, depth + 1))];
+  return [{ ...tree, depth }, ...tree.children.flatMap((child) => elements(child, depth + 1))];
 }
 
-const saying = (thing) => thing.text ?? thing.name;
+const textOf = (element) => element.text ?? element.name;
 
-// The thing that says this, whole; a RegExp may match a part.
+// Returns the first element with this name or text, or undefined. A RegExp may match a part.
 export function find(tree, wanted, role) {
   const fits = (text) => (wanted instanceof RegExp ? wanted.test(text) : text === wanted);
-  return things(tree).find((thing) => (!role || thing.role === role) && (fits(thing.name) || fits(saying(thing))));
+  return elements(tree)
+    .find((element) => (!role || element.role === role) && (fits(element.name) || fits(textOf(element))));
 }
 
-export const is = (thing, state) => thing.states.includes(state);
+export const is = (element, state) => element.states.includes(state);
 
 export function middle({ bounds: [x, y, width, height] }) {
   return [Math.round(x + width / 2), Math.round(y + height / 2)];
 }
 
-// For a person who wants to know what went wrong.
+// Returns the tree as indented text, for the report of a failure.
 export function print(tree) {
-  return things(tree).map((thing) => {
-    const text = thing.text === undefined || thing.text === thing.name ? '' : ` text ${JSON.stringify(thing.text)}`;
-    const states = thing.states.filter((state) => ['focused', 'enabled'].includes(state)).join(' ');
-    return `${'  '.repeat(thing.depth)}${thing.role} ${JSON.stringify(thing.name)}${text} [${thing.bounds}] ${states}`;
+  return elements(tree).map(({ depth, role, name, text, bounds, states }) => {
+    const other = text === undefined || text === name ? '' : ` text ${JSON.stringify(text)}`;
+    const shown = states.filter((state) => ['focused', 'enabled'].includes(state)).join(' ');
+    return `${'  '.repeat(depth)}${role} ${JSON.stringify(name)}${other} [${bounds}] ${shown}`;
   }).join('\n');
 }

@@ -1,8 +1,8 @@
-// Reads a program's window as a screen reader does: over the accessibility bus of the session.
+// Reads a program's window over the accessibility bus, as a screen reader does.
 //
-// "look PID" on standard input is answered with one JSON line: what that process shows now, as a tree, or
-// null while it is not on the bus. After each answer the first change that any program announces is told,
-// once, with the line {"changed":true}. Ends with its input.
+// For each line "read PID" on standard input it prints one JSON line with the accessibility tree of that
+// process, or with null if the process is not on the bus. After each answer it prints {"changed":true} once,
+// at the first change that any program announces. It exits at the end of its input.
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -37,7 +37,7 @@ struct Place {
     QString path;
 };
 
-// The states that tests ask for, by their numbers on the bus.
+// The states that the scripts check, by their numbers on the bus.
 constexpr std::pair<unsigned, const char*> states[] = {
     {1, "active"},     {4, "checked"},  {7, "editable"}, {8, "enabled"},
     {11, "focusable"}, {12, "focused"}, {25, "showing"}, {30, "visible"},
@@ -52,7 +52,7 @@ bool has(const QList<unsigned>& words, unsigned state) {
 class ScreenReader {
 public:
     explicit ScreenReader(QDBusConnection bus) : bus_(std::move(bus)) {
-        // What a program announces is what somebody said to wait for.
+        // Programs announce only the events that are registered here.
         for (const char* events : {"object:", "window:"}) {
             call({"org.a11y.atspi.Registry", "/org/a11y/atspi/registry"}, "org.a11y.atspi.Registry",
                  "RegisterEvent", {QString(events)});
@@ -64,16 +64,16 @@ public:
         QObject::connect(&announced_, &QTimer::timeout, [this] { changed(); });
     }
 
-    void look(unsigned pid) {
+    void read(unsigned pid) {
         const auto program = programOf(pid);
-        toldChange_ = false;
+        reportedChange_ = false;
         devkit::say(
             {{"pid", static_cast<qint64>(pid)}, {"tree", program ? describe(*program, 0) : QJsonValue()}});
     }
 
 private:
     void changed() {
-        if (std::exchange(toldChange_, true)) return;
+        if (std::exchange(reportedChange_, true)) return;
         devkit::say({{"changed", true}});
     }
 
@@ -125,11 +125,11 @@ private:
         return {x, y, width, height};
     }
 
-    // What is not on the screen is left out, but for the program itself.
+    // Leaves out elements that are not on the screen, except the program itself.
     QJsonObject describe(const Place& place, int depth) const {
         const auto role = call(place, accessible, "GetRoleName");
         const auto stateWords = call(place, accessible, "GetState");
-        if (role.isEmpty() || stateWords.isEmpty()) return {};  // it is going away
+        if (role.isEmpty() || stateWords.isEmpty()) return {};  // it has gone
         const auto words = qdbus_cast<QList<unsigned>>(stateWords[0]);
         if (depth > 0 && !has(words, showing)) return {};
         QJsonArray names;
@@ -157,10 +157,10 @@ private:
 
     QDBusConnection bus_;
     QTimer announced_;
-    bool toldChange_ = false;
+    bool reportedChange_ = false;
 };
 
-// The accessibility bus is one of its own, which the session bus knows.
+// Returns the address of the accessibility bus, which a service on the session bus knows.
 QString accessibilityBus() {
     const auto asked =
         QDBusMessage::createMethodCall("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress");
@@ -182,7 +182,7 @@ int main(int argc, char** argv) {
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, [&] {
         const bool open = commands.read([&](const std::string& line) {
-            if (line.starts_with("look ")) reader.look(static_cast<unsigned>(std::stoul(line.substr(5))));
+            if (line.starts_with("read ")) reader.read(static_cast<unsigned>(std::stoul(line.substr(5))));
         });
         if (!open) QCoreApplication::quit();
     });

@@ -1,8 +1,9 @@
-// A tray: takes status items as a desktop's panel does, over the session bus, and shows them as JSON lines.
+// A tray: accepts status items over the session bus, as the panel of a desktop does, and prints them as JSON
+// lines.
 //
-// Says that it is there ("ready"), and of each item that comes or goes ("registered", "gone"). On standard
-// input: "show" is answered with all that the last item and its menu say; "choose ID" chooses an entry of the
-// menu, "click" is a click on the item itself. Ends with its input.
+// It prints "ready" when it runs, and "registered" and "gone" for each item. Commands on standard input:
+// "show" prints the properties and the menu of the last item, "choose ID" activates an entry of its menu, and
+// "click" clicks on the item. It exits at the end of its input.
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -31,7 +32,7 @@ const QString itemInterface = "org.kde.StatusNotifierItem";
 const QString menuInterface = "com.canonical.dbusmenu";
 const QString propertiesInterface = "org.freedesktop.DBus.Properties";
 
-// Programs ask for it before they use the rest.
+// The introspection data, which programs request first.
 const QString introduction = R"(
   <interface name="org.kde.StatusNotifierWatcher">
     <method name="RegisterStatusNotifierItem"><arg name="service" type="s" direction="in"/></method>
@@ -96,7 +97,7 @@ private:
                 {"ProtocolVersion", 0}};
     }
 
-    // An item gives its service's name, or a path of the one that speaks.
+    // `given` is the name of the item's service, or a path of the sender.
     void add(const QString& given, const QString& sender) {
         const auto service = given.startsWith('/') ? sender : given;
         items_.append(service);

@@ -1,16 +1,16 @@
-// The program with its window, on a desktop of its own: what a person sees and does, and what to wait for.
+// Runs the program with its window on a private desktop: a user's input, and waits for what the window shows.
 import { setTimeout } from 'node:timers/promises';
 import { ConsoleRun } from '../journey/consoleRun.mjs';
 import { find, is, middle, print } from './screen.mjs';
 
-// Somebody who looks again from time to time, even if nothing was announced.
-const lookAgainMs = 200;
-// Nobody answers in less time, and the window doesn't take such an answer for one to what it has just begun to show.
+// The window is read again after this time, even if no change was announced.
+const readAgainMs = 200;
+// A new button ignores input for the double-click interval, so every answer waits for longer than that.
 const readingMs = 500;
-const lookLimitMs = 5000;
+const readLimitMs = 5000;
 
 export class WindowRun extends ConsoleRun {
-  window = undefined;  // as it was last mapped
+  window = undefined;  // the last "mapped" event
 
   #desktop;
 
@@ -23,23 +23,23 @@ export class WindowRun extends ConsoleRun {
     return this.#desktop;
   }
 
-  // The copy of the program that is looked at from now on.
+  // Starts the program. The other operations refer to this instance from now on.
   launch(...words) {
     this.console = this.another(...words);
     return this.console;
   }
 
-  // One more, beside it.
+  // Starts another instance.
   another(...words) {
     return this.#desktop.start(this.program, [...this.place.words, ...words], this.place.environment);
   }
 
-  // Where windows have come and gone so far.
+  // The number of window events so far, for `from` of the other operations.
   get windowMark() {
     return this.#desktop.windows.mark;
   }
 
-  // The program's window appears, from that mark on.
+  // Waits until the program's window is mapped, at or after `from`.
   async windowAppears(from = 0) {
     const pattern = new RegExp(`"mapped".*"pid":${this.console.pid},"title":"tarnik"`);
     const line = await this.#watched(pattern, from);
@@ -54,36 +54,36 @@ export class WindowRun extends ConsoleRun {
   #watched(pattern, from) {
     return Promise.race([
       this.#desktop.windows.expect(pattern, from, this.deadline),
-      this.console.expectExit(this.deadline + lookAgainMs).then(() => {
+      this.console.expectExit(this.deadline + readAgainMs).then(() => {
         throw new Error(`${pattern} was not seen: ${this.console.describeExit()}`);
       }),
     ]);
   }
 
-  // As a window manager does when its close button is clicked.
+  // Asks the window to close, as the close button of a window manager does.
   closeWindow() {
     this.#desktop.windows.send(`close ${this.window.mapped}`);
   }
 
-  // What the program's window shows now; null while it is not there.
-  async look() {
+  // Returns the accessibility tree of the program's window, or null if there is no window.
+  async read() {
     const { reader } = this.#desktop;
     const from = reader.mark;
-    reader.send(`look ${this.console.pid}`);
-    return JSON.parse(await reader.expect(/^\{"pid"/, from, Date.now() + lookLimitMs)).tree;
+    reader.send(`read ${this.console.pid}`);
+    return JSON.parse(await reader.expect(/^\{"pid"/, from, Date.now() + readLimitMs)).tree;
   }
 
-  // Waits until the window shows what `look` is after, and returns that.
-  async sees(look, complaint) {
+  // Waits until `check` returns a true value for the window's tree, and returns that value.
+  async sees(check, complaint) {
     const { reader } = this.#desktop;
     for (;;) {
       const from = reader.mark;
-      const tree = await this.look();
-      const found = tree && look(tree);
+      const tree = await this.read();
+      const found = tree && check(tree);
       if (found) return found;
       if (this.console.exit) throw new Error(`${complaint}: ${this.console.describeExit()}`);
       if (Date.now() > this.deadline) throw new Error(`${complaint} in time`);
-      await reader.expect(/"changed"/, from, Math.min(this.deadline, Date.now() + lookAgainMs)).catch(() => {});
+      await reader.expect(/"changed"/, from, Math.min(this.deadline, Date.now() + readAgainMs)).catch(() => {});
     }
   }
 
@@ -95,7 +95,7 @@ export class WindowRun extends ConsoleRun {
     return this.sees((tree) => !find(tree, wanted), `the window still shows ${wanted}`);
   }
 
-  // A thing that can be used, once it stands still.
+  // Waits for an enabled element that has not moved for a moment.
   async #settled(wanted, role) {
     let place;
     let since;
@@ -113,7 +113,7 @@ export class WindowRun extends ConsoleRun {
     await this.#desktop.act('mousemove', x, y, 'click', 1);
   }
 
-  // In place of what stands in the field.
+  // Replaces the text of a field.
   async fill(wanted, text) {
     await this.click(wanted, 'text');
     await this.#desktop.act('key', 'ctrl+a', 'type', '--delay', '2', text);
@@ -123,18 +123,18 @@ export class WindowRun extends ConsoleRun {
     return this.#desktop.act('key', key);
   }
 
-  // To what the window has begun to ask.
+  // Presses a key as the answer to a new question.
   async answer(key) {
     await setTimeout(readingMs);
     await this.press(key);
   }
 
-  // For a person: what was to be seen when something went wrong.
+  // Describes the window, the screen and the output for the report of a failure.
   async describe(file) {
     const shown = this.console && !this.console.exit && this.#desktop.reader
-      ? print(await this.look().catch((error) => `(can't be read: ${error.message})`)) : '(no window)';
+      ? print(await this.read().catch((error) => `(can't be read: ${error.message})`)) : '(no window)';
     const picture = await this.#desktop.picture(file).then(() => file, (error) => `none, ${error.message}`);
     const said = this.console?.lines.slice(-20).map(({ from, text }) => `  ${from} | ${text}`).join('\n');
-    return `the window showed:\n${shown}\na picture of the screen: ${picture}\nthe program said:\n${said ?? ''}`;
+    return `the window showed:\n${shown}\na picture of the screen: ${picture}\nthe program printed:\n${said ?? ''}`;
   }
 }

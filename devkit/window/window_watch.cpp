@@ -1,9 +1,10 @@
-// Watches the windows of an X server, and does to one what a window manager does.
+// Watches the windows of an X server, and closes one as a window manager does.
 //
-// Says as JSON lines that it watches, and then which window appears ("mapped", with the moment on the steady
-// clock in milliseconds, title, process, place and size), when it has a ground ("ground") and something on it
-// ("content"), looked at each millisecond, and which goes ("unmapped"). On standard input: "close ID"
-// asks that window to close, "picture FILE" writes what the screen shows to a PNG file. Ends with its input.
+// It prints JSON lines: "watching" at the start; "mapped" for a window that appears, with the time on the
+// steady clock in milliseconds, title, process, position and size; "ground" when that window has a background
+// and "content" when something is drawn on it, both checked every millisecond; "unmapped" for a window that
+// disappears. Commands on standard input: "close ID" asks that window to close, and "picture FILE" writes the
+// screen to a PNG file. It exits at the end of its input.
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -39,7 +40,7 @@ double nowMs() {
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
-// A window from its mapping until there is something in it.
+// A window that is mapped and has no content yet.
 struct Empty {
     xcb_window_t window;
     std::uint16_t width;
@@ -48,7 +49,7 @@ struct Empty {
 };
 
 constexpr double longestEmptyMs = 1000;
-constexpr std::uint16_t stripHeight = 64;  // of its upper end, where its first words are
+constexpr std::uint16_t stripHeight = 64;  // the top of the window, where its first text is
 
 class WindowWatch {
 public:
@@ -85,8 +86,8 @@ public:
 
     bool awaitsContent() const { return empty_.has_value(); }
 
-    // What the window that came last shows by now.
-    void lookAtContent() {
+    // Checks the content of the window that was mapped last.
+    void checkContent() {
         const auto asked = xcb_get_image(x_, XCB_IMAGE_FORMAT_Z_PIXMAP, empty_->window, 0, 0, empty_->width,
                                          stripHeight, ~0U);
         const Owned<xcb_get_image_reply_t> answer{xcb_get_image_reply(x_, asked, nullptr)};
@@ -96,7 +97,7 @@ public:
                                std::size_t{empty_->width} * stripHeight);
         const auto is = [first = pixels.front()](std::uint32_t pixel) { return pixel == first; };
         const bool hasContent = !std::ranges::all_of(pixels, is);
-        // Before, it shows what is under it: nothing.
+        // A window without a background shows the black root window.
         if (!empty_->hasGround && (hasContent || (pixels.front() & 0xFF'FF'FF) != 0)) {
             empty_->hasGround = true;
             devkit::say({{"ground", static_cast<qint64>(empty_->window)}, {"at", at}});
@@ -187,9 +188,9 @@ int main() {
     devkit::StandardInput commands;
     pollfd waited[] = {{STDIN_FILENO, POLLIN, 0}, {watch.descriptor(), POLLIN, 0}};
     for (;;) {
-        watch.takeEvents();  // those too that came with an answer
+        watch.takeEvents();  // including events that arrived with a reply
         if (!watch.works() || ::poll(waited, 2, watch.awaitsContent() ? 1 : -1) < 0) return EXIT_FAILURE;
-        if (watch.awaitsContent()) watch.lookAtContent();
+        if (watch.awaitsContent()) watch.checkContent();
         if ((waited[0].revents & (POLLIN | POLLHUP)) == 0) continue;
         if (!commands.read([&](const std::string& line) { watch.obey(line); })) return EXIT_SUCCESS;
     }
