@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# compose.sh TEMPLATE: prints the template with the mark of mark.svg in the place of @MARK@.
+# compose.sh TEMPLATE: prints the template with @MARK@ replaced by the path of mark.svg.
 #
-# The mark is one path in a square of 18 by 18; its colour is the template's business.
+# The path is drawn in a square of 18 by 18. The template sets its colour.
 set -euo pipefail
 folder=$(dirname "$0")
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# dmg.sh APP IMAGE IDENTITY: makes a disk image of the signed tarnik.app, with the way to the Applications folder
-# beside it, and signs that too.
+# dmg.sh APP IMAGE IDENTITY: makes a disk image with the signed tarnik.app and a link to the Applications folder, and
+# signs the image.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=packaging/macos/tools.sh
@@ -11,9 +11,9 @@ image=$2
 identity=$3
 needApp "$app"
 [[ $image == *.dmg ]] || fail "$image doesn't end in .dmg"
-[[ ! -e $image ]] || fail "$image is there already"
+[[ ! -e $image ]] || fail "$image already exists"
 for tool in hdiutil ditto codesign; do need "$tool" "macOS"; done
-codesign --verify --deep --strict "$app" || fail "$app isn't signed; sign.sh does that"
+codesign --verify --deep --strict "$app" || fail "$app isn't signed: run sign.sh"
 options=(--sign "$identity")
 if [[ $identity != - ]]; then
     needIdentity "$identity"

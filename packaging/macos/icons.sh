@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# icons.sh FOLDER: draws the status item's image and the application's icon into the folder, from mark.svg.
+# icons.sh FOLDER: makes the status item's image and the application's icon from mark.svg.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=packaging/macos/tools.sh
@@ -15,11 +15,11 @@ trap 'rm -rf "$work"' EXIT
 # draw SVG PIXELS FILE
 draw() { rsvg-convert --width "$2" --height "$2" --output "$3" "$1"; }
 
-# Black with transparency: the menu bar takes the shape, and a colour of its own.
+# Black with transparency: macOS uses the shape and colours it.
 draw "$here/../icons/mark.svg" 18 "$folder/MenuBarIcon.png"
 draw "$here/../icons/mark.svg" 36 "$folder/MenuBarIcon@2x.png"
 
-# Icons of macOS leave a wide margin: of 1024 points the tile takes 824.
+# Icons of macOS have a wide margin: the tile is 824 of 1024 points wide.
 "$here/../icons/compose.sh" "$here/../icons/tile.svg.in" |
     sed 's/viewBox="0 0 128 128"/viewBox="-10.6 -10.6 149.2 149.2"/' >"$work/tile.svg"
 grep -q 'viewBox="-10.6' "$work/tile.svg" || fail "tile.svg.in isn't drawn in a square of 128"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# notarise.sh FILE PROFILE: has Apple look at a signed tarnik.app or disk image, and attaches the answer to it.
+# notarise.sh FILE PROFILE: submits a signed tarnik.app or disk image to Apple, and attaches the ticket.
 #
-# PROFILE is what `xcrun notarytool store-credentials PROFILE` has put into the keychain. The application goes
-# first, then the image that is made of it.
+# `xcrun notarytool store-credentials PROFILE` stores the profile in the keychain. Notarise the application before you
+# make the image, then the image.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=packaging/macos/tools.sh
@@ -12,13 +12,13 @@ file=$1
 profile=$2
 case $file in
     *.app) needApp "$file" ;;
-    *.dmg) [[ -f $file ]] || fail "$file isn't there; dmg.sh makes it" ;;
+    *.dmg) [[ -f $file ]] || fail "$file doesn't exist: run dmg.sh" ;;
     *) fail "$file is neither an application nor a disk image" ;;
 esac
 for tool in xcrun ditto codesign; do need "$tool" "macOS and Xcode"; done
 signature=$(codesign --display --verbose=2 "$file" 2>&1) || fail "$file isn't signed"
 [[ $signature == *"Authority=Developer ID Application"* ]] ||
-    fail "$file isn't signed with a Developer ID; Apple looks at nothing else"
+    fail "$file isn't signed with a Developer ID, which Apple requires"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -27,11 +27,11 @@ if [[ $file == *.app ]]; then
     sent=$work/tarnik.zip
     ditto -c -k --keepParent "$file" "$sent"
 fi
-# A refusal is no failure to notarytool.
+# notarytool exits with status 0 for a rejected file too.
 said=$(xcrun notarytool submit "$sent" --keychain-profile "$profile" --wait 2>&1 | tee /dev/stderr) ||
     fail "notarytool couldn't submit it; is there a profile '$profile' (xcrun notarytool store-credentials)?"
 if [[ $said != *"status: Accepted"* ]]; then
     id=$(sed -n 's/^ *id: //p' <<<"$said" | head -1)
-    fail "Apple refused it; why: xcrun notarytool log $id --keychain-profile $profile"
+    fail "Apple rejected it; for the reason run: xcrun notarytool log $id --keychain-profile $profile"
 fi
 xcrun stapler staple "$file"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# sign.sh APP IDENTITY: signs everything in tarnik.app, from the inside out, for the hardened runtime.
+# sign.sh APP IDENTITY: signs everything in tarnik.app for the hardened runtime.
 #
-# IDENTITY is a "Developer ID Application" certificate of the keychain. A dash signs for this Mac alone: enough to
-# try the program out, but each such build is another application to the privacy switches.
+# IDENTITY is a "Developer ID Application" certificate in the keychain. A dash makes an ad-hoc signature for this Mac
+# only; the privacy settings of macOS treat each such build as another application.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=packaging/macos/tools.sh
@@ -20,16 +20,16 @@ if [[ $identity != - ]]; then
 fi
 sign() { codesign "${options[@]}" "$@"; }
 
-# A signature covers those of what is inside, so that the outermost comes last.
+# A signature covers the signatures inside, so the outermost is made last.
 contents=$app/Contents
 while IFS= read -r -d '' library; do sign "$library"; done < <(find "$contents" -type f -name '*.dylib' -print0)
 if [[ -e $contents/Frameworks/Sparkle.framework ]]; then
     sparkle=$contents/Frameworks/Sparkle.framework/Versions/Current
     for part in "$sparkle"/XPCServices/*.xpc "$sparkle/Autoupdate" "$sparkle/Updater.app"; do
-        if [[ $part == *'/*.xpc' ]]; then continue; fi  # it can do without them
-        # What is left as Sparkle's own would pass the check below, and not work.
-        [[ -e $part ]] || fail "this Sparkle has no ${part##*/} at $part; it wants another order of signing"
-        # Its downloader brings an entitlement of its own.
+        if [[ $part == *'/*.xpc' ]]; then continue; fi  # the services are optional
+        # A part that keeps Sparkle's own signature passes the check below but doesn't work.
+        [[ -e $part ]] || fail "this Sparkle has no ${part##*/} at $part; sign.sh must be adapted"
+        # The downloader has an entitlement of its own.
         sign --preserve-metadata=entitlements "$part"
     done
 fi

@@ -1,4 +1,4 @@
-# Sourced by the scripts beside it.
+# Functions of the scripts in this folder, which source it.
 # shellcheck shell=bash
 
 fail() {
@@ -6,17 +6,17 @@ fail() {
     exit 1
 }
 
-# need TOOL WHERE: the tool is there, or it is said where it comes from.
+# need TOOL ORIGIN: fails if the tool is missing, and prints what provides it.
 need() {
-    command -v "$1" >/dev/null || fail "$1 isn't here; it comes with $2"
+    command -v "$1" >/dev/null || fail "$1 is missing; it is part of $2"
 }
 
-# needApp FOLDER: it is an application of ours.
+# needApp FOLDER: fails if the folder is not tarnik.app.
 needApp() {
-    [[ $1 == *.app && -x $1/Contents/MacOS/tarnik ]] || fail "$1 is no tarnik.app; bundle.sh makes one"
+    [[ $1 == *.app && -x $1/Contents/MacOS/tarnik ]] || fail "$1 is not tarnik.app: run bundle.sh"
 }
 
-# needIdentity NAME: the keychain has a certificate of that name, with its key.
+# needIdentity NAME: fails if the keychain has no certificate of that name with its key.
 needIdentity() {
     need security "macOS"
     local known

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The scripts of packaging/macos put the bundle together, sign it from the inside out and stop at whatever is
-# missing. The system's tools are stand-ins, which note how they were called.
-# shellcheck disable=SC2016  # what the stand-ins do is theirs to expand
+# Tests that the scripts of packaging/macos make the bundle, sign it from the inside out, and fail if something is missing.
+# The system's tools are stand-ins that log their arguments.
+# shellcheck disable=SC2016  # the stand-ins expand their bodies
 set -euo pipefail
 scripts=$PWD/packaging/macos
 work=$(mktemp -d)
@@ -23,14 +23,14 @@ tool() {
     chmod +x "$tools/$1"
 }
 
-# refuses WORDS COMMAND...: the command fails, and says these words.
+# refuses TEXT COMMAND...: the command must fail and print TEXT.
 refuses() {
-    local words=$1 said
+    local text=$1 output
     shift
-    if said=$("$@" 2>&1); then
-        complain "went on, but should say '$words': $*"
-    elif ! grep -qF -- "$words" <<<"$said"; then
-        complain "said nothing of '$words': $said"
+    if output=$("$@" 2>&1); then
+        complain "succeeded instead of printing '$text': $*"
+    elif ! grep -qF -- "$text" <<<"$output"; then
+        complain "didn't print '$text' but: $output"
     fi
 }
 
@@ -44,8 +44,8 @@ touch "$sparkle/B/Autoupdate"
 ln -s B "$sparkle/Current"
 PATH=$tools
 
-# Everything that is missing is named.
-refuses "is no build folder" "$scripts/bundle.sh" "$work" "$app"
+# The message names each missing part.
+refuses "is not a build folder" "$scripts/bundle.sh" "$work" "$app"
 echo 'TARNIK_DEV_BUILD:BOOL=ON' >"$build/CMakeCache.txt"
 refuses "development build" "$scripts/bundle.sh" "$build" "$app"
 echo 'TARNIK_DEV_BUILD:BOOL=OFF' >"$build/CMakeCache.txt"
@@ -74,7 +74,7 @@ tool codesign 'echo "Authority=${AUTHORITY-Developer ID Application: Ada}"'
 tool hdiutil ': >"${@: -1}"'
 tool xcrun '[[ $1 != notarytool ]] || printf "  id: 77\n  status: %s\n" "${STATUS-Accepted}"'
 
-# What another Mac doesn't have stops it.
+# Code that doesn't run on other Macs is refused.
 echo /usr/lib/libSystem.B.dylib >"$work/needs"
 echo 14.2 >"$work/minos"
 refuses "libqcocoa.dylib needs macOS 14.2" "$scripts/bundle.sh" "$build" "$app"
@@ -85,14 +85,14 @@ refuses "libqcocoa.dylib needs /opt/x/lib/libb.dylib" "$scripts/bundle.sh" "$bui
 rm -r "$app"
 
 echo @rpath/libb.dylib >"$work/needs"
-"$scripts/bundle.sh" "$build" "$app" >/dev/null || complain "the bundle isn't put together"
+"$scripts/bundle.sh" "$build" "$app" >/dev/null || complain "the bundle isn't made"
 for file in MacOS/tarnik Info.plist Resources/cua-driver Resources/tarnik.icns Resources/MenuBarIcon.png \
     Resources/MenuBarIcon@2x.png Frameworks/libcrypto.3.dylib Frameworks/Sparkle.framework/Versions/B/Autoupdate; do
     [[ -f $app/Contents/$file ]] || complain "$file isn't in the bundle"
 done
-[[ -x $app/Contents/Resources/cua-driver ]] || complain "the driver can't be run"
-grep -q "install_name_tool -delete_rpath /opt/x/lib" "$LOG" || complain "the build machine's folder stays known"
-refuses "is there already" "$scripts/bundle.sh" "$build" "$app"
+[[ -x $app/Contents/Resources/cua-driver ]] || complain "the driver isn't executable"
+grep -q "install_name_tool -delete_rpath /opt/x/lib" "$LOG" || complain "the build machine's folder is still in the program"
+refuses "already exists" "$scripts/bundle.sh" "$build" "$app"
 
 : >"$LOG"
 refuses "has no signing identity 'Nobody'" "$scripts/sign.sh" "$app" Nobody
@@ -109,20 +109,20 @@ expected='/Contents/PlugIns/libqcocoa.dylib /Contents/Frameworks/libcrypto.3.dyl
 '
 libraries=$(head -2 <<<"$signed" | sort -r | tr '\n' ' ')
 [[ "${libraries% }"$'\n'"$(tail -n +3 <<<"$signed")"$'\n' == "$expected" ]] || complain "signed in this order: $signed"
-[[ $(grep -c -- '--options runtime --timestamp' "$LOG") == 8 ]] || complain "not all is for the hardened runtime"
-"$scripts/sign.sh" "$app" - >/dev/null || complain "no signature for this Mac alone"
+[[ $(grep -c -- '--options runtime --timestamp' "$LOG") == 8 ]] || complain "not all signatures are for the hardened runtime"
+"$scripts/sign.sh" "$app" - >/dev/null || complain "ad-hoc signing failed"
 rm -r "$app/Contents/Frameworks/Sparkle.framework/Versions/B/XPCServices"
 "$scripts/sign.sh" "$app" - >/dev/null || complain "Sparkle without services isn't signed"
 rm "$app/Contents/Frameworks/Sparkle.framework/Versions/B/Autoupdate"
 refuses "this Sparkle has no Autoupdate" "$scripts/sign.sh" "$app" -
 
 "$scripts/dmg.sh" "$app" "$work/out/tarnik.dmg" - >/dev/null || complain "no disk image"
-refuses "is there already" "$scripts/dmg.sh" "$app" "$work/out/tarnik.dmg" -
+refuses "already exists" "$scripts/dmg.sh" "$app" "$work/out/tarnik.dmg" -
 : >"$LOG"
 AUTHORITY=none refuses "Developer ID" "$scripts/notarise.sh" "$work/out/tarnik.dmg" profile
 STATUS=Invalid refuses "notarytool log 77" "$scripts/notarise.sh" "$app" profile
-! grep -q staple "$LOG" || complain "attached an answer that wasn't given"
+! grep -q staple "$LOG" || complain "attached a ticket without approval"
 "$scripts/notarise.sh" "$work/out/tarnik.dmg" profile >/dev/null 2>&1 || complain "an accepted image fails"
-grep -q "xcrun stapler staple $work/out/tarnik.dmg" "$LOG" || complain "the answer isn't attached"
+grep -q "xcrun stapler staple $work/out/tarnik.dmg" "$LOG" || complain "the ticket isn't attached"
 
 exit $((failures > 0))
