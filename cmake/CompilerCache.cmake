@@ -1,5 +1,5 @@
-# Compiles through ccache where it is installed. Precompiled headers are cached only with this
-# sloppiness; it stands in the command itself, so that a build started by hand hits the cache too.
+# Compiles with ccache if it is installed. ccache needs this sloppiness to cache precompiled headers. The command sets it,
+# so that it applies to builds without ./dev too.
 find_program(TARNIK_CCACHE ccache)
 if(TARNIK_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER

@@ -1,7 +1,7 @@
 # tarnik_core_library(<folder> [LINKS <folder>...])
 #
-# Makes core/<folder> the static library tarnik_<folder>. LINKS names the floors below that it may
-# use; including anything else doesn't link. A folder without sources gives a library of headers.
+# Makes core/<folder> the static library tarnik_<folder>. LINKS names the folders of lower layers that it may use; code
+# that uses another folder doesn't link. A folder without sources becomes a header-only library.
 function(tarnik_core_library folder)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS")
   set(name tarnik_${folder})
@@ -19,8 +19,8 @@ function(tarnik_core_library folder)
   target_precompile_headers(${name} PRIVATE ${TARNIK_STANDARD_HEADERS})
 endfunction()
 
-# tarnik_quick_sources(<file>...): releases are compiled for size, since what the program costs all day is memory.
-# These would be many times slower, and are compiled for speed; on their own, as precompiled headers know one of the two.
+# tarnik_quick_sources(<file>...): compiles these sources for speed. The rest of a release is compiled for size, which
+# would make these many times slower. Precompiled headers fit one optimisation level only and are skipped.
 function(tarnik_quick_sources)
   set_source_files_properties(${ARGN} PROPERTIES
     COMPILE_OPTIONS $<$<CONFIG:Release>:-O2> SKIP_PRECOMPILE_HEADERS ON)

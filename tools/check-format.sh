@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Every C++ file is laid out as .clang-format says.
+# Checks that every C++ file is formatted as .clang-format defines.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/sources.sh | xargs clang-format-19 --dry-run --Werror

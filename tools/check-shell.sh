@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Every shell script is free of what shellcheck finds, and whoever checks it out can start it.
+# Runs shellcheck over all shell scripts, and checks that they are executable.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 shopt -s nullglob
@@ -7,7 +7,7 @@ scripts=(dev .ci/run tools/*.sh tests/scripts/*.sh packaging/*/*.sh)
 shellcheck --external-sources "${scripts[@]}"
 for script in "${scripts[@]}"; do
     if [[ $(head -c 2 "$script") == '#!' && ! -x $script ]]; then
-        echo "$script can't be executed"
+        echo "$script is not executable"
         exit 1
     fi
 done

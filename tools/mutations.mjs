@@ -1,7 +1,7 @@
-// Finds the small changes of a C++ source that a test should notice. Works on the text, after comments and literals
-// have been blanked out; relies on the layout that clang-format gives: binary operators stand between spaces.
+// Finds the small changes of a C++ source that a test should detect. It works on the text, with comments and literals
+// blanked out, and relies on clang-format's layout: binary operators have spaces around them.
 
-// Comments, preprocessor lines and the content of literals become spaces; every other character keeps its place.
+// Replaces comments, preprocessor lines and the content of literals with spaces. All other characters keep their position.
 export function maskSource(text) {
     const parts = new RegExp([
         String.raw`//[^\n]*`,
@@ -18,7 +18,7 @@ export function maskSource(text) {
 
 const closing = { '(': ')', '[': ']', '{': '}' };
 
-// Index of the bracket that closes the one at `start`; -1 if there is none.
+// Returns the index of the bracket that closes the one at `start`, or -1.
 function closingBracket(masked, start) {
     const open = [];
     for (let index = start; index < masked.length; ++index) {
@@ -32,7 +32,7 @@ function closingBracket(masked, start) {
     return -1;
 }
 
-// The parts between `from` and `to` that `separator` divides outside brackets, as [start, end].
+// Splits the text between `from` and `to` at separators outside brackets. Returns pairs of [start, end].
 function topLevelParts(masked, from, to, separator) {
     const parts = [];
     let start = from;
@@ -59,7 +59,7 @@ function* changedOperators(masked) {
     const pattern = / (==|!=|<=?|>=?|&&|\|\||[-+*/%&|]|<<|>>|[-+|&]=)(?=[ \n])/g;
     for (const { index, 1: old } of masked.matchAll(pattern)) {
         const textBeside = masked[index - 1] === '"' || /^\s*"/.test(masked.slice(index + 1 + old.length));
-        if (old === '+' && textBeside) continue;  // texts can't be subtracted
+        if (old === '+' && textBeside) continue;  // strings can't be subtracted
         yield { at: index + 1, old, replacement: operators[old] };
     }
     for (const { index, 0: old } of masked.matchAll(/\+\+|--/g)) {
@@ -70,7 +70,7 @@ function* changedOperators(masked) {
     }
 }
 
-// Durations double, so that the change is more than a timer's tolerance; everything else grows by one.
+// Doubles durations, so that the change exceeds a timer's tolerance. Adds one to other numbers.
 function changedNumber(digits, suffix, isDuration) {
     if (/^0x/i.test(digits)) return `0x${(BigInt(digits) + 1n).toString(16)}${suffix}`;
     if (digits.includes('.')) return `${Number(digits) === 0 ? '1.0' : Number(digits) * 2}${suffix}`;
@@ -104,14 +104,14 @@ function* negatedConditions(masked, text) {
         if (declared && match[0].startsWith('while')) continue;
         yield { at, old, replacement: declared ? `${old}; !${declared[1]}` : `!(${old})` };
     }
-    // Simple conditions only: where others begin shows only to a parser.
+    // Only simple conditions: the start of others can't be found without a parser.
     for (const match of masked.matchAll(/(?:(?<![=!<>])= |return |[(,] ?)([!\w][\w.:>*-]*(?:\([\w.:]*\))?) \? /g)) {
         const at = match.index + match[0].length - match[1].length - 3;
         yield { at, old: text.slice(at, at + match[1].length), replacement: `!(${match[1]})` };
     }
 }
 
-// Index of the `;` that ends the statement at `start`; -1 if what begins there is no statement that can go.
+// Returns the index of the `;` that ends the statement at `start`, or -1 if there is no statement that can be deleted.
 function statementEnd(masked, start) {
     let assigned = false;
     for (let index = start; index < masked.length; ++index) {
@@ -129,7 +129,7 @@ function statementEnd(masked, start) {
 }
 
 function* deletedStatements(masked, text) {
-    // Calls and assignments start with an expression that holds no space; declarations have one after the type.
+    // Calls and assignments start with an expression without a space; declarations have a space after the type.
     const expression = /(?<=[;{})]\s*|\belse\s+|\b(?:case [\w:]+|default):\s+)(?:\+\+|--|\*|::)?[A-Za-z_](?:[\w.:]|->|\[[^\]\n]*\]|\(\))*(?=\(| [-+|&]?= |;|\+\+)/g;
     const keyword = /^(if|for|while|switch|return|break|continue|default|static_assert|decltype|noexcept|const|override|requires)\b/;
     for (const { index: at, 0: head } of masked.matchAll(expression)) {
@@ -172,11 +172,11 @@ function* swappedArguments(masked, text) {
     }
 }
 
-// Lines whose change nobody could notice, or that don't run.
+// Lines that don't run, or whose change has no effect.
 const meaningless = /\breserve\(|shrink_to_fit|static_assert|\boperator\b|^\s*(using|template|namespace|friend)\b|[bB]uffer/;
 const written = /^(?:\w+\.)*(log_?|note)\(/;
 
-// Every mutation of a source, in the order of its text: the offset, the line, and the old and the new text there.
+// Returns all mutations of a source in the order of the text: offset, line, old text and new text.
 export function mutationsOf(file, text) {
     const masked = maskSource(text);
     const lines = masked.split('\n');
@@ -195,7 +195,7 @@ export function applyMutation(text, { at, old, replacement }) {
     return text.slice(0, at) + replacement + '\n'.repeat(Math.max(0, lines)) + text.slice(at + old.length);
 }
 
-// The same order for the same seed (mulberry32 and Fisher-Yates).
+// Returns the list in an order that depends only on the seed (mulberry32 and Fisher-Yates).
 export function shuffled(items, seed) {
     let state = seed >>> 0;
     const random = () => {

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# package.sh [-DNAME=VALUE...]: makes the Debian package of the release build, in build/package/.
+# package.sh [-DNAME=VALUE...]: builds the Debian package of the release build in build/package/.
 #
-# The settings of cmake/BundleSettings.cmake go along as -D; none is left over from an earlier run. The same
-# commit, settings, machine and folder give the same package, byte for byte.
+# -D passes the settings of cmake/BundleSettings.cmake; those of an earlier run are removed. The same commit, settings,
+# machine and folder give the same package, byte for byte.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 umask 022
@@ -10,15 +10,15 @@ umask 022
 package=tarnik
 iconSizes=(16 24 32 48 64 128 256)
 out=$PWD/build/package
-work=$out/work  # laid out as Debian's tools expect it
+work=$out/work  # has the layout that Debian's tools expect
 staging=$work/debian/$package
 changelog=packaging/linux/debian/changelog
 
 [[ $(uname) == Linux ]] || {
-    echo "package.sh: a Debian package is made on Debian" >&2
+    echo "package.sh: the package can only be built on Debian" >&2
     exit 1
 }
-# Times in the package are those of the commit; of the release, where there is no repository.
+# Files in the package have the time of the commit, or of the release if there is no repository.
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || dpkg-parsechangelog -l "$changelog" -S Timestamp)
 export SOURCE_DATE_EPOCH
 
@@ -48,7 +48,7 @@ for program in "${programs[@]}"; do
     strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"
 done
 
-# What the programs load only when they need it stands in the control file.
+# The control file lists the libraries that the programs load at run time.
 dpkg-shlibdeps "${programs[@]}"
 dpkg-gencontrol -P"$staging"
 (cd "$staging" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)

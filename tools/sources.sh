@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The C++ files of the tree, one a line: those that git tracks, and new ones that it doesn't ignore.
+# Prints the C++ files of the tree, one per line: tracked files, and new files that git doesn't ignore.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h' | while read -r file; do

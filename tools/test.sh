@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# test.sh PRESET [--repeat N] [NAME]: builds what the tests need, then runs them, or those whose name matches; each N
-# times in a row, if that is said, until one fails.
+# test.sh PRESET [--repeat N] [NAME]: builds the preset and runs its tests, or the tests whose name matches NAME. With
+# --repeat it runs each test N times, or until it fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1
@@ -12,7 +12,7 @@ if [[ ${1-} == --repeat ]]; then
 fi
 if [[ -n ${1-} ]]; then options+=(--tests-regex "$1"); fi
 targets=()
-# Of the program itself, fuzzing takes only the libraries.
+# The fuzz targets need only the program's libraries.
 if [[ $preset == fuzz ]]; then targets=(tarnik_fuzz); fi
 
 tools/build.sh "$preset" ${targets[@]+"${targets[@]}"}

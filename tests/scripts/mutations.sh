@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# tools/mutations.mjs finds what a test should notice, and nothing in comments, texts and declarations.
+# Tests that tools/mutations.mjs finds changes in code, and none in comments, strings and declarations.
 set -euo pipefail
 command -v node >/dev/null || exit 77
 node --input-type=module - <<'SCRIPT'

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The structure check passes a good tree and names the fault in each bad one.
+# Tests that the structure check passes a good tree and reports each fault of a bad one.
 set -euo pipefail
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
@@ -7,7 +7,7 @@ failures=0
 
 check() { node tools/check-structure.mjs "$tree"; }
 
-# refuses FILE TEXT WORDS: FILE holding TEXT must get a line with WORDS. An A in its name gets a number.
+# refuses FILE TEXT MESSAGE: FILE with the content TEXT must get MESSAGE. A file name A is made unique with a number.
 wanted=()
 refuses() {
     local file=${1/\/A./\/A${#wanted[@]}.}
@@ -23,7 +23,7 @@ printf '#include "core/pairing/JoinLink.h"\n#include <sys/stat.h>\nclass HelperN
 printf '#include "core/node/NodeState.h"\n#include "app/platform/linux/Records.h"\n' >"$tree/app/main.cpp"
 printf '#include "app/model/AppModel.h"\n#include <gtest/gtest.h>\n#if 1\n#endif\n' >"$tree/tests/AppModelTest.cpp"
 if ! check; then
-    echo "a good tree did not pass"
+    echo "a good tree failed"
     failures=1
 fi
 
@@ -50,13 +50,13 @@ refuses core/node/A.cpp 'class CommonParts {' 'CommonParts'
 refuses core/node/A.h "#pragma once$(printf '\\n%.0s' {1..120})" 'more than 120'
 refuses core/node/A.cpp "$(printf '\\n%.0s' {1..451})" 'more than 450'
 
-if said=$(check); then
+if output=$(check); then
     echo "a bad tree passed"
     failures=1
 fi
 for pair in "${wanted[@]}"; do
-    if ! grep -F "${pair%%:*}:" <<<"$said" | grep -qF -- "${pair#*:}"; then
-        echo "said nothing of '${pair#*:}' in ${pair%%:*}"
+    if ! grep -F "${pair%%:*}:" <<<"$output" | grep -qF -- "${pair#*:}"; then
+        echo "didn't report '${pair#*:}' in ${pair%%:*}"
         failures=1
     fi
 done

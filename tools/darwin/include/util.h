@@ -1,6 +1,6 @@
 #pragma once
 
-// Pseudo-terminals as Darwin's libutil declares them; the compiler of the Darwin check lacks this header.
+// Pseudo-terminals as Darwin's libutil declares them. The compiler of the Darwin check lacks this header.
 
 #include <sys/ioctl.h>
 #include <sys/types.h>

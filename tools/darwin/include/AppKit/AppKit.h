@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// AppKit is GNUstep's; what that lacks of Apple's is added.
+// Includes GNUstep's AppKit and declares the parts of Apple's that it lacks.
 
 #include_next <AppKit/AppKit.h>
 #import <Foundation/Foundation.h>

@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// What we use of the application services.
+// The declarations for accessibility that this project uses.
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <CoreGraphics/CoreGraphics.h>

@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// What we use of Core Foundation.
+// The declarations of Core Foundation that this project uses.
 
 #include <stdbool.h>
 #include <stddef.h>

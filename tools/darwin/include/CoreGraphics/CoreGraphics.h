@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// What we use of Core Graphics.
+// The declarations of Core Graphics that this project uses.
 
 extern "C" {
 bool CGPreflightScreenCaptureAccess(void);

@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// Foundation is GNUstep's; what that lacks of Apple's is added.
+// Includes GNUstep's Foundation and declares the parts of Apple's that it lacks.
 
 #include <CoreFoundation/CoreFoundation.h>
 #include_next <Foundation/Foundation.h>

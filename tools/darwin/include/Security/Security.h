@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// What we use of code signatures.
+// The declarations for code signatures that this project uses.
 
 #include <CoreFoundation/CoreFoundation.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// What we use of the login items.
+// The declarations for login items that this project uses.
 
 #import <Foundation/Foundation.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// What we use of the update framework.
+// The declarations of the update framework that this project uses.
 
 #import <Foundation/Foundation.h>
 

@@ -1,5 +1,5 @@
 #pragma once
 #pragma clang system_header
 
-// GNUstep declares NSObject in a header of its own; both would be too many.
+// Forwards to GNUstep's declaration of NSObject, so that there is only one.
 #import <Foundation/NSObject.h>

@@ -1,4 +1,4 @@
 #pragma once
 #pragma clang system_header
 
-// Included by GNUstep's headers, which need nothing of it.
+// Empty: GNUstep's headers include it but use no declaration of it.

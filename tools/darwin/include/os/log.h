@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// What we use of the unified log. As there, the format is a literal and its arguments are checked.
+// The declarations of the unified log that this project uses. The format is a literal, and its arguments are checked.
 
 extern "C" {
 typedef struct os_log_s* os_log_t;

@@ -1,7 +1,7 @@
 #pragma once
 #pragma clang system_header
 
-// Extended attributes as Darwin has them, with one argument more than Linux.
+// Extended attributes of Darwin, whose functions have one more argument than those of Linux.
 
 #include <sys/types.h>
 
