@@ -1,7 +1,8 @@
 #pragma once
 #pragma clang system_header
 
-// The declarations of the unified log that this project uses. The format is a literal, and its arguments are checked.
+// The declarations of the unified log that this project uses. The format is a literal, and its arguments are
+// checked.
 
 extern "C" {
 typedef struct os_log_s* os_log_t;
