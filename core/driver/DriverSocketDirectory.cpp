@@ -187,6 +187,7 @@ bool endDriver(const DriverSocketDirectory& directory, const std::string& expect
         const auto runs = processes.executablePath(*pid);
         return runs && !expectedExecutable.empty() && ProcessInspection::samePath(*runs, expectedExecutable);
     };
+    // On Linux an unreaped process has no executable path, so its folder stays for the next start.
     if (!runsDriver()) return false;
     const auto perform = [&](StopAction action) {
         // By the second step the pid may belong to another process.
