@@ -4,48 +4,42 @@
 #include <utility>
 
 #include "app/NodeHomeOwner.h"
-#include "app/model/WindowTexts.h"
-#include "core/pairing/JoinLink.h"
+#include "app/texts/LinkTexts.h"
 
 namespace tarnik {
 
 AppDelegate::AppDelegate(AppDelegateDeps deps, std::shared_ptr<AppModel> model)
     : deps_(std::move(deps)),
       model_(std::move(model)),
-      feed_(model_, deps_.mainThread, [this](const AppState& state) { askAgain(state); }) {}
+      feed_(model_, deps_.mainThread, [this](const AppState& state) { stateChanged(state); }) {}
 
-AppDelegate::~AppDelegate() {
-    *self_ = nullptr;
-}
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::willFinishLaunching() {
-    deps_.events.onLink([self = self_](const std::string& link) {
-        if (*self) (*self)->handleURL(link);
-    });
+    deps_.events.onLink(guard_.wrap([this](const std::string& link) { handleURL(link); }));
 }
 
 void AppDelegate::didFinishLaunching() {
-    deps_.relocateIfNeeded([self = self_](const RelocationOutcome& outcome) {
-        if (*self) (*self)->relocated(outcome);
-    });
+    deps_.relocateIfNeeded(guard_.wrap([this](const RelocationOutcome& outcome) { relocated(outcome); }));
 }
 
 void AppDelegate::relocated(const RelocationOutcome& outcome) {
     if (quitting_) return;
     if (std::holds_alternative<RelocationOutcomes::Moving>(outcome)) {
-        if (pendingLink_) deps_.handLinkOn(*pendingLink_);
+        if (pendingLink_) deps_.handLinkOn(pendingLink_->link);
         return quit();
     }
     const auto* said = std::get_if<RelocationOutcomes::StayWithMessage>(&outcome);
     const auto message = said ? std::optional(*said) : std::nullopt;
-    deps_.takeNodeHome([self = self_, message](const std::optional<std::string>& inUse) {
-        if (!*self || (*self)->quitting_) return;
-        if (inUse) return (*self)->refuse(*inUse);
-        (*self)->launch(message);
-    });
+    deps_.takeNodeHome(guard_.wrap([this, message](const std::optional<std::string>& inUse) {
+        if (quitting_) return;
+        if (inUse) return refuse(*inUse);
+        launch(message);
+    }));
 }
 
-// From now on a later start is refused, too: it finds out by itself what is wrong.
+// Stopping the model makes this copy refuse later starts. Each of them then finds out what is wrong by
+// itself.
 void AppDelegate::refuse(const std::string& why) {
     quitting_ = true;
     model_->stop([why, shown = deps_.presentation] {
@@ -59,27 +53,17 @@ void AppDelegate::launch(const std::optional<RelocationOutcomes::StayWithMessage
     deps_.presentation.makeStatusItem(
         MenuContent::with(updater_->isAvailable() ? UpdateCheck::available : UpdateCheck::unavailable));
     const auto handed = deps_.takeHandedLink();
-    model_->start([self = self_] {
-        if (*self) (*self)->modelStarted();
-    });
-    if (!model_->hasStarted()) model_->refreshSwitches();  // they are shown all the same
-    updater_->setSampleSource([weak = std::weak_ptr(model_)](std::function<void(ActivitySample)> done) {
-        if (const auto model = weak.lock()) model->activitySample(std::move(done));
-    });
-    if (handed && !linkCame_) handleURL(*handed);
+    const bool hasNewerLink = pendingLink_.has_value();
+    model_->start(guard_.wrap([this] { modelStarted(); }));
+    if (!model_->hasStarted()) model_->refreshSwitches();  // the window shows them even without a home
+    updater_->setSampleSource(
+        [this](std::function<void(ActivitySample)> done) { model_->activitySample(std::move(done)); });
+    if (handed && !hasNewerLink) handleURL(*handed);
     if (!windowOpen_ && (deps_.showsWindow || model_->state().needsAttention())) showWindow("open");
     if (message) deps_.presentation.showAlert(message->title, message->body);
-    deps_.events.onSecondOpen([self = self_] {
-        if (*self) (*self)->showWindow("secondOpen");
-    });
-    if (deps_.events.onReopen) {
-        deps_.events.onReopen([self = self_] {
-            if (*self) (*self)->reopen();
-        });
-    }
-    deps_.events.onBecameActive([weak = std::weak_ptr(model_)] {
-        if (const auto model = weak.lock()) model->refreshSwitches();
-    });
+    deps_.events.onSecondOpen(guard_.wrap([this] { showWindow("secondOpen"); }));
+    if (deps_.events.onReopen) deps_.events.onReopen(guard_.wrap([this] { reopen(); }));
+    deps_.events.onBecameActive(guard_.wrap([this] { model_->refreshSwitches(); }));
 }
 
 void AppDelegate::modelStarted() {
@@ -89,14 +73,15 @@ void AppDelegate::modelStarted() {
     if (deps_.takesLinks) deps_.takesLinks();
 }
 
-// At launch nobody knows yet whether the helper can be set up, and what it waits for.
-void AppDelegate::askAgain(const AppState& state) {
+// Checks again whether the user has to act, because launch() runs before the setup has ended and before the
+// supervisor has reported.
+void AppDelegate::stateChanged(const AppState& state) {
     const bool setupEnded = !std::holds_alternative<Setups::Installing>(state.setup);
     const bool nodeReported = !std::holds_alternative<NodeStates::Stopped>(state.node);
-    const bool asks = (setupEnded && !askedAfterSetup_) || (nodeReported && !askedAfterReport_);
-    askedAfterSetup_ |= setupEnded;
-    askedAfterReport_ |= nodeReported;
-    if (asks && !windowOpen_ && !quitting_ && state.needsAttention()) showWindow("open");
+    const bool isNew = (setupEnded && !checked_.afterSetup) || (nodeReported && !checked_.afterNodeReport);
+    checked_.afterSetup |= setupEnded;
+    checked_.afterNodeReport |= nodeReported;
+    if (isNew && !windowOpen_ && !quitting_ && state.needsAttention()) showWindow("open");
 }
 
 void AppDelegate::checkForUpdates() {
@@ -111,28 +96,29 @@ void AppDelegate::quit() {
 
 void AppDelegate::windowClosed() {
     windowOpen_ = false;
-    model_->pairingFinished();  // if it is over, how it ended was seen
-    model_->dismissLinkMessage();
+    model_->pairing().dismissOutcome();
+    model_->pairing().dismissMessage();
 }
 
 void AppDelegate::handleURL(const std::string& link) {
-    if (quitting_ || !JoinLink::code(link, model_->webOrigin())) return;
-    linkCame_ = true;
+    const auto code = JoinLink::code(link, model_->webOrigin());
+    if (quitting_ || !code) return;
     if (modelStarted_) {
-        connect(link);
+        connect(*code);
     } else {
-        pendingLink_ = link;
+        pendingLink_ = code;
     }
     showWindow("open");
 }
 
-// The model forgets a link that it refuses; one that comes too early is good again in a moment.
-void AppDelegate::connect(const std::string& link) {
-    model_->connect(link, AppModel::Replacing::no);
-    if (model_->state().linkMessage == WindowTexts::stillInstalling) deps_.presentation.fillLinkField(link);
+// The model drops a link that it refuses. A link that is only too early is kept in the link field.
+void AppDelegate::connect(const JoinCode& code) {
+    model_->pairing().connect(code, LinkPairing::Replacing::no);
+    if (model_->state().linkMessage == LinkTexts::stillInstalling)
+        deps_.presentation.fillLinkField(code.link);
 }
 
-// While quitting too: it then shows how that goes on.
+// Also works while quitting: the window then shows the progress of that.
 void AppDelegate::showWindow(const std::string& reason) {
     windowOpen_ = true;
     deps_.recordWindow(reason);

@@ -4,7 +4,7 @@
 #include <functional>
 #include <map>
 
-#include "app/model/BuildKind.h"
+#include "app/bundle/BuildKind.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/relocation/Relocation.h"
 
@@ -42,13 +42,13 @@ const std::map<std::string, Flag>& flags() {
         {"--at-login", [](CommandLine& line) { line.atLogin = true; }},
         {"--dark", [](CommandLine& line) { line.dark = true; }},
         {"--driver-output", [](CommandLine& line) { line.driverOutput = true; }},
-        // Read by the relocator, from the arguments that the system noted.
+        // The relocator reads this one from the arguments that the system recorded.
         {std::string(Relocation::relaunchArgument), [](CommandLine&) {}},
     };
     return known;
 }
 
-// What to do with the value after an option; the error names what is wrong with it.
+// Stores the value of an option. Returns an error, or an empty text.
 using Take = std::function<std::string(CommandLine&, const std::string&)>;
 
 Take keep(std::optional<std::string> CommandLine::* field) {
@@ -96,32 +96,6 @@ std::map<std::string, Take> options(CommandLine::Build build) {
 
 CommandLine::Build CommandLine::thisBuild() {
     return isDevelopmentBuild() ? Build::development : Build::release;
-}
-
-std::string CommandLine::usage(Build build) {
-    std::string text =
-        "usage: tarnik [OPTION...] [LINK]\n"
-        "       tarnik --console [OPTION...] [LINK]\n"
-        "\n"
-        "  LINK                       pair with this link; a copy that runs already is given it\n"
-        "  --console                  run the whole machine in this terminal, without a window\n"
-        "  --link LINK                the same as LINK\n"
-        "  --node-home DIR            keep the helper in DIR instead of ~/.tarnik/node\n"
-        "  --connected-after SECONDS  how long a pairing must last to count as connected (15)\n"
-        "  --at-login                 the system starts it; the window comes only if it is needed\n"
-        "  --list-screens             name every state of the window\n"
-        "  --show-screen NAME         show that state, without doing anything; --dark in dark colours\n"
-        "  --write-screens DIR        write a picture of each into DIR\n"
-        "  --switches on|off          console: how the two simulated privacy switches stand (off)\n"
-        "  --driver-output            console: show what the desktop driver prints\n";
-    if (build == Build::development) {
-        text +=
-            "  --bundle DIR               take the settings and the driver from this bundle folder\n"
-            "  --keep-awake PATH          what the helper runs to hold the machine awake\n";
-    }
-    return text +
-           "  --version                  show the version and end\n"
-           "  --help                     show this and end\n";
 }
 
 std::expected<CommandLine, std::string> CommandLine::parse(const std::vector<std::string>& words,

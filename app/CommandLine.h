@@ -9,9 +9,9 @@
 
 namespace tarnik {
 
-// What the command line asks for.
+// The parsed command line.
 struct CommandLine {
-    // Builds for development take settings from elsewhere than their own bundle.
+    // Only development builds accept options that replace settings of the bundle.
     enum class Build { development, release };
     static Build thisBuild();
 
@@ -24,18 +24,16 @@ struct CommandLine {
     Seconds connectedAfter = Seconds(15);
     std::optional<std::string> keepAwake;  // a stand-in for the keep-awake program; development builds only
 
-    // Of the window.
-    bool atLogin = false;  // started by the system when the person logged in
-    std::string screen;    // to show; the folder to write them to
-    bool dark = false;     // the colours of the screen that is shown
+    // For the window.
+    bool atLogin = false;  // the system started the program at login
+    std::string screen;    // the screen to show, or the folder for all pictures
+    bool dark = false;     // shows the screen in dark colours
 
-    // Of the console.
-    bool switchesOn = false;    // both simulated switches, at the start
-    bool driverOutput = false;  // show what the driver prints
+    // For the console.
+    bool switchesOn = false;    // initial state of both simulated switches
+    bool driverOutput = false;  // shows the driver's output
 
-    static std::string usage(Build build);
-
-    // Takes the words after the program's name; the error is one line naming what is wrong.
+    // Parses the arguments after the program's name. The error is one line that names the faulty argument.
     static std::expected<CommandLine, std::string> parse(const std::vector<std::string>& words, Build build);
 
     bool operator==(const CommandLine&) const = default;

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "app/texts/ProgramTexts.h"
 #include "core/foundation/PrivateFolder.h"
 #include "core/foundation/TarnikIdentity.h"
 
@@ -19,12 +20,9 @@ constexpr std::size_t longestNote = 64;
 constexpr std::string_view consoleWord = " console\n";
 constexpr std::string_view windowWord = " window\n";
 
-// The process that has a node home, as it noted itself: "1234 console".
-struct Owner {
-    pid_t pid;
-    NodeHomeOwner::Face face;
-};
+using Owner = NodeHomeOwner::Owner;
 
+// Parses "1234 console".
 std::optional<Owner> parseOwner(std::string_view note) {
     Owner owner{};
     const auto [end, error] = std::from_chars(note.data(), note.data() + note.size(), owner.pid);
@@ -35,7 +33,7 @@ std::optional<Owner> parseOwner(std::string_view note) {
     return owner;
 }
 
-// Notes of different homes stand beside each other. A link to a home is that home.
+// Returns a name per home. stat() follows links, so a link to a home has the name of that home.
 std::optional<std::string> noteName(const NodeHome& home) {
     struct stat found{};
     if (::stat(home.path.c_str(), &found) != 0) return std::nullopt;
@@ -59,20 +57,20 @@ NodeHomeOwner::~NodeHomeOwner() {
 }
 
 void NodeHomeOwner::take(Done done) {
-    if (!home_ || settled()) return done(std::nullopt);
-    triesLeft_ = static_cast<int>(patience / retryInterval);
-    retry_ = deps_.mainThread.repeat(retryInterval, [this, done = std::move(done)] { tryAgain(done); });
+    if (!home_ || acquire()) return done(std::nullopt);
+    triesLeft_ = static_cast<int>(lockTimeout / retryInterval);
+    retryTimer_ = deps_.mainThread.repeat(retryInterval, [this, done = std::move(done)] { retry(done); });
 }
 
-void NodeHomeOwner::tryAgain(const Done& done) {
-    const bool ours = settled();
+void NodeHomeOwner::retry(const Done& done) {
+    const bool ours = acquire();
     if (!ours && --triesLeft_ > 0) return;
-    const auto answer = done;  // the timer holds the other one
-    retry_.reset();
+    const auto answer = done;  // the timer owns `done`
+    retryTimer_.reset();
     answer(ours ? std::nullopt : std::optional(inUse()));
 }
 
-bool NodeHomeOwner::settled() {
+bool NodeHomeOwner::acquire() {
     auto taken = deps_.lock(*home_);
     if (taken) {
         lock_ = std::move(*taken);
@@ -92,18 +90,14 @@ void NodeHomeOwner::noteOwner() const {
     if (folder && name) folder->replace(*name, std::to_string(::getpid()) + std::string(word));
 }
 
-// The note may be older than the lock, or be missing: it only adds to the sentence.
+// The note may be older than the lock, or be missing, so it only adds details to the sentence.
 std::string NodeHomeOwner::inUse() const {
     const auto folder = notesFolder(deps_.applicationSupport);
     const auto name = noteName(*home_);
     const auto note = folder && name ? folder->read(*name, longestNote) : std::nullopt;
-    const auto owner = note ? parseOwner(*note) : std::nullopt;
-    const std::string uses = " uses the node folder " + home_->path + ": ";
-    if (!owner || ::kill(owner->pid, 0) != 0) return "Another tarnik" + uses + "quit that one first.";
-    const std::string process = "Another tarnik (process " + std::to_string(owner->pid);
-    return owner->face == Face::console
-               ? process + ", in a terminal)" + uses + "type quit there first."
-               : process + ", with a window)" + uses + "use that one, or quit it first.";
+    auto owner = note ? parseOwner(*note) : std::nullopt;
+    if (owner && ::kill(owner->pid, 0) != 0) owner.reset();
+    return ProgramTexts::nodeHomeInUse(home_->path, owner);
 }
 
 }  // namespace tarnik

@@ -6,54 +6,62 @@
 #include <optional>
 #include <string>
 
+#include <sys/types.h>
+
 #include "app/platform/MainThread.h"
 #include "app/platform/SystemLog.h"
 #include "core/node/NodeHomeLock.h"
 
 namespace tarnik {
 
-// Keeps the node home to this program: a second one, in whatever face and on whatever session bus, would end
-// this one's driver and run a second helper on the same account.
+// Locks the node home for this program. A second program on the same home would end the driver of the first
+// one and run a second helper on the same account.
 //
-// Owned by main(), one per run; kept until everything that uses the home has stopped. Main thread.
+// Owned by Application, one per run; destroyed after everything that uses the home. Main thread.
 class NodeHomeOwner {
 public:
-    static constexpr int inUseStatus = 5;  // exit status of a program that found the node home in use
-    static constexpr Seconds patience = Seconds(3);  // for another program that is about to end
+    static constexpr int inUseStatus = 5;               // exit status of a program that finds the home locked
+    static constexpr Seconds lockTimeout = Seconds(3);  // for another program that is about to end
 
     enum class Face { window, console };
+
+    // The process that has locked a home, as it noted itself.
+    struct Owner {
+        pid_t pid = 0;
+        Face face = Face::window;
+    };
 
     struct Deps {
         MainThread mainThread;
         SystemLog log;
-        std::string applicationSupport;  // for the note that says who has the node home
+        std::string applicationSupport;  // contains the note with the owner
         Face face = Face::window;
         std::function<std::expected<NodeHomeLock, NodeHomeLock::Failure>(const NodeHome&)> lock =
             &NodeHomeLock::take;
     };
 
-    // Without a home there is nothing to keep.
+    // Without a home there is nothing to lock.
     NodeHomeOwner(std::optional<NodeHome> home, Deps deps);
     ~NodeHomeOwner();
     NodeHomeOwner(const NodeHomeOwner&) = delete;
     NodeHomeOwner& operator=(const NodeHomeOwner&) = delete;
 
-    // Calls `done` once the home is ours, or with a sentence for the person if another program keeps it.
-    // Where no lock can be had it is taken for ours. At once if it can be told at once. Once.
+    // Calls `done` once: with std::nullopt when the home is locked or can't be locked at all, or with a
+    // sentence for the user if another program keeps the lock for lockTimeout. May call it before it returns.
     void take(std::function<void(const std::optional<std::string>& inUse)> done);
 
 private:
     using Done = std::function<void(const std::optional<std::string>&)>;
 
-    bool settled();  // the home is ours, or can't be locked
-    void tryAgain(const Done& done);
+    bool acquire();  // returns false if another program holds the lock
+    void retry(const Done& done);
     void noteOwner() const;
     std::string inUse() const;
 
     const std::optional<NodeHome> home_;
     const Deps deps_;
     std::optional<NodeHomeLock> lock_;
-    std::optional<RepeatingTimer> retry_;
+    std::optional<RepeatingTimer> retryTimer_;
     int triesLeft_ = 0;
 };
 

@@ -5,8 +5,7 @@
 
 #include <unistd.h>
 
-#include "app/OwnBundle.h"
-#include "app/model/PlainSentence.h"
+#include "app/texts/FailureTexts.h"
 #include "core/driver/BundledDriver.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
@@ -36,15 +35,14 @@ void makeApplicationSupport(const std::string& folder) {
     }
 }
 
-Machine machineOf(Environment inherited, std::string userFolder, const ProgramLocation& place) {
+HostEnvironment hostOf(Environment inherited, std::string userFolder, const ProgramLocation& place) {
     makeApplicationSupport(place.folders.applicationSupport);
     return {.userFolder = std::move(userFolder),
             .applicationSupport = place.folders.applicationSupport,
             .nodeLog = place.folders.logs + "/" + std::string(TarnikIdentity::appName) + "/node.log",
             .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
             .inherited = std::move(inherited),
-            .settings =
-                place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::fromPropertyList({}),
+            .settings = place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::defaults(),
             .platform = std::string(NodeRelease::hostPlatform)};
 }
 
@@ -75,8 +73,8 @@ int runProgram(const CommandLine& line, const char* name, const ProgramFace& fac
     const ProgramLocation place{.executable = executable,
                                 .bundle = line.bundle ? line.bundle : bundleOf(executable),
                                 .folders = SystemFolders::of(environment, userFolder)};
-    auto machine = machineOf(std::move(environment), std::move(userFolder), place);
-    return face(line, std::move(machine), place);
+    auto host = hostOf(std::move(environment), std::move(userFolder), place);
+    return face(line, std::move(host), place);
 }
 
 }  // namespace tarnik

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "app/CommandLine.h"
-#include "app/model/Machine.h"
+#include "app/model/HostEnvironment.h"
 #include "app/platform/SystemFolders.h"
 
 namespace tarnik {
@@ -19,7 +19,7 @@ struct ProgramLocation {
 
 // Runs the window or the console until the program ends. Returns the exit status.
 using ProgramFace =
-    std::function<int(const CommandLine& line, Machine machine, const ProgramLocation& place)>;
+    std::function<int(const CommandLine& line, HostEnvironment host, const ProgramLocation& place)>;
 
 // Prints the program's name and the message as one line on standard error.
 void printError(const std::string& what);

@@ -8,10 +8,11 @@
 #include "app/CommandLine.h"
 #include "app/ProcessSetup.h"
 #include "app/ProgramStart.h"
-#include "app/ProgramVersion.h"
+#include "app/bundle/BuildKind.h"
 #include "app/console/ConsoleProgram.h"
+#include "app/desktop/DesktopProgram.h"
 #include "app/model/SampleScreens.h"
-#include "app/views/DesktopProgram.h"
+#include "app/texts/ProgramTexts.h"
 #include "core/driver/ProcessInspection.h"
 
 namespace tarnik {
@@ -22,8 +23,8 @@ int listScreens() {
     return EXIT_SUCCESS;
 }
 
-// The console runs for weeks on machines without a display, and the toolkit would be held in memory for
-// nothing. Where the program that does without isn't beside this one, this one serves.
+// Replaces this process with tarnik-console, which maps no toolkit: the console may run for weeks on a
+// machine without a display. Returns if tarnik-console is not installed beside this program.
 void becomeConsole(char** argv) {
     if (const auto executable = ProcessInspection::executablePath(::getpid()))
         ::execv((*executable + "-console").c_str(), argv);
@@ -35,7 +36,7 @@ int run(char** argv, const std::vector<std::string>& words) {
     const auto line = CommandLine::parse(words, build);
     if (!line) return refuseStart(line.error());
     switch (line->task) {
-        case Task::showHelp: std::fputs(CommandLine::usage(build).c_str(), stdout); return EXIT_SUCCESS;
+        case Task::showHelp: std::fputs(ProgramTexts::usage(build).c_str(), stdout); return EXIT_SUCCESS;
         case Task::showVersion:
             std::puts(("tarnik " + std::string(programVersion())).c_str());
             return EXIT_SUCCESS;
@@ -44,8 +45,8 @@ int run(char** argv, const std::vector<std::string>& words) {
         case Task::writeScreens: return runScreens(*line, argv[0]);
         case Task::openWindow:
             return runProgram(*line, argv[0],
-                              [name = argv[0]](const auto& asked, Machine machine, const auto& place) {
-                                  return runDesktop(asked, std::move(machine), place, name);
+                              [name = argv[0]](const auto& asked, HostEnvironment host, const auto& place) {
+                                  return runDesktop(asked, std::move(host), place, name);
                               });
         case Task::runConsole: becomeConsole(argv); return runProgram(*line, argv[0], runConsole);
     }

@@ -83,7 +83,7 @@ sed -n '/^set(TARNIK_STANDARD_HEADERS/,/)/p' cmake/CompileOptions.cmake | grep -
     sed 's/^/#include /' | keep "$folder/plain.cpp"
 {
     cat "$folder/plain.cpp"
-    grep -rhoE '^#include <Q[A-Za-z]+>' app/views app/platform/macos | sort -u
+    grep -rhoE '^#include <Q[A-Za-z]+>' app/views app/desktop app/platform/macos | sort -u
 } | keep "$folder/drawn.cpp"
 {
     cat "$folder/plain.cpp"
@@ -120,11 +120,11 @@ NINJA
             more=$(definition TARNIK_HOST_PLATFORM "$platform")
             kind=plain
             case $source in
-                app/views/* | app/platform/macos/* | app/main.cpp) kind=drawn more+=" $qtIncludes" ;;
+                app/views/* | app/desktop/* | app/platform/macos/* | app/main.cpp) kind=drawn more+=" $qtIncludes" ;;
             esac
             case $source in
                 app/views/SymbolIcon.cpp) more+=" $(definition TARNIK_MARK_PATH "M 0 0")" ;;
-                app/ProgramVersion.cpp) more+=" $(definition TARNIK_VERSION 0.0.0)" ;;
+                app/bundle/BuildKind.cpp) more+=" $(definition TARNIK_VERSION 0.0.0)" ;;
             esac
             if [[ $source == *.mm ]]; then
                 echo "build $object: compile $source"

@@ -75,8 +75,8 @@ function whyNotInclude(file, name, quoted) {
             : 'is third-party, and belongs in one source of core/foundation/';
     }
     if (area === 'app') {
-        const drawn = /^app\/(views|platform)\/|^app\/main\.cpp$/.test(file);
-        return toolkitHeader.test(name) && !drawn ? 'is of the toolkit, outside app/views/ and app/platform/' : undefined;
+        const drawn = /^app\/(views|desktop|platform)\/|^app\/main\.cpp$/.test(file);
+        return toolkitHeader.test(name) && !drawn ? 'is of the toolkit, outside app/views/, app/desktop/ and app/platform/' : undefined;
     }
     return standardHeader.test(name) || systemHeader.test(name) ? undefined : 'is neither standard nor of the system';
 }

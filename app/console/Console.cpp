@@ -7,7 +7,8 @@
 
 #include "app/ProgramStart.h"
 #include "app/console/WindowText.h"
-#include "app/model/PlainSentence.h"
+#include "app/texts/ConsoleTexts.h"
+#include "app/texts/FailureTexts.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/node/NodeInstaller.h"
 #include "core/pairing/PairingFailure.h"
@@ -15,17 +16,11 @@
 namespace tarnik {
 namespace {
 
-constexpr const char* help =
-    "a link from your chat pairs this computer; Enter or confirm answers the pairing prompt; cancel ends the "
-    "pairing; replace or keep answers the offer of another account; done; window; switch "
-    "accessibility|screen "
-    "on|off; request accessibility|screen; updates; status; sample; quit";
-
 constexpr std::string_view switchCommand = "switch ";
 constexpr std::size_t longestMessage = 1000;
 constexpr std::size_t shortestLink = 20;  // shorter lines are mistyped commands
 
-std::string pidWord(std::optional<pid_t> pid) {
+std::string pidText(std::optional<pid_t> pid) {
     return pid ? std::to_string(*pid) : "none";
 }
 
@@ -33,21 +28,21 @@ std::string onOff(bool on) {
     return on ? "on" : "off";
 }
 
-// What isn't known is "unknown", never "no".
+// Prints "unknown" for a value that is absent.
 std::string sampleLine(const ActivitySample& sample) {
     const auto yesNo = [](bool yes) { return yes ? "yes" : "no"; };
     const auto seconds =
         std::chrono::duration_cast<std::chrono::seconds>(sample.at.steady.time_since_epoch());
-    return "at=" + std::to_string(seconds.count()) + " nodePID=" + pidWord(sample.nodePID) +
+    return "at=" + std::to_string(seconds.count()) + " nodePID=" + pidText(sample.nodePID) +
            " nodeHoldsAwake=" + (sample.nodeHoldsAwake ? yesNo(*sample.nodeHoldsAwake) : "unknown") +
            " holders=" + (sample.holders ? std::to_string(sample.holders->size()) : "unknown") +
-           " driverPID=" + pidWord(sample.driverPID) + " driverCPUSeconds=" +
+           " driverPID=" + pidText(sample.driverPID) + " driverCPUSeconds=" +
            (sample.driverCPUSeconds ? std::to_string(*sample.driverCPUSeconds) : "unknown") +
            " settingUp=" + yesNo(sample.settingUp) + " windowInUse=" + yesNo(sample.windowInUse);
 }
 
-// The phase of a pairing that is under way, or has connected and goes on in the node's place.
-std::string pairingWord(const AppState& state, std::optional<pid_t> node) {
+// Returns the phase of a pairing that runs, or that has connected and still runs in place of the node.
+std::string pairingText(const AppState& state, std::optional<pid_t> node) {
     if (!state.pairing || node) return "none";
     const auto& phase = state.pairing->phase;
     return std::holds_alternative<PairingPhases::Ended>(phase) ? "none" : describe(phase);
@@ -56,28 +51,25 @@ std::string pairingWord(const AppState& state, std::optional<pid_t> node) {
 }  // namespace
 
 Console::Console(MainThread mainThread, ConsoleOutput& output, SimulatedSwitches& switches,
-                 std::shared_ptr<AppModel> model, std::function<void()> readsNoMore)
+                 std::shared_ptr<AppModel> model, std::function<void()> closeInput)
     : mainThread_(mainThread),
       output_(output),
       switches_(switches),
       model_(std::move(model)),
-      readsNoMore_(std::move(readsNoMore)),
+      closeInput_(std::move(closeInput)),
       feed_(model_, std::move(mainThread), [this](const AppState& state) { showNews(state); }) {
-    model_->observe([self = self_](const AppState& now, const AppState& next) {
-        if (*self) (*self)->willChange(now, next);
-    });
+    model_->observe(
+        guard_.wrap([this](const AppState& now, const AppState& next) { willChange(now, next); }));
 }
 
-Console::~Console() {
-    *self_ = nullptr;
-}
+Console::~Console() = default;
 
 Presentation Console::presentation(std::function<void()> end) {
     return {.makeStatusItem = [this](const MenuContent& menu) { output_.line("menu", menuText(menu)); },
             .showWindow = [this] { showWindow(); },
             .showAlert = [this](const std::string& title,
                                 const std::string& text) { output_.line("alert", title + ": " + text); },
-            .fillLinkField = [](const std::string&) {},  // what was typed can be seen in the terminal
+            .fillLinkField = [](const std::string&) {},  // the terminal still shows the link
             .refuse =
                 [](const std::string& why, const std::function<void()>& seen) {
                     printError(why);
@@ -91,9 +83,7 @@ Presentation Console::presentation(std::function<void()> end) {
 }
 
 void Console::later(std::function<void()> task) {
-    mainThread_.post([self = self_, task = std::move(task)] {
-        if (*self) task();
-    });
+    mainThread_.post(guard_.wrap(std::move(task)));
 }
 
 void Console::willChange(const AppState& now, const AppState& next) {
@@ -110,7 +100,7 @@ void Console::willChange(const AppState& now, const AppState& next) {
         if (std::holds_alternative<NodeStates::Restarting>(next.node)) ++restarts_;
         output_.line("state", describe(next.node));
         if (std::holds_alternative<NodeStates::WaitingForLink>(next.node)) {
-            output_.hint("Paste the link from your chat here.");
+            output_.hint(ConsoleTexts::pasteLink);
         }
     }
     if (next.endpoint != now.endpoint) {
@@ -125,7 +115,7 @@ void Console::showSetup(const Setup& setup, bool wasInstalling) {
         return output_.line("install", installing_);
     }
     if (const auto* failed = std::get_if<Setups::Failed>(&setup)) {
-        showError(sentenceThenWords(failed->sentence, failed->text));
+        showError(withDescription(failed->sentence, failed->text));
         return later([this] { fail(); });
     }
     if (wasInstalling) {
@@ -142,7 +132,7 @@ void Console::showSetup(const Setup& setup, bool wasInstalling) {
 
 void Console::showLink(const AppState& now, const AppState& next) {
     if (next.linkMessage && next.linkMessage != now.linkMessage) {
-        toldOfLink_ = true;
+        answeredLink_ = true;
         if (next.checkingLink) {
             output_.line("link", *next.linkMessage);
         } else {
@@ -150,12 +140,12 @@ void Console::showLink(const AppState& now, const AppState& next) {
         }
     }
     if (next.replaceOffer && next.replaceOffer != now.replaceOffer) {
-        toldOfLink_ = true;
+        answeredLink_ = true;
         output_.line("offer", WindowContent::of(next, model_->webOrigin()).heading);
-        output_.hint("Type replace to connect to the new account, keep to stay with the current one.");
+        output_.hint(ConsoleTexts::answerOffer);
     }
     if (!startLinkGiven_ || next.checkingLink) return;
-    if (next.pairing || next.replaceOffer) startLinkGiven_ = false;  // it was taken
+    if (next.pairing || next.replaceOffer) startLinkGiven_ = false;  // accepted
     if (startLinkGiven_ && next.linkMessage) {
         startLinkGiven_ = false;
         later([this] { fail(); });
@@ -169,7 +159,7 @@ void Console::showPairing(const PairingSession::Snapshot& snapshot) {
     if (!news.phase) return;
     output_.line("pairing", describe(*news.phase));
     if (std::holds_alternative<PairingPhases::WaitingForYes>(*news.phase)) {
-        output_.hint("Press Enter here to connect, or type cancel.");
+        output_.hint(ConsoleTexts::answerPrompt);
     }
 }
 
@@ -197,12 +187,12 @@ void Console::onLine(const std::string& line) {
     if (line == "cancel") return cancel();
     if (line == "replace") {
         if (const auto offer = model_->state().replaceOffer) {
-            return model_->connect(*offer, AppModel::Replacing::yes);
+            return model_->pairing().connect(*offer, LinkPairing::Replacing::yes);
         }
-        return showError("there is no offer to answer");
+        return showError(ConsoleTexts::noOffer);
     }
-    if (line == "keep") return model_->keepCurrentConnection();
-    if (line == "done") return model_->pairingFinished();
+    if (line == "keep") return model_->pairing().declineOffer();
+    if (line == "done") return model_->pairing().dismissOutcome();
     if (line == "window") return delegate_->openWindow();
     if (line == "updates") return delegate_->checkForUpdates();
     if (line == "status") return showStatus();
@@ -211,13 +201,13 @@ void Console::onLine(const std::string& line) {
     if (line == "request accessibility") return model_->request(Switch::accessibility);
     if (line == "request screen") return model_->request(Switch::screenRecording);
     if (line == "quit") return quit();
-    if (line == "help") return output_.line("help", help);
+    if (line == "help") return output_.line("help", ConsoleTexts::help);
     if (line.size() >= shortestLink || line.find("://") != std::string::npos) return pair(line);
     showError("unknown command " + line + " (help lists them)");
 }
 
 void Console::onLineTooLong() {
-    showError("that line is too long");
+    showError(ConsoleTexts::lineTooLong);
 }
 
 void Console::onSignal(int signal) {
@@ -231,7 +221,7 @@ void Console::fail() {
 }
 
 void Console::quit() {
-    readsNoMore_();
+    closeInput_();
     delegate_->quit();
 }
 
@@ -250,39 +240,39 @@ void Console::setSwitch(const std::string& words) {
         switches_.set(command.which, command.on);
         return model_->refreshSwitches();
     }
-    showError("that is: switch accessibility on, or off; switch screen on, or off");
+    showError(ConsoleTexts::switchUsage);
 }
 
-// A refusal in the words that stand there already changes nothing, and yet answers this link.
+// Prints the refusal again if it repeats the last message, because then the state does not change.
 void Console::pair(const std::string& link) {
-    toldOfLink_ = false;
-    model_->connect(link, AppModel::Replacing::no);
-    if (!toldOfLink_ && model_->state().linkMessage) showError(*model_->state().linkMessage);
+    answeredLink_ = false;
+    model_->pairing().connect(link);
+    if (!answeredLink_ && model_->state().linkMessage) showError(*model_->state().linkMessage);
 }
 
-// An empty line that answers nothing is only somebody leaning on the Enter key.
-void Console::confirm(bool askedInWords) {
+// An empty line without a prompt is ignored; only the command is an error then.
+void Console::confirm(bool isCommand) {
     const auto& pairing = model_->state().pairing;
     if (pairing && std::holds_alternative<PairingPhases::WaitingForYes>(pairing->phase)) {
-        return model_->confirmPairing();
+        return model_->pairing().confirm();
     }
-    if (askedInWords) showError("there is nothing to confirm");
+    if (isCommand) showError(ConsoleTexts::nothingToConfirm);
 }
 
 void Console::cancel() {
     const auto& state = model_->state();
     if (state.checkingLink || (state.pairing && isInProgress(state.pairing->phase))) {
-        return model_->cancelPairing();
+        return model_->pairing().cancel();
     }
-    showError("no pairing is in progress");
+    showError(ConsoleTexts::noPairing);
 }
 
 void Console::showStatus() {
     model_->activitySample([this](const ActivitySample& sample) {
         const auto& state = model_->state();
-        output_.line("status", "state=" + describe(state.node) + " pid=" + pidWord(sample.nodePID) +
-                                   " pairing=" + pairingWord(state, sample.nodePID) + " restarts=" +
-                                   std::to_string(restarts_) + " driver=" + pidWord(sample.driverPID) +
+        output_.line("status", "state=" + describe(state.node) + " pid=" + pidText(sample.nodePID) +
+                                   " pairing=" + pairingText(state, sample.nodePID) + " restarts=" +
+                                   std::to_string(restarts_) + " driver=" + pidText(sample.driverPID) +
                                    " driverRestarts=" + std::to_string(driverRestarts_) +
                                    " switches=accessibility:" + onOff(state.switches.accessibility) +
                                    ",screen:" + onOff(state.switches.screenRecording) +

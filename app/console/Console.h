@@ -11,39 +11,40 @@
 #include "app/console/SimulatedSwitches.h"
 #include "app/model/ChangeFeed.h"
 #include "app/model/WindowContent.h"
+#include "core/foundation/CallbackGuard.h"
 
 namespace tarnik {
 
-// The terminal face: shows every change of the model line by line, the window as text, and passes on what the
-// person types.
+// The terminal face. It prints every change of the model, prints the window as text, and carries out the
+// commands that the user types.
 //
-// Owned by the console program, one per run. Main thread only.
+// Owned by runConsole(), one per run. Main thread only.
 class Console {
 public:
-    // `output` and `switches` outlive this. `readsNoMore` stops the input.
+    // `output` and `switches` outlive this. `closeInput` stops the reading of lines.
     Console(MainThread mainThread, ConsoleOutput& output, SimulatedSwitches& switches,
-            std::shared_ptr<AppModel> model, std::function<void()> readsNoMore);
+            std::shared_ptr<AppModel> model, std::function<void()> closeInput);
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    // What the shell shows; its operations hold `this`. `end` ends the program's loop.
+    // The operations hold `this`. `end` ends the program's loop.
     Presentation presentation(std::function<void()> end);
 
-    // Whom to ask for what isn't the model's; before the first line comes. It outlives the lines.
+    // Sets the delegate, which outlives the input. Call before the first line.
     void attach(AppDelegate& delegate) { delegate_ = &delegate; }
 
-    // Pairs with the link once the helper is there; a refusal then ends the program with status 1.
+    // Pairs with the link when the helper is installed. If the link is refused, the program ends with
+    // status 1.
     void pairWhenReady(std::string link) { startLink_ = std::move(link); }
 
     void onLine(const std::string& line);
     void onLineTooLong();
 
-    // Quits, but lets an install that has begun come to its end first.
+    // Quits. An install that has begun is completed first.
     void onEndOfInput();
 
-    // Ends everything. Asked by a signal once more, ends the program at once; the helper then notices the end
-    // of its input.
+    // Quits. A second signal ends the program at once; the helper then notices the end of its input.
     void onSignal(int signal);
 
     int exitStatus() const { return exitStatus_; }
@@ -60,7 +61,7 @@ private:
     void showError(const std::string& text);
     void setSwitch(const std::string& words);
     void pair(const std::string& link);
-    void confirm(bool askedInWords);
+    void confirm(bool isCommand);
     void cancel();
     void later(std::function<void()> task);
     void fail();
@@ -70,21 +71,21 @@ private:
     ConsoleOutput& output_;
     SimulatedSwitches& switches_;
     const std::shared_ptr<AppModel> model_;
-    const std::function<void()> readsNoMore_;
+    const std::function<void()> closeInput_;
     AppDelegate* delegate_ = nullptr;
     std::optional<std::string> startLink_;
     bool startLinkGiven_ = false;
     bool inputEnded_ = false;
-    bool toldOfLink_ = false;  // since the last link was passed on
-    std::string installing_;   // the installer's last line
+    bool answeredLink_ = false;  // a message about the last link was printed
+    std::string installing_;     // the installer's last line
     int restarts_ = 0;
     int driverRestarts_ = 0;
     int exitStatus_ = 0;
     PairingTranscript transcript_;
-    std::string sessionID_;               // of the transcript
-    std::optional<WindowContent> shown_;  // none while there is no window
+    std::string sessionID_;               // of transcript_
+    std::optional<WindowContent> shown_;  // std::nullopt before the window is opened
     const ChangeFeed feed_;
-    const std::shared_ptr<Console*> self_ = std::make_shared<Console*>(this);  // for what is done later
+    const CallbackGuard guard_;
 };
 
 }  // namespace tarnik

@@ -1,4 +1,4 @@
-// tarnik-console: what `tarnik --console` becomes, the same machine without the toolkit.
+// tarnik-console, which `tarnik --console` executes: the same application without the toolkit.
 #include <string>
 #include <vector>
 
@@ -6,6 +6,7 @@
 #include "app/ProcessSetup.h"
 #include "app/ProgramStart.h"
 #include "app/console/ConsoleProgram.h"
+#include "app/texts/ProgramTexts.h"
 
 int main(int argc, char** argv) {
     using namespace tarnik;
@@ -13,7 +14,6 @@ int main(int argc, char** argv) {
     const auto line = CommandLine::parse(std::vector<std::string>(argv + (argc > 0), argv + argc),
                                          CommandLine::thisBuild());
     if (!line) return refuseStart(line.error());
-    if (line->task != CommandLine::Task::runConsole)
-        return refuseStart("this is the part for --console; start tarnik");
+    if (line->task != CommandLine::Task::runConsole) return refuseStart(ProgramTexts::onlyForConsole);
     return runProgram(*line, "tarnik", runConsole);
 }

@@ -1,6 +1,12 @@
 #include "app/model/AppState.h"
 
+#include "app/texts/FailureTexts.h"
+
 namespace tarnik {
+
+Setup failedSetup(const InstallError& error) {
+    return Setups::Failed{.text = describe(error), .sentence = std::string(plainSentence(error))};
+}
 
 bool AppState::needsAttention() const {
     return homeError || std::holds_alternative<Setups::Failed>(setup) ||

@@ -5,24 +5,28 @@
 
 #include "app/model/AppModel.h"
 #include "app/platform/MainThread.h"
+#include "core/foundation/CallbackGuard.h"
 
 namespace tarnik {
 
-// Tells a view of the model's changes: once for many that come in a row, after the last of them. Main
-// thread.
+// Reports changes of the model to a view, once for several changes in a row. Main thread.
 class ChangeFeed {
 public:
-    // `onChange` runs on the main thread, and no more once this is gone.
+    // Calls `onChange` on the main thread after the last of the changes. The owner shares the model.
     ChangeFeed(const std::shared_ptr<AppModel>& model, MainThread mainThread,
                std::function<void(const AppState&)> onChange);
+    ~ChangeFeed() = default;
+    ChangeFeed(const ChangeFeed&) = delete;
+    ChangeFeed& operator=(const ChangeFeed&) = delete;
 
 private:
-    struct Pending {
-        std::function<void(const AppState&)> onChange;
-        bool posted = false;
-    };
+    void post();
 
-    const std::shared_ptr<Pending> pending_;
+    const AppModel& model_;
+    const MainThread mainThread_;
+    const std::function<void(const AppState&)> onChange_;
+    bool posted_ = false;
+    const CallbackGuard guard_;
 };
 
 }  // namespace tarnik

@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include "app/model/PlainSentence.h"
-#include "app/model/WindowTexts.h"
+#include "app/texts/LinkTexts.h"
 
 namespace tarnik {
 namespace {
@@ -56,7 +55,7 @@ AppState saying(AppState state, std::string_view message) {
 
 AppState checking(AppState state) {
     state.checkingLink = true;
-    return saying(std::move(state), WindowTexts::checkingLink);
+    return saying(std::move(state), LinkTexts::checkingLink);
 }
 
 AppState pairing(PairingPhase phase, std::string text) {
@@ -80,7 +79,8 @@ AppState stale() {
 
 AppState offered() {
     auto state = joined();
-    state.replaceOffer = "tarnik://connect?code=AAAAAAAAAAAAAAAAAAAAAA";
+    const std::string code(22, 'A');
+    state.replaceOffer = {.text = code, .link = "tarnik://connect?code=" + code};
     return state;
 }
 
@@ -124,15 +124,15 @@ std::vector<SampleScreen> sampleScreens() {
         {"installing-download", installing("Downloading Node.js v24.22.1…", part)},
         {"installing-download-unknown-size", installing("Downloading tarnik's helper…", unknown)},
         {"installing-refused-link",
-         saying(installing("Downloading Node.js v24.22.1…", part), WindowTexts::stillInstalling)},
+         saying(installing("Downloading Node.js v24.22.1…", part), LinkTexts::stillInstalling)},
         {"install-failed", failed(InstallFailure{.kind = InstallFailure::Kind::download, .what = "Node.js"})},
         {"install-failed-long", failed(InstallFailure{InstallFailure::Kind::extract, tarsWords()})},
         {"helper-missing", ready(NodeStates::NotInstalled{})},
         {"home-error", homeless("The node folder must be a full path (starting with /), not tarnik-node.")},
         {"connect", unjoined()},
         {"checking", checking(unjoined())},
-        {"refused-link", saying(unjoined(), WindowTexts::notALink)},
-        {"expired-link", saying(unjoined(), WindowTexts::linkExpired)},
+        {"refused-link", saying(unjoined(), LinkTexts::notALink)},
+        {"expired-link", saying(unjoined(), LinkTexts::linkExpired)},
         {"pairing-reading", pairing(Starting{}, "")},
         {"pairing-confirm", pairing(WaitingForYes{}, shown)},
         {"pairing-refused-link", saying(pairing(WaitingForYes{}, shown), describe(PairingFailure::busy))},
@@ -145,7 +145,7 @@ std::vector<SampleScreen> sampleScreens() {
         {"connected", switched(joined(), {.accessibility = true, .screenRecording = true})},
         {"connected-stale-switch", stale()},
         {"connected-stale-switch-and-screen", std::move(halfStale)},
-        {"connected-refused-link", saying(joined(), WindowTexts::notALink)},
+        {"connected-refused-link", saying(joined(), LinkTexts::notALink)},
         {"connected-checking", checking(joined())},
         {"reconnecting", joined(NodeStates::Restarting{Seconds(4)})},
         {"reconnecting-at-start", std::move(starting)},

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "app/model/AppState.h"
-#include "core/relocation/RelocationMessages.h"
+#include "app/texts/RelocationTexts.h"
 
 namespace tarnik {
 

@@ -2,7 +2,7 @@
 
 #include "app/model/SymbolName.h"
 #include "app/model/TerminalTail.h"
-#include "app/model/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
@@ -54,12 +54,13 @@ WindowContent stoppingPage() {
     return content;
 }
 
-WindowContent offerPage() {
+WindowContent offerPage(const JoinCode& offer) {
     auto content = page(Section::replaceOffer, WindowTexts::offerHeading);
     content.paragraphs.emplace_back(WindowTexts::offerText);
     // Links come from anywhere: no stray Return may end the current connection.
     content.buttons = {button(WindowTexts::offerConnect, Intent::connectOffer, Key::none),
                        button(WindowTexts::offerKeep, Intent::keepCurrent, Key::cancelKey)};
+    content.buttons.front().intent.offer = offer;
     return content;
 }
 
@@ -188,7 +189,7 @@ WindowContent restingPage(const AppState& state, const Url& webOrigin) {
 // The upper half: the first that applies.
 WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
     if (state.stopping) return stoppingPage();
-    if (state.replaceOffer) return offerPage();
+    if (state.replaceOffer) return offerPage(*state.replaceOffer);
     // The connect command has the node's place, and its session is about to be there.
     if (state.checkingLink && is<NodeStates::Pairing>(state.node))
         return PairingPage::working(WindowTexts::readingLink);

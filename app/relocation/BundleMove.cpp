@@ -6,7 +6,7 @@
 #include <system_error>
 #include <vector>
 
-#include "app/relocation/BundleVersion.h"
+#include "app/bundle/BundleInfo.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/Paths.h"
@@ -24,7 +24,7 @@ std::string stagedName(pid_t pid) {
     return std::string(prefix) + std::to_string(pid) + std::string(suffix);
 }
 
-// Whose staged copy has this name; none for any other name.
+// Returns the process that a staged copy with this name belongs to, or std::nullopt for other names.
 std::optional<pid_t> moverOf(const std::string& name) {
     if (!name.starts_with(prefix)) return std::nullopt;
     pid_t pid = 0;
@@ -36,7 +36,7 @@ std::unexpected<BundleMove::Failure> failed(const char* step, std::optional<Syst
     return std::unexpected(BundleMove::Failure{step, std::move(error)});
 }
 
-// What is at the path goes when this does: a copy that didn't get into its place, or what it replaced.
+// Removes what is at the path when it is destroyed: an unused copy, or the bundle that a copy replaced.
 class Staged {
 public:
     explicit Staged(std::string path) : path_(std::move(path)) {}
@@ -67,7 +67,7 @@ std::expected<QuarantineReport, BundleMove::Failure> BundleMove::run(const Bundl
     return report;
 }
 
-// What was exchanged out must be what was judged before; something newer goes back to its place.
+// The replaced bundle must be the one that the decision was made about. A newer one is put back.
 std::expected<void, BundleMove::Failure> BundleMove::takePlace(const std::string& staged,
                                                                const BundleFiles& files) const {
     if (!replacing) {

@@ -12,13 +12,13 @@
 
 namespace tarnik {
 
-// Puts a copy of a bundle at another place: copied beside it under a hidden name, checked, and only then
-// exchanged with what is there, or moved in where nothing is. At every moment there is a whole bundle at the
-// place, or nothing where nothing was; `from` is left as it is.
+// Puts a copy of a bundle at another path. The copy is made beside that path under a hidden name, checked,
+// and then exchanged with the bundle at the path, or moved there if the path is empty. So the path never
+// holds a partial bundle. `from` is not changed.
 struct BundleMove {
     struct Failure {
         std::string step;                  // "copy", "check", "exchange", "quit"
-        std::optional<SystemError> error;  // of the system, where it was that
+        std::optional<SystemError> error;  // if a system call failed
 
         std::string describe() const;
     };
@@ -26,14 +26,14 @@ struct BundleMove {
     std::string from;
     std::string to;
     std::string version;                   // of `from`
-    std::optional<std::string> replacing;  // the version of what is at `to`; none for an empty place
+    std::optional<std::string> replacing;  // the version at `to`; std::nullopt for an empty path
     std::function<bool(const std::string& bundle)> isOurs;
-    std::function<bool()> isCancelled;  // looked at before the last step
+    std::function<bool()> isCancelled;  // checked before the last step
 
-    // For a process that does no other move meanwhile. Takes as long as copying does.
+    // A process runs one move at a time. Blocks while the bundle is copied.
     std::expected<QuarantineReport, Failure> run(const BundleFiles& files, pid_t pid) const;
 
-    // Removes from the folder what moves of processes that are gone left there, of our own id too.
+    // Removes the staged copies of ended processes, and of a former process with our id, from the folder.
     static void removeLeftovers(const std::string& folder, pid_t pid);
 
 private:

@@ -24,7 +24,7 @@ long long secondsOf(Relocation::RecordTime time) {
 HandedLink::HandedLink(const std::string& applicationSupport)
     : folder_(applicationSupport + "/" + std::string(TarnikIdentity::appName)) {}
 
-// When, a blank, and the link.
+// Writes the time in seconds, a space, and the link.
 void HandedLink::put(const std::string& link, Relocation::RecordTime now) const {
     const auto folder = PrivateFolder::open(folder_);
     if (folder) folder->replace(fileName, std::to_string(secondsOf(now)) + " " + link);

@@ -10,20 +10,19 @@
 
 namespace tarnik {
 
-// How clearing the quarantine attribute of a bundle went.
+// The result of clearing the quarantine attribute of a bundle.
 struct QuarantineReport {
-    std::size_t cleared = 0;  // entries that had it
-    std::size_t failed = 0;   // entries that may have it still, or could not be looked into
+    std::size_t cleared = 0;  // entries that had the attribute
+    std::size_t failed = 0;   // entries that may still have it, or folders that could not be listed
     std::optional<SystemError> firstError;
 
     bool healed() const { return failed == 0; }
 
-    // What the relocation record says of it.
+    // Returns the fields for the relocation record.
     std::vector<std::string> fields() const;
 };
 
-// Clears the attribute of the entry at `top` and of all below it. Follows no link, and goes on after a
-// failure.
+// Clears the attribute of `top` and of everything below it. Follows no link. Continues after a failure.
 QuarantineReport clearQuarantineBelow(const std::string& top, const BundleFiles& files);
 
 }  // namespace tarnik

@@ -8,8 +8,8 @@
 
 namespace tarnik {
 
-// A shell that waits until the process `old` is gone, and then opens the bundle, telling the new process that
-// it was started by a relocation. It inherits nothing and outlives us.
+// Returns a shell command that waits for the end of the process `old`, then opens the bundle with
+// Relocation::relaunchArgument. The shell inherits nothing and outlives this process.
 SpawnRequest relaunchAfter(pid_t old, const std::string& bundle);
 
 }  // namespace tarnik

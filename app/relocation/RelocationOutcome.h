@@ -7,13 +7,13 @@ namespace tarnik {
 
 namespace RelocationOutcomes {
 
-struct Moving {  // another copy takes over: this one must quit now, and do nothing else
+struct Moving {  // another copy replaces this one, which must quit now and do nothing else
     bool operator==(const Moving&) const = default;
 };
 struct Stay {
     bool operator==(const Stay&) const = default;
 };
-struct StayWithMessage {  // the person is told why, once this copy is up
+struct StayWithMessage {  // shown in an alert after the launch
     std::string title;
     std::string body;
     bool operator==(const StayWithMessage&) const = default;
@@ -21,7 +21,7 @@ struct StayWithMessage {  // the person is told why, once this copy is up
 
 }  // namespace RelocationOutcomes
 
-// What a launch goes on with.
+// Whether the launch of this copy continues.
 using RelocationOutcome =
     std::variant<RelocationOutcomes::Moving, RelocationOutcomes::Stay, RelocationOutcomes::StayWithMessage>;
 

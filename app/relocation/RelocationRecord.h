@@ -6,19 +6,19 @@
 
 namespace tarnik {
 
-// The file that notes what each launch decided, for the person who is asked why: relocation.log in the
-// application's folder of application support, private to the user.
+// The file relocation.log, which records the relocation decision of each launch for support. It is in the
+// application's folder of application support, and private to the user.
 //
-// Nothing is ever reported: a line that can't be written is lost. Only a regular file of ours is written to,
-// through no link and without waiting for anybody. Not for two threads at once.
+// Failures are ignored: a line that can't be written is lost. Writes only to a regular file that we own,
+// never through a link, and never blocks on a pipe or device. Not thread-safe.
 class RelocationRecord {
 public:
     static constexpr std::size_t capBytes = 65'536;
 
     explicit RelocationRecord(const std::string& applicationSupport);
 
-    // Adds the line and a line feed. Beyond the cap the newest half is kept, whole lines only. A line of more
-    // than half the cap is lost.
+    // Appends the line and a line feed. A file that would exceed the cap keeps its newest half, in whole
+    // lines. A line of more than half the cap is dropped.
     void append(std::string_view line) const;
 
 private:

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/bundle/BundleInfo.h"
 #include "app/relocation/BundleMove.h"
-#include "app/relocation/BundleVersion.h"
 #include "app/relocation/RelaunchLine.h"
 #include "core/foundation/Paths.h"
 #include "core/relocation/Takeover.h"
@@ -61,7 +61,7 @@ RelocationOutcome RelocationRun::perform() {
     const auto others = deps_.bundles.others.startedBefore();
     if (others.empty()) return carryOut(decision);
     if (auto ended = settleWith(others, decision)) return *std::move(ended);
-    // An older copy that quits may have put an update into its own place.
+    // The older copy may have installed an update of itself while it quit.
     const auto then = decide();
     if (!mayCarryOut(then)) return differentBuild(then, {"installed=notOurs"});
     return carryOut(then);
@@ -124,7 +124,7 @@ std::optional<RelocationOutcome> RelocationRun::takeOver(const OtherCopy& other)
                                                   [&] {
                                                       if (!isCancelled_()) others.forceTerminate(other);
                                                   },
-                                              .sleep = deps_.pause.sleep,
+                                              .sleep = deps_.sleep.sleep,
                                               .forced = forcedQuitWait,
                                               .interval = quitCheckInterval});
     note(Takeover{}, {}, {running, "result=" + std::string(nameOf(result))});
@@ -176,19 +176,20 @@ RelocationOutcome RelocationRun::relaunch(const Relocation::Decision& decision,
         note(decision, quarantine.healed(), fields);
         return runHere();
     }
-    // Last: the system may ask the person first, and without a relaunch the original is still needed.
+    // The trash comes last, because the system may ask the user first, and because the original is still
+    // needed if the relaunch fails.
     if (std::holds_alternative<Install>(decision)) fields.push_back("trash=" + trashOriginal());
     note(decision, quarantine.healed(), fields);
     return RelocationOutcomes::Moving{};
 }
 
-// What became of the copy that the person opened, in a word for the record.
+// Moves the copy that the user opened to the trash. Returns the result for the record.
 std::string RelocationRun::trashOriginal() const {
     const auto& files = deps_.bundles.files;
     if (launch_.isTranslocated && !launch_.originalPath) return "unknown";
     const std::string original = launch_.realPath();
     if (!files.canWrite(parentFolder(original))) return "readOnly";
-    // The person may have put another one there since.
+    // The user may have replaced it meanwhile.
     if (bundleVersion(original) != version_) return "changed";
     const auto trashed = files.trash(original);
     return trashed ? "done" : describe(trashed.error());

@@ -8,28 +8,29 @@
 #include "app/relocation/QuarantineWalk.h"
 #include "app/relocation/RelocationOutcome.h"
 #include "app/relocation/RelocationRecord.h"
-#include "app/relocation/RelocatorDeps.h"
+#include "app/relocation/Relocator.h"
+#include "app/texts/RelocationTexts.h"
 #include "core/relocation/Relocation.h"
-#include "core/relocation/RelocationMessages.h"
 
 namespace tarnik {
 
-// One launch's relocation, from the facts to the outcome. On the relocator's queue: it blocks for as long as
-// signatures, copying and another copy's end take.
+// The relocation of one launch, from the facts to the outcome. Runs on the relocator's queue. Blocks while
+// signatures are checked, bundles are copied, and another copy quits.
 //
-//   decision                  what is done                                         outcome
-//   stay                      quarantine cleared below the install path            stay
-//   openInstalled             the same, then the installed copy opened             moving
-//   install                   moved into place, opened, the original to the trash  moving
-//   cannotInstall, runHere    nothing                                              the message why
+//   decision                  action                                                    outcome
+//   stay                      clear quarantine below the install path                   stay
+//   openInstalled             the same, then open the installed copy                    moving
+//   install                   move into place, open, put the original into the trash    moving
+//   cannotInstall, runHere    none                                                      a message
 //
-// Whatever fails ends in the message; the person can do by hand what we couldn't. An installed copy that
-// isn't proven to be ours is neither opened nor replaced, and a running one is not made to quit.
+// Every failure ends in the message, which says what the user can do by hand. An installed copy whose
+// signature doesn't prove that it is ours is neither opened nor replaced, and a running one is not asked to
+// quit.
 class RelocationRun {
 public:
-    using IsCancelled = std::function<bool()>;  // the program ends: nothing may be begun any more
+    using IsCancelled = std::function<bool()>;  // the program ends, so that nothing new may start
 
-    // The arguments outlive it.
+    // The arguments outlive this.
     RelocationRun(const RelocatorDeps& deps, const RelocationRecord& record, const IsCancelled& isCancelled);
 
     RelocationOutcome perform();
@@ -40,10 +41,10 @@ private:
     Relocation::Decision decide() const;
     bool isOurs(const std::string& bundle) const;
 
-    // Whether the installed copy is left alone by the decision, or is ours.
+    // Returns true if the decision leaves the installed copy alone, or if that copy is ours.
     bool mayCarryOut(const Relocation::Decision& decision) const;
 
-    // What ends the launch, where another copy that runs does.
+    // Returns the outcome if another running copy ends this launch.
     std::optional<RelocationOutcome> settleWith(const std::vector<OtherCopy>& others,
                                                 const Relocation::Decision& decision) const;
     std::optional<RelocationOutcome> takeOver(const OtherCopy& other) const;
@@ -52,7 +53,7 @@ private:
     RelocationOutcome stay() const;
     RelocationOutcome openInstalled() const;
     RelocationOutcome install(Relocation::Decisions::Install how) const;
-    // Opens the installed copy once we are gone.
+    // Opens the installed copy after this process has ended.
     RelocationOutcome relaunch(const Relocation::Decision& decision,
                                const QuarantineReport& quarantine) const;
     std::string trashOriginal() const;

@@ -15,21 +15,18 @@ Relocator::Relocator(RelocatorDeps deps)
 Relocator::~Relocator() {
     if (!queue_) return;
     ending_ = true;
-    deps_.pause.cut();
+    deps_.sleep.interrupt();
     queue_->close();
 }
 
 void Relocator::relocateIfNeeded(std::function<void(Outcome)> done) {
-    auto tell = [main = deps_.mainThread.post, alive = std::weak_ptr(alive_),
-                 done = std::move(done)](Outcome outcome) {
-        main([alive, done, outcome = std::move(outcome)] {
-            if (!alive.expired()) done(outcome);
-        });
+    auto report = [post = guard_.wrapPost(deps_.mainThread.post), done = std::move(done)](Outcome outcome) {
+        post([done, outcome = std::move(outcome)] { done(outcome); });
     };
-    if (!queue_) return tell(RelocationOutcomes::Stay{});
-    queue_->post([this, tell = std::move(tell)] {
+    if (!queue_) return report(RelocationOutcomes::Stay{});
+    queue_->post([this, report = std::move(report)] {
         const RelocationRun::IsCancelled isCancelled = [this] { return ending_.load(); };
-        tell(RelocationRun(deps_, record_, isCancelled).perform());
+        report(RelocationRun(deps_, record_, isCancelled).perform());
     });
 }
 

@@ -1,23 +1,53 @@
 #pragma once
 
 #include <atomic>
+#include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include <sys/types.h>
+
+#include "app/platform/BundleOperations.h"
+#include "app/platform/MainThread.h"
 #include "app/relocation/HandedLink.h"
+#include "app/relocation/InterruptibleSleep.h"
 #include "app/relocation/RelocationOutcome.h"
 #include "app/relocation/RelocationRecord.h"
-#include "app/relocation/RelocatorDeps.h"
+#include "core/foundation/CallbackGuard.h"
+#include "core/foundation/SerialQueue.h"
+#include "core/foundation/SystemError.h"
+#include "core/process/SpawnRequest.h"
+#include "core/relocation/RecordLine.h"
 
 namespace tarnik {
 
-// Moves the application to where its privacy switches stick, or opens the copy that is there already, and
-// keeps the record of it. On a system where applications aren't moved it does nothing.
+// Everything Relocator asks of the outside.
+struct RelocatorDeps {
+    BundleOperations bundles;
+    MainThread mainThread;
+    std::string applicationSupport;  // contains the folder of the record
+    std::string installPath;
+    pid_t pid = 0;  // of this process
+    bool isDevelopmentBuild = false;
+
+    // Starts a child that outlives this process.
+    std::function<std::expected<void, SystemError>(const SpawnRequest&)> spawn;
+    InterruptibleSleep sleep;
+    std::function<Relocation::RecordTime()> now;
+    std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
+
+    static RelocatorDeps production(BundleOperations bundles, MainThread mainThread,
+                                    std::string applicationSupport);
+};
+
+// Moves the application to the install path, where its privacy switches are kept, or opens the copy that is
+// installed there, and writes the relocation record. Does nothing on a system where applications aren't
+// moved.
 //
-// Owned by AppDelegate. Main thread; what takes long happens on the queue "tarnik.relocator". Its end cuts
-// every wait short and begins nothing new; a copy or a signature check that is on is waited for.
+// Owned by Application. Main thread only; blocking work runs on the queue "tarnik.relocator". The destructor
+// ends every wait and starts nothing new, but waits for a copy or a signature check that is in progress.
 class Relocator {
 public:
     using Outcome = RelocationOutcome;
@@ -27,14 +57,14 @@ public:
     Relocator(const Relocator&) = delete;
     Relocator& operator=(const Relocator&) = delete;
 
-    // Once, at launch. `done` comes on the main thread, later, and only while the relocator lives. It may
-    // take half a minute, when an older copy has to quit first.
+    // Call once, at launch. Calls `done` on the main thread, later, and only while the relocator lives. This
+    // takes up to half a minute if an older copy has to quit first.
     void relocateIfNeeded(std::function<void(Outcome)> done);
 
-    // Notes that the window was opened.
+    // Records that the window was opened.
     void recordWindow(const std::string& reason);
 
-    // From a copy that makes way to the one that is opened in its place. Nothing where applications aren't
+    // Passes a link from this copy to the copy that replaces it. Does nothing where applications aren't
     // moved.
     void handLinkOn(const std::string& link) const;
     std::optional<std::string> takeHandedLink() const;
@@ -44,8 +74,8 @@ private:
     const RelocationRecord record_;  // on the queue
     const HandedLink handedLink_;
     std::atomic<bool> ending_ = false;
-    const std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
-    const std::shared_ptr<SerialQueue> queue_;  // none where applications aren't moved
+    const std::shared_ptr<SerialQueue> queue_;  // null where applications aren't moved
+    const CallbackGuard guard_;
 };
 
 }  // namespace tarnik

@@ -8,7 +8,7 @@ namespace tarnik {
 
 namespace {
 
-// Versions come from the feed; the log stays readable whatever is written there.
+// The feed supplies the version; the bound keeps the log readable.
 constexpr std::size_t longestVersion = 64;
 
 std::string wholeSeconds(Seconds duration) {
@@ -20,11 +20,10 @@ std::string wholeSeconds(Seconds duration) {
 Updater::Updater(const UpdateSettings& settings, Deps deps) : deps_(std::move(deps)) {
     if (!settings.isComplete() || !deps_.framework.makeController) return;
     controller_ = deps_.framework.makeController(
-        [this, alive = std::weak_ptr(alive_)](const std::string& version, UpdateFramework::Install install) {
-            if (alive.expired()) return false;
+        guard_.wrap([this](const std::string& version, UpdateFramework::Install install) {
             updateReady(version, std::move(install));
             return true;
-        });
+        }));
     controller_->start();
     controller_->setAutomaticallyChecks();
     controller_->setAutomaticallyDownloads();
@@ -42,19 +41,17 @@ void Updater::updateReady(const std::string& version, UpdateFramework::Install i
 void Updater::look() {
     const TimePoint now = deps_.now();
     if (looking_ && now - looking_->since < longestLook) return;
-    if (looking_) loop_.watch.reset();  // what it would have seen is unknown, and the unknown isn't quiet
+    if (looking_) loop_.watch.reset();  // the lost sample may have been a busy one
     looking_.reset();
     if (!sample_) return;
 
     looking_ = Look{.number = ++looks_, .since = now};
-    const auto sample = sample_;  // ours may be gone before it returns
-    sample([this, alive = std::weak_ptr(alive_), number = looks_](const ActivitySample& seen) {
-        if (!alive.expired()) looked(number, seen);
-    });
+    const auto sample = sample_;  // sample_ may be destroyed before the call returns
+    sample(guard_.wrap([this, number = looks_](const ActivitySample& seen) { looked(number, seen); }));
 }
 
 void Updater::looked(std::uint64_t number, const ActivitySample& sample) {
-    if (!looking_ || looking_->number != number) return;  // lost, or heard already
+    if (!looking_ || looking_->number != number) return;  // a late or repeated answer
     looking_.reset();
     const TimePoint now = deps_.now();
     if (loop_.observe(sample, now) != UpdateInstallAction::installNow) return;
@@ -71,7 +68,7 @@ void Updater::checkForUpdates() {
     install();
 }
 
-// Taken out before it runs, so that it never runs twice. We may be gone when it returns.
+// Clears install_ first, so that it never runs twice. The call may destroy this updater.
 void Updater::install() {
     const auto install = std::exchange(install_, nullptr);
     if (install) install();

@@ -7,19 +7,20 @@
 #include <string>
 #include <utility>
 
-#include "app/model/UpdateSettings.h"
+#include "app/bundle/BundleInfo.h"
 #include "app/platform/MainThread.h"
 #include "app/platform/SystemLog.h"
 #include "app/platform/UpdateFramework.h"
+#include "core/foundation/CallbackGuard.h"
 #include "core/updates/UpdateLoop.h"
 
 namespace tarnik {
 
-// Holds back the updates that the framework has downloaded, and installs one at the first quiet moment or
-// when the person asks for it. One that still waits when the program quits the framework installs itself.
+// Delays the installation of a downloaded update until the first quiet moment, or until the user asks for it.
+// If the program quits first, the framework installs the update itself.
 //
-// Owned by AppDelegate, one per run. Main thread only. Without complete settings or a framework it does
-// nothing. May go from inside an install operation, and what answers later finds nobody.
+// Owned by AppDelegate, one per run. Main thread only. Does nothing without complete settings or without a
+// framework. May be destroyed from inside an install operation.
 class Updater {
 public:
     // Takes a sample and calls `done` with it, on the main thread.
@@ -32,25 +33,25 @@ public:
         std::function<TimePoint()> now = steadyNow;
     };
 
-    // A sample that takes longer is lost: the next may be asked for, and its answer isn't heard any more.
+    // Upper bound for a sample. A later answer is ignored, and the next sample is taken.
     static constexpr Seconds longestLook{300};
 
-    // Starts the framework, which looks for updates and downloads them by itself from now on.
+    // Starts the framework, which checks for updates and downloads them by itself.
     Updater(const UpdateSettings& settings, Deps deps);
     ~Updater() = default;
     Updater(const Updater&) = delete;
     Updater& operator=(const Updater&) = delete;
 
-    // Whether the person can be offered to check for updates.
+    // Returns true if the menu can offer to check for updates.
     bool isAvailable() const { return controller_.has_value(); }
 
-    // Without a source no moment is known to be quiet.
+    // Without a source no moment counts as quiet.
     void setSampleSource(SampleSource sample) { sample_ = std::move(sample); }
 
-    // The person chose to; installs the update that waits, if one does.
+    // Installs the waiting update, or asks the framework to check for one.
     void checkForUpdates();
 
-    // Nothing is installed from here any more.
+    // Installs nothing any more.
     void appWillQuit();
 
 private:
@@ -58,7 +59,6 @@ private:
         std::uint64_t number = 0;
         TimePoint since;
     };
-    struct Token {};
 
     void updateReady(const std::string& version, UpdateFramework::Install install);
     void look();
@@ -68,13 +68,12 @@ private:
     const Deps deps_;
     std::optional<UpdateFramework::Controller> controller_;
     SampleSource sample_;
-    UpdateFramework::Install install_;  // of the update that waits
+    UpdateFramework::Install install_;  // of the waiting update
     UpdateLoop loop_;
     std::optional<RepeatingTimer> timer_;
     std::optional<Look> looking_;
     std::uint64_t looks_ = 0;
-    // Lets callbacks see whether we are there still.
-    const std::shared_ptr<Token> alive_ = std::make_shared<Token>();
+    const CallbackGuard guard_;
 };
 
 }  // namespace tarnik

@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <utility>
 
-#include "app/model/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"
 #include "core/foundation/TextCleanup.h"

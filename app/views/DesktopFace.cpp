@@ -4,9 +4,8 @@
 #include <utility>
 
 #include "app/ProgramStart.h"
-#include "app/model/IntentHandling.h"
 #include "app/model/WindowContent.h"
-#include "app/model/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "app/views/Alert.h"
 #include "app/views/SymbolIcon.h"
 

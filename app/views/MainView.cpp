@@ -9,7 +9,7 @@
 #include <QScrollBar>
 #include <optional>
 
-#include "app/model/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "app/views/Announcer.h"
 #include "app/views/Colours.h"
 #include "app/views/ConnectSection.h"

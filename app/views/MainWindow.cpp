@@ -7,7 +7,7 @@
 #include <QWindow>
 #include <algorithm>
 
-#include "app/model/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "app/views/MenuKey.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"

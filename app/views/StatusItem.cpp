@@ -5,7 +5,8 @@
 #include <QMenu>
 #include <QSystemTrayIcon>
 
-#include "app/model/WindowTexts.h"
+#include "app/texts/MenuTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "app/views/MenuKey.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"
@@ -40,7 +41,7 @@ bool clickOpensMenu() {
 
 StatusItem::StatusItem(const QIcon& icon, const MenuContent& menu, const OnAction& onAction)
     : menu_(makeMenu(menu, onAction)), item_(std::make_unique<QSystemTrayIcon>()) {
-    item_->setIcon(icon.isNull() ? wordIcon(WindowTexts::productWithoutImage) : icon);
+    item_->setIcon(icon.isNull() ? wordIcon(MenuTexts::productWithoutImage) : icon);
     item_->setToolTip(qtText(WindowTexts::product));
     item_->setContextMenu(menu_.get());
     if (!clickOpensMenu())

@@ -80,8 +80,9 @@ std::shared_ptr<AppModel> changingModel(const MainThread& mainThread) {
                          return on;
                      }}};
     deps.makeQueue = &SerialQueue::withThread;
-    return AppModel::make({.userFolder = "/nonexistent", .settings = BuildSettings::fromPropertyList({})},
-                          std::move(deps));
+    return std::make_shared<AppModel>(
+        HostEnvironment{.userFolder = "/nonexistent", .settings = BuildSettings::defaults()},
+        std::move(deps));
 }
 
 double at(const std::vector<double>& sorted, double part) {

@@ -11,7 +11,7 @@ namespace tarnik::JoinLink {
 
 namespace {
 
-// The host of links that the system hands to the app itself.
+// The host of links that the system opens with the application.
 constexpr std::string_view appHost = "connect";
 
 std::optional<std::string> takeCode(std::string_view text) {
@@ -52,6 +52,16 @@ bool isJoinAddress(const Url& url, std::string_view code) {
     return url.path().ends_with("/c/" + std::string(code));
 }
 
+std::optional<std::string> findCode(std::string_view text, const Url& webOrigin) {
+    if (isCode(text)) return std::string(text);
+    // Query and fragment of a web link are not parsed, so they may hold characters that no address may.
+    const auto link = Url::parse(text.substr(0, text.find_first_of("?#")));
+    if (!link) return std::nullopt;
+    if (link->scheme() != TarnikIdentity::urlScheme) return codeOfWebLink(*link, webOrigin);
+    const auto appLink = Url::parse(text.substr(0, text.find('#')));
+    return appLink ? codeOfAppLink(*appLink) : std::nullopt;
+}
+
 }  // namespace
 
 bool isCode(std::string_view text) {
@@ -62,16 +72,11 @@ bool isCode(std::string_view text) {
            });
 }
 
-std::optional<std::string> code(std::string_view text, const Url& webOrigin) {
+std::optional<JoinCode> code(std::string_view text, const Url& webOrigin) {
     if (text.size() > maxTextBytes) return std::nullopt;
-    const std::string_view trimmed = trimWhitespace(text);
-    if (isCode(trimmed)) return std::string(trimmed);
-    // Query and fragment of a web link are not looked at, so they may hold what no address may.
-    const auto link = Url::parse(trimmed.substr(0, trimmed.find_first_of("?#")));
-    if (!link) return std::nullopt;
-    if (link->scheme() != TarnikIdentity::urlScheme) return codeOfWebLink(*link, webOrigin);
-    const auto appLink = Url::parse(trimmed.substr(0, trimmed.find('#')));
-    return appLink ? codeOfAppLink(*appLink) : std::nullopt;
+    auto found = findCode(trimWhitespace(text), webOrigin);
+    if (!found) return std::nullopt;
+    return JoinCode{.text = *std::move(found), .link = std::string(text)};
 }
 
 Url answerURL(std::string_view code, const Url& webOrigin) {

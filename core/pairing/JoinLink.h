@@ -7,25 +7,37 @@
 
 #include "core/foundation/Url.h"
 
-// Pairing links: the code in what the user pasted or opened, the address that answers for it, and the join
-// address in that answer. Pure functions; what isn't acceptable gives none.
-namespace tarnik::JoinLink {
+namespace tarnik {
+
+// A pairing link that JoinLink::code has accepted.
+struct JoinCode {
+    std::string text;  // matches JoinLink::codePattern
+    std::string link;  // the link as the user gave it, to be shown or passed on
+
+    bool operator==(const JoinCode&) const = default;
+};
+
+// Parses pairing links: the code in a link, the address of the service's answer to the code, and the join
+// address in that answer. Pure functions; they return std::nullopt for everything that is not acceptable.
+namespace JoinLink {
 
 inline constexpr std::string_view codePattern = "^[A-Za-z0-9_-]{22}$";
-inline constexpr std::size_t maxTextBytes = 65'536;    // of a link, blanks around it included
-inline constexpr std::size_t maxAnswerBytes = 65'536;  // far more than an answer ever needs
+inline constexpr std::size_t maxTextBytes = 65'536;    // of a link, surrounding white space included
+inline constexpr std::size_t maxAnswerBytes = 65'536;  // far more than an answer needs
 
-// Whether the text, untrimmed, is a code: whether codePattern matches it.
+// Returns true if the text matches codePattern. White space is not trimmed.
 bool isCode(std::string_view text);
 
-// Returns the code of a bare code, of tarnik://connect?code=CODE, or of the web origin with /c/CODE and any
-// query and fragment. Blanks around it are ignored.
-std::optional<std::string> code(std::string_view text, const Url& webOrigin);
+// Accepts a bare code, tarnik://connect?code=CODE, and the web origin with /c/CODE and any query and
+// fragment. Surrounding white space is ignored.
+std::optional<JoinCode> code(std::string_view text, const Url& webOrigin);
 
-// The web origin with /c/CODE/app.
+// Returns the web origin with /c/CODE/app.
 Url answerURL(std::string_view code, const Url& webOrigin);
 
-// The join address in the answer to `code`, as it stands there. https, or http to this machine itself.
+// Returns the join address in the answer to `code`, unchanged. It is https, or http to this machine itself.
 std::optional<Url> joinURL(std::string_view answer, std::string_view code);
 
-}  // namespace tarnik::JoinLink
+}  // namespace JoinLink
+
+}  // namespace tarnik

@@ -11,14 +11,14 @@ namespace tarnik::Relocation {
 
 using RecordTime = std::chrono::system_clock::time_point;
 
-// One entry of the relocation record, still without its line feed: fields with a tab between them. What a
-// path or a reason holds of control characters is written as %09 and the like.
+// Returns one entry of the relocation record without a line feed. Its fields are separated by tabs; control
+// characters in paths and reasons are written as %09 and so on.
 //
-// `healed`: whether the quarantine attribute could be cleared; none when that wasn't tried.
+// `healed` is true if the quarantine attribute was cleared, and std::nullopt if that was not tried.
 std::string recordLine(const Launch& launch, const Decision& decision, std::optional<bool> healed,
                        const std::vector<std::string>& extra, RecordTime at);
 
-// The window was opened.
+// Returns the entry for an opened window.
 std::string windowLine(std::string_view reason, RecordTime at);
 
 }  // namespace tarnik::Relocation

@@ -9,7 +9,7 @@ namespace {
 
 using namespace Decisions;
 
-// What to do with a copy that isn't the installed one, or is one that the system runs from elsewhere.
+// Decides about a copy that is not installed, or that the system runs from a translocated path.
 Decision move(const Facts& facts, std::string_view installPath) {
     if (facts.launch.realPath() == installPath) return OpenInstalled{};
     if (!facts.installedVersion) {
@@ -21,7 +21,7 @@ Decision move(const Facts& facts, std::string_view installPath) {
     return Install{.replacing = true};
 }
 
-// The record's names of the alternatives.
+// The names of the decisions in the record.
 std::string_view nameOf(Install install) {
     return install.replacing ? "installReplacing" : "install";
 }

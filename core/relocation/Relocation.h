@@ -7,23 +7,23 @@
 
 #include "core/foundation/TarnikIdentity.h"
 
-// What to do with the copy of the application that was launched: the privacy switches stick only to one that
-// stands at the install path. Values and decisions; nothing here looks at a file or a process.
+// Decides what to do with the launched copy of the application: the system keeps the privacy switches only
+// for a copy at the install path. Pure functions; nothing here reads a file or a process.
 //
-// The install path is a parameter with the product's as its default; only tests know another.
+// The install path is a parameter only for tests.
 namespace tarnik::Relocation {
 
-// Handed to the copy that a relocation starts.
+// The argument of a copy that a relocation starts.
 inline constexpr std::string_view relaunchArgument = "--tarnik-relocation-relaunch";
 
-// The copy that runs.
+// The launched copy.
 struct Launch {
     std::string bundlePath;                   // as the system reports it
-    bool isTranslocated = false;              // run by the system from a randomised read-only copy
-    std::optional<std::string> originalPath;  // what a translocated one was opened from, where that is known
+    bool isTranslocated = false;              // the system runs it from a randomised read-only path
+    std::optional<std::string> originalPath;  // where a translocated copy was opened from, if known
     bool isRelaunch = false;                  // started by a relocation
 
-    // Where the person has this copy, standardized.
+    // Returns the standardized path of the user's copy.
     std::string realPath() const;
     bool runsInstalled(std::string_view installPath = TarnikIdentity::installPath) const;
 
@@ -36,7 +36,7 @@ struct Install {  // copy this bundle to the install path
     bool replacing = false;
     bool operator==(const Install&) const = default;
 };
-struct Stay {  // run here, say nothing
+struct Stay {  // run here without a message
     bool operator==(const Stay&) const = default;
 };
 struct OpenInstalled {  // open the copy at the install path, and quit this one
@@ -45,10 +45,10 @@ struct OpenInstalled {  // open the copy at the install path, and quit this one
 struct CannotInstall {  // the Applications folder can't be written to
     bool operator==(const CannotInstall&) const = default;
 };
-struct RunHere {  // run here, and say why
+struct RunHere {  // run here, with a message why
     bool operator==(const RunHere&) const = default;
 };
-struct Takeover {  // an older copy runs, and is to quit
+struct Takeover {  // an older copy runs and has to quit
     bool operator==(const Takeover&) const = default;
 };
 
@@ -57,34 +57,35 @@ struct Takeover {  // an older copy runs, and is to quit
 using Decision = std::variant<Decisions::Install, Decisions::Stay, Decisions::OpenInstalled,
                               Decisions::CannotInstall, Decisions::RunHere, Decisions::Takeover>;
 
+// The input of decide().
 struct Facts {
     Launch launch;
-    std::optional<std::string> installedVersion;  // of the copy at the install path; none without one
+    std::optional<std::string> installedVersion;  // at the install path; std::nullopt without a copy there
     std::string runningVersion;                   // of this copy
     bool canWriteApplications = false;
     bool isDevelopmentBuild = false;  // never moved
 };
 
-// A relaunched copy never moves or opens another, so that no two can start each other for ever.
+// A relaunched copy never moves or opens another copy, so two copies can't start each other forever.
 Decision decide(const Facts& facts, std::string_view installPath = TarnikIdentity::installPath);
 
-// What the record calls it.
+// Returns the name of the decision in the record.
 std::string_view recordName(const Decision& decision);
 
-// About another copy of the application that runs already.
+// What to do about another running copy.
 enum class RunningCopyAction {
     activate,  // bring it to the front, and quit this one
-    takeover,  // have it quit, and carry on with this one
+    takeover,  // end it, and continue with this one
 };
 RunningCopyAction runningCopyAction(std::string_view runningVersion, std::string_view thisVersion);
 
-// How the code signature of the installed copy is to be judged.
+// How the code signature of the installed copy is checked.
 enum class InstalledCopy {
-    lenient,                     // neither is signed by a team
-    needsDesignatedRequirement,  // ours if it satisfies one that names this copy's team
+    lenient,                     // neither copy is signed by a team
+    needsDesignatedRequirement,  // ours if it satisfies the requirement with this copy's team
     notOurs,
 };
-// Team identifiers: empty for a signature without a team, none where there is no telling.
+// A team identifier is empty for a signature without a team, and std::nullopt if it is unknown.
 InstalledCopy installedCopy(const std::optional<std::string>& runningTeamID,
                             const std::optional<std::string>& installedTeamID);
 

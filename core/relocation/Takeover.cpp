@@ -4,7 +4,7 @@ namespace tarnik::Relocation {
 
 namespace {
 
-// Whether the copy has ended within the budget. Without a budget there is no look.
+// Returns true if the copy ends within the budget. A budget of zero makes no check.
 bool endsWithin(Seconds budget, const TakeoverSteps& steps) {
     for (Seconds slept = Seconds::zero(); slept < budget; slept += steps.interval) {
         steps.sleep(steps.interval);

@@ -6,12 +6,12 @@
 
 namespace tarnik::Relocation {
 
-// How long an older copy that runs is given to quit before it is forced.
+// Upper bound for an older copy to quit before it is killed.
 inline constexpr Seconds gracefulQuitWait = Seconds(30);
 
 enum class TakeoverResult { quitGracefully, neededForce, stillRunning };
 
-// Has another copy quit: asks it, waits, forces it, waits.
+// The operations that end another copy: ask it to quit, wait, kill it, wait.
 struct TakeoverSteps {
     std::function<bool()> isRunning;
     std::function<void()> terminate;
@@ -19,7 +19,7 @@ struct TakeoverSteps {
     std::function<void(Seconds)> sleep;  // blocks the caller
     Seconds graceful = gracefulQuitWait;
     Seconds forced;
-    Seconds interval;  // between two looks; one that isn't positive makes for a single look
+    Seconds interval;  // between two checks; zero makes takeOver check only once
 };
 
 // Blocks for up to `graceful` + `forced`, each rounded up to whole intervals.

@@ -15,7 +15,7 @@ bool startsWithDigit(std::string_view text) {
     return !text.empty() && isDigit(text.front());
 }
 
-// Takes the digits off the front; what they say, without the zeros before it.
+// Removes the digits at the front and returns them without leading zeros.
 std::string_view takeNumber(std::string_view& text) {
     const auto end = std::ranges::find_if_not(text, isDigit);
     std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));

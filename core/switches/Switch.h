@@ -8,17 +8,17 @@ namespace tarnik {
 // A privacy switch of the system settings that the desktop driver needs.
 enum class Switch { accessibility, screenRecording };
 
-// In the order in which the window shows them.
+// In the order of the window.
 inline constexpr std::array allCases{Switch::accessibility, Switch::screenRecording};
 
-// "accessibility", "screenRecording": for files and logs, the same in every version.
+// Returns "accessibility" or "screenRecording", for files and logs. Never changes between versions.
 std::string_view rawValue(Switch which);
 
-// What the window says: the switch's name, and what it is good for.
+// Return the texts of the window: the name of the switch, and its purpose.
 std::string_view title(Switch which);
 std::string_view why(Switch which);
 
-// Opens the page of the system settings where it is turned on.
+// Returns the URL of the page in the system settings.
 std::string_view settingsURL(Switch which);
 
 }  // namespace tarnik

@@ -5,7 +5,7 @@ namespace tarnik {
 SwitchStatus SwitchSnapshot::status(Switch which, bool accessibilityWasOnBefore) const {
     if (which == Switch::screenRecording) return screenRecording ? SwitchStatus::on : SwitchStatus::notYet;
     if (accessibility) return SwitchStatus::on;
-    // Whoever has turned on one of the two has most likely turned on both, perhaps for another copy.
+    // A user who turned on one switch most likely turned on both, perhaps for another copy.
     return accessibilityWasOnBefore || screenRecording ? SwitchStatus::mayBeStale : SwitchStatus::notYet;
 }
 

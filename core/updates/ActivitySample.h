@@ -8,10 +8,11 @@
 
 namespace tarnik {
 
-// How busy this machine's agent work is at one moment. What could not be told is absent, never "no".
+// How busy this machine's agent work is at one moment. A value that could not be read is std::nullopt, never
+// false.
 struct ActivitySample {
-    // One moment on two clocks. Stretches of quiet are counted on the steady one, so that nobody who sets the
-    // wall clock prolongs or ends them. The age of a holder is told by the clock that stamped its start.
+    // One moment on two clocks. Quiet stretches are measured on the steady clock, so that setting the wall
+    // clock doesn't change them. The age of a holder is measured on the clock of its start time.
     struct Moment {
         TimePoint steady;
         ProcessTime process;
@@ -22,12 +23,12 @@ struct ActivitySample {
 
     Moment at;
     std::optional<bool> nodeHoldsAwake;
-    std::optional<double> driverCPUSeconds;  // user and system, since the driver's start
+    std::optional<double> driverCPUSeconds;  // user and system time since the driver's start
     std::optional<pid_t> driverPID;
-    bool settingUp = false;  // the application installs or pairs
+    bool settingUp = false;  // an installation or a pairing is in progress
     std::optional<pid_t> nodePID;
     std::optional<std::vector<KeepAwakeHolder::Seen>> holders;  // under the node
-    bool windowInUse = false;                                   // the person works in our window
+    bool windowInUse = false;                                   // the user works in our window
 
     bool operator==(const ActivitySample&) const = default;
 };

@@ -9,19 +9,19 @@
 
 namespace tarnik {
 
-// What only the main thread can tell of the application itself.
+// Application state that is read on the main thread only.
 struct OwnActivity {
     bool settingUp = false;
     bool windowInUse = false;
 };
 
-// Everything that a sample is taken from.
+// The sources of a sample.
 struct ActivitySources {
-    using RunningPID = std::function<std::optional<pid_t>()>;  // none while it doesn't run
+    using RunningPID = std::function<std::optional<pid_t>()>;  // std::nullopt while it doesn't run
 
     RunningPID nodePID;
     RunningPID driverPID;
-    // A process table with at least all that descends from the pid; none when it can't be had.
+    // Returns a process table with at least all descendants of the pid, or std::nullopt on failure.
     std::function<std::optional<std::vector<ProcessEntry>>(pid_t)> processesUnder;
     std::function<std::optional<double>(pid_t)> cpuSeconds;
     std::function<ActivitySample::Moment()> now;
@@ -29,8 +29,7 @@ struct ActivitySources {
 
     static ActivitySources production(RunningPID nodePID, RunningPID driverPID);
 
-    // Blocks while the system's processes are read: for a background thread. `own` was told by the main
-    // thread.
+    // Blocks while the processes of the system are listed; called on a background thread.
     ActivitySample sample(OwnActivity own) const;
 };
 

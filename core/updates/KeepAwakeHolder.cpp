@@ -13,7 +13,7 @@ std::vector<ProcessEntry> holders(pid_t under, const std::vector<ProcessEntry>& 
     for (const auto& entry : in) children[entry.parent].push_back(&entry);
 
     std::vector<ProcessEntry> found;
-    // A pid used again while the table was read can close a loop: nobody is visited twice.
+    // A pid that was reused while the table was read can close a loop, so each pid is visited once.
     std::unordered_set<pid_t> visited{under};
     std::vector<pid_t> queue{under};
     for (std::size_t next = 0; next < queue.size(); ++next) {
@@ -44,7 +44,7 @@ std::optional<std::vector<Seen>> seen(pid_t under, const std::vector<ProcessEntr
 
 std::size_t std::hash<tarnik::KeepAwakeHolder::Seen>::operator()(
     const tarnik::KeepAwakeHolder::Seen& seen) const noexcept {
-    // Starts differ in their higher bits; spread over all by a multiplication, the pid finds its place.
+    // Start times differ in their higher bits. The multiplication spreads them before the pid is added.
     constexpr std::uint64_t spread = 0x9e3779b97f4a7c15;
     const auto started = static_cast<std::uint64_t>(seen.started.time_since_epoch().count());
     return std::hash<std::uint64_t>{}(started * spread + static_cast<std::uint64_t>(seen.pid));

@@ -9,10 +9,10 @@
 // The processes by which the helper node holds the machine awake while it works.
 namespace tarnik::KeepAwakeHolder {
 
-// What such a process runs. Stand-ins have another.
+// The executable of such a process. Tests use another.
 inline constexpr std::string_view path = "/usr/bin/caffeinate";
 
-// A holder as one sample knows it from the next: a pid used again has another start.
+// Identifies a holder across samples. A reused pid has another start time.
 struct Seen {
     pid_t pid = 0;
     ProcessTime started;
@@ -20,13 +20,13 @@ struct Seen {
     bool operator==(const Seen&) const = default;
 };
 
-// The holders among all descendants of `under`, the nearest first; `under` itself is none.
+// Returns the holders among the descendants of `under`, the nearest first, without `under` itself.
 std::vector<ProcessEntry> holders(pid_t under, const std::vector<ProcessEntry>& in,
                                   std::string_view holderPath = path);
 
 bool held(pid_t under, const std::vector<ProcessEntry>& in, std::string_view holderPath = path);
 
-// None when the start of one of them is not known.
+// Returns std::nullopt if the start time of a holder is unknown.
 std::optional<std::vector<Seen>> seen(pid_t under, const std::vector<ProcessEntry>& in,
                                       std::string_view holderPath = path);
 

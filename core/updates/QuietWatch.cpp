@@ -2,19 +2,17 @@
 
 #include <algorithm>
 
-#include "core/updates/KeepAwakeCap.h"
-
 namespace tarnik {
 
 namespace {
 
 using Mark = std::optional<ActivitySample::Moment>;
 
-// One that ran this long was ended by its cap, and not because its work was done.
+// A holder that ran this long was ended by the cap, not because its work was done.
 constexpr auto cappedAfter =
     std::chrono::duration_cast<ProcessClock::duration>(KeepAwakeCap::maxHold - KeepAwakeCap::margin);
 
-// The moment from which the successor of a holder that has ended may start; none if it was not capped.
+// Returns the earliest start of the successor of an ended holder, or std::nullopt if the cap did not end it.
 Mark markOf(const KeepAwakeHolder::Seen& ended, const ActivitySample::Moment& at) {
     const auto ranFor = at.process - ended.started;
     if (ranFor < cappedAfter) return std::nullopt;
@@ -39,7 +37,7 @@ void QuietWatch::observe(const ActivitySample& sample) {
     if (sample.settingUp || sample.windowInUse || nodeBusy || driverBusy) lastBusy = sample.at.steady;
 }
 
-// On the steady clock: setting the wall clock back must not hold updates back.
+// Uses the steady clock, so that setting the wall clock back doesn't delay updates.
 void QuietWatch::forgetLapsedMark(TimePoint now) {
     const auto& mark = stretchMayContinueUntilHolderAfter;
     if (mark && now - mark->steady >= KeepAwakeCap::maxHold) stretchMayContinueUntilHolderAfter.reset();
@@ -71,7 +69,7 @@ bool QuietWatch::driverIsBusy(const ActivitySample& sample) {
     const auto before = lastDriver;
     lastDriver = {*sample.driverPID, *sample.driverCPUSeconds, sample.at.steady};
     if (!before) return false;
-    if (before->pid != lastDriver->pid) return true;  // it was replaced, and whoever did that is at work
+    if (before->pid != lastDriver->pid) return true;  // a replaced driver means that work is going on
     const Seconds elapsed = std::max<Seconds>(lastDriver->at - before->at, Seconds(1));
     return lastDriver->cpuSeconds - before->cpuSeconds > driverAllowancePerMinute * elapsed.count() / 60;
 }

@@ -8,8 +8,17 @@
 
 namespace tarnik {
 
-// Tells from samples whether the machine's agent work, and the person in our window, have been quiet for
-// long enough. A value; belongs to one UpdateLoop.
+// The time after which the system ends a keep-awake holder.
+namespace KeepAwakeCap {
+
+inline constexpr Seconds maxHold{3600};
+// A holder that ended this close to the cap, or later, was ended by it.
+inline constexpr Seconds margin{120};
+
+}  // namespace KeepAwakeCap
+
+// Decides from samples whether the machine's agent work and our window have been quiet for long enough. A
+// value of one UpdateLoop.
 struct QuietWatch {
     static constexpr Seconds defaultQuietFor{600};
     static constexpr double defaultDriverAllowancePerMinute = 0.25;
@@ -25,25 +34,25 @@ struct QuietWatch {
 
     Seconds quietFor = defaultQuietFor;
     double driverAllowancePerMinute =
-        defaultDriverAllowancePerMinute;     // processor seconds that are idle still
+        defaultDriverAllowancePerMinute;     // processor seconds that still count as idle
     std::optional<TimePoint> watchingSince;  // the first sample since a reset
     std::optional<TimePoint> lastBusy;
     std::optional<Driver> lastDriver;  // of the last sample that had its processor time
-    std::optional<pid_t> holdersNode;  // whose holders are followed
+    std::optional<pid_t> holdersNode;  // the node of holdersSeen
     std::unordered_set<KeepAwakeHolder::Seen> holdersSeen;
-    // Set while the node's work is taken to go on although its holder was ended by the cap: until a holder
-    // starts after this moment, or none has for another KeepAwakeCap::maxHold, or the node is another one.
+    // Set while the node's work may continue although the cap ended its holder. Reset when a holder starts
+    // after this moment, when none has for another KeepAwakeCap::maxHold, and when the node is replaced.
     std::optional<ActivitySample::Moment> stretchMayContinueUntilHolderAfter;
 
     void observe(const ActivitySample& sample);
 
-    // A whole quiet stretch was watched, and nothing in it was busy.
+    // Returns true if nothing was busy for at least quietFor.
     bool isQuiet(TimePoint now) const;
 
-    // When the quiet stretch began that may still go on; none before the first sample.
+    // Returns the start of the current quiet stretch, or std::nullopt before the first sample.
     std::optional<TimePoint> quietSince() const;
 
-    // Counts the quiet stretch anew, from the next sample. What is known of driver and holders stays.
+    // Starts a new quiet stretch at the next sample. Keeps the data about the driver and the holders.
     void reset();
 
     bool operator==(const QuietWatch&) const = default;

@@ -2,9 +2,13 @@
 
 #include <utility>
 
-#include "core/updates/QuietUpdate.h"
-
 namespace tarnik {
+
+UpdateInstallAction QuietUpdate::action(Situation situation) {
+    if (!situation.updateReady) return UpdateInstallAction::nothing;
+    if (situation.quitting) return UpdateInstallAction::installAtQuit;
+    return situation.quiet ? UpdateInstallAction::installNow : UpdateInstallAction::wait;
+}
 
 void UpdateLoop::updateReady() {
     if (quitting) return;

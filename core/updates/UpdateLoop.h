@@ -1,12 +1,33 @@
 #pragma once
 
 #include "core/updates/QuietWatch.h"
-#include "core/updates/UpdateInstallAction.h"
 
 namespace tarnik {
 
-// Holds back an update that was downloaded until a quiet moment, a person's wish or the end of the program,
-// and says what to do at each event. A value; its owner keeps it on one thread.
+// What to do about a downloaded update.
+enum class UpdateInstallAction {
+    nothing,
+    installNow,
+    wait,              // for a quiet moment
+    installAtQuit,     // by the update framework itself
+    checkWithSparkle,  // the update framework looks for an update, with its own windows
+};
+
+// The rule for the installation of a downloaded update.
+namespace QuietUpdate {
+
+struct Situation {
+    bool updateReady = false;
+    bool quiet = false;
+    bool quitting = false;
+};
+
+UpdateInstallAction action(Situation situation);
+
+}  // namespace QuietUpdate
+
+// Delays a downloaded update until a quiet moment, a request of the user, or the end of the program. A value
+// that belongs to one thread.
 //
 //   from      event                  to         answer
 //   idle      updateReady            waiting    the quiet stretch begins at the next sample

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/model/ChangeFeed.h"
-#include "app/model/WindowTexts.h"
+#include "app/texts/LinkTexts.h"
 #include "core/foundation/TarnikIdentity.h"
 #include "tests/support/FakeMachine.h"
 
@@ -189,13 +189,13 @@ TEST(AppDelegate, keepsALinkThatComesTooEarly) {
     f.releaseBase = "https://release.example";
     f.launch();
     f.openLink(FakeMachine::link());
-    EXPECT_EQ(f.state().linkMessage, WindowTexts::stillInstalling);
+    EXPECT_EQ(f.state().linkMessage, LinkTexts::stillInstalling);
     EXPECT_EQ(f.field, FakeMachine::link());
     f.settle();
     EXPECT_EQ(f.state().linkMessage, std::nullopt) << "nothing is being installed any more";
     f.openLink(FakeMachine::link('b'));
     f.settle();
-    EXPECT_EQ(f.state().linkMessage, WindowTexts::linkExpired);
+    EXPECT_EQ(f.state().linkMessage, LinkTexts::linkExpired);
     EXPECT_EQ(f.field, FakeMachine::link());
     f.delegate().windowClosed();
     EXPECT_EQ(f.state().linkMessage, std::nullopt);

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/model/WindowTexts.h"
+#include "app/texts/LinkTexts.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeMachine.h"
 
@@ -15,12 +15,11 @@ namespace tarnik {
 namespace {
 
 using namespace std::chrono_literals;
-using enum AppModel::Replacing;
 
-const std::string notALink(WindowTexts::notALink);
-const std::string stillInstalling(WindowTexts::stillInstalling);
+const std::string notALink(LinkTexts::notALink);
+const std::string stillInstalling(LinkTexts::stillInstalling);
 const std::string busy = describe(PairingFailure::busy);
-const std::string expired(WindowTexts::linkExpired);
+const std::string expired(LinkTexts::linkExpired);
 
 // Installed, started, and waiting for a link.
 struct Started : FakeMachine {
@@ -29,8 +28,8 @@ struct Started : FakeMachine {
         model().start();
         settle();
     }
-    void giveLink(char letter, AppModel::Replacing replacing = no) {
-        model().connect(link(letter), replacing);
+    void giveLink(char letter) {
+        model().pairing().connect(link(letter));
         settle();
     }
 };
@@ -59,7 +58,7 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
     homeless.settle();
     EXPECT_NE(homeless.state().homeError.value_or("").find("not/absolute"), std::string::npos);
     EXPECT_FALSE(homeless.model().hasStarted());
-    homeless.model().connect(FakeMachine::link(), no);
+    homeless.model().pairing().connect(FakeMachine::link());
     EXPECT_EQ(homeless.state().linkMessage, stillInstalling);
 }
 
@@ -77,7 +76,7 @@ TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
     for (int i = 0; i < 2; ++i) f.model().start([&] { ++started; });
     f.main.advance(10s);  // launchctl has not answered yet
     f.model().refreshSwitches();
-    f.model().connect(FakeMachine::link(), no);
+    f.model().pairing().connect(FakeMachine::link());
     EXPECT_EQ(f.state().linkMessage, stillInstalling);
     EXPECT_EQ(started, 0);
     EXPECT_EQ(f.queues.size(), 2U) << "no queue of a supervisor or of a driver host";
@@ -108,21 +107,21 @@ TEST(AppModel, takesALinkOnlyByTheRules) {
 
     Started f;
     f.goodLinks = {FakeMachine::code('a')};
-    f.model().connect("see " + FakeMachine::link('a'), no);
+    f.model().pairing().connect("see " + FakeMachine::link('a'));
     EXPECT_EQ(f.state().linkMessage, notALink);
-    f.model().connect(FakeMachine::link('a'), no);
-    EXPECT_EQ(f.state().linkMessage, WindowTexts::checkingLink);
+    f.model().pairing().connect(FakeMachine::link('a'));
+    EXPECT_EQ(f.state().linkMessage, LinkTexts::checkingLink);
     EXPECT_TRUE(f.state().checkingLink);
-    f.model().connect(FakeMachine::link('b'), no);
+    f.model().pairing().connect(FakeMachine::link('b'));
     EXPECT_EQ(f.state().linkMessage, busy);
-    f.model().dismissLinkMessage();
-    EXPECT_EQ(f.state().linkMessage, WindowTexts::checkingLink) << "it still is";
-    f.model().connect(FakeMachine::link('b'), no);
+    f.model().pairing().dismissMessage();
+    EXPECT_EQ(f.state().linkMessage, LinkTexts::checkingLink) << "it still is";
+    f.model().pairing().connect(FakeMachine::link('b'));
     f.settle();
     EXPECT_EQ(f.terminals.count(), 1U) << "the first goes on";
     EXPECT_TRUE(f.pairingIs(PairingPhases::Starting{}));
     EXPECT_EQ(f.state().linkMessage, busy) << "as long as it is true";
-    f.model().cancelPairing();
+    f.model().pairing().cancel();
     EXPECT_EQ(f.state().linkMessage, std::nullopt);
 }
 
@@ -131,11 +130,12 @@ TEST(AppModel, offersToReplaceAnAccount) {
     f.join();
     f.goodLinks = {FakeMachine::code('a')};
     f.giveLink('a');
-    EXPECT_EQ(f.state().replaceOffer, FakeMachine::link('a'));
+    EXPECT_EQ(f.state().replaceOffer, FakeMachine::joinCode('a'));
     EXPECT_EQ(f.terminals.count(), 0U);
-    f.model().keepCurrentConnection();
+    f.model().pairing().declineOffer();
     EXPECT_EQ(f.state().replaceOffer, std::nullopt);
-    f.giveLink('a', yes);
+    f.replaceBy('a');
+    f.settle();
     EXPECT_EQ(f.terminals.count(), 1U);
     EXPECT_EQ(f.state().replaceOffer, std::nullopt);
 }
@@ -146,9 +146,9 @@ TEST(AppModel, pairsAndShowsHowItEnded) {
     EXPECT_EQ(f.state().linkMessage, std::nullopt);
     f.giveLink('b');
     EXPECT_EQ(f.state().linkMessage, busy);
-    f.model().confirmPairing();
+    f.model().pairing().confirm();
     EXPECT_EQ(f.terminals.last().typed(), "\n");
-    f.model().pairingFinished();
+    f.model().pairing().dismissOutcome();
     f.settle();
     EXPECT_TRUE(f.state().pairing) << "it is not over";
     f.join();
@@ -157,7 +157,7 @@ TEST(AppModel, pairsAndShowsHowItEnded) {
     EXPECT_EQ(f.state().linkMessage, std::nullopt) << "nothing is in the way of the next";
     EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
     EXPECT_TRUE(f.state().needsAttention());
-    f.model().pairingFinished();
+    f.model().pairing().dismissOutcome();
     EXPECT_FALSE(f.state().pairing);
 
     Started failing;
@@ -184,8 +184,8 @@ TEST(AppModel, aSessionThatCantBeginSaysSo) {
 TEST(AppModel, aCancelledLinkIsForgottenWhereverItIs) {
     Started whileChecking;
     whileChecking.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
-    whileChecking.model().connect(FakeMachine::link('a'), no);
-    whileChecking.model().cancelPairing();
+    whileChecking.model().pairing().connect(FakeMachine::link('a'));
+    whileChecking.model().pairing().cancel();
     EXPECT_EQ(whileChecking.state().linkMessage, std::nullopt);
     whileChecking.giveLink('b');
     ASSERT_EQ(whileChecking.terminals.count(), 1U);
@@ -196,7 +196,7 @@ TEST(AppModel, aCancelledLinkIsForgottenWhereverItIs) {
     whileItBegins.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
     whileItBegins.queues.at("tarnik.node")->hold();
     whileItBegins.giveLink('a');
-    whileItBegins.model().cancelPairing();
+    whileItBegins.model().pairing().cancel();
     whileItBegins.queues.at("tarnik.node")->letGo();
     EXPECT_EQ(whileItBegins.terminals.count(), 0U);
 
@@ -206,7 +206,7 @@ TEST(AppModel, aCancelledLinkIsForgottenWhereverItIs) {
     began.giveLink('a');
     began.queues.at("tarnik.node")->letGo();
     ASSERT_EQ(began.terminals.count(), 1U);
-    began.model().cancelPairing();
+    began.model().pairing().cancel();
     began.settle();
     EXPECT_TRUE(began.terminals.last().handle()->exitStatus());
     EXPECT_FALSE(began.state().pairing);
@@ -216,7 +216,7 @@ TEST(AppModel, aCancelledLinkIsForgottenWhereverItIs) {
 
     Started underWay;
     underWay.pairUpToPrompt();
-    underWay.model().cancelPairing();
+    underWay.model().pairing().cancel();
     underWay.settle();
     EXPECT_FALSE(underWay.state().pairing) << "its last words come too late";
     EXPECT_EQ(underWay.terminals.last().handle()->exitStatus(), ExitStatus::signaled(SIGTERM));
@@ -294,7 +294,7 @@ TEST(AppModel, samplesWhatIsGoingOn) {
     EXPECT_TRUE(samples.back().windowInUse);
     EXPECT_EQ(samples.back().nodePID, f.nodes.last().handle()->pid());
     EXPECT_EQ(samples.back().driverPID, f.drivers.last().handle()->pid());
-    f.model().connect(FakeMachine::link(), yes);
+    f.replaceBy('a');
     take();
     EXPECT_TRUE(samples.back().settingUp);
     f.settle();
@@ -324,7 +324,7 @@ TEST(AppModel, stopsSessionNodeAndDriverAndThenSaysSo) {
 
     const auto published = f.states.size();
     f.switches = {false, true};
-    f.model().connect(FakeMachine::link(), no);
+    f.model().pairing().connect(FakeMachine::link());
     f.model().refreshSwitches();
     f.advance(60s);
     EXPECT_EQ(f.states.size(), published);
@@ -375,7 +375,7 @@ TEST(AppModel, followsTheLatestEndpointAndEndsTheDriverAfterTheNode) {
 TEST(AppModel, whatComesAfterItsEndIsHarmless) {
     auto f = std::make_unique<Started>();
     f->goodLinks = {FakeMachine::code('a')};
-    f->model().connect(FakeMachine::link('a'), no);
+    f->model().pairing().connect(FakeMachine::link('a'));
     auto late = std::exchange(f->detached, {});
     f.reset();
     for (auto& task : late) task = nullptr;
@@ -395,11 +395,15 @@ TEST(AppModel, keepsItsPromisesThroughRandomEvents) {
         for (int step = 0; step < 60; ++step) {
             switch (random() % 12) {
                 case 0:
-                    f.model().connect(FakeMachine::link(chance(3) ? 'b' : 'a'), chance(2) ? yes : no);
+                    if (const char letter = chance(3) ? 'b' : 'a'; chance(2)) {
+                        f.replaceBy(letter);
+                    } else {
+                        f.model().pairing().connect(FakeMachine::link(letter));
+                    }
                     break;
-                case 1: f.model().cancelPairing(); break;
-                case 2: f.model().confirmPairing(); break;
-                case 3: f.model().pairingFinished(); break;
+                case 1: f.model().pairing().cancel(); break;
+                case 2: f.model().pairing().confirm(); break;
+                case 3: f.model().pairing().dismissOutcome(); break;
                 case 4: f.switches = {!chance(3), !chance(3)}; break;
                 case 5: f.advance(chance(2) ? 1s : 16s); break;
                 case 6:

@@ -1,6 +1,6 @@
-#include "app/LoginItem.h"
-
 #include <gtest/gtest.h>
+
+#include "app/Application.h"
 
 namespace tarnik {
 namespace {
@@ -10,12 +10,12 @@ TEST(LoginItem, registersOnceWhatIsNotEnabled) {
     int registered = 0;
     const LoginItemService service{.isEnabled = [&] { return enabled; },
                                    .registerItem = [&] { return ++registered < 0; }};
-    LoginItem::ensureRegistered(service);
+    ensureLoginItem(service);
     EXPECT_EQ(registered, 0);
     enabled = false;
-    LoginItem::ensureRegistered(service);
+    ensureLoginItem(service);
     EXPECT_EQ(registered, 1);
-    LoginItem::ensureRegistered({});  // a system without such a list
+    ensureLoginItem({});  // a system without such a list
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/console/PairingTranscript.h"
-#include "app/model/PairingInbox.h"
+#include "app/pairing/PairingInbox.h"
 
 namespace tarnik {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/relocation/BundleVersion.h"
+#include "app/bundle/BundleInfo.h"
 #include "app/relocation/RelaunchLine.h"
 #include "app/relocation/RelocationRun.h"
 #include "core/process/Spawner.h"
@@ -299,7 +299,7 @@ TEST(Relocator, endsAtOnceWhileAnOlderCopyIsWaitedFor) {
     ManualMainThread mainThread;
     deps.mainThread = mainThread.record();
     deps.makeQueue = SerialQueue::withThread;
-    deps.pause = Pause::production();
+    deps.sleep = InterruptibleSleep::production();
     std::atomic<bool> asked = false;
     deps.bundles.others.terminate = [&](const OtherCopy&) { asked = true; };
     const TimePoint start = steadyNow();

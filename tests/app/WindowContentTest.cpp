@@ -91,7 +91,7 @@ TEST(WindowContent, showsEachStateInItsWay) {
 TEST(WindowContent, showsTheFirstSectionThatApplies) {
     AppState state = sample("pairing-reading");
     state.stopping = state.joined = true;
-    state.replaceOffer = "link";
+    state.replaceOffer = JoinCode{.text = "code", .link = "link"};
     state.node = NodeStates::Running{};
     state.homeError = "no home";
     state.setup = Setups::Failed{"no install"};

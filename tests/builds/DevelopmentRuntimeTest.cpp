@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "app/model/BuildKind.h"
-#include "app/model/BuildSettings.h"
+#include "app/bundle/BuildKind.h"
+#include "app/bundle/BundleInfo.h"
 #include "tests/support/PropertyLists.h"
 
 namespace tarnik {
@@ -19,7 +19,7 @@ TEST(DevelopmentRuntime, isThereInDevelopmentBuildsOnly) {
         text("TKDevRuntimeVersion", "v24.1.0") + text("TKDevRuntimeBase", "http://localhost/") +
         text("TKDevRuntimeFile", "node.tar.gz");
     const auto settingsOf = [](const std::string& entries) {
-        return BuildSettings::fromPropertyList(propertyLists::xml("<dict>" + entries + "</dict>"));
+        return BuildSettings::of(BundleInfo::parse(propertyLists::xml("<dict>" + entries + "</dict>")));
     };
     const BuildSettings whole = settingsOf(most + text("TKDevRuntimeSHA256", "ab"));
     const NodeRuntime runtime{"linux-x64", "v24.1.0", "http://localhost/", "node.tar.gz", "ab"};

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text = fuzz::textOf(data, size);
     const auto origin = Url::parse("https://tarnik.example:8");
 
-    if (const auto code = JoinLink::code(text, *origin)) require(JoinLink::isCode(*code));
+    if (const auto code = JoinLink::code(text, *origin)) require(JoinLink::isCode(code->text));
     if (const auto url = Url::parse(text)) {
         require(url->text() == text);
         const Url longer = url->appending("a/b");

@@ -21,7 +21,10 @@ std::vector<std::string> links(const std::string& text) {
 
 void expectAll(const std::vector<std::string>& texts, const Url& webOrigin,
                const std::optional<std::string>& found) {
-    for (const auto& text : texts) EXPECT_EQ(JoinLink::code(text, webOrigin), found) << text.substr(0, 100);
+    for (const auto& text : texts) {
+        const auto expected = found ? std::optional(JoinCode{*found, text}) : std::nullopt;
+        EXPECT_EQ(JoinLink::code(text, webOrigin), expected) << text.substr(0, 100);
+    }
 }
 
 TEST(JoinLink, takesOnlyWholeCodes) {

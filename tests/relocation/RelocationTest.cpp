@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "app/texts/RelocationTexts.h"
 #include "core/relocation/RecordLine.h"
-#include "core/relocation/RelocationMessages.h"
 #include "core/relocation/Takeover.h"
 #include "core/relocation/VersionOrder.h"
 

@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-#include "app/relocation/BundleVersion.h"
+#include "app/bundle/BundleInfo.h"
 #include "app/relocation/Relocator.h"
 #include "tests/support/ManualMainThread.h"
 #include "tests/support/ManualQueue.h"
@@ -165,7 +165,7 @@ RelocatorDeps FakeMac::deps() {
         told.push_back("open " + request.arguments.at(4));
         return {};
     };
-    deps.pause = {.sleep = [this](Seconds time) { slept += time; }, .cut = [] {}};
+    deps.sleep = {.sleep = [this](Seconds time) { slept += time; }, .interrupt = [] {}};
     deps.now = [] { return Relocation::RecordTime(); };
     deps.makeQueue = [](const std::string&) { return std::make_shared<ManualQueue>(); };
     return deps;

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "app/relocation/RelocationOutcome.h"
-#include "app/relocation/RelocatorDeps.h"
+#include "app/relocation/Relocator.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {

@@ -78,7 +78,7 @@ FakeMachine::FakeMachine() {
         sources.now = [this] { return ActivitySample::Moment{.steady = clock->now(), .process = {}}; };
         return sources;
     };
-    deps.detach = [this](const std::string&, BackgroundTasks::Task task) {
+    deps.platform.detach = [this](const std::string&, BackgroundTasks::Task task) {
         if (threadsAreLeft) detached.push_back(std::move(task));
         return threadsAreLeft;
     };
@@ -96,14 +96,14 @@ const std::shared_ptr<AppModel>& FakeMachine::sharedModel() {
     BuildSettings settings{.webOrigin = Url::parse(origin).value()};
     if (releaseBase) settings.nodeReleaseBase = Url::parse(*releaseBase);
     settings.nodeReleasePublicKey = "AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA";
-    model_ = AppModel::make({.userFolder = folder.path(),
-                             .applicationSupport = folder.path(),
-                             .nodeLog = folder.path() + "/node.log",
-                             .driverExecutable = "/driver",
-                             .inherited = {{"PATH", "/bin"}},
-                             .settings = settings,
-                             .platform = "darwin-arm64"},
-                            deps);
+    model_ = std::make_shared<AppModel>(HostEnvironment{.userFolder = folder.path(),
+                                                        .applicationSupport = folder.path(),
+                                                        .nodeLog = folder.path() + "/node.log",
+                                                        .driverExecutable = "/driver",
+                                                        .inherited = {{"PATH", "/bin"}},
+                                                        .settings = settings,
+                                                        .platform = "darwin-arm64"},
+                                        deps);
     model_->observe([this](const AppState&, const AppState& next) { states.push_back(next); });
     return model_;
 }
@@ -153,7 +153,7 @@ void FakeMachine::advance(Seconds by) {
 
 void FakeMachine::pairUpToPrompt() {
     goodLinks.insert(code('a'));
-    model().connect(link('a'), AppModel::Replacing::no);
+    model().pairing().connect(link('a'));
     settle();
     terminals.last().print("Press Enter to connect it");
     pairingIs(PairingPhases::WaitingForYes{});

@@ -35,6 +35,10 @@ public:
     void leaveAgent() const;                     // a LaunchAgent of a command-line install
     static std::string link(char letter = 'a');  // a link whose code is this letter 22 times
     static std::string code(char letter) { return std::string(22, letter); }
+    static JoinCode joinCode(char letter) { return {.text = code(letter), .link = link(letter)}; }
+
+    // Connects by the link and gives up the current account.
+    void replaceBy(char letter) { model().pairing().connect(joinCode(letter), LinkPairing::Replacing::yes); }
 
     // Runs background tasks and posted tasks until none is left.
     void settle();

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/updates/QuietUpdate.h"
-
 namespace tarnik {
 namespace {
 

@@ -1,9 +1,0 @@
-#include "app/ProgramVersion.h"
-
-namespace tarnik {
-
-std::string_view programVersion() {
-    return TARNIK_VERSION;
-}
-
-}  // namespace tarnik

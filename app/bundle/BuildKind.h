@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "app/bundle/BundleInfo.h"
+#include "core/node/NodeRuntime.h"
+
+// Properties of this build. CMake compiles one of BuildKind_development.cpp and BuildKind_release.cpp.
+namespace tarnik {
+
+bool isDevelopmentBuild();
+
+// Returns the Node.js that an Info.plist names for a platform without a pinned one, which is the Node.js of
+// the developer's machine. Always std::nullopt in a release build.
+std::optional<NodeRuntime> developmentRuntime(const BundleInfo& info);
+
+// Returns the version that CMake gave the program: "0.1.0".
+std::string_view programVersion();
+
+}  // namespace tarnik

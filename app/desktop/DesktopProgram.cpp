@@ -1,0 +1,201 @@
+#include "app/desktop/DesktopProgram.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include <unistd.h>
+
+#include "app/Application.h"
+#include "app/ProcessSetup.h"
+#include "app/SignalWatcher.h"
+#include "app/platform/DesktopPlatform.h"
+#include "app/texts/ProgramTexts.h"
+#include "app/views/DesktopFace.h"
+#include "app/views/PlainStyle.h"
+#include "app/views/QtMainThread.h"
+#include "app/views/ScreenGallery.h"
+#include "core/foundation/TarnikIdentity.h"
+
+namespace tarnik {
+namespace {
+
+constexpr int signalledStatus = 128;  // plus the number of the signal, as in shells
+
+// Ends the program with a sentence instead of a core dump when Qt reports a fatal error. The sentence
+// contains Qt's first warning, because that names the cause; the fatal message itself is for developers of
+// Qt. Called on any thread.
+void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    static std::mutex mutex;
+    static std::string firstWarning;  // guarded by mutex
+    const std::lock_guard lock(mutex);
+    // Without its thread for the window system or the bus, Qt continues and then waits forever.
+    if (text.startsWith(QLatin1String("QThread::start: Thread creation error"))) exitOutOfThreads();
+    if (type == QtWarningMsg && firstWarning.empty()) firstWarning = text.toStdString();
+    if (type == QtCriticalMsg) printError(text.toStdString());
+    if (type != QtFatalMsg) return;
+    printError(ProgramTexts::cantOpenWindow + (firstWarning.empty() ? text.toStdString() : firstWarning));
+    ::_exit(EXIT_FAILURE);
+}
+
+void prepareApplication() {
+    qInstallMessageHandler(onToolkitMessage);
+    DesktopPlatform::prepare();
+    QCoreApplication::setApplicationName(QString::fromUtf8(TarnikIdentity::appName));
+    QGuiApplication::setDesktopFileName(QString::fromUtf8(TarnikIdentity::bundleIdentifier));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+// Delays a quit request of the system until everything has stopped. The event loop runs meanwhile.
+class QuitRequests : public QObject {
+public:
+    explicit QuitRequests(AppDelegate& delegate) : delegate_(delegate) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Quit || watched != QCoreApplication::instance()) return false;
+        if (delegate_.isQuitting()) return true;
+        delegate_.quit();
+        QEventLoop().exec();  // ends with the main event loop
+        return false;
+    }
+
+private:
+    AppDelegate& delegate_;
+};
+
+// Prints the outcome, except the usual one.
+bool isPrimaryInstance(const SingleInstance& singleInstance, const SingleInstance::LaunchRequest& request) {
+    if (!singleInstance.acquire) return true;
+    const auto outcome = singleInstance.acquire(request);
+    if (outcome == SingleInstance::Outcome::handedOver) printError(ProgramTexts::handedOver);
+    if (outcome == SingleInstance::Outcome::unavailable) printError(ProgramTexts::noSessionBus);
+    return outcome != SingleInstance::Outcome::handedOver;
+}
+
+// Returns the system's events. Adds the link of the command line if no other copy can deliver it; like a link
+// that the application was opened with, it arrives after the event loop has started.
+SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::string>& link,
+                      const MainThread& mainThread) {
+    auto events = desktop.events;
+    if (desktop.singleInstance.acquire || !link) return events;
+    events.onLink = [others = events.onLink, link = *link, mainThread](const auto& handler) {
+        others(handler);
+        mainThread.post([handler, link] { handler(link); });
+    };
+    return events;
+}
+
+// Connects the platform's notifications to the face and the model for the rest of the run.
+void connectPlatform(const DesktopPlatform& desktop, DesktopFace& face,
+                     const std::shared_ptr<AppModel>& model) {
+    model->observe(
+        [refuse = desktop.singleInstance.refuseRequests](const AppState& now, const AppState& next) {
+            if (refuse && next.stopping && !now.stopping) refuse();
+        });
+    if (desktop.onSwitchesChanged) {
+        desktop.onSwitchesChanged([weak = std::weak_ptr(model)] {
+            if (const auto strong = weak.lock()) strong->refreshSwitches();
+        });
+    }
+    if (desktop.onTrayHost) {
+        desktop.onTrayHost([&face](TrayHost host) { face.setTrayHost(host); });
+    } else {
+        face.setTrayHost(TrayHost::present);
+    }
+    if (desktop.onAppearanceChanged) {
+        applyPlainStyle(Appearance::light);
+        desktop.onAppearanceChanged([](const AppearanceSettings& choice) {
+            const bool isDark = choice.scheme == ColourScheme::dark;
+            applyPlainStyle(isDark ? Appearance::dark : Appearance::light, choice.options);
+        });
+    }
+}
+
+}  // namespace
+
+int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocation& place, char* name) {
+    if (const auto why = DesktopPlatform::whyNoWindow(host.inherited)) {
+        printError(*why);
+        return EXIT_FAILURE;
+    }
+    const QtMainThread loop;
+    const auto mainThread = loop.operations();
+    std::atomic<bool> launched = false;
+    std::function<void()> onSignal;
+    const SignalWatcher signalWatch([&](int signal) {
+        if (!launched) ::_exit(signalledStatus + signal);  // nothing runs yet that has to be stopped
+        mainThread.post([&onSignal] { onSignal(); });
+    });
+    prepareApplication();
+    int argc = 1;
+    char* argv[] = {name, nullptr};
+    const QApplication qtApplication(argc, argv);
+    const auto desktop = DesktopPlatform::make({.folders = place.folders,
+                                                .environment = host.inherited,
+                                                .userFolder = host.userFolder,
+                                                .executable = place.executable,
+                                                .bundle = place.bundle,
+                                                .mainThread = mainThread});
+    if (!isPrimaryInstance(desktop.singleInstance, {.link = line.link, .wantsWindow = !line.atLogin}))
+        return EXIT_SUCCESS;
+
+    std::function<bool()> windowInUse;
+    Application application(line, std::move(host), place,
+                            {.model = {.mainThread = mainThread,
+                                       .defaults = desktop.defaults,
+                                       .switches = desktop.switches,
+                                       .log = desktop.log("app"),
+                                       .windowInUse = [&] { return windowInUse(); }},
+                             .installPath = desktop.installPath,
+                             .bundles = desktop.bundles,
+                             .updates = desktop.updates,
+                             .updaterLog = desktop.log("updater"),
+                             .loginItem = desktop.loginItem,
+                             .events = withLink(desktop, line.link, mainThread)});
+    DesktopFace face({.mainThread = mainThread,
+                      .activate = desktop.activate,
+                      .statusImage = desktop.statusImage,
+                      .nameStatusItem = desktop.nameStatusItem,
+                      .end = [](int exitStatus) { QCoreApplication::exit(exitStatus); },
+                      .atLogin = line.atLogin},
+                     application.model());
+    windowInUse = [&face] { return face.windowInUse(); };
+    AppDelegate& delegate = application.attach(
+        {.presentation = face.presentation(), .showsWindow = desktop.marksLoginStarts && !line.atLogin});
+    face.attach(delegate);
+    connectPlatform(desktop, face, application.model());
+    const QuitRequests quitRequests(delegate);
+    onSignal = [&delegate] {
+        // A second signal ends the program at once. The helper then notices the end of its input.
+        if (delegate.isQuitting()) ::_exit(EXIT_FAILURE);
+        delegate.quit();
+    };
+    launched = true;
+    application.launch();
+    return application.finish(QApplication::exec());
+}
+
+int runScreens(const CommandLine& line, char* name) {
+    const bool writes = line.task == CommandLine::Task::writeScreens;
+    if (writes) ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    prepareApplication();
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+    int argc = 1;
+    char* argv[] = {name, nullptr};
+    const QApplication qtApplication(argc, argv);
+    applyPlainStyle(Appearance::light);
+    const ScreenGallery gallery{.webOrigin = BuildSettings::defaults().webOrigin};
+    if (writes) return gallery.writeScreens(line.screen);
+    return gallery.showScreen(line.screen, line.dark ? Appearance::dark : Appearance::light);
+}
+
+}  // namespace tarnik

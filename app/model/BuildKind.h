@@ -1,8 +1,0 @@
-#pragma once
-
-namespace tarnik {
-
-// Whether this program was built for its developers. The build picks the source.
-bool isDevelopmentBuild();
-
-}  // namespace tarnik

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "app/bundle/BundleInfo.h"
+#include "core/process/Environment.h"
+
+namespace tarnik {
+
+// The folders, the environment and the settings that the application runs with.
+struct HostEnvironment {
+    std::string userFolder;
+    std::string applicationSupport;               // contains the folder of the driver's sockets
+    std::string nodeLog;                          // the file that receives the helper's output
+    std::optional<std::string> driverExecutable;  // std::nullopt if the build has no driver
+    Environment inherited;                        // the application's environment
+    BuildSettings settings;
+    std::string platform;  // as releases name it: "darwin-arm64"
+};
+
+}  // namespace tarnik

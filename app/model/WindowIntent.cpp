@@ -1,0 +1,24 @@
+#include "app/model/WindowIntent.h"
+
+#include "app/model/AppModel.h"
+
+namespace tarnik {
+
+void performIntent(const WindowIntent& intent, const std::string& pasted, AppModel& model) {
+    using Kind = WindowIntent::Kind;
+    switch (intent.kind) {
+        case Kind::connectPasted: return model.pairing().connect(pasted);
+        case Kind::editLink: return model.pairing().dismissMessage();
+        case Kind::connectOffer:
+            if (intent.offer && intent.offer == model.state().replaceOffer)
+                model.pairing().connect(*intent.offer, LinkPairing::Replacing::yes);
+            return;
+        case Kind::keepCurrent: return model.pairing().declineOffer();
+        case Kind::confirmPairing: return model.pairing().confirm();
+        case Kind::cancelPairing: return model.pairing().cancel();
+        case Kind::finishPairing: return model.pairing().dismissOutcome();
+        case Kind::requestSwitch: return model.request(intent.which);
+    }
+}
+
+}  // namespace tarnik

@@ -1,0 +1,172 @@
+#include "app/pairing/LinkPairing.h"
+
+#include <utility>
+
+#include "app/pairing/PairingInbox.h"
+#include "app/texts/FailureTexts.h"
+#include "app/texts/LinkTexts.h"
+
+namespace tarnik {
+
+LinkPairing::LinkPairing(Deps deps, CoalescingQueue& queue) : deps_(std::move(deps)), queue_(queue) {}
+
+bool LinkPairing::isInProgress() const {
+    return !std::holds_alternative<std::monostate>(slot_);
+}
+
+void LinkPairing::change(const std::function<void(State&)>& edit) {
+    edit(state_);
+    state_.checking = std::holds_alternative<Starting>(slot_);
+    deps_.onChange(state_);
+}
+
+// A refusal also withdraws an offer: the offered link can't be used now either.
+void LinkPairing::refuse(std::string_view why) {
+    change([&](State& next) {
+        next.message = why;
+        next.offer.reset();
+    });
+}
+
+void LinkPairing::connect(const std::string& link) {
+    if (stopped_) return;
+    const auto code = JoinLink::code(link, deps_.webOrigin);
+    if (!code) return refuse(LinkTexts::notALink);
+    connect(*code, Replacing::no);
+}
+
+void LinkPairing::connect(const JoinCode& code, Replacing replacing) {
+    if (stopped_) return;
+    if (!deps_.isInstalled()) return refuse(LinkTexts::stillInstalling);
+    if (isInProgress()) return refuse(describe(PairingFailure::busy));
+    if (deps_.hasJoined() && replacing == Replacing::no) {
+        return change([&](State& next) {
+            next.offer = code;
+            next.message.reset();
+        });
+    }
+    check(code);
+}
+
+void LinkPairing::check(const JoinCode& code) {
+    const auto attempt = ++lastAttempt_;
+    slot_ = Starting{attempt};
+    wanted_ = attempt;
+    change([](State& next) {
+        next.message = LinkTexts::checkingLink;
+        next.offer.reset();
+        next.pairing.reset();
+    });
+    const auto url = JoinLink::answerURL(code.text, deps_.webOrigin).text();
+    const bool started = deps_.detach("tarnik.link", [this, fetch = deps_.fetchAnswer, url, code = code.text,
+                                                      attempt, post = guard_.wrapPost(deps_.post)] {
+        const auto answer = fetch(url);
+        const auto joinURL = answer ? JoinLink::joinURL(*answer, code) : std::nullopt;
+        post([this, attempt, joinURL] { checked(attempt, joinURL); });
+    });
+    if (started) return;
+    freeSlot();
+    refuse(FailureTexts::tooBusy);
+}
+
+void LinkPairing::checked(Attempt attempt, const std::optional<Url>& joinURL) {
+    if (slot_ != Slot(Starting{attempt})) return;  // cancelled meanwhile
+    if (joinURL) return queue_.call([this, attempt, text = joinURL->text()] { begin(attempt, text); });
+    freeSlot();
+    refuse(LinkTexts::linkExpired);
+}
+
+// Runs on the queue, because it waits until the node has stopped.
+void LinkPairing::begin(Attempt attempt, const std::string& joinURL) {
+    if (wanted_ != attempt) return;  // cancelled while it waited
+    const auto post = guard_.wrapPost(deps_.post);
+    const auto onSnapshot = [this, attempt, post, inbox = std::make_shared<PairingInbox>()](
+                                const PairingSession::Snapshot& snapshot) {
+        if (!inbox->put(snapshot)) return;
+        post([this, attempt, inbox] {
+            for (const auto& latest : inbox->take()) update(attempt, latest);
+        });
+    };
+    const auto session = deps_.begin(joinURL, onSnapshot);
+    post([this, attempt, session] { began(attempt, session); });
+}
+
+void LinkPairing::began(Attempt attempt, const std::expected<Session, PairingError>& session) {
+    const bool isCurrent = isInProgress() && wanted_ == attempt;
+    if (!session) {
+        if (!isCurrent) return;
+        freeSlot();
+        return refuse(messageFor(session.error()));
+    }
+    if (isCurrent) {
+        session_ = *session;
+        // Shows the session, and its Cancel button, before the command prints anything.
+        if (!state_.pairing) update(attempt, (*session)->snapshot());
+    } else if ((*session)->isInProgress()) {  // cancelled while it began
+        queue_.call([late = *session] { late->cancel(); });
+    }
+}
+
+void LinkPairing::update(Attempt attempt, const PairingSession::Snapshot& snapshot) {
+    if (!adopt(attempt, snapshot)) return;
+    const bool isOver = !tarnik::isInProgress(snapshot.phase);
+    if (isOver) freeSlot();
+    change([&](State& next) {
+        next.pairing = snapshot;
+        // A message that another link has to wait stays until the pairing is over.
+        if (isOver || next.message == LinkTexts::checkingLink) next.message.reset();
+    });
+}
+
+// Returns true if the snapshot belongs to the link in the slot.
+bool LinkPairing::adopt(Attempt attempt, const PairingSession::Snapshot& snapshot) {
+    const Active active{attempt, snapshot.sessionID};
+    if (slot_ == Slot(Starting{attempt})) slot_ = active;
+    return slot_ == Slot(active);
+}
+
+void LinkPairing::declineOffer() {
+    change([](State& next) { next.offer.reset(); });
+}
+
+void LinkPairing::confirm() {
+    if (!session_) return;
+    queue_.call([session = session_] { session->confirm(); });
+}
+
+void LinkPairing::cancel() {
+    const auto session = freeSlot();
+    change([](State& next) {
+        next.pairing.reset();
+        next.message.reset();
+    });
+    if (session) queue_.call([session] { session->cancel(); });
+}
+
+void LinkPairing::dismissOutcome() {
+    if (isInProgress()) return;
+    change([](State& next) { next.pairing.reset(); });
+}
+
+void LinkPairing::dismissMessage() {
+    change([&](State& next) {
+        next.message.reset();
+        if (std::holds_alternative<Starting>(slot_)) next.message = LinkTexts::checkingLink;
+    });
+}
+
+LinkPairing::Session LinkPairing::stop() {
+    stopped_ = true;
+    const auto session = freeSlot();
+    change([](State& next) { next = State(); });
+    return session;
+}
+
+// Returns the session of the slot, or nullptr if it has none yet.
+LinkPairing::Session LinkPairing::freeSlot() {
+    slot_ = std::monostate();
+    wanted_ = 0;
+    return std::exchange(session_, nullptr);
+}
+
+}  // namespace tarnik

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "app/platform/BackgroundTasks.h"
+#include "app/platform/MainThread.h"
+#include "core/foundation/CallbackGuard.h"
+#include "core/foundation/CoalescingQueue.h"
+#include "core/pairing/JoinLink.h"
+#include "core/pairing/PairingFailure.h"
+#include "core/pairing/PairingSession.h"
+
+namespace tarnik {
+
+// Pairs this machine by a link: checks the link with the service, then follows the session that connects the
+// machine. It accepts one link at a time.
+//
+// Owned by AppModel. Main thread only. A session begins and is cancelled on the queue of the node's calls.
+//
+//   slot       event                                           to
+//   none       a link that passes every rule                   starting
+//   starting   first snapshot of its session                   active
+//   starting   the link is refused, or no session can begin    none
+//   active     a snapshot that is connected or ended           none; the snapshot is still shown
+//   any        cancel, stop                                    none
+class LinkPairing {
+public:
+    using Session = std::shared_ptr<PairingSession>;
+    using OnSnapshot = std::function<void(const PairingSession::Snapshot&)>;
+
+    // The part of the application's state that a link changes.
+    struct State {
+        std::optional<PairingSession::Snapshot>
+            pairing;                         // of the current attempt, or the end of the last one
+        std::optional<std::string> message;  // one line about the last link
+        std::optional<JoinCode> offer;       // a link held back because this machine has joined
+        bool checking = false;               // a link was accepted; no session exists yet
+    };
+
+    // Whether a machine that has joined gives up its account for the account of the link.
+    enum class Replacing { no, yes };
+
+    // Everything LinkPairing asks of the outside.
+    struct Deps {
+        Url webOrigin;
+        std::function<bool()> isInstalled;  // the helper is installed, and its supervisor exists
+        std::function<bool()> hasJoined;
+
+        // Returns the service's answer at this address, or std::nullopt. Blocks; called on a detached thread.
+        std::function<std::optional<std::string>(const std::string& url)> fetchAnswer;
+
+        std::function<bool(const std::string& label, BackgroundTasks::Task task)> detach;  // see AppPlatform
+
+        // Starts a session. Blocks; called on the queue.
+        std::function<std::expected<Session, PairingError>(const std::string& joinURL, OnSnapshot)> begin;
+
+        std::function<void(MainThread::Task)> post;  // to the main thread
+        std::function<void(const State&)> onChange;
+    };
+
+    // `queue` outlives this, and is closed first.
+    LinkPairing(Deps deps, CoalescingQueue& queue);
+    LinkPairing(const LinkPairing&) = delete;
+    LinkPairing& operator=(const LinkPairing&) = delete;
+
+    void connect(const std::string& link);  // typed or pasted
+    void connect(const JoinCode& code, Replacing replacing);
+    void declineOffer();
+    void confirm();
+    void cancel();
+    void dismissOutcome();  // ignored while a link is in progress
+    void dismissMessage();  // restores the progress line of a link that is being checked
+    bool isInProgress() const;
+
+    // Accepts no more links. Returns the session that the caller has to cancel, or nullptr.
+    Session stop();
+
+private:
+    using Attempt = std::uint64_t;  // identifies a link, so that a late answer to an earlier one is ignored
+
+    struct Starting {
+        Attempt attempt;
+        bool operator==(const Starting&) const = default;
+    };
+    struct Active {
+        Attempt attempt;
+        std::string sessionID;
+        bool operator==(const Active&) const = default;
+    };
+    using Slot = std::variant<std::monostate, Starting, Active>;
+
+    void change(const std::function<void(State&)>& edit);
+    void refuse(std::string_view why);
+    void check(const JoinCode& code);
+    void checked(Attempt attempt, const std::optional<Url>& joinURL);
+    void begin(Attempt attempt, const std::string& joinURL);
+    void began(Attempt attempt, const std::expected<Session, PairingError>& session);
+    void update(Attempt attempt, const PairingSession::Snapshot& snapshot);
+    bool adopt(Attempt attempt, const PairingSession::Snapshot& snapshot);
+    Session freeSlot();
+
+    const Deps deps_;
+    CoalescingQueue& queue_;
+    State state_;
+    Slot slot_;
+    Attempt lastAttempt_ = 0;
+    std::atomic<Attempt> wanted_ = 0;  // the attempt of the slot, or 0; read on the queue
+    Session session_;                  // of the slot, while it is in progress
+    bool stopped_ = false;
+    const CallbackGuard guard_;
+};
+
+}  // namespace tarnik

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/node/InstallFailure.h"
+#include "core/pairing/PairingFailure.h"
+
+namespace tarnik {
+
+// The plain sentences for failures that the system, a server or a program describes in its own words.
+namespace FailureTexts {
+
+using Text = std::string_view;
+
+inline constexpr Text tooBusy = "This computer is too busy right now. Close some programs and try again.";
+inline constexpr Text diskFull = "The disk is full. Make room on it and try again.";
+inline constexpr Text notAllowed =
+    "tarnik isn't allowed to use a file or folder that it needs. Change who may use it and try again.";
+inline constexpr Text fileFailed =
+    "tarnik couldn't use a file or folder that it needs. Look whether something else is in its place.";
+inline constexpr Text programFailed =
+    "tarnik couldn't start a program that it needs. Look whether that is installed.";
+inline constexpr Text downloadFailed =
+    "tarnik couldn't download its helper. Check your connection and try again.";
+inline constexpr Text unpackFailed =
+    "What tarnik downloaded is damaged, or the disk is full. Make room on it and try again.";
+inline constexpr Text releaseRefused =
+    "tarnik can't be sure that its helper is genuine, so nothing was installed. Try again later.";
+
+}  // namespace FailureTexts
+
+// Returns a sentence that says what happened and what the user can do. Empty if the description of the error
+// is such a sentence itself.
+std::string_view plainSentence(const SystemError& error);
+std::string_view plainSentence(const InstallError& error);
+std::string_view plainSentence(const PairingError& error);
+
+// Returns "Sentence. (description)", or the one of the two that is not empty. Not bounded.
+std::string withDescription(std::string_view sentence, const std::string& description);
+
+// Returns the whole message for the user.
+template <typename Error>
+std::string messageFor(const Error& error) {
+    return withDescription(plainSentence(error), describe(error));
+}
+
+}  // namespace tarnik

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <string_view>
+
+// The texts of the window and of the alert. core/ words what it decides itself: the names of the switches and
+// their hint, why an install failed, and why a link has to wait.
+namespace tarnik::WindowTexts {
+
+using Text = std::string_view;
+
+inline constexpr Text product = "tarnik";
+
+// The title of the alert of a program that finds the node home in use.
+inline constexpr Text alreadyRunning = "tarnik is already running";
+
+// A link for another account.
+inline constexpr Text offerHeading = "This Mac is already connected to an tarnik account.";
+inline constexpr Text offerText =
+    "The link you opened is for connecting a Mac. Connect this Mac to the account that sent it instead? Its "
+    "current connection ends. Or keep things as they are.";
+inline constexpr Text offerConnect = "Connect to the new account";
+inline constexpr Text offerKeep = "Keep the current one";
+
+// A pairing.
+inline constexpr Text readingLink = "Reading the link…";
+inline constexpr Text connecting = "Connecting…";
+inline constexpr Text pairingConnected = "Connected. You can go back to your chat.";
+inline constexpr Text pairingEnded = "That didn't connect. Ask tarnik for a new link and open it again.";
+inline constexpr Text connect = "Connect";
+inline constexpr Text cancel = "Cancel";
+inline constexpr Text done = "Done";
+
+// The state of this machine.
+inline constexpr Text connected = "This Mac is connected to your tarnik.";
+inline constexpr Text reconnecting = "Reconnecting…";
+inline constexpr Text gettingReady = "Getting ready…";
+inline constexpr Text stopping = "Stopping…";
+inline constexpr Text installFailed = "tarnik couldn't install its helper.";
+inline constexpr Text helperMissing = "tarnik's helper isn't there any more.";
+inline constexpr Text homeUnusable = "tarnik can't use the folder for its helper.";
+inline constexpr Text tryAgain = "Quit tarnik and open it again to try once more.";
+
+// The link field.
+inline constexpr Text linkHeading = "Connect this Mac";
+inline constexpr Text linkText =
+    "Open the link tarnik sent you in your chat and click “Open in tarnik”, or paste the link here.";
+inline constexpr Text linkPathHint = "/…";  // in the field, after the web origin
+inline constexpr Text linkContinue = "Continue";
+
+// The switches.
+inline constexpr Text switchesHeading = "So tarnik can work in your apps";
+inline constexpr Text switchesText =
+    "Turn on these two switches for tarnik. It works in the background, in its own windows, and leaves your "
+    "cursor alone.";
+inline constexpr Text turnOn = "Turn On…";
+
+// The alert.
+inline constexpr Text ok = "OK";
+
+// Read by a screen reader only.
+inline constexpr Text linkFieldName = "Link from tarnik";
+inline constexpr Text terminalName = "What tarnik's helper says";
+inline constexpr Text busyName = "Working";
+inline constexpr Text downloadName = "Download";
+inline constexpr Text succeededName = "Done";
+inline constexpr Text problemName = "Problem";
+inline constexpr Text confirmPrompt = "Read what tarnik's helper says, then choose Connect or Cancel.";
+inline constexpr Text switchIsOn = " is on";  // after its title
+inline constexpr Text switchIsOff = " is off";
+inline constexpr Text turnOnSwitch = "Turn on ";  // before its title
+
+}  // namespace tarnik::WindowTexts
