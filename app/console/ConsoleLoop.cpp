@@ -16,7 +16,7 @@ ConsoleLoop::ConsoleLoop(int inputFd, Spawner::Pipe wake) : inputFd_(inputFd), w
 void ConsoleLoop::post(Task task) {
     const std::lock_guard lock(mutex_);
     posted_.push_back(std::move(task));
-    if (posted_.size() > 1) return;  // the loop has been woken for the first
+    if (posted_.size() > 1) return;  // the first task has woken the loop
     const char byte = 0;
     while (::write(wake_.writeEnd.get(), &byte, 1) < 0 && errno == EINTR) {}
 }
@@ -44,7 +44,7 @@ RepeatingTimer ConsoleLoop::repeat(Seconds interval, const Task& task) {
     return RepeatingTimer([repeats] { *repeats = false; });
 }
 
-// Counted from now, so that what was slept through is not made up for.
+// Schedules from now, so that repetitions that a system sleep has missed are not made up for.
 void ConsoleLoop::schedule(const std::shared_ptr<bool>& repeats, Seconds interval, const Task& task) {
     due_.push(after(steadyNow(), interval), [this, repeats, interval, task] {
         if (*repeats) task();
@@ -75,7 +75,7 @@ void ConsoleLoop::run(const Handlers& handlers) {
 }
 
 void ConsoleLoop::runPosted() {
-    // One byte for all that was posted since the last time; what comes in between is taken along.
+    // post() writes one byte for all tasks that wait. Tasks that arrive before the swap run as well.
     char byte = 0;
     while (::read(wake_.readEnd.get(), &byte, 1) < 0 && errno == EINTR) {}
     std::vector<Task> tasks;

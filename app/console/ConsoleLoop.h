@@ -12,10 +12,10 @@
 
 namespace tarnik {
 
-// The main thread of a program without a window: sleeps until there is a line of input, a posted task, or a
-// repeated one is due.
+// The event loop of a program without a window. It waits for a line of input, a posted task, or the time of a
+// repeated task.
 //
-// Made and run by main(). What was posted when it goes is dropped.
+// Made and run by runConsole(). Tasks that are still posted at its end are dropped.
 class ConsoleLoop : public std::enable_shared_from_this<ConsoleLoop> {
 public:
     using Task = std::function<void()>;
@@ -23,27 +23,25 @@ public:
     static constexpr std::size_t longestLine = 65536;
 
     struct Handlers {
-        std::function<void(const std::string&)> onLine;  // without its line feed
+        std::function<void(const std::string&)> onLine;  // without the line feed
         std::function<void()> onLineTooLong;             // once for each line over longestLine
         std::function<void()> onEndOfInput;
     };
 
-    // `wake` is a fresh pipe.
+    // `wake` is a new pipe.
     ConsoleLoop(int inputFd, Spawner::Pipe wake);
 
-    // Runs `task` on the main thread, soon. Call from any thread.
+    // Runs `task` on the main thread. Call from any thread.
     void post(Task task);
 
-    // This loop as the shell sees it; harmless once the loop is gone.
+    // Returns operations that do nothing after the loop has been destroyed.
     MainThread mainThread();
 
-    // Ends run() after what was posted before. Call from any thread.
+    // Ends run() after the tasks that were posted before. Call from any thread.
     void quit();
 
-    // Reads input from now on; what was typed before waits in the terminal or pipe. Main thread, as below.
+    // Start and stop reading input. Input before openInput() stays in the terminal or pipe. Main thread.
     void openInput() { reading_ = true; }
-
-    // Reads no more input.
     void closeInput() { reading_ = false; }
 
     void run(const Handlers& handlers);
@@ -60,9 +58,9 @@ private:
     Spawner::Pipe wake_;
     bool reading_ = false;
     bool running_ = true;
-    bool skipping_ = false;  // the rest of a line that was too long
+    bool skipping_ = false;  // ignores the rest of a line that is too long
     std::string partial_;
-    TaskSchedule due_;  // of the repeated tasks
+    TaskSchedule due_;  // repeated tasks
 
     std::mutex mutex_;
     std::vector<Task> posted_;  // guarded by mutex_

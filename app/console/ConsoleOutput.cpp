@@ -19,15 +19,15 @@ constexpr std::string_view dim = "\x1b[2m";
 constexpr std::string_view bold = "\x1b[1m";
 constexpr std::string_view red = "\x1b[31m";
 constexpr std::string_view plain = "\x1b[0m";
-constexpr std::string_view backToStart = "\r\x1b[K";  // and the line cleared
+constexpr std::string_view backToStart = "\r\x1b[K";  // and clears the line
 constexpr Seconds betweenProgressLines = Seconds(2);
-constexpr std::int64_t worthShowing = 1'000'000;  // bytes; less is there at once
+constexpr std::int64_t worthShowing = 1'000'000;  // bytes; a smaller download is too quick for a bar
 
 bool wantsColours(int fd) {
     return ::isatty(fd) != 0 && std::getenv("NO_COLOR") == nullptr;
 }
 
-// The local time of day with milliseconds.
+// Returns the local time of day with milliseconds.
 std::string timeOfDay() {
     using namespace std::chrono;
     const auto now = system_clock::now();

@@ -8,22 +8,22 @@
 
 namespace tarnik {
 
-// Writes the console's lines: a time, a word, the rest. Coloured only on a terminal, and not where NO_COLOR
-// is set. Used on the main thread.
+// Writes the lines of the console: a time, a word, and a text. Uses colours only on a terminal, and not if
+// NO_COLOR is set. Main thread.
 class ConsoleOutput {
 public:
     ConsoleOutput();
 
-    // On standard output: "12:00:01.250 state running".
+    // Writes to standard output: "12:00:01.250 state running".
     void line(std::string_view word, std::string_view rest);
 
-    // On standard error: "12:00:01.250 the node stopped (exit 1)".
+    // Writes to standard error: "12:00:01.250 the node stopped (exit 1)".
     void message(std::string_view text);
 
-    // Only for a person at a terminal.
+    // Writes only to a terminal.
     void hint(std::string_view text);
 
-    // How far a download is: a bar that stays in its place on a terminal, a line now and then elsewhere.
+    // Writes a bar that is updated in place on a terminal, and a line every two seconds elsewhere.
     void progress(const AppState::Download& download);
 
 private:

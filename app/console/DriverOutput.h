@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// The write end of a pipe whose lines are shown as the desktop driver's; none when no pipe can be had. From
-// any thread. `output` is there for as long as the main thread takes tasks.
+// Returns the write end of a pipe whose lines are printed as the desktop driver's, or an empty descriptor on
+// failure. Call from any thread. `output` outlives the event loop.
 UniqueFd attachDriverOutput(const MainThread& mainThread, ConsoleOutput& output);
 
 }  // namespace tarnik

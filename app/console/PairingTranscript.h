@@ -10,15 +10,14 @@
 
 namespace tarnik {
 
-// Turns a session's snapshots, each of which holds the end of the text so far, into what is new since the
-// last one.
+// Extracts the new lines from the snapshots of a session, each of which contains the end of the whole text.
 class PairingTranscript {
 public:
-    static constexpr std::size_t maxLines = 200;      // of one update; earlier ones are left out
-    static constexpr std::size_t longestLine = 2000;  // code points; the rest is left out
+    static constexpr std::size_t maxLines = 200;      // of one update; earlier ones are dropped
+    static constexpr std::size_t longestLine = 2000;  // code points; the rest is dropped
 
     struct News {
-        std::vector<std::string> lines;  // whole lines; the unfinished one too when the phase changes
+        std::vector<std::string> lines;  // complete lines, and the unfinished one when the phase changes
         std::optional<PairingSession::Phase> phase;
     };
 
@@ -28,8 +27,8 @@ private:
     void add(std::string_view text, std::vector<std::string>& lines);
     void finishLine(std::vector<std::string>& lines);
 
-    std::uint64_t seen_ = 0;  // bytes of all text
-    std::string pending_;     // the unfinished last line as far as it was not shown
+    std::uint64_t seen_ = 0;  // bytes of the whole text
+    std::string pending_;     // the part of the unfinished last line that was not returned yet
     std::optional<PairingSession::Phase> phase_;
 };
 

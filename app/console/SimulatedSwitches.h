@@ -6,14 +6,14 @@
 
 namespace tarnik {
 
-// The two privacy switches, as the person at the terminal turns them. Main thread.
+// The two privacy switches of a console, set by typed commands. Main thread.
 class SimulatedSwitches {
 public:
     SimulatedSwitches(ConsoleOutput& output, SwitchSnapshot atStart) : output_(output), snapshot_(atStart) {}
 
     void set(Switch which, bool on);
 
-    // These hold `this`.
+    // The operations hold `this`.
     SwitchOperations operations();
 
 private:

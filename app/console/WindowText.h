@@ -8,10 +8,11 @@
 
 namespace tarnik {
 
-// The window as lines of text, from top to bottom: "[Continue]" is a button, "(x)" a switch that is on.
+// Returns the window as lines of text from top to bottom. "[Continue]" is a button, "(x)" a switch that is
+// on.
 std::vector<std::string> windowText(const WindowContent& content);
 
-// "Open tarnik | Quit tarnik"
+// Returns "Open tarnik | Quit tarnik".
 std::string menuText(const MenuContent& menu);
 
 }  // namespace tarnik

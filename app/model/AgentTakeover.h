@@ -8,17 +8,18 @@
 
 namespace tarnik {
 
-// Ends an agent that a command-line install of the helper left behind. A value, used on a background thread.
+// Ends the launchd agent of a helper that was installed from the command line. A value, used on a background
+// thread.
 struct AgentTakeover {
     NodeHome home;
     std::string userFolder;
     LaunchdTakeover::Deps launchd;
-    SystemLog log;  // receives the outcome; a failure stops nothing
+    SystemLog log;  // receives the outcome; failures are only logged
 
-    // Returns false if there is no agent at all, so that nothing has to be waited for.
+    // Returns false if there is no agent, so that run() is not needed.
     bool isNeeded() const;
 
-    // Blocks for as long as launchctl takes, half a minute and more at worst.
+    // Blocks while launchctl runs, for more than half a minute at worst.
     void run() const;
 };
 

@@ -5,7 +5,7 @@
 namespace tarnik {
 namespace {
 
-// In millions of bytes, rounded to one decimal.
+// Returns millions of bytes, rounded to one decimal.
 std::string megabytes(std::int64_t bytes) {
     constexpr std::int64_t tenth = 100'000;
     const std::int64_t tenths = bytes / tenth + (bytes % tenth >= tenth / 2 ? 1 : 0);

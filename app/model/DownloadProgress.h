@@ -7,9 +7,9 @@
 
 namespace tarnik {
 
-// How far a download has come, as a bar and a line beneath it show it.
+// The progress of a download, for a progress bar and the line below it.
 struct DownloadProgress {
-    std::optional<int> permille;  // 0 to 1000; none where no believable total was told
+    std::optional<int> permille;  // 0 to 1000; std::nullopt without a plausible total
     std::string text;             // "18.1 MB of 40.1 MB", or "18.1 MB"
 
     static DownloadProgress of(const AppState::Download& download);

@@ -6,17 +6,17 @@
 
 namespace tarnik {
 
-// Whether the person can be offered to look for updates: only with an updater that works.
+// Whether the menu offers to check for updates, which needs an updater that is set up.
 enum class UpdateCheck { unavailable, available };
 
-// The status item's menu, as its view draws it.
+// The menu of the status item, ready to be drawn.
 struct MenuContent {
     enum class Action { openWindow, checkForUpdates, quit };
 
     struct Entry {
         std::string_view title;        // empty for a separator
-        std::optional<Action> action;  // none for a separator
-        std::string_view key;          // with the system's own modifier; empty for none
+        std::optional<Action> action;  // std::nullopt for a separator
+        std::string_view key;          // with the modifier of the system; empty without a key
 
         bool isSeparator() const { return !action; }
         bool operator==(const Entry&) const = default;

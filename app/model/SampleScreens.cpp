@@ -32,7 +32,7 @@ AppState failed(const InstallError& error) {
     return state;
 }
 
-AppState homeless(std::string text) {
+AppState withoutHome(std::string text) {
     AppState state;
     state.homeError = std::move(text);
     return state;
@@ -48,14 +48,14 @@ AppState joined(NodeState node = NodeStates::Running{}) {
     return state;
 }
 
-AppState saying(AppState state, std::string_view message) {
+AppState withMessage(AppState state, std::string_view message) {
     state.linkMessage = message;
     return state;
 }
 
 AppState checking(AppState state) {
     state.checkingLink = true;
-    return saying(std::move(state), LinkTexts::checkingLink);
+    return withMessage(std::move(state), LinkTexts::checkingLink);
 }
 
 AppState pairing(PairingPhase phase, std::string text) {
@@ -84,14 +84,14 @@ AppState offered() {
     return state;
 }
 
-AppState ending() {
+AppState stopping() {
     auto state = joined();
     state.stopping = true;
     return state;
 }
 
-// More than the window shows of it.
-std::string tarsWords() {
+// Longer than the window shows.
+std::string tarOutput() {
     std::string words;
     for (int file = 1; file <= 40; ++file)
         words += "tar: lib/node_modules/openclaw/dist/chunk-" + std::to_string(file) +
@@ -99,7 +99,7 @@ std::string tarsWords() {
     return words + "tar: Exiting with failure status due to previous errors";
 }
 
-// More than the window shows of it.
+// Longer than the window shows.
 std::string longText() {
     std::string text;
     for (int line = 1; line <= 600; ++line)
@@ -124,18 +124,20 @@ std::vector<SampleScreen> sampleScreens() {
         {"installing-download", installing("Downloading Node.js v24.22.1…", part)},
         {"installing-download-unknown-size", installing("Downloading tarnik's helper…", unknown)},
         {"installing-refused-link",
-         saying(installing("Downloading Node.js v24.22.1…", part), LinkTexts::stillInstalling)},
+         withMessage(installing("Downloading Node.js v24.22.1…", part), LinkTexts::stillInstalling)},
         {"install-failed", failed(InstallFailure{.kind = InstallFailure::Kind::download, .what = "Node.js"})},
-        {"install-failed-long", failed(InstallFailure{InstallFailure::Kind::extract, tarsWords()})},
+        {"install-failed-long", failed(InstallFailure{InstallFailure::Kind::extract, tarOutput()})},
         {"helper-missing", ready(NodeStates::NotInstalled{})},
-        {"home-error", homeless("The node folder must be a full path (starting with /), not tarnik-node.")},
+        {"home-error",
+         withoutHome("The node folder must be a full path (starting with /), not tarnik-node.")},
         {"connect", unjoined()},
         {"checking", checking(unjoined())},
-        {"refused-link", saying(unjoined(), LinkTexts::notALink)},
-        {"expired-link", saying(unjoined(), LinkTexts::linkExpired)},
+        {"refused-link", withMessage(unjoined(), LinkTexts::notALink)},
+        {"expired-link", withMessage(unjoined(), LinkTexts::linkExpired)},
         {"pairing-reading", pairing(Starting{}, "")},
         {"pairing-confirm", pairing(WaitingForYes{}, shown)},
-        {"pairing-refused-link", saying(pairing(WaitingForYes{}, shown), describe(PairingFailure::busy))},
+        {"pairing-refused-link",
+         withMessage(pairing(WaitingForYes{}, shown), describe(PairingFailure::busy))},
         {"pairing-long-text", pairing(WaitingForYes{}, longText())},
         {"pairing-connecting", pairing(Connecting{}, shown)},
         {"pairing-connected", pairing(Connected{}, shown)},
@@ -145,12 +147,12 @@ std::vector<SampleScreen> sampleScreens() {
         {"connected", switched(joined(), {.accessibility = true, .screenRecording = true})},
         {"connected-stale-switch", stale()},
         {"connected-stale-switch-and-screen", std::move(halfStale)},
-        {"connected-refused-link", saying(joined(), LinkTexts::notALink)},
+        {"connected-refused-link", withMessage(joined(), LinkTexts::notALink)},
         {"connected-checking", checking(joined())},
         {"reconnecting", joined(NodeStates::Restarting{Seconds(4)})},
         {"reconnecting-at-start", std::move(starting)},
         {"replace-offer", offered()},
-        {"stopping", ending()},
+        {"stopping", stopping()},
         {"alert", unjoined(), Relocation::runHereMessage({.bundlePath = "/Users/ada/Downloads/tarnik.app"})},
     };
 }

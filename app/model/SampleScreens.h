@@ -9,14 +9,14 @@
 
 namespace tarnik {
 
-// A state of the application under a name, to look at what the window makes of it.
+// A named state of the application, to test and to show what the window makes of it.
 struct SampleScreen {
     std::string_view name;  // lower case, with dashes; fit for a file name
     AppState state;
-    std::optional<Relocation::Message> alert = std::nullopt;  // stands before the window
+    std::optional<Relocation::Message> alert = std::nullopt;  // shown in front of the window
 };
 
-// One for each state that the window tells apart, in the order in which a person would meet them.
+// Returns one screen for each state that the window distinguishes, in the order of a first use.
 std::vector<SampleScreen> sampleScreens();
 
 }  // namespace tarnik

@@ -8,7 +8,7 @@
 namespace tarnik {
 namespace {
 
-// Of UTF-8 text, as many whole characters from its end as fit.
+// Returns as many whole characters from the end of UTF-8 text as fit.
 std::string_view fittingEnd(std::string_view text) {
     if (text.size() <= maxTerminalTailBytes) return text;
     text.remove_prefix(text.size() - maxTerminalTailBytes);

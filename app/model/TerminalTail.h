@@ -8,8 +8,9 @@ namespace tarnik {
 
 inline constexpr std::size_t maxTerminalTailBytes = 16384;
 
-// The end of what a program printed, fit for a box that shows plain text: whole characters, line ends, and no
-// other controls or marks that turn the direction of writing. White space at the end is left out.
+// Returns the end of a program's output for a box of plain text. It contains whole characters and line feeds,
+// but no other control characters and no marks that change the direction of writing. Trailing white space is
+// removed.
 std::string terminalTail(std::string_view printed);
 
 }  // namespace tarnik

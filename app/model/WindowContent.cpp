@@ -1,6 +1,5 @@
 #include "app/model/WindowContent.h"
 
-#include "app/model/SymbolName.h"
 #include "app/model/TerminalTail.h"
 #include "app/texts/WindowTexts.h"
 #include "core/foundation/TextCleanup.h"
@@ -12,7 +11,7 @@ using Section = WindowContent::Section;
 using Key = WindowContent::Key;
 using Intent = WindowIntent::Kind;
 
-// What comes from outside is cut to so many characters.
+// Upper bounds, in characters, for texts from outside.
 constexpr std::size_t longestLine = 200;
 constexpr std::size_t longestFailure = 400;
 
@@ -57,7 +56,7 @@ WindowContent stoppingPage() {
 WindowContent offerPage(const JoinCode& offer) {
     auto content = page(Section::replaceOffer, WindowTexts::offerHeading);
     content.paragraphs.emplace_back(WindowTexts::offerText);
-    // Links come from anywhere: no stray Return may end the current connection.
+    // No default button: anybody can send a link, and a stray Return must not end the current connection.
     content.buttons = {button(WindowTexts::offerConnect, Intent::connectOffer, Key::none),
                        button(WindowTexts::offerKeep, Intent::keepCurrent, Key::cancelKey)};
     content.buttons.front().intent.offer = offer;
@@ -104,7 +103,7 @@ struct PairingPage {
 
 WindowContent pairingPage(const PairingSession::Snapshot& pairing) {
     auto content = std::visit(PairingPage{}, pairing.phase);
-    // What the helper printed matters until it has worked.
+    // A pairing that has succeeded no longer needs the helper's output.
     if (is<PairingPhases::Connected>(pairing.phase)) return content;
     if (auto text = terminalTail(pairing.text); !text.empty())
         content.terminal = {.text = std::move(text),
@@ -124,7 +123,7 @@ WindowContent reconnectingPage() {
     return content;
 }
 
-// Of a machine that has joined: whether its node is on its way, with nothing for the person to do.
+// Returns true if the node of a joined machine will run again without the user's help.
 bool isReconnecting(const AppState& state) {
     if (is<NodeStates::Stopped>(state.node)) return is<Setups::Ready>(state.setup);
     return is<NodeStates::Restarting>(state.node) || is<NodeStates::Pairing>(state.node);
@@ -168,7 +167,7 @@ WindowContent linkPage(const AppState& state, const Url& webOrigin) {
     return content;
 }
 
-// What stands in the way of everything but an account that is connected.
+// Returns the page for a state in which no link can be used.
 std::optional<WindowContent> blockingPage(const AppState& state) {
     if (state.homeError) return problemPage(WindowTexts::homeUnusable, *state.homeError);
     if (const auto* failed = std::get_if<Setups::Failed>(&state.setup))
@@ -186,11 +185,11 @@ WindowContent restingPage(const AppState& state, const Url& webOrigin) {
     return linkPage(state, webOrigin);
 }
 
-// The upper half: the first that applies.
+// Returns the first page that applies.
 WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
     if (state.stopping) return stoppingPage();
     if (state.replaceOffer) return offerPage(*state.replaceOffer);
-    // The connect command has the node's place, and its session is about to be there.
+    // The node has stopped for the connect command, whose session is about to begin.
     if (state.checkingLink && is<NodeStates::Pairing>(state.node))
         return PairingPage::working(WindowTexts::readingLink);
 
@@ -231,14 +230,15 @@ WindowContent WindowContent::of(const AppState& state, const Url& webOrigin) {
 
 std::string WindowContent::newsSince(const WindowContent& before) const {
     std::string news;
-    const auto tell = [&](std::string_view text) {
+    const auto announce = [&](std::string_view text) {
         if (!news.empty()) news += ' ';
         news += text;
     };
-    if (announcement != before.announcement) tell(announcement);
-    if (message && message != before.message) tell(*message);
+    if (announcement != before.announcement) announce(announcement);
+    if (message && message != before.message) announce(*message);
     for (std::size_t i = 0; i < switches.rows.size() && i < before.switches.rows.size(); ++i)
-        if (switches.rows[i].on != before.switches.rows[i].on) tell(switches.rows[i].symbol.accessibleName);
+        if (switches.rows[i].on != before.switches.rows[i].on)
+            announce(switches.rows[i].symbol.accessibleName);
     return news;
 }
 

@@ -13,12 +13,23 @@
 
 namespace tarnik {
 
-// Everything that the window shows at one moment. A view draws it from top to bottom, passes the intents of
-// what is clicked on, and decides nothing.
+// The symbols that the window draws.
+namespace SymbolName {
+
+inline constexpr std::string_view checkmark = "checkmark.circle.fill";
+inline constexpr std::string_view circle = "circle";
+inline constexpr std::string_view arrows = "arrow.triangle.2.circlepath";
+inline constexpr std::string_view download = "arrow.down.circle";
+inline constexpr std::string_view warning = "exclamationmark.triangle";
+
+}  // namespace SymbolName
+
+// Everything that the window shows at one moment. A view draws it from top to bottom and reports the intent
+// of each click; it makes no decisions.
 //
-// A value without a thread. Every text is plain and bounded; every control has a name for a screen reader.
+// A value. Every text is plain and bounded; every control has a name for screen readers.
 struct WindowContent {
-    // What the upper half of the window is about.
+    // The subject of the upper half of the window.
     enum class Section {
         stopping,
         replaceOffer,
@@ -40,7 +51,7 @@ struct WindowContent {
 
     struct Button {
         std::string title;
-        std::string accessibleName;  // contains the title's words
+        std::string accessibleName;  // contains the words of the title
         WindowIntent intent;
         Key key = Key::none;
         bool enabled = true;
@@ -55,7 +66,7 @@ struct WindowContent {
         bool operator==(const LinkField&) const = default;
     };
 
-    struct Terminal {  // scrolls, follows its end, can be selected
+    struct Terminal {  // scrolls to its end; its text can be selected
         std::string text;
         std::string accessibleName;
         bool operator==(const Terminal&) const = default;
@@ -72,7 +83,7 @@ struct WindowContent {
         std::string description;
         bool on = false;
         std::optional<Button> button;     // while it is off
-        std::optional<std::string> hint;  // what to do when it reads off although it was granted
+        std::optional<std::string> hint;  // for a switch that reads off although it was granted
         bool operator==(const SwitchRow&) const = default;
     };
 
@@ -86,20 +97,20 @@ struct WindowContent {
     Section section = Section::link;
     std::optional<Symbol> symbol;         // beside the heading
     std::string heading;                  // may be empty
-    std::vector<std::string> paragraphs;  // under the heading
+    std::vector<std::string> paragraphs;  // below the heading
     Progress progress;
     std::string progressAccessibleName;  // empty without progress
     std::optional<Terminal> terminal;
     std::optional<LinkField> linkField;
-    std::optional<std::string> message;  // about the link that was last given
-    std::vector<Button> buttons;         // the one that is meant most comes first
+    std::optional<std::string> message;  // about the last link
+    std::vector<Button> buttons;         // the primary button comes first
     Switches switches;
-    std::string announcement;  // the main line, for a screen reader
+    std::string announcement;  // the main line for screen readers
 
     static WindowContent of(const AppState& state, const Url& webOrigin);
 
-    // What a screen reader is to be told when this takes the place of `before`; empty when nothing is new
-    // that a person waits for. Progress in bytes and terminal text are not.
+    // Returns what a screen reader announces when this content replaces `before`. Empty if nothing important
+    // changed; progress in bytes and terminal text are not announced.
     std::string newsSince(const WindowContent& before) const;
 
     bool operator==(const WindowContent&) const = default;

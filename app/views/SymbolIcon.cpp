@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/model/SymbolName.h"
+#include "app/model/WindowContent.h"
 #include "app/views/Colours.h"
 #include "app/views/QtText.h"
 #include "app/views/VectorPath.h"

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/model/SymbolName.h"
+#include "app/model/WindowContent.h"
 
 namespace tarnik {
 namespace {
