@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/Application.h"
 #include "app/model/ChangeFeed.h"
 #include "app/texts/LinkTexts.h"
 #include "core/foundation/TarnikIdentity.h"
@@ -12,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A delegate whose every call to the outside is written down, in order.
+// A delegate that records every call to the outside in order.
 struct Fixture : FakeMachine {
     std::vector<std::string> calls;
     std::function<void(RelocationOutcome)> relocated;
@@ -127,7 +128,7 @@ TEST(AppDelegate, launchesInOrder) {
                                         "record open", "window"}));
 }
 
-TEST(AppDelegate, showsNothingWhereNothingIsNeeded) {
+TEST(AppDelegate, showsNoWindowUnlessTheUserHasToAct) {
     Fixture f;
     f.bundlePath = "/Users/me/Downloads/tarnik.app";
     f.beReady();
@@ -139,16 +140,16 @@ TEST(AppDelegate, showsNothingWhereNothingIsNeeded) {
     EXPECT_FALSE(f.state().switches.accessibility);
 }
 
-TEST(AppDelegate, showsTheWindowWhenItTurnsOutThatSomebodyHasToAct) {
+TEST(AppDelegate, showsTheWindowOnceTheUserHasToAct) {
     const auto windows = [](Fixture& f) { return std::ranges::count(f.calls, "window"); };
-    Fixture failing;  // its install fails
+    Fixture failing;  // the install fails
     failing.switches = {true, true};
     failing.launch();
     EXPECT_EQ(windows(failing), 0);
     failing.settle();
     EXPECT_EQ(windows(failing), 1);
 
-    Fixture waiting;  // its node waits for a link
+    Fixture waiting;  // the node waits for a link
     waiting.switches = {true, true};
     waiting.install();
     waiting.launch();
@@ -158,7 +159,7 @@ TEST(AppDelegate, showsTheWindowWhenItTurnsOutThatSomebodyHasToAct) {
     waiting.delegate().windowClosed();
     waiting.switches = {};
     waiting.advance(10s);
-    EXPECT_EQ(windows(waiting), 1) << "the person closed it, and knows";
+    EXPECT_EQ(windows(waiting), 1) << "the user has closed it";
 
     Fixture asked;
     asked.beReady();
@@ -169,7 +170,7 @@ TEST(AppDelegate, showsTheWindowWhenItTurnsOutThatSomebodyHasToAct) {
     EXPECT_EQ(windows(asked), 1);
 }
 
-TEST(AppDelegate, endsWhereAnotherProgramKeepsTheHome) {
+TEST(AppDelegate, endsIfAnotherProgramUsesTheHome) {
     Fixture f;
     f.inUse = "in use";
     f.launch();
@@ -180,7 +181,7 @@ TEST(AppDelegate, endsWhereAnotherProgramKeepsTheHome) {
     EXPECT_FALSE(f.model().hasStarted());
 }
 
-TEST(AppDelegate, keepsALinkThatComesTooEarly) {
+TEST(AppDelegate, fillsTheLinkFieldWithALinkThatIsTooEarly) {
     Fixture f;
     f.deps.installer.fetch = [&](const std::string&) -> std::expected<std::string, InstallError> {
         f.install();
@@ -192,7 +193,7 @@ TEST(AppDelegate, keepsALinkThatComesTooEarly) {
     EXPECT_EQ(f.state().linkMessage, LinkTexts::stillInstalling);
     EXPECT_EQ(f.field, FakeMachine::link());
     f.settle();
-    EXPECT_EQ(f.state().linkMessage, std::nullopt) << "nothing is being installed any more";
+    EXPECT_EQ(f.state().linkMessage, std::nullopt) << "the install has ended";
     f.openLink(FakeMachine::link('b'));
     f.settle();
     EXPECT_EQ(f.state().linkMessage, LinkTexts::linkExpired);
@@ -201,7 +202,7 @@ TEST(AppDelegate, keepsALinkThatComesTooEarly) {
     EXPECT_EQ(f.state().linkMessage, std::nullopt);
 }
 
-TEST(AppDelegate, looksAtTheSwitchesWhereNothingCanStart) {
+TEST(AppDelegate, readsTheSwitchesWithoutAHome) {
     Fixture f;
     f.texts["NodeHome"] = "not/absolute";
     f.switches = {true, true};
@@ -211,7 +212,7 @@ TEST(AppDelegate, looksAtTheSwitchesWhereNothingCanStart) {
     EXPECT_EQ(f.calls.back(), "window");
 }
 
-TEST(AppDelegate, makesWayForAnotherCopy) {
+TEST(AppDelegate, handsItsLinkToTheCopyThatReplacesIt) {
     Fixture f;
     f.delegate().willFinishLaunching();
     f.openLink(FakeMachine::link());
@@ -226,10 +227,10 @@ TEST(AppDelegate, makesWayForAnotherCopy) {
     other.goodLinks = {FakeMachine::code('a')};
     other.launch();
     other.settle();
-    EXPECT_EQ(other.terminals.count(), 1U) << "the link came along";
+    EXPECT_EQ(other.terminals.count(), 1U) << "with the handed link";
 }
 
-TEST(AppDelegate, givesAnEarlyLinkToTheModelOnce) {
+TEST(AppDelegate, keepsTheLatestLinkUntilTheModelAcceptsLinks) {
     Fixture f;
     f.install();
     f.leaveAgent();
@@ -241,7 +242,7 @@ TEST(AppDelegate, givesAnEarlyLinkToTheModelOnce) {
     f.delegate().didFinishLaunching();
     f.relocated(RelocationOutcomes::Stay{});
     f.openLink(FakeMachine::link('b'));
-    EXPECT_EQ(f.state().linkMessage, std::nullopt) << "it waits for the end of the agent";
+    EXPECT_EQ(f.state().linkMessage, std::nullopt) << "the link waits for the end of the agent";
     EXPECT_EQ(f.startsToTakeLinks, 0);
     f.settle();
     EXPECT_EQ(f.startsToTakeLinks, 1);
@@ -250,11 +251,11 @@ TEST(AppDelegate, givesAnEarlyLinkToTheModelOnce) {
               "https://join.example/c/" + FakeMachine::code('b'));
     const auto windows = std::ranges::count(f.calls, "window");
     f.openLink(FakeMachine::link('a'));
-    EXPECT_EQ(std::ranges::count(f.calls, "window"), windows + 1) << "whatever the model says to it";
+    EXPECT_EQ(std::ranges::count(f.calls, "window"), windows + 1) << "even if the model refuses the link";
     EXPECT_EQ(f.terminals.count(), 1U);
 }
 
-TEST(AppDelegate, checksForUpdatesOnlyOnceThereIsAnUpdater) {
+TEST(AppDelegate, checksForUpdatesAfterLaunchOnly) {
     Fixture f;
     f.useUpdates();
     f.delegate().checkForUpdates();
@@ -263,7 +264,7 @@ TEST(AppDelegate, checksForUpdatesOnlyOnceThereIsAnUpdater) {
     EXPECT_EQ(std::ranges::count(f.calls, "check for updates"), 1);
 }
 
-TEST(AppDelegate, installsAWaitingUpdateAtAQuietMoment) {
+TEST(AppDelegate, installsAnUpdateAtAQuietMoment) {
     Fixture f;
     f.useUpdates();
     f.beReady();
@@ -301,7 +302,7 @@ TEST(AppDelegate, quitsInOrderAndOnce) {
     EXPECT_EQ(early.calls, (std::vector<std::string>{"links", "relocate", "end 0"}));
 }
 
-TEST(ChangeFeed, tellsAViewOnceOfManyChanges) {
+TEST(ChangeFeed, reportsSeveralChangesOnce) {
     FakeMachine f;
     std::vector<SwitchSnapshot> seen;
     std::optional<ChangeFeed> feed(std::in_place, f.sharedModel(), f.main.record(),
@@ -318,6 +319,19 @@ TEST(ChangeFeed, tellsAViewOnceOfManyChanges) {
     feed.reset();
     f.main.run();
     EXPECT_EQ(seen.size(), 1U);
+}
+
+TEST(LoginItem, isRegisteredOnce) {
+    bool enabled = true;
+    int registered = 0;
+    const LoginItemService service{.isEnabled = [&] { return enabled; },
+                                   .registerItem = [&] { return ++registered < 0; }};
+    for (const bool isEnabled : {true, false}) {
+        enabled = isEnabled;
+        ensureLoginItem(service);
+    }
+    EXPECT_EQ(registered, 1);
+    ensureLoginItem({});  // a system without login items
 }
 
 }  // namespace

@@ -16,23 +16,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const std::string notALink(LinkTexts::notALink);
-const std::string stillInstalling(LinkTexts::stillInstalling);
-const std::string busy = describe(PairingFailure::busy);
-const std::string expired(LinkTexts::linkExpired);
+using Started = StartedMachine;
 
-// Installed, started, and waiting for a link.
-struct Started : FakeMachine {
-    Started() {
-        install();
-        model().start();
-        settle();
-    }
-    void giveLink(char letter) {
-        model().pairing().connect(link(letter));
-        settle();
-    }
-};
+const std::string stillInstalling(LinkTexts::stillInstalling);
 
 TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
     FakeMachine failing;
@@ -91,135 +77,10 @@ TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
 
     FakeMachine quits;
     quits.leaveAgent();
-    quits.model().start([] { ADD_FAILURE() << "it has ended"; });
+    quits.model().start([] { ADD_FAILURE() << "the model has stopped"; });
     quits.model().stop([] {});
     quits.settle();
     EXPECT_FALSE(quits.model().hasStarted());
-}
-
-TEST(AppModel, takesALinkOnlyByTheRules) {
-    Started joinsElsewhere;
-    joinsElsewhere.giveLink('b');
-    EXPECT_EQ(joinsElsewhere.state().linkMessage, expired);
-    joinsElsewhere.join();
-    joinsElsewhere.advance(2s);
-    EXPECT_EQ(joinsElsewhere.state().linkMessage, std::nullopt);
-
-    Started f;
-    f.goodLinks = {FakeMachine::code('a')};
-    f.model().pairing().connect("see " + FakeMachine::link('a'));
-    EXPECT_EQ(f.state().linkMessage, notALink);
-    f.model().pairing().connect(FakeMachine::link('a'));
-    EXPECT_EQ(f.state().linkMessage, LinkTexts::checkingLink);
-    EXPECT_TRUE(f.state().checkingLink);
-    f.model().pairing().connect(FakeMachine::link('b'));
-    EXPECT_EQ(f.state().linkMessage, busy);
-    f.model().pairing().dismissMessage();
-    EXPECT_EQ(f.state().linkMessage, LinkTexts::checkingLink) << "it still is";
-    f.model().pairing().connect(FakeMachine::link('b'));
-    f.settle();
-    EXPECT_EQ(f.terminals.count(), 1U) << "the first goes on";
-    EXPECT_TRUE(f.pairingIs(PairingPhases::Starting{}));
-    EXPECT_EQ(f.state().linkMessage, busy) << "as long as it is true";
-    f.model().pairing().cancel();
-    EXPECT_EQ(f.state().linkMessage, std::nullopt);
-}
-
-TEST(AppModel, offersToReplaceAnAccount) {
-    Started f;
-    f.join();
-    f.goodLinks = {FakeMachine::code('a')};
-    f.giveLink('a');
-    EXPECT_EQ(f.state().replaceOffer, FakeMachine::joinCode('a'));
-    EXPECT_EQ(f.terminals.count(), 0U);
-    f.model().pairing().declineOffer();
-    EXPECT_EQ(f.state().replaceOffer, std::nullopt);
-    f.replaceBy('a');
-    f.settle();
-    EXPECT_EQ(f.terminals.count(), 1U);
-    EXPECT_EQ(f.state().replaceOffer, std::nullopt);
-}
-
-TEST(AppModel, pairsAndShowsHowItEnded) {
-    Started f;
-    f.pairUpToPrompt();
-    EXPECT_EQ(f.state().linkMessage, std::nullopt);
-    f.giveLink('b');
-    EXPECT_EQ(f.state().linkMessage, busy);
-    f.model().pairing().confirm();
-    EXPECT_EQ(f.terminals.last().typed(), "\n");
-    f.model().pairing().dismissOutcome();
-    f.settle();
-    EXPECT_TRUE(f.state().pairing) << "it is not over";
-    f.join();
-    f.advance(15s);
-    EXPECT_TRUE(f.pairingIs(PairingPhases::Connected{}));
-    EXPECT_EQ(f.state().linkMessage, std::nullopt) << "nothing is in the way of the next";
-    EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
-    EXPECT_TRUE(f.state().needsAttention());
-    f.model().pairing().dismissOutcome();
-    EXPECT_FALSE(f.state().pairing);
-
-    Started failing;
-    failing.pairUpToPrompt();
-    failing.terminals.last().end(ExitStatus::exited(1));
-    EXPECT_TRUE(failing.pairingIs(PairingPhases::Ended{ExitStatus::exited(1)}));
-    failing.giveLink('a');
-    EXPECT_EQ(failing.terminals.count(), 2U) << "the next link needs nobody to dismiss the last";
-}
-
-TEST(AppModel, aSessionThatCantBeginSaysSo) {
-    Started f;
-    f.goodLinks = {FakeMachine::code('a')};
-    f.terminals.failure = SystemError{.call = "forkpty", .code = EAGAIN};
-    f.giveLink('a');
-    EXPECT_FALSE(f.state().checkingLink);
-    EXPECT_NE(f.state().linkMessage.value_or("").find("forkpty"), std::string::npos);
-    f.terminals.failure.reset();
-    f.giveLink('a');
-    EXPECT_EQ(f.terminals.count(), 1U);
-}
-
-// Cancelled at every moment, followed at once by another link: nothing of the first reaches the second.
-TEST(AppModel, aCancelledLinkIsForgottenWhereverItIs) {
-    Started whileChecking;
-    whileChecking.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
-    whileChecking.model().pairing().connect(FakeMachine::link('a'));
-    whileChecking.model().pairing().cancel();
-    EXPECT_EQ(whileChecking.state().linkMessage, std::nullopt);
-    whileChecking.giveLink('b');
-    ASSERT_EQ(whileChecking.terminals.count(), 1U);
-    EXPECT_EQ(whileChecking.terminals.last().request().arguments.back(),
-              "https://join.example/c/" + FakeMachine::code('b'));
-
-    Started whileItBegins;
-    whileItBegins.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
-    whileItBegins.queues.at("tarnik.node")->hold();
-    whileItBegins.giveLink('a');
-    whileItBegins.model().pairing().cancel();
-    whileItBegins.queues.at("tarnik.node")->letGo();
-    EXPECT_EQ(whileItBegins.terminals.count(), 0U);
-
-    Started began;  // its session is there, and the main thread doesn't know yet
-    began.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
-    began.queues.at("tarnik.node")->hold();
-    began.giveLink('a');
-    began.queues.at("tarnik.node")->letGo();
-    ASSERT_EQ(began.terminals.count(), 1U);
-    began.model().pairing().cancel();
-    began.settle();
-    EXPECT_TRUE(began.terminals.last().handle()->exitStatus());
-    EXPECT_FALSE(began.state().pairing);
-    began.giveLink('b');
-    EXPECT_EQ(began.terminals.count(), 2U);
-    EXPECT_TRUE(began.pairingIs(PairingPhases::Starting{}));
-
-    Started underWay;
-    underWay.pairUpToPrompt();
-    underWay.model().pairing().cancel();
-    underWay.settle();
-    EXPECT_FALSE(underWay.state().pairing) << "its last words come too late";
-    EXPECT_EQ(underWay.terminals.last().handle()->exitStatus(), ExitStatus::signaled(SIGTERM));
 }
 
 TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
@@ -251,7 +112,7 @@ TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
     f.switches = {true, true};
     const auto before = f.clock->now();
     f.model().refreshSwitches();
-    EXPECT_LT(f.clock->now() - before, 1s) << "nobody waits for a driver that isn't wanted";
+    EXPECT_LT(f.clock->now() - before, 1s) << "doesn't wait for a driver that is no longer wanted";
     EXPECT_EQ(f.liveDrivers(), 0U);
 
     FakeMachine later;
@@ -260,7 +121,7 @@ TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
     EXPECT_EQ(later.state().status(Switch::accessibility), SwitchStatus::mayBeStale) << "even without a home";
 }
 
-TEST(AppModel, asksForASwitchAndLooksAtOnce) {
+TEST(AppModel, requestsASwitchAndReadsItAtOnce) {
     Started f;
     f.model().request(Switch::accessibility);
     f.model().request(Switch::screenRecording);
@@ -273,7 +134,7 @@ TEST(AppModel, asksForASwitchAndLooksAtOnce) {
     EXPECT_TRUE(f.state().switches.screenRecording);
 }
 
-TEST(AppModel, samplesWhatIsGoingOn) {
+TEST(AppModel, samplesTheActivity) {
     FakeMachine f;
     std::vector<ActivitySample> samples;
     const auto take = [&] {
@@ -299,10 +160,10 @@ TEST(AppModel, samplesWhatIsGoingOn) {
     EXPECT_TRUE(samples.back().settingUp);
     f.settle();
     take();
-    EXPECT_FALSE(samples.back().settingUp) << "a refused link is no work";
+    EXPECT_FALSE(samples.back().settingUp) << "a refused link is no pairing";
 }
 
-TEST(AppModel, stopsSessionNodeAndDriverAndThenSaysSo) {
+TEST(AppModel, stopsSessionNodeAndDriver) {
     Started f;
     f.switches = {true, true};
     f.advance(2s);
@@ -316,7 +177,7 @@ TEST(AppModel, stopsSessionNodeAndDriverAndThenSaysSo) {
     EXPECT_TRUE(f.state().stopping);
     f.drivers.last().end(ExitStatus::exited(0));
     f.advance(2s);
-    EXPECT_EQ(f.drivers.count(), 1U) << "it isn't started again";
+    EXPECT_EQ(f.drivers.count(), 1U) << "not restarted";
     f.queues.at("tarnik.node")->letGo();
     f.settle();
     EXPECT_TRUE(stopped);
@@ -340,7 +201,7 @@ TEST(AppModel, startsNothingOnceItStops) {
     installing.settle();
     EXPECT_EQ(installing.nodes.count(), 0U);
 
-    FakeMachine f;  // its node is stopped for a new endpoint
+    FakeMachine f;  // stops while its node restarts for a new endpoint
     f.install();
     f.join();
     f.nodes.stopBehaviour = FakeChild::StopBehaviour::ignores;
@@ -372,16 +233,7 @@ TEST(AppModel, followsTheLatestEndpointAndEndsTheDriverAfterTheNode) {
     EXPECT_EQ(f.liveDrivers(), 0U);
 }
 
-TEST(AppModel, whatComesAfterItsEndIsHarmless) {
-    auto f = std::make_unique<Started>();
-    f->goodLinks = {FakeMachine::code('a')};
-    f->model().pairing().connect(FakeMachine::link('a'));
-    auto late = std::exchange(f->detached, {});
-    f.reset();
-    for (auto& task : late) task = nullptr;
-}
-
-// Whatever comes in whatever order: one helper, one driver, one session at a time, and silence at the end.
+// Events in random order: at most one helper, one driver and one session run, and none after stop().
 TEST(AppModel, keepsItsPromisesThroughRandomEvents) {
     for (unsigned seed = 1; seed <= 60; ++seed) {
         SCOPED_TRACE(seed);

@@ -13,7 +13,7 @@
 namespace tarnik {
 namespace {
 
-TEST(BuildSettings, areOnlyWhatIsWrittenAsItHasToBe) {
+TEST(BuildSettings, ignoreMalformedValues) {
     const auto with = [](const std::string& key, const std::string& value) {
         return BuildSettings::of(
             BundleInfo::parse(propertyLists::xml("<dict><key>" + key + "</key>" + value + "</dict>")));
@@ -34,7 +34,7 @@ TEST(BuildSettings, areOnlyWhatIsWrittenAsItHasToBe) {
     EXPECT_EQ(BuildSettings::defaults().webOrigin.text(), standard);
 }
 
-// Writes the Info.plist of a macOS bundle as the build does; returns its bytes, empty if that fails.
+// Writes the Info.plist of a macOS bundle with the build's script. Returns its bytes, or empty on failure.
 std::string buildInfoPlist(const std::string& bundle, const std::string& settings) {
     const std::string file = bundle + "/Contents/Info.plist";
     std::filesystem::create_directory(bundle + "/Contents");
@@ -66,6 +66,13 @@ TEST(BuildSettings, areReadAsTheBuildWroteThem) {
 
     const TemporaryFolder refused;
     EXPECT_EQ(buildInfoPlist(refused.path(), "-DTARNIK_UPDATE_FEED=https://u/"), "") << "without a key";
+}
+
+TEST(BundleInfo, findsTheBundleOfAnExecutable) {
+    EXPECT_EQ(bundleOf("/A/x.app/Contents/MacOS/tarnik"), "/A/x.app");
+    for (const char* path :
+         {"/usr/bin/tarnik", "/Contents/MacOS/tarnik", "tarnik", "/A/x.app/Contents/MacOS"})
+        EXPECT_EQ(bundleOf(path), std::nullopt) << path;
 }
 
 }  // namespace

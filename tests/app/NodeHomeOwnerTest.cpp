@@ -31,17 +31,17 @@ struct Fixture {
     std::string note() const { return fs::directory_iterator(folder.path() + "/tarnik")->path(); }
 };
 
-// What was answered: "" for ours, "later" until there is an answer.
+// The answer: "" if the home is locked, "later" before there is one.
 std::string answer = "later";
 void take(NodeHomeOwner& owner) {
     answer = "later";
     owner.take([](const std::optional<std::string>& inUse) { answer = inUse.value_or(""); });
 }
 
-TEST(NodeHomeOwner, waitsShortlyForAnotherAndThenSaysWhoItIs) {
+TEST(NodeHomeOwner, namesTheOtherProgramAfterATimeout) {
     struct Case {
         Face face;
-        std::optional<std::string> note;  // in place of the owner's
+        std::optional<std::string> note;  // replaces the owner's note
         std::string who;
         std::string advice;
     };
@@ -71,7 +71,7 @@ TEST(NodeHomeOwner, waitsShortlyForAnotherAndThenSaysWhoItIs) {
     }
 }
 
-TEST(NodeHomeOwner, takesOverFromOneThatEnds) {
+TEST(NodeHomeOwner, locksTheHomeWhenTheOtherProgramEnds) {
     Fixture f;
     std::optional<NodeHomeOwner> first(std::in_place, f.home, f.deps());
     take(*first);
@@ -79,14 +79,14 @@ TEST(NodeHomeOwner, takesOverFromOneThatEnds) {
     take(second);
     f.main.advance(Seconds(1));
     first.reset();
-    EXPECT_TRUE(fs::is_empty(f.folder.path() + "/tarnik")) << "its note goes with it";
+    EXPECT_TRUE(fs::is_empty(f.folder.path() + "/tarnik")) << "the note is removed";
     f.main.advance(Seconds(0.2));
     EXPECT_EQ(answer, "");
     f.main.advance(Seconds(10));
     EXPECT_EQ(fs::status(f.note()).permissions(), fs::perms(0600));
 }
 
-TEST(NodeHomeOwner, goesOnWithoutALockWhereThereIsNone) {
+TEST(NodeHomeOwner, continuesWhereLocksAreUnavailable) {
     Fixture f;
     auto deps = f.deps();
     deps.lock = [](const NodeHome&) {

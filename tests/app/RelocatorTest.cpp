@@ -26,7 +26,7 @@ constexpr const char* place = "/Applications/tarnik.app";
 constexpr const char* download = "/Downloads/tarnik.app";
 constexpr const char* record = "/Support/tarnik/relocation.log";
 
-// A copy of version 2 was downloaded and opened; version `installed` stands in Applications.
+// A downloaded copy of version 2 was opened. Another version may be installed in Applications.
 struct Downloaded : FakeMac {
     explicit Downloaded(const std::string& version = "") {
         own.bundlePath = bundle(download, "2");
@@ -34,14 +34,14 @@ struct Downloaded : FakeMac {
     }
 };
 
-// The record's last decision and all behind it, with a blank for each tab.
+// Returns the record from its last decision on, with spaces for tabs.
 std::string lastDecision(const FakeMac& mac) {
     std::string text = mac.read(record);
     std::ranges::replace(text, '\t', ' ');
     return text.substr(std::min(text.size(), text.rfind("decision=") + 9));
 }
 
-// "stay", "moving", or how the message's title begins.
+// Returns "stay", "moving", or the beginning of the message's title.
 std::string said(const RelocationOutcome& outcome) {
     if (const auto* message = std::get_if<StayWithMessage>(&outcome)) return message->title.substr(0, 8);
     return std::holds_alternative<Moving>(outcome) ? "moving" : "stay";
@@ -52,7 +52,7 @@ TEST(Relocator, movesADownloadedCopyAndOpensIt) {
     Downloaded mac;
     EXPECT_EQ(mac.launch(), RelocationOutcome(Moving{}));
     EXPECT_EQ(mac.versionAt(place), "2");
-    EXPECT_EQ(mac.told, (std::vector{"open " + mac.installed, "trash " + mac.at(download)}));
+    EXPECT_EQ(mac.calls, (std::vector{"open " + mac.installed, "trash " + mac.at(download)}));
     EXPECT_EQ(mac.versionAt("/Trash/tarnik.app"), "2");
     EXPECT_EQ(mac.entries("/Applications"), std::set<std::string>{"tarnik.app"});
     EXPECT_EQ(mac.read(record),
@@ -66,12 +66,12 @@ TEST(Relocator, movesADownloadedCopyAndOpensIt) {
     EXPECT_TRUE(mac.read(record).ends_with("\n1970-01-01T00:00:00Z\twindow=opened\treason=second%0AOpen\n"));
 }
 
-TEST(Relocator, leavesEverythingWholeWhateverItFinds) {
+TEST(Relocator, leavesWholeBundlesInEveryCase) {
     struct Case {
-        std::string installed;  // its version
-        std::string script;     // what else is so
+        std::string installed;  // the version
+        std::string script;     // prepares the case
         std::string outcome;
-        std::string after;  // what is installed then
+        std::string after;  // the version that is installed then
         std::string decision;
         bool trashed = false;
     };
@@ -119,7 +119,7 @@ TEST(Relocator, leavesEverythingWholeWhateverItFinds) {
     }
 }
 
-TEST(Relocator, followsATranslocatedCopyToItsOriginal) {
+TEST(Relocator, findsTheOriginalOfATranslocatedCopy) {
     struct Case {
         std::optional<std::string> original;
         std::string installed;
@@ -144,13 +144,13 @@ TEST(Relocator, followsATranslocatedCopyToItsOriginal) {
     }
 }
 
-TEST(Relocator, neverTouchesAnythingForADevelopmentBuild) {
+TEST(Relocator, neverMovesADevelopmentBuild) {
     Downloaded mac("1");
     mac.others = {{.pid = 7, .bundlePath = mac.installed}};
     auto deps = mac.deps();
     deps.isDevelopmentBuild = true;
     EXPECT_EQ(FakeMac::launch(deps), RelocationOutcome(Stay{}));
-    EXPECT_EQ(mac.told, std::vector<std::string>());
+    EXPECT_EQ(mac.calls, std::vector<std::string>());
     EXPECT_TRUE(mac.isQuarantined(place));
     EXPECT_EQ(lastDecision(mac), "stay\n");
 
@@ -160,12 +160,12 @@ TEST(Relocator, neverTouchesAnythingForADevelopmentBuild) {
     EXPECT_EQ(lastDecision(mac), "stay\n");
 }
 
-TEST(Relocator, settlesWithCopiesThatRun) {
+TEST(Relocator, endsOrActivatesRunningCopies) {
     struct Case {
         std::vector<std::string> running;  // versions
         std::string quitsOn;
         std::string outcome;
-        std::vector<std::string> told;
+        std::vector<std::string> calls;
         std::string record;
         double slept = 0;
     };
@@ -190,7 +190,7 @@ TEST(Relocator, settlesWithCopiesThatRun) {
         shell(mac.at("/"), "if [ -d 1-foreign.app ]; then echo X > 1-foreign.app/Contents/team; fi");
         mac.quitsOn = c.quitsOn;
         EXPECT_EQ(said(mac.launch()), c.outcome);
-        EXPECT_EQ(mac.told, c.told);
+        EXPECT_EQ(mac.calls, c.calls);
         EXPECT_NEAR(mac.slept.count(), c.slept, 0.2);
         std::string expected = c.record;
         if (const auto root = expected.find("ROOT"); root != std::string::npos)
@@ -199,11 +199,11 @@ TEST(Relocator, settlesWithCopiesThatRun) {
     }
 }
 
-TEST(Relocator, decidesAnewWhenAnOlderCopyHasQuit) {
+TEST(Relocator, decidesAgainAfterAnOlderCopyHasQuit) {
     Downloaded mac("1");
     mac.others = {{.pid = 70, .bundlePath = mac.installed}};
     auto deps = mac.deps();
-    // It puts in the update that it had waiting.
+    // It installs its waiting update.
     deps.bundles.others.terminate = [&](const OtherCopy&) {
         mac.others.clear();
         fs::remove_all(mac.installed);
@@ -213,7 +213,7 @@ TEST(Relocator, decidesAnewWhenAnOlderCopyHasQuit) {
     EXPECT_EQ(mac.versionAt(place), "3");
 }
 
-TEST(Relocator, removesOnlyWhatDeadMovesLeft) {
+TEST(Relocator, removesTheLeftoversOfEndedProcesses) {
     Downloaded mac("2");
     const pid_t dead = ForkedChild::waiting().pid();
     const ForkedChild alive = ForkedChild::waiting();
@@ -261,8 +261,8 @@ TEST(Relocator, killedAnywhereLeavesWholeBundlesAndHealsNextTime) {
     }
 }
 
-// The step that is under way comes to its end, and none follows.
-TEST(Relocator, goesNoFurtherOnceTheProgramQuits) {
+// The current step is completed, and no other one starts.
+TEST(Relocator, startsNoStepAfterTheProgramQuits) {
     struct Case {
         std::string installed, quitsIn, left;
     };
@@ -285,12 +285,12 @@ TEST(Relocator, goesNoFurtherOnceTheProgramQuits) {
         RelocationRun(deps, log, hasQuit).perform();
         EXPECT_EQ(mac.versionAt(place), c.left);
         EXPECT_EQ(mac.versionAt(download), "2");
-        EXPECT_EQ(mac.told, std::vector<std::string>());
+        EXPECT_EQ(mac.calls, std::vector<std::string>());
         EXPECT_EQ(mac.read(record).find("failed=quit") != std::string::npos, c.quitsIn == "copy");
     }
 }
 
-TEST(Relocator, endsAtOnceWhileAnOlderCopyIsWaitedFor) {
+TEST(Relocator, endsItsWaitForAnOlderCopyAtOnce) {
     FakeMac mac;
     mac.own.bundlePath = mac.bundle(place, "2");
     mac.others = {{.pid = 70, .bundlePath = mac.bundle("/1.app", "1")}};
@@ -310,7 +310,7 @@ TEST(Relocator, endsAtOnceWhileAnOlderCopyIsWaitedFor) {
     }
     mainThread.run();
     EXPECT_LT(steadyNow() - start, Seconds(15));
-    EXPECT_EQ(mac.told, std::vector<std::string>());
+    EXPECT_EQ(mac.calls, std::vector<std::string>());
 }
 
 TEST(RelocationRecord, isPrivateBoundedAndFollowsNoLink) {
@@ -351,7 +351,7 @@ TEST(HandedLink, isPrivateAndUsedOnceWithinTenMinutes) {
         link.put(text, at(50));
         EXPECT_EQ(fs::status(mac.at("/Support/tarnik/link")).permissions(), fs::perms(0600));
         EXPECT_EQ(link.take(at(50 + later)), isGood ? std::optional(text) : std::nullopt) << later;
-        EXPECT_EQ(link.take(at(50)), std::nullopt) << "it is used";
+        EXPECT_EQ(link.take(at(50)), std::nullopt) << "the link was used";
     }
     shell(mac.at("/Support/tarnik"), "echo '50 stolen' > ../mine; ln -s ../mine link");
     EXPECT_EQ(link.take(at(50)), std::nullopt);
@@ -360,7 +360,7 @@ TEST(HandedLink, isPrivateAndUsedOnceWithinTenMinutes) {
     EXPECT_EQ(Relocator(mac.deps()).takeHandedLink(), text);
 }
 
-TEST(BundleVersion, isTheOneThatPeopleAreShown) {
+TEST(BundleVersion, fallsBackToTheVersionOfTheBuild) {
     const FakeMac mac;
     const std::string bundle = mac.bundle("/x.app", "1.2");
     shell(bundle, "sed -i s/CFBundleShortVersionString/Other/ Contents/Info.plist");
@@ -368,9 +368,8 @@ TEST(BundleVersion, isTheOneThatPeopleAreShown) {
     EXPECT_EQ(bundleVersion(mac.at("/none.app")), std::nullopt);
 }
 
-// The line names the system's `open`; here one that notes how it was called, and whether the old process was
-// still there, stands in.
-TEST(RelaunchLine, opensTheBundleOnceTheOldProcessIsGone) {
+// Replaces the system's `open` in the command by a program that records its arguments.
+TEST(RelaunchLine, opensTheBundleAfterTheOldProcess) {
     const TemporaryFolder folder;
     const std::string noted = folder.path() + "/noted";
     const std::string open = folder.path() + "/open";

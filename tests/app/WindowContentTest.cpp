@@ -33,7 +33,7 @@ std::string summary(const WindowContent::Button& button) {
     return button.title + keys[static_cast<int>(button.key)] + (button.enabled ? "" : " off");
 }
 
-// What differs between the screens, in the order in which it is drawn; of the texts only the first words.
+// Returns the parts that differ between the screens in drawing order, with the first words of each text.
 std::string summary(const WindowContent& content) {
     std::string text = content.symbol ? std::string(content.symbol->name) + ": " : "";
     text += content.heading.substr(0, content.heading.find(' ', 8));
@@ -49,8 +49,8 @@ std::string summary(const WindowContent& content) {
     return text;
 }
 
-// Between the end of the node and the first word of the connect command.
-TEST(WindowContent, readsALinkBeforeItsSessionIsThere) {
+// After the node has stopped and before the connect command prints anything.
+TEST(WindowContent, showsAPairingBeforeItsSessionExists) {
     auto state = sample("connected-checking");
     state.node = NodeStates::Pairing{};
     const auto content = contentOf(state);
@@ -58,7 +58,7 @@ TEST(WindowContent, readsALinkBeforeItsSessionIsThere) {
     EXPECT_EQ(content.buttons.front().intent.kind, Intent::cancelPairing);
 }
 
-TEST(WindowContent, showsEachStateInItsWay) {
+TEST(WindowContent, showsEachState) {
     const std::string good = "checkmark.circle.fill: This Mac";
     const std::string bad = "exclamationmark.triangle: ";
     const std::pair<const char*, std::string> cases[] = {
@@ -112,7 +112,7 @@ TEST(WindowContent, showsTheFirstSectionThatApplies) {
     EXPECT_EQ(contentOf(state).paragraphs.front(), "no install");
 }
 
-TEST(WindowContent, tellsAConnectedMachineFromOneThatWaits) {
+TEST(WindowContent, distinguishesConnectedAndWaitingMachines) {
     const tarnik::Setup ready = Setups::Ready{};
     struct Case {
         NodeState node;
@@ -178,8 +178,8 @@ TEST(SampleScreens, showEverySection) {
     EXPECT_EQ(sections.size(), static_cast<std::size_t>(Section::link) + 1);
 }
 
-TEST(WindowContent, boundsWhatOthersSayAndShowsItPlain) {
-    const std::string turned{'\xE2', '\x80', '\xAE'};  // a mark of direction
+TEST(WindowContent, boundsAndCleansTextsFromOutside) {
+    const std::string turned{'\xE2', '\x80', '\xAE'};  // changes the direction of writing
     const std::string bad = "\x1B[31m<b>" + turned + "txt\a\x01";
     const std::string hostile = bad + std::string(1'000'000, 'x') + bad + "\nend";
     const AppState failed{.setup = Setups::Failed{hostile}, .linkMessage = hostile};
@@ -207,7 +207,7 @@ TEST(TerminalTail, keepsLinesAndWholeCharacters) {
     EXPECT_LE(terminalTail(std::string(20'000, '\xFF')).size(), maxTerminalTailBytes);
 }
 
-TEST(DownloadProgress, saysHowMuchOfHowMuch) {
+TEST(DownloadProgress, showsTheReceivedAndTheTotalSize) {
     constexpr auto most = std::numeric_limits<std::int64_t>::max();
     struct Case {
         AppState::Download download;
@@ -226,7 +226,7 @@ TEST(DownloadProgress, saysHowMuchOfHowMuch) {
         EXPECT_EQ(DownloadProgress::of(c.download), (DownloadProgress{c.permille, c.text})) << c.text;
 }
 
-TEST(WindowContent, announcesWhatAPersonWaitsFor) {
+TEST(WindowContent, announcesImportantChanges) {
     const std::tuple<const char*, const char*, std::string> cases[] = {
         {"connect", "expired-link", *sample("expired-link").linkMessage},
         {"pairing-confirm", "pairing-refused-link", *sample("pairing-refused-link").linkMessage},
@@ -244,7 +244,7 @@ TEST(WindowContent, announcesWhatAPersonWaitsFor) {
     EXPECT_EQ(contentOf(more).newsSince(contentOf(sample("installing-download"))), "");
 }
 
-TEST(MenuContent, offersUpdatesOnlyWhereThereAreSome) {
+TEST(MenuContent, offersUpdatesOnlyWithAnUpdater) {
     const auto titles = [](UpdateCheck updates) {
         std::string text;
         for (const auto& entry : MenuContent::with(updates).entries)

@@ -46,7 +46,9 @@ TEST(Relocation, decidesByPlaceVersionsAndWhatItMayWrite) {
     const Launch ofInstalled = translocated(installed);
     const std::tuple<const char*, Facts, Decision> cases[] = {
         {"the installed copy", {fromInstalled, "9", "1", true}, Stay{}},
-        {"the installed copy, oddly written", {{"/Applications/x/..//tarnik.app/"}, {}, "1", true}, Stay{}},
+        {"the installed copy, not standardized",
+         {{"/Applications/x/..//tarnik.app/"}, {}, "1", true},
+         Stay{}},
         {"a development build", {fromDownloads, {}, "1", true, true}, Stay{}},
         {"nothing installed", {fromDownloads, {}, "1", true}, Install{.replacing = false}},
         {"nothing installed, no right to", {fromDownloads, {}, "1", false}, CannotInstall{}},
@@ -70,7 +72,7 @@ TEST(Relocation, decidesByPlaceVersionsAndWhatItMayWrite) {
     for (const auto& [why, facts, decision] : cases) EXPECT_EQ(decide(facts), decision) << why;
 }
 
-TEST(Relocation, judgesOtherCopies) {
+TEST(Relocation, checksOtherCopies) {
     EXPECT_EQ(runningCopyAction("2026.1.2", "2026.1.10"), RunningCopyAction::takeover);
     EXPECT_EQ(runningCopyAction("1.9", "1.9"), RunningCopyAction::activate);
     EXPECT_EQ(runningCopyAction("1.10", "1.9"), RunningCopyAction::activate);
@@ -94,10 +96,10 @@ TEST(Takeover, asksThenForcesWithinItsBudgets) {
     constexpr int never = 1'000'000;
     struct Case {
         const char* why;
-        int looks;  // how often it is seen running
+        int looks;  // how often isRunning returns true
         Seconds graceful;
         TakeoverResult result;
-        std::string told;  // t: terminate, s: sleep, f: force
+        std::string calls;  // t: terminate, s: sleep, f: force
         Seconds interval = Seconds(1);
     };
     using enum TakeoverResult;
@@ -111,21 +113,21 @@ TEST(Takeover, asksThenForcesWithinItsBudgets) {
         {"an interval of nothing", never, Seconds(3), stillRunning, "tsfs", Seconds(0)},
     };
     for (const auto& c : cases) {
-        std::string told;
+        std::string calls;
         int looks = c.looks;
         const auto result = takeOver({.isRunning = [&] { return looks-- > 0; },
-                                      .terminate = [&] { told += 't'; },
-                                      .forceTerminate = [&] { told += 'f'; },
-                                      .sleep = [&](Seconds time) { told += time == c.interval ? 's' : '?'; },
+                                      .terminate = [&] { calls += 't'; },
+                                      .forceTerminate = [&] { calls += 'f'; },
+                                      .sleep = [&](Seconds time) { calls += time == c.interval ? 's' : '?'; },
                                       .graceful = c.graceful,
                                       .forced = Seconds(2),
                                       .interval = c.interval});
         EXPECT_EQ(result, c.result) << c.why;
-        EXPECT_EQ(told, c.told) << c.why;
+        EXPECT_EQ(calls, c.calls) << c.why;
     }
 }
 
-TEST(RelocationMessages, nameTheFolderThatThePersonKnows) {
+TEST(RelocationTexts, nameTheFolderOfTheUsersCopy) {
     const std::pair<Message, const char*> cases[] = {
         {differentBuildMessage(translocated("/Volumes/tarnik/tarnik.app/")), "from “/Volumes/tarnik” and"},
         {takeoverStuckMessage(fromDownloads), "from “/Users/me/Downloads” for now"},

@@ -123,7 +123,7 @@ BundleFiles FakeMac::files() {
         return play("move", [&] { return move(from, to); });
     };
     files.trash = [this](const std::string& path) {
-        told.push_back("trash " + path);
+        calls.push_back("trash " + path);
         return play("trash", [&] { return move(path, at("/Trash/tarnik.app")); });
     };
     files.clearQuarantine = [this](const std::string& entry) -> std::expected<bool, SystemError> {
@@ -141,7 +141,7 @@ BundleFiles FakeMac::files() {
 RelocatorDeps FakeMac::deps() {
     const auto tell = [this](const std::string& what) {
         return [this, what](const OtherCopy& other) {
-            told.push_back(what + " " + std::to_string(other.pid));
+            calls.push_back(what + " " + std::to_string(other.pid));
             if (what == quitsOn) others.clear();
         };
     };
@@ -159,10 +159,10 @@ RelocatorDeps FakeMac::deps() {
                            .terminate = tell("terminate"),
                            .forceTerminate = tell("force"),
                            .activate = tell("activate"),
-                           .postShowWindow = [this] { told.emplace_back("showWindow"); }};
+                           .postShowWindow = [this] { calls.emplace_back("showWindow"); }};
     deps.spawn = [this](const SpawnRequest& request) -> std::expected<void, SystemError> {
         if (!play("spawn", [] { return true; })) return std::unexpected(SystemError{"spawn", EAGAIN});
-        told.push_back("open " + request.arguments.at(4));
+        calls.push_back("open " + request.arguments.at(4));
         return {};
     };
     deps.sleep = {.sleep = [this](Seconds time) { slept += time; }, .interrupt = [] {}};

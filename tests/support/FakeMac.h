@@ -38,7 +38,7 @@ public:
     OwnCopy own;
     std::vector<OtherCopy> others;
     std::string quitsOn = "terminate";  // what ends the other copies: "terminate", "force" or an empty string
-    std::vector<std::string> told;      // the calls to other copies, the shell and the trash
+    std::vector<std::string> calls;     // the calls to other copies, the shell and the trash
     Seconds slept{};
     std::function<void()> step = [] {};  // called between two slow operations
 

@@ -82,4 +82,17 @@ private:
     std::shared_ptr<AppModel> model_;
 };
 
+// A machine with an installed helper whose node waits for a link.
+struct StartedMachine : FakeMachine {
+    StartedMachine() {
+        install();
+        model().start();
+        settle();
+    }
+    void giveLink(char letter) {
+        model().pairing().connect(link(letter));
+        settle();
+    }
+};
+
 }  // namespace tarnik

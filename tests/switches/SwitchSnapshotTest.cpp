@@ -5,7 +5,7 @@
 namespace tarnik {
 namespace {
 
-TEST(SwitchSnapshot, tellsWhichSwitchMayBelongToAnotherCopy) {
+TEST(SwitchSnapshot, findsAStaleSwitch) {
     using enum SwitchStatus;
     struct Case {
         const char* why;
@@ -27,7 +27,7 @@ TEST(SwitchSnapshot, tellsWhichSwitchMayBelongToAnotherCopy) {
     }
 }
 
-TEST(Switch, isTurnedOnOnItsOwnPageOfTheSettings) {
+TEST(Switch, hasItsOwnPageInTheSettings) {
     EXPECT_TRUE(settingsURL(Switch::accessibility).ends_with("?Privacy_Accessibility"));
     EXPECT_TRUE(settingsURL(Switch::screenRecording).ends_with("?Privacy_ScreenCapture"));
 }

@@ -27,12 +27,12 @@ TEST(ActivitySources, keepTheUnknownUnknown) {
                             .holders = {{{11, ProcessTime(5s)}}}};
     EXPECT_EQ(from.sample({.settingUp = true}), expected);
 
-    from.cpuSeconds = [](pid_t) { return std::nullopt; };  // it has ended just now
+    from.cpuSeconds = [](pid_t) { return std::nullopt; };  // the driver has just ended
     from.processesUnder = [](pid_t) { return std::nullopt; };
     expected.driverCPUSeconds.reset(), expected.nodeHoldsAwake.reset(), expected.holders.reset();
     EXPECT_EQ(from.sample({.settingUp = true}), expected);
 
-    // Without a node nobody needs a table to know that it holds nothing.
+    // Without a node there are no holders, even if the process table is unreadable.
     from.nodePID = from.driverPID = [] { return std::nullopt; };
     const ActivitySample idle = from.sample({});
     EXPECT_EQ(idle.nodeHoldsAwake, false);

@@ -40,7 +40,7 @@ TEST(KeepAwakeHolder, findsHoldersAmongDescendantsOnly) {
     EXPECT_TRUE(KeepAwakeHolder::held(node, {process(11, node, "/stand/in")}, "/stand/in"));
 }
 
-TEST(KeepAwakeHolder, isSeenWithItsStartOrNotAtAll) {
+TEST(KeepAwakeHolder, isUnknownWithoutItsStart) {
     std::vector<ProcessEntry> table{process(11, node, KeepAwakeHolder::path),
                                     process(12, node, KeepAwakeHolder::path), process(13, node)};
     table[2].started.reset();  // no holder

@@ -14,9 +14,9 @@ TimePoint steady(double seconds) {
     return after(TimePoint(), Seconds(seconds));
 }
 
-// A sample as a table writes it: the second it is taken at, and then, in any order, s while setting up, w for
-// a window in use, h2@60 for holder 2 since second 60, ? where holders are unknown, n for another node, - for
-// none, d20@9.5 for driver 20 and its processor seconds, c for a clock of processes put back by a day.
+// Parses a sample: the second of the sample, then in any order s while setting up, w for a window in use,
+// h2@60 for holder 2 since second 60, ? for unknown holders, n for another node, - for no node, d20@9.5 for
+// driver 20 and its processor seconds, c for a process clock that was set back by a day.
 ActivitySample parsed(const std::string& text) {
     std::istringstream words(text);
     double at = 0;
@@ -45,8 +45,8 @@ ActivitySample parsed(const std::string& text) {
     return sample;
 }
 
-TEST(QuietWatch, seesWhatIsBusyInEachSample) {
-    // What is sampled, and for each sample, b: busy, or a dot.
+TEST(QuietWatch, findsTheBusySamples) {
+    // The samples, and for each one b (busy) or a dot.
     const std::tuple<const char*, std::string, std::string> cases[] = {
         {"nobody works", "0", "."},
         {"installing or pairing", "0 s", "b"},
@@ -101,7 +101,7 @@ TEST(QuietWatch, isQuietAfterAWholeStretch) {
     watch.reset();
     EXPECT_FALSE(watch.isQuiet(steady(9999)));
     watch.observe(parsed("960 d20@99"));
-    EXPECT_EQ(watch.lastBusy, steady(960)) << "the driver is known still";
+    EXPECT_EQ(watch.lastBusy, steady(960)) << "reset() keeps the driver";
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ namespace {
 using enum UpdateInstallAction;
 
 // Runs events on a new loop: r updateReady, o observe after another half of a quiet stretch, m menuClick,
-// q quit. Returns the answers of those that answer.
+// q quit. Returns the answers.
 std::vector<UpdateInstallAction> answers(std::string_view events) {
     UpdateLoop loop;
     TimePoint now;

@@ -37,7 +37,7 @@ struct Fixture : FakeMachine {
 TEST(DesktopFace, reportsTheUseAndTheEndOfTheWindow) {
     Fixture f;
     EXPECT_FALSE(f.face.windowInUse());
-    f.model().connect("no link", AppModel::Replacing::no);
+    f.model().pairing().connect("no link");
     f.showWindow();
     EXPECT_TRUE(f.face.windowInUse());
     EXPECT_TRUE(f.state().linkMessage);
