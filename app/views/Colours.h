@@ -7,6 +7,7 @@
 
 namespace tarnik {
 
+// Which of the two palettes is used.
 enum class Appearance { light, dark };
 
 // Returns the application's own palette, for desktops that leave colours to the program. Text has a contrast

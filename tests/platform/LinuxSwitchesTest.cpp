@@ -36,7 +36,7 @@ struct Desktop {
     Desktop() {
         for (const char* name : {"mate-at-properties", "gnome-control-center"}) {
             const auto program =
-                folder.write(name, "#!/bin/sh\nprintf %s \"$*\" >> '" + folder.path() + "/opened'\n");
+                folder.write(name, "#!/bin/sh\necho \"$*\" >> '" + folder.path() + "/opened'\n");
             std::filesystem::permissions(program, std::filesystem::perms::owner_all);
         }
     }
@@ -44,7 +44,7 @@ struct Desktop {
     bool opens(const std::string& page) const {
         return eventually([&] {
             QCoreApplication::processEvents();
-            return opened() == page;
+            return opened() == page + "\n";
         });
     }
     LinuxSwitches switches() const { return {bus.connect(), environment, folder.path()}; }
@@ -83,7 +83,7 @@ TEST(LinuxSwitches, followsTheAccessibilityBus) {
     service.reset();
     EXPECT_TRUE(comesTrue([&] { return !isOn(); }));
     EXPECT_EQ(changes, 4);
-    EXPECT_EQ(desktop.opened(), "universal-access") << "one program, once";
+    EXPECT_EQ(desktop.opened(), "universal-access\n") << "one program, once";
 }
 
 TEST(LinuxSwitches, startsTheAccessibilityBus) {

@@ -81,6 +81,8 @@ TEST(MainView, ignoresInputThatArrivesWithANewButton) {
 
 TEST(MainView, reportsTheTextOfTheField) {
     ShownView view(sampleContent("connect"));
+    view.window.fillLinkField("a waiting link");  // not an edit by the user
+    view.field().clear();
     view.press(Qt::Key_A, "ä");
     view.press(Qt::Key_Return);
     EXPECT_EQ(view.asked, (Asked{{Kind::editLink, "ä"}, {Kind::connectPasted, "ä"}}));
