@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "app/texts/FailureTexts.h"
-#include "core/driver/BundledDriver.h"
+#include "core/driver/DriverLaunch.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/TarnikIdentity.h"

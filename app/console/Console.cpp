@@ -11,7 +11,7 @@
 #include "app/texts/FailureTexts.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/node/NodeInstaller.h"
-#include "core/pairing/PairingFailure.h"
+#include "core/pairing/PairingSession.h"
 
 namespace tarnik {
 namespace {

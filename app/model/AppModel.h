@@ -15,7 +15,7 @@
 #include "core/foundation/CoalescingQueue.h"
 #include "core/node/LaunchdTakeover.h"
 #include "core/node/NodeHome.h"
-#include "core/node/NodeInstallerDeps.h"
+#include "core/node/NodeInstaller.h"
 #include "core/node/NodeSupervisor.h"
 #include "core/updates/ActivitySources.h"
 

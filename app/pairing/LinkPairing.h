@@ -14,7 +14,6 @@
 #include "core/foundation/CallbackGuard.h"
 #include "core/foundation/CoalescingQueue.h"
 #include "core/pairing/JoinLink.h"
-#include "core/pairing/PairingFailure.h"
 #include "core/pairing/PairingSession.h"
 
 namespace tarnik {

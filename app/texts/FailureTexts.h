@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "core/node/InstallFailure.h"
-#include "core/pairing/PairingFailure.h"
+#include "core/pairing/PairingSession.h"
 
 namespace tarnik {
 

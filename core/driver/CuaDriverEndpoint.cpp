@@ -6,14 +6,14 @@ namespace tarnik {
 
 namespace {
 
-bool canBeTold(const std::string& path) {
+bool isValid(const std::string& path) {
     return path.starts_with('/') && !path.contains('\0');
 }
 
 }  // namespace
 
 std::optional<std::string> CuaDriverEndpoint::environmentValue() const {
-    if (!canBeTold(socketPath) || !canBeTold(binaryPath)) return std::nullopt;
+    if (!isValid(socketPath) || !isValid(binaryPath)) return std::nullopt;
     std::string json = R"({"v":1,"socketPath":)" + quotedJson(socketPath) + R"(,"binaryPath":)" +
                        quotedJson(binaryPath) + "}";
     if (json.size() > maxBytes) return std::nullopt;

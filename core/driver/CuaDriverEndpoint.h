@@ -8,19 +8,19 @@
 
 namespace tarnik {
 
-// Where the running desktop driver listens, as the helper node is told.
+// The address of the running desktop driver, which the helper node gets in its environment.
 struct CuaDriverEndpoint {
     static constexpr std::string_view environmentKey = "OPENCLAW_CUA_DRIVER_ENDPOINT";
     static constexpr std::size_t maxBytes = 4096;
-    // Variables of these families in our own environment speak of another driver.
+    // Inherited variables with these prefixes belong to another driver and are dropped.
     static constexpr std::array<std::string_view, 2> inheritedFamilyPrefixes{"OPENCLAW_CUA_DRIVER_",
                                                                              "CUA_DRIVER_"};
 
     std::string socketPath;  // absolute
     std::string binaryPath;  // absolute
 
-    // The value for environmentKey; none when a path isn't absolute or holds a NUL, or the text gets too
-    // long.
+    // Returns the value for environmentKey, or std::nullopt if a path is not absolute or contains a NUL, or
+    // if the value exceeds maxBytes.
     std::optional<std::string> environmentValue() const;
 
     bool operator==(const CuaDriverEndpoint&) const = default;

@@ -10,7 +10,7 @@ namespace tarnik {
 
 namespace {
 
-constexpr Seconds lookInterval = Seconds(0.05);
+constexpr Seconds readinessCheckInterval = Seconds(0.05);
 
 }  // namespace
 
@@ -19,7 +19,8 @@ DriverHost::DriverHost(Setup setup, DriverHostDeps deps, Log log, OnEndpointChan
       deps_(std::move(deps)),
       log_(std::move(log)),
       onEndpointChange_(std::move(onEndpointChange)),
-      queue_(deps_.makeQueue("tarnik.driver-host")) {}
+      queue_(deps_.makeQueue("tarnik.driver-host")),
+      restarter_(queue_, [this] { startIfNeeded(); }) {}
 
 DriverHost::~DriverHost() {
     shutdown();
@@ -28,10 +29,10 @@ DriverHost::~DriverHost() {
 
 void DriverHost::setEnabled(bool enabled) {
     queue_->run([this, enabled] {
-        if (!enabled || !desired_) restartAttempt_ = 0;
-        desired_ = enabled;
+        if (!enabled || state_ == State::off) restartAttempt_ = 0;
         if (enabled) return startIfNeeded();
-        cancelRestart();
+        restarter_.cancelRestart();
+        setState(State::off);
         stopRunning();
     });
 }
@@ -39,8 +40,11 @@ void DriverHost::setEnabled(bool enabled) {
 void DriverHost::permissionsChanged() {
     queue_->run([this] {
         restartAttempt_ = 0;
-        if (!desired_) return;
-        if (running_) stopRunning();
+        if (state_ == State::off) return;
+        if (running_) {
+            setState(State::starting);
+            stopRunning();
+        }
         startIfNeeded();
     });
 }
@@ -67,98 +71,102 @@ std::optional<pid_t> DriverHost::runningPID() const {
     return pid;
 }
 
-// A start takes the place of a restart that is pending.
+// A start replaces a pending restart.
 void DriverHost::startIfNeeded() {
-    if (running_ || deps_.isSuperseded()) return;
-    cancelRestart();
-    if (!setup_.executable) return log_("the desktop driver isn't in this build of the app");
+    if (running_) return;
+    restarter_.cancelRestart();
+    setState(State::starting);
+    if (deps_.isSuperseded()) return setState(State::idle);
+    if (!setup_.executable) {
+        log_("the desktop driver isn't in this build of the app");
+        return setState(State::idle);
+    }
     reapStale();
     const auto directory = DriverSocketDirectory::create(setup_.applicationSupport);
-    if (!directory) return log_(describe(directory.error()));
-    if (!launch(*setup_.executable, *directory)) return scheduleRestart();
-
-    setEndpoint(CuaDriverEndpoint{.socketPath = directory->socketPath, .binaryPath = *setup_.executable});
-    restartAttempt_ = 0;
-    log_("desktop driver ready");
+    if (!directory) {
+        log_(describe(directory.error()));
+        return setState(State::idle);
+    }
+    launch(*directory);
 }
 
-// Whether the driver runs and is ready. If not, its directory is gone again and the log knows why.
-bool DriverHost::launch(const std::string& executable, const DriverSocketDirectory& directory) {
-    if (const auto error = spawn(executable, directory)) {
+void DriverHost::launch(const DriverSocketDirectory& directory) {
+    if (const auto error = spawn(directory)) {
         directory.cleanup();
         log_("the desktop driver didn't start: " + describe(*error));
-        return false;
+        return scheduleRestart();
     }
     if (!directory.writeProcessIdentifier(running_->child->pid())) {
         log_("couldn't record the desktop driver's pid");
         stopRunning();
-        return false;
+        return scheduleRestart();
     }
     switch (awaitReadiness()) {
-        case Readiness::ready: return true;
+        case Readiness::ready:
+            setState(State::ready);
+            restartAttempt_ = 0;
+            return log_("desktop driver ready");
         case Readiness::exited: {
             const auto status = running_->child->exitStatus();
             forgetRunning();
             log_("the desktop driver stopped before it was ready (" + describe(*status) + ")");
-            return false;
+            return scheduleRestart();
         }
         case Readiness::timedOut: log_("the desktop driver didn't become ready in time"); break;
         case Readiness::superseded: break;
     }
     stopRunning();
-    return false;
+    scheduleRestart();
 }
 
-std::optional<SystemError> DriverHost::spawn(const std::string& executable,
-                                             const DriverSocketDirectory& directory) {
+std::optional<SystemError> DriverHost::spawn(const DriverSocketDirectory& directory) {
     auto liveness = Spawner::pipe();
     if (!liveness) return liveness.error();
-    const auto recipe = DriverLaunch::make({.executable = executable,
+    const auto recipe = DriverLaunch::make({.executable = *setup_.executable,
                                             .socketPath = directory.socketPath,
                                             .hostBundleID = setup_.hostBundleID,
                                             .hostPID = ::getpid(),
                                             .inherited = setup_.inherited});
-    const Generation generation = ++generation_;
-    auto child = deps_.launch(recipe, liveness->readEnd.get(),
-                              [this, weak = std::weak_ptr(queue_), generation](ExitStatus status) {
-                                  const auto queue = weak.lock();
-                                  if (!queue) return;
-                                  queue->post([this, generation, status] { exited(generation, status); });
-                              });
-    if (!child) return child.error();
-    running_ = Running{generation, std::move(*child), directory, std::move(liveness->writeEnd)};
+    auto child =
+        deps_.launch(recipe, liveness->readEnd.get(), [this, run = restarter_.beginRun()](ExitStatus status) {
+            run.post([this, status] { exited(status); });
+        });
+    if (!child) {
+        restarter_.endRun();
+        return child.error();
+    }
+    running_ = Running{std::move(*child), directory, std::move(liveness->writeEnd)};
     return std::nullopt;
 }
 
-// Blocks the queue, so `running_` stays the same. A newer call, which waits for the queue, ends the wait.
+// Blocks the queue, so `running_` doesn't change. A newer call, which waits for the queue, ends the wait.
 DriverHost::Readiness DriverHost::awaitReadiness() const {
     const TimePoint deadline = after(deps_.now(), deps_.readinessTimeout);
     while (true) {
         if (!running_->child->isRunning()) return Readiness::exited;
         if (deps_.isSuperseded()) return Readiness::superseded;
         if (deps_.socketReady(running_->directory.socketPath)) return Readiness::ready;
-        deps_.sleep(lookInterval);
+        deps_.sleep(readinessCheckInterval);
         if (deps_.now() > deadline) return Readiness::timedOut;
     }
 }
 
-void DriverHost::exited(Generation generation, ExitStatus status) {
-    if (!running_ || running_->generation != generation) return;  // its end was dealt with already
-    setEndpoint(std::nullopt);
+void DriverHost::exited(ExitStatus status) {
+    scheduleRestart();
     forgetRunning();
     log_("the desktop driver stopped unexpectedly (" + describe(status) + ")");
-    scheduleRestart();
 }
 
-// The report of the exit comes when the driver is no longer the running one, and is ignored.
+// The caller has left the state `ready`, so the endpoint is withdrawn before the driver stops.
 void DriverHost::stopRunning() {
-    setEndpoint(std::nullopt);
     if (!running_) return reapStale();
     running_->child->stop(StopSequences::driver, std::move(running_->livenessWrite));
     forgetRunning();
 }
 
+// Also drops the exit report, which comes later.
 void DriverHost::forgetRunning() {
+    restarter_.endRun();
     const auto ended = std::exchange(running_, std::nullopt);
     ended->directory.cleanup();
 }
@@ -168,25 +176,22 @@ void DriverHost::reapStale() const {
                                      DriverSocketDirectory::Processes::production());
 }
 
-// The driver is wanted, nothing runs and no restart is pending: the last start took the pending one's place.
+// After the last delay the driver stays away until a switch changes. A newer call decides by itself.
 void DriverHost::scheduleRestart() {
-    if (deps_.isSuperseded() || restartAttempt_ >= deps_.restartDelays.size()) return;
-    const Seconds delay = deps_.restartDelays[restartAttempt_++];
-    pendingRestart_ = queue_->postAfter(delay, [this] {
-        pendingRestart_.reset();
-        startIfNeeded();
-    });
+    if (deps_.isSuperseded() || restartAttempt_ >= deps_.restartDelays.size()) return setState(State::idle);
+    restarter_.restartAfter(deps_.restartDelays[restartAttempt_++]);
+    setState(State::restarting);
 }
 
-void DriverHost::cancelRestart() {
-    if (pendingRestart_) queue_->cancel(*pendingRestart_);
-    pendingRestart_.reset();
-}
-
-void DriverHost::setEndpoint(const std::optional<CuaDriverEndpoint>& endpoint) {
+// The only place that changes the state and the endpoint.
+void DriverHost::setState(State state) {
+    state_ = state;
+    std::optional<CuaDriverEndpoint> endpoint;
+    if (state == State::ready)
+        endpoint = {.socketPath = running_->directory.socketPath, .binaryPath = *setup_.executable};
     if (endpoint == endpoint_) return;
-    endpoint_ = endpoint;
-    onEndpointChange_(endpoint);
+    endpoint_ = std::move(endpoint);
+    onEndpointChange_(endpoint_);
 }
 
 }  // namespace tarnik

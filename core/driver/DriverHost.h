@@ -1,107 +1,120 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
+#include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/driver/CuaDriverEndpoint.h"
-#include "core/driver/DriverHostDeps.h"
+#include "core/driver/DriverLaunch.h"
 #include "core/driver/DriverSocketDirectory.h"
+#include "core/foundation/SystemError.h"
+#include "core/process/ChildProcess.h"
+#include "core/process/ChildRestarter.h"
 
 namespace tarnik {
 
-// Keeps the desktop driver running while it is wanted: starts it on a private socket, tells where it listens
-// once it does, starts it again after a growing delay when it ends, and stops it.
+// The effects and the times of DriverHost.
+struct DriverHostDeps {
+    using LaunchResult = std::expected<std::shared_ptr<ChildProcess>, SystemError>;
+    // Returns a descriptor for one driver's output. A closed one sends the output to /dev/null.
+    using AttachOutput = std::function<UniqueFd()>;
+
+    // Starts a driver with `livenessFd`, which is borrowed, as its standard input.
+    std::function<LaunchResult(const DriverLaunch&, int livenessFd, ChildProcess::OnExit onExit)> launch;
+    std::function<bool(const std::string& socketPath)> socketReady;  // must not block
+    std::function<void(Seconds)> sleep;                              // blocks the calling thread
+    std::function<TimePoint()> now;
+    Seconds readinessTimeout = Seconds(10);
+    std::vector<Seconds> restartDelays{Seconds(1), Seconds(2), Seconds(4), Seconds(8), Seconds(10)};
+    // Returns true while a newer setEnabled() or the end waits. A start gives up then.
+    std::function<bool()> isSuperseded = [] { return false; };
+    std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
+
+    static DriverHostDeps production(AttachOutput attachOutput = {});  // real children, the steady clock
+};
+
+// Keeps the desktop driver running while it is enabled: starts it on a private socket, publishes the endpoint
+// once the socket answers, restarts the driver after a growing delay when it exits, and stops it.
 //
 // One per application. Call from any thread, but not from inside `onEndpointChange` or `log`. A call waits
-// for a start that is under way, unless isSuperseded ends that: for up to readinessTimeout, and 8 s more if
-// the driver has to be stopped.
+// for a start in progress: for up to readinessTimeout, and 8 s more if the driver has to be stopped.
 //
 //   from          event                             to
 //   off           enabled                           starting
-//   starting      the socket answers                ready; the first delay is next again
-//   starting      ends, too late, can't be started  restarting(delay); idle after the last delay
-//   starting      a newer call waits                idle, until that call
-//   starting      not in this build, no directory   idle
-//   ready         ends                              restarting(delay)
+//   starting      the socket answers                ready; the delays begin anew
+//   starting      exits, times out, can't start     restarting; idle after the last delay
+//   starting      newer call, no driver, no folder  idle
+//   ready         exits                             restarting; idle after the last delay
 //   restarting    delay passed                      starting
 //   restarting, idle   enabled                      starting
-//   any but off   permissionsChanged                starting; the first delay is next again
+//   any but off   permissionsChanged                starting; the delays begin anew
 //   any           disabled, shutdown                off
 //
-// An endpoint is published in `ready` only. In `off`, `restarting` and `idle` nothing runs.
+// The endpoint is published in `ready` only. A driver runs in `starting` and `ready` only.
 class DriverHost {
 public:
     struct Setup {
-        std::optional<std::string> executable;  // none: the build has no driver
-        std::string applicationSupport;         // the folder that the socket directories are made in
+        std::optional<std::string> executable;  // std::nullopt if the build has no driver
+        std::string applicationSupport;         // the folder for the socket directories
         std::string hostBundleID;
         Environment inherited;  // the application's environment
     };
-
     using OnEndpointChange = std::function<void(const std::optional<CuaDriverEndpoint>&)>;
     using Log = std::function<void(const std::string&)>;
 
-    // Starts nothing. `log` hears lower-case one-line messages; both callbacks run on the private queue.
+    // Starts nothing. `log` is called with lower-case one-line messages; both run on the private queue.
     DriverHost(Setup setup, DriverHostDeps deps, Log log, OnEndpointChange onEndpointChange);
 
-    // Stops what runs, as shutdown().
+    // Calls shutdown().
     ~DriverHost();
     DriverHost(const DriverHost&) = delete;
     DriverHost& operator=(const DriverHost&) = delete;
 
-    // Returns when the driver is ready or has failed to start this time; when it is gone. Never fails.
+    // Returns once the driver is ready, has failed to start this time, or has stopped. Never fails.
     void setEnabled(bool enabled);
 
-    // The driver notices new rights only in a new process: stops it, and starts it when it is wanted.
+    // Restarts an enabled driver, since a driver notices new rights only in a new process.
     void permissionsChanged();
-
     void shutdown();
 
     std::optional<CuaDriverEndpoint> currentEndpoint() const;
     bool isRunning() const;
-
-    // May be stale once returned.
-    std::optional<pid_t> runningPID() const;
+    std::optional<pid_t> runningPID() const;  // may be stale once returned
 
 private:
-    using Generation = std::uint64_t;
-
+    enum class State { off, starting, ready, restarting, idle };
+    enum class Readiness { ready, exited, superseded, timedOut };
     struct Running {
-        Generation generation;
         std::shared_ptr<ChildProcess> child;
         DriverSocketDirectory directory;
-        UniqueFd livenessWrite;  // the driver leaves when this closes
+        UniqueFd livenessWrite;  // the driver quits when this closes
     };
-    enum class Readiness { ready, exited, superseded, timedOut };
 
     void startIfNeeded();
-    bool launch(const std::string& executable, const DriverSocketDirectory& directory);
-    std::optional<SystemError> spawn(const std::string& executable, const DriverSocketDirectory& directory);
+    void launch(const DriverSocketDirectory& directory);
+    std::optional<SystemError> spawn(const DriverSocketDirectory& directory);
     Readiness awaitReadiness() const;
-    void exited(Generation generation, ExitStatus status);
+    void exited(ExitStatus status);
     void stopRunning();
     void forgetRunning();
     void reapStale() const;
     void scheduleRestart();
-    void cancelRestart();
-    void setEndpoint(const std::optional<CuaDriverEndpoint>& endpoint);
+    void setState(State state);
 
     const Setup setup_;
     const DriverHostDeps deps_;
     const Log log_;
     const OnEndpointChange onEndpointChange_;
-    const std::shared_ptr<SerialQueue> queue_;  // everything below is touched only on it
-
-    bool desired_ = false;
+    const std::shared_ptr<SerialQueue> queue_;  // the fields below are touched on it only
+    ChildRestarter restarter_;
+    State state_ = State::off;
     std::optional<Running> running_;
     std::optional<CuaDriverEndpoint> endpoint_;
-    Generation generation_ = 0;
-    std::size_t restartAttempt_ = 0;  // the next of the restart delays
-    std::optional<SerialQueue::Timer> pendingRestart_;
+    std::size_t restartAttempt_ = 0;  // the index of the next restart delay
 };
 
 }  // namespace tarnik

@@ -1,9 +1,17 @@
 #include "core/driver/DriverLaunch.h"
 
 #include "core/driver/CuaDriverEndpoint.h"
+#include "core/foundation/Files.h"
 #include "core/process/Environment.h"
 
 namespace tarnik {
+
+std::optional<std::string> BundledDriver::path(const std::optional<std::string>& resourceFolder) {
+    if (!resourceFolder) return std::nullopt;
+    std::string driver = *resourceFolder + "/cua-driver";
+    if (!isRegularFile(driver) || !isExecutableFile(driver)) return std::nullopt;
+    return driver;
+}
 
 DriverLaunch DriverLaunch::make(const Inputs& inputs) {
     Environment variables = withoutPrefixes(inputs.inherited, CuaDriverEndpoint::inheritedFamilyPrefixes);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,23 +10,30 @@
 
 namespace tarnik {
 
-// How the desktop driver is started: a recipe, without effects.
+namespace BundledDriver {
+
+// Returns the path of the desktop driver in the application's resources, or std::nullopt without one. The
+// driver is a regular file, not a link, that this user may execute.
+std::optional<std::string> path(const std::optional<std::string>& resourceFolder);
+
+}  // namespace BundledDriver
+
+// The command line and the environment of the desktop driver.
 struct DriverLaunch {
-    // What it is made from.
     struct Inputs {
         std::string executable;
-        std::string socketPath;    // where the driver shall listen
-        std::string hostBundleID;  // ours
-        pid_t hostPID = 0;         // ours
-        Environment inherited;     // our own environment
+        std::string socketPath;    // the socket that the driver creates
+        std::string hostBundleID;  // the application's
+        pid_t hostPID = 0;         // the application's
+        Environment inherited;     // the application's
     };
 
     std::string executable;
     std::vector<std::string> arguments;
     Environment environment;
 
-    // The driver runs without permission gates of its own, since our switches are the gate, and watches its
-    // standard input for our end.
+    // The driver runs without permission prompts of its own, since the two privacy switches gate it. It
+    // watches its standard input and quits when that ends.
     static DriverLaunch make(const Inputs& inputs);
 
     bool operator==(const DriverLaunch&) const = default;

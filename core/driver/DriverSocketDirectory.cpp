@@ -36,7 +36,7 @@ constexpr mode_t pidFileMode = 0600;
 constexpr mode_t permissionBits = 07777;
 constexpr std::size_t idLength = 16;
 constexpr int idAttempts = 8;
-constexpr std::size_t socketPathLimit = 104;  // Darwin's, with the NUL at the end; Linux has a few more
+constexpr std::size_t socketPathLimit = 104;  // Darwin's limit with the final NUL; the one of Linux is higher
 constexpr std::size_t pidFileLimit = 64;
 constexpr const char* socketName = "cua.sock";
 constexpr const char* pidFileName = "cua.pid";
@@ -45,7 +45,7 @@ std::unexpected<Failure> refused(const char* reason) {
     return std::unexpected(Failure{.kind = Failure::Kind::directory, .reason = reason});
 }
 
-// Of the entry itself, never of what a link leads to.
+// Does not follow a link.
 std::optional<Status> statusAt(int folder, const std::string& name) {
     Status found{};
     if (::fstatat(folder, name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
@@ -66,7 +66,7 @@ bool isOurPrivateFolder(const Status& status) {
     return S_ISDIR(status.st_mode) && isOurs(status) && (status.st_mode & permissionBits) == folderMode;
 }
 
-bool isTheOneMade(const DriverSocketDirectory& directory, const std::optional<Status>& status) {
+bool isUnchanged(const DriverSocketDirectory& directory, const std::optional<Status>& status) {
     return status && isOurPrivateFolder(*status) && status->st_dev == directory.device &&
            status->st_ino == directory.inode;
 }
@@ -75,7 +75,7 @@ UniqueFd openFolder(int at, const std::string& name) {
     return UniqueFd(::openat(at, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
-// With errno set on failure. The mode is set once more: the umask takes bits away, a parent may add some.
+// Sets errno on failure. Sets the mode again, since the umask removes bits and a parent folder may add some.
 bool makeFolder(int at, const std::string& name) {
     if (::mkdirat(at, name.c_str(), folderMode) != 0) return false;
     if (::fchmodat(at, name.c_str(), folderMode, AT_SYMLINK_NOFOLLOW) == 0) return true;
@@ -87,8 +87,8 @@ bool makeFolder(int at, const std::string& name) {
 
 enum class WhenMissing { make, leave };
 
-// The folder that holds the private ones, to look up names in it; closed when it or one above it isn't there
-// or isn't ours. The modes of these folders aren't checked, and none of them has to be readable.
+// Opens the parent of the private folders for lookups. Returns a closed descriptor if it, or a folder above
+// it, doesn't exist or isn't ours. The modes of these folders are not checked, and they need not be readable.
 UniqueFd openRoots(const std::string& applicationSupport, WhenMissing whenMissing) {
     UniqueFd folder;
     int above = AT_FDCWD;
@@ -106,8 +106,8 @@ UniqueFd openRoots(const std::string& applicationSupport, WhenMissing whenMissin
     return folder;
 }
 
-// A link with a "/" behind it would be followed.
-std::string withoutSlashesAtTheEnd(std::string path) {
+// With a trailing slash a link would be followed.
+std::string withoutTrailingSlashes(std::string path) {
     while (path.size() > 1 && path.ends_with('/')) path.pop_back();
     return path;
 }
@@ -129,7 +129,7 @@ bool isID(std::string_view name) {
     return name.size() == idLength && isHex(name);
 }
 
-// The name of a new folder in `root`.
+// Returns the name of the new folder.
 std::optional<std::string> makeUniqueFolder(const UniqueFd& root) {
     for (int attempt = 0; attempt < idAttempts; ++attempt) {
         std::string id = randomID();
@@ -155,10 +155,10 @@ std::expected<DriverSocketDirectory, Failure> inspectNew(const UniqueFd& root,
     return made;
 }
 
-// Closed, when it isn't the one that was made.
+// Returns a closed descriptor if the folder was replaced.
 UniqueFd openUnchanged(const DriverSocketDirectory& directory) {
     UniqueFd folder = openFolder(AT_FDCWD, directory.path);
-    if (!isTheOneMade(directory, statusOf(folder))) return {};
+    if (!isUnchanged(directory, statusOf(folder))) return {};
     return folder;
 }
 
@@ -175,7 +175,7 @@ std::optional<pid_t> parsePid(std::string_view text) {
     return pid;
 }
 
-// Whether no driver uses the folder any more.
+// Returns true if no driver uses the folder any more.
 bool endDriver(const DriverSocketDirectory& directory, const std::string& expectedExecutable,
                const DriverSocketDirectory::Processes& processes) {
     const auto pid = directory.readProcessIdentifier();
@@ -184,8 +184,9 @@ bool endDriver(const DriverSocketDirectory& directory, const std::string& expect
     if (unreachable != 0 && unreachable != EPERM) return true;
 
     const auto runsDriver = [&] {
-        const auto runs = processes.executablePath(*pid);
-        return runs && !expectedExecutable.empty() && ProcessInspection::samePath(*runs, expectedExecutable);
+        const auto program = processes.executablePath(*pid);
+        return program && !expectedExecutable.empty() &&
+               ProcessInspection::samePath(*program, expectedExecutable);
     };
     // On Linux an unreaped process has no executable path, so its folder stays for the next start.
     if (!runsDriver()) return false;
@@ -210,7 +211,7 @@ DriverSocketDirectory::Processes DriverSocketDirectory::Processes::production() 
 
 std::expected<DriverSocketDirectory, Failure> DriverSocketDirectory::create(
     const std::string& applicationSupport) {
-    const std::string support = withoutSlashesAtTheEnd(applicationSupport);
+    const std::string support = withoutTrailingSlashes(applicationSupport);
     const UniqueFd root = openRoots(support, WhenMissing::make);
     if (!root) return refused("support roots must be directories this user owns");
     const auto id = makeUniqueFolder(root);
@@ -226,7 +227,7 @@ std::string DriverSocketDirectory::pidFilePath() const {
 }
 
 bool DriverSocketDirectory::isUnchangedAndOwned() const {
-    return isTheOneMade(*this, statusAt(AT_FDCWD, path));
+    return isUnchanged(*this, statusAt(AT_FDCWD, path));
 }
 
 std::expected<void, SystemError> DriverSocketDirectory::writeProcessIdentifier(pid_t pid) const {
@@ -248,7 +249,7 @@ std::expected<void, SystemError> DriverSocketDirectory::writeProcessIdentifier(p
 
 std::optional<pid_t> DriverSocketDirectory::readProcessIdentifier() const {
     const UniqueFd folder = openUnchanged(*this);
-    // Without O_NONBLOCK a pipe in the file's place would make us wait for a writer.
+    // Without O_NONBLOCK, opening a FIFO would wait for a writer.
     constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     const UniqueFd file(folder ? ::openat(folder.get(), pidFileName, flags) : -1);
     const auto status = statusOf(file);
@@ -264,16 +265,15 @@ void DriverSocketDirectory::cleanup() const {
     const UniqueFd root = openForSearch(AT_FDCWD, parentFolder(path));
     const std::string name = path.substr(path.rfind('/') + 1);
     const UniqueFd folder = root ? openFolder(root.get(), name) : UniqueFd();
-    if (!isTheOneMade(*this, statusOf(folder))) return;
+    if (!isUnchanged(*this, statusOf(folder))) return;
     removeOurs(folder, socketName);
     removeOurs(folder, pidFileName);
-    // The name may have come to lead elsewhere; no system can compare and remove in one step, but what goes
-    // is empty.
-    if (isTheOneMade(*this, statusAt(root.get(), name))) ::unlinkat(root.get(), name.c_str(), AT_REMOVEDIR);
+    // Comparing and removing can't be one step, but rmdir removes an empty folder only.
+    if (isUnchanged(*this, statusAt(root.get(), name))) ::unlinkat(root.get(), name.c_str(), AT_REMOVEDIR);
 }
 
 std::vector<DriverSocketDirectory> DriverSocketDirectory::owned(const std::string& applicationSupport) {
-    const std::string support = withoutSlashesAtTheEnd(applicationSupport);
+    const std::string support = withoutTrailingSlashes(applicationSupport);
     const UniqueFd root = openRoots(support, WhenMissing::leave);
     if (!root) return {};
     DirectoryReader names(openFolder(root.get(), "."));
@@ -306,8 +306,8 @@ bool DriverSocketDirectory::acceptsConnections(const std::string& socketPath) {
         ::fcntl(socket.get(), F_SETFL, O_NONBLOCK) != 0) {
         return false;
     }
-    // A full queue is EAGAIN on Linux and ECONNREFUSED on Darwin: not now, on both. Nothing of the local
-    // family connects later by itself (EINPROGRESS).
+    // A full queue gives EAGAIN on Linux and ECONNREFUSED on Darwin. A local socket never connects later by
+    // itself (EINPROGRESS).
     return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 

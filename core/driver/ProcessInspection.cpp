@@ -10,14 +10,14 @@ namespace tarnik::ProcessInspection {
 
 namespace {
 
-// No event tells of the end of a process that isn't our child on every system.
-constexpr std::chrono::milliseconds lookInterval{25};
+// Not every system has an event for the end of a process that isn't our child.
+constexpr std::chrono::milliseconds checkInterval{25};
 
-bool isThere(pid_t pid) {
+bool processExists(pid_t pid) {
     return ::kill(pid, 0) == 0 || errno == EPERM;
 }
 
-// A true path first: taking off "x/.." by its text is wrong where x is a link.
+// Resolves links before "..", since removing "x/.." as text is wrong if x is a link.
 std::string resolved(const std::string& path) {
     const auto real = realPath(path);
     return real ? *real : resolvingLinks(path);
@@ -32,8 +32,8 @@ bool samePath(const std::string& one, const std::string& other) {
 bool waitForExit(pid_t pid, Seconds timeout) {
     if (pid < 2) return true;
     const TimePoint deadline = after(steadyNow(), timeout);
-    while (isThere(pid) && steadyNow() < deadline) std::this_thread::sleep_for(lookInterval);
-    return !isThere(pid);
+    while (processExists(pid) && steadyNow() < deadline) std::this_thread::sleep_for(checkInterval);
+    return !processExists(pid);
 }
 
 }  // namespace tarnik::ProcessInspection

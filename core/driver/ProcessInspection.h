@@ -7,16 +7,16 @@
 #include "core/foundation/Time.h"
 #include "core/process/MacProcesses.h"
 
-// Questions about processes that need not be our children.
+// Queries about processes that may not be our children.
 namespace tarnik::ProcessInspection {
 
 using MacProcesses::executablePath;
 
-// Whether both paths lead to the same place, once their links are followed.
+// Returns true if both paths are the same once their links are resolved.
 bool samePath(const std::string& one, const std::string& other);
 
-// Blocks until the process is gone, at most for `timeout`; true when it is gone. Ids below 2 count as gone.
-// A child that nobody has reaped yet, and a process of another user, are there.
+// Waits up to `timeout` until the process no longer exists. Returns true if it doesn't, or if `pid` is below
+// 2. An unreaped child and a process of another user exist.
 bool waitForExit(pid_t pid, Seconds timeout);
 
 }  // namespace tarnik::ProcessInspection

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// Opens a folder, but no link, to look up names in it: no permission to list it is needed. Closed with errno
-// set on failure.
+// Opens a folder for lookups of names in it, which needs no permission to list it. Does not follow a link.
+// Returns a closed descriptor and sets errno on failure.
 UniqueFd openForSearch(int at, const std::string& name);
 
 }  // namespace tarnik

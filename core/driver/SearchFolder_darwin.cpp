@@ -5,7 +5,7 @@
 namespace tarnik {
 namespace {
 
-// O_SEARCH of <sys/fcntl.h>, which the headers of SDKs before macOS 13 lack.
+// O_SEARCH of <sys/fcntl.h>, which SDKs before macOS 13 don't declare.
 constexpr int searchOnly = 0x40000000 | O_DIRECTORY;
 
 }  // namespace

@@ -11,15 +11,15 @@
 
 namespace tarnik {
 
-// Why the installer gave up, in its own words.
+// A reason of the installer itself to refuse an install.
 struct InstallFailure {
     enum class Kind {
         noArtifact,    // `what`: the platform
-        download,      // what could not be fetched
-        checksum,      // whose digest differs
-        extract,       // tar's words
-        notOurFolder,  // the node home
-        tooOld,        // the release's version
+        download,      // `what`: the file or its address
+        checksum,      // `what`: the file whose digest differs
+        extract,       // `what`: the output of tar
+        notOurFolder,  // `what`: the node home
+        tooOld,        // `what`: the release's version
         notPublished,
         incomplete,
     };
@@ -37,11 +37,11 @@ struct ToolStartError {
     bool operator==(const ToolStartError&) const = default;
 };
 
-// Why an install ended early.
+// Why an install failed.
 using InstallError = std::variant<InstallFailure, NodeRelease::Failure, NodeHome::ClaimError, SystemError,
                                   HttpError, ToolStartError>;
 
-// A whole sentence for the person; with InstallError, whatever its kind says of itself.
+// Return the message for the user: a whole sentence, or the description that the error's own type has.
 std::string describe(const InstallFailure& failure);
 std::string describe(const ToolStartError& error);
 std::string describe(const InstallError& error);

@@ -12,34 +12,38 @@
 #include "core/node/NodeHome.h"
 #include "core/process/ExitStatus.h"
 
-// Takes the node over from a launchd agent that a command-line install registered, so that only we run it.
-// An agent that can't be proved to run this very node folder is left alone.
+// Takes the node over from the launchd agent that a command-line install registers, so that only the
+// supervisor runs it. An agent that can't be proved to run the same node home is left alone.
 namespace tarnik::LaunchdTakeover {
 
+// The agent is not ours or can't be read.
 struct LeaveAlone {
     std::string reason;
     bool operator==(const LeaveAlone&) const = default;
 };
+// The agent runs our node home.
 struct TakeOver {
     std::string plistPath;
     std::string serviceTarget;
     bool operator==(const TakeOver&) const = default;
 };
+// There is no agent.
 struct Nothing {
     bool operator==(const Nothing&) const = default;
 };
 using Plan = std::variant<Nothing, LeaveAlone, TakeOver>;
 
+// The result of a takeover.
 struct Outcome {
     bool stopped = false;  // the agent is no longer loaded
-    bool removed = false;  // its property list is gone
+    bool removed = false;  // its property list was deleted
     bool operator==(const Outcome&) const = default;
 };
 
-// What taking over asks of the outside.
+// The effects of a takeover.
 struct Deps {
     std::function<ExitStatus(const std::vector<std::string>& arguments)> launchctl;
-    std::function<bool(const std::string& path)> removeFile;  // true when it did
+    std::function<bool(const std::string& path)> removeFile;  // returns true on success
 
     static Deps production();
 };
@@ -48,12 +52,12 @@ using Resolve = std::function<std::string(const std::string& path)>;
 
 std::string plistPath(std::string_view homeDirectory);
 
-// `plist` is what stands in the agent's file, none when there is no file.
+// Decides what to do. `plist` is the content of the agent's file, or std::nullopt if there is no file.
 Plan plan(const std::optional<std::string>& plist, const std::string& plistPath, const NodeHome& home,
           std::uint32_t uid, const Resolve& resolve = resolvingLinks);
 
-// Stops the agent and deletes its file; none when that isn't the plan. With the production record, blocks
-// for as long as launchctl takes, half a minute and more at worst.
+// Stops the agent and deletes its file. Returns std::nullopt if the plan is not to take over. Blocks while
+// launchctl runs, for a minute at worst.
 std::optional<Outcome> execute(const Plan& plan, const Deps& deps);
 
 }  // namespace tarnik::LaunchdTakeover

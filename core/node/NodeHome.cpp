@@ -1,9 +1,5 @@
 #include "core/node/NodeHome.h"
 
-#include <cstdio>
-
-#include <unistd.h>
-
 #include "core/foundation/Paths.h"
 #include "core/foundation/TextCleanup.h"
 
@@ -60,25 +56,15 @@ std::expected<void, NodeHome::ClaimFailure> NodeHome::claim() const {
     if (isLink(path) && !claimed) return refuse(isALink);
     if (isThere && !isFolder(path)) return refuse(notAFolder);
     if (claimed) return {};
-    // What a command-line install left in the default folder is the node's own.
+    // A command-line install leaves these in the default folder.
     const bool mayAdopt = isDefault && (exists(wrapper()) || exists(joinRecord()));
-    // A claim that was killed leaves its unfinished marker.
-    const auto ours = isRegularFile(unfinishedMarker()) ? unfinishedMarkerName : std::string_view();
-    if (isThere && holdsEntries(path, ours) && !mayAdopt) return refuse(holdsOtherFiles);
+    if (isThere && holdsEntries(path) && !mayAdopt) return refuse(holdsOtherFiles);
 
     if (auto made = createFolders(path, folderMode); !made) return std::unexpected(made.error());
-    if (auto marked = writeMarker(); !marked) return std::unexpected(marked.error());
+    // A plain write: a marker that a kill cut short counts, since its content is never read.
+    if (auto marked = writeFile(marker(), markerText, markerMode); !marked)
+        return std::unexpected(marked.error());
     return {};
-}
-
-// The marker appears whole or not at all: a folder with an empty one would count as claimed for ever.
-std::expected<void, SystemError> NodeHome::writeMarker() const {
-    const std::string unfinished = unfinishedMarker();
-    auto done = writeFile(unfinished, markerText, markerMode);
-    if (done && ::rename(unfinished.c_str(), marker().c_str()) != 0)
-        done = std::unexpected(SystemError::last("rename", unfinished));
-    if (!done) ::unlink(unfinished.c_str());
-    return done;
 }
 
 bool NodeHome::isClaimed() const {
@@ -95,10 +81,6 @@ bool NodeHome::hasJoined() const {
 
 std::string NodeHome::marker() const {
     return path + "/" + std::string(markerName);
-}
-
-std::string NodeHome::unfinishedMarker() const {
-    return path + "/" + std::string(unfinishedMarkerName);
 }
 
 std::string NodeHome::runtimeDir() const {
@@ -123,35 +105,6 @@ std::string NodeHome::wrapper() const {
 
 std::string NodeHome::joinRecord() const {
     return path + "/trust/web-key.json";
-}
-
-std::string describe(const NodeHome::ResolveError& error) {
-    using enum NodeHome::ResolveError::Reason;
-    switch (error.reason) {
-        case notAbsolute:
-            return "The node folder must be a full path (starting with /), not " + error.path + ".";
-        case reserved:
-            return "The node folder can't be " + error.path +
-                   ", which holds other things. Pick a new or empty folder.";
-        case overlapsDefault: break;
-    }
-    return "The test node folder " + error.path + " can't be inside ~/.tarnik/node or contain it.";
-}
-
-std::string describe(const NodeHome::ClaimError& error) {
-    using enum NodeHome::ClaimError::Reason;
-    switch (error.reason) {
-        case notAFolder: return error.path + " isn't a folder. Nothing was installed.";
-        case isALink: return error.path + " is a link, and tarnik leaves links alone. Nothing was installed.";
-        case holdsOtherFiles: break;
-    }
-    return error.path +
-           " already holds files tarnik didn't put there. Move them out, then try again. Nothing was "
-           "installed.";
-}
-
-std::string describe(const NodeHome::ClaimFailure& failure) {
-    return std::visit([](const auto& error) { return describe(error); }, failure);
 }
 
 }  // namespace tarnik

@@ -9,22 +9,23 @@
 
 namespace tarnik {
 
-// Exclusive use of a node home by one process, until this object goes or the process ends, however it ends.
+// Exclusive use of a node home by one process, from take() until this object is destroyed.
 //
-// An flock on the folder itself: the kernel releases it with the process, and children don't inherit it.
+// An flock on the folder itself, which the kernel releases when the process ends. Children don't inherit it.
+// The lock belongs to the folder and not to its path: a home that is deleted and created anew is unlocked.
 class NodeHomeLock {
 public:
     struct Failure {
         enum class Reason {
-            heldElsewhere,  // by another process, or by another lock of this one
-            unavailable,    // the folder can't be made or opened, or its file system has no locks
+            heldElsewhere,  // by another process, or by another NodeHomeLock of this one
+            unavailable,    // the folder can't be created or opened, or its file system has no locks
         };
         Reason reason;
         SystemError error;
     };
 
-    // Locks the folder without waiting, and makes it first if nothing is there: a claim accepts it while it
-    // is empty. A path that a claim refuses is unavailable, since the claim names the reason.
+    // Locks the folder without waiting. Creates it if it doesn't exist, since a claim accepts an empty
+    // folder. Fails with unavailable for a path that a claim refuses; the claim returns the reason.
     static std::expected<NodeHomeLock, Failure> take(const NodeHome& home);
 
 private:

@@ -6,7 +6,7 @@
 #include "core/foundation/Files.h"
 #include "core/foundation/Json.h"
 #include "core/foundation/Uuid.h"
-#include "core/node/NodeRuntimePin.h"
+#include "core/node/NodeTexts.h"
 #include "core/node/ReleaseVersion.h"
 
 namespace tarnik {
@@ -26,7 +26,6 @@ bool isAtLeast(const std::string& version, const std::string& minimum) {
     return order && *order >= 0;
 }
 
-// rename(2), with the failure named.
 std::expected<void, InstallError> move(const std::string& from, const std::string& to) {
     if (::rename(from.c_str(), to.c_str()) == 0) return {};
     return std::unexpected(SystemError::last("rename", from));
@@ -40,14 +39,15 @@ std::expected<void, InstallError> makeFolder(const std::string& path) {
 
 }  // namespace
 
-// What is going to be installed.
+// The archives of one install.
 struct NodeInstaller::Sources {
     NodeRuntime runtime;
     ReleaseArtifact package;
 };
 
-// A private folder for one install, inside the node home so that moving out of it is one step. Removed with
-// all it holds, whatever happens.
+// The staging folder of one install. It is inside the node home, so that a rename can move its contents into
+// place, and is removed by the destructor. One that a killed install left stays: another copy may be using
+// it.
 class NodeInstaller::Stage {
 public:
     explicit Stage(const NodeHome& home)
@@ -91,7 +91,7 @@ std::optional<std::string> NodeInstaller::installedVersion() const {
     return version != nullptr ? version->asString() : std::nullopt;
 }
 
-// Everything that can be refused before the disk is touched.
+// Makes every check that needs no change of the disk.
 std::expected<NodeInstaller::Sources, InstallError> NodeInstaller::chooseSources() const {
     if (!settings_.releaseBase || !settings_.releasePublicKey) return fail(Kind::notPublished);
     const auto body = deps_.fetch(settings_.releaseBase->appending("stable.json").text());
@@ -111,7 +111,7 @@ std::expected<void, InstallError> NodeInstaller::checkVersion(const std::string&
     if (settings_.minimumVersion && !isAtLeast(version, *settings_.minimumVersion)) {
         return fail(Kind::tooOld, version);
     }
-    // A version that can't be compared blocks every install: it might be newer.
+    // A version that can't be compared might be newer, so it blocks every install.
     const auto installed = installedVersion();
     if (installed && !isAtLeast(version, *installed)) return fail(Kind::tooOld, version);
     return {};
@@ -138,15 +138,15 @@ std::expected<void, InstallError> NodeInstaller::claim() const {
 
 std::expected<void, InstallError> NodeInstaller::installRuntime(const Sources& sources, const Stage& stage,
                                                                 const Progress& progress) const {
-    progress.text("Downloading Node.js " + sources.runtime.version + "…");
+    progress.text(NodeTexts::downloadingRuntime(sources.runtime.version));
     const auto base = Url::parse(sources.runtime.base);
-    if (!base) return fail(Kind::download, "Node.js");
+    if (!base) return fail(Kind::download, NodeTexts::runtimeName);
     const std::string archive = stage.path() + "/node.tar.gz";
     const std::string unpacked = stage.path() + "/node";
     const auto url = base->appending(sources.runtime.file).text();
     if (auto done = deps_.download(url, archive, progress.bytes); !done) return done;
     if (deps_.crypto.sha256HexOfFile(archive) != sources.runtime.sha256)
-        return fail(Kind::checksum, "Node.js");
+        return fail(Kind::checksum, NodeTexts::runtimeName);
     if (auto made = makeFolder(unpacked); !made) return made;
     if (auto done = deps_.extract(archive, unpacked); !done) return done;
     if (!isExecutableFile(unpacked + "/bin/node")) return fail(Kind::incomplete);
@@ -155,13 +155,13 @@ std::expected<void, InstallError> NodeInstaller::installRuntime(const Sources& s
 
 std::expected<void, InstallError> NodeInstaller::installPackage(const Sources& sources, const Stage& stage,
                                                                 const Progress& progress) const {
-    progress.text("Downloading tarnik's helper…");
+    progress.text(NodeTexts::downloadingPackage());
     const std::string archive = stage.path() + "/tarnik-node.tar.gz";
     const std::string unpacked = stage.path() + "/app";
     const auto url = settings_.releaseBase->appending(sources.package.path).text();
     if (auto done = deps_.download(url, archive, progress.bytes); !done) return done;
     if (deps_.crypto.sha256HexOfFile(archive) != sources.package.sha256) {
-        return fail(Kind::checksum, "tarnik's helper");
+        return fail(Kind::checksum, NodeTexts::packageName);
     }
     if (auto made = makeFolder(unpacked); !made) return made;
     if (auto done = deps_.extract(archive, unpacked); !done) return done;
@@ -171,8 +171,8 @@ std::expected<void, InstallError> NodeInstaller::installPackage(const Sources& s
     return replace(home_.appDir(), unpacked, stage);
 }
 
-// The old one is moved into the staging folder, not removed where it stands: removing takes a while, and half
-// of a package could still look like one.
+// The old folder is renamed away and not removed in place: a half-removed package could look like an
+// installed one.
 std::expected<void, InstallError> NodeInstaller::replace(const std::string& target, const std::string& staged,
                                                          const Stage& stage) const {
     if (!home_.isClaimed()) return fail(Kind::notOurFolder, home_.path);

@@ -8,32 +8,52 @@
 #include "core/foundation/Url.h"
 #include "core/node/InstallFailure.h"
 #include "core/node/NodeHome.h"
-#include "core/node/NodeInstallerDeps.h"
 #include "core/node/NodeRuntime.h"
 
 namespace tarnik {
 
-// Puts a working helper into the node home: the pinned Node.js runtime and the signed helper package, each
-// swapped in only after it was downloaded into a staging folder, checked and unpacked.
+// The effects of NodeInstaller. All operations block.
+struct NodeInstallerDeps {
+    // Returns the body at an address.
+    std::function<std::expected<std::string, InstallError>(const std::string& url)> fetch;
+
+    // Stores the body at an address in the file `destination`.
+    std::function<std::expected<void, InstallError>(const std::string& url, const std::string& destination,
+                                                    const Http::Progress& progress)>
+        download;
+
+    // Unpacks an archive, without its outermost folder, into an existing folder.
+    std::function<std::expected<void, InstallError>(const std::string& archive, const std::string& folder)>
+        extract;
+
+    // Returns the output of `node --version`, or std::nullopt if it can't be run.
+    std::function<std::optional<std::string>(const std::string& nodeBinary)> runtimeVersion;
+
+    ReleaseCrypto crypto;
+
+    // The network, tar, the installed runtime and the system's cryptography.
+    static NodeInstallerDeps production(const std::string& tar = "/usr/bin/tar");
+};
+
+// Installs the pinned Node.js runtime and the signed helper package in the node home.
 //
-// One install at a time, on a background thread: it blocks for as long as the network and tar take. A refusal
-// leaves the installed helper as it was, and one before the home was claimed leaves the disk so too.
+// Each is downloaded into a staging folder, checked, unpacked, and then swapped in by two renames: the old
+// one is moved into the staging folder, the new one out of it. So each is always there whole or not at all,
+// and the start after a crash installs what is missing.
 //
-// What is taken out goes into the staging folder in one step, and what comes in leaves it in one. So at every
-// moment the runtime and the package are each there whole or not at all, and a start after a crash installs
-// what is missing.
+// One install at a time, on a background thread, which it blocks. A refusal leaves the installed helper
+// unchanged; a refusal before the home is claimed leaves the disk unchanged.
 class NodeInstaller {
 public:
     struct Settings {
         std::optional<Url> releaseBase;
-        std::optional<std::string> releasePublicKey;  // base64url of 32 bytes
-        std::string platform;                         // as releases name it: "darwin-arm64"
-        std::optional<std::string> minimumVersion;    // no older release is installed
-        std::optional<NodeRuntime>
-            developmentRuntime;  // for a platform without a pinned one; never in a release
+        std::optional<std::string> releasePublicKey;    // base64url of 32 bytes
+        std::string platform;                           // in the spelling of releases: "darwin-arm64"
+        std::optional<std::string> minimumVersion;      // older releases are refused
+        std::optional<NodeRuntime> developmentRuntime;  // for a platform without a pinned runtime
     };
 
-    // Both run on the installer's thread.
+    // Called on the installer's thread.
     struct Progress {
         std::function<void(const std::string&)> text;
         Http::Progress bytes = {};  // of the download that the last text announced
@@ -43,8 +63,8 @@ public:
 
     std::expected<void, InstallError> install(const Progress& progress) const;
 
-    // The version that the installed package says of itself; no version at all, and so newer than any, when
-    // that description is too long.
+    // Returns the version in the installed package's description, or std::nullopt without one. An unreadable
+    // or oversized description gives an invalid version, which blocks installs as any invalid version does.
     std::optional<std::string> installedVersion() const;
 
 private:

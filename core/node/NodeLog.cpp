@@ -24,7 +24,7 @@ struct LogFile {
     std::int64_t size = 0;
 };
 
-// Opening a FIFO would wait for its reader, hence O_NONBLOCK; it changes nothing for a regular file.
+// Without O_NONBLOCK, opening a FIFO would wait for a reader. The flag has no effect on a regular file.
 LogFile openLogFile(const std::string& path) {
     constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     LogFile file{UniqueFd(::open(path.c_str(), flags, fileMode))};
@@ -73,20 +73,20 @@ void NodeLog::append(std::string_view data) {
     if (data.empty()) return;
     const std::lock_guard lock(mutex_);
     if (!isOpen()) return;
-    if (size_ >= cap_) rotate();  // once more, where it has failed
+    if (size_ >= cap_) rotate();  // an earlier rotation has failed
     if (!file_ || size_ >= cap_) return;
     size_ += static_cast<std::int64_t>(writeAll(file_.get(), data));
     if (size_ >= cap_) rotate();
 }
 
-// Looking at the path on each append would cost as much as a short write.
+// Checks the path once per checkInterval only, since a check costs as much as a short write.
 bool NodeLog::isOpen() {
     if (!file_) return reopen();
     const TimePoint now = now_();
     if (now < nextCheck_) return true;
     nextCheck_ = after(now, checkInterval);
     struct stat status = {};
-    if (::fstat(file_.get(), &status) == 0) size_ = status.st_size;  // another program may have written too
+    if (::fstat(file_.get(), &status) == 0) size_ = status.st_size;  // another program may write too
     return isAtPath() || reopen();
 }
 
@@ -96,9 +96,9 @@ bool NodeLog::reopen() {
     return static_cast<bool>(file_);
 }
 
-// Closes the open file, and opens the one at the path, which is created if need be.
+// Replaces the open file by the file at the path, which is created if need be.
 bool NodeLog::open() {
-    // The folder mostly exists; where it can't be made, opening the file fails too.
+    // If the folder can't be created, opening the file fails.
     [[maybe_unused]] const auto made = createFolders(parentFolder(path_), folderMode);
     auto [fd, size] = openLogFile(path_);
     file_ = std::move(fd);
@@ -107,7 +107,7 @@ bool NodeLog::open() {
     return static_cast<bool>(file_);
 }
 
-// Whether the open file is still the one at the path; when that can't be told, it is taken to be.
+// Returns true if the open file is the file at the path, or if the system can't tell.
 bool NodeLog::isAtPath() const {
     struct stat opened = {};
     struct stat found = {};
@@ -116,13 +116,13 @@ bool NodeLog::isAtPath() const {
     return opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
 }
 
-// A file that can't be moved aside, because a folder has the copy's place or ours may not be changed, is
-// emptied: the bound holds in any case.
+// Truncates a file that can't be renamed, for example because the older copy's path is a folder. So the file
+// never exceeds the cap by more than one chunk.
 void NodeLog::rotate() {
-    // A file that is no longer at the path leaves the older copy alone.
+    // If the open file is no longer at the path, the older copy is kept.
     if (isAtPath()) {
         const std::string older = path_ + ".1";
-        // Replacing a file by renaming makes some file systems (ext4) write the new one out first.
+        // On ext4 a rename that replaces a file writes the new file to the disk first.
         ::unlink(older.c_str());
         if (::rename(path_.c_str(), older.c_str()) != 0 && errno != ENOENT) {
             if (::ftruncate(file_.get(), 0) == 0) size_ = 0;

@@ -13,23 +13,22 @@
 
 namespace tarnik {
 
-// The file that everything the node prints is copied into, bounded in size, with one older copy beside it at
-// path + ".1".
+// The log file of the node's output. It is bounded in size, with one older copy at path + ".1".
 //
-// One per application, shared with the readers of its pipes, which keep it as long as a pipe has a writer.
-// Call from any thread; chunks from several pipes follow one another whole. Nothing is ever reported: what
-// can't be written is lost, and each later append tries afresh.
+// One per application. Shared with the readers of its pipes, which keep it alive while a pipe has a writer.
+// Call from any thread; chunks of several pipes are never mixed. Errors are not reported: output that can't
+// be written is lost, and the next append tries again.
 //
-// The file grows to the cap, and beyond it by at most the chunk that reached it, and is then moved aside.
+// The file is rotated by the chunk with which it reaches the cap.
 //
-//   trouble                               what happens
-//   at the path is no regular file of     nothing is opened; no link is followed, no FIFO waited for
-//     ours, or a link
-//   file or folder gone or exchanged      seen by an append, within checkInterval; made or opened anew, the
-//                                         older copy left alone
-//   the file can't be moved aside         it is emptied; where it can't be emptied either, chunks are lost
-//                                         until one of the two succeeds
-//   disk full                             the rest of the chunk is dropped, the file stays open
+//   error                                 effect
+//   the path is a link, or not a regular  the file is not opened; no link is followed, no FIFO waited for
+//     file of ours
+//   file or folder deleted or replaced    noticed within checkInterval; the file is created or opened again,
+//                                         and the older copy is kept
+//   the file can't be renamed             it is truncated; if that fails too, chunks are lost until one of
+//                                         the two succeeds
+//   disk full                             the rest of the chunk is lost; the file stays open
 class NodeLog : public std::enable_shared_from_this<NodeLog> {
     struct Passkey {};
 
@@ -39,28 +38,28 @@ public:
     static constexpr std::int64_t defaultCap = 0x500000;  // bytes
     static constexpr Seconds checkInterval = Seconds(1);
 
-    // Opens nothing yet. `path` is absolute; a cap below 1 counts as 1.
+    // Opens nothing. `path` is absolute. A cap below 1 counts as 1.
     static std::shared_ptr<NodeLog> make(std::string path, std::int64_t capBytes = defaultCap,
                                          Clock now = steadyNow);
     NodeLog(Passkey, std::string path, std::int64_t capBytes, Clock now);
 
-    // A new pipe into the log, for one child's outputs.
+    // A pipe into the log for the output of one child.
     struct Output {
-        UniqueFd writeEnd;               // to be closed once the child has it
-        std::weak_ptr<FDReader> reader;  // to be closed, after a grace, once the child has ended
+        UniqueFd writeEnd;               // close it once the child is started
+        std::weak_ptr<FDReader> reader;  // call closeAfter() once the child has ended
     };
 
-    // Returns an output without a write end when the file can't be opened or no pipe can be had.
+    // Opens a pipe. Returns an output without a write end if the file or a pipe can't be opened.
     Output attach();
 
     void append(std::string_view data);
 
-    // Waits, at most `timeout`, until all that came through the last attached pipe is in the file: for the
-    // end of the program, which would otherwise take a stopped node's last words with it.
+    // Waits up to `timeout` until the last attached pipe has ended and its output is written. Call it before
+    // the program ends, so that the last output of a stopped node isn't lost.
     void drain(Seconds timeout);
 
 private:
-    // All of these with the lock held.
+    // Call with the lock held.
     bool isOpen();
     bool reopen();
     bool open();

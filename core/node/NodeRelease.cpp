@@ -8,7 +8,15 @@
 #include "core/foundation/TextCleanup.h"
 #include "core/node/ReleaseVersion.h"
 
-namespace tarnik::NodeRelease {
+namespace tarnik {
+
+ReleaseCrypto ReleaseCrypto::platform() {
+    return {.verifyEd25519 = tarnik::verifyEd25519,
+            .sha256Hex = tarnik::sha256Hex,
+            .sha256HexOfFile = tarnik::sha256HexOfFile};
+}
+
+namespace NodeRelease {
 
 namespace {
 
@@ -40,7 +48,7 @@ bool isLowerHex(std::string_view text, std::size_t digits) {
            std::ranges::all_of(text, [](char c) { return isDigit(c) || (c >= 'a' && c <= 'f'); });
 }
 
-// A name that can't lead out of a folder, nor hide in it.
+// Returns true for a file name that stays in its folder and isn't hidden.
 bool isBareFileName(std::string_view text) {
     constexpr std::size_t maxLength = 200;
     if (text.empty() || text.size() > maxLength || text.front() == '.') return false;
@@ -50,7 +58,7 @@ bool isBareFileName(std::string_view text) {
     });
 }
 
-// Three numbers of any length, as in "24.22.1".
+// Returns true for three numbers of any length: "24.22.1".
 bool isDottedTriple(std::string_view text) {
     int points = 0;
     bool inNumber = false;
@@ -77,19 +85,6 @@ std::optional<ReleaseArtifact> artifactFrom(const Json& entry) {
 }
 
 }  // namespace
-
-std::string describe(const Failure& failure) {
-    switch (failure.reason) {
-        case Reason::wrongKey:
-            return "the release is signed with key " + failure.keyId + ", not this build's";
-        case Reason::noKey: return "this build carries no release key";
-        case Reason::notJSON: return "the release file is not JSON";
-        case Reason::shape: return "the release file is not in the expected shape";
-        case Reason::badSignature: return "the release signature does not verify";
-        case Reason::wrongChannel: break;
-    }
-    return "the stable file carries another channel";
-}
 
 const std::string_view hostPlatform = TARNIK_HOST_PLATFORM;
 
@@ -150,4 +145,6 @@ std::optional<std::string> base64url(std::string_view text) {
     return decodeBase64(text);
 }
 
-}  // namespace tarnik::NodeRelease
+}  // namespace NodeRelease
+
+}  // namespace tarnik

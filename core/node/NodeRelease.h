@@ -10,38 +10,50 @@
 #include <string>
 #include <string_view>
 
-#include "core/node/ReleaseCrypto.h"
-
 namespace tarnik {
 
-// A package file of a release, next to the release file.
+// The cryptography that checks releases. Call from any thread.
+struct ReleaseCrypto {
+    // Returns true if `signature` is valid. Returns false for a malformed key, which has 32 bytes.
+    std::function<bool(std::string_view publicKey, std::string_view signature, std::string_view message)>
+        verifyEd25519;
+    std::function<std::string(std::string_view bytes)> sha256Hex;  // lower case
+    // Returns std::nullopt if the file can't be read.
+    std::function<std::optional<std::string>(const std::string& path)> sha256HexOfFile;
+
+    static ReleaseCrypto platform();
+};
+
+// A package archive of a release, in the same folder as the release file.
 struct ReleaseArtifact {
-    std::string path;    // a bare file name
+    std::string path;    // a file name without folders
     std::string sha256;  // lower-case hexadecimal
     std::int64_t size = 0;
 
     bool operator==(const ReleaseArtifact&) const = default;
 };
 
-// What a release holds that is needed to install it.
+// The parts of a release's manifest that an install needs.
 struct NodeReleaseManifest {
     std::string version;
-    std::map<std::string, ReleaseArtifact, std::less<>> artifacts;  // by platform, known to us or not
+    std::map<std::string, ReleaseArtifact, std::less<>> artifacts;  // by platform, also unknown ones
 
     bool operator==(const NodeReleaseManifest&) const = default;
 };
 
-// The signed release file: a JSON object around the manifest's text, with the signature over that text.
+// The signed release file: a JSON object with the manifest's text and a signature of that text.
 namespace NodeRelease {
 
-// Why a release file isn't taken.
+// Why a release file is refused.
 struct Failure {
     enum class Reason { wrongKey, noKey, notJSON, shape, badSignature, wrongChannel };
     Reason reason;
-    std::string keyId;  // for wrongKey: the file's, on one line and cut to maxKeyIdCharacters
+    std::string keyId;  // for wrongKey: the file's key id, in one line of at most maxKeyIdCharacters
 
     bool operator==(const Failure&) const = default;
 };
+
+// Returns the failure as a part of a sentence for the user.
 std::string describe(const Failure& failure);
 
 inline constexpr std::string_view signingDomain = "tarnik-node-release\n";
@@ -49,23 +61,23 @@ inline constexpr std::size_t maxFileBytes = 65'536;
 inline constexpr std::int64_t maxArtifactBytes = 536'870'912;
 inline constexpr std::size_t maxKeyIdCharacters = 64;
 
-// Those that releases are published for.
+// The platforms that releases are published for.
 inline constexpr std::array<std::string_view, 6> platforms{"darwin-arm64", "darwin-x64", "linux-x64",
                                                            "linux-arm64",  "win32-x64",  "win32-arm64"};
-// The one that this program was built for.
+// The platform of this build.
 extern const std::string_view hostPlatform;
 
-// Takes the file only when it is signed with the key (base64url of its 32 bytes) and of the stable channel.
+// Returns the manifest if the file is signed with the key, base64url of 32 bytes, and of the stable channel.
 std::expected<NodeReleaseManifest, Failure> verifyChannelFile(
     std::string_view file, const std::optional<std::string>& publicKeyB64url, const ReleaseCrypto& crypto);
 
-// The text inside a release file that has been verified. Fails with shape or wrongChannel.
+// Parses the manifest of a verified release file. Fails with shape or wrongChannel.
 std::expected<NodeReleaseManifest, Failure> parseManifest(std::string_view text, std::string_view channel);
 
-// The short name of a key: the beginning of its digest.
+// Returns the id of a key: the first 16 digits of its SHA-256.
 std::string keyId(std::string_view publicKey, const ReleaseCrypto& crypto);
 
-// Of either alphabet, padded or not; strict otherwise.
+// Decodes base64 of either alphabet, with or without padding, and strict otherwise.
 std::optional<std::string> base64url(std::string_view text);
 
 }  // namespace NodeRelease

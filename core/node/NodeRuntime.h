@@ -1,18 +1,37 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <string>
+#include <string_view>
 
 namespace tarnik {
 
-// A Node.js to install: where its archive is, and what it must be.
+// A Node.js runtime that can be installed.
 struct NodeRuntime {
-    std::string platform;  // as releases name it
-    std::string version;   // as it says itself: "v24.22.1"
-    std::string base;      // the address of the folder that holds the archive
+    std::string platform;  // in the spelling of releases
+    std::string version;   // in the spelling of `node --version`: "v24.22.1"
+    std::string base;      // the address of the folder with the archive
     std::string file;
     std::string sha256;  // of the archive, lower-case hexadecimal
 
     bool operator==(const NodeRuntime&) const = default;
 };
+
+// The one Node.js version that this build installs.
+namespace NodeRuntimePin {
+
+inline constexpr std::string_view version = "v24.22.1";
+inline constexpr std::string_view distBase = "https://nodejs.org/dist/v24.22.1/";  // the project's own server
+
+struct Archive {
+    std::string file;
+    std::string sha256;  // lower-case hexadecimal
+};
+
+// Returns the published archives by platform.
+const std::map<std::string, Archive, std::less<>>& archives();
+
+}  // namespace NodeRuntimePin
 
 }  // namespace tarnik

@@ -4,7 +4,7 @@ namespace tarnik {
 
 namespace {
 
-// In whole milliseconds at the finest; with a point in every language, unlike printf.
+// Rounds to milliseconds. Always writes a decimal point, which printf would take from the locale.
 std::string secondsText(Seconds seconds) {
     const auto total = std::chrono::round<std::chrono::milliseconds>(seconds).count();
     std::string text = std::to_string(total / 1000);
@@ -14,7 +14,7 @@ std::string secondsText(Seconds seconds) {
     return text + "." + fraction;
 }
 
-struct Wording {
+struct Text {
     std::string operator()(const NodeStates::Restarting& state) const {
         return "restarting " + secondsText(state.after) + "s";
     }
@@ -28,7 +28,7 @@ struct Wording {
 }  // namespace
 
 std::string describe(const NodeState& state) {
-    return std::visit(Wording{}, state);
+    return std::visit(Text{}, state);
 }
 
 }  // namespace tarnik

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <utility>
-#include <variant>
 
 #include "core/node/NodeLaunch.h"
-#include "core/process/Spawner.h"
 
 namespace tarnik {
 
@@ -20,7 +18,8 @@ NodeSupervisor::NodeSupervisor(NodeHome home, Environment inherited, NodeSupervi
       deps_(std::move(deps)),
       log_(std::move(log)),
       onState_(std::move(onState)),
-      queue_(deps_.makeQueue("tarnik.node-supervisor")) {}
+      queue_(deps_.makeQueue("tarnik.node-supervisor")),
+      restarter_(queue_, [this] { startIfNeeded(); }) {}
 
 NodeSupervisor::~NodeSupervisor() {
     stop();
@@ -36,7 +35,7 @@ void NodeSupervisor::start() {
 
 void NodeSupervisor::stop() {
     queue_->run([this] {
-        cancelRestart();
+        restarter_.cancelRestart();
         stopCurrent();
         setState(Stopped{});
     });
@@ -50,9 +49,9 @@ void NodeSupervisor::setEndpoint(std::optional<CuaDriverEndpoint> endpoint) {
     });
 }
 
-std::expected<std::shared_ptr<PairingSession>, PairingError> NodeSupervisor::beginPairing(
-    const std::string& joinURL, OnPairingUpdate onUpdate) {
-    std::expected<std::shared_ptr<PairingSession>, PairingError> result;
+NodeSupervisor::PairingStart NodeSupervisor::beginPairing(const std::string& joinURL,
+                                                          OnPairingUpdate onUpdate) {
+    PairingStart result;
     queue_->run([&] { result = startPairing(joinURL, std::move(onUpdate)); });
     return result;
 }
@@ -72,15 +71,15 @@ std::optional<CuaDriverEndpoint> NodeSupervisor::currentEndpoint() const {
 std::optional<pid_t> NodeSupervisor::runningPID() const {
     std::optional<pid_t> pid;
     queue_->run([&] {
-        if (const auto* run = std::get_if<Run>(&current_)) pid = run->child->pid();
+        if (const auto* node = std::get_if<Node>(&current_)) pid = node->child->pid();
     });
     return pid;
 }
 
-// A start takes the place of a pending restart, so at most one restart is ever pending.
+// A start replaces a pending restart.
 void NodeSupervisor::startIfNeeded() {
-    if (deps_.isEnding() || currentGeneration() != 0) return;
-    cancelRestart();
+    if (deps_.isEnding() || !std::holds_alternative<std::monostate>(current_)) return;
+    restarter_.cancelRestart();
     if (!home_.isInstalled()) return setState(NotInstalled{});
     if (!home_.hasJoined()) return setState(WaitingForLink{});
     if (const auto error = spawnNode()) {
@@ -102,115 +101,103 @@ std::optional<SystemError> NodeSupervisor::spawnNode() {
                                .standardOutput = outputs,
                                .standardError = outputs};
 
-    const Generation generation = ++generation_;
-    const TimePoint started = deps_.now();
-    auto child = deps_.spawn(request, [this, weak = std::weak_ptr(queue_), generation, started,
+    auto child = deps_.spawn(request, [this, run = restarter_.beginRun(), started = deps_.now(),
                                        reader = output.reader, grace = deps_.outputGrace](ExitStatus status) {
-        // A process that the node left on its output would cost a thread and a descriptor until it ends.
+        // A descendant that holds the output open would cost a thread and a descriptor until it ends.
         if (const auto open = reader.lock()) open->closeAfter(grace);
-        const auto queue = weak.lock();
-        if (!queue) return;
-        queue->post([this, generation, status, started] {
-            exited(generation, status, deps_.now() - started, RunKind::normal);
-        });
+        run.post([this, status, started] { exited(status, deps_.now() - started, RunKind::normal); });
     });
-    if (!child) return child.error();
-    current_ = Run{std::move(*child), std::move(input->writeEnd), generation};
+    if (!child) {
+        restarter_.endRun();
+        return child.error();
+    }
+    current_ = Node{std::move(*child), std::move(input->writeEnd)};
     return std::nullopt;
 }
 
-// What ran is no longer current before any waiting, so its exit report will find it gone.
 void NodeSupervisor::stopCurrent() {
-    Current ending = std::exchange(current_, std::monostate{});
-    restartWhenPairingSettles_ = false;
-    if (auto* run = std::get_if<Run>(&ending)) {
-        run->child->stop(StopSequences::node, std::move(run->input));
-    } else if (auto* pairing = std::get_if<Pairing>(&ending)) {
-        pairing->session->cancel();
+    Current ending = takeCurrent();
+    if (auto* node = std::get_if<Node>(&ending)) {
+        node->child->stop(StopSequences::node, std::move(node->input));
+    } else if (const auto* pairing = std::get_if<Pairing>(&ending)) {
+        (*pairing)->cancel();
     }
 }
 
-void NodeSupervisor::exited(Generation generation, ExitStatus status, Seconds ranFor, RunKind kind) {
-    if (currentGeneration() != generation) return;  // a late word of an older child
-    current_ = std::monostate{};
-    restartWhenPairingSettles_ = false;
+// Returns what ran. Its later events, such as its exit report, are ignored.
+NodeSupervisor::Current NodeSupervisor::takeCurrent() {
+    restarter_.endRun();
+    cancelPairingCheck();
+    return std::exchange(current_, std::monostate{});
+}
+
+void NodeSupervisor::exited(ExitStatus status, Seconds ranFor, RunKind kind) {
+    takeCurrent();
     log_("the node stopped (" + describe(status) + ")");
-    // A pairing run that ended without joining leaves the node waiting for another link.
+    // A pairing that ended without joining leaves the node waiting for another link.
     if (kind == RunKind::pairing && !home_.hasJoined()) return setState(WaitingForLink{});
     scheduleRestart(ranFor);
 }
 
-// Nothing runs, and no restart is pending.
 void NodeSupervisor::scheduleRestart(Seconds ranFor) {
     const Seconds delay = backoff_.next(ranFor);
     setState(Restarting{delay});
-    pendingRestart_ = queue_->postAfter(delay, [this] {
-        pendingRestart_.reset();
-        startIfNeeded();
-    });
+    restarter_.restartAfter(delay);
 }
 
-void NodeSupervisor::cancelRestart() {
-    if (pendingRestart_) queue_->cancel(*pendingRestart_);
-    pendingRestart_.reset();
-}
-
-// what runs     with another endpoint
-// nothing       it is there for the next start
-// the node      stopped, the backoff reset, started again
-// a pairing     when it may be interrupted: stopped, the node started; until then looked at again in a while
+// what runs     effect of another endpoint
+// nothing       the next start uses it
+// the node      it is restarted, and the backoff is reset
+// a pairing     the node is started in its place once the pairing may be interrupted
 void NodeSupervisor::restartForNewEnvironment() {
-    if (std::holds_alternative<Run>(current_)) {
+    if (std::holds_alternative<Node>(current_)) {
         stopCurrent();
         backoff_.reset();
         startIfNeeded();
-    } else if (std::holds_alternative<Pairing>(current_)) {
-        restartWhenPairingSettles_ = true;
-        restartIfPairingSettled();
-    }
-}
-
-void NodeSupervisor::schedulePairingCheck() {
-    const Seconds interval = std::clamp(deps_.pairingGrace * 0.25, Seconds(0.2), Seconds(15));
-    if (pairingCheck_) queue_->cancel(*pairingCheck_);
-    pairingCheck_ = queue_->postAfter(interval, [this] { restartIfPairingSettled(); });
-}
-
-void NodeSupervisor::restartIfPairingSettled() {
-    if (!restartWhenPairingSettles_) return;
-    const auto* pairing = std::get_if<Pairing>(&current_);
-    if (pairing == nullptr) {
-        restartWhenPairingSettles_ = false;
-    } else if (pairing->session->mayBeInterrupted(deps_.now(), deps_.pairingGrace)) {
-        stopCurrent();
-        startIfNeeded();
     } else {
-        schedulePairingCheck();
+        restartWhenPairingSettles();
     }
 }
 
-std::expected<std::shared_ptr<PairingSession>, PairingError> NodeSupervisor::startPairing(
-    const std::string& joinURL, OnPairingUpdate onUpdate) {
+void NodeSupervisor::restartWhenPairingSettles() {
+    cancelPairingCheck();
+    const auto* pairing = std::get_if<Pairing>(&current_);
+    if (pairing == nullptr) return;
+    if ((*pairing)->mayBeInterrupted(deps_.now(), deps_.pairingGrace)) {
+        stopCurrent();
+        return startIfNeeded();
+    }
+    const Seconds interval = std::clamp(deps_.pairingGrace * 0.25, Seconds(0.2), Seconds(15));
+    pairingCheck_ = queue_->postAfter(interval, [this] { restartWhenPairingSettles(); });
+}
+
+void NodeSupervisor::cancelPairingCheck() {
+    if (pairingCheck_) queue_->cancel(*pairingCheck_);
+    pairingCheck_.reset();
+}
+
+NodeSupervisor::PairingStart NodeSupervisor::startPairing(const std::string& joinURL,
+                                                          OnPairingUpdate onUpdate) {
     const auto* pairing = std::get_if<Pairing>(&current_);
     if (!home_.isInstalled()) return std::unexpected(PairingFailure::notInstalled);
-    if (pairing != nullptr && pairing->session->isInProgress()) return std::unexpected(PairingFailure::busy);
-    cancelRestart();
+    if (pairing != nullptr && (*pairing)->isInProgress()) return std::unexpected(PairingFailure::busy);
+    restarter_.cancelRestart();
     stopCurrent();
     if (deps_.isEnding()) return std::unexpected(SystemError{.call = "connect", .code = ECANCELED});
-    const Generation generation = ++generation_;
-    auto session = PairingSession::start(pairingSetup(joinURL, std::move(onUpdate), generation));
+    auto session = PairingSession::start(pairingSetup(joinURL, std::move(onUpdate)));
     if (!session) {
-        scheduleRestart(Seconds::zero());  // the node that ran before must not stay away
+        // The node was stopped for this pairing, so the ordinary restart rule brings it back.
+        restarter_.endRun();
+        scheduleRestart(Seconds::zero());
         return std::unexpected(session.error());
     }
-    current_ = Pairing{*session, generation};
+    current_ = *session;
     setState(NodeStates::Pairing{});
     return *session;
 }
 
-PairingSession::Setup NodeSupervisor::pairingSetup(const std::string& joinURL, OnPairingUpdate onUpdate,
-                                                   Generation generation) {
-    const std::weak_ptr weak = queue_;
+PairingSession::Setup NodeSupervisor::pairingSetup(const std::string& joinURL, OnPairingUpdate onUpdate) {
+    const ChildRestarter::Run run = restarter_.beginRun();
     return {.request = {.executable = home_.nodeBinary(),
                         .arguments = NodeLaunch::connectArguments(home_, joinURL),
                         .environment = NodeLaunch::environment(inherited_, home_, endpoint_)},
@@ -218,38 +205,22 @@ PairingSession::Setup NodeSupervisor::pairingSetup(const std::string& joinURL, O
             .now = deps_.now,
             .joined = [home = home_] { return home.hasJoined(); },
             .connectedAfter = deps_.connectedAfter,
+            // The check for `connected` runs on this queue, since it has a clock.
             .callAfter =
-                [weak](Seconds delay, std::function<void()> task) {
+                [weak = std::weak_ptr(queue_)](Seconds delay, std::function<void()> task) {
                     if (const auto queue = weak.lock()) queue->postAfter(delay, std::move(task));
                 },
             .onUpdate =
-                [this, weak, generation,
-                 onUpdate = std::move(onUpdate)](const PairingSession::Snapshot& snapshot) {
+                [this, run, onUpdate = std::move(onUpdate)](const PairingSession::Snapshot& snapshot) {
                     if (onUpdate) onUpdate(snapshot);
-                    if (!std::holds_alternative<PairingPhases::Connected>(snapshot.phase)) return;
-                    if (const auto queue = weak.lock())
-                        queue->post([this, generation] { pairingConnected(generation); });
+                    if (std::holds_alternative<PairingPhases::Connected>(snapshot.phase))
+                        run.post([this] { setState(Running{}); });
                 },
             .onExit =
-                [this, weak, generation](ExitStatus status) {
-                    const auto queue = weak.lock();
-                    if (!queue) return;
-                    // A pairing run always counts as a short one.
-                    queue->post([this, generation, status] {
-                        exited(generation, status, Seconds::zero(), RunKind::pairing);
-                    });
+                [this, run](ExitStatus status) {
+                    // A pairing always counts as a short run.
+                    run.post([this, status] { exited(status, Seconds::zero(), RunKind::pairing); });
                 }};
-}
-
-void NodeSupervisor::pairingConnected(Generation generation) {
-    if (std::holds_alternative<Pairing>(current_) && currentGeneration() == generation) setState(Running{});
-}
-
-// Of what runs; 0, which no child has, when nothing does.
-NodeSupervisor::Generation NodeSupervisor::currentGeneration() const {
-    if (const auto* run = std::get_if<Run>(&current_)) return run->generation;
-    if (const auto* pairing = std::get_if<Pairing>(&current_)) return pairing->generation;
-    return 0;
 }
 
 void NodeSupervisor::setState(const NodeState& state) {

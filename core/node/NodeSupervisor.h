@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <expected>
 #include <functional>
 #include <memory>
@@ -9,14 +8,33 @@
 
 #include "core/driver/CuaDriverEndpoint.h"
 #include "core/node/NodeHome.h"
+#include "core/node/NodeLog.h"
 #include "core/node/NodeState.h"
-#include "core/node/NodeSupervisorDeps.h"
 #include "core/node/RestartBackoff.h"
+#include "core/pairing/PairingSession.h"
+#include "core/process/ChildRestarter.h"
+#include "core/process/Spawner.h"
 
 namespace tarnik {
 
-// Keeps the helper node running: starts it as a child, starts it again after a growing delay when it ends,
-// runs it in its pairing mode for a link, and restarts it when the desktop driver's endpoint changes.
+// The effects and the times of NodeSupervisor.
+struct NodeSupervisorDeps {
+    using Spawn = std::function<decltype(Spawner::spawn)>;
+    Spawn spawn;                        // starts the node in its normal mode
+    PairingSession::SpawnPty spawnPty;  // starts the connect command
+    std::function<TimePoint()> now;
+    Seconds pairingGrace = Seconds(90);    // from the confirmation until a pairing may be interrupted
+    Seconds connectedAfter = Seconds(15);  // from the confirmation until a running command is connected
+    Seconds outputGrace = Seconds(5);      // from the node's exit until our end of its output is closed
+    std::shared_ptr<NodeLog> nodeLog;      // null: the node's output goes to /dev/null
+    std::function<bool()> isEnding = [] { return false; };  // true: nothing is started any more
+    std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
+
+    static NodeSupervisorDeps production();  // real children, the steady clock, no log
+};
+
+// Keeps the helper node running: starts it, restarts it after a growing delay when it exits, restarts it when
+// the desktop driver's endpoint changes, and runs its connect command for a pairing link instead of it.
 //
 // One per application. Call from any thread, but not from inside `onState`, `log` or a pairing update.
 //
@@ -28,74 +46,61 @@ namespace tarnik {
 //   restarting             delay passed                            as start
 //   running                node exits                              restarting(delay)
 //   any                    beginPairing                            pairing
-//   pairing                session connected                       running (runningPID stays none)
+//   pairing                session connected                       running, without a runningPID
 //   pairing run            exits, no join record                   waitingForLink
 //   pairing run            exits, join record                      restarting(delay)
 //   any                    stop                                    stopped
 class NodeSupervisor {
 public:
     using OnPairingUpdate = std::function<void(const PairingSession::Snapshot&)>;
+    using PairingStart = std::expected<std::shared_ptr<PairingSession>, PairingError>;
 
-    // Starts nothing. `inherited` is the application's environment. `onState` hears of every change of the
-    // state, `log` of lower-case one-line messages; both on the private queue.
+    // `inherited` is the application's environment. `onState` is called for every change of the state, `log`
+    // with lower-case one-line messages, both on the private queue. Starts nothing.
     NodeSupervisor(NodeHome home, Environment inherited, NodeSupervisorDeps deps,
                    std::function<void(const std::string&)> log,
                    std::function<void(const NodeState&)> onState);
 
-    // Stops what runs, as stop().
+    // Calls stop().
     ~NodeSupervisor();
     NodeSupervisor(const NodeSupervisor&) = delete;
     NodeSupervisor& operator=(const NodeSupervisor&) = delete;
 
-    // The node is wanted. Start again after installing: nothing else retries then.
+    // Starts the node if nothing runs. Call it again after an install, since nothing else retries then.
     void start();
-    // Ends the node politely, then by force. Blocks for up to 20 s. Never fails.
+    // Stops the node, by force if need be. Blocks for up to 20 s. Never fails.
     void stop();
-
-    // Blocks for up to 20 s when the node has to be started anew.
+    // Restarts a running node, and blocks for up to 20 s then. Lets a pairing finish first.
     void setEndpoint(std::optional<CuaDriverEndpoint> endpoint);
 
-    // Stops the node and runs its connect command instead; blocks for up to 20 s. Not installed or busy
-    // leaves everything as it was. `onUpdate` runs on the session's threads.
-    std::expected<std::shared_ptr<PairingSession>, PairingError> beginPairing(const std::string& joinURL,
-                                                                              OnPairingUpdate onUpdate);
+    // Stops the node and starts a pairing. Blocks for up to 20 s. A refusal changes nothing.
+    PairingStart beginPairing(const std::string& joinURL, OnPairingUpdate onUpdate);
 
     NodeState currentState() const;
     std::optional<CuaDriverEndpoint> currentEndpoint() const;
-
-    // The node's process id; none while pairing. May be stale once returned.
+    // Returns the node's process id, or std::nullopt while a pairing runs. It may be stale once returned.
     std::optional<pid_t> runningPID() const;
 
 private:
-    using Generation = std::uint64_t;
-    enum class RunKind { normal, pairing };
-
-    struct Run {
+    struct Node {
         std::shared_ptr<ChildProcess> child;
-        UniqueFd input;  // the node leaves when this closes
-        Generation generation;
+        UniqueFd input;  // the node quits when this closes
     };
-    struct Pairing {
-        std::shared_ptr<PairingSession> session;
-        Generation generation;
-    };
-    using Current = std::variant<std::monostate, Run, Pairing>;
+    using Pairing = std::shared_ptr<PairingSession>;
+    using Current = std::variant<std::monostate, Node, Pairing>;
+    enum class RunKind { normal, pairing };
 
     void startIfNeeded();
     std::optional<SystemError> spawnNode();
     void stopCurrent();
-    void exited(Generation generation, ExitStatus status, Seconds ranFor, RunKind kind);
+    Current takeCurrent();
+    void exited(ExitStatus status, Seconds ranFor, RunKind kind);
     void scheduleRestart(Seconds ranFor);
-    void cancelRestart();
     void restartForNewEnvironment();
-    void schedulePairingCheck();
-    void restartIfPairingSettled();
-    std::expected<std::shared_ptr<PairingSession>, PairingError> startPairing(const std::string& joinURL,
-                                                                              OnPairingUpdate onUpdate);
-    PairingSession::Setup pairingSetup(const std::string& joinURL, OnPairingUpdate onUpdate,
-                                       Generation generation);
-    void pairingConnected(Generation generation);
-    Generation currentGeneration() const;
+    void restartWhenPairingSettles();
+    void cancelPairingCheck();
+    PairingStart startPairing(const std::string& joinURL, OnPairingUpdate onUpdate);
+    PairingSession::Setup pairingSetup(const std::string& joinURL, OnPairingUpdate onUpdate);
     void setState(const NodeState& state);
 
     const NodeHome home_;
@@ -103,15 +108,12 @@ private:
     const NodeSupervisorDeps deps_;
     const std::function<void(const std::string&)> log_;
     const std::function<void(const NodeState&)> onState_;
-    const std::shared_ptr<SerialQueue> queue_;  // everything below is touched only on it
-
+    const std::shared_ptr<SerialQueue> queue_;  // the fields below are touched on it only
+    ChildRestarter restarter_;
     Current current_;
     std::optional<CuaDriverEndpoint> endpoint_;
     RestartBackoff backoff_;
-    Generation generation_ = 0;
-    std::optional<SerialQueue::Timer> pendingRestart_;  // std::nullopt while a child runs, or after stop()
-    bool restartWhenPairingSettles_ = false;
-    std::optional<SerialQueue::Timer> pairingCheck_;
+    std::optional<SerialQueue::Timer> pairingCheck_;  // set while a restart waits for the pairing to settle
     NodeState state_ = NodeStates::Stopped{};
 };
 

@@ -7,7 +7,7 @@ namespace tarnik::ReleaseVersion {
 
 namespace {
 
-// Takes a number of at most so many decimal digits off the front; few enough for an int.
+// Removes a number of minDigits to maxDigits decimal digits from the front and returns it.
 std::optional<int> takeNumber(std::string_view& text, std::size_t minDigits, std::size_t maxDigits) {
     int number = 0;
     std::size_t digits = 0;

@@ -4,16 +4,18 @@
 #include <optional>
 #include <string_view>
 
-// The version of a release of the helper package: year.month.patch, perhaps with a build number behind a
-// hyphen, as in "2026.3.1-2". Leading zeros mean nothing.
+// The version of a helper release: year.month.patch with an optional build number, as in "2026.3.1-2".
+// Leading zeros have no meaning.
 namespace tarnik::ReleaseVersion {
 
-// Year, month, patch and build, which is 0 when there is none.
+// Year, month, patch and build, which is 0 if absent.
 using Parts = std::array<int, 4>;
 
+// Returns std::nullopt if the text is not a release version.
 std::optional<Parts> parts(std::string_view text);
 
-// -1 when a is older than b, 1 when it is newer, 0 when they are the same; none when either is no version.
+// Returns -1 if `a` is older than `b`, 0 if they are the same, 1 if it is newer, or std::nullopt if either is
+// not a release version.
 std::optional<int> compare(std::string_view a, std::string_view b);
 
 }  // namespace tarnik::ReleaseVersion

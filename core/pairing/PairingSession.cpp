@@ -5,15 +5,14 @@
 #include <utility>
 
 #include "core/foundation/Uuid.h"
-#include "core/process/FDReader.h"
 
 namespace tarnik {
 
 using namespace PairingPhases;
 
 std::expected<std::shared_ptr<PairingSession>, SystemError> PairingSession::start(Setup setup) {
-    // The session is there before its command, so that an exit, however early, finds it. Until it is attached
-    // it reports no end.
+    // The session exists before its command, so that even an immediate exit is recorded. It reports no end
+    // until it is attached.
     auto session = std::make_shared<PairingSession>(Passkey{}, std::move(setup));
     auto pty = session->setup_.spawnPty(session->setup_.request,
                                         [session](ExitStatus status) { session->commandExited(status); });
@@ -31,11 +30,20 @@ std::expected<std::shared_ptr<PairingSession>, SystemError> PairingSession::star
         (*pty)->child().signal(SIGKILL);
         return std::unexpected(reader.error());
     }
-    session->attach(*pty);
+    session->attach(*pty, *reader);
     return session;
 }
 
-PairingSession::PairingSession(Passkey, Setup setup) : setup_(std::move(setup)), id_(randomUuid()) {}
+PairingSession::PairingSession(Passkey, Setup setup)
+    : setup_(std::move(setup)),
+      id_(randomUuid()),
+      reporter_({.snapshot =
+                     [this](const Phase& phase) {
+                         const std::lock_guard lock(mutex_);
+                         return makeSnapshot(phase);
+                     },
+                 .onUpdate = setup_.onUpdate,
+                 .onExit = setup_.onExit}) {}
 
 PairingSession::Snapshot PairingSession::snapshot() const {
     const std::lock_guard lock(mutex_);
@@ -61,7 +69,7 @@ bool PairingSession::confirm() {
         pty = pty_;
     }
     const bool written = pty->write("\n");
-    reportChanges();
+    reporter_.report();
     setup_.callAfter(setup_.connectedAfter, [weak = weak_from_this()] {
         if (const auto session = weak.lock()) session->checkConnected();
     });
@@ -72,7 +80,7 @@ void PairingSession::cancel() {
     std::shared_ptr<PtyProcess> pty;
     {
         const std::lock_guard lock(mutex_);
-        stopRequested_ = true;
+        end_.cancelled = true;
         pty = pty_;
     }
     const TimePoint deadline = after(setup_.now(), totalWait(StopSequences::connectCommand));
@@ -82,11 +90,11 @@ void PairingSession::cancel() {
         return true;
     };
     const auto hasEnded = [this](Seconds timeout) {
-        return waitFor(timeout, [this] { return exit_.has_value(); });
+        return waitFor(timeout, [this] { return end_.exit.has_value(); });
     };
     if (!runStopSequence(StopSequences::connectCommand, perform, hasEnded)) return;
-    // Until its end the session is in the way of the next.
-    waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())), [this] { return ended_; });
+    // The supervisor starts no other session before this one's end is decided.
+    waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())), [this] { return end_.decided; });
     outputEnded();
 }
 
@@ -96,10 +104,11 @@ bool PairingSession::mayBeInterrupted(TimePoint now, Seconds grace) const {
     return confirmedAt_ && now - *confirmedAt_ >= grace;
 }
 
-void PairingSession::attach(std::shared_ptr<PtyProcess> pty) {
+void PairingSession::attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDReader> reader) {
     {
         const std::lock_guard lock(mutex_);
         pty_ = std::move(pty);
+        reader_ = std::move(reader);
     }
     endIfComplete();
 }
@@ -108,47 +117,46 @@ void PairingSession::received(std::string_view bytes) {
     {
         const std::lock_guard lock(mutex_);
         const std::size_t changed = output_.append(bytes);
-        // The text before that was searched when it came, but may hold the marker's beginning.
+        // Earlier text was searched when it arrived, but may end with the beginning of the marker.
         const std::size_t from = changed - std::min(changed, promptMarker.size());
         const bool prompts = output_.text().find(promptMarker, from) != std::string::npos;
         setPhase(prompts && phase_ == Phase(Starting{}) ? WaitingForYes{} : phase_);
     }
-    reportChanges();
+    reporter_.report();
 }
 
 void PairingSession::commandExited(ExitStatus status) {
     {
         std::unique_lock lock(mutex_);
-        exit_ = status;
+        end_.exit = status;
         changed_.notify_all();
-        setup_.wait(lock, changed_, drainTimeout, [this] { return outputEnded_; });
-        outputEnded_ = true;
+        setup_.wait(lock, changed_, drainTimeout, [this] { return end_.outputEnded; });
+        end_.outputEnded = true;
     }
     endIfComplete();
 }
 
-// Concludes nothing: the thread that reports the exit waits for this.
+// Does not decide the end: the thread that reports the exit waits for this and decides.
 void PairingSession::outputEnded() {
     const std::lock_guard lock(mutex_);
-    outputEnded_ = true;
+    end_.outputEnded = true;
     changed_.notify_all();
 }
 
 void PairingSession::endIfComplete() {
     {
         const std::lock_guard lock(mutex_);
-        if (!pty_ || !exit_ || !outputEnded_ || ended_) return;
-        ended_ = true;
-        unreportedExit_ = exit_;
-        const bool wasConnecting = phase_ == Phase(Connecting{});
-        if (phase_ == Phase(Connected{}) || (wasConnecting && stopRequested_ && setup_.joined())) {
-            setPhase(Connected{});
-        } else {
-            setPhase(Ended{*exit_});
-        }
+        if (!pty_ || !end_.exit || !end_.outputEnded || end_.decided) return;
+        end_.decided = true;
+        const bool joined = phase_ == Phase(Connecting{}) && end_.cancelled && setup_.joined();
+        const bool connected = joined || phase_ == Phase(Connected{});
+        setPhase(connected ? Phase(Connected{}) : Ended{*end_.exit}, end_.exit);
         changed_.notify_all();
     }
-    reportChanges();
+    // Both ends, since a descendant that holds the terminal would keep them open.
+    reader_->closeAfter(Seconds::zero());
+    pty_->closeInput();
+    reporter_.report();
 }
 
 void PairingSession::checkConnected() {
@@ -157,7 +165,7 @@ void PairingSession::checkConnected() {
         if (phase_ != Phase(Connecting{}) || !pty_->child().isRunning()) return;
         setPhase(Connected{});
     }
-    reportChanges();
+    reporter_.report();
 }
 
 bool PairingSession::waitFor(Seconds timeout, const std::function<bool()>& done) {
@@ -165,33 +173,16 @@ bool PairingSession::waitFor(Seconds timeout, const std::function<bool()>& done)
     return setup_.wait(lock, changed_, timeout, done);
 }
 
+// Called with the lock held.
 PairingSession::Snapshot PairingSession::makeSnapshot(const Phase& phase) const {
     return {.sessionID = id_, .phase = phase, .text = output_.text(), .textStart = output_.textStart()};
 }
 
-// Called with the lock held, for every change: also for one that leaves the phase as it is. A phase that
-// waits to be reported is reported with the text of that moment, so nothing piles up behind a slow listener.
-void PairingSession::setPhase(const Phase& phase) {
+// The only place that sets the phase. Called with the lock held for every change, also for one that leaves
+// the phase unchanged. The caller reports it once the lock is released.
+void PairingSession::setPhase(const Phase& phase, std::optional<ExitStatus> exit) {
     phase_ = phase;
-    if (unreported_.empty() || unreported_.back() != phase) unreported_.push_back(phase);
-}
-
-// Called without the lock. Changes come from four threads; they stay in order since only one of them reports.
-void PairingSession::reportChanges() {
-    std::unique_lock lock(mutex_);
-    if (reporting_) return;
-    reporting_ = true;
-    while (!unreported_.empty()) {
-        const Snapshot next = makeSnapshot(unreported_.front());
-        unreported_.pop_front();
-        std::optional<ExitStatus> exit;
-        if (unreported_.empty()) exit = std::exchange(unreportedExit_, std::nullopt);
-        lock.unlock();
-        if (setup_.onUpdate) setup_.onUpdate(next);
-        if (exit && setup_.onExit) setup_.onExit(*exit);
-        lock.lock();
-    }
-    reporting_ = false;
+    reporter_.add(phase, exit);
 }
 
 }  // namespace tarnik

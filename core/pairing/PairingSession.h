@@ -1,40 +1,46 @@
 #pragma once
 
 #include <condition_variable>
-#include <deque>
 #include <expected>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string_view>
+#include <variant>
 
 #include "core/foundation/ConditionWait.h"
-#include "core/foundation/Time.h"
-#include "core/pairing/PairingFailure.h"
-#include "core/pairing/PairingSnapshot.h"
+#include "core/pairing/PairingReporter.h"
 #include "core/pairing/TerminalBuffer.h"
+#include "core/process/FDReader.h"
 #include "core/process/PtyProcess.h"
 
 namespace tarnik {
 
-// One attempt to join this Mac to an account: runs the helper's connect command on a terminal, waits for its
-// prompt and the person's yes, presses Enter for them and concludes from what the command does whether it
-// worked.
+// Why a pairing is refused. A refusal changes nothing.
+enum class PairingFailure { notInstalled, busy };
+
+// Why a pairing did not start: it was refused, or its command could not be started.
+using PairingError = std::variant<PairingFailure, SystemError>;
+
+std::string describe(PairingFailure failure);  // the message for the user
+std::string describe(const PairingError& error);
+
+// One attempt to join this Mac to an account. Runs the helper's connect command on a terminal, waits for its
+// prompt and for the user's confirmation, types Enter, and concludes from the command whether it worked.
 //
-// Made per link, never restarted. Shared by the supervisor, the application model and the command's exit
-// callback, which keeps it until the end was reported. Call from any thread.
+// One per link. Shared by the supervisor, the application model and the command's exit callback, which keeps
+// it alive until the end is reported. Call from any thread.
 //
-//   from            event                                             to
-//   starting        the cleaned output holds promptMarker             waitingForYes
-//   waitingForYes   confirm()                                         connecting
-//   connecting      the command still runs connectedAfter later       connected
-//   connecting      the command ends after cancel(), joined() is true connected
-//   any but the last two   the command ends                           ended(status)
-//   connected, ended       anything                                   as it was
+//   from            event                                              to
+//   starting        the output contains promptMarker                   waitingForYes
+//   waitingForYes   confirm()                                          connecting
+//   connecting      the command still runs connectedAfter later        connected
+//   connecting      the command ends after cancel(), joined() is true  connected
+//   any but the last two   the command ends                            ended(status)
 //
-// The command counts as ended when its output has ended too, or drainTimeout after its exit: its last words
-// may still be on their way, and a descendant can hold the terminal open for ever.
+// The command has ended once it has exited and its output has ended, or drainTimeout after the exit. The
+// terminal is closed then, since a descendant of the command could hold it open forever.
 class PairingSession : public std::enable_shared_from_this<PairingSession> {
     struct Passkey {};
 
@@ -45,27 +51,22 @@ public:
     using Phase = PairingPhase;
     using Failure = PairingFailure;
     using Snapshot = PairingSnapshot;
+    using SpawnPty = std::function<decltype(PtyProcess::spawn)>;
 
-    using SpawnPty = std::function<std::expected<std::shared_ptr<PtyProcess>, SystemError>(
-        const SpawnRequest&, ChildProcess::OnExit)>;
-
-    // What a session is made of, and all that it asks of the outside.
+    // The command, the effects and the times of a session.
     struct Setup {
         SpawnRequest request;
         SpawnPty spawnPty;
         std::function<TimePoint()> now;
-        std::function<bool()> joined;  // called under the session's lock
+        std::function<bool()> joined;  // called with the session's lock held
         Seconds connectedAfter;
         std::function<void(Seconds, std::function<void()>)> callAfter;  // runs a task later, on any thread
-        // Called for every change, in order, one call at a time, on the thread that made the change or on one
-        // that is reporting an earlier one. Of several changes within one phase that wait, the last is
-        // reported. May call back into the session.
-        std::function<void(const Snapshot&)> onUpdate;
+        std::function<void(const Snapshot&)> onUpdate;                  // see PairingReporter; may call back
         ChildProcess::OnExit onExit;  // called once, right after the update that shows the end
         ConditionWait wait = steadyWait;
     };
 
-    // Where it fails there is no session, and nothing is ever reported.
+    // Starts the command. If that fails, no callback is ever called.
     static std::expected<std::shared_ptr<PairingSession>, SystemError> start(Setup setup);
     PairingSession(Passkey, Setup setup);
 
@@ -73,19 +74,26 @@ public:
     Phase phase() const;
     bool isInProgress() const;
 
-    // Presses Enter if the prompt is there and unanswered. Returns true if the Enter was written.
+    // Types Enter if the phase is waitingForYes. Returns true if Enter was written.
     bool confirm();
 
-    // Ends the command: SIGTERM, 3 s, SIGKILL. Blocks for up to 8 s. The phase follows from the exit, and is
-    // final on return unless the command outlived its SIGKILL.
+    // Stops the command. Blocks for up to 8 s. The phase is final on return unless the command outlived
+    // SIGKILL.
     void cancel();
 
-    // Returns true if the supervisor may stop this session for other work: not before the person's answer,
-    // and not until `grace` after it.
+    // Returns true once the session has ended, and from `grace` after the confirmation on.
     bool mayBeInterrupted(TimePoint now, Seconds grace) const;
 
 private:
-    void attach(std::shared_ptr<PtyProcess> pty);
+    // The end of the command, as far as it is known.
+    struct End {
+        bool cancelled = false;
+        std::optional<ExitStatus> exit;
+        bool outputEnded = false;
+        bool decided = false;  // the phase has been set by the exit
+    };
+
+    void attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDReader> reader);
     void received(std::string_view bytes);
     void commandExited(ExitStatus status);
     void outputEnded();
@@ -93,26 +101,20 @@ private:
     void checkConnected();
     bool waitFor(Seconds timeout, const std::function<bool()>& done);
     Snapshot makeSnapshot(const Phase& phase) const;
-    void setPhase(const Phase& phase);
-    void reportChanges();
+    void setPhase(const Phase& phase, std::optional<ExitStatus> exit = std::nullopt);
 
     const Setup setup_;
     const std::string id_;
+    PairingReporter reporter_;
 
-    mutable std::mutex mutex_;         // guards what follows; taken before the child's own lock, never after
-    std::condition_variable changed_;  // exited, output ended, ended
-    std::shared_ptr<PtyProcess> pty_;  // empty until start() has succeeded
+    mutable std::mutex mutex_;  // guards the fields below; taken before the child's and the reporter's locks
+    std::condition_variable changed_;   // notified when `end_` changes
+    std::shared_ptr<PtyProcess> pty_;   // null until attach(), then unchanged
+    std::shared_ptr<FDReader> reader_;  // null until attach(), then unchanged
     TerminalBuffer output_;
     Phase phase_ = PairingPhases::Starting{};
     std::optional<TimePoint> confirmedAt_;
-    bool stopRequested_ = false;
-    std::optional<ExitStatus> exit_;
-    bool outputEnded_ = false;
-    bool ended_ = false;  // exit_ has decided about the phase
-
-    std::deque<Phase> unreported_;  // the last is phase_; empty if every change was reported
-    std::optional<ExitStatus> unreportedExit_;
-    bool reporting_ = false;
+    End end_;
 };
 
 }  // namespace tarnik

@@ -2,17 +2,49 @@
 
 #include <cstdint>
 #include <string>
+#include <variant>
 
-#include "core/pairing/PairingPhase.h"
+#include "core/process/ExitStatus.h"
 
 namespace tarnik {
+
+namespace PairingPhases {
+
+struct Ended {  // the command has ended, and this Mac is not connected
+    ExitStatus status;
+    bool operator==(const Ended&) const = default;
+};
+struct Starting {  // the command runs and has not printed its prompt yet
+    bool operator==(const Starting&) const = default;
+};
+struct WaitingForYes {  // the prompt is printed, and the user is asked to confirm
+    bool operator==(const WaitingForYes&) const = default;
+};
+struct Connecting {  // the user has confirmed, and Enter is typed
+    bool operator==(const Connecting&) const = default;
+};
+struct Connected {
+    bool operator==(const Connected&) const = default;
+};
+
+}  // namespace PairingPhases
+
+// The progress of a pairing session.
+using PairingPhase = std::variant<PairingPhases::Ended, PairingPhases::Starting, PairingPhases::WaitingForYes,
+                                  PairingPhases::Connecting, PairingPhases::Connected>;
+
+// Returns true for Starting, WaitingForYes and Connecting.
+bool isInProgress(const PairingPhase& phase);
+
+// Returns a short text for logs: "waitingForYes", "ended (exit 1)".
+std::string describe(const PairingPhase& phase);
 
 // A pairing session at one moment, as the window and the console show it.
 struct PairingSnapshot {
     std::string sessionID;
     PairingPhase phase;
-    std::string text;             // cleaned of escape sequences; from outside, so shown as plain text only
-    std::uint64_t textStart = 0;  // the number of bytes of such text that were cut off before it
+    std::string text;             // terminal output without escape sequences; untrusted, show as plain text
+    std::uint64_t textStart = 0;  // the number of bytes of output text that were cut off before `text`
 
     bool operator==(const PairingSnapshot&) const = default;
 };

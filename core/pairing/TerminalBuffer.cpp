@@ -10,7 +10,7 @@ std::size_t TerminalBuffer::append(std::string_view bytes) {
     kept_ += decoded;
     characters_.append(decoded);
     cleaner_.append(decoded, text_);
-    // The test is in bytes and the cut in characters, so that a screenful to read is always kept.
+    // The limit is in bytes and the cut in characters, so a cut always leaves enough text to read.
     if (kept_.size() <= maxTextBytes) return before;
     const std::size_t dropped = cut(characters_.start() - keptStart_);
     if (kept_.size() <= maxKeptBytes) return before - std::min(before, dropped);
@@ -18,14 +18,14 @@ std::size_t TerminalBuffer::append(std::string_view bytes) {
     return 0;
 }
 
-// Drops the first `bytes` of what is kept. Returns how much of the text before the cut went with it.
+// Drops the first `bytes` of the kept output. Returns the number of bytes of text that this invalidates.
 std::size_t TerminalBuffer::cut(std::size_t bytes) {
     TerminalText::Cleaner cleaner;
     std::string dropped;
     cleaner.append(std::string_view(kept_).substr(0, bytes), dropped);
     kept_.erase(0, bytes);
     keptStart_ += bytes;
-    if (cleaner.isInSequence()) {  // the rest of that sequence is text now
+    if (cleaner.isInSequence()) {  // the cut splits a sequence, whose rest is text now
         const std::size_t all = text_.size();
         cleanAgain();
         return all;
@@ -35,8 +35,8 @@ std::size_t TerminalBuffer::cut(std::size_t bytes) {
     return dropped.size();
 }
 
-// A character may have any number of marks, so a number of characters is no bound. Half is kept, so that the
-// work of starting over is paid by as many bytes.
+// A character may have any number of combining marks, so keptCharacters alone doesn't bound the memory.
+// Keeping half makes the cost of cleaning again linear in the input.
 void TerminalBuffer::shorten() {
     std::size_t from = kept_.size() - maxKeptBytes / 2;
     while (from < kept_.size() && (static_cast<unsigned char>(kept_[from]) & 0xC0U) == 0x80) ++from;
@@ -47,7 +47,7 @@ void TerminalBuffer::shorten() {
     cleanAgain();
 }
 
-// The end of the text keeps its place in all that was printed.
+// Keeps the position of the text's end in the whole output.
 void TerminalBuffer::cleanAgain() {
     const std::uint64_t end = textStart_ + text_.size();
     text_.clear();

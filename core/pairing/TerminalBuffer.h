@@ -10,23 +10,23 @@
 
 namespace tarnik {
 
-// The end of what a program printed on a terminal, as plain text. Each call costs what its bytes cost,
-// however much text there is.
+// The last part of a program's terminal output, as plain text. The cost of an append depends on its own bytes
+// only, not on the text that is kept.
 //
-// A value. text() is TerminalText::clean of the decoded output that is kept.
+// A value. text() is TerminalText::clean of the kept output.
 class TerminalBuffer {
 public:
-    static constexpr std::size_t maxTextBytes = 16384;    // of decoded output; more is cut
-    static constexpr std::size_t keptCharacters = 8192;   // user-perceived ones, after a cut
-    static constexpr std::size_t maxKeptBytes = 262'144;  // of keptCharacters; of more, half of this is kept
+    static constexpr std::size_t maxTextBytes = 16384;    // of decoded output; above it the output is cut
+    static constexpr std::size_t keptCharacters = 8192;   // user-perceived characters left by a cut
+    static constexpr std::size_t maxKeptBytes = 262'144;  // if a cut leaves more, half of this is kept
 
-    // Decodes `bytes` by themselves: a character that two calls share becomes replacement characters. Returns
-    // the place in text() behind which it may have changed.
+    // Decodes `bytes` on their own: a character split between two calls becomes replacement characters.
+    // Returns the offset in text() from which it may have changed.
     std::size_t append(std::string_view bytes);
 
     const std::string& text() const { return text_; }
 
-    // The number of bytes of plain text that were cut off before text().
+    // Returns the number of bytes of plain text that were cut off before text().
     std::uint64_t textStart() const { return textStart_; }
 
 private:
@@ -36,7 +36,7 @@ private:
 
     std::string kept_;  // decoded, not cleaned
     LastCharacters characters_{keptCharacters};
-    std::size_t keptStart_ = 0;  // of kept_ in what characters_ was given
+    std::size_t keptStart_ = 0;  // the offset of kept_ in the input of characters_
     TerminalText::Cleaner cleaner_;
     std::string text_;
     std::uint64_t textStart_ = 0;

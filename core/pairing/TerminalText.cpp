@@ -15,17 +15,17 @@ constexpr unsigned char bell = 7;
 constexpr unsigned char escape = 27;
 
 constexpr bool isDropped(unsigned char byte) {
-    return (byte < 32) & (byte != '\t') & (byte != '\n');  // without branches, to be vectorised
+    return (byte < 32) & (byte != '\t') & (byte != '\n');  // branch-free, so the compiler can vectorise it
 }
 
 constexpr std::size_t blockBytes = 64;
 
-// One mark for each byte of a block: 1 where it is dropped, else 0.
+// One mark per byte of a block: 1 if the byte is dropped, else 0.
 struct Marks {
     std::array<unsigned char, blockBytes> of{};
     bool any = false;
 
-    // The compiler turns this loop into a few vector instructions; keep it free of exits.
+    // The compiler vectorises this loop as long as it has no early exit.
     explicit Marks(const char* block) {
         unsigned char seen = 0;
         for (std::size_t i = 0; i < blockBytes; ++i) {
@@ -35,7 +35,8 @@ struct Marks {
         any = seen != 0;
     }
 
-    // The marks as bits, the first byte's lowest: eight at a time, brought together by a multiplication.
+    // Returns the marks as bits, with the first byte's mark in the lowest bit. Each multiplication packs
+    // eight marks.
     std::uint64_t bits() const {
         std::uint64_t bits = 0;
         for (std::size_t at = 0; at < blockBytes; at += 8) {
@@ -48,8 +49,8 @@ struct Marks {
     }
 };
 
-// Cleans one piece of text from one buffer into another, which has room for all of it. What is written never
-// overtakes what is read, so that a part may be copied in full before it is known how much of it counts.
+// Cleans one piece of text from one buffer into another of at least its size. The output position never
+// overtakes the input position, so copying more than is kept is harmless: later output overwrites it.
 class Pass {
 public:
     using State = Cleaner::State;
@@ -57,7 +58,7 @@ public:
     Pass(State state, std::string_view text, char* out)
         : in_(text.data()), end_(in_ + text.size()), out_(out), state_(state) {}
 
-    // Returns where the cleaned text ends.
+    // Returns the end of the cleaned text.
     char* run() {
         resume();
         while (left() >= blockBytes + pieceBytes) cleanBlock();
@@ -65,7 +66,7 @@ public:
         return out_;
     }
 
-    // The sequence in which the text ended.
+    // Returns the sequence that the end of the text is in.
     State state() const { return state_; }
 
 private:
@@ -73,7 +74,7 @@ private:
 
     std::size_t left() const { return static_cast<std::size_t>(end_ - in_); }
 
-    // Continues the sequence in which the last piece ended.
+    // Continues the sequence that the end of the last piece is in.
     void resume() {
         switch (std::exchange(state_, State::text)) {
             case State::text: return;
@@ -84,7 +85,7 @@ private:
         }
     }
 
-    // Takes in the next block, and the end of a sequence that reaches beyond it.
+    // Reads the next block, and the rest of a sequence that extends beyond it.
     void cleanBlock() {
         const char* const block = in_;
         const Marks marks(block);
@@ -101,7 +102,7 @@ private:
         copy(static_cast<std::size_t>(block + blockBytes - in_));
     }
 
-    // Copies whole pieces, most often one, and so up to a piece more than `count`.
+    // Copies whole pieces, so up to one piece more than `count`.
     void copy(std::size_t count) {
         std::size_t done = 0;
         do {
@@ -117,7 +118,7 @@ private:
         *out_++ = *in_++;
     }
 
-    // Skips the control character at `in_`, with the sequence that it starts.
+    // Skips the control character at `in_` and the sequence that it starts.
     void drop() {
         if (next() == escape) skipSequence();
     }

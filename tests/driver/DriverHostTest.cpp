@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-// In made-up time; a driver is ready once `ready` is set, and `whileWaiting` runs at each look before.
+// Uses a manual clock. A driver is ready if `ready` is set; `whileWaiting` is called at each check before.
 struct Fixture {
     TemporaryFolder folder;
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
@@ -56,7 +56,7 @@ struct Fixture {
     std::size_t directories() const { return DriverSocketDirectory::owned(folder.path()).size(); }
 };
 
-TEST(DriverHost, tellsWhereTheDriverListensWhileItRuns) {
+TEST(DriverHost, publishesTheEndpointWhileTheDriverRuns) {
     Fixture f;
     f.host().setEnabled(true);
     f.host().setEnabled(true);
@@ -77,7 +77,7 @@ TEST(DriverHost, tellsWhereTheDriverListensWhileItRuns) {
     EXPECT_EQ(f.directories(), 0U);
 }
 
-TEST(DriverHost, triesAgainOnceForEachFailedStart) {
+TEST(DriverHost, retriesOncePerFailedStart) {
     struct Case {
         const char* line;
         std::function<void(Fixture&)> spoil;
@@ -119,7 +119,7 @@ TEST(DriverHost, triesAgainOnceForEachFailedStart) {
     }
 }
 
-TEST(DriverHost, waitsLongerForEachStartUntilItGivesUp) {
+TEST(DriverHost, waitsLongerBeforeEachStartAndGivesUp) {
     Fixture f;
     f.spawner.failure = SystemError{"pipe", EMFILE};
     f.host().setEnabled(true);
@@ -141,7 +141,7 @@ TEST(DriverHost, waitsLongerForEachStartUntilItGivesUp) {
     EXPECT_EQ(f.log.size(), 18U) << "again";
 }
 
-TEST(DriverHost, bringsADriverBackThatEnds) {
+TEST(DriverHost, restartsADriverThatEnds) {
     Fixture f;
     f.host().setEnabled(true);
     for (int i = 0; i < 7; ++i) {
@@ -156,13 +156,13 @@ TEST(DriverHost, bringsADriverBackThatEnds) {
     f.queue->advance(0.5s);
     f.spawner.last().end(ExitStatus::exited(0));
     f.queue->advance(0.9s);
-    EXPECT_EQ(f.spawner.count(), 9U) << "the start took the place of the pending restart";
+    EXPECT_EQ(f.spawner.count(), 9U) << "the start replaced the pending restart";
     f.host().setEnabled(false);
     f.queue->advance(1h);
     EXPECT_EQ(f.spawner.count(), 9U);
 }
 
-TEST(DriverHost, doesNotRetryWhatCannotWork) {
+TEST(DriverHost, doesNotRetryWithoutADriverOrAFolder) {
     Fixture none;
     none.setup.executable.reset();
     Fixture noFolder;
@@ -174,7 +174,7 @@ TEST(DriverHost, doesNotRetryWhatCannotWork) {
     }
 }
 
-TEST(DriverHost, removesWhatAnEarlierRunLeftThoughItIsOff) {
+TEST(DriverHost, removesLeftoversOfAnEarlierRunWhileOff) {
     Fixture f;
     const auto left = DriverSocketDirectory::create(f.folder.path());
     ASSERT_TRUE(left && left->writeProcessIdentifier(1 << 29));
@@ -182,10 +182,9 @@ TEST(DriverHost, removesWhatAnEarlierRunLeftThoughItIsOff) {
     EXPECT_FALSE(fs::exists(left->path));
 }
 
-TEST(DriverHost, runsARealDriver) {
+TEST(DriverHost, startsARealDriver) {
     Fixture f;
     f.deps = DriverHostDeps::production();
-    f.deps.sleep = [](Seconds) { std::this_thread::sleep_for(1ms); };
     f.setup.executable = childProgram("../driver/cua-driver");
     f.host().setEnabled(true);
     const auto pid = f.host().runningPID();
@@ -212,8 +211,8 @@ TEST(DriverHost, stopsADriverByForceAndIgnoresItsLateExit) {
     EXPECT_EQ(f.log.size(), 2U);
 }
 
-// A call that waits for its turn ends the wait for readiness, and no restart gets ahead of it.
-TEST(DriverHost, givesAStartUpForANewerCall) {
+// A waiting call ends the wait for readiness, and no restart is scheduled before it.
+TEST(DriverHost, abandonsAStartForANewerCall) {
     Fixture f;
     bool superseded = false;
     f.deps.isSuperseded = [&] { return superseded; };

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/driver/BundledDriver.h"
 #include "core/driver/CuaDriverEndpoint.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
@@ -10,7 +9,7 @@
 namespace tarnik {
 namespace {
 
-TEST(DriverLaunch, replacesWhatSpeaksOfAnotherDriver) {
+TEST(DriverLaunch, replacesTheVariablesOfAnotherDriver) {
     const Environment kept{
         {"OPENCLAW_STATE_DIR", "x"}, {"CUA_TELEMETRY_ENABLED_X", "x"}, {"cua_driver_x", "x"}};
     Environment inherited = kept;
@@ -27,7 +26,7 @@ TEST(DriverLaunch, replacesWhatSpeaksOfAnotherDriver) {
     for (const auto& [name, value] : kept) EXPECT_TRUE(launch.environment.contains(name)) << name;
 }
 
-TEST(CuaDriverEndpoint, isToldOnlyWhenItCanBeToldSafely) {
+TEST(CuaDriverEndpoint, encodesValidPathsOnly) {
     const std::string start = R"({"v":1,"socketPath":"/)";
     const std::string end = R"(","binaryPath":"/b"})";
     const std::string longest(CuaDriverEndpoint::maxBytes - start.size() - end.size(), 's');
@@ -43,7 +42,7 @@ TEST(CuaDriverEndpoint, isToldOnlyWhenItCanBeToldSafely) {
         EXPECT_EQ(endpoint.environmentValue(), value) << endpoint.socketPath.substr(0, 100);
 }
 
-TEST(BundledDriver, isARunnableFileAndNoLink) {
+TEST(BundledDriver, isAnExecutableFileAndNotALink) {
     const TemporaryFolder folder;
     const std::string driver = folder.path() + "/cua-driver";
     const auto found = [&](const char* script) {

@@ -30,8 +30,8 @@ void write(const std::string& path, const std::string& text) {
     ASSERT_TRUE(writeFile(path, text, 0600).has_value()) << path;
 }
 
-// The parent can't be listed and hands its group on. The superuser, whom all that doesn't concern, becomes
-// somebody else.
+// The parent is unreadable and passes its group on. Permissions don't apply to the superuser, so the test
+// switches to another user.
 TEST(DriverSocketDirectory, isPrivateWhateverTheUmaskAndTheParent) {
     const TemporaryFolder folder;
     const uid_t before = ::geteuid();
@@ -57,8 +57,8 @@ TEST(DriverSocketDirectory, isPrivateWhateverTheUmaskAndTheParent) {
     EXPECT_EQ(owned, std::vector{*made});
 }
 
-TEST(DriverSocketDirectory, wantsRootsOfItsOwn) {
-    // Only the superuser can make them somebody else's.
+TEST(DriverSocketDirectory, refusesRootsThatAreNotOurFolders) {
+    // Only the superuser can change the owner.
     const std::pair<const char*, const char*> cases[] = {
         {"ln -s /tmp tarnik", ""}, {"ln -s nowhere tarnik", ""}, {"ln -s . link", "/link/"},
         {"", "/none/above"},       {"touch tarnik", ""},         {"chown 4711 . 2>&1 || touch tarnik", ""},
@@ -72,7 +72,7 @@ TEST(DriverSocketDirectory, wantsRootsOfItsOwn) {
     }
 }
 
-TEST(DriverSocketDirectory, keepsToPathsThatASocketMayHave) {
+TEST(DriverSocketDirectory, refusesATooLongSocketPath) {
     const TemporaryFolder folder;
     const std::size_t rest = std::string("//tarnik/cua/0123456789abcdef/cua.sock").size();
     const std::string longest = folder.path() + "/" + std::string(103 - folder.path().size() - rest, 's');
@@ -85,7 +85,7 @@ TEST(DriverSocketDirectory, keepsToPathsThatASocketMayHave) {
     EXPECT_TRUE(fs::is_empty(longest + "s/tarnik/cua"));
 }
 
-TEST(DriverSocketDirectory, readsWholePidsOnly) {
+TEST(DriverSocketDirectory, readsOnlyCompletePids) {
     const TemporaryFolder folder;
     const auto made = DriverSocketDirectory::create(folder.path());
     ASSERT_TRUE(made);
@@ -108,8 +108,8 @@ TEST(DriverSocketDirectory, readsWholePidsOnly) {
     }
 }
 
-TEST(DriverSocketDirectory, cleansUpOnlyTheFolderThatWasMade) {
-    // What is done to the folder, and how many files are left after.
+TEST(DriverSocketDirectory, cleansUpOnlyAnUnchangedFolder) {
+    // A change of the folder, and the number of files left after the cleanup.
     const std::pair<const char*, int> cases[] = {
         {"", 0},
         {"chmod 755 $made", 2},
@@ -155,7 +155,7 @@ struct FakeProcess {
     }
 };
 
-TEST(DriverSocketDirectory, endsOnlyWhatIsProvenToBeALeftDriver) {
+TEST(DriverSocketDirectory, stopsOnlyAProvenLeftoverDriver) {
     enum Folder { removed, left };
     struct Case {
         const char* why;
@@ -165,14 +165,14 @@ TEST(DriverSocketDirectory, endsOnlyWhatIsProvenToBeALeftDriver) {
         const char* pid = "4711";
     };
     const Case cases[] = {
-        {"leaves", {}, {0, SIGTERM}, removed},
-        {"has to be killed", {.endsAt = SIGKILL}, {0, SIGTERM, SIGKILL}, removed},
+        {"obeys SIGTERM", {}, {0, SIGTERM}, removed},
+        {"needs SIGKILL", {.endsAt = SIGKILL}, {0, SIGTERM, SIGKILL}, removed},
         {"survives", {.endsAt = -1}, {0, SIGTERM, SIGKILL}, left},
-        {"is gone", {.unreachable = ESRCH}, {0}, removed},
-        {"another user's", {.runs = {}, .unreachable = EPERM}, {0}, left},
+        {"has ended", {.unreachable = ESRCH}, {0}, removed},
+        {"of another user", {.runs = {}, .unreachable = EPERM}, {0}, left},
         {"another program", {.runs = "/other"}, {0}, left},
-        {"another program by then", {.runsAfterTerm = "/other", .endsAt = SIGKILL}, {0, SIGTERM}, left},
-        {"another driver's folder by then", {.endsAt = SIGKILL, .pidAfterTerm = "4"}, {0, SIGTERM}, left},
+        {"another program after SIGTERM", {.runsAfterTerm = "/other", .endsAt = SIGKILL}, {0, SIGTERM}, left},
+        {"another pid after SIGTERM", {.endsAt = SIGKILL, .pidAfterTerm = "4"}, {0, SIGTERM}, left},
         {"no pid", {}, {}, removed, "driver"},
         {"the first process", {}, {}, removed, "1"},
     };
@@ -187,8 +187,8 @@ TEST(DriverSocketDirectory, endsOnlyWhatIsProvenToBeALeftDriver) {
     }
 }
 
-// It doesn't watch its pipe, and an upgrade has replaced its file.
-TEST(DriverSocketDirectory, endsARealDriver) {
+// The driver ignores its pipe, and an upgrade has replaced its file.
+TEST(DriverSocketDirectory, stopsARealDriver) {
     const TemporaryFolder folder;
     const std::string program = folder.path() + "/driver";
     fs::copy_file("/bin/sleep", program);
@@ -213,10 +213,10 @@ TEST(DriverSocketDirectory, neverWaitsForAConnection) {
     const UniqueFd listener(::socket(AF_UNIX, SOCK_STREAM, 0));
     EXPECT_FALSE(DriverSocketDirectory::acceptsConnections(path)) << "no socket";
     ASSERT_EQ(::bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    EXPECT_FALSE(DriverSocketDirectory::acceptsConnections(path)) << "nobody listens";
+    EXPECT_FALSE(DriverSocketDirectory::acceptsConnections(path)) << "not listening";
     ASSERT_EQ(::listen(listener.get(), 1), 0);
     EXPECT_TRUE(DriverSocketDirectory::acceptsConnections(path));
-    // Nobody takes them, so the queue gets full.
+    // No connection is accepted, so the queue fills up.
     bool accepts = true;
     for (int i = 0; i < 1000 && accepts; ++i) accepts = DriverSocketDirectory::acceptsConnections(path);
     EXPECT_FALSE(accepts);

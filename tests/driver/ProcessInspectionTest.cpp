@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(ProcessInspection, comparesPathsByWhereTheyLead) {
+TEST(ProcessInspection, comparesResolvedPaths) {
     const TemporaryFolder folder;
     const std::string real = folder.path() + "/a/real";
     shell(folder.path(), "mkdir -p a/real; ln -s a/real link");
@@ -23,7 +23,7 @@ TEST(ProcessInspection, comparesPathsByWhereTheyLead) {
     EXPECT_FALSE(ProcessInspection::samePath(real, folder.path()));
 }
 
-TEST(ProcessInspection, waitsForAnEndOrUntilTheTimeIsOver) {
+TEST(ProcessInspection, waitsUntilTheEndOrTheTimeout) {
     for (const pid_t none : {-1, 0, 1}) EXPECT_TRUE(ProcessInspection::waitForExit(none, 60s)) << none;
     const auto child = *Spawner::spawn({.executable = "/bin/sleep", .arguments = {"600"}});
     const TimePoint start = steadyNow();

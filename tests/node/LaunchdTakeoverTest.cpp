@@ -18,7 +18,7 @@ const Plan unreadable = LeaveAlone{"its LaunchAgent can't be read"};
 const Plan notTarniks = LeaveAlone{"the LaunchAgent isn't tarnik's node"};
 const Plan elsewhere = LeaveAlone{"the LaunchAgent runs another node folder"};
 
-// "/link" is a link to the volume that the user's home lies on.
+// "/link" is a link to the volume with the user's home.
 std::string throughLinks(const std::string& path) {
     return "/real" + (path.starts_with("/link/") ? path.substr(5) : path);
 }
@@ -53,7 +53,7 @@ TEST(LaunchdTakeover, takesOverOnlyAgentsOfThisNodeHome) {
         {notTarniks, agent(startsNode, "<string>com.tarnik.node.dev</string>")},
         {elsewhere, agent("")},
         {ours, agent(runningIn("/link/Users/me/.tarnik/node"))},
-        // The state folder counts for more than the program, unless it is relative.
+        // An absolute state folder decides, whatever the program.
         {elsewhere, agent(runningIn("/Users/me/.tarnik") + startsNode)},
         {ours, agent(runningIn(".tarnik/node") + startsNode)},
         {elsewhere, agent(runningIn(".tarnik/node"))},

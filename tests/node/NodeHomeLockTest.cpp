@@ -21,7 +21,7 @@ std::optional<NodeHomeLock::Failure::Reason> refusal(const NodeHome& home) {
     return taken ? std::nullopt : std::optional(taken.error().reason);
 }
 
-TEST(NodeHomeLock, isHeldUntilItsProcessEndsHoweverThatEnds) {
+TEST(NodeHomeLock, isHeldUntilItsProcessEnds) {
     const TemporaryFolder folder;
     const NodeHome home{.path = folder.path() + "/missing/node"}, link{.path = folder.path() + "/link"};
     fs::create_directory_symlink(home.path, link.path);
@@ -30,8 +30,8 @@ TEST(NodeHomeLock, isHeldUntilItsProcessEndsHoweverThatEnds) {
     ::umask(before);
     EXPECT_EQ(fs::status(home.path).permissions(), fs::perms(0700));
     EXPECT_EQ(refusal(home), heldElsewhere);
-    EXPECT_EQ(refusal(link), heldElsewhere) << "the folder counts, not its name";
-    EXPECT_TRUE(home.claim()) << "it is still an empty folder";
+    EXPECT_EQ(refusal(link), heldElsewhere) << "the lock is on the folder, not on its path";
+    EXPECT_TRUE(home.claim()) << "the folder is still empty";
 
     const auto child = Spawner::spawn({.executable = "/bin/sleep", .arguments = {"60"}});
     ASSERT_TRUE(child);
@@ -48,7 +48,7 @@ TEST(NodeHomeLock, isHeldUntilItsProcessEndsHoweverThatEnds) {
     EXPECT_EQ(refusal(home), std::nullopt);
 }
 
-TEST(NodeHomeLock, leavesToTheClaimWhatIsNoFolder) {
+TEST(NodeHomeLock, isUnavailableWithoutAFolder) {
     const TemporaryFolder folder;
     const NodeHome file{.path = folder.path() + "/file"}, dangling{.path = folder.path() + "/dangling"};
     std::ofstream(file.path) << "x";

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/FullDisk.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -28,7 +27,7 @@ std::string overlaps(const std::string& path) {
     return "The test node folder " + path + " can't be inside ~/.tarnik/node or contain it.";
 }
 
-TEST(NodeHome, resolvesOnlyFoldersSafeToFillAndRemove) {
+TEST(NodeHome, resolvesOnlySafeFolders) {
     const std::string standard = "/Users/me/.tarnik/node (default)";
     const std::pair<std::optional<std::string>, std::string> cases[] = {
         {std::nullopt, standard},
@@ -48,7 +47,7 @@ TEST(NodeHome, resolvesOnlyFoldersSafeToFillAndRemove) {
         EXPECT_EQ(text(NodeHome::resolve(chosen, "/Users/me/")), result);
 }
 
-TEST(NodeHome, looksThroughLinksForTheDefaultFolder) {
+TEST(NodeHome, resolvesLinksBeforeComparingWithTheDefault) {
     const TemporaryFolder folder;
     const std::string home = folder.path() + "/home";
     shell(folder.path(), "mkdir -p home/.tarnik/node; ln -s home/.tarnik/node node; ln -s home link");
@@ -57,7 +56,7 @@ TEST(NodeHome, looksThroughLinksForTheDefaultFolder) {
     EXPECT_EQ(text(NodeHome::resolve(folder.path() + "/link/new", home)), folder.path() + "/link/new");
 }
 
-// A node home in a fresh folder, made by the script if at all.
+// A node home in a new folder, in which `script` is run.
 struct Fixture {
     TemporaryFolder folder;
     NodeHome home{.path = folder.path() + "/above/node"};
@@ -71,12 +70,10 @@ struct Fixture {
 };
 
 TEST(NodeHome, claimsANewOrEmptyFolderOnce) {
-    for (const char* script : {"", "mkdir -p -m 700 above/node",
-                               "mkdir -p -m 700 above/node; touch above/node/.tarnik-node-home.new"}) {
+    for (const char* script : {"", "mkdir -p -m 700 above/node"}) {
         const Fixture f(script);
         EXPECT_EQ(f.refusal(), std::nullopt);
         EXPECT_EQ(readFile(f.home.marker(), 100).value_or("").size(), 76U);
-        EXPECT_FALSE(holdsEntries(f.home.path, NodeHome::markerName)) << script;
         EXPECT_EQ(fs::status(f.home.path).permissions(), fs::perms::owner_all);
 
         shell(f.home.path, "printf theirs > .tarnik-node-home; touch other");
@@ -85,7 +82,7 @@ TEST(NodeHome, claimsANewOrEmptyFolderOnce) {
     }
 }
 
-TEST(NodeHome, takesOnlyItsOwnAndElseChangesNothing) {
+TEST(NodeHome, refusesForeignFoldersWithoutChanges) {
     using enum NodeHome::ClaimError::Reason;
     enum Home { chosen, standard };
     const std::string link = "mkdir -p above/node; ln -s ../victim above/node/.tarnik-node-home; ";
@@ -97,7 +94,7 @@ TEST(NodeHome, takesOnlyItsOwnAndElseChangesNothing) {
         {"mkdir above; ln -s nowhere above/node", chosen, isALink},
         {holding(".x"), chosen, holdsOtherFiles},
         {link, chosen, holdsOtherFiles},
-        // What a command-line install leaves, and what only looks like it.
+        // The files of a command-line install, and similar ones.
         {holding("app/bin/tarnik-node"), chosen, holdsOtherFiles},
         {holding("app/bin/tarnik-node"), standard, std::nullopt},
         {holding("trust/web-key.json"), standard, std::nullopt},
@@ -113,18 +110,11 @@ TEST(NodeHome, takesOnlyItsOwnAndElseChangesNothing) {
     }
 }
 
-TEST(NodeHome, isNotClaimedByHalfAMarker) {
-    const Fixture f;
-    onFullDisk(4, [&f] { EXPECT_TRUE(std::holds_alternative<SystemError>(f.home.claim().error())); });
-    EXPECT_FALSE(f.home.isClaimed());
-    EXPECT_EQ(f.refusal(), std::nullopt);
-}
-
-TEST(NodeHome, isInstalledWithBothItsParts) {
+TEST(NodeHome, isInstalledWithRuntimeAndPackage) {
     const Fixture f(
         "mkdir -p above/node/runtime/node/bin above/node/app/lib/node_modules/openclaw; cd above/node;"
         "touch runtime/node/bin/node app/lib/node_modules/openclaw/openclaw.mjs");
-    EXPECT_FALSE(f.home.isInstalled()) << "the runtime can't be run";
+    EXPECT_FALSE(f.home.isInstalled()) << "the runtime is not executable";
     fs::permissions(f.home.nodeBinary(), fs::perms::owner_all);
     EXPECT_TRUE(f.home.isInstalled());
     fs::remove(f.home.entry());

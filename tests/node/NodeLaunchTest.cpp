@@ -8,7 +8,7 @@
 namespace tarnik {
 namespace {
 
-TEST(NodeLaunch, passesOnTheEnvironmentWithoutWhatSteersTheNode) {
+TEST(NodeLaunch, filtersTheInheritedEnvironment) {
     const NodeHome standard{.path = "/Users/me/.tarnik/node", .isDefault = true};
     const NodeHome chosen{.path = "/n", .isDefault = false};
     const auto with = [](Environment base, const Environment& more) {

@@ -34,7 +34,7 @@ struct Fixture {
     std::string older = path + ".1";
     TimePoint now = steadyNow();
 
-    // Runs the script where the log is.
+    // Runs `script` in the log's folder.
     explicit Fixture(const std::string& script = "") {
         shell(folder.path(), "mkdir -p a/b; cd a/b; " + script);
     }
@@ -43,9 +43,9 @@ struct Fixture {
     }
 };
 
-TEST(NodeLog, movesTheFullFileAsideBetweenChunks) {
+TEST(NodeLog, rotatesAFullFileBetweenChunks) {
     using Texts = std::vector<std::string>;
-    // The cap, what is there, what comes, and what the two files hold then.
+    // The cap, the existing file, the chunks, and the content of both files afterwards.
     const std::tuple<std::int64_t, std::string, Texts, std::string, std::string> cases[] = {
         {4, "a", {"b", "", "c"}, "abc", nothing},
         {4, "", {"ab", "cd"}, "", "abcd"},
@@ -62,12 +62,12 @@ TEST(NodeLog, movesTheFullFileAsideBetweenChunks) {
     }
 }
 
-TEST(NodeLog, opensOnlyAPlainFileOfOursAndGoesOnOnceItCan) {
+TEST(NodeLog, opensOnlyARegularFileOfOurs) {
     std::vector<std::string> blocks{"mkdir node.log", "mkfifo node.log", "ln -s other node.log",
                                     "ln -s others node.log"};
     if (::geteuid() == 0) blocks.emplace_back("echo theirs > node.log; chown 1:1 node.log");
     for (const auto& block : blocks) {
-        for (const bool isRead : {false, true}) {  // which makes a difference to a FIFO
+        for (const bool isRead : {false, true}) {  // a FIFO without a reader can't be opened
             Fixture f(block + "; touch other");
             const UniqueFd reader(isRead ? ::open(f.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1);
             const auto log = f.log(100);
@@ -82,7 +82,7 @@ TEST(NodeLog, opensOnlyAPlainFileOfOursAndGoesOnOnceItCan) {
     }
 }
 
-TEST(NodeLog, emptiesAFullFileThatCannotBeMovedAside) {
+TEST(NodeLog, truncatesAFullFileThatCannotBeRenamed) {
     Fixture f("mkdir node.log.1; printf found > node.log");
     const auto log = f.log(4);
     for (const char* chunk : {"abcde", "fg"}) log->append(chunk);
@@ -91,13 +91,13 @@ TEST(NodeLog, emptiesAFullFileThatCannotBeMovedAside) {
     log->append("hi");
     EXPECT_EQ(contents(f.older), "fghi");
 
-    shell(f.logs, "printf another >> node.log");  // another program's words
+    shell(f.logs, "printf another >> node.log");  // by another program
     f.now += 1s;
     log->append("j");
     EXPECT_EQ(contents(f.older), "another");
 }
 
-TEST(NodeLog, noticesAFileThatIsGoneOrExchanged) {
+TEST(NodeLog, reopensADeletedOrReplacedFile) {
     const std::tuple<const char*, const char*, const char*> cases[] = {
         {"rm -r ../b", "new", nothing},
         {"mv node.log ..", "new", "older"},
@@ -118,7 +118,7 @@ TEST(NodeLog, noticesAFileThatIsGoneOrExchanged) {
     }
 }
 
-TEST(NodeLog, goesOnAfterTheDiskWasFull) {
+TEST(NodeLog, continuesAfterTheDiskWasFull) {
     Fixture f;
     const auto log = f.log(6);
     onFullDisk(4, [&log] {
@@ -126,12 +126,12 @@ TEST(NodeLog, goesOnAfterTheDiskWasFull) {
         log->append("ij");
     });
     log->append("k");
-    EXPECT_EQ(contents(f.path), "abcdk") << "lost bytes don't count towards the cap";
+    EXPECT_EQ(contents(f.path), "abcdk") << "lost bytes don't count";
     log->append("l");
     EXPECT_EQ(contents(f.older), "abcdkl");
 }
 
-TEST(NodeLog, movesTheFileInTimeWhoeverFillsIt) {
+TEST(NodeLog, rotatesUnderConcurrentAppends) {
     Fixture f;
     const auto log = f.log(1000);
     const auto write = [&log] {
@@ -144,7 +144,7 @@ TEST(NodeLog, movesTheFileInTimeWhoeverFillsIt) {
     EXPECT_EQ(contents(f.path).size(), (600U - 3 * 167) * 6);
 }
 
-TEST(NodeLog, copiesPipesUntilTheyEndWhoeverStillHoldsIt) {
+TEST(NodeLog, livesUntilItsPipesEnd) {
     Fixture f;
     f.path = f.logs + "/c/node.log";
     auto log = f.log(1 << 20);

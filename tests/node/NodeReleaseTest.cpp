@@ -14,7 +14,7 @@ using NodeRelease::Failure;
 using Reason = Failure::Reason;
 using Outcome = std::expected<NodeReleaseManifest, Failure>;
 
-// Made and signed with Node.js, by the key of RFC 8032's test 1.
+// Generated and signed with Node.js and the key of RFC 8032, test 1.
 const std::string publicKey = "11qYAYKxCrfVS_7TyWQHOg7hcvPapiMlrwIaaPcHURo";
 const std::string signature =
     "2wStOLX7lePpQBXpCNtASaIaGYvxaMoB4yr-gkGmwH9YGjIMzmm2_zYke_jDdxQ8XvxpE3UcQ4mFfjqnglFQDg";
@@ -53,19 +53,19 @@ Outcome verify(const std::string& file, const std::optional<std::string>& key = 
     return NodeRelease::verifyChannelFile(file, key, ReleaseCrypto::platform());
 }
 
-TEST(NodeRelease, takesWhatTheKeySigned) {
+TEST(NodeRelease, acceptsAValidSignature) {
     const std::string standard = replaced(replaced(replaced(signature, "-", "+"), "_", "/"), "_", "/") + "==";
     const std::pair<const char*, Outcome> cases[] = {
-        {"as it was made", verify(releaseFile)},
+        {"the original file", verify(releaseFile)},
         {"a key in the standard alphabet", verify(releaseFile, replaced(publicKey, "_", "/") + "=")},
-        {"a signature in it", verify(fileOf(manifest, ourKeyId, standard))},
-        {"as long as may be",
+        {"a signature in the standard alphabet", verify(fileOf(manifest, ourKeyId, standard))},
+        {"the longest file",
          verify(releaseFile + std::string(NodeRelease::maxFileBytes - releaseFile.size(), ' '))},
     };
     for (const auto& [why, outcome] : cases) EXPECT_EQ(outcome, Outcome(released)) << why;
 }
 
-TEST(NodeRelease, refusesEachFaultOfAReleaseFile) {
+TEST(NodeRelease, refusesAFaultyReleaseFile) {
     struct Case {
         std::string from;
         std::string to;
@@ -95,7 +95,7 @@ TEST(NodeRelease, refusesEachFaultOfAReleaseFile) {
     }
 }
 
-TEST(NodeRelease, letsTheFirstFailingStepDecide) {
+TEST(NodeRelease, reportsTheFirstFailingCheck) {
     ReleaseCrypto signedByUs = ReleaseCrypto::platform();
     signedByUs.verifyEd25519 = [](auto...) { return true; };
     const std::string notJson = fileOf("{", ourKeyId, signature);
@@ -129,7 +129,7 @@ TEST(NodeRelease, checksEveryMemberOfTheManifest) {
                                    {"22.16.0", "22." + std::string(50, '9') + ".0"}})
         EXPECT_TRUE(parse(from, to)) << from << " -> " << to;
 
-    // What stands in the manifest, and what is put in its place, one at a time.
+    // A part of the manifest and its replacements, tested one at a time.
     const std::pair<std::string, std::vector<std::string>> misshapen[] = {
         {"}", {""}},
         {"\"v\": 1", {"\"v\": 2", "\"v\": true"}},

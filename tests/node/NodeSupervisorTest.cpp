@@ -76,7 +76,7 @@ struct Fixture {
     }
 };
 
-TEST(NodeSupervisor, saysOnceWhatIsMissing) {
+TEST(NodeSupervisor, reportsOnceWhatIsMissing) {
     Fixture f;
     f.supervisor().start();
     f.supervisor().start();
@@ -91,7 +91,7 @@ TEST(NodeSupervisor, saysOnceWhatIsMissing) {
     EXPECT_EQ(f.supervisor().runningPID(), f.spawner.last().handle()->pid());
 }
 
-TEST(NodeSupervisor, startsTheNodeOnItsOwnInput) {
+TEST(NodeSupervisor, stopsTheNodeByClosingItsInput) {
     Fixture f;
     f.deps.nodeLog = NodeLog::make(f.folder.path() + "/log");
     f.startJoined();
@@ -101,12 +101,12 @@ TEST(NodeSupervisor, startsTheNodeOnItsOwnInput) {
     EXPECT_EQ(request.standardOutput, request.standardError);
     f.supervisor().stop();
     EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
-    EXPECT_EQ(f.spawner.last().handle()->exitStatus(), ExitStatus::exited(0));  // at the end of its input
+    EXPECT_EQ(f.spawner.last().handle()->exitStatus(), ExitStatus::exited(0));
     EXPECT_TRUE(f.spawner.last().signals().empty());
     EXPECT_TRUE(f.messages.empty());
 }
 
-TEST(NodeSupervisor, letsGoOfAnOutputThatOutlivesTheNode) {
+TEST(NodeSupervisor, closesAnOutputThatOutlivesTheNode) {
     std::signal(SIGPIPE, SIG_IGN);
     Fixture f;
     UniqueFd leftBehind;
@@ -134,7 +134,7 @@ TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
         f.queue->advance(1ms);
         EXPECT_EQ(f.states.back(), NodeState(Running{}));
     }
-    EXPECT_EQ(f.spawner.last().request().standardOutput, Stdio::null());  // there is no log
+    EXPECT_EQ(f.spawner.last().request().standardOutput, Stdio::null());  // without a log
     f.queue->advance(60s);
     f.spawner.last().end(ExitStatus::signaled(SIGKILL));
     EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));
@@ -142,20 +142,20 @@ TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
     EXPECT_EQ(f.spawner.count(), 9U);
 }
 
-TEST(NodeSupervisor, triesAgainWhenNothingCanBeStarted) {
+TEST(NodeSupervisor, retriesAFailedStart) {
     Fixture f;
     f.spawner.failure = SystemError{"posix_spawn /node", ENOENT};
     f.startJoined();
     EXPECT_EQ(f.messages.at(0), "couldn't start the node: " + describe(*f.spawner.failure));
     for (int i = 0; i < 3; ++i) f.supervisor().start();
     f.queue->advance(1s);
-    EXPECT_EQ(f.messages.size(), 5U) << "one restart was pending, not four";
+    EXPECT_EQ(f.messages.size(), 5U) << "only one restart was pending";
     EXPECT_EQ(f.states, (std::vector<NodeState>{Restarting{1s}, Restarting{2s}}));
     f.spawner.failure.reset();
     f.queue->advance(2s);
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
 
-    // The node was stopped for a connect command that then can't be started: it comes back.
+    // A connect command that can't be started brings the node back.
     f.spawner.failure = SystemError{"forkpty", EAGAIN};
     EXPECT_FALSE(f.supervisor().beginPairing("https://join.example", {}));
     EXPECT_EQ(f.states.back(), NodeState(Restarting{4s}));
@@ -175,7 +175,7 @@ TEST(NodeSupervisor, stopCancelsAPendingRestart) {
     EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
     f.supervisor().start();
     f.spawner.last().end(ExitStatus::exited(1));
-    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff began anew
+    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff was reset
 }
 
 TEST(NodeSupervisor, stopsANodeByForceAndIgnoresItsLateExit) {
@@ -193,8 +193,8 @@ TEST(NodeSupervisor, stopsANodeByForceAndIgnoresItsLateExit) {
     EXPECT_TRUE(f.messages.empty());
 }
 
-// The end comes while the node is stopped for something else: that call starts nothing, so stop() finds
-// nothing to wait for.
+// The program's end begins while a call stops the node. That call starts nothing, so stop() has nothing to
+// stop.
 TEST(NodeSupervisor, startsNothingOnceTheProgramEnds) {
     for (const bool pairs : {false, true}) {
         Fixture f;
@@ -227,7 +227,7 @@ TEST(NodeSupervisor, restartsOnlyForAnotherEndpoint) {
     EXPECT_EQ(f.spawner.count(), 3U);
     EXPECT_EQ(f.spawner.last().request().environment.at(endpointKey), endpointB.environmentValue());
     f.spawner.last().end(ExitStatus::exited(1));
-    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff began anew
+    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff was reset
     f.supervisor().setEndpoint(std::nullopt);
     f.queue->advance(1s);
     EXPECT_FALSE(f.spawner.last().request().environment.contains(endpointKey));
@@ -256,7 +256,7 @@ TEST(NodeSupervisor, waitsForAnotherLinkWhenPairingFails) {
     f.queue->advance(1h);
     EXPECT_EQ(f.spawner.count(), 1U);
 
-    // On a machine that has joined the node comes back, later after each failure, however long that took.
+    // If this Mac has joined, the node is restarted. The delay grows, however long the pairing ran.
     f.join();
     for (const Seconds delay : {1s, 2s, 4s}) {
         f.pair();
@@ -266,7 +266,7 @@ TEST(NodeSupervisor, waitsForAnotherLinkWhenPairingFails) {
     }
 }
 
-TEST(NodeSupervisor, takesANewLinkOverAConnectedOne) {
+TEST(NodeSupervisor, replacesAConnectedPairingByANewOne) {
     Fixture f;
     f.startJoined();
     const auto first = f.pair();
@@ -274,7 +274,7 @@ TEST(NodeSupervisor, takesANewLinkOverAConnectedOne) {
     first->confirm();
     f.queue->advance(15s);
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
-    EXPECT_FALSE(f.supervisor().runningPID()) << "it is no node";
+    EXPECT_FALSE(f.supervisor().runningPID()) << "a pairing is not the node";
     const auto second = f.pair("https://other.example");
     EXPECT_EQ(f.spawner.at(1).signals(), std::vector{SIGTERM});
     EXPECT_EQ(f.states.back(), NodeState(NodeStates::Pairing{}));
@@ -282,10 +282,10 @@ TEST(NodeSupervisor, takesANewLinkOverAConnectedOne) {
     second->confirm();
     f.supervisor().stop();
     EXPECT_TRUE(eventually([&] { return second->phase() == PairingPhase(PairingPhases::Connected{}); }))
-        << "this machine has joined";
+        << "this Mac has joined";
 }
 
-TEST(NodeSupervisor, holdsANewEndpointBackWhilePairing) {
+TEST(NodeSupervisor, restartsForANewEndpointOnceAPairingHasSettled) {
     Fixture f;
     f.startJoined();
     const auto session = f.pair();
@@ -301,7 +301,7 @@ TEST(NodeSupervisor, holdsANewEndpointBackWhilePairing) {
     EXPECT_EQ(f.states.back(), NodeState(Running{}));
     EXPECT_TRUE(f.spawner.last().request().environment.contains(endpointKey));
 
-    // A run that ends first leaves nothing to do later.
+    // A pairing that ends first cancels the check.
     f.prompt(f.pair());
     f.supervisor().setEndpoint(endpointB);
     f.spawner.last().end(ExitStatus::exited(1));
@@ -311,7 +311,7 @@ TEST(NodeSupervisor, holdsANewEndpointBackWhilePairing) {
     EXPECT_EQ(f.spawner.count(), 5U);
 }
 
-TEST(NodeState, showsDelaysPlainly) {
+TEST(NodeState, describesDelaysInSeconds) {
     EXPECT_EQ(describe(NodeState(Restarting{60s})), "restarting 60s");
     EXPECT_EQ(describe(NodeState(Restarting{1.05s})), "restarting 1.05s");
 }

@@ -9,7 +9,7 @@
 namespace tarnik {
 namespace {
 
-TEST(ReleaseVersion, takesOnlyWholeVersions) {
+TEST(ReleaseVersion, acceptsOnlyCompleteVersions) {
     using Parts = ReleaseVersion::Parts;
     const std::pair<const char*, Parts> taken[] = {
         {"2026.1.1", {2026, 1, 1, 0}},
@@ -27,7 +27,7 @@ TEST(ReleaseVersion, takesOnlyWholeVersions) {
     for (const auto& text : refused) EXPECT_EQ(ReleaseVersion::parts(text), std::nullopt) << text;
 }
 
-TEST(ReleaseVersion, ordersByNumbersYearFirst) {
+TEST(ReleaseVersion, comparesNumbersFromTheYearOn) {
     const auto ascending = words(
         "2025.12.999-9999 2026.2.0 2026.3.1 2026.3.1-1 2026.3.1-10 2026.3.2 2026.3.10 2026.10.0 2027.1.1");
     for (const auto& a : ascending)

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include <gtest/gtest.h>
+#include <poll.h>
 
 #include "core/process/Spawner.h"
 #include "tests/support/Eventually.h"
@@ -24,14 +25,15 @@ struct Fixture {
     FakeSpawner spawner;
     std::atomic<bool> joined = false;
     std::mutex mutex;
-    Reports reports;           // phases and exits, each once in a row
-    std::string textAtTheEnd;  // of the first snapshot that shows it
+    Reports reports;      // phases and exits, without repetitions
+    std::string endText;  // of the first snapshot in the phase ended
+    std::thread::id exitThread;
     std::vector<Seconds> waited;
-    // Runs in place of each wait, and may move the clock. Without it a wait is for what other threads do.
+    // Called instead of each wait; it may move the clock. Without it the wait is a real one.
     std::function<void(Seconds timeout)> duringWait;
     std::shared_ptr<PairingSession> session;
 
-    // The session's threads report to this fixture until the command's end.
+    // The session's threads use this fixture until the end is reported.
     ~Fixture() {
         if (!session) return;
         if (spawner.count() > 0) command().end(ExitStatus::exited(0));
@@ -46,8 +48,7 @@ struct Fixture {
     void updated(const PairingSession::Snapshot& snapshot) {
         report(describe(snapshot.phase));
         const std::lock_guard lock(mutex);
-        if (std::holds_alternative<Ended>(snapshot.phase) && textAtTheEnd.empty())
-            textAtTheEnd = snapshot.text;
+        if (std::holds_alternative<Ended>(snapshot.phase) && endText.empty()) endText = snapshot.text;
     }
 
     bool wait(std::unique_lock<std::mutex>& lock, std::condition_variable& changed, Seconds timeout,
@@ -68,7 +69,11 @@ struct Fixture {
                 .connectedAfter = 15s,
                 .callAfter = [this](Seconds delay, auto task) { timers.postAfter(delay, std::move(task)); },
                 .onUpdate = [this](const auto& snapshot) { updated(snapshot); },
-                .onExit = [this](ExitStatus status) { report(describe(status)); },
+                .onExit =
+                    [this](ExitStatus status) {
+                        exitThread = std::this_thread::get_id();
+                        report(describe(status));
+                    },
                 .wait = std::bind_front(&Fixture::wait, this)};
     }
 
@@ -90,7 +95,7 @@ struct Fixture {
         ASSERT_TRUE(session->confirm());
     }
 
-    bool showsAtTheEnd(const std::string& text) {
+    bool textEndsWith(const std::string& text) {
         return eventually([&] { return session->snapshot().text.ends_with(text); });
     }
 
@@ -104,7 +109,7 @@ struct Fixture {
     }
 };
 
-TEST(PairingSession, findsThePromptHoweverItArrives) {
+TEST(PairingSession, findsThePromptInSeveralChunks) {
     Fixture f;
     f.start();
     for (const char* chunk : {"Hello\r\n\x1b[1mPress \x1b[3", "2mEnter\x1b[0m to conn", "ect i", "t: "}) {
@@ -116,7 +121,7 @@ TEST(PairingSession, findsThePromptHoweverItArrives) {
     EXPECT_EQ(f.session->phase(), PairingPhase(WaitingForYes{}));
 }
 
-TEST(PairingSession, pressesEnterOnceAndOnlyAtThePrompt) {
+TEST(PairingSession, typesEnterOnceAndOnlyAtThePrompt) {
     Fixture f;
     f.start();
     EXPECT_FALSE(f.session->confirm());
@@ -128,11 +133,11 @@ TEST(PairingSession, pressesEnterOnceAndOnlyAtThePrompt) {
     EXPECT_EQ(f.command().typed(), "\n");
 }
 
-TEST(PairingSession, countsAsConnectedWhenTheCommandRunsOn) {
+TEST(PairingSession, isConnectedWhenTheCommandStillRuns) {
     Fixture f;
     f.startAndConfirm();
     f.command().print(" Connecting.");
-    EXPECT_TRUE(f.showsAtTheEnd(" Connecting."));
+    EXPECT_TRUE(f.textEndsWith(" Connecting."));
     f.timers.advance(14.9s);
     EXPECT_EQ(f.session->phase(), PairingPhase(Connecting{}));
     f.timers.advance(0.1s);
@@ -140,6 +145,7 @@ TEST(PairingSession, countsAsConnectedWhenTheCommandRunsOn) {
     f.command().end(ExitStatus::exited(1));
     ASSERT_TRUE(eventually([&] { return f.hasReported("exit"); }));
     EXPECT_EQ(f.reported(), (Reports{"waitingForYes", "connecting", "connected", "exit 1"}));
+    EXPECT_EQ(f.exitThread, std::this_thread::get_id()) << "the thread that reaped the command";
 }
 
 TEST(PairingSession, endsWithTheCommandUntilItIsConnected) {
@@ -147,12 +153,12 @@ TEST(PairingSession, endsWithTheCommandUntilItIsConnected) {
     f.startAndConfirm();
     f.joined = true;
     f.command().handle()->markReaped([] { return ExitStatus::exited(0); });
-    f.timers.advance(15s);  // the command has ended, and is reported only now
+    f.timers.advance(15s);  // the command has ended, but its end is not reported yet
     f.command().end(ExitStatus::exited(0));
     EXPECT_TRUE(f.reaches(Ended{ExitStatus::exited(0)}));
 }
 
-TEST(PairingSession, cancelEndsTheCommandAndAsksWhetherItHadJoined) {
+TEST(PairingSession, cancelStopsTheCommandAndChecksTheJoinRecord) {
     const PairingPhase ended = Ended{ExitStatus::signaled(SIGTERM)};
     const std::tuple<bool, bool, PairingPhase> cases[] = {
         {true, true, Connected{}}, {true, false, ended}, {false, true, ended}};
@@ -178,7 +184,7 @@ TEST(PairingSession, cancelTakesEightSecondsAtMost) {
         if (timeout == 3s) f.clock->set(after(f.clock->now(), 3s));
         if (timeout != 5s) return;
         f.clock->set(after(f.clock->now(), 4.5s));
-        f.command().end(ExitStatus::signaled(SIGKILL));  // which waits for the last words
+        f.command().end(ExitStatus::signaled(SIGKILL));  // waits for the last output
     };
     f.session->cancel();
     EXPECT_EQ(f.waited, (std::vector<Seconds>{3s, 5s, 1s, 0.5s}));
@@ -186,36 +192,50 @@ TEST(PairingSession, cancelTakesEightSecondsAtMost) {
     EXPECT_EQ(f.reported(), (Reports{"waitingForYes", "ended (signal 9)", "signal 9"}));
 }
 
-TEST(PairingSession, waitsASecondForTheLastWords) {
+TEST(PairingSession, waitsASecondForTheLastOutputAndThenClosesTheTerminal) {
+    std::signal(SIGPIPE, SIG_IGN);
     Fixture f;
     f.startAndPrompt();
     const UniqueFd held = f.command().holdTerminal();
+    pollfd hungUp{.fd = held.get(), .events = 0, .revents = 0};
     f.duringWait = [&](Seconds) {
         EXPECT_EQ(::write(held.get(), "Gone.", 5), 5);
-        EXPECT_TRUE(f.showsAtTheEnd("Gone."));
+        EXPECT_TRUE(f.textEndsWith("Gone."));
         EXPECT_EQ(f.session->phase(), PairingPhase(WaitingForYes{}));
     };
     f.command().end(ExitStatus::exited(1));
     EXPECT_EQ(f.waited, std::vector<Seconds>{1s});
-    EXPECT_TRUE(f.textAtTheEnd.ends_with("Gone."));
+    EXPECT_TRUE(f.endText.ends_with("Gone."));
+    // The terminal no longer costs a thread and a descriptor, although it is still held open.
+    EXPECT_TRUE(eventually([&] { return ::poll(&hungUp, 1, 0) == 1; }));
 }
 
-TEST(PairingSession, noticesAnExitThatComesBeforeItHasTheHandle) {
+TEST(PairingSession, endsForAnExitBeforeTheStartReturns) {
     Fixture f;
     auto setup = f.setup();
-    // The exit is reported from another thread, as a reaper's.
-    setup.spawnPty = [&f, inner = f.spawner.spawnPty()](const auto& request, auto onExit) {
+    std::atomic<bool> isDraining = false;
+    std::atomic<bool> isDrained = false;
+    UniqueFd held;
+    f.duringWait = [&](Seconds) {
+        isDraining = true;
+        EXPECT_TRUE(eventually([&] { return isDrained.load(); }));
+    };
+    setup.spawnPty = [&, inner = f.spawner.spawnPty()](const auto& request, auto onExit) {
         auto pty = inner(request, [onExit](ExitStatus status) { std::thread(onExit, status).detach(); });
-        f.command().print("No runtime.");
+        held = f.command().holdTerminal();
         f.command().end(ExitStatus::exited(127));
+        EXPECT_TRUE(eventually([&] { return isDraining.load(); }));
         return pty;
     };
     f.session = PairingSession::start(std::move(setup)).value();
+    EXPECT_EQ(f.session->phase(), PairingPhase(Starting{})) << "the output has not ended yet";
+    EXPECT_EQ(::write(held.get(), "No runtime.", 11), 11);
+    EXPECT_TRUE(f.textEndsWith("No runtime."));
+    isDrained = true;
     EXPECT_TRUE(f.reaches(Ended{ExitStatus::exited(127)}));
-    EXPECT_EQ(f.session->snapshot().text, "No runtime.");
 }
 
-// The command was made and killed again, as where descriptors run out.
+// The command is started and killed again, as it happens when descriptors run out.
 TEST(PairingSession, reportsNothingOfAStartThatFailed) {
     Fixture f;
     auto setup = f.setup();
@@ -230,8 +250,8 @@ TEST(PairingSession, reportsNothingOfAStartThatFailed) {
     EXPECT_EQ(f.reported(), Reports());
 }
 
-// Everything that happens while a listener hears of a change waits its turn, the command's end too.
-TEST(PairingSession, letsAListenerAnswerFromInsideAnUpdate) {
+// Changes during an update are reported after it, also the command's end.
+TEST(PairingSession, canBeConfirmedFromInsideAnUpdate) {
     Fixture f;
     auto setup = f.setup();
     std::atomic<PairingSession*> listening = nullptr;
@@ -251,7 +271,7 @@ TEST(PairingSession, letsAListenerAnswerFromInsideAnUpdate) {
     EXPECT_EQ(f.reported(), (Reports{"waitingForYes", "connecting", "ended (exit 1)", "exit 1"}));
 }
 
-TEST(PairingSession, showsWhatARealCommandSaidLast) {
+TEST(PairingSession, showsTheLastOutputOfARealCommand) {
     Fixture f;
     auto setup = f.setup();
     setup.request = {.executable = "/bin/sh",
@@ -260,7 +280,7 @@ TEST(PairingSession, showsWhatARealCommandSaidLast) {
     setup.spawnPty = PtyProcess::spawn;
     f.session = PairingSession::start(std::move(setup)).value();
     EXPECT_TRUE(eventually([&] { return f.hasReported("exit 1"); }));
-    EXPECT_TRUE(f.textAtTheEnd.ends_with("The link has expired.\n"));
+    EXPECT_TRUE(f.endText.ends_with("The link has expired.\n"));
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 namespace tarnik {
 namespace {
 
-// Every text stands at every place of a block, at the very end and with more behind it.
-TEST(TerminalText, keepsTheTextAndDropsTheRest) {
+// Tests each text at each offset of a block, at the end of the input and before more text.
+TEST(TerminalText, dropsSequencesAndControlCharacters) {
     using namespace std::string_literals;
     const std::pair<std::string, std::string> cases[] = {
         {"a\r\nb", "a\nb"},
@@ -33,7 +33,7 @@ TEST(TerminalText, keepsTheTextAndDropsTheRest) {
     }
 }
 
-TEST(TerminalText, dropsAllAfterAnUnfinishedSequence) {
+TEST(TerminalText, dropsEverythingAfterAnIncompleteSequence) {
     for (const std::string text :
          {"\x1B", "\x1B[", "\x1B[1;3", "\x1B]", "\x1B]0;title", "\x1B]0;title\x1B", "\x1B]\\"}) {
         EXPECT_EQ(TerminalText::clean("ok" + text), "ok");

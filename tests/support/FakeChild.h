@@ -9,7 +9,7 @@
 
 #include "core/driver/DriverHost.h"
 #include "core/foundation/UniqueFd.h"
-#include "core/node/NodeSupervisorDeps.h"
+#include "core/node/NodeSupervisor.h"
 #include "core/process/ChildProcess.h"
 #include "core/process/PtyProcess.h"
 #include "core/process/SpawnRequest.h"

@@ -1,9 +1,7 @@
-#include "core/driver/DriverHostDeps.h"
-
 #include <thread>
 #include <utility>
 
-#include "core/driver/DriverSocketDirectory.h"
+#include "core/driver/DriverHost.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik {

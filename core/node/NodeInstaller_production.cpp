@@ -1,9 +1,5 @@
-#include "core/node/NodeInstallerDeps.h"
-
-#include <locale>
-#include <stdexcept>
-
 #include "core/foundation/TextCleanup.h"
+#include "core/node/NodeInstaller.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik {
@@ -13,7 +9,7 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t outputLimit = 65536;
 
-// An answer other than 200 is named by its address; whatever else went wrong on the way says so itself.
+// A status other than 200 is described by the address, every other error by itself.
 InstallError downloadError(const HttpError& error, const std::string& url) {
     if (error.kind == HttpError::Kind::badStatus) return InstallFailure{InstallFailure::Kind::download, url};
     return error;
@@ -32,25 +28,12 @@ std::expected<void, InstallError> httpDownload(const std::string& url, const std
     return {};
 }
 
-// bsdtar, which is macOS's tar, fails on a non-ASCII name without a UTF-8 locale. A name that the system
-// doesn't know would be reported as an error, hence the trial.
-Environment utf8Environment() {
-    for (const char* name : {"C.UTF-8", "en_US.UTF-8"}) {
-        try {
-            const std::locale known(name);
-            return {{"LC_ALL", name}};
-        } catch (const std::runtime_error&) {
-            continue;
-        }
-    }
-    return {};
-}
-
+// The environment is empty, so the user's settings can't change what tar does. Without a UTF-8 locale bsdtar
+// refuses file names that aren't ASCII, so a release must have none.
 std::expected<void, InstallError> tarExtract(const std::string& program, const std::string& archive,
                                              const std::string& folder) {
     const auto run = Spawner::run({.executable = program,
                                    .arguments = {"-xzf", archive, "-C", folder, "--strip-components=1"},
-                                   .environment = utf8Environment(),
                                    .timeout = 120s,
                                    .limit = outputLimit});
     if (!run) return std::unexpected(ToolStartError{run.error()});

@@ -1,4 +1,5 @@
-#include "core/pairing/PairingFailure.h"
+// The sentences of this folder that the user reads.
+#include "core/pairing/PairingSession.h"
 
 namespace tarnik {
 

@@ -1,6 +1,4 @@
-#include "core/node/NodeSupervisorDeps.h"
-
-#include "core/process/PtyProcess.h"
+#include "core/node/NodeSupervisor.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik {

@@ -1,4 +1,4 @@
-#include "core/pairing/PairingPhase.h"
+#include "core/pairing/PairingSnapshot.h"
 
 namespace tarnik {
 
@@ -9,14 +9,14 @@ bool isInProgress(const PairingPhase& phase) {
 }
 
 std::string describe(const PairingPhase& phase) {
-    struct Words {
+    struct Text {
         std::string operator()(const Ended& ended) const { return "ended (" + describe(ended.status) + ")"; }
         std::string operator()(const Starting&) const { return "starting"; }
         std::string operator()(const WaitingForYes&) const { return "waitingForYes"; }
         std::string operator()(const Connecting&) const { return "connecting"; }
         std::string operator()(const Connected&) const { return "connected"; }
     };
-    return std::visit(Words{}, phase);
+    return std::visit(Text{}, phase);
 }
 
 }  // namespace tarnik

@@ -1,9 +1,9 @@
-#include "core/node/NodeRuntimePin.h"
+#include "core/node/NodeRuntime.h"
 
 namespace tarnik::NodeRuntimePin {
 
-const RuntimeArchives& archives() {
-    static const RuntimeArchives pinned{
+const std::map<std::string, Archive, std::less<>>& archives() {
+    static const std::map<std::string, Archive, std::less<>> pinned{
         {"darwin-arm64",
          {.file = "node-v24.22.1-darwin-arm64.tar.gz",
           .sha256 = "89c682593d76cd44233fa53b1563264e7de9cbb189cad169135c5b4fadfbc0a7"}},
