@@ -1,21 +1,23 @@
 #pragma once
 
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 
-#include "core/foundation/Time.h"
+#include "core/foundation/Mutex.h"
 
 namespace tarnik {
 
-// Waits on `changed` for at most `timeout` until `done` returns true. Returns what `done` returns. A test
-// replaces it to make time up.
-using ConditionWait = std::function<bool(std::unique_lock<std::mutex>& lock, std::condition_variable& changed,
-                                         Seconds timeout, const std::function<bool()>& done)>;
+// Waits on `changed` for at most `timeout` until `done` returns true. Returns the result of `done`, which is
+// called with the lock held. A test with an invented clock replaces it.
+using ConditionWait = std::function<bool(MutexLock& lock, Condition& changed, Seconds timeout,
+                                         const std::function<bool()>& done)>;
 
-inline bool steadyWait(std::unique_lock<std::mutex>& lock, std::condition_variable& changed, Seconds timeout,
+inline bool steadyWait(MutexLock& lock, Condition& changed, Seconds timeout,
                        const std::function<bool()>& done) {
-    return changed.wait_until(lock, after(steadyNow(), timeout), done);
+    const TimePoint deadline = after(steadyNow(), timeout);
+    while (!done()) {
+        if (!changed.waitUntil(lock, deadline)) return done();
+    }
+    return true;
 }
 
 }  // namespace tarnik

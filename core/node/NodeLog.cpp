@@ -47,7 +47,7 @@ NodeLog::NodeLog(Passkey, std::string path, std::int64_t capBytes, Clock now)
 
 NodeLog::Output NodeLog::attach() {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (!isOpen()) return {};
     }
     auto pipe = Spawner::pipe();
@@ -55,7 +55,7 @@ NodeLog::Output NodeLog::attach() {
     const auto reader = FDReader::start(
         std::move(pipe->readEnd), [log = shared_from_this()](std::string_view chunk) { log->append(chunk); });
     if (!reader) return {};
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     lastReader_ = *reader;
     return {std::move(pipe->writeEnd), *reader};
 }
@@ -63,7 +63,7 @@ NodeLog::Output NodeLog::attach() {
 void NodeLog::drain(Seconds timeout) {
     std::shared_ptr<FDReader> reader;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         reader = lastReader_.lock();
     }
     if (reader) reader->waitForEOF(timeout);
@@ -71,7 +71,7 @@ void NodeLog::drain(Seconds timeout) {
 
 void NodeLog::append(std::string_view data) {
     if (data.empty()) return;
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (!isOpen()) return;
     if (size_ >= cap_) rotate();  // an earlier rotation has failed
     if (!file_ || size_ >= cap_) return;

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 
+#include "core/foundation/Mutex.h"
 #include "core/foundation/Time.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/process/FDReader.h"
@@ -59,22 +59,21 @@ public:
     void drain(Seconds timeout);
 
 private:
-    // Call with the lock held.
-    bool isOpen();
-    bool reopen();
-    bool open();
-    bool isAtPath() const;
-    void rotate();
+    bool isOpen() TARNIK_REQUIRES(mutex_);
+    bool reopen() TARNIK_REQUIRES(mutex_);
+    bool open() TARNIK_REQUIRES(mutex_);
+    bool isAtPath() const TARNIK_REQUIRES(mutex_);
+    void rotate() TARNIK_REQUIRES(mutex_);
 
     const std::string path_;
     const std::int64_t cap_;
     const Clock now_;
 
-    std::mutex mutex_;
-    UniqueFd file_;
-    std::int64_t size_ = 0;
-    TimePoint nextCheck_;
-    std::weak_ptr<FDReader> lastReader_;
+    Mutex mutex_;
+    UniqueFd file_ TARNIK_GUARDED_BY(mutex_);
+    std::int64_t size_ TARNIK_GUARDED_BY(mutex_) = 0;
+    TimePoint nextCheck_ TARNIK_GUARDED_BY(mutex_);
+    std::weak_ptr<FDReader> lastReader_ TARNIK_GUARDED_BY(mutex_);
 };
 
 }  // namespace tarnik

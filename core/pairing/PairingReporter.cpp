@@ -7,7 +7,7 @@ namespace tarnik {
 PairingReporter::PairingReporter(Operations operations) : operations_(std::move(operations)) {}
 
 void PairingReporter::add(const PairingPhase& phase, std::optional<ExitStatus> exit) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (changes_.empty() || changes_.back().phase != phase) {
         changes_.push_back({phase, exit});
     } else if (exit) {
@@ -16,7 +16,7 @@ void PairingReporter::add(const PairingPhase& phase, std::optional<ExitStatus> e
 }
 
 void PairingReporter::report() {
-    std::unique_lock lock(mutex_);
+    MutexLock lock(mutex_);
     if (isReporting_) return;
     isReporting_ = true;
     while (!changes_.empty()) {

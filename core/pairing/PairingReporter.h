@@ -2,9 +2,9 @@
 
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <optional>
 
+#include "core/foundation/Mutex.h"
 #include "core/pairing/PairingSnapshot.h"
 
 namespace tarnik {
@@ -26,11 +26,12 @@ public:
 
     // Queues a change, after which the session is in `phase`. `exit` is the command's exit, given once: it is
     // reported right after this change.
-    void add(const PairingPhase& phase, std::optional<ExitStatus> exit = std::nullopt);
+    void add(const PairingPhase& phase, std::optional<ExitStatus> exit = std::nullopt)
+        TARNIK_EXCLUDES(mutex_);
 
     // Reports all queued changes. Returns at once if a call is in progress already, on another thread or
     // further up this one's stack: that call reports them.
-    void report();
+    void report() TARNIK_EXCLUDES(mutex_);
 
 private:
     struct Change {
@@ -40,9 +41,9 @@ private:
 
     const Operations operations_;
 
-    std::mutex mutex_;  // guards the fields below
-    std::deque<Change> changes_;
-    bool isReporting_ = false;
+    Mutex mutex_;
+    std::deque<Change> changes_ TARNIK_GUARDED_BY(mutex_);
+    bool isReporting_ TARNIK_GUARDED_BY(mutex_) = false;
 };
 
 }  // namespace tarnik

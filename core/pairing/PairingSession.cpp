@@ -39,19 +39,19 @@ PairingSession::PairingSession(Passkey, Setup setup)
       id_(randomUuid()),
       reporter_({.snapshot =
                      [this](const Phase& phase) {
-                         const std::lock_guard lock(mutex_);
+                         const MutexLock lock(mutex_);
                          return makeSnapshot(phase);
                      },
                  .onUpdate = setup_.onUpdate,
                  .onExit = setup_.onExit}) {}
 
 PairingSession::Snapshot PairingSession::snapshot() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return makeSnapshot(phase_);
 }
 
 PairingPhase PairingSession::phase() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return phase_;
 }
 
@@ -62,7 +62,7 @@ bool PairingSession::isInProgress() const {
 bool PairingSession::confirm() {
     std::shared_ptr<PtyProcess> pty;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (phase_ != Phase(WaitingForYes{})) return false;
         setPhase(Connecting{});
         confirmedAt_ = setup_.now();
@@ -79,7 +79,7 @@ bool PairingSession::confirm() {
 void PairingSession::cancel() {
     std::shared_ptr<PtyProcess> pty;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         end_.cancelled = true;
         pty = pty_;
     }
@@ -90,23 +90,24 @@ void PairingSession::cancel() {
         return true;
     };
     const auto hasEnded = [this](Seconds timeout) {
-        return waitFor(timeout, [this] { return end_.exit.has_value(); });
+        return waitFor(timeout, [this]() TARNIK_REQUIRES(mutex_) { return end_.exit.has_value(); });
     };
     if (!runStopSequence(StopSequences::connectCommand, perform, hasEnded)) return;
     // The supervisor starts no other session before this one's end is decided.
-    waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())), [this] { return end_.decided; });
+    waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())),
+            [this]() TARNIK_REQUIRES(mutex_) { return end_.decided; });
     outputEnded();
 }
 
 bool PairingSession::mayBeInterrupted(TimePoint now, Seconds grace) const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (std::holds_alternative<Ended>(phase_)) return true;
     return confirmedAt_ && now - *confirmedAt_ >= grace;
 }
 
 void PairingSession::attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDReader> reader) {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         pty_ = std::move(pty);
         reader_ = std::move(reader);
     }
@@ -115,7 +116,7 @@ void PairingSession::attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDR
 
 void PairingSession::received(std::string_view bytes) {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         const std::size_t changed = output_.append(bytes);
         // Earlier text was searched when it arrived, but may end with the beginning of the marker.
         const std::size_t from = changed - std::min(changed, promptMarker.size());
@@ -127,10 +128,11 @@ void PairingSession::received(std::string_view bytes) {
 
 void PairingSession::commandExited(ExitStatus status) {
     {
-        std::unique_lock lock(mutex_);
+        MutexLock lock(mutex_);
         end_.exit = status;
-        changed_.notify_all();
-        setup_.wait(lock, changed_, drainTimeout, [this] { return end_.outputEnded; });
+        changed_.notifyAll();
+        setup_.wait(lock, changed_, drainTimeout,
+                    [this]() TARNIK_REQUIRES(mutex_) { return end_.outputEnded; });
         end_.outputEnded = true;
     }
     endIfComplete();
@@ -138,30 +140,34 @@ void PairingSession::commandExited(ExitStatus status) {
 
 // Does not decide the end: the thread that reports the exit waits for this and decides.
 void PairingSession::outputEnded() {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     end_.outputEnded = true;
-    changed_.notify_all();
+    changed_.notifyAll();
 }
 
 void PairingSession::endIfComplete() {
+    std::shared_ptr<PtyProcess> pty;
+    std::shared_ptr<FDReader> reader;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (!pty_ || !end_.exit || !end_.outputEnded || end_.decided) return;
+        pty = pty_;
+        reader = reader_;
         end_.decided = true;
         const bool joined = phase_ == Phase(Connecting{}) && end_.cancelled && setup_.joined();
         const bool connected = joined || phase_ == Phase(Connected{});
         setPhase(connected ? Phase(Connected{}) : Ended{*end_.exit}, end_.exit);
-        changed_.notify_all();
+        changed_.notifyAll();
     }
     // Both ends, since a descendant that holds the terminal would keep them open.
-    reader_->closeAfter(Seconds::zero());
-    pty_->closeInput();
+    reader->closeAfter(Seconds::zero());
+    pty->closeInput();
     reporter_.report();
 }
 
 void PairingSession::checkConnected() {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (phase_ != Phase(Connecting{}) || !pty_->child().isRunning()) return;
         setPhase(Connected{});
     }
@@ -169,7 +175,7 @@ void PairingSession::checkConnected() {
 }
 
 bool PairingSession::waitFor(Seconds timeout, const std::function<bool()>& done) {
-    std::unique_lock lock(mutex_);
+    MutexLock lock(mutex_);
     return setup_.wait(lock, changed_, timeout, done);
 }
 

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <condition_variable>
 #include <expected>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string_view>
 #include <variant>
@@ -100,21 +98,21 @@ private:
     void endIfComplete();
     void checkConnected();
     bool waitFor(Seconds timeout, const std::function<bool()>& done);
-    Snapshot makeSnapshot(const Phase& phase) const;
-    void setPhase(const Phase& phase, std::optional<ExitStatus> exit = std::nullopt);
+    Snapshot makeSnapshot(const Phase& phase) const TARNIK_REQUIRES(mutex_);
+    void setPhase(const Phase& phase, std::optional<ExitStatus> exit = std::nullopt) TARNIK_REQUIRES(mutex_);
 
     const Setup setup_;
     const std::string id_;
     PairingReporter reporter_;
 
-    mutable std::mutex mutex_;  // guards the fields below; taken before the child's and the reporter's locks
-    std::condition_variable changed_;   // notified when `end_` changes
-    std::shared_ptr<PtyProcess> pty_;   // null until attach(), then unchanged
-    std::shared_ptr<FDReader> reader_;  // null until attach(), then unchanged
-    TerminalBuffer output_;
-    Phase phase_ = PairingPhases::Starting{};
-    std::optional<TimePoint> confirmedAt_;
-    End end_;
+    mutable Mutex mutex_;  // locked before the child's and the reporter's, never after them
+    Condition changed_;    // notified when `end_` changes
+    std::shared_ptr<PtyProcess> pty_ TARNIK_GUARDED_BY(mutex_);   // null until attach()
+    std::shared_ptr<FDReader> reader_ TARNIK_GUARDED_BY(mutex_);  // null until attach()
+    TerminalBuffer output_ TARNIK_GUARDED_BY(mutex_);
+    Phase phase_ TARNIK_GUARDED_BY(mutex_) = PairingPhases::Starting{};
+    std::optional<TimePoint> confirmedAt_ TARNIK_GUARDED_BY(mutex_);
+    End end_ TARNIK_GUARDED_BY(mutex_);
 };
 
 }  // namespace tarnik

@@ -51,9 +51,8 @@ struct Fixture {
         if (std::holds_alternative<Ended>(snapshot.phase) && endText.empty()) endText = snapshot.text;
     }
 
-    bool wait(std::unique_lock<std::mutex>& lock, std::condition_variable& changed, Seconds timeout,
-              const std::function<bool()>& done) {
-        if (!duringWait) return changed.wait_for(lock, 20s, done);
+    bool wait(MutexLock& lock, Condition& changed, Seconds timeout, const std::function<bool()>& done) {
+        if (!duringWait) return steadyWait(lock, changed, 20s, done);
         waited.push_back(timeout);
         lock.unlock();
         duringWait(timeout);
