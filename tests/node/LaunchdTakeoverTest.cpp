@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include "core/foundation/Files.h"
 #include "tests/support/PropertyLists.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tarnik::LaunchdTakeover {
 namespace {
@@ -91,6 +93,10 @@ TEST(LaunchdTakeover, stopsTheAgentAndDeletesItsFile) {
         EXPECT_EQ(execute(ours, deps), std::get<2>(c));
         EXPECT_EQ(steps, "bootout gui/501/com.tarnik.node, print gui/501/com.tarnik.node, " + agentPath);
     }
+    const TemporaryFolder folder;
+    ASSERT_TRUE(writeFile(folder.path() + "/agent", "", 0600));
+    EXPECT_TRUE(Deps::production().removeFile(folder.path() + "/agent"));
+    EXPECT_FALSE(Deps::production().removeFile(folder.path() + "/agent"));
 }
 
 }  // namespace
