@@ -81,11 +81,13 @@ std::optional<QAbstractSlider::SliderAction> scrollActionFor(int key) {
 }  // namespace
 
 MainView::MainView(const WindowContent& content, OnIntent onIntent)
-    : onIntent_(std::move(onIntent)), content_(content), announcer_(new Announcer(this)) {
+    : onIntent_(std::move(onIntent)),
+      content_(content),
+      announcer_(new Announcer(this)),
+      scroll_(new QScrollArea(this)) {
     setAccessibleName(qtText(WindowTexts::product));
 
     // Small screens, large fonts and long failure texts can make a page taller than the window.
-    scroll_ = new QScrollArea(this);
     scroll_->setFrameShape(QFrame::NoFrame);
     scroll_->setWidgetResizable(true);
     scroll_->setFocusPolicy(Qt::NoFocus);

@@ -50,7 +50,7 @@ private:
     ConnectSection* connect_ = nullptr;  // a child, like those below
     SwitchesSection* switches_ = nullptr;
     Announcer* announcer_ = nullptr;
-    QScrollArea* scroll_ = nullptr;
+    QScrollArea* const scroll_;
     QBoxLayout* pageLayout_ = nullptr;
 };
 
