@@ -1,7 +1,11 @@
 // check-tidy.mjs BUILD: runs clang-tidy over the sources that the finished build folder BUILD compiled.
 //
-// What passed is remembered in build/tidy by the content of everything that the answer depends on, so that
-// only sources with a change in them, or in a header of theirs, are looked at again.
+// Most of the time for one source goes into the headers of the standard library, so up to 12 sources with the same
+// flags are joined into one unit; the output names the original files and lines. Sources that cannot be
+// compiled together, such as two with a helper of the same name, end up in different units.
+//
+// A source that passed is remembered in build/tidy by the content of all its inputs, and is not checked again until
+// it or one of its headers changes.
 import { execFileSync, spawn } from 'node:child_process';
 import { createHash } from 'node:crypto';
 import fs from 'node:fs';
@@ -9,18 +13,20 @@ import os from 'node:os';
 import path from 'node:path';
 
 const tool = 'clang-tidy-19';
+const unitSize = 12;
 const root = path.resolve(path.dirname(new URL(import.meta.url).pathname), '..');
 const build = path.resolve(process.argv[2]);
-const memory = path.join(root, 'build/tidy');
-// Tests and measurements are left out: most of their code is the frameworks' macros.
-const looked = ['core', 'app', 'devkit'].map((folder) => path.join(root, folder) + path.sep);
+const memory = path.join(root, 'build/tidy/passed');
+const units = path.join(root, 'build/tidy/units');
+// Tests and benchmarks are left out: most of their code is the frameworks' macros.
+const checkedFolders = ['core', 'app', 'devkit'].map((folder) => path.join(root, folder) + path.sep);
 
 const fixedInputs = [
     execFileSync(tool, ['--version'], { encoding: 'utf8' }),
     ...['.clang-tidy', 'app/views/.clang-tidy'].map((file) => fs.readFileSync(path.join(root, file), 'utf8')),
 ];
 
-// What each object was made from, of our own files. From lines like
+// Maps each object to the files of this project that it was made from. `ninja -t deps` prints:
 //   core/a.cpp.o: #deps 2, deps mtime 1 (VALID)
 //       /root/core/a.cpp
 function readDependencies() {
@@ -36,8 +42,8 @@ function readDependencies() {
     return byObject;
 }
 
-// The name under which a pass of this source is remembered; none when its inputs aren't known.
-function key(entry, dependencies) {
+// Returns the name under which a pass of this source is remembered, or undefined if its inputs are unknown.
+function keyOf(entry, dependencies) {
     const files = dependencies.get(/ -o (\S+)/.exec(entry.command)?.[1]);
     if (!files || files.some((file) => !fs.existsSync(file))) return undefined;
     const hash = createHash('sha256');
@@ -46,33 +52,118 @@ function key(entry, dependencies) {
     return hash.digest('hex');
 }
 
-function look(file) {
+function run(command, words) {
     return new Promise((resolve) => {
-        const child = spawn(tool, ['-p', build, '--quiet', file], { stdio: ['ignore', 'pipe', 'pipe'] });
-        let said = '';
-        child.stdout.on('data', (data) => (said += data));
-        child.stderr.on('data', (data) => (said += data));
-        child.on('error', (error) => resolve({ passed: false, said: String(error) }));
-        child.on('close', (code) => resolve({ passed: code === 0, said }));
+        const child = spawn(command, words, { cwd: build, stdio: ['ignore', 'pipe', 'pipe'] });
+        let output = '';
+        child.stdout.on('data', (data) => (output += data));
+        child.stderr.on('data', (data) => (output += data));
+        child.on('error', (error) => resolve({ passed: false, output: String(error) }));
+        child.on('close', (code) => resolve({ passed: code === 0, output }));
     });
 }
 
+// Several sources as one file, in a folder that clang-tidy reads like a build folder.
+class Unit {
+    constructor(number, entries) {
+        this.folder = path.join(units, String(number));
+        this.file = path.join(this.folder, 'unit.cpp');
+        this.settings = entries[0].settings;
+        this.flags = entries[0].flags;
+        this.write(entries);
+    }
+
+    // Repeats no #include of an earlier source: each source includes what it needs once.
+    write(entries) {
+        this.entries = entries;
+        this.origins = [];
+        const included = new Set();
+        const lines = entries.flatMap(({ file }) => {
+            const text = fs.readFileSync(file, 'utf8').replace(/\n$/, '').split('\n');
+            const repeated = text.map((line) => /^#include\b/.test(line) && included.has(line));
+            for (const line of text) if (/^#include\b/.test(line)) included.add(line);
+            text.forEach((_, index) => this.origins.push(`${path.relative(root, file)}:${index + 1}`));
+            return text.map((line, index) => (repeated[index] ? '' : line));
+        });
+        fs.mkdirSync(this.folder, { recursive: true });
+        // The root's .clang-tidy applies to all below; that of a folder is repeated here.
+        if (this.settings) fs.copyFileSync(this.settings, path.join(this.folder, '.clang-tidy'));
+        fs.writeFileSync(this.file, lines.join('\n') + '\n');
+        fs.writeFileSync(path.join(this.folder, 'compile_commands.json'), JSON.stringify([
+            { directory: build, file: this.file, command: `${this.flags} -c ${this.file}` },
+        ]));
+    }
+
+    // Replaces lines of the unit by those of the sources.
+    translate(output) {
+        return output.replaceAll(new RegExp(`${this.file}:(\\d+)`, 'g'), (whole, line) => this.origins[line - 1] ?? whole);
+    }
+
+    // Removes and returns the sources that do not compile behind the others.
+    async separate() {
+        const removed = [];
+        while (this.entries.length > 1) {
+            const { passed, output } = await run('sh', ['-c', `exec ${this.flags} -fsyntax-only ${this.file}`]);
+            if (passed) break;
+            const named = new Set([...this.translate(output).matchAll(/^(\S+?):\d+:\d+: (?:fatal )?error:/gm)].map(([, file]) => file));
+            const [out, kept] = [[], []];
+            for (const entry of this.entries) (named.has(path.relative(root, entry.file)) ? out : kept).push(entry);
+            if (out.length === 0 || kept.length === 0) {
+                removed.push(...this.entries.slice(1));
+                this.write(this.entries.slice(0, 1));
+                break;
+            }
+            removed.push(...out);
+            this.write(kept);
+        }
+        return removed;
+    }
+
+    async check() {
+        const { passed, output } = await run(tool, ['-p', this.folder, '--quiet', this.file]);
+        return { passed, output: this.translate(output) };
+    }
+}
+
 fs.mkdirSync(memory, { recursive: true });
+fs.rmSync(units, { recursive: true, force: true });
 const dependencies = readDependencies();
 const entries = JSON.parse(fs.readFileSync(path.join(build, 'compile_commands.json'), 'utf8'))
-    .filter((entry) => looked.some((folder) => entry.file.startsWith(folder)))
-    .map((entry) => ({ file: entry.file, key: key(entry, dependencies) }));
+    .filter((entry) => checkedFolders.some((folder) => entry.file.startsWith(folder)))
+    .map((entry) => ({
+        file: entry.file,
+        key: keyOf(entry, dependencies),
+        flags: entry.command.replace(/ -o \S+/, '').replace(/ -c \S+/, ''),
+        settings: entry.file.startsWith(path.join(root, 'app/views/')) ? path.join(root, 'app/views/.clang-tidy') : '',
+    }));
 const due = entries.filter((entry) => !entry.key || !fs.existsSync(path.join(memory, entry.key)));
-console.log(`${entries.length} sources, ${due.length} to look at`);
+console.log(`${entries.length} sources, ${due.length} to check`);
 
-let failed = 0;
+// Sources with the same flags and settings, largest group first.
+const groups = new Map();
+for (const entry of due) {
+    const kind = `${entry.settings}\0${entry.flags}`;
+    groups.set(kind, [...(groups.get(kind) ?? []), entry]);
+}
+const queue = [...groups.values()].flatMap((group) => {
+    // Equal shares: 13 sources make 7 and 6.
+    const share = Math.ceil(group.length / Math.ceil(group.length / unitSize));
+    return Array.from({ length: Math.ceil(group.length / share) }, (_, index) => group.slice(index * share, (index + 1) * share));
+}).sort((one, other) => other.length - one.length);
+
+let failed = false;
+let number = 0;
 async function work() {
-    for (let entry = due.shift(); entry; entry = due.shift()) {
-        const { passed, said } = await look(entry.file);
-        if (passed && entry.key) fs.writeFileSync(path.join(memory, entry.key), '');
-        if (!passed) {
-            failed += 1;
-            console.log(`${path.relative(root, entry.file)}\n${said}`);
+    for (let batch = queue.shift(); batch; batch = queue.shift()) {
+        const unit = new Unit(number++, batch);
+        const removed = await unit.separate();
+        if (removed.length > 0) queue.push(removed);
+        const { passed, output } = await unit.check();
+        if (passed) {
+            for (const { key } of unit.entries) if (key) fs.writeFileSync(path.join(memory, key), '');
+        } else {
+            failed = true;
+            console.log(output);
         }
     }
 }
@@ -81,4 +172,4 @@ await Promise.all(os.cpus().map(work));
 for (const name of fs.readdirSync(memory)) {
     if (!entries.some((entry) => entry.key === name)) fs.rmSync(path.join(memory, name));
 }
-process.exitCode = failed > 0 ? 1 : 0;
+process.exitCode = failed ? 1 : 0;
