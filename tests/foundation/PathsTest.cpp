@@ -12,6 +12,8 @@ TEST(Paths, standardizesWithoutFileAccess) {
     const std::pair<const char*, const char*> cases[] = {
         {"", "/"}, {"a//b/./c/../", "/a/b"}, {"/a/../../b", "/b"}, {"/.a/..b/...", "/.a/..b/..."}};
     for (const auto& [path, plain] : cases) EXPECT_EQ(standardize(path), plain) << path;
+    for (const auto& [path, parent] : {std::pair("/a", "/"), {"/a/b", "/a"}, {"/", "/"}})
+        EXPECT_EQ(parentFolder(path), parent) << path;
 }
 
 TEST(Paths, resolvesLinksOfTheExistingPart) {

@@ -137,6 +137,8 @@ TEST(PropertyList, parsesBinaryListsWithinTheLimits) {
         {"a reference to nothing", binary({binaryArray({1})})},
         {"two halves of a character", binary({binaryObject(6, 2, "\xD8\x3D\xDE\x0A")}), "\U0001F60A"},
         {"one half", binary({binaryArray({1}), binaryObject(6, 1, "\xD8\x3D")}), "other,"},
+        {"two low halves", binary({binaryArray({1}), binaryObject(6, 2, std::string("\xDC\0\xDC\0", 4))}),
+         "other,"},
         {"a key that is no string", binaryEntry(binaryArray({}))},
         {"an object beyond the end", binary({binaryObject(5, 60'000, "x")})},
         {"a count that is no number", binary({"\x5F\x51\x01x"})},

@@ -224,13 +224,15 @@ TEST(Spawner, killsAChildIfTheTerminalCannotBeOwned) {
     std::vector<UniqueFd> taken;
     do taken.push_back(UniqueFd::duplicate(0));
     while (taken.back());
+    const SpawnRequest request{.executable = "/bin/sleep", .arguments = {"60"}};
+    const auto none = PtyProcess::spawn(request, [](ExitStatus) { ADD_FAILURE(); });
     taken.resize(taken.size() - 3);
     std::promise<ExitStatus> ended;
-    const auto pty = PtyProcess::spawn({.executable = "/bin/sleep", .arguments = {"60"}},
-                                       [&](ExitStatus status) { ended.set_value(status); });
+    const auto pty = PtyProcess::spawn(request, [&](ExitStatus status) { ended.set_value(status); });
     ::setrlimit(RLIMIT_NOFILE, &before);
-    ASSERT_FALSE(pty);
+    ASSERT_TRUE(!pty && !none);
     EXPECT_EQ(pty.error(), (SystemError{"forkpty", EMFILE}));
+    EXPECT_EQ(none.error(), pty.error());
     auto status = ended.get_future();
     ASSERT_EQ(status.wait_for(limit), std::future_status::ready) << "forkpty itself failed";
     EXPECT_EQ(status.get(), ExitStatus::signaled(SIGKILL));
