@@ -7,11 +7,11 @@
 
 namespace tarnik {
 
-// Reports the signals that ask a program to end (SIGINT, SIGTERM, and SIGHUP unless it was ignored at the
-// start) by calls on a thread of its own.
+// Calls `onSignal` on a thread of its own for SIGINT and SIGTERM, and for SIGHUP unless that was ignored at
+// the start.
 //
-// Made by main() before any other thread, so that all threads inherit the blocked signals and only this one
-// receives them. Children are not affected: they start with no signal blocked.
+// main() creates it before any other thread, so that all threads inherit the blocked signals and only this
+// one receives them. Children start with no signal blocked.
 class SignalWatcher {
 public:
     using Wait = std::function<int(const sigset_t*, int*)>;  // as sigwait(3)

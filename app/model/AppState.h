@@ -16,7 +16,7 @@ namespace tarnik {
 
 namespace Setups {
 
-struct Installing {
+struct Installing {    // or looking for what is installed
     std::string text;  // the installer's latest line; empty before the first one
     bool operator==(const Installing&) const = default;
 };

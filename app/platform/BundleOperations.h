@@ -62,8 +62,8 @@ struct BundleFiles {
 
 // Operations on the other processes with our bundle identifier.
 struct OtherCopies {
-    // Returns the processes that started before this one. Of two that start together, exactly one sees the
-    // other.
+    // Returns the processes that started before this one. If two start together, exactly one of them has the
+    // other in its list.
     std::function<std::vector<OtherCopy>()> startedBefore;
 
     // Reads the process table, because AppKit's list is stale while no main loop runs.

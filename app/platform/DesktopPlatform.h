@@ -60,7 +60,8 @@ struct DesktopPlatform {
     // Sets the accessible name of the shown status item. Absent if the toolkit sets it.
     std::function<void(std::string_view name)> nameStatusItem;
 
-    // Activates the application, so that a window shown next gets the focus. Absent if the toolkit does that.
+    // Activates the application, so that a window shown next gets the focus. Absent if the toolkit activates
+    // it itself.
     std::function<void()> activate;
 
     // Registers a handler for the appearance settings. It runs on the main thread, once the settings are

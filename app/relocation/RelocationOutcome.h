@@ -10,7 +10,7 @@ namespace RelocationOutcomes {
 struct Moving {  // another copy replaces this one, which must quit now and do nothing else
     bool operator==(const Moving&) const = default;
 };
-struct Stay {
+struct Stay {  // this copy continues
     bool operator==(const Stay&) const = default;
 };
 struct StayWithMessage {  // shown in an alert after the launch

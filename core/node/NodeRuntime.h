@@ -24,7 +24,7 @@ namespace NodeRuntimePin {
 inline constexpr std::string_view version = "v24.22.1";
 inline constexpr std::string_view distBase = "https://nodejs.org/dist/v24.22.1/";  // the project's own server
 
-struct Archive {
+struct Archive {  // of one platform
     std::string file;
     std::string sha256;  // lower-case hexadecimal
 };

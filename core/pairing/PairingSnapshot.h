@@ -23,7 +23,7 @@ struct WaitingForYes {  // the prompt is printed, and the user is asked to confi
 struct Connecting {  // the user has confirmed, and Enter is typed
     bool operator==(const Connecting&) const = default;
 };
-struct Connected {
+struct Connected {  // the command still runs some time after the user confirmed
     bool operator==(const Connected&) const = default;
 };
 

@@ -17,8 +17,8 @@ namespace tarnik {
 //
 // Its reaper holds it until the child is reaped. Call from any thread.
 //
-//   from      event               to
-//   running   the child is reaped reaped, for good; no signal is sent any more
+//   from     event                to
+//   running  the child is reaped  reaped: final, signal() does nothing
 class ChildProcess {
 public:
     using OnExit = std::function<void(ExitStatus)>;

@@ -16,9 +16,9 @@ namespace tarnik {
 
 // Reads one descriptor to its end on a thread of its own, chunk by chunk.
 //
-// The end is reached only when every copy of the write end is closed, and a grandchild may keep one open for
-// ever: wait for it with a bound, and call closeAfter() once the child has ended, or each such child costs a
-// thread and a descriptor. The thread holds the reader; nobody joins it.
+// The end is reached when every copy of the write end is closed. A grandchild may keep one open for ever,
+// which costs a thread and a descriptor. So wait for the end with a bound, and call closeAfter() once the
+// child has ended. The thread holds the reader and is never joined.
 class FDReader {
 public:
     static constexpr std::size_t chunkBytes = 16384;

@@ -9,6 +9,7 @@ namespace tarnik::Relocation {
 // Upper bound for an older copy to quit before it is killed.
 inline constexpr Seconds gracefulQuitWait = Seconds(30);
 
+// How another copy was ended.
 enum class TakeoverResult { quitGracefully, neededForce, stillRunning };
 
 // The operations that end another copy: ask it to quit, wait, kill it, wait.

@@ -40,8 +40,8 @@ struct QuietWatch {
     std::optional<Driver> lastDriver;  // of the last sample that had its processor time
     std::optional<pid_t> holdersNode;  // the node of holdersSeen
     std::unordered_set<KeepAwakeHolder::Seen> holdersSeen;
-    // Set while the node's work may continue although the cap ended its holder. Reset when a holder starts
-    // after this moment, when none has for another KeepAwakeCap::maxHold, and when the node is replaced.
+    // Set when the cap ended a holder, because the node's work may continue without it. Cleared when a holder
+    // starts later, after another KeepAwakeCap::maxHold without one, and when the node is replaced.
     std::optional<ActivitySample::Moment> stretchMayContinueUntilHolderAfter;
 
     void observe(const ActivitySample& sample);

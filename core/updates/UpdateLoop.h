@@ -16,7 +16,7 @@ enum class UpdateInstallAction {
 // The rule for the installation of a downloaded update.
 namespace QuietUpdate {
 
-struct Situation {
+struct Situation {  // of an update that may be waiting
     bool updateReady = false;
     bool quiet = false;
     bool quitting = false;

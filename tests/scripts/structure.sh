@@ -17,7 +17,23 @@ refuses() {
 }
 
 mkdir -p "$tree"/core/{foundation,node} "$tree/app" "$tree/tests"
-printf '#pragma once\n#include <vector>\n' >"$tree/core/foundation/Json.h"
+cat >"$tree/core/foundation/Json.h" <<'HEADER'
+#pragma once
+#include <vector>
+// Operations, fields and callables at their limits.
+template <class T>
+class Json final : public std::vector<int> {
+public:
+    Json();
+    int a() const { return f("{;"); }
+    void b(), c(int = 1), d(std::function<void(int)> then = {});
+private:
+    void hidden(), more();
+    int a_ = 0, b_{1};
+    static constexpr int limit = 3;
+};
+enum class Kind { one, two };  // a comment may stand behind
+HEADER
 printf '#include <boost/json.hpp>\n' >"$tree/core/foundation/Json.cpp"
 printf '#include "core/pairing/JoinLink.h"\n#include <sys/stat.h>\nclass HelperNode {};\n' >"$tree/core/node/NodeState.cpp"
 printf '#include "core/node/NodeState.h"\n#include "app/platform/linux/Records.h"\n' >"$tree/app/main.cpp"
@@ -48,7 +64,12 @@ refuses core/node/NodeManager.cpp '' 'says nothing'
 refuses tests/support/old_util.h '#pragma once' 'says nothing'
 refuses core/node/A.cpp 'class CommonParts {' 'CommonParts'
 refuses core/node/A.h "#pragma once$(printf '\\n%.0s' {1..120})" 'more than 120'
-refuses core/node/A.cpp "$(printf '\\n%.0s' {1..451})" 'more than 450'
+refuses core/node/A.cpp "$(printf '\\n%.0s' {1..401})" 'more than 400'
+refuses core/node/A.cpp "void A::b() {$(printf '\\n%.0s' {1..70})}" 'A::b has 71 lines'
+refuses core/node/A.h '#pragma once\n\nclass Silent {};' 'what Silent is'
+refuses core/node/A.h "#pragma once\n// Wide.\nclass Wide {\npublic:\n$(printf 'void a();%.0s' {1..11})\n};" 'Wide has 11 operations'
+refuses core/node/A.h "#pragma once\n// Deep.\nclass Deep {\n$(printf 'int a_ = 0;%.0s' {1..11})\n};" 'Deep has 11 fields'
+refuses core/node/A.h "#pragma once\n// Deps.\nstruct Deps {\n$(printf 'std::function<void(int)> a;%.0s' {1..9})\n};" 'Deps has 9 callables'
 
 if output=$(check); then
     echo "a bad tree passed"
