@@ -161,8 +161,9 @@ TEST(AppDelegate, showsTheWindowOnceTheUserHasToAct) {
     waiting.advance(10s);
     EXPECT_EQ(windows(waiting), 1) << "the user has closed it";
 
-    Fixture asked;
-    asked.beReady();
+    Fixture asked;  // shown for both reasons
+    asked.switches = {true, true};
+    asked.install();
     asked.showsWindow = true;
     asked.launch();
     EXPECT_EQ(windows(asked), 1);

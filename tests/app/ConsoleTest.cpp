@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "app/console/DriverOutput.h"
 #include "app/texts/LinkTexts.h"
+#include "core/foundation/Files.h"
+#include "tests/support/Eventually.h"
 #include "tests/support/FakeMachine.h"
 
 namespace tarnik {
@@ -131,6 +134,19 @@ TEST(Console, completesAnInstallAfterTheEndOfInput) {
         EXPECT_TRUE(f.inputOpen) << "the install is still in progress";
     });
     EXPECT_EQ(f.ended, std::vector<int>{0});
+}
+
+TEST(Console, printsTheLinesOfTheDriver) {
+    Fixture f;
+    const UniqueFd pipe = attachDriverOutput(f.main.record(), f.output);
+    const std::string_view output = "one\ntwo\a\r\nthree";
+    ASSERT_EQ(writeAll(pipe.get(), output), output.size());
+    std::string text;
+    EXPECT_TRUE(eventually([&] {
+        text += f.printed([] {});
+        return text.contains("two");
+    }));
+    EXPECT_EQ(text, "driver one\ndriver two\n");
 }
 
 TEST(Console, printsTheWindowAsText) {

@@ -42,6 +42,7 @@ TEST(AutostartEntry, keepsAnExistingEntry) {
         {"[Desktop Entry]\nExec=tarnik\nX-GNOME-Autostart-enabled=false", false},
         {"", false},
         {"[Other]\nExec=tarnik\n", false},
+        {"Exec=tarnik\n", false},
         {"# ours\n[Desktop Entry]\r\nExec=tarnik\r\nX-GNOME-Autostart-enabled=true\n[X]\nHidden=true", true},
     };
     for (const auto& [text, isEnabled] : cases) {
