@@ -66,9 +66,9 @@ private:
     const BackgroundTasks tasks_;
     const ProgramLocation place_;
     Platform platform_;
+    std::optional<NodeHomeOwner> homeOwner_;  // outlives model_, which uses the home
     const std::shared_ptr<AppModel> model_;
     std::optional<Relocator> relocator_;
-    std::optional<NodeHomeOwner> homeOwner_;
     std::optional<AppDelegate> delegate_;
 };
 

@@ -54,10 +54,11 @@ void AppModel::change(const std::function<void(AppState&)>& edit) {
     if (home_) next.joined = home_->hasJoined();
     if (next == state_) return;
     const bool hasJustJoined = next.joined && !state_.joined;
+    const bool hasNewMessage = next.linkMessage != state_.linkMessage;
     for (const auto& observer : observers_) observer(state_, next);
     state_ = std::move(next);
-    // A refused link no longer matters to a machine that has joined.
-    if (hasJustJoined && !pairing_->isInProgress()) pairing_->dismissMessage();
+    // An earlier refusal no longer matters to a machine that has joined. One of this change was not read yet.
+    if (hasJustJoined && !hasNewMessage && !pairing_->isInProgress()) pairing_->dismissMessage();
 }
 
 void AppModel::makePairing() {
@@ -86,8 +87,8 @@ void AppModel::makePairing() {
 
 void AppModel::start(const std::function<void()>& done) {
     if (state_.stopping || running_) return;
-    if (!home_) return done();
     running_ = std::make_unique<Running>();
+    if (!home_) return done();
     const AgentTakeover takeover{
         .home = *home_, .userFolder = host_.userFolder, .launchd = deps_.launchd, .log = deps_.platform.log};
     if (!takeover.isNeeded()) return begin(done);

@@ -44,8 +44,8 @@ struct AppModelDeps {
 // Runs the application: installs the helper node, starts the node and the desktop driver, watches the privacy
 // switches, and publishes the state that the faces show.
 //
-// Owned by main(), one per run. Main thread only; no operation blocks. Blocking calls run on two queues or on
-// detached threads, and post their results to the main thread.
+// Owned by Application, one per run. Main thread only; no operation blocks. Blocking calls run on two queues
+// or on detached threads, and post their results to the main thread.
 class AppModel {
 public:
     // Called before each change of the state. Must not call the model.

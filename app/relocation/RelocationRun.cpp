@@ -15,7 +15,6 @@ namespace {
 
 using namespace Relocation::Decisions;
 
-constexpr Seconds forcedQuitWait = Seconds(5);
 constexpr Seconds quitCheckInterval = Seconds(0.1);
 
 Relocation::Launch launchOf(OwnCopy own) {
@@ -125,7 +124,6 @@ std::optional<RelocationOutcome> RelocationRun::takeOver(const OtherCopy& other)
                                                       if (!isCancelled_()) others.forceTerminate(other);
                                                   },
                                               .sleep = deps_.sleep.sleep,
-                                              .forced = forcedQuitWait,
                                               .interval = quitCheckInterval});
     note(Takeover{}, {}, {running, "result=" + std::string(nameOf(result))});
     if (result != Relocation::TakeoverResult::stillRunning) return std::nullopt;

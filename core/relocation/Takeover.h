@@ -3,11 +3,12 @@
 #include <functional>
 
 #include "core/foundation/Time.h"
+#include "core/process/StopSequence.h"
 
 namespace tarnik::Relocation {
 
 // Upper bound for an older copy to quit before it is killed.
-inline constexpr Seconds gracefulQuitWait = Seconds(30);
+inline constexpr Seconds gracefulQuitWait = StopSequences::otherCopy[0].wait;
 
 // How another copy was ended.
 enum class TakeoverResult { quitGracefully, neededForce, stillRunning };
@@ -19,7 +20,7 @@ struct TakeoverSteps {
     std::function<void()> forceTerminate;
     std::function<void(Seconds)> sleep;  // blocks the caller
     Seconds graceful = gracefulQuitWait;
-    Seconds forced;
+    Seconds forced = StopSequences::otherCopy[1].wait;
     Seconds interval;  // between two checks; zero makes takeOver check only once
 };
 

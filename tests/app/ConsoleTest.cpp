@@ -106,7 +106,12 @@ TEST(Console, pairsByATypedLink) {
     const auto paired = f.printed([&] { f.pairUpToPrompt(); });
     EXPECT_TRUE(paired.contains("pairing starting\n")) << paired;
     EXPECT_TRUE(paired.ends_with("terminal Press Enter to connect it\npairing waitingForYes\n")) << paired;
-    EXPECT_EQ(f.type("cancel"), "pairing none\nstate waitingForLink\n");
+    auto cancelled = f.type("cancel");
+    EXPECT_TRUE(eventually([&] {  // the command's end is reported by a thread of its own
+        cancelled += f.printed([] {});
+        return cancelled.contains("state waitingForLink");
+    }));
+    EXPECT_EQ(cancelled, "pairing none\nstate waitingForLink\n");
 
     f.join();
     EXPECT_TRUE(f.type(FakeMachine::link()).starts_with("offer This Mac is already connected"));

@@ -51,7 +51,9 @@ struct Fixture {
         if (std::holds_alternative<Ended>(snapshot.phase) && endText.empty()) endText = snapshot.text;
     }
 
-    bool wait(MutexLock& lock, Condition& changed, Seconds timeout, const std::function<bool()>& done) {
+    // `lock` is locked, which the analysis doesn't know of a parameter.
+    bool wait(MutexLock& lock, Condition& changed, Seconds timeout, const std::function<bool()>& done)
+        TARNIK_THREAD_ANNOTATION(no_thread_safety_analysis) {
         if (!duringWait) return steadyWait(lock, changed, 20s, done);
         waited.push_back(timeout);
         lock.unlock();
