@@ -139,7 +139,8 @@ std::optional<SystemError> DriverHost::spawn(const DriverSocketDirectory& direct
     return std::nullopt;
 }
 
-// Blocks the queue, so `running_` doesn't change. A newer call, which waits for the queue, ends the wait.
+// Blocks the queue, so `running_` doesn't change meanwhile. Returns early if a newer call waits for the
+// queue.
 DriverHost::Readiness DriverHost::awaitReadiness() const {
     const TimePoint deadline = after(deps_.now(), deps_.readinessTimeout);
     while (true) {
@@ -157,14 +158,14 @@ void DriverHost::exited(ExitStatus status) {
     log_("the desktop driver stopped unexpectedly (" + describe(status) + ")");
 }
 
-// The caller has left the state `ready`, so the endpoint is withdrawn before the driver stops.
+// The state is not `ready` here, so the endpoint was withdrawn before the driver stops.
 void DriverHost::stopRunning() {
     if (!running_) return reapStale();
     running_->child->stop(StopSequences::driver, std::move(running_->livenessWrite));
     forgetRunning();
 }
 
-// Also drops the exit report, which comes later.
+// Also drops the later exit report.
 void DriverHost::forgetRunning() {
     restarter_.endRun();
     const auto ended = std::exchange(running_, std::nullopt);
@@ -176,7 +177,8 @@ void DriverHost::reapStale() const {
                                      DriverSocketDirectory::Processes::production());
 }
 
-// After the last delay the driver stays away until a switch changes. A newer call decides by itself.
+// After the last delay the driver is not restarted until a switch changes. If a newer call waits, that call
+// decides about the restart.
 void DriverHost::scheduleRestart() {
     if (deps_.isSuperseded() || restartAttempt_ >= deps_.restartDelays.size()) return setState(State::idle);
     restarter_.restartAfter(deps_.restartDelays[restartAttempt_++]);

@@ -36,7 +36,7 @@ constexpr mode_t pidFileMode = 0600;
 constexpr mode_t permissionBits = 07777;
 constexpr std::size_t idLength = 16;
 constexpr int idAttempts = 8;
-constexpr std::size_t socketPathLimit = 104;  // Darwin's limit with the final NUL; the one of Linux is higher
+constexpr std::size_t socketPathLimit = 104;  // Darwin's limit with the final NUL; Linux's is higher
 constexpr std::size_t pidFileLimit = 64;
 constexpr const char* socketName = "cua.sock";
 constexpr const char* pidFileName = "cua.pid";
@@ -75,7 +75,8 @@ UniqueFd openFolder(int at, const std::string& name) {
     return UniqueFd(::openat(at, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
-// Sets errno on failure. Sets the mode again, since the umask removes bits and a parent folder may add some.
+// Makes a folder with exactly folderMode, whatever the umask and the parent folder's mode are. Sets errno on
+// failure.
 bool makeFolder(int at, const std::string& name) {
     if (::mkdirat(at, name.c_str(), folderMode) != 0) return false;
     if (::fchmodat(at, name.c_str(), folderMode, AT_SYMLINK_NOFOLLOW) == 0) return true;
@@ -87,8 +88,8 @@ bool makeFolder(int at, const std::string& name) {
 
 enum class WhenMissing { make, leave };
 
-// Opens the parent of the private folders for lookups. Returns a closed descriptor if it, or a folder above
-// it, doesn't exist or isn't ours. The modes of these folders are not checked, and they need not be readable.
+// Opens the parent of the private folders for lookups. Returns an empty owner if it, or a folder above it,
+// doesn't exist or isn't ours. The modes of these folders are not checked, and they need not be readable.
 UniqueFd openRoots(const std::string& applicationSupport, WhenMissing whenMissing) {
     UniqueFd folder;
     int above = AT_FDCWD;
@@ -106,7 +107,7 @@ UniqueFd openRoots(const std::string& applicationSupport, WhenMissing whenMissin
     return folder;
 }
 
-// With a trailing slash a link would be followed.
+// Removes trailing slashes, because a link with a trailing slash would be followed.
 std::string withoutTrailingSlashes(std::string path) {
     while (path.size() > 1 && path.ends_with('/')) path.pop_back();
     return path;
@@ -129,7 +130,7 @@ bool isID(std::string_view name) {
     return name.size() == idLength && isHex(name);
 }
 
-// Returns the name of the new folder.
+// Makes a folder with a random name. Returns the name, or std::nullopt on failure.
 std::optional<std::string> makeUniqueFolder(const UniqueFd& root) {
     for (int attempt = 0; attempt < idAttempts; ++attempt) {
         std::string id = randomID();
@@ -155,7 +156,7 @@ std::expected<DriverSocketDirectory, Failure> inspectNew(const UniqueFd& root,
     return made;
 }
 
-// Returns a closed descriptor if the folder was replaced.
+// Opens the folder. Returns an empty owner if the folder was replaced.
 UniqueFd openUnchanged(const DriverSocketDirectory& directory) {
     UniqueFd folder = openFolder(AT_FDCWD, directory.path);
     if (!isUnchanged(directory, statusOf(folder))) return {};
@@ -175,7 +176,7 @@ std::optional<pid_t> parsePid(std::string_view text) {
     return pid;
 }
 
-// Returns true if no driver uses the folder any more.
+// Stops the leftover driver of the folder. Returns true if no driver uses the folder any more.
 bool endDriver(const DriverSocketDirectory& directory, const std::string& expectedExecutable,
                const DriverSocketDirectory::Processes& processes) {
     const auto pid = directory.readProcessIdentifier();
@@ -188,7 +189,7 @@ bool endDriver(const DriverSocketDirectory& directory, const std::string& expect
         return program && !expectedExecutable.empty() &&
                ProcessInspection::samePath(*program, expectedExecutable);
     };
-    // On Linux an unreaped process has no executable path, so its folder stays for the next start.
+    // On Linux an unreaped process has no executable path, so its folder is kept until the next start.
     if (!runsDriver()) return false;
     const auto perform = [&](StopAction action) {
         // By the second step the pid may belong to another process.
@@ -257,7 +258,7 @@ std::optional<pid_t> DriverSocketDirectory::readProcessIdentifier() const {
 
     std::array<char, pidFileLimit> text{};
     const auto size = readInto(file, text);
-    if (!size || *size == text.size()) return std::nullopt;  // there may be more
+    if (!size || *size == text.size()) return std::nullopt;  // the file may be longer
     return parsePid({text.data(), *size});
 }
 
@@ -268,7 +269,7 @@ void DriverSocketDirectory::cleanup() const {
     if (!isUnchanged(*this, statusOf(folder))) return;
     removeOurs(folder, socketName);
     removeOurs(folder, pidFileName);
-    // Comparing and removing can't be one step, but rmdir removes an empty folder only.
+    // The comparison and the removal are not atomic, but rmdir removes only an empty folder.
     if (isUnchanged(*this, statusAt(root.get(), name))) ::unlinkat(root.get(), name.c_str(), AT_REMOVEDIR);
 }
 
@@ -306,8 +307,8 @@ bool DriverSocketDirectory::acceptsConnections(const std::string& socketPath) {
         ::fcntl(socket.get(), F_SETFL, O_NONBLOCK) != 0) {
         return false;
     }
-    // A full queue gives EAGAIN on Linux and ECONNREFUSED on Darwin. A local socket never connects later by
-    // itself (EINPROGRESS).
+    // A full queue fails with EAGAIN on Linux and with ECONNREFUSED on Darwin. A local socket never connects
+    // asynchronously (EINPROGRESS).
     return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 

@@ -10,14 +10,14 @@ namespace tarnik::ProcessInspection {
 
 namespace {
 
-// Not every system has an event for the end of a process that isn't our child.
+// Polled, because not every system has an event for the end of a process that isn't our child.
 constexpr std::chrono::milliseconds checkInterval{25};
 
 bool processExists(pid_t pid) {
     return ::kill(pid, 0) == 0 || errno == EPERM;
 }
 
-// Resolves links before "..", since removing "x/.." as text is wrong if x is a link.
+// Resolves links before "..", because removing "x/.." as text is wrong if x is a link.
 std::string resolved(const std::string& path) {
     const auto real = realPath(path);
     return real ? *real : resolvingLinks(path);

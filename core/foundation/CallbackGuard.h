@@ -7,10 +7,10 @@
 
 namespace tarnik {
 
-// Disables the callbacks of an object when the object ends.
+// Disables the callbacks of an object when the object is destroyed.
 //
-// The last field of its owner, so that it is destroyed first. The owner is destroyed on the thread that runs
-// the callbacks.
+// Declare it as the last field of its owner, so that it is destroyed first. Destroy the owner on the thread
+// that runs the callbacks.
 class CallbackGuard {
 public:
     using Task = std::function<void()>;
@@ -20,7 +20,8 @@ public:
     CallbackGuard(const CallbackGuard&) = delete;
     CallbackGuard& operator=(const CallbackGuard&) = delete;
 
-    // Returns a function that calls `callback`. Once the guard is gone it only returns a default value.
+    // Returns a function that calls `callback`. After the guard is destroyed, the function only returns a
+    // default value.
     template <typename Callback>
     auto wrap(Callback callback) const {
         return [alive = std::weak_ptr(alive_), callback = std::move(callback)](auto&&... arguments) {
@@ -30,8 +31,8 @@ public:
         };
     }
 
-    // Returns a function that posts a task with `post`. The task does nothing if the guard is gone when it
-    // runs. The function itself may be called from any thread, and after the owner has ended.
+    // Returns a function that posts a task with `post`. The task does nothing if the guard was destroyed
+    // before it runs. The function itself may be called from any thread, also after the owner was destroyed.
     std::function<void(Task)> wrapPost(std::function<void(Task)> post) const {
         return [alive = std::weak_ptr(alive_), post = std::move(post)](Task task) {
             post([alive, task = std::move(task)] {

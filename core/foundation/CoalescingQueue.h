@@ -9,13 +9,13 @@
 
 namespace tarnik {
 
-// Runs blocking calls one at a time on a serial queue, without a backlog behind a slow call: of the waiting
-// updates only the latest runs, and the end waits only for the running call.
+// Runs blocking calls one at a time on a serial queue. Updates cause no backlog behind a slow call, because
+// only the latest waiting update runs. end() drops all waiting tasks.
 //
-//   waiting   runs
+//   task      runs
 //   call      in order, before a waiting update
-//   update    after all calls; a newer update replaces it
-//   end       next; drops all others, and later ones are ignored
+//   update    after all calls; a newer update replaces a waiting one
+//   end       after the running task; waiting and later tasks are dropped
 //
 // Call from any thread. The owner closes it in its destructor, so that tasks may use the owner without
 // holding it.
@@ -30,15 +30,15 @@ public:
 
     // Drops the waiting tasks and ignores later calls and updates.
     void end();
-    // Does the same, and runs `last` after the running call.
+    // Does the same, and runs `last` after the running task.
     void end(Task last);
 
-    // For the running call. Returns true if its result is outdated: a newer update waits, or end() was
-    // called.
+    // Called by the running task. Returns true if its result is outdated, because a newer update waits or
+    // end() was called.
     bool isSuperseded() const;
     bool hasEnded() const;
 
-    // Calls end() and waits for the running call.
+    // Calls end() and waits for the running task.
     void close();
 
 private:

@@ -7,7 +7,7 @@
 namespace tarnik {
 
 // Waits on `changed` for at most `timeout` until `done` returns true. Returns the result of `done`, which is
-// called with the lock held. A test with an invented clock replaces it.
+// called with the lock held. Tests with a fake clock replace steadyWait().
 using ConditionWait = std::function<bool(MutexLock& lock, Condition& changed, Seconds timeout,
                                          const std::function<bool()>& done)>;
 

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t pieceBytes = std::size_t{1} << 20;
 
-// The functions that we use of the library.
+// The libcrypto functions that we use.
 struct Functions {
     decltype(&OPENSSL_init_crypto) start = nullptr;
     decltype(&ERR_set_mark) markErrors = nullptr;
@@ -53,8 +53,8 @@ Loaded load() {
     library.find(functions.verifyInit, "EVP_DigestVerifyInit");
     library.find(functions.verify, "EVP_DigestVerify");
     if (library.failure()) return std::unexpected(*library.failure());
-    // Effective only at the library's first use. A transfer may still run on another thread when the program
-    // exits, and the clean-up at exit would free what it uses.
+    // Disables the clean-up at exit, which would free memory that a transfer on another thread still uses.
+    // Has an effect only at the library's first use.
     if (functions.start(OPENSSL_INIT_NO_ATEXIT, nullptr) != 1)
         return std::unexpected("libcrypto can't start");
     return functions;
@@ -69,8 +69,8 @@ const Loaded& loaded() {
 using Context = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
 using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
 
-// Removes the errors that the library queues for this thread: its next user (HTTP) would report them as its
-// own.
+// Removes the errors that the library queues for this thread, because its next user (HTTP) would report them
+// as its own.
 class CleanErrors {
 public:
     explicit CleanErrors(const Functions& library) : library_(library) { library_.markErrors(); }

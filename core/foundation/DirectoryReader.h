@@ -8,20 +8,21 @@
 
 namespace tarnik {
 
-// Reads the names in a directory. For one thread.
+// Reads the names in a directory. Not thread-safe.
 class DirectoryReader {
 public:
-    // Takes over the directory's descriptor. Without one, or if it can't be read, the reader has failed.
+    // Takes ownership of the directory's descriptor. If that is empty or isn't a directory, hasFailed()
+    // returns true.
     explicit DirectoryReader(UniqueFd directory);
 
     // Returns the next name other than "." and "..", or null at the end and after a failure. The name is
     // valid until the next call.
     const char* next();
 
-    // Returns true if the names are incomplete.
+    // Returns true after a failure. Some names may be missing then.
     bool hasFailed() const { return failed_; }
 
-    // The directory's descriptor, borrowed; -1 if it could not be opened.
+    // Returns the directory's descriptor, which is borrowed, or -1 if it could not be opened.
     int descriptor() const { return stream_ ? ::dirfd(stream_.get()) : -1; }
 
 private:

@@ -21,7 +21,8 @@ std::optional<std::uint32_t> sixBits(char character) {
     return std::nullopt;
 }
 
-// Removes the padding, but at most as much as the text before it needs. A rest of it is no base64 digit.
+// Removes the padding unless there is more of it than the text needs. Excess padding is kept, so that
+// decoding fails.
 std::string_view withoutPadding(std::string_view text) {
     const std::size_t digits = text.find_last_not_of('=') + 1;  // npos + 1 is 0
     const std::size_t wanted = (4 - digits % 4) % 4;
@@ -35,7 +36,7 @@ std::optional<std::string> decodeBase64(std::string_view text) {
     if (digits.size() % 4 == 1) return std::nullopt;
     std::string bytes;
     bytes.reserve(digits.size() / 4 * 3 + 2);
-    std::uint32_t bits = 0;  // the lowest `count` are not yet written
+    std::uint32_t bits = 0;  // the lowest `count` bits are not yet written
     unsigned count = 0;
     for (const char digit : digits) {
         const auto value = sixBits(digit);

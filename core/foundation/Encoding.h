@@ -6,15 +6,16 @@
 
 namespace tarnik {
 
-// Decodes base64 text in the standard alphabet, the URL alphabet (RFC 4648, 5) or a mixture. Padding may be
-// missing, wholly or in part. Returns std::nullopt for white space, for padding that isn't needed, for an
-// impossible length, and for bits set behind the last byte: no two texts may differ only there.
+// Decodes base64 text in the standard alphabet, the URL alphabet (RFC 4648, section 5) or a mixture. All or
+// part of the padding may be missing. Returns std::nullopt for white space, for excess padding, for an
+// impossible length, and for set bits after the last byte, so that no two valid texts differ only in these
+// bits.
 std::optional<std::string> decodeBase64(std::string_view text);
 
 // Returns two lower-case hexadecimal digits for each byte.
 std::string encodeHex(std::string_view bytes);
 
-// Returns true if `text` has only lower-case hexadecimal digits.
+// Returns true if `text` contains only lower-case hexadecimal digits, also if it is empty.
 bool isHex(std::string_view text);
 
 }  // namespace tarnik

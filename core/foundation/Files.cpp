@@ -34,7 +34,7 @@ std::optional<mode_t> modeOf(const std::string& path, Links links) {
     return found.st_mode;
 }
 
-// Gives the owner access to every folder from `top` down.
+// Gives the owner full access to `top` and to every folder below it.
 void grantAccess(const fs::path& top) {
     std::vector<fs::path> waiting{top};
     while (!waiting.empty()) {
@@ -128,7 +128,7 @@ std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer
 }
 
 std::optional<std::string> readRest(const UniqueFd& file, std::size_t maxBytes) {
-    std::string bytes(maxBytes + 1, '\0');  // one more, to notice a longer file
+    std::string bytes(maxBytes + 1, '\0');  // one byte more, to detect a longer file
     const auto size = readInto(file, bytes);
     if (!size || *size > maxBytes) return std::nullopt;
     bytes.resize(*size);

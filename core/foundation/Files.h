@@ -20,7 +20,7 @@ namespace tarnik {
 std::expected<void, SystemError> createFolders(const std::string& path, mode_t mode);
 
 // Replaces the contents of the file. A new file gets `mode`, less the umask. Fails for anything but a regular
-// file, also for a link. Never blocks on a pipe.
+// file, including a link. Never blocks on a pipe.
 std::expected<void, SystemError> writeFile(const std::string& path, std::string_view bytes, mode_t mode);
 
 // Returns the contents of a regular file of at most `maxBytes`, else std::nullopt. Follows links. Never
@@ -31,20 +31,21 @@ std::optional<std::string> readFile(const std::string& path, std::size_t maxByte
 // a pipe.
 UniqueFd openRegularFile(const std::string& path);
 
-// Writes the bytes in as many calls as it takes. Returns how many were written: fewer than given if a call
-// fails or accepts nothing (EIO), with errno set. `write` is write(2).
+// Writes the bytes in as many calls as needed. Returns the number of bytes written. It is lower than
+// bytes.size(), with errno set, if a call fails or writes 0 bytes (EIO). `write` works as write(2).
 using WriteCall = ssize_t (*)(int, const void*, std::size_t);
 std::size_t writeAll(int fd, std::string_view bytes, WriteCall write = ::write);
 
-// Fills the buffer. Returns how much was read: less than the buffer holds only at the end of the file.
-// Returns std::nullopt with errno set on failure.
+// Reads until the buffer is full or the file ends. Returns the number of bytes read, or std::nullopt with
+// errno set on failure.
 std::optional<std::size_t> readInto(const UniqueFd& file, std::span<char> buffer);
 
-// Returns the rest of the file, or std::nullopt on failure or if that is more than `maxBytes`.
+// Returns the rest of the file, or std::nullopt on failure or if the rest exceeds `maxBytes`.
 std::optional<std::string> readRest(const UniqueFd& file, std::size_t maxBytes);
 
 // Removes the folder or file with all its contents, including folders that deny access to their owner.
-// Follows no link. Returns true if nothing is left. Only for folders that no other user can write to.
+// Follows no link. Returns true if the path no longer exists. Only for folders that no other user can write
+// to.
 bool removeTree(const std::string& path);
 
 // These follow links. They return false on any failure.

@@ -22,8 +22,8 @@ namespace {
 
 using Kind = HttpError::Kind;
 
-// The functions that we use of libcurl. The loaded library may be older than the headers: macOS 13.0
-// has 7.84. The oldest that works is 7.80, which added CURLOPT_PREREQFUNCTION.
+// The libcurl functions that we use. The loaded library may be older than the headers: macOS 13.0 has 7.84.
+// The oldest that works is 7.80, which added CURLOPT_PREREQFUNCTION.
 struct Curl {
     decltype(&curl_global_init) start = nullptr;
     decltype(&curl_easy_init) open = nullptr;
@@ -43,7 +43,7 @@ struct Curl {
 };
 using LoadedCurl = std::expected<Curl, std::string>;
 
-// Starts libcrypto first, without its clean-up at exit: libcurl would start it with that.
+// Starts libcrypto first, without its clean-up at exit, because libcurl would enable that.
 LoadedCurl loadCurl() {
     if (auto crypto = startCrypto(); !crypto) return std::unexpected(std::move(crypto.error()));
     Curl curl;
@@ -68,14 +68,14 @@ LoadedCurl loadCurl() {
     return curl;
 }
 
-// libcurl must be initialised once, by one thread, before any other call: a local static does that. It is
+// libcurl must be initialised once, by one thread, before any other call. A local static ensures that. It is
 // never cleaned up, since a transfer may still run when the program exits.
 const LoadedCurl& loadedCurl() {
     static const auto* const result = new LoadedCurl(loadCurl());
     return *result;
 }
 
-// libcurl's message may contain text of the server, such as a host name or a certificate's fields.
+// libcurl's message may contain text from the server, such as a host name or a certificate's fields.
 HttpError transportError(std::string_view text) {
     constexpr std::size_t longest = 200;
     return {.kind = Kind::transport, .text = sanitizedLine(text, longest)};
@@ -88,7 +88,8 @@ HttpError fileError() {
 // One GET request with its redirects. Exists for one call, on the caller's thread.
 class Transfer {
 public:
-    // Consumes a piece of the body; an error ends the transfer. Gets the announced length, if there is one.
+    // Receives a piece of the body, and the announced length if there is one. A returned error ends the
+    // transfer.
     using Sink =
         std::function<std::optional<HttpError>(std::string_view piece, std::optional<std::int64_t> total)>;
 
@@ -152,8 +153,8 @@ std::expected<void, HttpError> Transfer::get(std::string url) {
     return std::unexpected(transportError("too many redirects"));
 }
 
-// Follows redirects itself: libcurl would allow one from https over http to http, and would read a redirect's
-// own body without a limit.
+// Leaves libcurl's own redirects off, because it would follow http to https and back to http, and would read
+// the body of a redirect without a limit.
 bool Transfer::configure() {
     bool accepted = true;
     const auto set = [&](CURLoption option, auto value) {
@@ -170,7 +171,7 @@ bool Transfer::configure() {
 
     set(CURLOPT_HTTPHEADER, headers_.get());
     set(CURLOPT_USERAGENT, "tarnik");
-    set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});  // a single request gains nothing from HTTP/2
+    set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});  // HTTP/2 has no advantage for a single request
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
     set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
@@ -179,7 +180,7 @@ bool Transfer::configure() {
         set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
     }
 
-    set(CURLOPT_BUFFERSIZE, 100L << 10);  // the default of 16 KiB costs a fifth of the speed
+    set(CURLOPT_BUFFERSIZE, 100L << 10);  // the default of 16 KiB is a fifth slower
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(options_.timeout));
     set(CURLOPT_MAXFILESIZE_LARGE, curl_off_t{options_.bodyBytes});
@@ -190,12 +191,12 @@ bool Transfer::configure() {
     set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
     set(CURLOPT_WRITEDATA, this);
 
-    // Since 7.87. Without it a time-out waits for the name resolver.
+    // Available since 7.87. Without it a time-out waits for the name resolver.
     curl_.set(handle_.get(), CURLOPT_QUICK_EXIT, 1L);
     return accepted;
 }
 
-// Since 7.85 protocols are set by name; before they were bits.
+// Allows only http and https. libcurl accepts the protocols by name since 7.85, and as bits before.
 bool Transfer::takeOnlyTheWeb() {
     const char* const names = secure_ ? "https" : "http,https";
     const CURLcode result = curl_.set(handle_.get(), CURLOPT_PROTOCOLS_STR, names);
@@ -231,7 +232,7 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
     return next;
 }
 
-// Runs one request to its end. curl_easy_perform() would notice a stalled server up to a second late.
+// Runs one request to its end. curl_easy_perform() would detect a stalled server up to a second late.
 CURLcode Transfer::perform() {
     if (curl_.add(multi_.get(), handle_.get()) != CURLM_OK) return CURLE_FAILED_INIT;
     CURLcode result = CURLE_ABORTED_BY_CALLBACK;
@@ -250,8 +251,8 @@ CURLcode Transfer::perform() {
     return result;
 }
 
-// After the connection libcurl reports an answer that isn't HTTP as an unsupported protocol, and a header
-// beyond its limits as out of memory or, since 8.6, as CURLE_TOO_LARGE (100).
+// Once connected, libcurl reports a response that isn't HTTP as an unsupported protocol, and a header that
+// exceeds its limits as out of memory or, since 8.6, as CURLE_TOO_LARGE (100).
 HttpError Transfer::failure(CURLcode result) const {
     constexpr auto tooLargeCode = static_cast<CURLcode>(100);
     if (mark_ && (result == CURLE_UNSUPPORTED_PROTOCOL || result == CURLE_WEIRD_SERVER_REPLY))
@@ -267,7 +268,7 @@ HttpError Transfer::failure(CURLcode result) const {
     }
 }
 
-// Returns how many bytes were consumed; any number but all of them ends the transfer.
+// Returns the number of consumed bytes. Any number but piece.size() ends the transfer.
 std::size_t Transfer::take(std::string_view piece) {
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     if (status >= 300 && status < 400) return piece.size();
@@ -284,8 +285,8 @@ std::size_t Transfer::take(std::string_view piece) {
     return refusal_ ? 0 : piece.size();
 }
 
-// libcurl's own speed limit uses the last five seconds only, so that occasional bursts evade it. This counts
-// all received bytes, also those of headers and of a redirect's body.
+// Returns false if the transfer is too slow or too large. Counts the bytes of the body, also of a redirect's.
+// libcurl's own speed limit uses the last five seconds only, so that occasional bursts evade it.
 bool Transfer::isMoving() {
     if (!mark_) return true;
     const auto received = std::int64_t{info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T)};
@@ -306,7 +307,8 @@ bool Transfer::isMoving() {
     return true;
 }
 
-// Rounded up, and at most a second. Until connected, libcurl itself checks the time.
+// Returns the time until the transfer may count as stalled, rounded up, and at most a second. Until
+// connected, libcurl itself checks the time-out.
 std::chrono::milliseconds Transfer::untilStalled() const {
     const Seconds left = mark_ ? options_.timeout - Seconds(steadyNow() - mark_->at) : Seconds(1);
     return std::chrono::floor<std::chrono::milliseconds>(std::clamp(left, Seconds(0), Seconds(1))) +

@@ -28,12 +28,12 @@ struct HttpError {
     bool operator==(const HttpError&) const = default;
 };
 
-// Returns a short sentence for a person: "The server answered with status 404."
+// Returns a short sentence for the user: "The server answered with status 404."
 std::string describe(const HttpError& error);
 
-// Limits of a request. Name look-up, connection and TLS together must be done within `timeout`. Afterwards
-// each stretch of that length must transfer `floorBytesPerSecond` times its length, or end the body. A body
-// that is transferred faster may take any time.
+// Limits of a request. Name resolution, connection and TLS handshake together must complete within `timeout`.
+// After that the average rate over each period of `timeout` must be at least `floorBytesPerSecond`. A faster
+// transfer may take any time.
 struct HttpOptions {
     std::int64_t bodyBytes = std::int64_t{1} << 20;  // a larger body fails
     Seconds timeout = Seconds(20);
@@ -41,17 +41,18 @@ struct HttpOptions {
     std::string authorities;  // a PEM file of trusted certificate authorities; empty for the system's
 };
 
-// GET requests over http and https, through the proxies that the environment names. Blocks: call it from
-// background threads, from several at once if needed. A running request doesn't delay the program's exit.
+// Sends GET requests over http and https, through the proxies that the environment names. Blocks, so call it
+// from background threads. Several threads may call it at once. A running request doesn't delay the program's
+// exit.
 //
 // TLS is always verified. Follows at most 5 redirects, and none from https to http. Sends no cookies,
-// bypasses caches and decodes no content.
+// bypasses caches and doesn't decode compressed content.
 struct Http {
     static constexpr int maximumRedirects = 5;
     static constexpr int maximumReportsPerSecond = 10;
 
-    // Called on the downloading thread with the received bytes, and the total if the server announced it.
-    // Must not throw.
+    // Called on the downloading thread with the number of received bytes, and the total if the server
+    // announced it. Must not throw.
     using Progress = std::function<void(std::int64_t received, std::optional<std::int64_t> total)>;
 
     static HttpOptions downloadOptions() {
@@ -62,9 +63,10 @@ struct Http {
     static std::expected<std::string, HttpError> fetch(const std::string& url,
                                                        const HttpOptions& options = {});
 
-    // Stores the body at `destination`, readable for this user only, and replaces a file or link there. Until
-    // it is complete it is kept in a temporary file in the same folder. On failure that file is removed and
-    // the destination is unchanged. `progress` is called a last time after the destination was replaced.
+    // Stores the body at `destination`, readable by this user only, and replaces a file or link there. Until
+    // the body is complete, it is kept in a temporary file in the same folder. On failure that file is
+    // removed and the destination is unchanged. The last call of `progress` is made after the destination was
+    // replaced.
     static std::expected<void, HttpError> download(const std::string& url, const std::string& destination,
                                                    const HttpOptions& options = downloadOptions(),
                                                    const Progress& progress = {});

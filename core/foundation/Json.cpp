@@ -32,7 +32,7 @@ void appendEscaped(std::string& json, char character) {
     json += "\\u00" + encodeHex({&character, 1});
 }
 
-// Builds the value from the parser's events. The parser requires the names of the operations.
+// Builds the value from the parser's events. boost::json::basic_parser requires the names of the operations.
 struct JsonBuilder {
     static constexpr auto max_object_size = static_cast<std::size_t>(-1);
     static constexpr auto max_array_size = max_object_size;
@@ -116,14 +116,14 @@ private:
     }
 };
 
-// Returns the value of a JSON number if it is an integer that fits. Works on the digits, so that rounding
-// can't make it an integer.
+// Returns the value of a JSON number if it is an integer in the range of the result. Works on the digits, so
+// that rounding can't turn a fraction into an integer.
 std::optional<std::int64_t> wholeNumber(std::string_view text) {
     constexpr int maxDigits = 19;
     std::string digits(text.starts_with('-') ? "-" : "");
     const std::size_t sign = digits.size();
     const std::size_t exponentAt = std::min(text.find_first_of("eE"), text.size());
-    int zeros = 0;  // after the digits; if negative, the number of decimals
+    int zeros = 0;  // the exponent; 0 if absent
     if (exponentAt < text.size()) {
         std::string_view exponent = text.substr(exponentAt + 1);
         if (exponent.starts_with('+')) exponent.remove_prefix(1);

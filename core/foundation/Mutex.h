@@ -5,7 +5,7 @@
 
 #include "core/foundation/Time.h"
 
-// clang checks these annotations (-Wthread-safety). TARNIK_THREAD_ANNOTATION comes from
+// clang checks these annotations (-Wthread-safety). TARNIK_THREAD_ANNOTATION is defined in
 // cmake/CompileOptions.cmake: an attribute for clang, empty for other compilers.
 
 // The field is read and written only while `mutex` is locked.
@@ -17,7 +17,7 @@
 
 namespace tarnik {
 
-// A std::mutex whose use the compiler can check: that of libstdc++ has no annotations.
+// A std::mutex whose use the compiler can check, because std::mutex in libstdc++ has no annotations.
 class TARNIK_THREAD_ANNOTATION(capability("mutex")) Mutex {
     friend class MutexLock;
     std::mutex mutex_;
@@ -41,8 +41,8 @@ private:
     std::unique_lock<std::mutex> lock_;
 };
 
-// A condition variable. It takes no predicate, since the compiler doesn't know inside a lambda what is
-// locked: wait in a loop that checks the fields.
+// A condition variable. wait() takes no predicate, because inside a lambda the compiler doesn't know which
+// mutex is locked. Wait in a loop that checks the fields.
 class Condition {
 public:
     void notifyOne() { changed_.notify_one(); }

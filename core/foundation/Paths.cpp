@@ -36,7 +36,7 @@ std::string resolvingLinks(std::string_view path) {
 }
 
 std::optional<std::string> realPath(const std::string& path) {
-    if (path.contains('\0')) return std::nullopt;  // the system would ignore the rest
+    if (path.contains('\0')) return std::nullopt;  // the system would ignore the rest of the path
     struct Free {
         void operator()(char* text) const { std::free(text); }
     };

@@ -13,7 +13,7 @@ std::string standardize(std::string_view path);
 // Returns the standardized path with the links of its existing part resolved. The rest need not exist.
 std::string resolvingLinks(std::string_view path);
 
-// Returns realpath(3), or std::nullopt if nothing exists at `path`.
+// Returns the result of realpath(3), or std::nullopt on failure, for example if `path` doesn't exist.
 std::optional<std::string> realPath(const std::string& path);
 
 // Returns the parent folder of a standardized path; "/" for "/".

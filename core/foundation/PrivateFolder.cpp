@@ -16,7 +16,8 @@ constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
 constexpr mode_t permissionBits = 07777;
 
-// Returns whether the open entry is this user's, of the type `type`, and has `mode` now.
+// Sets the mode of the open entry. Returns false if that fails, or if the entry has another type or belongs
+// to another user.
 bool makePrivate(const UniqueFd& opened, mode_t type, mode_t mode) {
     struct stat found{};
     if (!opened || ::fstat(opened.get(), &found) != 0) return false;

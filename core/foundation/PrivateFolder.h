@@ -17,17 +17,17 @@ namespace tarnik {
 class PrivateFolder {
 public:
     // Creates the folder and its missing parents, and sets its mode to 0700. Returns std::nullopt if that
-    // fails or the folder belongs to another user.
+    // fails, or if the folder is a link or belongs to another user.
     static std::optional<PrivateFolder> open(const std::string& path);
 
-    // Opens the file for reading and writing and sets its mode to 0600. Creates it only with O_CREAT in
-    // `flags`.
+    // Opens the file for reading and writing and sets its mode to 0600. Creates it only if `flags` contains
+    // O_CREAT. Returns an empty owner on failure.
     UniqueFd openFile(const std::string& name, int flags) const;
 
-    // Returns the contents, or std::nullopt if they are more than `maxBytes`.
+    // Returns the contents, or std::nullopt on failure or if they exceed `maxBytes`.
     std::optional<std::string> read(const std::string& name, std::size_t maxBytes) const;
 
-    // Replaces the file atomically. On failure the old file stays.
+    // Replaces the file atomically. On failure the old file is unchanged.
     bool replace(const std::string& name, std::string_view bytes) const;
 
     void remove(const std::string& name) const;

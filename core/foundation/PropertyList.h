@@ -11,23 +11,23 @@ namespace tarnik {
 
 // A parsed property list, or a value inside one. Distinguishes dictionaries, arrays and strings only.
 //
-// A value type. Pointers to its entries are valid as long as it is.
+// A value type. Pointers to its entries are valid as long as this object.
 class PropertyList {
 public:
     struct Entry;
-    struct Other {};  // a number, a date, data, or a string of a binary list that isn't Unicode
+    struct Other {};  // a number, a date, data, or a string in a binary list that isn't valid Unicode
     using Array = std::vector<PropertyList>;
     using Dictionary = std::vector<Entry>;  // ordered by key
     using Value = std::variant<Other, std::string, Array, Dictionary>;
 
     static constexpr std::size_t maxBytes = 65'536;
-    // Limits the number of dictionaries and arrays, and so their depth. Those of a binary list count once for
-    // each reference.
+    // Upper bound for the number of dictionaries and arrays, and so for their depth. In a binary list each
+    // reference to one counts.
     static constexpr std::size_t maxContainers = 512;
 
     // Parses the XML, the binary and the old text format ("{ a = x; }"). Returns std::nullopt for anything
-    // but one complete list within these limits: a damaged file must not pass. The last of two entries with
-    // the same key wins. We have our own reader because libplist accepts damaged XML.
+    // but one complete list within these limits, so that a damaged file is rejected. The last of two entries
+    // with the same key wins. We don't use libplist, because it accepts damaged XML.
     static std::optional<PropertyList> parse(std::string_view bytes);
 
     explicit PropertyList(Value value);

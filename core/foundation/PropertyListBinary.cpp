@@ -34,7 +34,7 @@ private:
     std::optional<PropertyList> container(const Object& object);
     PropertyList::Value text(const Object& object) const;
     PropertyList::Value wideText(const Object& object) const;
-    // Reads a big-endian number. Returns std::nullopt if the file ends before it does.
+    // Reads a big-endian number. Returns std::nullopt if the number extends beyond the end of the file.
     std::optional<std::uint64_t> number(std::size_t begin, std::size_t size) const;
 
     std::string_view bytes_;
@@ -144,7 +144,7 @@ PropertyList::Value BinaryReader::text(const Object& object) const {
     return std::string(bytes);
 }
 
-// Reads UTF-16, with two units for a character beyond U+FFFF.
+// Decodes big-endian UTF-16. Returns Other for an unpaired surrogate.
 PropertyList::Value BinaryReader::wideText(const Object& object) const {
     std::string utf8;
     char32_t high = 0;

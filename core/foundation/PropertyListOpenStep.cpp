@@ -29,7 +29,7 @@ public:
     std::optional<PropertyList> document();
 
 private:
-    // These consume what their name says. They return false if it is missing or incomplete.
+    // These consume the named element. They return false if it is missing or incomplete.
     bool skip(char c);
     bool skipComments();
     bool skipData();
@@ -46,7 +46,7 @@ private:
     std::size_t containers_ = 0;
 };
 
-// Doesn't accept a lone string or dictionary entries without braces: almost any text is one of these.
+// Rejects a lone string and dictionary entries without braces, because almost any text is one of these.
 std::optional<PropertyList> OpenStepReader::document() {
     if (!skipComments() || !(rest_.starts_with('{') || rest_.starts_with('('))) return std::nullopt;
     auto list = value();
@@ -71,7 +71,8 @@ bool OpenStepReader::skipComments() {
     }
 }
 
-// Reads hexadecimal digits, two a byte, with white space between them, behind the opening bracket.
+// Consumes hexadecimal digits, two for each byte, with optional white space between them, and the closing
+// bracket.
 bool OpenStepReader::skipData() {
     const std::size_t end = rest_.find('>');
     if (end == rest_.npos) return false;
@@ -146,8 +147,8 @@ std::optional<std::string> OpenStepReader::quoted(char quote) {
     }
 }
 
-// Reads an escape sequence such as \n, \" or \U00e9. Octal numbers beyond ASCII are refused: they belong to
-// an old character set.
+// Reads an escape sequence such as \n, \" or \U00e9. Rejects octal numbers beyond ASCII, because they are
+// codes of an old character set.
 std::optional<char32_t> OpenStepReader::escape() {
     constexpr std::pair<char, char32_t> names[] = {{'a', U'\a'}, {'b', U'\b'}, {'f', U'\f'}, {'n', U'\n'},
                                                    {'r', U'\r'}, {'t', U'\t'}, {'v', U'\v'}};

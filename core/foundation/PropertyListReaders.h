@@ -5,8 +5,8 @@
 
 #include "core/foundation/PropertyList.h"
 
-// Parsers for the three formats. Each gets a whole file of at most PropertyList::maxBytes and returns
-// std::nullopt for anything but one complete list.
+// Parsers for the three formats. Each takes the contents of a file, at most PropertyList::maxBytes, and
+// returns std::nullopt for anything but one complete list.
 namespace tarnik::PropertyListReaders {
 
 inline constexpr std::string_view binaryMagic = "bplist00";

@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-// Parses the subset of XML that property lists use: no own document type, only XML's five entities, no
-// comments inside a string. Tags must be balanced, and nothing may follow the list.
+// Parses the subset of XML that property lists use: no definitions in the document type, only XML's five
+// entities, no comments inside a string. Tags must be balanced, and nothing may follow the list.
 class XmlReader {
 public:
     explicit XmlReader(std::string_view text) : rest_(text) {}
@@ -29,7 +29,7 @@ private:
         bool isEmpty = false;  // <name/>
     };
 
-    // These consume what their name says. They return false if it is missing or incomplete.
+    // These consume the named element. They return false if it is missing or incomplete.
     bool skip(std::string_view token);
     bool skipBehind(std::string_view token);
     bool skipProlog();
@@ -175,7 +175,7 @@ std::optional<PropertyList> XmlReader::dictionary(const Tag& tag) {
     return dictionaryOf(std::move(entries));
 }
 
-// Reads up to the closing tag.
+// Reads the text up to the closing tag.
 std::optional<std::string> XmlReader::text(const Tag& tag) {
     std::string text;
     while (!tag.isEmpty) {
@@ -199,7 +199,7 @@ std::optional<std::string> XmlReader::text(const Tag& tag) {
     return text;
 }
 
-// Reads a character reference behind its "&".
+// Reads a character reference after its "&".
 std::optional<char32_t> XmlReader::reference() {
     constexpr std::pair<std::string_view, char32_t> names[] = {
         {"lt;", U'<'}, {"gt;", U'>'}, {"amp;", U'&'}, {"quot;", U'"'}, {"apos;", U'\''}};

@@ -22,7 +22,7 @@ public:
 
     ~ThreadQueue() override {
         close();
-        // A task of this queue may release it last: the thread can't join itself.
+        // A task of this queue may release the last reference, and the thread can't join itself.
         if (onOwnThread())
             thread_.detach();
         else
@@ -36,7 +36,7 @@ public:
     Timer postAfter(Seconds delay, Task task) override { return state_->push(delay, std::move(task)); }
 
     void cancel(Timer timer) override {
-        std::optional<Task> dropped;  // destroyed without the lock: it may call this queue
+        std::optional<Task> dropped;  // destroyed without the lock, because it may call this queue
         const MutexLock lock(state_->mutex);
         dropped = state_->schedule.cancel(timer);
     }
@@ -96,7 +96,7 @@ private:
         }
     };
 
-    // Closes the queue. The dropped tasks are destroyed without the lock: they may call this queue.
+    // Closes the queue. The dropped tasks are destroyed without the lock, because they may call this queue.
     void dropWaiting() {
         TaskSchedule dropped;
         const MutexLock lock(state_->mutex);

@@ -10,11 +10,11 @@ namespace tarnik {
 
 // Runs tasks one after the other, in the order they were posted; delayed tasks when they are due.
 //
-// An interface, because time is an effect: the real queue has a thread and the steady clock, the queue for
-// tests has neither and is advanced by hand. Each stateful class owns one and uses its fields only on it.
+// An interface, so that tests can replace the thread and the clock: the queue for tests has neither and is
+// advanced by hand. Each stateful class owns one and uses its fields only on it.
 //
-// The owner closes it in its destructor, so that tasks may use the owner without holding it. Others, such as
-// a child's exit callback, hold the queue weakly.
+// The owner closes it in its destructor, so that tasks may use the owner without holding it. Other users,
+// such as a child's exit callback, hold a weak reference to the queue.
 class SerialQueue {
 public:
     using Task = std::function<void()>;
@@ -37,7 +37,7 @@ public:
     // queue.
     virtual void run(const Task& task) = 0;
 
-    // Drops the waiting tasks and waits for the running one, unless that is the caller.
+    // Drops the waiting tasks and waits for the running one, unless that task is the caller.
     virtual void close() = 0;
 };
 

@@ -5,20 +5,21 @@
 
 namespace tarnik {
 
-// A library that is loaded at its first use instead of with the program. It is never unloaded, so that the
-// functions found in it outlive this object.
+// A library that is loaded at its first use instead of with the program. It is never unloaded, so its
+// functions remain valid after this object is destroyed.
 //
-// Made on the stack by the one source that wraps the library. Loading may wait for the disk.
+// Made on the stack by the one source that wraps the library. Loading may block on the disk.
 class SharedLibrary {
 public:
-    // File names for the libraries that we load, in the versions that their headers describe.
+    // File names of the libraries that we load, in the versions that match their headers.
     static const char* const curlFile;
     static const char* const cryptoFile;  // of OpenSSL
 
-    // A file name without a folder is searched where the system keeps its libraries.
+    // A file name without a folder is searched in the system's library folders.
     explicit SharedLibrary(const std::string& file);
 
-    // Sets `function` to the library's function of this name. On failure sets it to null and failure().
+    // Sets `function` to the library's function of this name. On failure sets it to null and records
+    // failure().
     template <class Function>
     void find(Function*& function, const char* name) {
         function = reinterpret_cast<Function*>(symbol(name));

@@ -2,7 +2,7 @@
 
 namespace tarnik {
 
-// macOS comes with curl, but not with OpenSSL: that is in our bundle.
+// macOS includes curl, but not OpenSSL, which is in our bundle.
 const char* const SharedLibrary::curlFile = "/usr/lib/libcurl.4.dylib";
 const char* const SharedLibrary::cryptoFile = "@rpath/libcrypto.3.dylib";
 

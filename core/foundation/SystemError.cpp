@@ -6,7 +6,7 @@
 namespace tarnik {
 
 SystemError SystemError::last(const char* call, const std::string& subject) {
-    const int code = errno;  // before the text below allocates memory
+    const int code = errno;  // read first, because the allocation below may change it
     return {.call = call + (" " + subject), .code = code};
 }
 

@@ -47,7 +47,7 @@ bool isDropped(char32_t character) {
         dropped, [=](Range range) { return character >= range.first && character <= range.last; });
 }
 
-// Line ends: a space takes their place, so that words stay apart.
+// Returns true for a line end. A space replaces it, so that words stay separate.
 bool separates(char32_t character) {
     return (character >= 0x09 && character <= 0x0D) || character == 0x85 || character == 0x2028 ||
            character == 0x2029;

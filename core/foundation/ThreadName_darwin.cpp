@@ -4,7 +4,7 @@
 
 namespace tarnik {
 
-// pthread_setname_np(3) on Darwin names only the calling thread; up to 63 bytes.
+// On Darwin pthread_setname_np(3) names only the calling thread, with up to 63 bytes.
 void setThreadName(const std::string& name) {
     ::pthread_setname_np(name.substr(0, 63).c_str());
 }

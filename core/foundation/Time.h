@@ -5,10 +5,10 @@
 
 namespace tarnik {
 
-// A duration in seconds, with fractions: delays, graces, time-outs.
+// A duration in seconds, with fractions, for delays, grace periods and time-outs.
 using Seconds = std::chrono::duration<double>;
 
-// The members that std::chrono requires of a clock with nanoseconds.
+// The members that std::chrono requires of a clock with a resolution of nanoseconds.
 template <class Clock>
 struct NanosecondClock {
     using duration = std::chrono::nanoseconds;
@@ -17,17 +17,18 @@ struct NanosecondClock {
     using time_point = std::chrono::time_point<Clock, duration>;
 };
 
-// The clock of every delay, wait, time-out and quiet stretch. It ignores changes of the wall clock and stops
-// while the machine sleeps: sleep uses up no time-out, and is no quiet time that somebody watched.
-// CLOCK_MONOTONIC on Linux, CLOCK_UPTIME_RAW on Darwin, where std::chrono::steady_clock counts sleep.
+// The clock for all delays, waits, time-outs and idle periods. It ignores changes of the wall clock. It stops
+// while the machine sleeps, so that sleep counts neither towards a time-out nor as idle time. It is
+// CLOCK_MONOTONIC on Linux, and CLOCK_UPTIME_RAW on Darwin, where std::chrono::steady_clock counts sleep.
 struct SteadyClock : NanosecondClock<SteadyClock> {
     static constexpr bool is_steady = true;
     static time_point now();
 };
 using TimePoint = SteadyClock::time_point;
 
-// The clock by which the system records when a process starts: for the ages of processes, not for delays. It
-// counts sleep. On Linux it starts with the boot and can't be set; on Darwin it is the wall clock.
+// The clock of the start times that the system records for processes. Use it for the ages of processes, not
+// for delays. It counts sleep. On Linux it starts with the boot and can't be set; on Darwin it is the wall
+// clock.
 struct ProcessClock : NanosecondClock<ProcessClock> {
     static constexpr bool is_steady = false;
     static time_point now();

@@ -12,7 +12,7 @@ void UniqueFd::reset(int fd) {
     fd_ = fd;
     if (held < 0) return;
     const int error = errno;
-    // Not retried on EINTR: the number is free in any case, and another thread may already use it.
+    // Not retried on EINTR, because the number is free in any case and another thread may already use it.
     ::close(held);
     errno = error;
 }

@@ -28,7 +28,7 @@ public:
         return fd;
     }
 
-    // Closes the owned descriptor and owns `fd`. Preserves errno.
+    // Closes the owned descriptor and takes ownership of `fd`. Preserves errno.
     void reset(int fd = -1);
 
     // Returns a second descriptor for the same open file, close-on-exec and above 2. On failure returns an

@@ -32,7 +32,8 @@ std::string decoded(std::string_view text) {
     return boost::urls::pct_string_view(text.data(), text.size()).decode(plusIsAPlus);
 }
 
-// The library's own iteration over an empty query before a fragment reads beyond the text.
+// We split the query ourselves, because Boost's iteration over an empty query before a fragment reads beyond
+// the text.
 std::vector<Url::QueryItem> itemsOf(std::string_view query) {
     std::vector<Url::QueryItem> items;
     while (!query.empty()) {
@@ -64,12 +65,13 @@ std::optional<Url> Url::parse(std::string_view text) {
     }
     url.hasUserInfo_ = parsed->has_userinfo();
 
-    // The path ends where query or fragment start. The library doesn't report the place of an empty path.
+    // The path ends where the query or the fragment starts. Boost doesn't report the position of an empty
+    // path.
     const std::size_t pathEnd = std::min(text.find_first_of("?#"), text.size());
     url.pathSize_ = parsed->encoded_path().size();
     url.pathAt_ = pathEnd - url.pathSize_;
-    // The library accepts a path directly behind the host: http://127.0.0.1.example/ would have the host
-    // 127.0.0.1, and http://h@g@i/ the host g.
+    // Boost accepts a path directly after the host: http://127.0.0.1.example/ would have the host 127.0.0.1,
+    // and http://h@g@i/ the host g.
     if (parsed->has_authority() && url.pathSize_ > 0 && !url.path().starts_with('/')) return std::nullopt;
     if (parsed->has_query()) {
         const std::size_t queryEnd = std::min(text.find('#'), text.size());

@@ -39,8 +39,8 @@ public:
     // Returns the URL as it was parsed.
     const std::string& text() const { return text_; }
 
-    // Returns the URL with `component` appended to its path behind exactly one slash. Characters that a
-    // component can't contain, including the slash, are escaped. Query and fragment stay.
+    // Returns the URL with `component` appended to its path after exactly one slash. Characters that a
+    // component can't contain, including the slash, are escaped. Query and fragment are kept.
     Url appending(std::string_view component) const;
 
     bool operator==(const Url&) const = default;

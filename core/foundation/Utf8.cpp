@@ -34,7 +34,7 @@ std::size_t asciiPrefix(std::string_view text) {
     return length;
 }
 
-// The start of a text that isn't empty: a character, or the bytes that one U+FFFD replaces.
+// The first character of a text that isn't empty, or the bytes that one U+FFFD replaces.
 struct Sequence {
     std::size_t length;
     bool valid;

@@ -56,12 +56,12 @@ std::expected<void, NodeHome::ClaimFailure> NodeHome::claim() const {
     if (isLink(path) && !claimed) return refuse(isALink);
     if (isThere && !isFolder(path)) return refuse(notAFolder);
     if (claimed) return {};
-    // A command-line install leaves these in the default folder.
+    // A command-line install creates these in the default folder.
     const bool mayAdopt = isDefault && (exists(wrapper()) || exists(joinRecord()));
     if (isThere && holdsEntries(path) && !mayAdopt) return refuse(holdsOtherFiles);
 
     if (auto made = createFolders(path, folderMode); !made) return std::unexpected(made.error());
-    // A plain write: a marker that a kill cut short counts, since its content is never read.
+    // The write need not be atomic, because the content of the marker is never read.
     if (auto marked = writeFile(marker(), markerText, markerMode); !marked)
         return std::unexpected(marked.error());
     return {};

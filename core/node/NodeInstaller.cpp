@@ -46,8 +46,8 @@ struct NodeInstaller::Sources {
 };
 
 // The staging folder of one install. It is inside the node home, so that a rename can move its contents into
-// place, and is removed by the destructor. One that a killed install left stays: another copy may be using
-// it.
+// place, and is removed by the destructor. The folder of a killed install is not removed, because another
+// instance may be using it.
 class NodeInstaller::Stage {
 public:
     explicit Stage(const NodeHome& home)
@@ -91,7 +91,7 @@ std::optional<std::string> NodeInstaller::installedVersion() const {
     return version != nullptr ? version->asString() : std::nullopt;
 }
 
-// Makes every check that needs no change of the disk.
+// Makes all checks that are possible without a change of the disk.
 std::expected<NodeInstaller::Sources, InstallError> NodeInstaller::chooseSources() const {
     if (!settings_.releaseBase || !settings_.releasePublicKey) return fail(Kind::notPublished);
     const auto body = deps_.fetch(settings_.releaseBase->appending("stable.json").text());
@@ -171,7 +171,7 @@ std::expected<void, InstallError> NodeInstaller::installPackage(const Sources& s
     return replace(home_.appDir(), unpacked, stage);
 }
 
-// The old folder is renamed away and not removed in place: a half-removed package could look like an
+// Renames the old folder instead of removing it in place, because a partly removed package could look like an
 // installed one.
 std::expected<void, InstallError> NodeInstaller::replace(const std::string& target, const std::string& staged,
                                                          const Stage& stage) const {

@@ -9,7 +9,7 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t outputLimit = 65536;
 
-// A status other than 200 is described by the address, every other error by itself.
+// Reports a bad status with the URL, and every other error unchanged.
 InstallError downloadError(const HttpError& error, const std::string& url) {
     if (error.kind == HttpError::Kind::badStatus) return InstallFailure{InstallFailure::Kind::download, url};
     return error;
@@ -28,8 +28,8 @@ std::expected<void, InstallError> httpDownload(const std::string& url, const std
     return {};
 }
 
-// The environment is empty, so the user's settings can't change what tar does. Without a UTF-8 locale bsdtar
-// refuses file names that aren't ASCII, so a release must have none.
+// The environment contains only PATH, so the user's settings can't change the behaviour of tar. Without a
+// UTF-8 locale bsdtar rejects file names that aren't ASCII, so a release must not contain such names.
 std::expected<void, InstallError> tarExtract(const std::string& program, const std::string& archive,
                                              const std::string& folder) {
     const auto run = Spawner::run({.executable = program,

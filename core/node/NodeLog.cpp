@@ -73,13 +73,14 @@ void NodeLog::append(std::string_view data) {
     if (data.empty()) return;
     const MutexLock lock(mutex_);
     if (!isOpen()) return;
-    if (size_ >= cap_) rotate();  // an earlier rotation has failed
+    if (size_ >= cap_) rotate();  // an earlier rotation failed
     if (!file_ || size_ >= cap_) return;
     size_ += static_cast<std::int64_t>(writeAll(file_.get(), data));
     if (size_ >= cap_) rotate();
 }
 
-// Checks the path once per checkInterval only, since a check costs as much as a short write.
+// Returns true if the log can be written; reopens it if the path has another file. Checks the path only once
+// per checkInterval, because a check costs as much as a short write.
 bool NodeLog::isOpen() {
     if (!file_) return reopen();
     const TimePoint now = now_();
@@ -96,7 +97,7 @@ bool NodeLog::reopen() {
     return static_cast<bool>(file_);
 }
 
-// Replaces the open file by the file at the path, which is created if need be.
+// Closes the open file and opens the file at the path, which is created if it is missing.
 bool NodeLog::open() {
     // If the folder can't be created, opening the file fails.
     [[maybe_unused]] const auto made = createFolders(parentFolder(path_), folderMode);
@@ -107,7 +108,7 @@ bool NodeLog::open() {
     return static_cast<bool>(file_);
 }
 
-// Returns true if the open file is the file at the path, or if the system can't tell.
+// Returns true if the open file is the file at the path, or if that is unknown.
 bool NodeLog::isAtPath() const {
     struct stat opened = {};
     struct stat found = {};
@@ -116,13 +117,13 @@ bool NodeLog::isAtPath() const {
     return opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
 }
 
-// Truncates a file that can't be renamed, for example because the older copy's path is a folder. So the file
-// never exceeds the cap by more than one chunk.
+// Renames the file to the older copy and opens a new one. Truncates a file that can't be renamed, for example
+// because the older copy's path is a folder. So the file never exceeds the cap by more than one chunk.
 void NodeLog::rotate() {
     // If the open file is no longer at the path, the older copy is kept.
     if (isAtPath()) {
         const std::string older = path_ + ".1";
-        // On ext4 a rename that replaces a file writes the new file to the disk first.
+        // Removed first, because on ext4 a rename that replaces a file flushes the new file to the disk.
         ::unlink(older.c_str());
         if (::rename(path_.c_str(), older.c_str()) != 0 && errno != ENOENT) {
             if (::ftruncate(file_.get(), 0) == 0) size_ = 0;

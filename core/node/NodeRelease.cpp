@@ -48,7 +48,7 @@ bool isLowerHex(std::string_view text, std::size_t digits) {
            std::ranges::all_of(text, [](char c) { return isDigit(c) || (c >= 'a' && c <= 'f'); });
 }
 
-// Returns true for a file name that stays in its folder and isn't hidden.
+// Returns true for a plain file name: letters, digits, ".", "_" and "-", without a folder, and not hidden.
 bool isBareFileName(std::string_view text) {
     constexpr std::size_t maxLength = 200;
     if (text.empty() || text.size() > maxLength || text.front() == '.') return false;

@@ -4,7 +4,7 @@ namespace tarnik {
 
 namespace {
 
-// Rounds to milliseconds. Always writes a decimal point, which printf would take from the locale.
+// Rounds to milliseconds. Always writes a decimal point; printf would write the locale's separator.
 std::string secondsText(Seconds seconds) {
     const auto total = std::chrono::round<std::chrono::milliseconds>(seconds).count();
     std::string text = std::to_string(total / 1000);

@@ -103,7 +103,7 @@ std::optional<SystemError> NodeSupervisor::spawnNode() {
 
     auto child = deps_.spawn(request, [this, run = restarter_.beginRun(), started = deps_.now(),
                                        reader = output.reader, grace = deps_.outputGrace](ExitStatus status) {
-        // A descendant that holds the output open would cost a thread and a descriptor until it ends.
+        // Closes the output, because a descendant that holds it open would cost a thread and a descriptor.
         if (const auto open = reader.lock()) open->closeAfter(grace);
         run.post([this, status, started] { exited(status, deps_.now() - started, RunKind::normal); });
     });
@@ -124,7 +124,7 @@ void NodeSupervisor::stopCurrent() {
     }
 }
 
-// Returns what ran. Its later events, such as its exit report, are ignored.
+// Returns the current run and clears it. Its later events, such as its exit report, are ignored.
 NodeSupervisor::Current NodeSupervisor::takeCurrent() {
     restarter_.endRun();
     cancelPairingCheck();
@@ -145,10 +145,12 @@ void NodeSupervisor::scheduleRestart(Seconds ranFor) {
     restarter_.restartAfter(delay);
 }
 
-// what runs     effect of another endpoint
-// nothing       the next start uses it
-// the node      it is restarted, and the backoff is reset
-// a pairing     the node is started in its place once the pairing may be interrupted
+// Called after a change of the endpoint.
+//
+//   current_    effect
+//   monostate   the next start uses the new endpoint
+//   Node        the node is restarted, and the backoff is reset
+//   Pairing     the node is started in its place once the pairing may be interrupted
 void NodeSupervisor::restartForNewEnvironment() {
     if (std::holds_alternative<Node>(current_)) {
         stopCurrent();
@@ -186,7 +188,7 @@ NodeSupervisor::PairingStart NodeSupervisor::startPairing(const std::string& joi
     if (deps_.isEnding()) return std::unexpected(SystemError{.call = "connect", .code = ECANCELED});
     auto session = PairingSession::start(pairingSetup(joinURL, std::move(onUpdate)));
     if (!session) {
-        // The node was stopped for this pairing, so the ordinary restart rule brings it back.
+        // The node was stopped for this pairing, so it is restarted as after a short run.
         restarter_.endRun();
         scheduleRestart(Seconds::zero());
         return std::unexpected(session.error());
@@ -205,7 +207,7 @@ PairingSession::Setup NodeSupervisor::pairingSetup(const std::string& joinURL, O
             .now = deps_.now,
             .joined = [home = home_] { return home.hasJoined(); },
             .connectedAfter = deps_.connectedAfter,
-            // The check for `connected` runs on this queue, since it has a clock.
+            // The check for `connected` runs on this queue, because the queue has a clock.
             .callAfter =
                 [weak = std::weak_ptr(queue_)](Seconds delay, std::function<void()> task) {
                     if (const auto queue = weak.lock()) queue->postAfter(delay, std::move(task));

@@ -1,4 +1,4 @@
-// The sentences of this folder that the user reads.
+// The texts of this folder that are shown to the user.
 #include "core/node/NodeTexts.h"
 
 #include "core/node/InstallFailure.h"

@@ -54,7 +54,8 @@ bool isJoinAddress(const Url& url, std::string_view code) {
 
 std::optional<std::string> findCode(std::string_view text, const Url& webOrigin) {
     if (isCode(text)) return std::string(text);
-    // Query and fragment of a web link are not parsed, so they may hold characters that no address may.
+    // Query and fragment of a web link are not parsed, so they may contain characters that are invalid in a
+    // URL.
     const auto link = Url::parse(text.substr(0, text.find_first_of("?#")));
     if (!link) return std::nullopt;
     if (link->scheme() != TarnikIdentity::urlScheme) return codeOfWebLink(*link, webOrigin);

@@ -11,8 +11,8 @@ namespace tarnik {
 using namespace PairingPhases;
 
 std::expected<std::shared_ptr<PairingSession>, SystemError> PairingSession::start(Setup setup) {
-    // The session exists before its command, so that even an immediate exit is recorded. It reports no end
-    // until it is attached.
+    // The session exists before its command, so that even an immediate exit is recorded. It doesn't report
+    // its end until it is attached.
     auto session = std::make_shared<PairingSession>(Passkey{}, std::move(setup));
     auto pty = session->setup_.spawnPty(session->setup_.request,
                                         [session](ExitStatus status) { session->commandExited(status); });
@@ -93,7 +93,7 @@ void PairingSession::cancel() {
         return waitFor(timeout, [this]() TARNIK_REQUIRES(mutex_) { return end_.exit.has_value(); });
     };
     if (!runStopSequence(StopSequences::connectCommand, perform, hasEnded)) return;
-    // The supervisor starts no other session before this one's end is decided.
+    // Returns only after the end is decided, because the supervisor may start another session next.
     waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())),
             [this]() TARNIK_REQUIRES(mutex_) { return end_.decided; });
     outputEnded();
@@ -138,7 +138,7 @@ void PairingSession::commandExited(ExitStatus status) {
     endIfComplete();
 }
 
-// Does not decide the end: the thread that reports the exit waits for this and decides.
+// Does not decide the end of the session. The thread in commandExited() waits for this and decides.
 void PairingSession::outputEnded() {
     const MutexLock lock(mutex_);
     end_.outputEnded = true;
@@ -159,7 +159,7 @@ void PairingSession::endIfComplete() {
         setPhase(connected ? Phase(Connected{}) : Ended{*end_.exit}, end_.exit);
         changed_.notifyAll();
     }
-    // Both ends, since a descendant that holds the terminal would keep them open.
+    // Closes both descriptors, because a descendant that holds the terminal would keep them open.
     reader->closeAfter(Seconds::zero());
     pty->closeInput();
     reporter_.report();
@@ -184,8 +184,8 @@ PairingSession::Snapshot PairingSession::makeSnapshot(const Phase& phase) const 
     return {.sessionID = id_, .phase = phase, .text = output_.text(), .textStart = output_.textStart()};
 }
 
-// The only place that sets the phase. Called with the lock held for every change, also for one that leaves
-// the phase unchanged. The caller reports it once the lock is released.
+// The only place that sets the phase. Called with the lock held for every change, including one that leaves
+// the phase unchanged. The caller reports the change after it has released the lock.
 void PairingSession::setPhase(const Phase& phase, std::optional<ExitStatus> exit) {
     phase_ = phase;
     reporter_.add(phase, exit);

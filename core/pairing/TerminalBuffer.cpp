@@ -10,7 +10,7 @@ std::size_t TerminalBuffer::append(std::string_view bytes) {
     kept_ += decoded;
     characters_.append(decoded);
     cleaner_.append(decoded, text_);
-    // The limit is in bytes and the cut in characters, so a cut always leaves enough text to read.
+    // The limit is in bytes, but a cut keeps a number of characters, so enough text always remains.
     if (kept_.size() <= maxTextBytes) return before;
     const std::size_t dropped = cut(characters_.start() - keptStart_);
     if (kept_.size() <= maxKeptBytes) return before - std::min(before, dropped);
@@ -25,7 +25,7 @@ std::size_t TerminalBuffer::cut(std::size_t bytes) {
     cleaner.append(std::string_view(kept_).substr(0, bytes), dropped);
     kept_.erase(0, bytes);
     keptStart_ += bytes;
-    if (cleaner.isInSequence()) {  // the cut splits a sequence, whose rest is text now
+    if (cleaner.isInSequence()) {  // the cut splits a sequence, the rest of which is text now
         const std::size_t all = text_.size();
         cleanAgain();
         return all;
@@ -35,8 +35,9 @@ std::size_t TerminalBuffer::cut(std::size_t bytes) {
     return dropped.size();
 }
 
-// A character may have any number of combining marks, so keptCharacters alone doesn't bound the memory.
-// Keeping half makes the cost of cleaning again linear in the input.
+// Keeps only the last maxKeptBytes / 2 bytes. keptCharacters alone doesn't bound the memory, because a
+// character may have any number of combining marks. Dropping half makes the total cost of cleaning again
+// linear in the input.
 void TerminalBuffer::shorten() {
     std::size_t from = kept_.size() - maxKeptBytes / 2;
     while (from < kept_.size() && (static_cast<unsigned char>(kept_[from]) & 0xC0U) == 0x80) ++from;
@@ -47,7 +48,7 @@ void TerminalBuffer::shorten() {
     cleanAgain();
 }
 
-// Keeps the position of the text's end in the whole output.
+// Cleans the kept output again. The end of the text keeps its position in the whole output.
 void TerminalBuffer::cleanAgain() {
     const std::uint64_t end = textStart_ + text_.size();
     text_.clear();

@@ -50,7 +50,7 @@ struct Marks {
 };
 
 // Cleans one piece of text from one buffer into another of at least its size. The output position never
-// overtakes the input position, so copying more than is kept is harmless: later output overwrites it.
+// overtakes the input position, so copying too much is harmless: later output overwrites the excess.
 class Pass {
 public:
     using State = Cleaner::State;
@@ -66,7 +66,7 @@ public:
         return out_;
     }
 
-    // Returns the sequence that the end of the text is in.
+    // Returns the kind of sequence that is incomplete at the end of the text.
     State state() const { return state_; }
 
 private:
@@ -74,7 +74,7 @@ private:
 
     std::size_t left() const { return static_cast<std::size_t>(end_ - in_); }
 
-    // Continues the sequence that the end of the last piece is in.
+    // Continues the sequence that was incomplete at the end of the previous piece.
     void resume() {
         switch (std::exchange(state_, State::text)) {
             case State::text: return;
@@ -85,7 +85,7 @@ private:
         }
     }
 
-    // Reads the next block, and the rest of a sequence that extends beyond it.
+    // Cleans the next block, and skips the rest of a sequence that extends beyond it.
     void cleanBlock() {
         const char* const block = in_;
         const Marks marks(block);
@@ -102,7 +102,7 @@ private:
         copy(static_cast<std::size_t>(block + blockBytes - in_));
     }
 
-    // Copies whole pieces, so up to one piece more than `count`.
+    // Copies in pieces of pieceBytes, so it may copy one piece more than `count`.
     void copy(std::size_t count) {
         std::size_t done = 0;
         do {

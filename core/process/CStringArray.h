@@ -7,15 +7,16 @@
 
 namespace tarnik {
 
-// A null-terminated array of C strings, as exec takes its arguments and environment. Owns the text.
+// A null-terminated array of C strings, the form in which exec takes arguments and environment. Owns the
+// text.
 //
-// Made before a fork, because the child must not allocate.
+// Make it before a fork, because the child must not allocate.
 class CStringArray {
 public:
-    // The executable's path, then the arguments.
+    // Returns the executable's path followed by the arguments.
     static CStringArray arguments(const SpawnRequest& request);
 
-    // KEY=value, in ascending order of the keys.
+    // Returns strings of the form KEY=value, in ascending order of the keys.
     static CStringArray environment(const Environment& environment);
 
     // Not copyable: the pointers of a copy would refer to the original.

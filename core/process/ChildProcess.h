@@ -13,7 +13,7 @@
 
 namespace tarnik {
 
-// The shared handle of a started child: its exit status, once known, and the only way to signal it.
+// A shared handle of a started child. Provides its exit status and the only way to signal it.
 //
 // Its reaper holds it until the child is reaped. Call from any thread.
 //
@@ -26,7 +26,7 @@ public:
     using RealTime = std::function<Seconds(Seconds)>;
 
     // `kill` sends a signal to a process that has not been reaped, as kill(2). `realTime` converts a time-out
-    // to the time to block; a test with an invented clock replaces it.
+    // to the time to block; tests with a fake clock replace it.
     explicit ChildProcess(pid_t pid);
     ChildProcess(pid_t pid, Kill kill, RealTime realTime = std::identity());
 
@@ -37,15 +37,15 @@ public:
     // Waits at most `timeout`. Returns std::nullopt if the child still runs then.
     std::optional<ExitStatus> waitForExit(Seconds timeout) const;
 
-    // Does nothing after the child was reaped, so that it never hits a reused pid.
+    // Does nothing after the child was reaped, so that a reused pid is never signalled.
     void signal(int number);
 
-    // Runs the steps until the child has ended. `input` is closed by the step closeInput, or on return.
-    // Blocks for up to totalWait(steps), and returns then even if the child still runs.
+    // Runs the steps until the child has ended. Closes `input` in the step closeInput, else on return. Blocks
+    // for up to totalWait(steps), and returns then even if the child still runs.
     void stop(StopSequence steps, UniqueFd input = {});
 
-    // For the reaper. Calls `reap`, which must not wait, and stores its result, both under the lock that
-    // signal() takes. Call it once.
+    // Called once, by the reaper. Calls `reap`, which must not block, and stores its result, both under the
+    // lock that signal() takes.
     void markReaped(const std::function<ExitStatus()>& reap);
 
 private:

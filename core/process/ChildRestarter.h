@@ -14,11 +14,11 @@ namespace tarnik {
 // it destroys this.
 class ChildRestarter {
 public:
-    // One run of the child, as its callbacks on other threads know it. May outlive the restarter.
+    // A handle of one run of the child, for its callbacks on other threads. May outlive the restarter.
     class Run {
     public:
-        // Posts `task` to the queue. It is dropped if the run is no longer the current one by then. Call from
-        // any thread.
+        // Posts `task` to the queue. When the task is due, it is dropped if the run is no longer the current
+        // one. Call from any thread.
         void post(SerialQueue::Task task) const;
 
     private:
@@ -36,7 +36,7 @@ public:
     // Ends the current run, if there is one.
     void endRun();
 
-    // Schedules a restart in place of a pending one, so at most one is ever pending.
+    // Schedules a restart and cancels a pending one, so that at most one is pending.
     void restartAfter(Seconds delay);
     void cancelRestart();
 

@@ -16,11 +16,12 @@ Environment currentEnvironment();
 // Returns the value of the variable; empty if it isn't set.
 std::string environmentValue(const Environment& environment, const std::string& name);
 
-// Returns the environment without the variables whose names begin with one of `prefixes`: those that are
-// meant for this program must not affect a child.
+// Returns the environment without the variables whose names begin with one of `prefixes`. Used to keep
+// variables for this program out of a child's environment.
 Environment withoutPrefixes(Environment environment, std::span<const std::string_view> prefixes);
 
-// Returns the user's home directory by the passwd entry, for use where HOME isn't set; "/" without an entry.
+// Returns the user's home directory from the passwd entry, for use if HOME isn't set. Returns "/" if there is
+// no entry or its path isn't absolute.
 std::string homeDirectory();
 
 }  // namespace tarnik

@@ -61,8 +61,8 @@ void FDReader::read(UniqueFd fd, const OnData& onData) {
     done_.notifyAll();
 }
 
-// Returns false at the time to close, even if there is more to read. Returns true if the system can't poll
-// the descriptor: the read waits then.
+// Waits until the descriptor is readable. Returns false once closeAt_ has passed, even if there is more to
+// read. Returns true if the system can't poll the descriptor; the read blocks then.
 bool FDReader::waitReadable(const UniqueFd& fd) const {
     while (true) {
         const auto closeAt = this->closeAt();

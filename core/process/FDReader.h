@@ -17,8 +17,8 @@ namespace tarnik {
 // Reads one descriptor to its end on a thread of its own, chunk by chunk.
 //
 // The end is reached when every copy of the write end is closed. A grandchild may keep one open for ever,
-// which costs a thread and a descriptor. So wait for the end with a bound, and call closeAfter() once the
-// child has ended. The thread holds the reader and is never joined.
+// which costs a thread and a descriptor. So wait for the end with a time-out, and call closeAfter() once the
+// child has ended. The thread shares ownership of the reader and is never joined.
 class FDReader {
 public:
     static constexpr std::size_t chunkBytes = 16384;
@@ -32,11 +32,11 @@ public:
     static std::expected<std::shared_ptr<FDReader>, SystemError> start(UniqueFd fd, OnData onData,
                                                                        OnEOF onEOF = {});
 
-    // Waits at most `timeout` until the descriptor has ended and is closed. Returns true if it is.
+    // Waits at most `timeout` for the end. Returns true if the end was reached and the descriptor is closed.
     bool waitForEOF(Seconds timeout) const;
 
-    // Closes the descriptor after `grace` unless it has ended by then; `onEOF` is called in either case.
-    // Returns at once. Only the first call has an effect. Call from any thread.
+    // Closes the descriptor after `grace` unless the end was reached before; `onEOF` is called in either
+    // case. Returns at once. Only the first call has an effect. Call from any thread.
     void closeAfter(Seconds grace);
 
 private:
@@ -48,7 +48,7 @@ private:
 
     mutable Mutex mutex_;
     mutable Condition done_;
-    UniqueFd wakeWrite_ TARNIK_GUARDED_BY(mutex_);  // closed to make the thread read closeAt_
+    UniqueFd wakeWrite_ TARNIK_GUARDED_BY(mutex_);  // closed to make the thread check closeAt_
     std::optional<TimePoint> closeAt_ TARNIK_GUARDED_BY(mutex_);
     bool finished_ TARNIK_GUARDED_BY(mutex_) = false;
 };

@@ -6,7 +6,7 @@
 
 #include "core/process/ProcessEntry.h"
 
-// Questions about any process of this machine. Call from any thread. Nothing is cached.
+// Queries about any process of this machine. Call from any thread. Results are not cached.
 namespace tarnik::MacProcesses {
 
 // Returns the processes of the system in one pass, without those that the system hides from this user; the
@@ -22,7 +22,7 @@ std::optional<std::vector<ProcessEntry>> tableUnder(pid_t ancestor);
 // removed or replaced keeps its path.
 std::optional<std::string> executablePath(pid_t pid);
 
-// Returns the processor time of the process, user and system; std::nullopt if it is gone.
+// Returns the processor time of the process, user and system; std::nullopt if the process has ended.
 std::optional<double> cpuSeconds(pid_t pid);
 
 }  // namespace tarnik::MacProcesses

@@ -16,9 +16,9 @@
 
 namespace tarnik {
 
-// Linux's /proc, opened once for questions about many processes. Allocates only the results.
+// Linux's /proc, opened once for queries about many processes. Allocates only the results.
 //
-// For one thread: all operations share the buffers.
+// Not thread-safe, because all operations share the buffers.
 class ProcFolder {
 public:
     enum class Missing {
@@ -37,7 +37,7 @@ public:
     // meanwhile, and on kernels without such lists.
     std::optional<std::vector<pid_t>> children(pid_t parent);
 
-    // Returns the path of the program, without the mark that Linux appends when the file is removed.
+    // Returns the path of the program, without the suffix that Linux appends when the file is removed.
     std::optional<std::string> program(pid_t pid);
 
     std::uint64_t ticksPerSecond() const { return ticksPerSecond_; }

@@ -51,7 +51,7 @@ std::optional<std::string_view> readAll(int file, std::span<char> buffer) {
     return std::nullopt;
 }
 
-// Appends the pids of a text in which a space follows each. Returns false for any other text.
+// Appends the pids of a text that has a space after each pid. Returns false for any other text.
 bool appendPids(std::string_view text, std::vector<pid_t>& pids) {
     while (!text.empty()) {
         const std::size_t length = text.find(' ');
@@ -63,7 +63,7 @@ bool appendPids(std::string_view text, std::vector<pid_t>& pids) {
     return true;
 }
 
-// Returns what the errno of a failed open or read means for the process.
+// Converts the errno of a failed open or read to a Missing.
 ProcFolder::Missing missing() {
     const bool gone = errno == ENOENT || errno == ESRCH || errno == EACCES || errno == EPERM;
     return gone ? ProcFolder::Missing::process : ProcFolder::Missing::answer;
@@ -85,7 +85,7 @@ ProcFolder::ProcFolder()
 std::optional<std::vector<ProcessEntry>> ProcFolder::entries() {
     auto folder = openDirectory(folder_.get(), ".");
     const auto pids = pidsIn(folder);
-    // This process runs, so an empty list is wrong.
+    // The list contains at least this process, so an empty one is an error.
     if (!pids || pids->empty()) return std::nullopt;
     std::vector<ProcessEntry> entries;
     entries.reserve(pids->size());
@@ -147,8 +147,8 @@ std::optional<std::string> ProcFolder::program(pid_t pid) {
     const ssize_t length = ::readlinkat(folder_.get(), link, text_.data(), text_.size());
     if (length < 1) return std::nullopt;
     std::string path(text_.data(), static_cast<std::size_t>(length));
-    // Linux appends the mark when the file was removed or replaced. A file may also have such a name: then
-    // the path leads to the running program, and is kept.
+    // Linux appends this suffix when the file was removed or replaced. The name of a file may also end with
+    // it. The path then refers to the running program and is not changed.
     if (path.ends_with(deletedMark) && !leadsTo(link, path)) path.resize(path.size() - deletedMark.size());
     return path;
 }

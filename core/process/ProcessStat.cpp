@@ -18,15 +18,15 @@ bool read(std::string_view text, Number& number) {
     return error == std::errc() && stopped == text.data() + text.size();
 }
 
-// Returns the place of the last parenthesis: only the state's letter and numbers follow the name. Searches
-// from the front, since find() is vectorised and rfind() isn't.
+// Returns the position of the last parenthesis, because only the state's letter and numbers follow the name.
+// Searches from the front, because find() is vectorised and rfind() isn't.
 std::size_t endOfName(std::string_view line) {
     std::size_t last = line.npos;
     for (std::size_t at = line.find(')'); at != line.npos; at = line.find(')', at + 1)) last = at;
     return last;
 }
 
-// Stores the field if we use it. Returns false if it should be a number and isn't.
+// Stores the field if we use it. Returns false if a field that we use isn't a number.
 bool store(int field, std::string_view text, ProcessStat& stat) {
     switch (field) {
         case parentField: return read(text, stat.parent);

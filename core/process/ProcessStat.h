@@ -8,15 +8,15 @@
 
 namespace tarnik {
 
-// The fields that we use of the line in Linux's /proc/PID/stat. Times are in clock ticks.
+// The fields that we use from the line in Linux's /proc/PID/stat. Times are in clock ticks.
 struct ProcessStat {
     pid_t parent = 0;
     std::uint64_t userTicks = 0;
     std::uint64_t systemTicks = 0;
     std::uint64_t startTicks = 0;  // since the boot
 
-    // The second field is the process's name in parentheses. The process chooses it, and it may contain any
-    // character.
+    // Returns std::nullopt if a field is missing or isn't a number. The second field is the process's name in
+    // parentheses. The process chooses the name, which may contain any character.
     static std::optional<ProcessStat> parse(std::string_view line);
 
     bool operator==(const ProcessStat&) const = default;

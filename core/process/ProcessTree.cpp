@@ -8,7 +8,7 @@ namespace tarnik {
 
 namespace {
 
-// With more processes than this the whole table is read as quickly.
+// Above this number of descendants, reading the whole table is as fast.
 constexpr std::size_t largestFamily = 1000;
 
 struct Link {
@@ -25,7 +25,7 @@ std::optional<std::vector<Link>> walk(const ProcessTree& tree, pid_t ancestor) {
         const auto children = tree.children(parent);
         if (!children || family.size() + children->size() > largestFamily) return std::nullopt;
         for (const pid_t child : *children) {
-            // The pid was reused. Without this check the walk might never end.
+            // The pid was reused. Without this check the walk might not terminate.
             if (std::ranges::find(family, child, &Link::pid) != family.end()) return std::nullopt;
             family.push_back({.pid = child, .parent = parent});
         }

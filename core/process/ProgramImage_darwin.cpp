@@ -15,7 +15,7 @@ struct ProgramImage::Prepared {
     CStringArray arguments;
     CStringArray environment;
     SpawnRecords records;
-    int error = 0;  // of the first step that failed to fill the records
+    int error = 0;  // errno value of the first step that failed to fill the records
 };
 
 ProgramImage::ProgramImage(const SpawnRequest& request) {

@@ -30,7 +30,7 @@ void closeOthers() {
 void resetSignals() {
     struct sigaction byDefault{};
     byDefault.sa_handler = SIG_DFL;
-    // The call fails, as expected, for SIGKILL, SIGSTOP and the two signals of the C library.
+    // The call fails, as expected, for SIGKILL, SIGSTOP and the two signals that the C library reserves.
     for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &byDefault, nullptr);
     sigset_t none;
     sigemptyset(&none);

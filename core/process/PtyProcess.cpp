@@ -19,13 +19,14 @@ namespace {
 // A terminal that polls as writable accepts at least this much without blocking.
 constexpr std::size_t writeBytes = 256;
 
-// A waiting write notices closeInput() within this time.
+// A waiting write checks for closeInput() at this interval.
 constexpr std::chrono::milliseconds closeCheckInterval(20);
 
 enum class Writable { yes, notYet, never };
 
-// Waits a moment until the terminal accepts input. Returns `never` if no process is left on its other side,
-// although Linux would still accept the bytes. Where a system can't poll (POLLNVAL), the write finds out.
+// Waits up to closeCheckInterval until the terminal accepts input. Returns `never` if no process is left on
+// its other side, although Linux would still accept the bytes. Returns `yes` if the system can't poll it
+// (POLLNVAL); the write then reports the error.
 Writable waitWritable(int fd) {
     pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
     const int ready = ::poll(&entry, 1, static_cast<int>(closeCheckInterval.count()));
@@ -71,7 +72,7 @@ std::expected<std::shared_ptr<PtyProcess>, SystemError> PtyProcess::spawn(const 
     auto child = std::move(*reaper).adopt(pid);
     const UniqueFd opened(number);
     // The duplicate is above 2 and close-on-exec. A child that another thread starts before this line closes
-    // the original by itself.
+    // the original before its exec.
     auto pty = std::make_shared<PtyProcess>(child, UniqueFd::duplicate(opened.get()));
     if (pty->hasInput()) return pty;
     const SystemError error{"forkpty", errno};

@@ -15,34 +15,34 @@ namespace tarnik {
 
 // A child on a new pseudo-terminal, for programs that interact with a person.
 //
-// Shared by those who use the child. One reader reads the terminal through the master descriptor. Writing
-// uses a second descriptor: when the reader closes its own, no write can hit a reused number.
+// Shared by the users of the child. One reader reads the terminal through the master descriptor. Writes use a
+// second descriptor, so that they never use a reused number after the reader has closed its own.
 class PtyProcess {
 public:
     static constexpr unsigned short rows = 24;
     static constexpr unsigned short columns = 100;
     static constexpr Seconds writeTimeout = Seconds(5);
 
-    // The request's three Stdio are ignored: the terminal replaces them. `onExit` is called as by
-    // Spawner::spawn. A program that can't be run is not an error here: the child exits with 127. Fails with
-    // call "forkpty". If no descriptor is left after the fork, the child is killed and `onExit` is still
-    // called.
+    // The terminal replaces the request's three Stdio, which are ignored. `onExit` is called as by
+    // Spawner::spawn. A program that can't be run is not an error here; the child exits with 127. Fails with
+    // call "forkpty" or "pthread_create". If no descriptor is left after the fork, the child is killed and
+    // `onExit` is still called.
     static std::expected<std::shared_ptr<PtyProcess>, SystemError> spawn(const SpawnRequest& request,
                                                                          ChildProcess::OnExit onExit = {});
 
-    // Takes over the controlling side of a terminal on which `child` runs.
+    // Takes ownership of the controlling side of a terminal on which `child` runs.
     PtyProcess(std::shared_ptr<ChildProcess> child, UniqueFd master);
 
     ChildProcess& child() const { return *child_; }
 
     // Returns the controlling side for reading, close-on-exec. The caller owns it; a second call returns an
-    // empty owner. It ends with 0 (Darwin) or EIO (Linux) when the child and its descendants have closed the
-    // terminal.
+    // empty owner. Reading ends with 0 (Darwin) or EIO (Linux) when the child and its descendants have closed
+    // the terminal.
     UniqueFd takeMaster();
 
-    // Writes `text` as keyboard input. Returns false if the terminal is dead, if it hasn't accepted all of
-    // the text within `timeout`, and after closeInput(), which ends a waiting write too. Two texts are never
-    // mixed. Call from any thread.
+    // Writes `text` as keyboard input. Returns false if the other side is closed, if the terminal hasn't
+    // accepted all of the text within `timeout`, and after closeInput(), which also ends a waiting write.
+    // Concurrent writes are not interleaved. Call from any thread.
     bool write(std::string_view text, Seconds timeout = writeTimeout);
 
     // Makes later writes return false. Sends nothing to the child. Call from any thread.

@@ -18,7 +18,7 @@ struct Reaper::Assignment {
     Mutex mutex;
     Condition changed;
     bool settled TARNIK_GUARDED_BY(mutex) = false;
-    std::shared_ptr<ChildProcess> child TARNIK_GUARDED_BY(mutex);  // null if none was started
+    std::shared_ptr<ChildProcess> child TARNIK_GUARDED_BY(mutex);  // null if no child was started
 
     void settle(std::shared_ptr<ChildProcess> with) {
         {
@@ -38,7 +38,7 @@ struct Reaper::Assignment {
 
 namespace {
 
-// Returns when the child has ended, without reaping it: its pid can't be reused yet.
+// Waits for the end of the child without reaping it, so that its pid can't be reused yet.
 void awaitEnd(pid_t pid) {
     siginfo_t info{};
     while (::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR) {}
@@ -49,7 +49,7 @@ ExitStatus reap(pid_t pid) {
     pid_t reaped = 0;
     do reaped = ::waitpid(pid, &word, 0);
     while (reaped < 0 && errno == EINTR);
-    // If another call reaped it (SIGCHLD ignored, a wait for any child), its status is unknown.
+    // The status is unknown if the child was reaped elsewhere (SIGCHLD ignored, a wait for any child).
     return reaped == pid ? ExitStatus::fromWaitStatus(word) : ExitStatus::exited(255);
 }
 

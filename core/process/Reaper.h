@@ -10,18 +10,18 @@
 
 namespace tarnik {
 
-// A thread that waits for one child. It is started before the child: if no thread can be started, neither is
-// the child, so that no child is lost or left a zombie.
+// A thread that waits for one child. It is started before the child, so that no child is left unreaped if no
+// thread can be started.
 //
-// The thread outlives this object and the handles: it ends when its child is reaped and reported. Nobody
-// joins it.
+// The thread may outlive this object and the handles. It ends when its child is reaped and reported, and is
+// never joined.
 class Reaper {
 public:
     // Starts the thread, which waits for adopt(). It calls `onExit` once, after the status is stored, without
     // a lock. Fails with call "pthread_create".
     static std::expected<Reaper, SystemError> prepare(ChildProcess::OnExit onExit);
 
-    // Passes the child to the thread, which reaps it whatever happens to the handle.
+    // Passes the child to the thread, which reaps it even if the handle is destroyed.
     std::shared_ptr<ChildProcess> adopt(pid_t pid) &&;
 
     // Ends the thread if it has no child.

@@ -10,12 +10,13 @@
 namespace tarnik {
 
 // A program that was just written can't be run while a child of another thread, which hasn't reached its own
-// exec, holds the file open for writing (ETXTBSY). That takes moments: the start is retried this often.
+// exec, holds the file open for writing (ETXTBSY). That lasts only a moment, so the start is retried up to
+// this many times.
 inline constexpr int busyRetries = 50;
 inline constexpr std::chrono::milliseconds busyPause(10);
 
-// Makes the child close all descriptors except those that `actions` names so far, by an addition to `actions`
-// or `flags`. Call it after every other action. Returns 0 or an errno value.
+// Makes the child close all descriptors but the standard ones, by an addition to `actions` or `flags`. Call
+// it after the actions that set the standard descriptors. Returns 0 or an errno value.
 int closeAllOthers(posix_spawn_file_actions_t& actions, short& flags);
 
 // Opens a pipe(2) with both ends close-on-exec. Returns 0 or an errno value.

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// Owns the two records that posix_spawn(3) takes: the child's descriptors, and that its signals are reset and
-// not blocked. The first step that fails is remembered and returned by seal().
+// Owns the two records that posix_spawn(3) takes. The actions set the child's descriptors, and the attributes
+// reset and unblock its signals. The first error is stored and returned by seal().
 class SpawnRecords {
 public:
     SpawnRecords();
@@ -15,11 +15,11 @@ public:
     SpawnRecords(const SpawnRecords&) = delete;
     SpawnRecords& operator=(const SpawnRecords&) = delete;
 
-    // Connects the child's descriptor `standard`. `openFlags` are for /dev/null. The descriptor of `stdio` is
-    // above 2; otherwise an earlier action might have replaced it.
+    // Connects the child's descriptor `standard`. `openFlags` are for /dev/null. The descriptor of `stdio`
+    // must be above 2, because an earlier action may have replaced a lower one.
     void connect(int standard, const Stdio& stdio, int openFlags);
 
-    // Lets the child keep `fd` under the same number.
+    // Lets the child keep the standard descriptor `fd`.
     void keep(int fd);
 
     // Closes all other descriptors; call it last. Returns 0 or the errno value of the first step that failed.

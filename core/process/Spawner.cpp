@@ -22,8 +22,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A descriptor for the child, duplicated if it is 0, 1 or 2: the child's earlier duplications could replace
-// it, and duplicated onto itself it would stay close-on-exec. No other code has to check a descriptor's
+// A descriptor for the child. It is duplicated if it is 0, 1 or 2, because an earlier dup2 in the child could
+// replace it, and a dup2 onto itself would leave it close-on-exec. No other code has to check a descriptor's
 // number, because main() opens the standard descriptors first.
 class LentDescriptor {
 public:

@@ -16,8 +16,8 @@ namespace tarnik {
 
 // Starts child programs. Call from any thread.
 //
-// A child gets the request's environment and three descriptors and no others. Its signals are reset and not
-// blocked. It inherits the working directory. PATH is never searched.
+// A child gets the environment and the three descriptors of the request, and the working directory of this
+// process. Its signals are reset and not blocked. PATH is never searched.
 struct Spawner {
     struct Pipe {
         UniqueFd readEnd;
@@ -35,9 +35,9 @@ struct Spawner {
         std::vector<std::string> arguments;
         Environment environment;  // empty: only PATH, as defaultPath
         Seconds timeout;
-        std::size_t limit;                                // keeps the last so many bytes of the output
+        std::size_t limit;                                // the output's last `limit` bytes are kept
         StopSequence stop = StopSequences::shortCommand;  // run at the time-out
-        Seconds outputGrace = Seconds(5);                 // for the output's end; then our end is closed
+        Seconds outputGrace = Seconds(5);                 // wait for the output's end; then our end is closed
     };
 
     static constexpr const char* defaultPath = "/usr/bin:/bin:/usr/sbin:/sbin";
@@ -50,9 +50,9 @@ struct Spawner {
     // Opens a pipe with both ends close-on-exec.
     static std::expected<Pipe, SystemError> pipe();
 
-    // Runs the command and waits for its end. Blocks up to `timeout` + 12 s: sends SIGTERM at the time-out,
-    // SIGKILL 2 s later, then waits 5 s for the exit and 5 s for the output's end. A failed command is not an
-    // error. A child that survives SIGKILL is reported as ended by signal 9.
+    // Runs the command and waits for its end. By default it blocks up to `timeout` + 12 s: it sends SIGTERM
+    // at the time-out, SIGKILL 2 s later, then waits 5 s for the exit and 5 s for the output's end. A failed
+    // command is not an error. A child that survives SIGKILL is reported as ended by signal 9.
     static std::expected<Output, SystemError> run(const Command& command);
 };
 

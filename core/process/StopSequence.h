@@ -11,7 +11,7 @@ namespace tarnik {
 
 // A way to make a process end, from the most polite to the most forceful.
 enum class StopAction {
-    closeInput,  // closes the pipe whose end the process watches for
+    closeInput,  // closes the pipe on which the process waits for an end-of-file
     terminate,   // SIGTERM, or the system's request to quit
     kill,        // SIGKILL, or the system's forced end
 };
