@@ -41,7 +41,7 @@ std::string sampleLine(const ActivitySample& sample) {
            " settingUp=" + yesNo(sample.settingUp) + " windowInUse=" + yesNo(sample.windowInUse);
 }
 
-// Returns the phase of a pairing that runs, or that has connected and still runs in place of the node.
+// Returns the phase of the pairing, or "none" if it has ended or the node runs again.
 std::string pairingText(const AppState& state, std::optional<pid_t> node) {
     if (!state.pairing || node) return "none";
     const auto& phase = state.pairing->phase;
@@ -243,14 +243,14 @@ void Console::setSwitch(const std::string& words) {
     showError(ConsoleTexts::switchUsage);
 }
 
-// Prints the refusal again if it repeats the last message, because then the state does not change.
+// Prints the current message if the link causes no change of the state, as when the same refusal is repeated.
 void Console::pair(const std::string& link) {
     answeredLink_ = false;
     model_->pairing().connect(link);
     if (!answeredLink_ && model_->state().linkMessage) showError(*model_->state().linkMessage);
 }
 
-// An empty line without a prompt is ignored; only the command is an error then.
+// Without a prompt, an empty line is ignored and the command is an error.
 void Console::confirm(bool isCommand) {
     const auto& pairing = model_->state().pairing;
     if (pairing && std::holds_alternative<PairingPhases::WaitingForYes>(pairing->phase)) {

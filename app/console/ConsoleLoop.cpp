@@ -44,7 +44,7 @@ RepeatingTimer ConsoleLoop::repeat(Seconds interval, const Task& task) {
     return RepeatingTimer([repeats] { *repeats = false; });
 }
 
-// Schedules from now, so that repetitions that a system sleep has missed are not made up for.
+// Schedules from now, so that repetitions that were missed during a system sleep are skipped.
 void ConsoleLoop::schedule(const std::shared_ptr<bool>& repeats, Seconds interval, const Task& task) {
     due_.push(after(steadyNow(), interval), [this, repeats, interval, task] {
         if (*repeats) task();
@@ -75,7 +75,7 @@ void ConsoleLoop::run(const Handlers& handlers) {
 }
 
 void ConsoleLoop::runPosted() {
-    // post() writes one byte for all tasks that wait. Tasks that arrive before the swap run as well.
+    // post() writes one byte for all waiting tasks. Tasks that are posted before the swap run as well.
     char byte = 0;
     while (::read(wake_.readEnd.get(), &byte, 1) < 0 && errno == EINTR) {}
     std::vector<Task> tasks;

@@ -19,9 +19,9 @@ constexpr std::string_view dim = "\x1b[2m";
 constexpr std::string_view bold = "\x1b[1m";
 constexpr std::string_view red = "\x1b[31m";
 constexpr std::string_view plain = "\x1b[0m";
-constexpr std::string_view backToStart = "\r\x1b[K";  // and clears the line
+constexpr std::string_view backToStart = "\r\x1b[K";  // also clears the line
 constexpr Seconds betweenProgressLines = Seconds(2);
-constexpr std::int64_t worthShowing = 1'000'000;  // bytes; a smaller download is too quick for a bar
+constexpr std::int64_t worthShowing = 1'000'000;  // in bytes; a smaller download is too short for a bar
 
 bool wantsColours(int fd) {
     return ::isatty(fd) != 0 && std::getenv("NO_COLOR") == nullptr;

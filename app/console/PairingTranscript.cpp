@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* leftOut = "\u2026";
 
-// Returns the end of `text` with its last `count` line feeds and the text behind each.
+// Returns the longest suffix of `text` with at most `count` line feeds.
 std::string_view lastLines(std::string_view text, std::size_t count) {
     std::size_t at = text.size();
     for (std::size_t lines = 0; at > 0; --at) {
@@ -41,7 +41,7 @@ PairingTranscript::News PairingTranscript::update(const PairingSession::Snapshot
 }
 
 void PairingTranscript::add(std::string_view text, std::vector<std::string>& lines) {
-    constexpr std::size_t maxPendingBytes = 4 * longestLine + 4;  // one code point more than a line has
+    constexpr std::size_t maxPendingBytes = 4 * longestLine + 4;  // one code point more than the longest line
     while (!text.empty()) {
         const std::size_t lineEnd = std::min(text.find('\n'), text.size());
         pending_ +=

@@ -29,14 +29,14 @@ namespace {
 
 constexpr int signalledStatus = 128;  // plus the number of the signal, as in shells
 
-// Ends the program with a sentence instead of a core dump when Qt reports a fatal error. The sentence
-// contains Qt's first warning, because that names the cause; the fatal message itself is for developers of
-// Qt. Called on any thread.
+// Prints a message and exits, without a core dump, when Qt reports a fatal error. The message contains Qt's
+// first warning, because that names the cause. The fatal message itself is for developers of Qt. Called on
+// any thread.
 void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
     static std::mutex mutex;
     static std::string firstWarning;  // guarded by mutex
     const std::lock_guard lock(mutex);
-    // Without its thread for the window system or the bus, Qt continues and then waits forever.
+    // Qt continues without its thread for the window system or the bus, and then waits forever.
     if (text.startsWith(QLatin1String("QThread::start: Thread creation error"))) exitOutOfThreads();
     if (type == QtWarningMsg && firstWarning.empty()) firstWarning = text.toStdString();
     if (type == QtCriticalMsg) printError(text.toStdString());
@@ -72,7 +72,7 @@ private:
     AppDelegate& delegate_;
 };
 
-// Prints the outcome, except the usual one.
+// Returns false if another instance took the request. Prints every outcome but `primary`.
 bool isPrimaryInstance(const SingleInstance& singleInstance, const SingleInstance::LaunchRequest& request) {
     if (!singleInstance.acquire) return true;
     const auto outcome = singleInstance.acquire(request);
@@ -81,8 +81,8 @@ bool isPrimaryInstance(const SingleInstance& singleInstance, const SingleInstanc
     return outcome != SingleInstance::Outcome::handedOver;
 }
 
-// Returns the system's events. Adds the link of the command line if no other copy can deliver it; like a link
-// that the application was opened with, it arrives after the event loop has started.
+// Returns the system's events. Adds the link of the command line, unless SingleInstance delivers it. The
+// handler receives that link after the event loop has started.
 SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::string>& link,
                       const MainThread& mainThread) {
     auto events = desktop.events;
@@ -132,7 +132,7 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
     std::atomic<bool> launched = false;
     std::function<void()> onSignal;
     const SignalWatcher signalWatch([&](int signal) {
-        if (!launched) ::_exit(signalledStatus + signal);  // nothing runs yet that has to be stopped
+        if (!launched) ::_exit(signalledStatus + signal);  // no child runs yet
         mainThread.post([&onSignal] { onSignal(); });
     });
     prepareApplication();
@@ -175,7 +175,7 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
     connectPlatform(desktop, face, application.model());
     const QuitRequests quitRequests(delegate);
     onSignal = [&delegate] {
-        // A second signal ends the program at once. The helper then notices the end of its input.
+        // A second signal ends the program at once. The helper then exits, because its input ends.
         if (delegate.isQuitting()) ::_exit(EXIT_FAILURE);
         delegate.quit();
     };

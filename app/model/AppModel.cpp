@@ -57,7 +57,8 @@ void AppModel::change(const std::function<void(AppState&)>& edit) {
     const bool hasNewMessage = next.linkMessage != state_.linkMessage;
     for (const auto& observer : observers_) observer(state_, next);
     state_ = std::move(next);
-    // An earlier refusal no longer matters to a machine that has joined. One of this change was not read yet.
+    // The message about a refused link is obsolete once the machine has joined, unless it came with this
+    // change.
     if (hasJustJoined && !hasNewMessage && !pairing_->isInProgress()) pairing_->dismissMessage();
 }
 
@@ -101,7 +102,7 @@ void AppModel::start(const std::function<void()>& done) {
     done();
 }
 
-// Runs after the old agent has ended, because until then the agent uses the node home.
+// Called once no old agent runs, because a running one uses the node home.
 void AppModel::begin(const std::function<void()>& done) {
     if (state_.stopping) return;
     running_->nodeLog = NodeLog::make(host_.nodeLog);
@@ -224,7 +225,7 @@ void AppModel::refreshSwitches() {
 
 void AppModel::request(Switch which) {
     const auto& operations = deps_.platform.switches;
-    // Only Accessibility's prompt returns the state of the switch and is silent while the switch is on.
+    // Only the prompt for Accessibility returns the real state, and shows no dialog while the switch is on.
     const bool isOff = which == Switch::accessibility ? !operations.prompt(which) : !operations.isOn(which);
     if (isOff && which == Switch::screenRecording) operations.prompt(which);
     if (isOff) operations.openSettings(which);
@@ -235,7 +236,7 @@ void AppModel::activitySample(std::function<void(ActivitySample)> done) {
     const OwnActivity own{
         .settingUp = !std::holds_alternative<Setups::Ready>(state_.setup) || pairing_->isInProgress(),
         .windowInUse = deps_.platform.windowInUse()};
-    // Read here, because begin() may make both while the queue runs.
+    // Read on this thread, because begin() may set both while the queue runs.
     const auto* supervisor = running_ ? running_->supervisor.get() : nullptr;
     const auto* driver = running_ ? running_->driver.get() : nullptr;
     driverCalls_.call([this, own, supervisor, driver, done = std::move(done)] {

@@ -90,7 +90,7 @@ AppState stopping() {
     return state;
 }
 
-// Longer than the window shows.
+// Returns a text that is too long for the window.
 std::string tarOutput() {
     std::string words;
     for (int file = 1; file <= 40; ++file)
@@ -99,7 +99,7 @@ std::string tarOutput() {
     return words + "tar: Exiting with failure status due to previous errors";
 }
 
-// Longer than the window shows.
+// Returns a text that is too long for the window.
 std::string longText() {
     std::string text;
     for (int line = 1; line <= 600; ++line)

@@ -8,7 +8,7 @@
 namespace tarnik {
 namespace {
 
-// Returns as many whole characters from the end of UTF-8 text as fit.
+// Returns the longest suffix of UTF-8 text that fits and starts at a code point.
 std::string_view fittingEnd(std::string_view text) {
     if (text.size() <= maxTerminalTailBytes) return text;
     text.remove_prefix(text.size() - maxTerminalTailBytes);

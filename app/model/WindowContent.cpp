@@ -11,7 +11,7 @@ using Section = WindowContent::Section;
 using Key = WindowContent::Key;
 using Intent = WindowIntent::Kind;
 
-// Upper bounds, in characters, for texts from outside.
+// Upper bounds, in characters, for untrusted texts.
 constexpr std::size_t longestLine = 200;
 constexpr std::size_t longestFailure = 400;
 
@@ -189,7 +189,7 @@ WindowContent restingPage(const AppState& state, const Url& webOrigin) {
 WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
     if (state.stopping) return stoppingPage();
     if (state.replaceOffer) return offerPage(*state.replaceOffer);
-    // The node has stopped for the connect command, whose session is about to begin.
+    // The node has stopped for the connect command, whose session begins next.
     if (state.checkingLink && is<NodeStates::Pairing>(state.node))
         return PairingPage::working(WindowTexts::readingLink);
 

@@ -20,7 +20,7 @@ void LinkPairing::change(const std::function<void(State&)>& edit) {
     deps_.onChange(state_);
 }
 
-// A refusal also withdraws an offer: the offered link can't be used now either.
+// A refusal also withdraws an offer, because the offered link can't be used now either.
 void LinkPairing::refuse(std::string_view why) {
     change([&](State& next) {
         next.message = why;
@@ -113,7 +113,7 @@ void LinkPairing::update(Attempt attempt, const PairingSession::Snapshot& snapsh
     if (isOver) freeSlot();
     change([&](State& next) {
         next.pairing = snapshot;
-        // A message that another link has to wait stays until the pairing is over.
+        // A message about another, refused link is kept until the pairing is over.
         if (isOver || next.message == LinkTexts::checkingLink) next.message.reset();
     });
 }

@@ -19,7 +19,7 @@ struct AppPlatform {
     SystemLog log;
     std::function<bool()> windowInUse;  // the application is active and has a key window; main thread
 
-    // Starts work on a thread that nobody joins. Returns false if the system has no thread to spare.
+    // Runs `task` on a detached thread. Returns false if the system can't create a thread.
     std::function<bool(const std::string& label, BackgroundTasks::Task task)> detach;
 };
 

@@ -20,7 +20,7 @@
 
 namespace tarnik {
 
-// The facts about this run that a desktop needs.
+// The properties of this run that a desktop needs.
 struct DesktopRun {
     SystemFolders folders;
     Environment environment;
@@ -51,7 +51,8 @@ struct DesktopPlatform {
     SystemEvents events;
     SingleInstance singleInstance;
 
-    // Whether a start at login carries --at-login. If not, a start at login looks like a start by the user.
+    // Whether a start at login passes --at-login. Otherwise it can't be distinguished from a start by the
+    // user.
     bool marksLoginStarts = false;
 
     // The status item's image file, a mask that the system colours. Absent if the mark is drawn instead.
@@ -69,8 +70,8 @@ struct DesktopPlatform {
     std::function<void(std::function<void(const AppearanceSettings&)>)> onAppearanceChanged;
 
     // Registers a handler for the tray. It runs on the main thread, first with the initial state and then
-    // after each change. Absent if there always is a tray.
-    // Do not query the toolkit for a tray before the handler has run: Qt caches its first answer.
+    // after each change. Absent if there is always a tray. Do not query the toolkit for a tray before the
+    // handler has run, because Qt caches the first result.
     std::function<void(std::function<void(TrayHost)>)> onTrayHost;
 
     // Call it before the toolkit's application object exists, while no other thread reads the environment.

@@ -28,12 +28,12 @@ private:
     std::function<void()> end_;
 };
 
-// The main thread's event loop. It owns the state of the shell. No thread ever waits for it.
+// The main thread's event loop. The state of the shell is used only on this thread. No thread blocks on it.
 struct MainThread {
     using Task = std::function<void()>;
 
-    // Queues `task`; never runs it at once. Tasks run in the order of their posts. Tasks that are left when
-    // the event loop ends are dropped. Call from any thread.
+    // Queues `task`; never runs it at once. Tasks run in the order of their posts. Tasks that have not run
+    // when the event loop ends are dropped. Call from any thread.
     std::function<void(Task task)> post;
 
     // Runs `task` every `interval` of the steady clock, first after one interval. Missed intervals, such as

@@ -21,12 +21,12 @@ struct SingleInstance {
         unavailable,  // no check was possible; this instance continues and reports it
     };
 
-    // Call it once, before the event loop runs. Blocks, with a bound, while another instance answers or ends.
-    // If this instance continues, its link arrives through SystemEvents::onLink, like the links of later
-    // instances.
+    // Call it once, before the event loop runs. Blocks for a limited time while another instance replies or
+    // exits. If this instance continues, its link arrives through SystemEvents::onLink, like the links of
+    // later instances.
     std::function<Outcome(const LaunchRequest& request)> acquire;
 
-    // Rejects requests from now on, because the program is about to end. A later instance waits for that end.
+    // Rejects later requests, because the program is about to exit. A later instance waits for the exit.
     std::function<void()> refuseRequests;
 };
 

@@ -11,8 +11,8 @@ struct SwitchOperations {
     // Returns the current state. Never prompts.
     std::function<bool(Switch)> isOn;
 
-    // Calls `handler` once isOn returns real answers, after a few seconds at most. Absent if isOn is accurate
-    // from the start.
+    // Calls `handler` once isOn returns the real state, after a few seconds at most. Absent if isOn is
+    // accurate from the start.
     std::function<void(std::function<void()> handler)> whenKnown;
 
     // Asks the system to prompt the user; its dialog may appear later. Returns true if the switch is on

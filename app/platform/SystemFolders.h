@@ -7,13 +7,13 @@
 namespace tarnik {
 
 // The system's standard folders for a user's data, as absolute paths without a trailing slash. All programs
-// share them; ours uses a subfolder "tarnik". They may not exist.
+// share them; ours uses a subfolder "tarnik". The folders may not exist.
 struct SystemFolders {
     std::string applicationSupport;  // data that a program needs to work
     std::string logs;
     std::string preferences;
 
-    // On Linux this follows the XDG base directories, which ignore a value that is not an absolute path.
+    // On Linux this uses the XDG base directories and ignores a variable that is not an absolute path.
     static SystemFolders of(const Environment& environment, const std::string& userFolder);
 };
 

@@ -24,7 +24,7 @@ std::string stagedName(pid_t pid) {
     return std::string(prefix) + std::to_string(pid) + std::string(suffix);
 }
 
-// Returns the process that a staged copy with this name belongs to, or std::nullopt for other names.
+// Returns the id of the process that made the staged copy with this name, or std::nullopt for another name.
 std::optional<pid_t> moverOf(const std::string& name) {
     if (!name.starts_with(prefix)) return std::nullopt;
     pid_t pid = 0;
@@ -36,7 +36,7 @@ std::unexpected<BundleMove::Failure> failed(const char* step, std::optional<Syst
     return std::unexpected(BundleMove::Failure{step, std::move(error)});
 }
 
-// Removes what is at the path when it is destroyed: an unused copy, or the bundle that a copy replaced.
+// Removes the bundle at the path on destruction. It is an unused copy, or the bundle that the copy replaced.
 class Staged {
 public:
     explicit Staged(std::string path) : path_(std::move(path)) {}
@@ -67,7 +67,8 @@ std::expected<QuarantineReport, BundleMove::Failure> BundleMove::run(const Bundl
     return report;
 }
 
-// The replaced bundle must be the one that the decision was made about. A newer one is put back.
+// Moves the staged copy to its place. Fails and restores the replaced bundle if its version is not
+// `replacing`.
 std::expected<void, BundleMove::Failure> BundleMove::takePlace(const std::string& staged,
                                                                const BundleFiles& files) const {
     if (!replacing) {

@@ -60,7 +60,7 @@ RelocationOutcome RelocationRun::perform() {
     const auto others = deps_.bundles.others.startedBefore();
     if (others.empty()) return carryOut(decision);
     if (auto ended = settleWith(others, decision)) return *std::move(ended);
-    // The older copy may have installed an update of itself while it quit.
+    // Decides again, because the older copy may have installed an update of itself while it quit.
     const auto then = decide();
     if (!mayCarryOut(then)) return differentBuild(then, {"installed=notOurs"});
     return carryOut(then);
@@ -174,8 +174,8 @@ RelocationOutcome RelocationRun::relaunch(const Relocation::Decision& decision,
         note(decision, quarantine.healed(), fields);
         return runHere();
     }
-    // The trash comes last, because the system may ask the user first, and because the original is still
-    // needed if the relaunch fails.
+    // The original is moved to the trash last, because the system may prompt the user, and because the
+    // original is still needed if the relaunch fails.
     if (std::holds_alternative<Install>(decision)) fields.push_back("trash=" + trashOriginal());
     note(decision, quarantine.healed(), fields);
     return RelocationOutcomes::Moving{};

@@ -7,7 +7,8 @@
 
 namespace tarnik {
 
-// Makes an application-modal message box with one button, "OK". It is not shown yet. Main thread, as below.
+// Makes an application-modal message box with one button, "OK". It is not shown yet. Main thread, like
+// showAlert().
 std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::string& text);
 
 // Shows an alert in front of all windows of the application and returns at once. Calls `closed` when the user

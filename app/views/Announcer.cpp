@@ -21,8 +21,8 @@ void notify(QAccessible::Event type, Announcer& announcer) {
     QAccessible::updateAccessibility(&event);
 }
 
-// Uses Qt's announcement event, which every screen reader speaks. Qt before 6.8 lacks it, so the
-// notification's change of name is announced there.
+// Uses Qt's announcement event, which every screen reader speaks. With Qt before 6.8, which lacks it, the new
+// name of the notification is announced instead.
 template <typename Announcement>
 void announceText(Announcer& announcer, const QString& news) {
     if constexpr (requires { sizeof(Announcement); }) {

@@ -14,7 +14,7 @@ namespace tarnik {
 using OnButton = std::function<void(const WindowIntent&)>;
 
 // A button that reports its intent. It ignores input for one double-click interval after it appears, because
-// a click or key may have been meant for its predecessor. A cancel button always reacts.
+// a click or key may have been meant for its predecessor. An enabled cancel button always reacts.
 class IntentButton : public QPushButton {
 public:
     IntentButton(OnButton onButton, QWidget* parent);

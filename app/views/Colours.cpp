@@ -59,7 +59,7 @@ Tones tonesFor(Appearance appearance, const PaletteOptions& options) {
     const auto accent =
         QColor::fromRgbF(part(options.accent->red), part(options.accent->green), part(options.accent->blue));
     tones.fill = accent.rgb();
-    // One of the two is always readable.
+    // Either white or black is always readable.
     tones.onFill = contrastBetween(accent, Qt::white) >= readableContrast ? 0xffffffff : 0xff000000;
     tones.link = readableOnWindow(tones, accent);
     return tones;

@@ -16,7 +16,7 @@ QPalette paletteFor(Appearance appearance, const PaletteOptions& options = {});
 
 // These also work for palettes of the system.
 Appearance appearanceOf(const QPalette& palette);
-Contrast contrastOf(const QPalette& palette);  // higher: secondary text equals text, and lines are strong
+Contrast contrastOf(const QPalette& palette);  // `higher` if secondary text has the colour of text
 
 // Colours that have no role in QPalette.
 QColor accentColour(const QPalette& palette);     // readable on the window

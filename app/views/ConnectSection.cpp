@@ -26,7 +26,7 @@ QVBoxLayout* makeLayout(int spacing, QWidget* parent = nullptr) {
     return layout;
 }
 
-// A refused link stays in the field. The field is cleared only when its link was used.
+// Returns true if the field must be cleared because its link was used. A refused link stays in the field.
 bool isLinkUsed(const WindowContent& content) {
     return content.section == Section::pairing || content.section == Section::replaceOffer ||
            content.section == Section::connected;
@@ -92,7 +92,7 @@ void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {
 }
 
 void ConnectSection::setTerminal(const WindowContent& content) {
-    // Most runs need neither the box nor its font.
+    // The box is made on first use, because most runs need neither it nor its font.
     if (!terminal_ && content.terminal) {
         terminal_ = new TerminalBox(this);
         terminal_->stackUnder(field_);

@@ -15,7 +15,7 @@ class TerminalBox;
 class TextLabel;
 
 // The upper half of the window. From top to bottom: header with the progress bar, amount of a download,
-// paragraphs, terminal, link field, message, buttons. Each has one place on every page. A widget keeps its
+// paragraphs, terminal, link field, message, buttons. The order is the same on every page. A widget keeps its
 // typed text, selection and scroll position while it is shown.
 class ConnectSection : public QWidget {
 public:

@@ -24,7 +24,7 @@ public:
     struct Deps {
         MainThread mainThread;
         std::function<void()> activate;          // activates the application; may be absent
-        std::optional<std::string> statusImage;  // the status item's image file; std::nullopt: the mark
+        std::optional<std::string> statusImage;  // the status item's image file; std::nullopt draws the mark
         std::function<void(std::string_view name)> nameStatusItem;  // may be absent
         std::function<void(int status)> end;                        // ends the event loop
         bool atLogin = false;  // the session started the program, so the tray may start later

@@ -87,7 +87,7 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
       scroll_(new QScrollArea(this)) {
     setAccessibleName(qtText(WindowTexts::product));
 
-    // Small screens, large fonts and long failure texts can make a page taller than the window.
+    // The page scrolls, because small screens, large fonts and long texts can make it taller than the window.
     scroll_->setFrameShape(QFrame::NoFrame);
     scroll_->setWidgetResizable(true);
     scroll_->setFocusPolicy(Qt::NoFocus);
@@ -171,8 +171,8 @@ void MainView::updateTabOrder() {
     for (std::size_t i = 1; i < controls.size(); ++i) setTabOrder(controls[i - 1], controls[i]);
 }
 
-// Keeps the focus while its widget can have it. Otherwise the field gets it, or the default button. If there
-// is neither, no control gets it, so that no key has an unintended effect.
+// Keeps the focus on `before` while that widget can have it. Otherwise moves the focus to the field or to the
+// default button. Without either, no control has the focus, so that no key has an unintended effect.
 void MainView::updateFocus(QWidget* before) {
     const bool keeps = before && before != this && !before->isHidden() && before->isEnabled();
     QWidget* const field = connect_->linkField();
@@ -207,7 +207,7 @@ void MainView::scrollToFocus() {
         Qt::QueuedConnection);
 }
 
-// A new window has no focus widget yet.
+// Sets the focus in a new window, which has no focus widget yet.
 void MainView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (!window()->focusWidget()) updateFocus(nullptr);

@@ -61,7 +61,7 @@ void MainWindow::fillLinkField(const std::string& link) {
 }
 
 void MainWindow::present() {
-    // Otherwise window managers choose a new position for a window that was hidden.
+    // Sets the position, because window managers choose a new one for a window that was hidden.
     if (!isVisible()) move(positionToShow());
     if (isMinimized()) showNormal();
     show();
@@ -76,7 +76,8 @@ void MainWindow::present() {
     activateWindow();
 }
 
-// The screen with the previous position may have been disconnected.
+// Returns the previous position, unless its screen was disconnected; otherwise a position that centres the
+// window.
 QPoint MainWindow::positionToShow() const {
     if (position_ && QGuiApplication::screenAt(*position_ + rect().center())) return *position_;
     const QRect area = screen()->availableGeometry();

@@ -32,8 +32,8 @@ void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QP
     painter.restore();
 }
 
-// Strength of an outline: quiet for controls with text, clear for those that only their outline makes
-// visible.
+// Strengths of outlines. Controls with text have a quiet one. Controls that only their outline makes visible
+// have a clear one.
 constexpr double quietOutline = 0.26;
 constexpr double clearOutline = 0.47;
 constexpr double disabledOutline = 0.15;
@@ -65,7 +65,8 @@ ButtonColours buttonColours(const QStyleOptionButton& option) {
                                                                : 0;
     const QColor fill = palette.color(isDefault ? QPalette::Highlight : QPalette::Button);
     if (!isDefault) return {mixed(text, fill, tint), outline(palette, quietOutline)};
-    // The tint increases the contrast to the title. A fill that resembles the window gets an outline.
+    // The tint increases the contrast to the title. A fill that resembles the window's colour gets an
+    // outline.
     const bool isTitleLight = palette.color(QPalette::HighlightedText).lightness() > 127;
     const QColor tinted = mixed(isTitleLight ? Qt::black : Qt::white, fill, tint);
     const bool isFaint = contrastBetween(fill, window) < 3;

@@ -7,7 +7,7 @@
 namespace tarnik {
 
 // A flat widget style with rounded controls and a focus ring, for desktops that leave the style to the
-// program. All colours are from the palette. The application owns it.
+// program. All colours are from the palette. The application owns the style.
 class PlainStyle : public QProxyStyle {
 public:
     PlainStyle();

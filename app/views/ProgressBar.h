@@ -27,7 +27,7 @@ private:
     void updateTimer();
 
     QBasicTimer timer_;  // runs only while the segment moves
-    int phase_ = 350;    // in thousandths of a period; the first position does not look like a share
+    int phase_ = 350;    // in thousandths of a period; the initial one doesn't look like a progress value
 };
 
 }  // namespace tarnik

@@ -7,7 +7,8 @@
 namespace tarnik {
 
 // The main thread with Qt's event loop. Make it on that thread; the application object need not exist yet.
-// Tasks that are posted before the loop runs wait for it. Tasks left when this is destroyed are dropped.
+// Tasks that are posted before the loop runs are queued. Tasks that have not run when this is destroyed are
+// dropped.
 class QtMainThread {
 public:
     QtMainThread();
@@ -15,7 +16,7 @@ public:
     QtMainThread(const QtMainThread&) = delete;
     QtMainThread& operator=(const QtMainThread&) = delete;
 
-    // Returns the operations. They do nothing after this is destroyed.
+    // Returns the operations. post() does nothing after this is destroyed.
     MainThread operations() const;
 
 private:

@@ -32,7 +32,7 @@ std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const StatusItem::On
     return menu;
 }
 
-// Returns whether the system opens the menu on a click.
+// Returns true if the system opens the menu on a click.
 bool clickOpensMenu() {
     return QGuiApplication::platformName() == "cocoa";
 }

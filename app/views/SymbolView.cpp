@@ -8,7 +8,7 @@
 namespace tarnik {
 namespace {
 
-constexpr int lift = 1;  // text is optically above the middle of its line
+constexpr int lift = 1;  // the optical centre of text is above the middle of its line
 
 }  // namespace
 

@@ -13,7 +13,8 @@ constexpr int minLines = 4;
 constexpr int preferredLines = 6;
 constexpr int padding = 8;
 
-// Returns how much of `before` was dropped at its front to become `after`, or 0 if `after` is another text.
+// Returns the number of characters that were dropped from the front of `before` to make `after`, or 0 if
+// `after` is unrelated.
 qsizetype droppedFront(const QString& before, const QString& after) {
     constexpr qsizetype prefix = 80;  // long enough to be unique
     if (after.size() < prefix) return 0;
@@ -70,7 +71,8 @@ void TerminalBox::reset() {
     followsEnd_ = true;
 }
 
-// Edits the document, because replacing its text would lose the selection and the scroll position.
+// Edits the end of the document, because replacing all of it would lose the selection and the scroll
+// position.
 void TerminalBox::replaceFrom(qsizetype position, const QString& text) {
     QTextCursor cursor(document());
     cursor.setPosition(static_cast<int>(position));

@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// Shows the terminal output of a program, to read, select and copy. Scrolls to its end unless the user
+// Shows the terminal output of a program. The user can select and copy it. Scrolls to the end unless the user
 // scrolled up. A selection survives changes elsewhere in the text.
 class TerminalBox : public QPlainTextEdit {
 public:

@@ -12,8 +12,7 @@
 namespace tarnik {
 namespace {
 
-// The line height in multiples of the font size. Fonts of one size differ much in the line height they
-// request.
+// The line height in multiples of the font size. Fonts of the same size request very different line heights.
 constexpr double leading = 1.38;
 constexpr int minWidth = 60;
 
@@ -40,7 +39,7 @@ QFont fontFor(TextLabel::Role role, QFont font) {
     return font;
 }
 
-// Breaks the text into lines and returns the size they take.
+// Breaks the text into lines and returns their total size.
 QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeight) {
     layout.setFont(font);
     QTextOption option;

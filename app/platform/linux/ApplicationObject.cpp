@@ -30,7 +30,8 @@ QVariantMap platformData(const std::optional<std::string>& activationToken) {
 
 void applyPlatformData(const QVariantMap& data) {
     const QString token = data.value(activationTokenKey()).toString();
-    // Only Qt's Wayland windows read it there. The environment is left alone otherwise.
+    // Qt reads the token from the environment for Wayland windows only. Otherwise the environment is
+    // unchanged.
     if (isToken(token) && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         qputenv("XDG_ACTIVATION_TOKEN", token.toLatin1());
 }

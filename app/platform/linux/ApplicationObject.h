@@ -12,7 +12,7 @@
 namespace tarnik {
 
 // Our object on the session bus. It implements org.freedesktop.Application for desktops, and one method of
-// our own by which a later instance waits for the end of this one. Main thread.
+// our own with which a later instance waits for the end of this one. Main thread.
 class ApplicationObject : public QDBusVirtualObject {
 public:
     static constexpr const char* path = "/com/tarnik/node";

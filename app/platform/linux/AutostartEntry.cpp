@@ -63,7 +63,7 @@ std::string escapedValue(std::string_view text) {
     return value;
 }
 
-// The entry may outlive the program. TryExec makes desktops ignore it then.
+// The entry may outlive the program. TryExec then makes desktops ignore the entry.
 std::string entryText(const std::string& program) {
     return "[Desktop Entry]\n"
            "Type=Application\n"
@@ -105,7 +105,7 @@ bool AutostartEntry::isEnabled() const {
 bool AutostartEntry::write() const {
     const bool isValid = program_.starts_with('/') && program_.find_first_of("\n\r\t=") == std::string::npos;
     if (!isValid || entryExists(entry_) || entryExists(marker_)) return false;
-    // The entry comes first: after a crash between the two it may be written once more, but never be missing.
+    // The entry is written first, so that after a crash it may be written again but is never missing.
     return writeFileAtomically(entry_, entryText(program_)) && writeFileAtomically(marker_, "");
 }
 

@@ -10,8 +10,8 @@ namespace tarnik {
 // The desktop entry in the user's "autostart" folder, which starts the program at login.
 //
 // A value. Call from any thread. An existing entry is never changed, whether it is disabled (Hidden, or
-// X-GNOME-Autostart-enabled=false) or a link to /dev/null. We write an entry only once in the life of the
-// preferences, so that a deleted entry stays deleted.
+// X-GNOME-Autostart-enabled=false) or a link to /dev/null. We write an entry only once, as recorded in the
+// preferences folder, so that a deleted entry stays deleted.
 class AutostartEntry {
 public:
     // The argument that the entry passes to the program.

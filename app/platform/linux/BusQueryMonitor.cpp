@@ -20,7 +20,7 @@ BusQueryMonitor::BusQueryMonitor(const QDBusConnection& bus, Query query, OnRepl
               [this](const QDBusMessage&) { refresh(); });
     for (const auto& match : query_.signals) subscribe(match, [this](const QDBusMessage&) { refresh(); });
     refresh();
-    // Otherwise a service that crashes on our call would be started again for ever.
+    // Later calls don't start the service, because one that crashes on our call would be restarted for ever.
     query_.call.setAutoStartService(false);
 }
 

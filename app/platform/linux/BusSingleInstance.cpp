@@ -64,7 +64,7 @@ std::optional<QString> BusSingleInstance::owner() const {
     return owner.isEmpty() ? std::nullopt : std::optional(owner);
 }
 
-// Calls the owner by its unique name, because the well-known name may change hands meanwhile.
+// Calls the owner by its unique name, because the well-known name may get another owner meanwhile.
 BusSingleInstance::Reply BusSingleInstance::handOver(const QString& owner,
                                                      const LaunchRequest& request) const {
     const QDBusMessage reply = call(requestCall(owner, request), timeouts_.handOver);
@@ -82,7 +82,7 @@ QDBusMessage BusSingleInstance::requestCall(const QString& owner, const LaunchRe
     if (request.link && request.link->size() <= static_cast<std::size_t>(ApplicationObject::maxLinkBytes))
         return busCall(object, interface, QStringLiteral("Open"),
                        {QStringList(QString::fromStdString(*request.link)), data});
-    // A start at login asks nothing of a running owner, which replies to this call at once.
+    // A start at login has no request for a running owner. The owner replies to this call at once.
     if (!request.link && !request.wantsWindow) return endCall(owner);
     return busCall(object, interface, QStringLiteral("Activate"), {data});
 }

@@ -20,8 +20,8 @@ namespace tarnik {
 //   replies                          handedOver
 //   reports that it is ending        waits for its end, then claims the name again
 //   exits without a reply            claims the name again: the request was not accepted
-//   doesn't reply within the time    handedOver: the link is in its queue and must not be used twice
-//   doesn't know the interface       unavailable
+//   doesn't reply within the time    handedOver: the link may be in its queue and must not be used twice
+//   lacks the interface              unavailable
 class BusSingleInstance {
 public:
     struct Timeouts {

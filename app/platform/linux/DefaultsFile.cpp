@@ -20,7 +20,7 @@ const Json jsonTrue(Json::Literal{"true"});
 
 struct Contents {
     Json::Object members;
-    bool isBroken = false;  // the path exists but holds no readable JSON object
+    bool isBroken = false;  // the path exists but contains no readable JSON object
 };
 
 Contents read(const std::string& path) {

@@ -10,7 +10,7 @@ namespace tarnik {
 const BusObject& desktopPortal();
 
 // Registers our desktop entry with the portal. Call it before any other call to the portal. Older portals
-// lack this call and guess the entry.
+// lack this method and guess the entry.
 void registerWithPortal(const QDBusConnection& bus);
 
 }  // namespace tarnik

@@ -36,7 +36,7 @@ public:
     // switch is on already.
     bool prompt(Switch which);
 
-    // Opens the settings. While a prompt is open it waits for that, and does nothing if the user accepted.
+    // Opens the settings. If a prompt is open, opens them after it, unless the user accepts.
     void openSettings(Switch which);
 
     // Sets the handler that the event loop calls when isOn may have changed.

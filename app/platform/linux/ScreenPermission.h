@@ -10,8 +10,8 @@
 namespace tarnik {
 
 // Monitors whether the portal's permission store allows this program to take screenshots. Off if the portal
-// has no Screenshot interface. Permissions for recordings don't count: each is for one recording and is
-// stored nowhere that could be read.
+// has no Screenshot interface. Permissions for recordings are ignored, because each is for one recording and
+// is not stored in a readable place.
 //
 // Main thread. Starts the portal and its store, because only some desktops start them by themselves.
 class ScreenPermission {
@@ -22,8 +22,8 @@ public:
     bool isOn() const { return hasScreenshots_ && stored_.value_or(wasGranted_); }
     bool isKnown() const { return isKnown_; }
 
-    // Reports the user's answer to a prompt. If no store keeps it, as on older desktops, it holds for this
-    // run.
+    // Reports the user's answer to a prompt. It applies to this run if no store records it, as on older
+    // desktops.
     void prompted(bool granted);
 
 private:

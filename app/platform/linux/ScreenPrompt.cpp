@@ -29,7 +29,8 @@ QString requestInterface() {
 
 constexpr std::time_t maxScreenshotAge = 600;  // in seconds
 
-// Opens the folder and follows its links. Returns an empty descriptor if it isn't inside one of `folders`.
+// Opens the folder and follows links. Returns an empty descriptor unless it is one of `folders` or inside
+// one.
 UniqueFd openFolder(const std::string& path, const std::vector<std::string>& folders) {
     const auto folder = realPath(path);
     const bool isBelow = folder && std::ranges::any_of(folders, [&](const std::string& other) {
@@ -70,7 +71,7 @@ void ScreenPrompt::ask(OnDone onDone) {
     callBusAsync(bus_, call, portalTimeout, *call_, [this](const QDBusMessage& reply) {
         if (reply.type() != QDBusMessage::ReplyMessage) return done(false);
         const auto path = reply.arguments().value(0).value<QDBusObjectPath>().path();
-        if (!path.isEmpty() && path != request_) subscribe(path);  // portals before 2017 choose the path
+        if (!path.isEmpty() && path != request_) subscribe(path);  // portals before 2017 choose another path
     });
 }
 

@@ -14,8 +14,8 @@
 
 namespace tarnik {
 
-// Makes the portal ask the user whether this program may read the screen. The only request that prompts is
-// one for a screenshot, which is deleted at once.
+// Makes the portal ask the user whether this program may read the screen. Only a request for a screenshot
+// prompts the user. The screenshot is deleted at once.
 //
 // Main thread. One dialog at a time.
 class ScreenPrompt {
@@ -28,7 +28,7 @@ public:
     // Screenshots are deleted only inside `pictureFolders`.
     ScreenPrompt(const QDBusConnection& bus, std::vector<std::string> pictureFolders);
 
-    // Calls `onDone` once, later. Passes false also if there is no portal.
+    // Calls `onDone` once, after this returns. Passes false if the user refuses or there is no portal.
     void ask(OnDone onDone);
 
 private:

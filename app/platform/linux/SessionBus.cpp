@@ -20,7 +20,7 @@ std::string variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-// The D-Bus library accepts only a socket of this user there.
+// Returns true for a socket of this user. The D-Bus library accepts no other file as the bus.
 bool isOwnSocket(const std::string& path) {
     struct stat found{};
     return ::lstat(path.c_str(), &found) == 0 && S_ISSOCK(found.st_mode) && found.st_uid == ::getuid();
@@ -33,7 +33,7 @@ void disableBusAutolaunch() {
     if (!variable(address).empty()) return;
     const std::string runtime = variable("XDG_RUNTIME_DIR");
     if (!runtime.empty() && isOwnSocket(runtime + "/bus")) return;
-    ::setenv(address, "disabled:", 1);  // a transport that no library knows
+    ::setenv(address, "disabled:", 1);  // no D-Bus library supports this transport
 }
 
 QString ourBusName() {

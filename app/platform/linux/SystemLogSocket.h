@@ -9,7 +9,7 @@
 namespace tarnik {
 
 // Sends lines to the system's log through its datagram socket. Call from any thread. Never blocks: lines that
-// the socket can't take at once are dropped.
+// the socket can't accept at once are dropped.
 class SystemLogSocket {
 public:
     static constexpr const char* standardPath = "/dev/log";

@@ -11,7 +11,7 @@ template <class Ref>
 class CfOwner {
 public:
     CfOwner() = default;
-    // Takes over a reference from a function with Create or Copy in its name. `ref` may be null.
+    // Takes ownership of a reference from a function with Create or Copy in its name. `ref` may be null.
     explicit CfOwner(Ref ref) : ref_(ref) {}
     ~CfOwner() {
         if (ref_) ::CFRelease(ref_);

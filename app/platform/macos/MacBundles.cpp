@@ -18,7 +18,7 @@ Function find(const char* name) {
     return library ? reinterpret_cast<Function>(::dlsym(library, name)) : nullptr;
 }
 
-// The arguments of this process without the program's name.
+// Returns the arguments of this process without the program's name.
 std::vector<std::string> arguments() {
     char** all = *::_NSGetArgv();
     const int count = *::_NSGetArgc();

@@ -51,7 +51,7 @@ bool isRunning(const OtherCopy& copy) {
     return !table || startOf(copy.pid, *table) == copy.started;
 }
 
-// Calls `action` with the application, unless its process id belongs to another process by now.
+// Returns an operation that calls `action` unless the process has ended or its process id was reused.
 std::function<void(const OtherCopy&)> whileRunning(void (*action)(NSRunningApplication*)) {
     return [action](const OtherCopy& copy) {
         if (!isRunning(copy)) return;
@@ -69,7 +69,7 @@ void forceTerminate(NSRunningApplication* application) {
     [application forceTerminate];
 }
 
-// Since macOS 14 the system ignores this unless it thinks that the user wants it.
+// Since macOS 14 the system may ignore this request.
 void activate(NSRunningApplication* application) {
     [application activateWithOptions:NSApplicationActivateIgnoringOtherApps];
 }

@@ -6,7 +6,7 @@ namespace tarnik {
 
 namespace {
 
-// Named explicitly, because the system gives a program outside a bundle a domain of its own.
+// Returns our preferences domain. The default domain of a program outside a bundle is another one.
 CfOwner<CFStringRef> domain() {
     return CfText::of(TarnikIdentity::bundleIdentifier);
 }

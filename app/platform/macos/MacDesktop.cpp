@@ -8,7 +8,7 @@ namespace tarnik {
 
 namespace {
 
-// Qt finds the image of twice the size by its name.
+// Returns the path of the status item's image. Qt finds the @2x image in the same folder by its name.
 std::optional<std::string> menuBarImage(const std::optional<std::string>& bundle) {
     if (!bundle) return std::nullopt;
     return *bundle + "/Contents/Resources/MenuBarIcon.png";
@@ -16,7 +16,7 @@ std::optional<std::string> menuBarImage(const std::optional<std::string>& bundle
 
 }  // namespace
 
-// By default Qt activates a program when it has launched. At login and after an update that would take the
+// Keeps Qt from activating the program when it has launched. At login and after an update that would take the
 // focus from the application that the user types into.
 void DesktopPlatform::prepare() {
     ::setenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1", 1);

@@ -50,7 +50,7 @@ void nameMacStatusItem(std::string_view name);
 // thread, after the application object exists.
 void becomeAccessory();
 
-// Activates the application, before all others. Main thread.
+// Activates the application and brings it to the front. Main thread.
 void activateApplication();
 
 }  // namespace tarnik

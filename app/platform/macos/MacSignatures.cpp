@@ -20,7 +20,7 @@ CfOwner<SecStaticCodeRef> codeAt(const std::string& bundle) {
     return code;
 }
 
-// Checks the requirement, too, unless it is null.
+// Checks the signature, and also the requirement unless it is null.
 bool isValid(SecStaticCodeRef code, SecRequirementRef requirement) {
     return ::SecStaticCodeCheckValidityWithErrors(code, whole, requirement, nullptr) == errSecSuccess;
 }

@@ -41,7 +41,7 @@ namespace tarnik {
 
 namespace {
 
-// Starts without an alert. The controller's own start would show one on failure, at every launch.
+// Starts the updater without an alert. The controller's own start would show one at every launch that fails.
 void start(TarnikUpdates* updates, const SystemLog& log) {
     NSError* error = nil;
     updates.hasStarted = [updates.controller.updater startUpdater:&error];

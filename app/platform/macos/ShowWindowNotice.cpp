@@ -18,8 +18,8 @@ void received(CFNotificationCenterRef, void* handler, CFNotificationName, const 
 
 }  // namespace
 
-// Both ends ask for immediate delivery, because the system delays notifications to an inactive application,
-// and ours is rarely active.
+// The observer and the sender request immediate delivery, because the system delays notifications to an
+// inactive application, and ours is rarely active.
 ShowWindowNotice::ShowWindowNotice(std::function<void()> handler) : handler_(std::move(handler)) {
     ::CFNotificationCenterAddObserver(::CFNotificationCenterGetDistributedCenter(), &handler_, received,
                                       name(), nullptr, CFNotificationSuspensionBehaviorDeliverImmediately);

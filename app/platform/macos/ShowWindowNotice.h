@@ -4,8 +4,8 @@
 
 namespace tarnik {
 
-// Observes the distributed notification by which a second copy of the application asks the running one to
-// show its window. Every program of the user can post it, so the handler must be harmless.
+// Observes the distributed notification with which a second copy of the application asks the running one to
+// show its window. Any program of the user can post it, so the handler must be harmless.
 //
 // Main thread, the handler included.
 class ShowWindowNotice {
