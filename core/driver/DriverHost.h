@@ -20,7 +20,7 @@ namespace tarnik {
 // The effects and the times of DriverHost.
 struct DriverHostDeps {
     using LaunchResult = std::expected<std::shared_ptr<ChildProcess>, SystemError>;
-    // Returns a descriptor for one driver's output. A closed one sends the output to /dev/null.
+    // Returns a descriptor for one driver's output. An empty one sends the output to /dev/null.
     using AttachOutput = std::function<UniqueFd()>;
 
     // Starts a driver with `livenessFd`, which is borrowed, as its standard input.
@@ -30,7 +30,7 @@ struct DriverHostDeps {
     std::function<TimePoint()> now;
     Seconds readinessTimeout = Seconds(10);
     std::vector<Seconds> restartDelays{Seconds(1), Seconds(2), Seconds(4), Seconds(8), Seconds(10)};
-    // Returns true while a newer setEnabled() or the end waits. A start gives up then.
+    // Returns true while a newer setEnabled() or shutdown() waits. A start in progress is then abandoned.
     std::function<bool()> isSuperseded = [] { return false; };
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
@@ -45,13 +45,13 @@ struct DriverHostDeps {
 //
 //   from          event                             to
 //   off           enabled                           starting
-//   starting      the socket answers                ready; the delays begin anew
+//   starting      the socket answers                ready; the delays are reset
 //   starting      exits, times out, can't start     restarting; idle after the last delay
-//   starting      newer call, no driver, no folder  idle
+//   starting      superseded, no driver, no folder  idle
 //   ready         exits                             restarting; idle after the last delay
 //   restarting    delay passed                      starting
 //   restarting, idle   enabled                      starting
-//   any but off   permissionsChanged                starting; the delays begin anew
+//   any but off   permissionsChanged                starting; the delays are reset
 //   any           disabled, shutdown                off
 //
 // The endpoint is published in `ready` only. A driver runs in `starting` and `ready` only.
@@ -66,7 +66,7 @@ public:
     using OnEndpointChange = std::function<void(const std::optional<CuaDriverEndpoint>&)>;
     using Log = std::function<void(const std::string&)>;
 
-    // Starts nothing. `log` is called with lower-case one-line messages; both run on the private queue.
+    // Starts no driver. `log` receives lower-case one-line messages. Both callbacks run on the private queue.
     DriverHost(Setup setup, DriverHostDeps deps, Log log, OnEndpointChange onEndpointChange);
 
     // Calls shutdown().
@@ -74,10 +74,10 @@ public:
     DriverHost(const DriverHost&) = delete;
     DriverHost& operator=(const DriverHost&) = delete;
 
-    // Returns once the driver is ready, has failed to start this time, or has stopped. Never fails.
+    // Blocks until the driver is ready, has failed to start, or has stopped. Never fails.
     void setEnabled(bool enabled);
 
-    // Restarts an enabled driver, since a driver notices new rights only in a new process.
+    // Restarts an enabled driver, because new permissions apply only to a new process.
     void permissionsChanged();
     void shutdown();
 

@@ -17,7 +17,7 @@ namespace tarnik {
 // hexadecimal digits. A value; the folder is not kept open.
 //
 // No link is followed below the application support folder. Folders are compared by device and inode and
-// changed through their descriptors, so a folder that was replaced is left alone.
+// changed through their descriptors, so a folder that was replaced is never changed.
 struct DriverSocketDirectory {
     struct Failure {
         enum class Kind { directory, socketPathTooLong };
@@ -42,7 +42,7 @@ struct DriverSocketDirectory {
     dev_t device = 0;        // of the folder when it was created
     ino_t inode = 0;
 
-    // Creates a new folder, and the ones between it and `applicationSupport`, which is created too.
+    // Creates a new folder. Also creates `applicationSupport` and the folders below it if they don't exist.
     static std::expected<DriverSocketDirectory, Failure> create(const std::string& applicationSupport);
 
     std::string pidFilePath() const;
@@ -51,17 +51,17 @@ struct DriverSocketDirectory {
     // Replaces the pid file.
     std::expected<void, SystemError> writeProcessIdentifier(pid_t pid) const;
 
-    // Returns std::nullopt if there is no pid file of ours, or if it holds anything but a positive 32-bit
+    // Returns std::nullopt if there is no pid file of ours, or if its content is not a positive 32-bit
     // number.
     std::optional<pid_t> readProcessIdentifier() const;
 
-    // Removes the socket, the pid file and the folder, unless the folder was replaced. Errors are ignored.
+    // Removes the socket, the pid file and the folder, unless the folder was replaced. Ignores errors.
     void cleanup() const;
 
     // Returns the existing folders that belong to this user and are private.
     static std::vector<DriverSocketDirectory> owned(const std::string& applicationSupport);
 
-    // Stops the drivers that an earlier run left behind, and removes their folders. Signals only processes
+    // Stops the drivers that an earlier run left running, and removes their folders. Signals only processes
     // that run `expectedExecutable`. Blocks for up to 2 s per driver. Never fails.
     static void reapStale(const std::string& applicationSupport, const std::string& expectedExecutable,
                           const Processes& processes);

@@ -12,11 +12,11 @@ namespace tarnik::ProcessInspection {
 
 using MacProcesses::executablePath;
 
-// Returns true if both paths are the same once their links are resolved.
+// Returns true if both paths are equal after their links are resolved.
 bool samePath(const std::string& one, const std::string& other);
 
-// Waits up to `timeout` until the process no longer exists. Returns true if it doesn't, or if `pid` is below
-// 2. An unreaped child and a process of another user exist.
+// Waits up to `timeout` until no process has this id. Returns true if there is none, or if `pid` is below 2.
+// Processes of other users and unreaped children count as existing.
 bool waitForExit(pid_t pid, Seconds timeout);
 
 }  // namespace tarnik::ProcessInspection

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// Opens a folder for lookups of names in it, which needs no permission to list it. Does not follow a link.
-// Returns a closed descriptor and sets errno on failure.
+// Opens a folder for looking up names in it, which doesn't require permission to list it. Does not follow a
+// link. On failure returns an empty descriptor and sets errno.
 UniqueFd openForSearch(int at, const std::string& name);
 
 }  // namespace tarnik

@@ -11,7 +11,7 @@
 
 namespace tarnik {
 
-// A reason of the installer itself to refuse an install.
+// A failure that the installer itself detects.
 struct InstallFailure {
     enum class Kind {
         noArtifact,    // `what`: the platform
@@ -37,11 +37,11 @@ struct ToolStartError {
     bool operator==(const ToolStartError&) const = default;
 };
 
-// Why an install failed.
+// The reason why an install failed.
 using InstallError = std::variant<InstallFailure, NodeRelease::Failure, NodeHome::ClaimError, SystemError,
                                   HttpError, ToolStartError>;
 
-// Return the message for the user: a whole sentence, or the description that the error's own type has.
+// Return the message for the user: a sentence, or a phrase for SystemError and NodeRelease::Failure.
 std::string describe(const InstallFailure& failure);
 std::string describe(const ToolStartError& error);
 std::string describe(const InstallError& error);

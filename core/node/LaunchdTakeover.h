@@ -12,8 +12,8 @@
 #include "core/node/NodeHome.h"
 #include "core/process/ExitStatus.h"
 
-// Takes the node over from the launchd agent that a command-line install registers, so that only the
-// supervisor runs it. An agent that can't be proved to run the same node home is left alone.
+// Removes the launchd agent that a command-line install registers, so that only the supervisor runs the node.
+// An agent is left unchanged unless it provably runs the same node home.
 namespace tarnik::LaunchdTakeover {
 
 // The agent is not ours or can't be read.
@@ -52,12 +52,13 @@ using Resolve = std::function<std::string(const std::string& path)>;
 
 std::string plistPath(std::string_view homeDirectory);
 
-// Decides what to do. `plist` is the content of the agent's file, or std::nullopt if there is no file.
+// Decides whether the agent is taken over. `plist` is the content of the agent's file, or std::nullopt if
+// there is no file.
 Plan plan(const std::optional<std::string>& plist, const std::string& plistPath, const NodeHome& home,
           std::uint32_t uid, const Resolve& resolve = resolvingLinks);
 
-// Stops the agent and deletes its file. Returns std::nullopt if the plan is not to take over. Blocks while
-// launchctl runs, for a minute at worst.
+// Stops the agent and deletes its file. Returns std::nullopt unless the plan is TakeOver. Blocks while
+// launchctl runs twice, with a time-out of 30 s each.
 std::optional<Outcome> execute(const Plan& plan, const Deps& deps);
 
 }  // namespace tarnik::LaunchdTakeover

@@ -10,19 +10,19 @@
 
 namespace tarnik {
 
-// The folder of the helper node: its place, its layout and the marker by which we claim it.
+// The folder of the helper node: its path, its layout, and the marker file that claims it for this program.
 //
 // An immutable value, made by resolve(). Each query reads the disk.
 struct NodeHome {
-    // Why a folder can't be the node home.
+    // The reason why a path is refused as the node home.
     struct ResolveError {
         enum class Reason { notAbsolute, reserved, overlapsDefault };
         Reason reason;
-        std::string path;  // as the user typed it for notAbsolute, else standardized
+        std::string path;  // for notAbsolute as the user typed it, otherwise standardized
         bool operator==(const ResolveError&) const = default;
     };
 
-    // Why a folder can't be claimed.
+    // The reason why a folder can't be claimed.
     struct ClaimError {
         enum class Reason { notAFolder, isALink, holdsOtherFiles };
         Reason reason;
@@ -40,17 +40,17 @@ struct NodeHome {
 
     static std::string defaultPath(std::string_view homeDirectory);
 
-    // Returns the folder that the user chose, or the default one if `chosen` is absent or blank. Fails for a
-    // folder that would be dangerous to fill or to remove.
+    // Returns the folder that the user chose, or the default folder if `chosen` is absent or blank. Fails for
+    // a folder that must not be filled or removed, such as the user's home.
     static std::expected<NodeHome, ResolveError> resolve(const std::optional<std::string>& chosen,
                                                          std::string_view homeDirectory);
 
-    // Creates the folder if need be and writes the marker. A refusal changes nothing; nor does claiming a
-    // claimed folder.
+    // Creates the folder if it doesn't exist, and writes the marker. Changes nothing if it fails with a
+    // ClaimError or if the folder is claimed already.
     std::expected<void, ClaimFailure> claim() const;
 
     bool isClaimed() const;
-    bool isInstalled() const;  // the runtime and the helper package are there
+    bool isInstalled() const;  // the runtime and the helper package exist
     bool hasJoined() const;
 
     std::string marker() const;

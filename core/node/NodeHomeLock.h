@@ -9,10 +9,11 @@
 
 namespace tarnik {
 
-// Exclusive use of a node home by one process, from take() until this object is destroyed.
+// An exclusive lock on a node home, held from take() until this object is destroyed.
 //
-// An flock on the folder itself, which the kernel releases when the process ends. Children don't inherit it.
-// The lock belongs to the folder and not to its path: a home that is deleted and created anew is unlocked.
+// Uses flock(2) on the folder itself. The kernel releases the lock when the process ends, and children don't
+// inherit it. The lock belongs to the folder and not to its path, so a home that is deleted and created again
+// is unlocked.
 class NodeHomeLock {
 public:
     struct Failure {
@@ -25,7 +26,7 @@ public:
     };
 
     // Locks the folder without waiting. Creates it if it doesn't exist, since a claim accepts an empty
-    // folder. Fails with unavailable for a path that a claim refuses; the claim returns the reason.
+    // folder. Fails with unavailable for a path that is not a folder; a later claim returns that reason.
     static std::expected<NodeHomeLock, Failure> take(const NodeHome& home);
 
 private:

@@ -37,18 +37,18 @@ struct NodeInstallerDeps {
 
 // Installs the pinned Node.js runtime and the signed helper package in the node home.
 //
-// Each is downloaded into a staging folder, checked, unpacked, and then swapped in by two renames: the old
-// one is moved into the staging folder, the new one out of it. So each is always there whole or not at all,
-// and the start after a crash installs what is missing.
+// Each of the two is downloaded into a staging folder, checked and unpacked. Then two renames replace it: the
+// old folder is moved into the staging folder, and the new folder out of it. So each is complete or absent at
+// every moment, and a start after a crash installs the missing one.
 //
-// One install at a time, on a background thread, which it blocks. A refusal leaves the installed helper
-// unchanged; a refusal before the home is claimed leaves the disk unchanged.
+// Call install() on a background thread, one call at a time; it blocks. A refused package leaves the
+// installed package unchanged. A refusal before the home is claimed leaves the disk unchanged.
 class NodeInstaller {
 public:
     struct Settings {
         std::optional<Url> releaseBase;
         std::optional<std::string> releasePublicKey;    // base64url of 32 bytes
-        std::string platform;                           // in the spelling of releases: "darwin-arm64"
+        std::string platform;                           // as releases name it: "darwin-arm64"
         std::optional<std::string> minimumVersion;      // older releases are refused
         std::optional<NodeRuntime> developmentRuntime;  // for a platform without a pinned runtime
     };
@@ -63,8 +63,9 @@ public:
 
     std::expected<void, InstallError> install(const Progress& progress) const;
 
-    // Returns the version in the installed package's description, or std::nullopt without one. An unreadable
-    // or oversized description gives an invalid version, which blocks installs as any invalid version does.
+    // Returns the version in the installed package's description file, or std::nullopt if there is no file or
+    // no version in it. Returns an invalid version if the file is unreadable or too large; an invalid version
+    // blocks installs.
     std::optional<std::string> installedVersion() const;
 
 private:

@@ -13,16 +13,17 @@
 // The arguments and the environment of the helper node. The program is the runtime, home.nodeBinary().
 namespace tarnik::NodeLaunch {
 
-// Inherited variables with these prefixes never reach the node.
+// Inherited variables with these prefixes are not passed to the node.
 inline constexpr std::array<std::string_view, 3> droppedPrefixes{"OPENCLAW_", "CF_ACCESS_", "CUA_DRIVER_"};
 
-// The normal mode. The node quits at the end of its standard input, which we hold open.
+// Returns the arguments of the normal mode, in which the node quits when its standard input ends.
 std::vector<std::string> runArguments(const NodeHome& home);
 
-// The pairing mode. The link is passed unchanged.
+// Returns the arguments of the connect command. The address is passed unchanged.
 std::vector<std::string> connectArguments(const NodeHome& home, const std::string& joinURL);
 
-// Returns the node's whole environment, made from ours. Without an endpoint its variable is absent.
+// Returns the node's whole environment, derived from `inherited`. The endpoint's variable is set only if
+// there is an endpoint.
 Environment environment(const Environment& inherited, const NodeHome& home,
                         const std::optional<CuaDriverEndpoint>& endpoint);
 

@@ -13,22 +13,22 @@
 
 namespace tarnik {
 
-// The log file of the node's output. It is bounded in size, with one older copy at path + ".1".
+// The log file of the node's output. Its size is bounded; one older copy is kept at path + ".1".
 //
 // One per application. Shared with the readers of its pipes, which keep it alive while a pipe has a writer.
 // Call from any thread; chunks of several pipes are never mixed. Errors are not reported: output that can't
 // be written is lost, and the next append tries again.
 //
-// The file is rotated by the chunk with which it reaches the cap.
+// The chunk that makes the file reach the cap also rotates it.
 //
 //   error                                 effect
-//   the path is a link, or not a regular  the file is not opened; no link is followed, no FIFO waited for
+//   the path is a link, or not a regular  the file is not opened; links are not followed, a FIFO never blocks
 //     file of ours
 //   file or folder deleted or replaced    noticed within checkInterval; the file is created or opened again,
 //                                         and the older copy is kept
 //   the file can't be renamed             it is truncated; if that fails too, chunks are lost until one of
 //                                         the two succeeds
-//   disk full                             the rest of the chunk is lost; the file stays open
+//   disk full                             the rest of the chunk is lost; the file remains open
 class NodeLog : public std::enable_shared_from_this<NodeLog> {
     struct Passkey {};
 

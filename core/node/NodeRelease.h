@@ -14,7 +14,7 @@ namespace tarnik {
 
 // The cryptography that checks releases. Call from any thread.
 struct ReleaseCrypto {
-    // Returns true if `signature` is valid. Returns false for a malformed key, which has 32 bytes.
+    // Returns true if `signature` is valid. Returns false for a key that doesn't have 32 bytes.
     std::function<bool(std::string_view publicKey, std::string_view signature, std::string_view message)>
         verifyEd25519;
     std::function<std::string(std::string_view bytes)> sha256Hex;  // lower case
@@ -36,7 +36,7 @@ struct ReleaseArtifact {
 // The parts of a release's manifest that an install needs.
 struct NodeReleaseManifest {
     std::string version;
-    std::map<std::string, ReleaseArtifact, std::less<>> artifacts;  // by platform, also unknown ones
+    std::map<std::string, ReleaseArtifact, std::less<>> artifacts;  // by platform; unknown platforms are kept
 
     bool operator==(const NodeReleaseManifest&) const = default;
 };
@@ -44,7 +44,7 @@ struct NodeReleaseManifest {
 // The signed release file: a JSON object with the manifest's text and a signature of that text.
 namespace NodeRelease {
 
-// Why a release file is refused.
+// The reason why a release file is refused.
 struct Failure {
     enum class Reason { wrongKey, noKey, notJSON, shape, badSignature, wrongChannel };
     Reason reason;
@@ -67,17 +67,18 @@ inline constexpr std::array<std::string_view, 6> platforms{"darwin-arm64", "darw
 // The platform of this build.
 extern const std::string_view hostPlatform;
 
-// Returns the manifest if the file is signed with the key, base64url of 32 bytes, and of the stable channel.
+// Returns the manifest if the file is signed with the key and belongs to the stable channel. The key is
+// base64url of 32 bytes.
 std::expected<NodeReleaseManifest, Failure> verifyChannelFile(
     std::string_view file, const std::optional<std::string>& publicKeyB64url, const ReleaseCrypto& crypto);
 
 // Parses the manifest of a verified release file. Fails with shape or wrongChannel.
 std::expected<NodeReleaseManifest, Failure> parseManifest(std::string_view text, std::string_view channel);
 
-// Returns the id of a key: the first 16 digits of its SHA-256.
+// Returns the id of a key: the first 16 hexadecimal digits of its SHA-256.
 std::string keyId(std::string_view publicKey, const ReleaseCrypto& crypto);
 
-// Decodes base64 of either alphabet, with or without padding, and strict otherwise.
+// Decodes base64 in either alphabet, with or without padding. Returns std::nullopt for any other text.
 std::optional<std::string> base64url(std::string_view text);
 
 }  // namespace NodeRelease

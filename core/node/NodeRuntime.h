@@ -9,16 +9,16 @@ namespace tarnik {
 
 // A Node.js runtime that can be installed.
 struct NodeRuntime {
-    std::string platform;  // in the spelling of releases
-    std::string version;   // in the spelling of `node --version`: "v24.22.1"
-    std::string base;      // the address of the folder with the archive
+    std::string platform;  // as releases name it
+    std::string version;   // as `node --version` prints it: "v24.22.1"
+    std::string base;      // the URL of the folder with the archive
     std::string file;
     std::string sha256;  // of the archive, lower-case hexadecimal
 
     bool operator==(const NodeRuntime&) const = default;
 };
 
-// The one Node.js version that this build installs.
+// The Node.js version that this build installs.
 namespace NodeRuntimePin {
 
 inline constexpr std::string_view version = "v24.22.1";

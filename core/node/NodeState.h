@@ -9,7 +9,7 @@ namespace tarnik {
 
 namespace NodeStates {
 
-struct Restarting {  // the node has ended and is started again after the delay
+struct Restarting {  // the node has ended and is restarted after the delay
     Seconds after;
     bool operator==(const Restarting&) const = default;
 };

@@ -25,38 +25,38 @@ struct NodeSupervisorDeps {
     std::function<TimePoint()> now;
     Seconds pairingGrace = Seconds(90);    // from the confirmation until a pairing may be interrupted
     Seconds connectedAfter = Seconds(15);  // from the confirmation until a running command is connected
-    Seconds outputGrace = Seconds(5);      // from the node's exit until our end of its output is closed
-    std::shared_ptr<NodeLog> nodeLog;      // null: the node's output goes to /dev/null
-    std::function<bool()> isEnding = [] { return false; };  // true: nothing is started any more
+    Seconds outputGrace = Seconds(5);      // from the node's exit until its output is closed here
+    std::shared_ptr<NodeLog> nodeLog;      // null sends the node's output to /dev/null
+    std::function<bool()> isEnding = [] { return false; };  // if true, no child is started
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
     static NodeSupervisorDeps production();  // real children, the steady clock, no log
 };
 
-// Keeps the helper node running: starts it, restarts it after a growing delay when it exits, restarts it when
-// the desktop driver's endpoint changes, and runs its connect command for a pairing link instead of it.
+// Keeps the helper node running: starts it, restarts it after a growing delay when it exits, and restarts it
+// when the desktop driver's endpoint changes. For a pairing it runs the connect command in place of the node.
 //
 // One per application. Call from any thread, but not from inside `onState`, `log` or a pairing update.
 //
 //   from                   event                                   to
-//   any, nothing running   start, home not installed               notInstalled
-//   any, nothing running   start, no join record                   waitingForLink
-//   any, nothing running   start, node spawned                     running
-//   any, nothing running   start, pipe or spawn failed             restarting(delay)
-//   restarting             delay passed                            as start
+//   any, without a child   start, home not installed               notInstalled
+//   any, without a child   start, no join record                   waitingForLink
+//   any, without a child   start, node spawned                     running
+//   any, without a child   start, pipe or spawn failed             restarting(delay)
+//   restarting             delay passed                            as for start
 //   running                node exits                              restarting(delay)
-//   any                    beginPairing                            pairing
+//   any                    beginPairing                            pairing; restarting(delay) on failure
 //   pairing                session connected                       running, without a runningPID
-//   pairing run            exits, no join record                   waitingForLink
-//   pairing run            exits, join record                      restarting(delay)
+//   pairing, connected     command exits, no join record           waitingForLink
+//   pairing, connected     command exits, join record              restarting(delay)
 //   any                    stop                                    stopped
 class NodeSupervisor {
 public:
     using OnPairingUpdate = std::function<void(const PairingSession::Snapshot&)>;
     using PairingStart = std::expected<std::shared_ptr<PairingSession>, PairingError>;
 
-    // `inherited` is the application's environment. `onState` is called for every change of the state, `log`
-    // with lower-case one-line messages, both on the private queue. Starts nothing.
+    // Starts no child. `inherited` is the application's environment. `onState` is called for each change of
+    // the state, `log` with lower-case one-line messages, both on the private queue.
     NodeSupervisor(NodeHome home, Environment inherited, NodeSupervisorDeps deps,
                    std::function<void(const std::string&)> log,
                    std::function<void(const NodeState&)> onState);
@@ -66,14 +66,14 @@ public:
     NodeSupervisor(const NodeSupervisor&) = delete;
     NodeSupervisor& operator=(const NodeSupervisor&) = delete;
 
-    // Starts the node if nothing runs. Call it again after an install, since nothing else retries then.
+    // Starts the node if no child runs. Call it again after an install, which the supervisor doesn't notice.
     void start();
     // Stops the node, by force if need be. Blocks for up to 20 s. Never fails.
     void stop();
-    // Restarts a running node, and blocks for up to 20 s then. Lets a pairing finish first.
+    // Restarts a running node, which blocks for up to 20 s. Delays the restart while a pairing runs.
     void setEndpoint(std::optional<CuaDriverEndpoint> endpoint);
 
-    // Stops the node and starts a pairing. Blocks for up to 20 s. A refusal changes nothing.
+    // Stops the node and starts a pairing. Blocks for up to 20 s. A PairingFailure changes nothing.
     PairingStart beginPairing(const std::string& joinURL, OnPairingUpdate onUpdate);
 
     NodeState currentState() const;

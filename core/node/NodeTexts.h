@@ -2,8 +2,7 @@
 
 #include <string>
 
-// The progress of an install, as the user reads it. The sentences of failures are returned by describe(),
-// which each failure's header declares.
+// The texts that show the progress of an install. The header of each failure type declares its describe().
 namespace tarnik::NodeTexts {
 
 inline constexpr const char* runtimeName = "Node.js";

@@ -12,13 +12,13 @@ namespace tarnik {
 // A pairing link that JoinLink::code has accepted.
 struct JoinCode {
     std::string text;  // matches JoinLink::codePattern
-    std::string link;  // the link as the user gave it, to be shown or passed on
+    std::string link;  // the link as the user entered it
 
     bool operator==(const JoinCode&) const = default;
 };
 
 // Parses pairing links: the code in a link, the address of the service's answer to the code, and the join
-// address in that answer. Pure functions; they return std::nullopt for everything that is not acceptable.
+// address in that answer. Pure functions, which return std::nullopt for input that they refuse.
 namespace JoinLink {
 
 inline constexpr std::string_view codePattern = "^[A-Za-z0-9_-]{22}$";
@@ -35,7 +35,7 @@ std::optional<JoinCode> code(std::string_view text, const Url& webOrigin);
 // Returns the web origin with /c/CODE/app.
 Url answerURL(std::string_view code, const Url& webOrigin);
 
-// Returns the join address in the answer to `code`, unchanged. It is https, or http to this machine itself.
+// Returns the join address in the answer to `code`, unchanged: https, or http with a loopback host.
 std::optional<Url> joinURL(std::string_view answer, std::string_view code);
 
 }  // namespace JoinLink

@@ -9,28 +9,27 @@
 
 namespace tarnik {
 
-// Reports the changes of a pairing session in order, one call at a time, although they come from several
-// threads.
+// Reports the changes of a pairing session in order and one at a time, on whichever thread calls report().
 //
-// Owned by its session. Of several unreported changes within one phase only the last is reported, so nothing
-// piles up behind a slow listener. Call from any thread.
+// Owned by its session. Of several unreported changes within one phase only the last is reported, so the
+// queue stays short behind a slow callback. Call from any thread.
 class PairingReporter {
 public:
     // Called by report() with no lock held. They may call back into the reporter.
     struct Operations {
-        std::function<PairingSnapshot(const PairingPhase&)> snapshot;  // with the text of the moment
+        std::function<PairingSnapshot(const PairingPhase&)> snapshot;  // with the current text
         std::function<void(const PairingSnapshot&)> onUpdate;
         std::function<void(ExitStatus)> onExit;
     };
     explicit PairingReporter(Operations operations);
 
-    // Queues a change, after which the session is in `phase`. `exit` is the command's exit, given once: it is
-    // reported right after this change.
+    // Queues a change to `phase`. `exit` is passed once, when the command has exited, and is reported right
+    // after this change.
     void add(const PairingPhase& phase, std::optional<ExitStatus> exit = std::nullopt)
         TARNIK_EXCLUDES(mutex_);
 
-    // Reports all queued changes. Returns at once if a call is in progress already, on another thread or
-    // further up this one's stack: that call reports them.
+    // Reports all queued changes. Returns at once if another call is in progress, on another thread or
+    // further up the stack of this one; that call reports the changes.
     void report() TARNIK_EXCLUDES(mutex_);
 
 private:

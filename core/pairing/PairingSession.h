@@ -15,30 +15,31 @@
 
 namespace tarnik {
 
-// Why a pairing is refused. A refusal changes nothing.
+// The reason why a pairing is refused. A refusal changes nothing.
 enum class PairingFailure { notInstalled, busy };
 
-// Why a pairing did not start: it was refused, or its command could not be started.
+// The reason why a pairing did not start: it was refused, or its command could not be started.
 using PairingError = std::variant<PairingFailure, SystemError>;
 
 std::string describe(PairingFailure failure);  // the message for the user
 std::string describe(const PairingError& error);
 
 // One attempt to join this Mac to an account. Runs the helper's connect command on a terminal, waits for its
-// prompt and for the user's confirmation, types Enter, and concludes from the command whether it worked.
+// prompt and for the user's confirmation, types Enter, and derives the outcome from how long the command
+// runs.
 //
-// One per link. Shared by the supervisor, the application model and the command's exit callback, which keeps
-// it alive until the end is reported. Call from any thread.
+// One per link. Shared by the supervisor, LinkPairing and the command's exit callback, which keeps it alive
+// until the end is reported. Call from any thread.
 //
-//   from            event                                              to
-//   starting        the output contains promptMarker                   waitingForYes
-//   waitingForYes   confirm()                                          connecting
-//   connecting      the command still runs connectedAfter later        connected
-//   connecting      the command ends after cancel(), joined() is true  connected
-//   any but the last two   the command ends                            ended(status)
+//   from              event                                              to
+//   starting          the output contains promptMarker                   waitingForYes
+//   waitingForYes     confirm()                                          connecting
+//   connecting        the command still runs connectedAfter later        connected
+//   connecting        the command ends after cancel(), joined() is true  connected
+//   any in progress   the command ends otherwise                         ended(status)
 //
-// The command has ended once it has exited and its output has ended, or drainTimeout after the exit. The
-// terminal is closed then, since a descendant of the command could hold it open forever.
+// The command counts as ended when it has exited and its output has ended, at the latest drainTimeout after
+// the exit. The terminal is closed then, because a descendant of the command could hold it open forever.
 class PairingSession : public std::enable_shared_from_this<PairingSession> {
     struct Passkey {};
 
@@ -79,11 +80,11 @@ public:
     // SIGKILL.
     void cancel();
 
-    // Returns true once the session has ended, and from `grace` after the confirmation on.
+    // Returns true if the phase is ended, or if `grace` has passed since the confirmation.
     bool mayBeInterrupted(TimePoint now, Seconds grace) const;
 
 private:
-    // The end of the command, as far as it is known.
+    // The known facts about the end of the command.
     struct End {
         bool cancelled = false;
         std::optional<ExitStatus> exit;

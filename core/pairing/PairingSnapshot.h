@@ -20,7 +20,7 @@ struct Starting {  // the command runs and has not printed its prompt yet
 struct WaitingForYes {  // the prompt is printed, and the user is asked to confirm
     bool operator==(const WaitingForYes&) const = default;
 };
-struct Connecting {  // the user has confirmed, and Enter is typed
+struct Connecting {  // the user has confirmed, and Enter was typed
     bool operator==(const Connecting&) const = default;
 };
 struct Connected {  // the command still runs some time after the user confirmed

@@ -10,18 +10,18 @@
 
 namespace tarnik {
 
-// The last part of a program's terminal output, as plain text. The cost of an append depends on its own bytes
-// only, not on the text that is kept.
+// The last part of a program's terminal output, as plain text. An append usually cleans only the appended
+// bytes, and not the kept text again.
 //
-// A value. text() is TerminalText::clean of the kept output.
+// A value. text() equals TerminalText::clean() of the kept output.
 class TerminalBuffer {
 public:
     static constexpr std::size_t maxTextBytes = 16384;    // of decoded output; above it the output is cut
     static constexpr std::size_t keptCharacters = 8192;   // user-perceived characters left by a cut
     static constexpr std::size_t maxKeptBytes = 262'144;  // if a cut leaves more, half of this is kept
 
-    // Decodes `bytes` on their own: a character split between two calls becomes replacement characters.
-    // Returns the offset in text() from which it may have changed.
+    // Decodes each call's bytes separately, so a character that is split between two calls becomes
+    // replacement characters. Returns the first offset at which text() may have changed.
     std::size_t append(std::string_view bytes);
 
     const std::string& text() const { return text_; }

@@ -14,7 +14,7 @@ using RecordTime = std::chrono::system_clock::time_point;
 // Returns one entry of the relocation record without a line feed. Its fields are separated by tabs; control
 // characters in paths and reasons are written as %09 and so on.
 //
-// `healed` is true if the quarantine attribute was cleared, and std::nullopt if that was not tried.
+// `healed` is true if the quarantine attribute was cleared everywhere, or std::nullopt if it was not tried.
 std::string recordLine(const Launch& launch, const Decision& decision, std::optional<bool> healed,
                        const std::vector<std::string>& extra, RecordTime at);
 

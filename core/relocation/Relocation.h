@@ -7,10 +7,10 @@
 
 #include "core/foundation/TarnikIdentity.h"
 
-// Decides what to do with the launched copy of the application: the system keeps the privacy switches only
-// for a copy at the install path. Pure functions; nothing here reads a file or a process.
+// Decides whether the launched copy of the application is moved to the install path, because the system keeps
+// the privacy switches only for a copy there. Pure functions, which read no file and no process.
 //
-// The install path is a parameter only for tests.
+// The install path is a parameter so that tests can use another one.
 namespace tarnik::Relocation {
 
 // The argument of a copy that a relocation starts.
@@ -20,7 +20,7 @@ inline constexpr std::string_view relaunchArgument = "--tarnik-relocation-relaun
 struct Launch {
     std::string bundlePath;                   // as the system reports it
     bool isTranslocated = false;              // the system runs it from a randomised read-only path
-    std::optional<std::string> originalPath;  // where a translocated copy was opened from, if known
+    std::optional<std::string> originalPath;  // from which a translocated copy was opened, if known
     bool isRelaunch = false;                  // started by a relocation
 
     // Returns the standardized path of the user's copy.
@@ -42,10 +42,10 @@ struct Stay {  // run here without a message
 struct OpenInstalled {  // open the copy at the install path, and quit this one
     bool operator==(const OpenInstalled&) const = default;
 };
-struct CannotInstall {  // the Applications folder can't be written to
+struct CannotInstall {  // the Applications folder is not writable
     bool operator==(const CannotInstall&) const = default;
 };
-struct RunHere {  // run here, with a message why
+struct RunHere {  // run here, and show the reason
     bool operator==(const RunHere&) const = default;
 };
 struct Takeover {  // an older copy runs and has to quit
@@ -63,7 +63,7 @@ struct Facts {
     std::optional<std::string> installedVersion;  // at the install path; std::nullopt without a copy there
     std::string runningVersion;                   // of this copy
     bool canWriteApplications = false;
-    bool isDevelopmentBuild = false;  // never moved
+    bool isDevelopmentBuild = false;  // a development build is never moved
 };
 
 // A relaunched copy never moves or opens another copy, so two copies can't start each other forever.
@@ -72,16 +72,16 @@ Decision decide(const Facts& facts, std::string_view installPath = TarnikIdentit
 // Returns the name of the decision in the record.
 std::string_view recordName(const Decision& decision);
 
-// What to do about another running copy.
+// The action to take for another running copy.
 enum class RunningCopyAction {
     activate,  // bring it to the front, and quit this one
     takeover,  // end it, and continue with this one
 };
 RunningCopyAction runningCopyAction(std::string_view runningVersion, std::string_view thisVersion);
 
-// How the code signature of the installed copy is checked.
+// The check that the code signature of the installed copy must pass.
 enum class InstalledCopy {
-    lenient,                     // neither copy is signed by a team
+    lenient,                     // no check: neither copy is signed by a team
     needsDesignatedRequirement,  // ours if it satisfies the requirement with this copy's team
     notOurs,
 };

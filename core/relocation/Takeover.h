@@ -7,10 +7,10 @@
 
 namespace tarnik::Relocation {
 
-// Upper bound for an older copy to quit before it is killed.
+// The time that an older copy has to quit before it is killed.
 inline constexpr Seconds gracefulQuitWait = StopSequences::otherCopy[0].wait;
 
-// How another copy was ended.
+// The result of ending another copy.
 enum class TakeoverResult { quitGracefully, neededForce, stillRunning };
 
 // The operations that end another copy: ask it to quit, wait, kill it, wait.

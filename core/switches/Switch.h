@@ -8,13 +8,13 @@ namespace tarnik {
 // A privacy switch of the system settings that the desktop driver needs.
 enum class Switch { accessibility, screenRecording };
 
-// In the order of the window.
+// All switches, in the order in which the window shows them.
 inline constexpr std::array allCases{Switch::accessibility, Switch::screenRecording};
 
-// Returns "accessibility" or "screenRecording", for files and logs. Never changes between versions.
+// Returns "accessibility" or "screenRecording", for files and logs. The names never change between versions.
 std::string_view rawValue(Switch which);
 
-// Return the texts of the window: the name of the switch, and its purpose.
+// Return the texts for the window: the name of the switch, and its purpose.
 std::string_view title(Switch which);
 std::string_view why(Switch which);
 

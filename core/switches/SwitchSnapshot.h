@@ -6,11 +6,11 @@
 
 namespace tarnik {
 
-// What the window shows about a privacy switch.
+// The status of a privacy switch, as the window shows it.
 enum class SwitchStatus {
     on,
     notYet,
-    mayBeStale,  // the settings may show it on, but for an older copy of the application
+    mayBeStale,  // off, although the settings may show it on for an older copy of the application
 };
 
 // The privacy switches as the system reported them at one moment.
@@ -25,7 +25,7 @@ struct SwitchSnapshot {
 
     bool allOn() const { return accessibility && screenRecording; }
 
-    // `accessibilityWasOnBefore` is true if any copy of the application ever saw Accessibility on.
+    // `accessibilityWasOnBefore` is true if Accessibility was ever on for any copy of the application.
     SwitchStatus status(Switch which, bool accessibilityWasOnBefore) const;
 
     bool operator==(const SwitchSnapshot&) const = default;

@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// How busy this machine's agent work is at one moment. A value that could not be read is std::nullopt, never
+// The agent's activity on this machine at one moment. A value that could not be read is std::nullopt, never
 // false.
 struct ActivitySample {
     // One moment on two clocks. Quiet stretches are measured on the steady clock, so that setting the wall
@@ -27,7 +27,7 @@ struct ActivitySample {
     std::optional<pid_t> driverPID;
     bool settingUp = false;  // an installation or a pairing is in progress
     std::optional<pid_t> nodePID;
-    std::optional<std::vector<KeepAwakeHolder::Seen>> holders;  // under the node
+    std::optional<std::vector<KeepAwakeHolder::Seen>> holders;  // among the node's descendants
     bool windowInUse = false;                                   // the user works in our window
 
     bool operator==(const ActivitySample&) const = default;

@@ -17,7 +17,7 @@ struct OwnActivity {
 
 // The sources of a sample.
 struct ActivitySources {
-    using RunningPID = std::function<std::optional<pid_t>()>;  // std::nullopt while it doesn't run
+    using RunningPID = std::function<std::optional<pid_t>()>;  // std::nullopt if the process isn't running
 
     RunningPID nodePID;
     RunningPID driverPID;

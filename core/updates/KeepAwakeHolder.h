@@ -6,10 +6,10 @@
 
 #include "core/process/ProcessEntry.h"
 
-// The processes by which the helper node holds the machine awake while it works.
+// The processes that the helper node runs to keep the machine awake while it works.
 namespace tarnik::KeepAwakeHolder {
 
-// The executable of such a process. Tests use another.
+// The default executable of such a process.
 inline constexpr std::string_view path = "/usr/bin/caffeinate";
 
 // Identifies a holder across samples. A reused pid has another start time.
@@ -20,7 +20,7 @@ struct Seen {
     bool operator==(const Seen&) const = default;
 };
 
-// Returns the holders among the descendants of `under`, the nearest first, without `under` itself.
+// Returns the holders among the descendants of `under`, the nearest first. `under` itself is not one of them.
 std::vector<ProcessEntry> holders(pid_t under, const std::vector<ProcessEntry>& in,
                                   std::string_view holderPath = path);
 

@@ -12,13 +12,13 @@ namespace tarnik {
 namespace KeepAwakeCap {
 
 inline constexpr Seconds maxHold{3600};
-// A holder that ended this close to the cap, or later, was ended by it.
+// A holder that ran for at least maxHold - margin counts as ended by the cap.
 inline constexpr Seconds margin{120};
 
 }  // namespace KeepAwakeCap
 
-// Decides from samples whether the machine's agent work and our window have been quiet for long enough. A
-// value of one UpdateLoop.
+// Decides from samples whether the agent and our window have been quiet for long enough. A value, owned by an
+// UpdateLoop.
 struct QuietWatch {
     static constexpr Seconds defaultQuietFor{600};
     static constexpr double defaultDriverAllowancePerMinute = 0.25;
@@ -34,7 +34,7 @@ struct QuietWatch {
 
     Seconds quietFor = defaultQuietFor;
     double driverAllowancePerMinute =
-        defaultDriverAllowancePerMinute;     // processor seconds that still count as idle
+        defaultDriverAllowancePerMinute;     // processor seconds that count as idle
     std::optional<TimePoint> watchingSince;  // the first sample since a reset
     std::optional<TimePoint> lastBusy;
     std::optional<Driver> lastDriver;  // of the last sample that had its processor time
@@ -46,7 +46,7 @@ struct QuietWatch {
 
     void observe(const ActivitySample& sample);
 
-    // Returns true if nothing was busy for at least quietFor.
+    // Returns true if the current quiet stretch is at least quietFor long.
     bool isQuiet(TimePoint now) const;
 
     // Returns the start of the current quiet stretch, or std::nullopt before the first sample.

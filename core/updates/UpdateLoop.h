@@ -4,13 +4,13 @@
 
 namespace tarnik {
 
-// What to do about a downloaded update.
+// The action to take for a downloaded update.
 enum class UpdateInstallAction {
     nothing,
     installNow,
     wait,              // for a quiet moment
     installAtQuit,     // by the update framework itself
-    checkWithSparkle,  // the update framework looks for an update, with its own windows
+    checkWithSparkle,  // the update framework checks for an update and shows its own windows
 };
 
 // The rule for the installation of a downloaded update.
@@ -29,9 +29,9 @@ UpdateInstallAction action(Situation situation);
 // Delays a downloaded update until a quiet moment, a request of the user, or the end of the program. A value
 // that belongs to one thread.
 //
-//   from      event                  to         answer
-//   idle      updateReady            waiting    the quiet stretch begins at the next sample
-//   waiting   updateReady            waiting    the same
+//   from      event                  to         returns
+//   idle      updateReady            waiting    void; the quiet stretch begins at the next sample
+//   waiting   updateReady            waiting    void; as above
 //   idle      observe                idle       nothing
 //   waiting   observe, not quiet     waiting    wait
 //   waiting   observe, quiet         idle       installNow
