@@ -16,7 +16,7 @@
 
 namespace tarnik {
 
-// Everything AppDelegate asks of the outside.
+// The effects of AppDelegate.
 struct AppDelegateDeps {
     std::optional<std::string> bundlePath;  // of this copy
     std::string installPath{TarnikIdentity::installPath};
@@ -24,7 +24,7 @@ struct AppDelegateDeps {
     std::function<void(const std::string& reason)> recordWindow;
     std::function<void(const std::string& link)> handLinkOn;  // to the copy that replaces this one
     std::function<std::optional<std::string>()> takeHandedLink;
-    // Passes a sentence to `done` if another program uses the node home.
+    // Passes a sentence to `done` if another program uses the node home, otherwise std::nullopt.
     std::function<void(std::function<void(const std::optional<std::string>& inUse)> done)> takeNodeHome;
     std::function<void()> ensureLoginItem;  // returns at once
     std::function<std::unique_ptr<Updater>()> makeUpdater;
@@ -35,8 +35,8 @@ struct AppDelegateDeps {
     SystemEvents events;
 };
 
-// Launches the application in order, shows the window when there is a reason, receives links that are opened
-// elsewhere, and quits in order.
+// Controls the order of launch and shutdown, opens the window when it is needed, and receives the links that
+// other programs open.
 //
 // Owned by Application, one per run. Main thread only; no operation blocks.
 class AppDelegate {
@@ -46,10 +46,10 @@ public:
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
 
-    // Call before the program's loop runs. Links are kept from then on.
+    // Call before the event loop runs. Links that arrive afterwards are kept.
     void willFinishLaunching();
 
-    // Call when the program's loop runs. The launch continues when the relocator has answered.
+    // Call when the event loop runs. The launch continues when the relocator has reported its outcome.
     void didFinishLaunching();
 
     // Call when the user opens the application again while it runs.
@@ -59,7 +59,7 @@ public:
     void windowClosed();
     void checkForUpdates();
 
-    // Stops the updater and the model, then ends the program's loop. Later calls are ignored.
+    // Stops the updater and the model, then ends the event loop. Later calls are ignored.
     void quit();
     bool isQuitting() const { return quitting_; }
 
@@ -73,7 +73,7 @@ private:
     void stateChanged(const AppState& state);
     void showWindow(const std::string& reason);
 
-    // The moments after launch at which the need for the window was checked again.
+    // The checks after launch whether the user has to act; each is made once.
     struct AttentionChecks {
         bool afterSetup = false;
         bool afterNodeReport = false;
@@ -81,7 +81,7 @@ private:
 
     const AppDelegateDeps deps_;
     const std::shared_ptr<AppModel> model_;
-    std::unique_ptr<Updater> updater_;     // null until launch() has made it
+    std::unique_ptr<Updater> updater_;     // null before launch()
     std::optional<JoinCode> pendingLink_;  // received before the model accepts links
     bool modelStarted_ = false;
     bool windowOpen_ = false;

@@ -16,15 +16,15 @@
 
 namespace tarnik {
 
-// Builds the model, the relocator, the owner of the node home, and the delegate with its updater, for either
-// face, and owns them for the run.
+// Creates and owns the model, the relocator, the lock of the node home, and the delegate, for either face.
 //
-// Owned by main(). Main thread only. First the model is made, then the face that shows it, then the delegate.
+// Owned by runDesktop() or runConsole(). Main thread only. The constructor creates the model. The caller then
+// creates the face, and attach() creates the delegate.
 class Application {
 public:
-    // The operations of the system that a face runs on.
+    // The operations of the system on which the face runs.
     struct Platform {
-        AppPlatform model;  // `detach` is filled in here
+        AppPlatform model;  // `detach` is set by the constructor
         DriverHostDeps driver = DriverHostDeps::production();
         std::string installPath{TarnikIdentity::installPath};
         BundleOperations bundles = {};
@@ -50,14 +50,14 @@ public:
 
     const std::shared_ptr<AppModel>& model() const { return model_; }
 
-    // Makes the delegate for this face, which outlives the program's loop. Call once.
+    // Creates the delegate, which uses the face until the event loop has ended. Call once.
     AppDelegate& attach(Face face);
 
-    // Accepts links, and posts the rest of the launch to the program's loop.
+    // Accepts links, and posts the rest of the launch to the event loop.
     void launch();
 
-    // Returns `exitStatus`. Ends the process with it at once if a transfer is still running on another
-    // thread: nobody waits for a transfer, and an interrupted one leaves nothing behind that matters.
+    // Returns `exitStatus`. If a background task is still running, such as a download, ends the process with
+    // this status at once instead: tasks are never joined, and each can be interrupted at any moment.
     int finish(int exitStatus) const;
 
 private:
@@ -72,8 +72,8 @@ private:
     std::optional<AppDelegate> delegate_;
 };
 
-// Adds the application to the programs that start at login. Ignores a failure until the next launch. Blocks,
-// perhaps for seconds; called on a background thread.
+// Adds the application to the programs that start at login. A failure is ignored; the next launch tries
+// again. May block for seconds; call it on a background thread.
 void ensureLoginItem(const LoginItemService& service);
 
 }  // namespace tarnik

@@ -18,8 +18,8 @@ struct CommandLine {
     enum class Task { openWindow, runConsole, showHelp, showVersion, listScreens, showScreen, writeScreens };
 
     Task task = Task::openWindow;
-    std::optional<std::string> link;      // to pair with
-    std::optional<std::string> nodeHome;  // for this run
+    std::optional<std::string> link;      // the link to pair with
+    std::optional<std::string> nodeHome;  // replaces the node home for this run
     std::optional<std::string> bundle;    // a folder; development builds only
     Seconds connectedAfter = Seconds(15);
     std::optional<std::string> keepAwake;  // a stand-in for the keep-awake program; development builds only

@@ -17,15 +17,15 @@ namespace tarnik {
 // Locks the node home for this program. A second program on the same home would end the driver of the first
 // one and run a second helper on the same account.
 //
-// Owned by Application, one per run; destroyed after everything that uses the home. Main thread.
+// Owned by Application, one per run. Destroy it only after the model has stopped. Main thread.
 class NodeHomeOwner {
 public:
     static constexpr int inUseStatus = 5;               // exit status of a program that finds the home locked
-    static constexpr Seconds lockTimeout = Seconds(3);  // for another program that is about to end
+    static constexpr Seconds lockTimeout = Seconds(3);  // for another program that is ending
 
     enum class Face { window, console };
 
-    // The process that has locked a home, as it noted itself.
+    // The process that has locked a home, as its note in application support names it.
     struct Owner {
         pid_t pid = 0;
         Face face = Face::window;
@@ -34,20 +34,20 @@ public:
     struct Deps {
         MainThread mainThread;
         SystemLog log;
-        std::string applicationSupport;  // contains the note with the owner
+        std::string applicationSupport;  // contains the folder of the note
         Face face = Face::window;
         std::function<std::expected<NodeHomeLock, NodeHomeLock::Failure>(const NodeHome&)> lock =
             &NodeHomeLock::take;
     };
 
-    // Without a home there is nothing to lock.
+    // If `home` is std::nullopt, take() succeeds without a lock.
     NodeHomeOwner(std::optional<NodeHome> home, Deps deps);
     ~NodeHomeOwner();
     NodeHomeOwner(const NodeHomeOwner&) = delete;
     NodeHomeOwner& operator=(const NodeHomeOwner&) = delete;
 
-    // Calls `done` once: with std::nullopt when the home is locked or can't be locked at all, or with a
-    // sentence for the user if another program keeps the lock for lockTimeout. May call it before it returns.
+    // Calls `done` once, possibly before it returns. Passes std::nullopt if the home is locked or can't be
+    // locked at all, or a sentence for the user if another program holds the lock for lockTimeout.
     void take(std::function<void(const std::optional<std::string>& inUse)> done);
 
 private:

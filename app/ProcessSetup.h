@@ -4,10 +4,11 @@ namespace tarnik {
 
 // Prepares the process for child processes. Call it first in main(), before any thread starts.
 //
-// - Opens descriptors 0, 1 and 2 on /dev/null where they are closed, so that no descriptor of ours gets these
+// - Opens /dev/null at those of the descriptors 0, 1 and 2 that are closed, so that no other file gets these
 //   numbers.
-// - Ignores SIGPIPE: writing to a dead child fails instead of ending the program. Children get the default.
-// - Resets SIGCHLD: if it is ignored, the exit statuses of children are lost.
+// - Ignores SIGPIPE, so that writing to a dead child fails instead of ending the program. Children get the
+//   default action.
+// - Resets SIGCHLD, because the exit statuses of children are lost if it is ignored.
 // - Makes the program exit with a message if a required thread can't be started.
 void setUpProcess();
 

@@ -24,7 +24,7 @@ using ProgramFace =
 // Prints the program's name and the message as one line on standard error.
 void printError(const std::string& what);
 
-// Prints why the program can't start. Returns the exit status for that.
+// Prints the reason why the program can't start. Returns the exit status of such a program.
 int refuseStart(const std::string& why);
 
 // Reads the environment, the folders and the bundle's settings, and runs `face` with them. `name` is argument

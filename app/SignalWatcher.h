@@ -7,11 +7,11 @@
 
 namespace tarnik {
 
-// Calls `onSignal` on a thread of its own for SIGINT and SIGTERM, and for SIGHUP unless that was ignored at
-// the start.
+// Calls `onSignal` on a thread of its own for SIGINT and SIGTERM, and for SIGHUP unless the program was
+// started with SIGHUP ignored.
 //
-// main() creates it before any other thread, so that all threads inherit the blocked signals and only this
-// one receives them. Children start with no signal blocked.
+// Created by runDesktop() and runConsole() before any other thread, so that all threads inherit the blocked
+// signals and only this thread receives them. Children start with no signal blocked.
 class SignalWatcher {
 public:
     using Wait = std::function<int(const sigset_t*, int*)>;  // as sigwait(3)

@@ -19,7 +19,7 @@ public:
     // Returns std::nullopt if the value is absent, not text, or empty.
     std::optional<std::string> text(std::string_view key) const;
 
-    // Returns the version that users see, or else the version of the build.
+    // Returns the version that users see, or the build version if there is none.
     std::optional<std::string> version() const;
 
 private:
@@ -28,7 +28,7 @@ private:
     std::optional<PropertyList> list_;
 };
 
-// The values that the build writes into Info.plist for this program. Read once at start.
+// The values that the build writes into Info.plist for this program. They are read once, at the start.
 struct BuildSettings {
     Url webOrigin;  // the service's website; CMake's default if Info.plist has no valid address
     std::optional<Url> nodeReleaseBase;
@@ -59,7 +59,7 @@ struct UpdateSettings {
 // Returns the version of the bundle at this path, or std::nullopt if there is no bundle or no version.
 std::optional<std::string> bundleVersion(const std::string& bundlePath);
 
-// Returns X for the executable X/Contents/MacOS/NAME, and std::nullopt for any other path.
+// Returns X for the executable X/Contents/MacOS/NAME, or std::nullopt for any other path.
 std::optional<std::string> bundleOf(std::string_view executable);
 
 }  // namespace tarnik

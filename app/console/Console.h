@@ -15,26 +15,26 @@
 
 namespace tarnik {
 
-// The terminal face. It prints every change of the model, prints the window as text, and carries out the
-// commands that the user types.
+// The terminal face. Prints every change of the model, prints the window as text, and executes the commands
+// that the user types.
 //
 // Owned by runConsole(), one per run. Main thread only.
 class Console {
 public:
-    // `output` and `switches` outlive this. `closeInput` stops the reading of lines.
+    // `output` and `switches` outlive this object. `closeInput` stops reading lines.
     Console(MainThread mainThread, ConsoleOutput& output, SimulatedSwitches& switches,
             std::shared_ptr<AppModel> model, std::function<void()> closeInput);
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    // The operations hold `this`. `end` ends the program's loop.
+    // Returns operations that must not outlive this object. `end` ends the event loop.
     Presentation presentation(std::function<void()> end);
 
     // Sets the delegate, which outlives the input. Call before the first line.
     void attach(AppDelegate& delegate) { delegate_ = &delegate; }
 
-    // Pairs with the link when the helper is installed. If the link is refused, the program ends with
+    // Pairs with the link once the helper is installed. If the link is refused, the program ends with
     // status 1.
     void pairWhenReady(std::string link) { startLink_ = std::move(link); }
 
@@ -44,7 +44,7 @@ public:
     // Quits. An install that has begun is completed first.
     void onEndOfInput();
 
-    // Quits. A second signal ends the program at once; the helper then notices the end of its input.
+    // Quits. A second signal ends the program at once; the helper then quits at the end of its input.
     void onSignal(int signal);
 
     int exitStatus() const { return exitStatus_; }

@@ -12,10 +12,10 @@
 
 namespace tarnik {
 
-// The event loop of a program without a window. It waits for a line of input, a posted task, or the time of a
-// repeated task.
+// The event loop of a program without a window. Waits for a line of input, a posted task, or the due time of
+// a repeated task.
 //
-// Made and run by runConsole(). Tasks that are still posted at its end are dropped.
+// Created and run by runConsole(). Tasks that are still queued at its end are dropped.
 class ConsoleLoop : public std::enable_shared_from_this<ConsoleLoop> {
 public:
     using Task = std::function<void()>;
@@ -28,7 +28,7 @@ public:
         std::function<void()> onEndOfInput;
     };
 
-    // `wake` is a new pipe.
+    // `wake` is a new pipe, which post() uses to wake the loop.
     ConsoleLoop(int inputFd, Spawner::Pipe wake);
 
     // Runs `task` on the main thread. Call from any thread.
@@ -37,10 +37,10 @@ public:
     // Returns operations that do nothing after the loop has been destroyed.
     MainThread mainThread();
 
-    // Ends run() after the tasks that were posted before. Call from any thread.
+    // Makes run() return after the tasks that were posted before. Call from any thread.
     void quit();
 
-    // Start and stop reading input. Input before openInput() stays in the terminal or pipe. Main thread.
+    // Start and stop reading input. Earlier input remains in the terminal or pipe. Main thread.
     void openInput() { reading_ = true; }
     void closeInput() { reading_ = false; }
 

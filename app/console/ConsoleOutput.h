@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// Writes the lines of the console: a time, a word, and a text. Uses colours only on a terminal, and not if
+// Writes the lines of the console, each with a time, a word and a text. Uses colours on a terminal, unless
 // NO_COLOR is set. Main thread.
 class ConsoleOutput {
 public:
@@ -20,10 +20,11 @@ public:
     // Writes to standard error: "12:00:01.250 the node stopped (exit 1)".
     void message(std::string_view text);
 
-    // Writes only to a terminal.
+    // Writes to standard output if it is a terminal.
     void hint(std::string_view text);
 
-    // Writes a bar that is updated in place on a terminal, and a line every two seconds elsewhere.
+    // On a terminal, draws a bar that is updated in place; elsewhere, writes a line every two seconds.
+    // Ignores downloads of less than 1 MB.
     void progress(const AppState::Download& download);
 
 private:

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// Returns the write end of a pipe whose lines are printed as the desktop driver's, or an empty descriptor on
-// failure. Call from any thread. `output` outlives the event loop.
+// Returns the write end of a pipe, or an empty descriptor on failure. Each line written to it is printed as
+// output of the desktop driver. Call from any thread. `output` outlives the event loop.
 UniqueFd attachDriverOutput(const MainThread& mainThread, ConsoleOutput& output);
 
 }  // namespace tarnik

@@ -10,7 +10,7 @@
 
 namespace tarnik {
 
-// Extracts the new lines from the snapshots of a session, each of which contains the end of the whole text.
+// Extracts the new lines from the snapshots of a session. Each snapshot contains the end of the whole text.
 class PairingTranscript {
 public:
     static constexpr std::size_t maxLines = 200;      // of one update; earlier ones are dropped

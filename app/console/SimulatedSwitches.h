@@ -6,14 +6,14 @@
 
 namespace tarnik {
 
-// The two privacy switches of a console, set by typed commands. Main thread.
+// The simulated privacy switches of the console, set by typed commands. Main thread.
 class SimulatedSwitches {
 public:
     SimulatedSwitches(ConsoleOutput& output, SwitchSnapshot atStart) : output_(output), snapshot_(atStart) {}
 
     void set(Switch which, bool on);
 
-    // The operations hold `this`.
+    // Returns operations that must not outlive this object.
     SwitchOperations operations();
 
 private:

@@ -8,11 +8,11 @@
 
 namespace tarnik {
 
-// Returns the window as lines of text from top to bottom. "[Continue]" is a button, "(x)" a switch that is
+// Returns the window as lines of text from top to bottom. "[Continue]" is a button; "(x)" is a switch that is
 // on.
 std::vector<std::string> windowText(const WindowContent& content);
 
-// Returns "Open tarnik | Quit tarnik".
+// Returns the menu as one line: "Open tarnik | Quit tarnik".
 std::string menuText(const MenuContent& menu);
 
 }  // namespace tarnik

@@ -8,18 +8,18 @@
 
 namespace tarnik {
 
-// Ends the launchd agent of a helper that was installed from the command line. A value, used on a background
-// thread.
+// Removes the launchd agent of a helper that was installed from the command line. A value; run() is called on
+// a background thread.
 struct AgentTakeover {
     NodeHome home;
     std::string userFolder;
     LaunchdTakeover::Deps launchd;
-    SystemLog log;  // receives the outcome; failures are only logged
+    SystemLog log;  // receives the outcome and failures
 
-    // Returns false if there is no agent, so that run() is not needed.
+    // Returns false if there is no agent. Then run() is not needed.
     bool isNeeded() const;
 
-    // Blocks while launchctl runs, for more than half a minute at worst.
+    // Blocks while launchctl runs twice, with a time-out of 30 s each.
     void run() const;
 };
 

@@ -21,7 +21,7 @@
 
 namespace tarnik {
 
-// Everything AppModel asks of the outside.
+// The effects of AppModel.
 struct AppModelDeps {
     AppPlatform platform;
     NodeSupervisorDeps supervisor;
@@ -32,7 +32,7 @@ struct AppModelDeps {
     // See LinkPairing::Deps.
     std::function<std::optional<std::string>(const std::string& url)> fetchAnswer;
 
-    // Makes the sources of a sample from the process ids of our two children.
+    // Returns the sources of a sample, given the process ids of our two children.
     std::function<ActivitySources(ActivitySources::RunningPID nodePID, ActivitySources::RunningPID driverPID)>
         activity;
 
@@ -44,8 +44,8 @@ struct AppModelDeps {
 // Runs the application: installs the helper node, starts the node and the desktop driver, watches the privacy
 // switches, and publishes the state that the faces show.
 //
-// Owned by Application, one per run. Main thread only; no operation blocks. Blocking calls run on two queues
-// or on detached threads, and post their results to the main thread.
+// Shared by Application and the face, one per run. Main thread only; no operation blocks. Blocking calls run
+// on two queues or on detached threads, and post their results to the main thread.
 class AppModel {
 public:
     // Called before each change of the state. Must not call the model.
@@ -62,14 +62,14 @@ public:
     const Url& webOrigin() const { return host_.settings.webOrigin; }
     const std::optional<NodeHome>& home() const { return home_; }
 
-    // Ends an old launchd agent in the background, then starts everything else. Calls `done` once, when links
-    // are accepted or when nothing can be started; before it returns if there is no agent. Later calls are
-    // ignored.
+    // Removes an old launchd agent in the background, then starts everything else. Calls `done` when links
+    // are accepted or when nothing can be started, and before it returns if there is no agent. Does not call
+    // it after stop(). Later calls are ignored.
     void start(const std::function<void()>& done = [] {});
     bool hasStarted() const { return running_ && running_->supervisor; }
 
-    // Stops, in this order: the polling, the pairing, the node, the driver. Then calls `done` on the main
-    // thread, after at most 40 s. Later calls are ignored.
+    // Stops the polling, the pairing, the node and the driver, in this order. Calls `done` on the main thread
+    // when all have stopped, after 40 s at most. Later calls are ignored.
     void stop(std::function<void()> done);
 
     LinkPairing& pairing() { return *pairing_; }
@@ -80,7 +80,7 @@ public:
     void activitySample(std::function<void(ActivitySample)> done);
 
 private:
-    // What start() makes.
+    // The objects that start() creates.
     struct Running {
         std::shared_ptr<NodeLog> nodeLog;
         std::unique_ptr<NodeSupervisor> supervisor;
@@ -104,8 +104,8 @@ private:
     std::optional<NodeHome> home_;
     AppState state_;
     std::vector<WillChange> observers_;
-    CoalescingQueue nodeCalls_;    // of the supervisor and of sessions; an update is an endpoint
-    CoalescingQueue driverCalls_;  // of the driver host, and samples; an update enables or disables it
+    CoalescingQueue nodeCalls_;    // to the supervisor and to sessions; updates set the endpoint
+    CoalescingQueue driverCalls_;  // to the driver host, and samples; updates enable or disable the driver
     std::unique_ptr<LinkPairing> pairing_;
     std::unique_ptr<Running> running_;  // null before start()
     const CallbackGuard guard_;

@@ -16,13 +16,13 @@ namespace tarnik {
 
 namespace Setups {
 
-struct Installing {    // or looking for what is installed
+struct Installing {    // or checking whether the helper is installed
     std::string text;  // the installer's latest line; empty before the first one
     bool operator==(const Installing&) const = default;
 };
-struct Failed {                 // for the rest of the run
+struct Failed {                 // final for this run
     std::string text;           // the description of the error, unbounded
-    std::string sentence = {};  // shown before the text; empty if the text is a plain sentence itself
+    std::string sentence = {};  // shown before the text; empty if the text is itself a plain sentence
     bool operator==(const Failed&) const = default;
 };
 struct Ready {  // the helper is installed, and its supervisor was started
@@ -34,7 +34,7 @@ struct Ready {  // the helper is installed, and its supervisor was started
 // The progress of the helper's installation.
 using Setup = std::variant<Setups::Installing, Setups::Failed, Setups::Ready>;
 
-// Returns the setup that shows why an install failed.
+// Returns the setup that describes a failed install.
 Setup failedSetup(const InstallError& error);
 
 // Everything that a face may show at one moment. A value, published by AppModel.
@@ -50,21 +50,21 @@ struct AppState {
     std::optional<PairingSession::Snapshot> pairing;  // of the current attempt, or the end of the last one
     SwitchSnapshot switches;
     std::optional<std::string> linkMessage;  // one line about the last link
-    std::optional<std::string> homeError;    // why there is no node home; nothing is started then
+    std::optional<std::string> homeError;    // the reason why there is no node home; then no child is started
     std::optional<JoinCode> replaceOffer;    // a link held back because this machine has joined
 
-    std::optional<Download> download;           // of the file in the installer's line
-    std::optional<CuaDriverEndpoint> endpoint;  // the desktop driver's, as the supervisor received it last
+    std::optional<Download> download;           // of the file that the installer's line names
+    std::optional<CuaDriverEndpoint> endpoint;  // the desktop driver's, if it is ready
     bool joined = false;                        // this machine belongs to an account
     bool checkingLink = false;                  // a link was accepted; no session exists yet
-    bool accessibilityWasOn = false;            // at any time, in this run or an earlier one
+    bool accessibilityWasOn = false;            // in this run or an earlier one
     bool grantsGoStale = true;                  // see SwitchOperations
     bool stopping = false;                      // the program is about to end
 
-    // Returns true if the user has to act, so that the window is shown at launch.
+    // Returns true if the user has to act. The window is then shown at launch.
     bool needsAttention() const;
 
-    // Returns what the window shows about a switch.
+    // Returns the status of a switch, as the window shows it.
     SwitchStatus status(Switch which) const {
         const auto status = switches.status(which, accessibilityWasOn);
         return status == SwitchStatus::mayBeStale && !grantsGoStale ? SwitchStatus::notYet : status;

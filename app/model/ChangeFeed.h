@@ -9,10 +9,10 @@
 
 namespace tarnik {
 
-// Reports changes of the model to a view, once for several changes in a row. Main thread.
+// Reports changes of the model to a view. Several changes in a row are reported once. Main thread.
 class ChangeFeed {
 public:
-    // Calls `onChange` on the main thread after the last of the changes. The owner shares the model.
+    // Calls `onChange` from a posted task, with the state at that time. The owner keeps the model alive.
     ChangeFeed(const std::shared_ptr<AppModel>& model, MainThread mainThread,
                std::function<void(const AppState&)> onChange);
     ~ChangeFeed() = default;

@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// Whether the menu offers to check for updates, which needs an updater that is set up.
+// Whether the menu offers to check for updates, which requires a configured updater.
 enum class UpdateCheck { unavailable, available };
 
 // The menu of the status item, ready to be drawn.

@@ -9,7 +9,7 @@
 
 namespace tarnik {
 
-// A named state of the application, to test and to show what the window makes of it.
+// A named state of the application, for tests and images of the window.
 struct SampleScreen {
     std::string_view name;  // lower case, with dashes; fit for a file name
     AppState state;

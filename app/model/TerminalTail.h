@@ -8,8 +8,8 @@ namespace tarnik {
 
 inline constexpr std::size_t maxTerminalTailBytes = 16384;
 
-// Returns the end of a program's output for a box of plain text. It contains whole characters and line feeds,
-// but no other control characters and no marks that change the direction of writing. Trailing white space is
+// Returns the end of a program's output for a plain text box. It contains whole characters and line feeds,
+// but no other control characters and no marks that change the text direction. Trailing white space is
 // removed.
 std::string terminalTail(std::string_view printed);
 

@@ -83,7 +83,7 @@ struct WindowContent {
         std::string description;
         bool on = false;
         std::optional<Button> button;     // while it is off
-        std::optional<std::string> hint;  // for a switch that reads off although it was granted
+        std::optional<std::string> hint;  // for a switch that is reported as off although it was granted
         bool operator==(const SwitchRow&) const = default;
     };
 
@@ -109,8 +109,8 @@ struct WindowContent {
 
     static WindowContent of(const AppState& state, const Url& webOrigin);
 
-    // Returns what a screen reader announces when this content replaces `before`. Empty if nothing important
-    // changed; progress in bytes and terminal text are not announced.
+    // Returns the text that a screen reader announces when this content replaces `before`, or an empty text.
+    // Progress in bytes and terminal text are not announced.
     std::string newsSince(const WindowContent& before) const;
 
     bool operator==(const WindowContent&) const = default;

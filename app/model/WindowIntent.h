@@ -10,16 +10,16 @@ namespace tarnik {
 
 class AppModel;
 
-// What the user asks for with a click or a key in the window.
+// A request that the user makes with a click or a key in the window.
 struct WindowIntent {
     enum class Kind {
-        connectPasted,  // with the text of the link field
-        editLink,       // another link is being typed
+        connectPasted,  // pair with the link in the link field
+        editLink,       // dismiss the message, because another link is being typed
         connectOffer,   // give up the current account for the one of the offered link
         keepCurrent,    // decline the offered link
         confirmPairing,
-        cancelPairing,  // also cancels the check of a link, before there is a pairing
-        finishPairing,  // the outcome was seen
+        cancelPairing,  // also cancels the check of a link, before a session exists
+        finishPairing,  // dismiss the outcome
         requestSwitch,
     };
 
@@ -30,8 +30,8 @@ struct WindowIntent {
     bool operator==(const WindowIntent&) const = default;
 };
 
-// Carries out the intent. `pasted` is the text of the link field. An offer is accepted only while it is still
-// the current one. Main thread.
+// Performs the intent. `pasted` is the text of the link field. An offer that is no longer the current one is
+// ignored. Main thread.
 void performIntent(const WindowIntent& intent, const std::string& pasted, AppModel& model);
 
 }  // namespace tarnik

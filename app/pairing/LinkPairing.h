@@ -21,14 +21,14 @@ namespace tarnik {
 // Pairs this machine by a link: checks the link with the service, then follows the session that connects the
 // machine. It accepts one link at a time.
 //
-// Owned by AppModel. Main thread only. A session begins and is cancelled on the queue of the node's calls.
+// Owned by AppModel. Main thread only. Sessions are started and cancelled on the queue of the node's calls.
 //
 //   slot       event                                           to
-//   none       a link that passes every rule                   starting
+//   empty      a link is accepted                              starting
 //   starting   first snapshot of its session                   active
-//   starting   the link is refused, or no session can begin    none
-//   active     a snapshot that is connected or ended           none; the snapshot is still shown
-//   any        cancel, stop                                    none
+//   starting   the link is refused, or no session can start    empty
+//   active     a snapshot that is connected or ended           empty; the snapshot is still shown
+//   any        cancel, stop                                    empty
 class LinkPairing {
 public:
     using Session = std::shared_ptr<PairingSession>;
@@ -43,10 +43,10 @@ public:
         bool checking = false;               // a link was accepted; no session exists yet
     };
 
-    // Whether a machine that has joined gives up its account for the account of the link.
+    // Whether a machine that has joined an account may replace it by the account of the link.
     enum class Replacing { no, yes };
 
-    // Everything LinkPairing asks of the outside.
+    // The effects of LinkPairing.
     struct Deps {
         Url webOrigin;
         std::function<bool()> isInstalled;  // the helper is installed, and its supervisor exists
@@ -64,7 +64,7 @@ public:
         std::function<void(const State&)> onChange;
     };
 
-    // `queue` outlives this, and is closed first.
+    // `queue` outlives this object, and is closed before it is destroyed.
     LinkPairing(Deps deps, CoalescingQueue& queue);
     LinkPairing(const LinkPairing&) = delete;
     LinkPairing& operator=(const LinkPairing&) = delete;
@@ -78,7 +78,7 @@ public:
     void dismissMessage();  // restores the progress line of a link that is being checked
     bool isInProgress() const;
 
-    // Accepts no more links. Returns the session that the caller has to cancel, or nullptr.
+    // Refuses all later links. Returns the session that the caller has to cancel, or nullptr.
     Session stop();
 
 private:

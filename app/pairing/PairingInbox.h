@@ -7,8 +7,8 @@
 
 namespace tarnik {
 
-// Carries a session's snapshots to the main thread. It holds only the latest snapshot of each phase, so a
-// session that prints faster than the main thread reads costs no memory.
+// Passes a session's snapshots to the main thread. Holds only the latest snapshot of each phase, so the
+// memory stays bounded when a session prints faster than the main thread reads.
 //
 // Shared by the session's callback, which calls put(), and the task on the main thread, which calls take().
 class PairingInbox {

@@ -9,7 +9,7 @@ namespace tarnik {
 // A sleep that another thread can end early.
 struct InterruptibleSleep {
     std::function<void(Seconds)> sleep;  // blocks the caller
-    std::function<void()> interrupt;     // ends the current sleep, and every later one at once
+    std::function<void()> interrupt;     // ends the current sleep; later sleeps return at once
 
     static InterruptibleSleep production();
 };

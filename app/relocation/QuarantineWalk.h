@@ -13,7 +13,7 @@ namespace tarnik {
 // The result of clearing the quarantine attribute of a bundle.
 struct QuarantineReport {
     std::size_t cleared = 0;  // entries that had the attribute
-    std::size_t failed = 0;   // entries that may still have it, or folders that could not be listed
+    std::size_t failed = 0;   // entries that may still have it, and folders that could not be listed
     std::optional<SystemError> firstError;
 
     bool healed() const { return failed == 0; }

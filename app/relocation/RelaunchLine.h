@@ -8,8 +8,9 @@
 
 namespace tarnik {
 
-// Returns a shell command that waits for the end of the process `old`, then opens the bundle with
-// Relocation::relaunchArgument. The shell inherits nothing and outlives this process.
+// Returns a shell command that waits until the process `old` has ended, then opens the bundle with
+// Relocation::relaunchArgument. The shell outlives this process. It inherits no descriptors and no
+// environment.
 SpawnRequest relaunchAfter(pid_t old, const std::string& bundle);
 
 }  // namespace tarnik

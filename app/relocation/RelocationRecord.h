@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// The file relocation.log, which records the relocation decision of each launch for support. It is in the
-// application's folder of application support, and private to the user.
+// The file relocation.log, which records the relocation decision of each launch for support. It is private to
+// the user, in the application's folder below the application support folder.
 //
 // Failures are ignored: a line that can't be written is lost. Writes only to a regular file that we own,
 // never through a link, and never blocks on a pipe or device. Not thread-safe.

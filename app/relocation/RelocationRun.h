@@ -21,16 +21,16 @@ namespace tarnik {
 //   stay                      clear quarantine below the install path                   stay
 //   openInstalled             the same, then open the installed copy                    moving
 //   install                   move into place, open, put the original into the trash    moving
-//   cannotInstall, runHere    none                                                      a message
+//   cannotInstall, runHere    no action                                                 a message
 //
-// Every failure ends in the message, which says what the user can do by hand. An installed copy whose
-// signature doesn't prove that it is ours is neither opened nor replaced, and a running one is not asked to
-// quit.
+// Every failure results in the message, which describes what the user can do by hand. An installed copy is
+// opened or replaced only if its signature proves that it is ours. The same applies to ending a running copy.
+// A development build is never moved.
 class RelocationRun {
 public:
-    using IsCancelled = std::function<bool()>;  // the program ends, so that nothing new may start
+    using IsCancelled = std::function<bool()>;  // returns true once the program is ending
 
-    // The arguments outlive this.
+    // The arguments outlive this object.
     RelocationRun(const RelocatorDeps& deps, const RelocationRecord& record, const IsCancelled& isCancelled);
 
     RelocationOutcome perform();
@@ -41,10 +41,10 @@ private:
     Relocation::Decision decide() const;
     bool isOurs(const std::string& bundle) const;
 
-    // Returns true if the decision leaves the installed copy alone, or if that copy is ours.
+    // Returns true if the decision doesn't involve the installed copy, or if that copy is ours.
     bool mayCarryOut(const Relocation::Decision& decision) const;
 
-    // Returns the outcome if another running copy ends this launch.
+    // Returns the outcome if another running copy decides it, or std::nullopt if this launch continues.
     std::optional<RelocationOutcome> settleWith(const std::vector<OtherCopy>& others,
                                                 const Relocation::Decision& decision) const;
     std::optional<RelocationOutcome> takeOver(const OtherCopy& other) const;

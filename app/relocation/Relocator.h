@@ -23,7 +23,7 @@
 
 namespace tarnik {
 
-// Everything Relocator asks of the outside.
+// The effects of Relocator.
 struct RelocatorDeps {
     BundleOperations bundles;
     MainThread mainThread;
@@ -47,7 +47,7 @@ struct RelocatorDeps {
 // moved.
 //
 // Owned by Application. Main thread only; blocking work runs on the queue "tarnik.relocator". The destructor
-// ends every wait and starts nothing new, but waits for a copy or a signature check that is in progress.
+// interrupts every wait, but blocks until a copy or a signature check in progress has finished.
 class Relocator {
 public:
     using Outcome = RelocationOutcome;
@@ -57,8 +57,8 @@ public:
     Relocator(const Relocator&) = delete;
     Relocator& operator=(const Relocator&) = delete;
 
-    // Call once, at launch. Calls `done` on the main thread, later, and only while the relocator lives. This
-    // takes up to half a minute if an older copy has to quit first.
+    // Call once, at launch. Calls `done` later on the main thread, unless the relocator is destroyed first.
+    // Each older copy that has to quit may delay that by 35 s.
     void relocateIfNeeded(std::function<void(Outcome)> done);
 
     // Records that the window was opened.

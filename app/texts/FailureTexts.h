@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// The plain sentences for failures that the system, a server or a program describes in its own words.
+// Plain sentences for failures whose only description comes from the system, a server or another program.
 namespace FailureTexts {
 
 using Text = std::string_view;
@@ -30,13 +30,13 @@ inline constexpr Text releaseRefused =
 
 }  // namespace FailureTexts
 
-// Returns a sentence that says what happened and what the user can do. Empty if the description of the error
-// is such a sentence itself.
+// Return a sentence that names the failure and what the user can do, or an empty text if describe() returns
+// such a sentence already.
 std::string_view plainSentence(const SystemError& error);
 std::string_view plainSentence(const InstallError& error);
 std::string_view plainSentence(const PairingError& error);
 
-// Returns "Sentence. (description)", or the one of the two that is not empty. Not bounded.
+// Returns "Sentence. (description)", or only the part that is not empty. The length is not bounded.
 std::string withDescription(std::string_view sentence, const std::string& description);
 
 // Returns the whole message for the user.

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-// The messages about a pairing link. core/pairing/PairingTexts.cpp has those for a link that has to wait.
+// The messages about a pairing link. describe(PairingFailure) returns those about a refused pairing.
 namespace tarnik::LinkTexts {
 
 using Text = std::string_view;

@@ -6,7 +6,7 @@
 
 namespace tarnik::Relocation {
 
-// A message for the user about a copy of the application that runs where it is.
+// A message for the user about a copy of the application that was not moved.
 struct Message {
     std::string title;
     std::string body;

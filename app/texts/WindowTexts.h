@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-// The texts of the window and of the alert. core/ words what it decides itself: the names of the switches and
-// their hint, why an install failed, and why a link has to wait.
+// The texts of the window and of the alert. core/ has the texts for its own values: the names and hint of the
+// switches, the failures of installs, and the reasons why a link has to wait.
 namespace tarnik::WindowTexts {
 
 using Text = std::string_view;

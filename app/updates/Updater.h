@@ -36,7 +36,7 @@ public:
     // Upper bound for a sample. A later answer is ignored, and the next sample is taken.
     static constexpr Seconds longestLook{300};
 
-    // Starts the framework, which checks for updates and downloads them by itself.
+    // Starts the framework, which checks for updates and downloads them on its own.
     Updater(const UpdateSettings& settings, Deps deps);
     ~Updater() = default;
     Updater(const Updater&) = delete;
@@ -45,13 +45,13 @@ public:
     // Returns true if the menu can offer to check for updates.
     bool isAvailable() const { return controller_.has_value(); }
 
-    // Without a source no moment counts as quiet.
+    // Before a source is set, no moment counts as quiet.
     void setSampleSource(SampleSource sample) { sample_ = std::move(sample); }
 
     // Installs the waiting update, or asks the framework to check for one.
     void checkForUpdates();
 
-    // Installs nothing any more.
+    // Disables all later installs by this object.
     void appWillQuit();
 
 private:
