@@ -10,7 +10,7 @@ namespace tarnik {
 // Runs slow tasks, such as transfers, each on its own detached thread. A task owns all that it uses and posts
 // its result to the main thread.
 //
-// Made by main(). Copies share one count of running tasks.
+// Made by Application. Copies share one count of running tasks.
 class BackgroundTasks {
 public:
     using Task = std::function<void()>;

@@ -54,7 +54,8 @@ struct DriverHostDeps {
 //   any but off   permissionsChanged                starting; the delays are reset
 //   any           disabled, shutdown                off
 //
-// The endpoint is published in `ready` only. A driver runs in `starting` and `ready` only.
+// The endpoint is published in `ready` only. A driver runs in `starting` and `ready`, and in `off` while the
+// disabling call still stops it.
 class DriverHost {
 public:
     struct Setup {
