@@ -54,8 +54,7 @@ struct DriverHostDeps {
 //   any but off   permissionsChanged                starting; the delays are reset
 //   any           disabled, shutdown                off
 //
-// The endpoint is published in `ready` only. A driver runs in `starting` and `ready`, and in `off` while the
-// disabling call still stops it.
+// The endpoint is published in `ready` only. In `off` a driver may still run until setEnabled() returns.
 class DriverHost {
 public:
     struct Setup {
