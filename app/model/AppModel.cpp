@@ -220,7 +220,15 @@ void AppModel::refreshSwitches() {
     const bool wanted = switches.allOn();
     if (!running_ || !running_->driver || running_->driverEnabled == wanted) return;
     running_->driverEnabled = wanted;
-    driverCalls_.update([this, wanted] { running_->driver->setEnabled(wanted); });
+    // If a switch is off only briefly, the queue merges both updates. The driver is replaced all the same,
+    // because a process keeps the rights that it had when it started.
+    driverCalls_.update([this, wanted] {
+        if (wanted && running_->driverIsOn)
+            running_->driver->permissionsChanged();
+        else
+            running_->driver->setEnabled(wanted);
+        running_->driverIsOn = wanted;
+    });
 }
 
 void AppModel::request(Switch which) {

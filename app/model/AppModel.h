@@ -85,7 +85,8 @@ private:
         std::shared_ptr<NodeLog> nodeLog;
         std::unique_ptr<NodeSupervisor> supervisor;
         std::unique_ptr<DriverHost> driver;
-        std::optional<bool> driverEnabled;  // the last value that the driver host received
+        std::optional<bool> driverEnabled;  // the last value for the driver host
+        bool driverIsOn = false;            // the last value that it received; used on the driver queue only
         std::optional<RepeatingTimer> pollTimer;
     };
 

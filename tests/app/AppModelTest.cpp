@@ -98,6 +98,17 @@ TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
     EXPECT_TRUE(f.state().endpoint);
     f.advance(10s);
     EXPECT_EQ(f.drivers.count(), 1U);
+
+    const auto& queue = f.queues.at("tarnik.driver");
+    queue->hold();
+    for (const bool isOn : {false, true}) {
+        f.switches.screenRecording = isOn;
+        f.model().refreshSwitches();
+    }
+    queue->letGo();
+    f.settle();
+    EXPECT_EQ(f.drivers.count(), 2U) << "a driver has the rights of its start";
+    EXPECT_EQ(f.liveDrivers(), 1U);
     f.switches = {false, true};
     f.advance(2s);
     EXPECT_EQ(f.liveDrivers(), 0U);
