@@ -66,6 +66,7 @@ public:
 
     // `queue` outlives this object, and is closed before it is destroyed.
     LinkPairing(Deps deps, CoalescingQueue& queue);
+    ~LinkPairing() = default;
     LinkPairing(const LinkPairing&) = delete;
     LinkPairing& operator=(const LinkPairing&) = delete;
 

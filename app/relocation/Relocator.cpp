@@ -20,13 +20,11 @@ Relocator::~Relocator() {
 }
 
 void Relocator::relocateIfNeeded(std::function<void(Outcome)> done) {
-    auto report = [post = guard_.wrapPost(deps_.mainThread.post), done = std::move(done)](Outcome outcome) {
-        post([done, outcome = std::move(outcome)] { done(outcome); });
-    };
-    if (!queue_) return report(RelocationOutcomes::Stay{});
-    queue_->post([this, report = std::move(report)] {
+    const auto post = guard_.wrapPost(deps_.mainThread.post);
+    if (!queue_) return post([done = std::move(done)] { done(RelocationOutcomes::Stay{}); });
+    queue_->post([this, post, done = std::move(done)] {
         const RelocationRun::IsCancelled isCancelled = [this] { return ending_.load(); };
-        report(RelocationRun(deps_, record_, isCancelled).perform());
+        post([done, outcome = RelocationRun(deps_, record_, isCancelled).perform()] { done(outcome); });
     });
 }
 

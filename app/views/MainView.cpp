@@ -239,9 +239,9 @@ void MainView::handleReturn() {
     if (button && button->acceptsInput()) report(button->intent());
 }
 
-// Takes the intent by value: the handler may set other content, which destroys the original.
-void MainView::report(WindowIntent intent) {
-    onIntent_(intent, connect_->linkField()->text().toStdString());
+// The handler may set other content, which destroys the original intent.
+void MainView::report(const WindowIntent& intent) {
+    onIntent_(WindowIntent(intent), connect_->linkField()->text().toStdString());
 }
 
 }  // namespace tarnik

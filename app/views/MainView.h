@@ -43,7 +43,7 @@ private:
     bool isInView(const QWidget* widget) const;
     void scrollToFocus();
     void handleReturn();
-    void report(WindowIntent intent);
+    void report(const WindowIntent& intent);
 
     const OnIntent onIntent_;
     WindowContent content_;

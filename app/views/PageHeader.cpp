@@ -15,12 +15,13 @@ constexpr int symbolGap = 10;
 
 }  // namespace
 
-PageHeader::PageHeader(QWidget* parent) : QWidget(parent) {
-    // Screen readers read the children in the order of their creation, which is the order on the screen.
-    heading_ = new TextLabel(TextLabel::Role::heading, this);
-    symbol_ = new SymbolView(symbolSide, heading_->lineHeight(), this);
+PageHeader::PageHeader(QWidget* parent)
+    : QWidget(parent),
+      heading_(new TextLabel(TextLabel::Role::heading, this)),
+      symbol_(new SymbolView(symbolSide, heading_->lineHeight(), this)),
+      progress_(new ProgressBar(gapBelow, this)) {
+    // Screen readers read the children from back to front: the symbol, the heading, the progress.
     symbol_->lower();
-    progress_ = new ProgressBar(gapBelow, this);
 
     auto* line = new QHBoxLayout;
     line->setSpacing(symbolGap);

@@ -22,9 +22,9 @@ public:
 
 private:
     // Children.
-    SymbolView* symbol_;
-    TextLabel* heading_;
-    ProgressBar* progress_;
+    TextLabel* const heading_;
+    SymbolView* const symbol_;
+    ProgressBar* const progress_;
 };
 
 }  // namespace tarnik
