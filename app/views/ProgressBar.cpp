@@ -44,7 +44,8 @@ void ProgressBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    const QRectF track(0, (height() - thickness) / 2, width(), thickness);
+    const int top = (height() - thickness) / 2;  // a whole pixel
+    const QRectF track(0, top, width(), thickness);
     paintBar(painter, track, lineColour(palette()));
 
     QRectF filled(track);

@@ -123,11 +123,12 @@ std::expected<ProcessStat, ProcFolder::Missing> ProcFolder::stat(pid_t pid) {
 std::optional<std::vector<pid_t>> ProcFolder::children(pid_t parent) {
     auto folder = openDirectory(folder_.get(), nameOf(parent, "task"));
     const auto threads = pidsIn(folder);
-    if (!threads) return std::nullopt;
+    const int at = folder.descriptor();
+    if (!threads || at < 0) return std::nullopt;
     std::vector<pid_t> children;
     for (const pid_t thread : *threads) {
         const char* name = nameOf(thread, "children");
-        const UniqueFd list(::openat(folder.descriptor(), name, O_RDONLY | O_CLOEXEC));
+        const UniqueFd list(::openat(at, name, O_RDONLY | O_CLOEXEC));
         const auto text = list ? readAll(list.get(), text_) : std::nullopt;
         if (!text || !appendPids(*text, children)) return std::nullopt;
     }
