@@ -142,7 +142,9 @@ console.log(`${entries.length} sources, ${due.length} to check`);
 // Sources with the same flags and settings, largest group first.
 const groups = new Map();
 for (const entry of due) {
-    const kind = `${entry.settings}\0${entry.flags}`;
+    // A source that compiles a library along is checked alone: behind it, calls into the library would be analysed.
+    const alone = /^#include <\S+\/src\.hpp>/m.test(fs.readFileSync(entry.file, 'utf8')) ? entry.file : '';
+    const kind = `${entry.settings}\0${entry.flags}\0${alone}`;
     groups.set(kind, [...(groups.get(kind) ?? []), entry]);
 }
 const queue = [...groups.values()].flatMap((group) => {
