@@ -103,9 +103,9 @@ TEST(LinkPairing, reportsASessionThatCantBegin) {
 }
 
 TEST(LinkPairing, postsOneTaskForTheSnapshotsThatWait) {
+    std::atomic<int> posted = 0;  // outlives the machine, which posts until its end
     FakeMachine f;
     f.install();
-    std::atomic<int> posted = 0;
     f.deps.platform.mainThread.post = [&posted, post = f.deps.platform.mainThread.post](auto task) {
         ++posted;
         post(std::move(task));
