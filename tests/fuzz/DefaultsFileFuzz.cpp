@@ -17,7 +17,7 @@ using namespace tarnik;
 using fuzz::require;
 
 std::string contents(const std::string& path) {
-    return readFile(path, 16 * DefaultsFile::longest).value_or("");
+    return readFile(path, 16 * DefaultsFile::maxBytes).value_or("");
 }
 
 }  // namespace
