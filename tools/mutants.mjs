@@ -161,6 +161,7 @@ class Worker {
     async failingTest(name, filter) {
         fs.rmSync(this.scratch, { recursive: true, force: true });
         fs.mkdirSync(this.scratch, { recursive: true });
+        fs.chmodSync(this.scratch, 0o1777);  // as /tmp, for tests that drop root
         let [text, hung, longest, last] = ['', false, 0, Date.now()];
         let watch;
         const environment = { ...process.env, TMPDIR: this.scratch };

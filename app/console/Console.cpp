@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "app/ProgramStart.h"
-#include "app/console/WindowText.h"
+#include "app/console/WindowLines.h"
 #include "app/texts/ConsoleTexts.h"
 #include "app/texts/FailureTexts.h"
 #include "core/foundation/TextCleanup.h"
@@ -65,7 +65,7 @@ Console::Console(MainThread mainThread, ConsoleOutput& output, SimulatedSwitches
 Console::~Console() = default;
 
 Presentation Console::presentation(std::function<void()> end) {
-    return {.makeStatusItem = [this](const MenuContent& menu) { output_.line("menu", menuText(menu)); },
+    return {.makeStatusItem = [this](const MenuContent& menu) { output_.line("menu", menuLine(menu)); },
             .showWindow = [this] { showWindow(); },
             .showAlert = [this](const std::string& title,
                                 const std::string& text) { output_.line("alert", title + ": " + text); },
@@ -165,7 +165,7 @@ void Console::showPairing(const PairingSession::Snapshot& snapshot) {
 
 void Console::showWindow() {
     shown_ = WindowContent::of(model_->state(), model_->webOrigin());
-    for (const auto& line : windowText(*shown_)) output_.line("window", line);
+    for (const auto& line : windowLines(*shown_)) output_.line("window", line);
 }
 
 void Console::showNews(const AppState& state) {

@@ -14,7 +14,7 @@ namespace tarnik {
 ConsoleLoop::ConsoleLoop(int inputFd, Spawner::Pipe wake) : inputFd_(inputFd), wake_(std::move(wake)) {}
 
 void ConsoleLoop::post(Task task) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     posted_.push_back(std::move(task));
     if (posted_.size() > 1) return;  // the first task has woken the loop
     const char byte = 0;
@@ -80,7 +80,7 @@ void ConsoleLoop::runPosted() {
     while (::read(wake_.readEnd.get(), &byte, 1) < 0 && errno == EINTR) {}
     std::vector<Task> tasks;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         tasks = std::exchange(posted_, {});
     }
     for (const auto& task : tasks) task();

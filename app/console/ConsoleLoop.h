@@ -2,11 +2,11 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "app/platform/MainThread.h"
+#include "core/foundation/Mutex.h"
 #include "core/foundation/TaskSchedule.h"
 #include "core/process/Spawner.h"
 
@@ -62,8 +62,8 @@ private:
     std::string partial_;
     TaskSchedule due_;  // repeated tasks
 
-    std::mutex mutex_;
-    std::vector<Task> posted_;  // guarded by mutex_
+    Mutex mutex_;
+    std::vector<Task> posted_ TARNIK_GUARDED_BY(mutex_);
 };
 
 }  // namespace tarnik

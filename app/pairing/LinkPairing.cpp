@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "app/pairing/PairingInbox.h"
+#include "app/pairing/LatestSnapshots.h"
 #include "app/texts/FailureTexts.h"
 #include "app/texts/LinkTexts.h"
 
@@ -80,11 +80,11 @@ void LinkPairing::checked(Attempt attempt, const std::optional<Url>& joinURL) {
 void LinkPairing::begin(Attempt attempt, const std::string& joinURL) {
     if (wanted_ != attempt) return;  // cancelled while it waited
     const auto post = guard_.wrapPost(deps_.post);
-    const auto onSnapshot = [this, attempt, post, inbox = std::make_shared<PairingInbox>()](
+    const auto onSnapshot = [this, attempt, post, snapshots = std::make_shared<LatestSnapshots>()](
                                 const PairingSession::Snapshot& snapshot) {
-        if (!inbox->put(snapshot)) return;
-        post([this, attempt, inbox] {
-            for (const auto& latest : inbox->take()) update(attempt, latest);
+        if (!snapshots->put(snapshot)) return;
+        post([this, attempt, snapshots] {
+            for (const auto& latest : snapshots->take()) update(attempt, latest);
         });
     };
     const auto session = deps_.begin(joinURL, onSnapshot);

@@ -1,29 +1,29 @@
 #include "app/relocation/InterruptibleSleep.h"
 
-#include <condition_variable>
 #include <memory>
-#include <mutex>
+
+#include "core/foundation/Mutex.h"
 
 namespace tarnik {
 
 InterruptibleSleep InterruptibleSleep::production() {
     struct State {
-        std::mutex mutex;
-        std::condition_variable changed;
-        bool interrupted = false;
+        Mutex mutex;
+        Condition changed;
+        bool interrupted TARNIK_GUARDED_BY(mutex) = false;
     };
     const auto state = std::make_shared<State>();
     return {.sleep =
                 [state](Seconds time) {
-                    std::unique_lock lock(state->mutex);
-                    state->changed.wait_until(lock, after(steadyNow(), time),
-                                              [&] { return state->interrupted; });
+                    const TimePoint deadline = after(steadyNow(), time);
+                    MutexLock lock(state->mutex);
+                    while (!state->interrupted && state->changed.waitUntil(lock, deadline)) {}
                 },
             .interrupt =
                 [state] {
-                    const std::lock_guard lock(state->mutex);
+                    const MutexLock lock(state->mutex);
                     state->interrupted = true;
-                    state->changed.notify_all();
+                    state->changed.notifyAll();
                 }};
 }
 

@@ -5,7 +5,7 @@
 
 #include "app/bundle/BundleInfo.h"
 #include "app/relocation/BundleMove.h"
-#include "app/relocation/RelaunchLine.h"
+#include "app/relocation/RelaunchCommand.h"
 #include "core/foundation/Paths.h"
 #include "core/relocation/Takeover.h"
 

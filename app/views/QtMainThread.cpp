@@ -3,8 +3,9 @@
 #include <QMetaObject>
 #include <QObject>
 #include <QTimer>
-#include <mutex>
 #include <utility>
+
+#include "core/foundation/Mutex.h"
 
 namespace tarnik {
 namespace {
@@ -26,22 +27,22 @@ RepeatingTimer repeat(Seconds interval, MainThread::Task task) {
 
 // The target of posts. It may outlive the loop, because other threads share it.
 struct QtMainThread::Mailbox {
-    std::mutex mutex;
-    std::unique_ptr<QObject> receiver = std::make_unique<QObject>();  // guarded by mutex
+    Mutex mutex;
+    std::unique_ptr<QObject> receiver TARNIK_GUARDED_BY(mutex) = std::make_unique<QObject>();
 };
 
 QtMainThread::QtMainThread() : mailbox_(std::make_shared<Mailbox>()) {}
 
 QtMainThread::~QtMainThread() {
     std::unique_ptr<QObject> receiver;
-    const std::lock_guard lock(mailbox_->mutex);
+    const MutexLock lock(mailbox_->mutex);
     receiver = std::move(mailbox_->receiver);
 }
 
 MainThread QtMainThread::operations() const {
     return {.post =
                 [mailbox = mailbox_](MainThread::Task task) {
-                    const std::lock_guard lock(mailbox->mutex);
+                    const MutexLock lock(mailbox->mutex);
                     if (!mailbox->receiver) return;
                     QMetaObject::invokeMethod(mailbox->receiver.get(), std::move(task), Qt::QueuedConnection);
                 },

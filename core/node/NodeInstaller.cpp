@@ -6,7 +6,7 @@
 #include "core/foundation/Files.h"
 #include "core/foundation/Json.h"
 #include "core/foundation/Uuid.h"
-#include "core/node/NodeTexts.h"
+#include "core/node/InstallTexts.h"
 #include "core/node/ReleaseVersion.h"
 
 namespace tarnik {
@@ -138,15 +138,15 @@ std::expected<void, InstallError> NodeInstaller::claim() const {
 
 std::expected<void, InstallError> NodeInstaller::installRuntime(const Sources& sources, const Stage& stage,
                                                                 const Progress& progress) const {
-    progress.text(NodeTexts::downloadingRuntime(sources.runtime.version));
+    progress.text(InstallTexts::downloadingRuntime(sources.runtime.version));
     const auto base = Url::parse(sources.runtime.base);
-    if (!base) return fail(Kind::download, NodeTexts::runtimeName);
+    if (!base) return fail(Kind::download, InstallTexts::runtimeName);
     const std::string archive = stage.path() + "/node.tar.gz";
     const std::string unpacked = stage.path() + "/node";
     const auto url = base->appending(sources.runtime.file).text();
     if (auto done = deps_.download(url, archive, progress.bytes); !done) return done;
     if (deps_.crypto.sha256HexOfFile(archive) != sources.runtime.sha256)
-        return fail(Kind::checksum, NodeTexts::runtimeName);
+        return fail(Kind::checksum, InstallTexts::runtimeName);
     if (auto made = makeFolder(unpacked); !made) return made;
     if (auto done = deps_.extract(archive, unpacked); !done) return done;
     if (!isExecutableFile(unpacked + "/bin/node")) return fail(Kind::incomplete);
@@ -155,13 +155,13 @@ std::expected<void, InstallError> NodeInstaller::installRuntime(const Sources& s
 
 std::expected<void, InstallError> NodeInstaller::installPackage(const Sources& sources, const Stage& stage,
                                                                 const Progress& progress) const {
-    progress.text(NodeTexts::downloadingPackage());
+    progress.text(InstallTexts::downloadingPackage());
     const std::string archive = stage.path() + "/tarnik-node.tar.gz";
     const std::string unpacked = stage.path() + "/app";
     const auto url = settings_.releaseBase->appending(sources.package.path).text();
     if (auto done = deps_.download(url, archive, progress.bytes); !done) return done;
     if (deps_.crypto.sha256HexOfFile(archive) != sources.package.sha256) {
-        return fail(Kind::checksum, NodeTexts::packageName);
+        return fail(Kind::checksum, InstallTexts::packageName);
     }
     if (auto made = makeFolder(unpacked); !made) return made;
     if (auto done = deps_.extract(archive, unpacked); !done) return done;

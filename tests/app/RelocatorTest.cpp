@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "app/bundle/BundleInfo.h"
-#include "app/relocation/RelaunchLine.h"
+#include "app/relocation/RelaunchCommand.h"
 #include "app/relocation/RelocationRun.h"
 #include "core/process/Spawner.h"
 #include "core/relocation/Relocation.h"
@@ -369,7 +369,7 @@ TEST(BundleVersion, fallsBackToTheVersionOfTheBuild) {
 }
 
 // Replaces the system's `open` in the command by a program that records its arguments.
-TEST(RelaunchLine, opensTheBundleAfterTheOldProcess) {
+TEST(RelaunchCommand, opensTheBundleAfterTheOldProcess) {
     const TemporaryFolder folder;
     const std::string noted = folder.path() + "/noted";
     const std::string open = folder.path() + "/open";

@@ -1,11 +1,11 @@
-#include "app/pairing/PairingInbox.h"
+#include "app/pairing/LatestSnapshots.h"
 
 #include <utility>
 
 namespace tarnik {
 
-bool PairingInbox::put(const PairingSession::Snapshot& snapshot) {
-    const std::lock_guard lock(mutex_);
+bool LatestSnapshots::put(const PairingSession::Snapshot& snapshot) {
+    const MutexLock lock(mutex_);
     const bool wasEmpty = snapshots_.empty();
     if (!wasEmpty && snapshots_.back().phase == snapshot.phase) {
         snapshots_.back() = snapshot;
@@ -15,8 +15,8 @@ bool PairingInbox::put(const PairingSession::Snapshot& snapshot) {
     return wasEmpty;
 }
 
-std::vector<PairingSession::Snapshot> PairingInbox::take() {
-    const std::lock_guard lock(mutex_);
+std::vector<PairingSession::Snapshot> LatestSnapshots::take() {
+    const MutexLock lock(mutex_);
     return std::exchange(snapshots_, {});
 }
 

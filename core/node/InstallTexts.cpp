@@ -1,15 +1,15 @@
 // The texts of this folder that are shown to the user.
-#include "core/node/NodeTexts.h"
+#include "core/node/InstallTexts.h"
 
 #include "core/node/InstallFailure.h"
 
 namespace tarnik {
 
-std::string NodeTexts::downloadingRuntime(const std::string& version) {
+std::string InstallTexts::downloadingRuntime(const std::string& version) {
     return "Downloading Node.js " + version + "…";
 }
 
-std::string NodeTexts::downloadingPackage() {
+std::string InstallTexts::downloadingPackage() {
     return "Downloading tarnik's helper…";
 }
 

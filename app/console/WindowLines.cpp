@@ -1,4 +1,4 @@
-#include "app/console/WindowText.h"
+#include "app/console/WindowLines.h"
 
 namespace tarnik {
 namespace {
@@ -16,7 +16,7 @@ std::string rowText(const WindowContent::SwitchRow& row) {
 
 }  // namespace
 
-std::vector<std::string> windowText(const WindowContent& content) {
+std::vector<std::string> windowLines(const WindowContent& content) {
     std::vector<std::string> lines;
     const auto add = [&](const std::string& text) {
         if (!text.empty()) lines.push_back(text);
@@ -34,7 +34,7 @@ std::vector<std::string> windowText(const WindowContent& content) {
     return lines;
 }
 
-std::string menuText(const MenuContent& menu) {
+std::string menuLine(const MenuContent& menu) {
     std::string text;
     for (const auto& entry : menu.entries) {
         if (!entry.isSeparator()) text += (text.empty() ? "" : " | ") + std::string(entry.title);

@@ -3,7 +3,7 @@
 #include <string>
 
 // The texts that show the progress of an install. The header of each failure type declares its describe().
-namespace tarnik::NodeTexts {
+namespace tarnik::InstallTexts {
 
 inline constexpr const char* runtimeName = "Node.js";
 inline constexpr const char* packageName = "tarnik's helper";
@@ -11,4 +11,4 @@ inline constexpr const char* packageName = "tarnik's helper";
 std::string downloadingRuntime(const std::string& version);
 std::string downloadingPackage();
 
-}  // namespace tarnik::NodeTexts
+}  // namespace tarnik::InstallTexts

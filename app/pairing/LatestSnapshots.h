@@ -1,8 +1,8 @@
 #pragma once
 
-#include <mutex>
 #include <vector>
 
+#include "core/foundation/Mutex.h"
 #include "core/pairing/PairingSession.h"
 
 namespace tarnik {
@@ -11,17 +11,17 @@ namespace tarnik {
 // memory stays bounded when a session prints faster than the main thread reads.
 //
 // Shared by the session's callback, which calls put(), and the task on the main thread, which calls take().
-class PairingInbox {
+class LatestSnapshots {
 public:
-    // Returns true if the inbox was empty. The caller then posts a task that calls take().
+    // Returns true if this was empty. The caller then posts a task that calls take().
     bool put(const PairingSession::Snapshot& snapshot);
 
-    // Returns the snapshots in the order of their phases, and empties the inbox.
+    // Returns the snapshots in the order of their phases, and removes them.
     std::vector<PairingSession::Snapshot> take();
 
 private:
-    std::mutex mutex_;
-    std::vector<PairingSession::Snapshot> snapshots_;  // guarded by mutex_
+    Mutex mutex_;
+    std::vector<PairingSession::Snapshot> snapshots_ TARNIK_GUARDED_BY(mutex_);
 };
 
 }  // namespace tarnik

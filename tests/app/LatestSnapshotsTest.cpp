@@ -1,7 +1,8 @@
+#include "app/pairing/LatestSnapshots.h"
+
 #include <gtest/gtest.h>
 
 #include "app/console/PairingTranscript.h"
-#include "app/pairing/PairingInbox.h"
 
 namespace tarnik {
 namespace {
@@ -9,14 +10,14 @@ namespace {
 using namespace PairingPhases;
 using Lines = std::vector<std::string>;
 
-TEST(PairingInbox, holdsTheLatestOfEachPhaseInOrder) {
-    PairingInbox inbox;
-    EXPECT_TRUE(inbox.put({"", Starting{}, "1"}));
-    for (const char* text : {"2", "3"}) EXPECT_FALSE(inbox.put({"", Starting{}, text}));
-    EXPECT_FALSE(inbox.put({"", WaitingForYes{}, "4"}));
+TEST(LatestSnapshots, holdsTheLatestOfEachPhaseInOrder) {
+    LatestSnapshots snapshots;
+    EXPECT_TRUE(snapshots.put({"", Starting{}, "1"}));
+    for (const char* text : {"2", "3"}) EXPECT_FALSE(snapshots.put({"", Starting{}, text}));
+    EXPECT_FALSE(snapshots.put({"", WaitingForYes{}, "4"}));
     const std::vector<PairingSession::Snapshot> latest{{"", Starting{}, "3"}, {"", WaitingForYes{}, "4"}};
-    EXPECT_EQ(inbox.take(), latest);
-    EXPECT_TRUE(inbox.put({"", WaitingForYes{}, "5"}));
+    EXPECT_EQ(snapshots.take(), latest);
+    EXPECT_TRUE(snapshots.put({"", WaitingForYes{}, "5"}));
 }
 
 TEST(PairingTranscript, showsEachLineOnce) {

@@ -1,4 +1,4 @@
-#include "app/relocation/RelaunchLine.h"
+#include "app/relocation/RelaunchCommand.h"
 
 #include "core/process/Spawner.h"
 #include "core/relocation/Relocation.h"

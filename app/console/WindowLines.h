@@ -10,9 +10,9 @@ namespace tarnik {
 
 // Returns the window as lines of text from top to bottom. "[Continue]" is a button; "(x)" is a switch that is
 // on.
-std::vector<std::string> windowText(const WindowContent& content);
+std::vector<std::string> windowLines(const WindowContent& content);
 
 // Returns the menu as one line: "Open tarnik | Quit tarnik".
-std::string menuText(const MenuContent& menu);
+std::string menuLine(const MenuContent& menu);
 
 }  // namespace tarnik
