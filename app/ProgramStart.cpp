@@ -9,7 +9,6 @@
 #include "core/driver/DriverLaunch.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
-#include "core/foundation/TarnikIdentity.h"
 #include "core/node/NodeRelease.h"
 #include "core/process/Environment.h"
 
@@ -39,7 +38,7 @@ HostEnvironment hostOf(Environment inherited, std::string userFolder, const Prog
     makeApplicationSupport(place.folders.applicationSupport);
     return {.userFolder = std::move(userFolder),
             .applicationSupport = place.folders.applicationSupport,
-            .nodeLog = place.folders.logs + "/" + std::string(TarnikIdentity::appName) + "/node.log",
+            .nodeLog = place.folders.stateFolder() + "/node.log",
             .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
             .inherited = std::move(inherited),
             .settings = place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::defaults(),

@@ -13,6 +13,9 @@ struct SystemFolders {
     std::string logs;
     std::string preferences;
 
+    // Returns the folder of the program's own logs: "tarnik" in the folder for logs.
+    std::string stateFolder() const;
+
     // On Linux this uses the XDG base directories and ignores a variable that is not an absolute path.
     static SystemFolders of(const Environment& environment, const std::string& userFolder);
 };

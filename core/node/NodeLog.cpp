@@ -1,54 +1,22 @@
 #include "core/node/NodeLog.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <utility>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include "core/foundation/Files.h"
-#include "core/foundation/Paths.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik {
-namespace {
 
-constexpr mode_t folderMode = 0700;
-constexpr mode_t fileMode = 0600;
-
-struct LogFile {
-    UniqueFd fd;
-    std::int64_t size = 0;
-};
-
-// Without O_NONBLOCK, opening a FIFO would wait for a reader. The flag has no effect on a regular file.
-LogFile openLogFile(const std::string& path) {
-    constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-    LogFile file{UniqueFd(::open(path.c_str(), flags, fileMode))};
-    if (!file.fd) return {};
-    struct stat status = {};
-    if (::fstat(file.fd.get(), &status) != 0) return {};
-    if (!S_ISREG(status.st_mode) || status.st_uid != ::geteuid()) return {};
-    file.size = status.st_size;
-    return file;
-}
-
-}  // namespace
-
-std::shared_ptr<NodeLog> NodeLog::make(std::string path, std::int64_t capBytes, Clock now) {
+std::shared_ptr<NodeLog> NodeLog::make(std::string path, std::int64_t capBytes, RotatingFile::Clock now) {
     return std::make_shared<NodeLog>(Passkey(), std::move(path), capBytes, std::move(now));
 }
 
-NodeLog::NodeLog(Passkey, std::string path, std::int64_t capBytes, Clock now)
-    : path_(std::move(path)), cap_(std::max<std::int64_t>(capBytes, 1)), now_(std::move(now)) {}
+NodeLog::NodeLog(Passkey, std::string path, std::int64_t capBytes, RotatingFile::Clock now)
+    : file_(std::move(path), capBytes, std::move(now)) {}
 
 NodeLog::Output NodeLog::attach() {
     {
         const MutexLock lock(mutex_);
-        if (!isOpen()) return {};
+        if (!file_.isOpen()) return {};
     }
     auto pipe = Spawner::pipe();
     if (!pipe) return {};
@@ -70,67 +38,8 @@ void NodeLog::drain(Seconds timeout) {
 }
 
 void NodeLog::append(std::string_view data) {
-    if (data.empty()) return;
     const MutexLock lock(mutex_);
-    if (!isOpen()) return;
-    if (size_ >= cap_) rotate();  // an earlier rotation failed
-    if (!file_ || size_ >= cap_) return;
-    size_ += static_cast<std::int64_t>(writeAll(file_.get(), data));
-    if (size_ >= cap_) rotate();
-}
-
-// Returns true if the log can be written; reopens it if the path has another file. Checks the path only once
-// per checkInterval, because a check costs as much as a short write.
-bool NodeLog::isOpen() {
-    if (!file_) return reopen();
-    const TimePoint now = now_();
-    if (now < nextCheck_) return true;
-    nextCheck_ = after(now, checkInterval);
-    struct stat status = {};
-    if (::fstat(file_.get(), &status) == 0) size_ = status.st_size;  // another program may write too
-    return isAtPath() || reopen();
-}
-
-bool NodeLog::reopen() {
-    if (!open()) return false;
-    if (size_ >= cap_) rotate();
-    return static_cast<bool>(file_);
-}
-
-// Closes the open file and opens the file at the path, which is created if it is missing.
-bool NodeLog::open() {
-    // If the folder can't be created, opening the file fails.
-    [[maybe_unused]] const auto made = createFolders(parentFolder(path_), folderMode);
-    auto [fd, size] = openLogFile(path_);
-    file_ = std::move(fd);
-    size_ = size;
-    nextCheck_ = after(now_(), checkInterval);
-    return static_cast<bool>(file_);
-}
-
-// Returns true if the open file is the file at the path, or if that is unknown.
-bool NodeLog::isAtPath() const {
-    struct stat opened = {};
-    struct stat found = {};
-    if (::lstat(path_.c_str(), &found) != 0) return errno != ENOENT && errno != ENOTDIR;
-    if (::fstat(file_.get(), &opened) != 0) return true;
-    return opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
-}
-
-// Renames the file to the older copy and opens a new one. Truncates a file that can't be renamed, for example
-// because the older copy's path is a folder. So the file never exceeds the cap by more than one chunk.
-void NodeLog::rotate() {
-    // If the open file is no longer at the path, the older copy is kept.
-    if (isAtPath()) {
-        const std::string older = path_ + ".1";
-        // Removed first, because on ext4 a rename that replaces a file flushes the new file to the disk.
-        ::unlink(older.c_str());
-        if (::rename(path_.c_str(), older.c_str()) != 0 && errno != ENOENT) {
-            if (::ftruncate(file_.get(), 0) == 0) size_ = 0;
-            return;
-        }
-    }
-    open();
+    file_.append(data);
 }
 
 }  // namespace tarnik

@@ -1,27 +1,8 @@
 #include "core/relocation/RecordLine.h"
 
-#include <array>
-#include <cstddef>
-#include <cstdio>
-
 namespace tarnik::Relocation {
 
 namespace {
-
-// 2026-03-01T14:05:09Z
-std::string iso8601(RecordTime at) {
-    const auto second = std::chrono::floor<std::chrono::seconds>(at);
-    const auto day = std::chrono::floor<std::chrono::days>(second);
-    const std::chrono::year_month_day date(day);
-    const std::chrono::hh_mm_ss time(second - day);
-    std::array<char, 64> text{};
-    const int length =
-        std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ",
-                      static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                      static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
-                      static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()));
-    return {text.data(), static_cast<std::size_t>(length)};
-}
 
 void appendField(std::string& line, std::string_view field) {
     constexpr std::string_view hex = "0123456789ABCDEF";
@@ -44,7 +25,7 @@ std::string_view word(bool truth) {
 
 std::string recordLine(const Launch& launch, const Decision& decision, std::optional<bool> healed,
                        const std::vector<std::string>& extra, RecordTime at) {
-    std::string line = iso8601(at);
+    std::string line = isoSeconds(at);
     const auto add = [&line](const char* name, std::string_view value) {
         appendField(line, std::string(name).append(value));
     };
@@ -59,7 +40,7 @@ std::string recordLine(const Launch& launch, const Decision& decision, std::opti
 }
 
 std::string windowLine(std::string_view reason, RecordTime at) {
-    std::string line = iso8601(at);
+    std::string line = isoSeconds(at);
     appendField(line, "window=opened");
     appendField(line, std::string("reason=").append(reason));
     return line;

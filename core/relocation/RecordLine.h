@@ -1,15 +1,15 @@
 #pragma once
 
-#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "core/foundation/WallTime.h"
 #include "core/relocation/Relocation.h"
 
 namespace tarnik::Relocation {
 
-using RecordTime = std::chrono::system_clock::time_point;
+using RecordTime = WallTime;
 
 // Returns one entry of the relocation record without a line feed. Its fields are separated by tabs; control
 // characters in paths and reasons are written as %09 and so on.
