@@ -1,0 +1,94 @@
+#include "app/journal/Journal.h"
+
+#include <utility>
+
+#include "app/journal/SecretFilter.h"
+#include "core/foundation/TextCleanup.h"
+
+namespace tarnik {
+namespace {
+
+std::string publicText(std::string_view text) {
+    return sanitizedLine(withoutSecrets(text), Journal::longestText);
+}
+
+JournalEvent::Fields publicFields(JournalEvent::Fields fields) {
+    for (auto& [name, value] : fields) {
+        if (auto* text = std::get_if<std::string>(&value)) *text = publicText(*text);
+    }
+    return fields;
+}
+
+template <class Element>
+void appendBounded(std::deque<Element>& list, Element element, std::size_t limit) {
+    if (list.size() >= limit) list.pop_front();
+    list.push_back(std::move(element));
+}
+
+}  // namespace
+
+Journal::Deps Journal::Deps::production() {
+    return {.now = &std::chrono::system_clock::now, .makeQueue = &SerialQueue::withThread};
+}
+
+Journal::Journal(const std::string& path, Deps deps)
+    : deps_(std::move(deps)),
+      file_{.file = RotatingFile(path, capBytes)},
+      queue_(deps_.makeQueue("tarnik.journal")) {}
+
+Journal::~Journal() {
+    queue_->close();
+}
+
+void Journal::record(EventCode code, std::string_view sentence, JournalEvent::Fields fields) {
+    JournalEvent event{.time = std::chrono::floor<std::chrono::milliseconds>(deps_.now()),
+                       .code = code,
+                       .sentence = publicText(sentence),
+                       .fields = publicFields(std::move(fields))};
+    std::vector<Observer> observers;
+    bool wasWriting = false;
+    {
+        const MutexLock lock(mutex_);
+        appendBounded(events_, event, keptEvents);
+        appendBounded(waiting_, event.json(), waitingLines);
+        observers = observers_;
+        wasWriting = std::exchange(isWriting_, true);
+    }
+    if (!wasWriting) queue_->post([this] { write(); });
+    for (const auto& observer : observers) observer(event);
+}
+
+std::vector<JournalEvent> Journal::events() const {
+    const MutexLock lock(mutex_);
+    return {events_.begin(), events_.end()};
+}
+
+void Journal::observe(Observer observer) {
+    const MutexLock lock(mutex_);
+    observers_.push_back(std::move(observer));
+}
+
+void Journal::flush(Seconds timeout) {
+    const TimePoint deadline = after(steadyNow(), timeout);
+    MutexLock lock(mutex_);
+    while (isWriting_ && written_.waitUntil(lock, deadline)) continue;
+}
+
+// Ends an open line first, so that it damages no other line.
+void Journal::LineFile::append(const std::string& line) {
+    lineIsOpen = !file.append((lineIsOpen ? "\n" : "") + line + "\n");
+}
+
+void Journal::write() {
+    MutexLock lock(mutex_);
+    while (!waiting_.empty()) {
+        const auto lines = std::exchange(waiting_, {});
+        lock.unlock();
+        for (const auto& line : lines) file_.append(line);
+        lock.lock();
+    }
+    isWriting_ = false;
+    written_.notifyAll();
+}
+
+}  // namespace tarnik

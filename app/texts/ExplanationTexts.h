@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/foundation/Time.h"
+
+// The sentences of an Explanation.
+namespace tarnik::ExplanationTexts {
+
+using Text = const char*;
+
+inline constexpr Text helper = "The helper";
+inline constexpr Text driver = "The desktop driver";
+
+inline constexpr Text starting = "It is starting.";
+inline constexpr Text startsWithSwitch = "It starts again when a switch changes.";
+inline constexpr Text helperWaiting = "The helper is installed and waits for a link from your chat.";
+inline constexpr Text helperMissing =
+    "tarnik's helper isn't there any more. Quit tarnik and open it again to install it.";
+inline constexpr Text tryAgain = "Quit tarnik and open it again to try once more.";
+inline constexpr Text offerWaits = "A link for another account waits for your answer.";
+inline constexpr Text linkChecked = "A link is being checked";
+inline constexpr Text promptWaits = "tarnik's helper waits for your confirmation";
+inline constexpr Text connecting = "tarnik's helper is connecting";
+inline constexpr Text installing = "tarnik's helper is being installed";
+inline constexpr Text linkRefused = "The last link was refused";
+inline constexpr Text installFailed = "tarnik couldn't install its helper";
+inline constexpr Text ended = "tarnik ended";
+
+// Returns "12 s", "3 min", "5 h" or "2 days". A negative time counts as zero.
+std::string duration(Seconds time);
+
+// Return "What, 12 s ago." and "What, for 12 s.". If `detail` is not empty, it follows: "What, 12 s ago:
+// detail."
+std::string ago(Text what, Seconds age, const std::string& detail = {});
+std::string ongoing(Text what, Seconds age, const std::string& detail = {});
+
+// Return "The helper stopped 5 times in a row, last with exit 3, 12 s ago." and the same for a child that
+// couldn't be started. `times` is at least 1.
+std::string stopped(Text child, std::int64_t times, const std::string& status, Seconds age);
+std::string startFailed(Text child, std::int64_t times, const std::string& reason, Seconds age);
+
+std::string nextTry(Seconds in);       // "Next try in 8 s."
+std::string runsAgain(Seconds since);  // "It is running again, for 4 s."
+std::string pairingEnded(const std::string& status, Seconds age);
+std::string updateWaiting(const std::string& version);
+
+}  // namespace tarnik::ExplanationTexts

@@ -1,0 +1,147 @@
+#include "app/journal/Journal.h"
+
+#include <atomic>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "app/journal/JournalReader.h"
+#include "app/journal/SecretFilter.h"
+#include "core/foundation/LogTail.h"
+#include "tests/support/FullDisk.h"
+#include "tests/support/ManualQueue.h"
+#include "tests/support/Shell.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+struct Fixture {
+    TemporaryFolder folder;
+    std::string path = folder.path() + "/state/tarnik.log";
+    std::shared_ptr<ManualQueue> disk = std::make_shared<ManualQueue>();
+    WallTime now = std::chrono::sys_days(std::chrono::year(2026) / 3 / 1) + 9h + 1234567us;
+    Journal journal{path, {.now = [this] { return now; }, .makeQueue = [this](const auto&) { return disk; }}};
+
+    std::vector<std::string> sentences(std::size_t count = 1000) const {
+        std::vector<std::string> found;
+        for (const auto& event : readJournal(path, count)) found.push_back(event.sentence);
+        return found;
+    }
+};
+
+using Sentences = std::vector<std::string>;
+
+TEST(Journal, readsBackWhatItRecorded) {
+    Fixture f;
+    std::vector<JournalEvent> observed;
+    f.journal.observe([&](const auto& event) { observed.push_back(event); });
+    f.journal.record(EventCode::helperEnded, "The \"helper\"\nstopped – with exit 3.",
+                     {{EventField::exit, 3}, {EventField::reason, "a\tb"}});
+    f.journal.record(EventCode::programEnded, "End.");
+    EXPECT_EQ(observed[0].sentence, "The \"helper\" stopped – with exit 3.");
+    EXPECT_EQ(observed[0].json().substr(0, 55), R"({"time":"2026-03-01T09:00:01.234Z","event":"helper.ende)");
+    EXPECT_EQ(f.journal.events(), observed);
+    EXPECT_EQ(readJournal(f.path, 10), observed);
+    EXPECT_EQ(f.sentences(1), Sentences{"End."});
+    EXPECT_EQ(fs::status(f.path).permissions(), fs::perms(0600));
+    EXPECT_EQ(fs::status(fs::path(f.path).parent_path()).permissions(), fs::perms(0700));
+}
+
+TEST(Journal, boundsItsMemoryWhileTheDiskHangs) {
+    Fixture f;
+    f.disk->hold();
+    const int count = 3 * static_cast<int>(Journal::waitingLines);
+    for (int i = 0; i < count; ++i) f.journal.record(EventCode::installStep, std::to_string(i));
+    EXPECT_EQ(f.journal.events().size(), Journal::keptEvents);
+    f.disk->runWaiting();
+    EXPECT_EQ(f.sentences().size(), Journal::waitingLines);
+    EXPECT_EQ(f.sentences().back(), std::to_string(count - 1));
+}
+
+TEST(Journal, survivesEveryObstacleOnTheDisk) {
+    for (const char* obstacle :
+         {"mkdir -p state/tarnik.log", "touch state", "mkdir state; mkfifo state/tarnik.log",
+          "mkdir state; ln -s /dev/full state/tarnik.log"}) {
+        Fixture f;
+        shell(f.folder.path(), obstacle);
+        f.journal.record(EventCode::programStarted, "lost");
+        EXPECT_EQ(f.sentences(), Sentences()) << obstacle;
+        fs::remove_all(f.folder.path() + "/state");
+        f.journal.record(EventCode::programStarted, "written");
+        EXPECT_EQ(f.sentences(), Sentences{"written"}) << obstacle;
+    }
+    Fixture f;
+    f.journal.record(EventCode::programStarted, "first");
+    onFullDisk(fs::file_size(f.path) + 20, [&] { f.journal.record(EventCode::programStarted, "cut short"); });
+    f.journal.record(EventCode::programStarted, "third");
+    EXPECT_EQ(f.sentences(), (Sentences{"first", "third"}));
+}
+
+TEST(Journal, keepsTwoFilesOfBoundedSize) {
+    Fixture f;
+    const int count = 4000;
+    for (int i = 0; i < count; ++i)
+        f.journal.record(EventCode::installStep, std::to_string(i) + std::string(380, '.'));
+    EXPECT_LT(fs::file_size(f.path + ".1"), Journal::capBytes + 1000);
+    const auto kept = f.sentences(3000);
+    EXPECT_EQ(kept.size(), 3000U);  // more than one file has
+    EXPECT_TRUE(kept.front().starts_with(std::to_string(count - 3000) + "."));
+}
+
+TEST(JournalReader, skipsDamagedLines) {
+    Fixture f;
+    f.journal.record(EventCode::programStarted, "good");
+    const std::string good = f.folder.read("state/tarnik.log");
+    const std::string late =
+        R"({"time":"9999-03-01T09:00:01.234Z","event":"program.started","sentence":"x"})";
+    const std::string unknown = R"({"time":"2026-03-01T09:00:01.234Z","event":"new","sentence":"x"})";
+    f.folder.write("state/tarnik.log", good + "\n" + good.substr(9) + std::string(9000, '{') + "\n" + late +
+                                           "\n" + unknown + "\n\xff\n" + good + good.substr(0, 40));
+    EXPECT_EQ(f.sentences(), (Sentences{"good", "good"}));
+}
+
+TEST(LogTail, returnsTheLastWholeLines) {
+    struct Case {
+        std::string older, newer;
+        std::size_t maxBytes;
+        std::string tail;
+    };
+    const Case cases[] = {
+        {"a\nb\n", "c\nd", 100, "a\nb\nc\nd"}, {"a\nb", "c\n", 100, "a\nb\nc\n"},
+        {"", "ab\ncd\nef\n", 4, "ef\n"},       {"", "abcdef", 4, ""},
+        {"ab\ncd\n", "e\n", 6, "cd\ne\n"},
+    };
+    for (const auto& [older, newer, maxBytes, tail] : cases) {
+        const TemporaryFolder folder;
+        const std::string path = folder.write("log", newer);
+        folder.write("log.1", older);
+        EXPECT_EQ(readLogTail(path, maxBytes), tail);
+    }
+    EXPECT_EQ(lastLines("a\nb\nc\n", 2), "b\nc\n");
+    EXPECT_EQ(lastLines("a\n\nc", 2), "\nc");
+    EXPECT_EQ(lastLines("a\n", 5), "a\n");
+    EXPECT_EQ(lastLines("a\n", 0), "");
+}
+
+TEST(SecretFilter, removesAddressesCodesTokensAndKeys) {
+    const std::string code = "AbCdEfGhIj0123456789_-";
+    const std::pair<std::string, std::string> cases[] = {
+        {"connect " + code, "connect [hidden]"},
+        {"(" + code + ")", "([hidden])"},
+        {"https://me:pw@h.example:8/c/" + code + "?t=1 failed", "https://h.example:8/[hidden] failed"},
+        {"tarnik://" + code, "tarnik://[hidden]"},
+        {"token=abc, --key: xyz", "token=[hidden], --key: [hidden]"},
+        {R"({"api_key" : "abc"})", R"({"api_key" : "[hidden]"})"},
+        {"Authorization: Bearer abc", "Authorization: [hidden] [hidden]"},
+        {"key wJalrXUtnFEMIK7MDENG/bPxRfi== ok", "key [hidden] ok"},
+        {"mkdir /home/me/.tarnik/node failed: No space", "mkdir /home/me/.tarnik/node failed: No space"},
+    };
+    for (const auto& [text, filtered] : cases) EXPECT_EQ(withoutSecrets(text), filtered);
+}
+
+}  // namespace
+}  // namespace tarnik
