@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "app/NodeHomeOwner.h"
+#include "app/commands/ExitCode.h"
 #include "app/texts/LinkTexts.h"
 
 namespace tarnik {
@@ -43,7 +43,7 @@ void AppDelegate::relocated(const RelocationOutcome& outcome) {
 void AppDelegate::refuse(const std::string& why) {
     quitting_ = true;
     model_->stop([why, shown = deps_.presentation] {
-        shown.refuse(why, [end = shown.end] { end(NodeHomeOwner::inUseStatus); });
+        shown.refuse(why, [end = shown.end] { end(exitStatus(ExitCode::homeInUse)); });
     });
 }
 

@@ -1,10 +1,10 @@
 #include "app/CommandLine.h"
 
-#include <cstdlib>
-#include <functional>
-#include <map>
+#include <algorithm>
+#include <array>
 
 #include "app/bundle/BuildKind.h"
+#include "app/commands/Command.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/relocation/Relocation.h"
 
@@ -12,84 +12,99 @@ namespace tarnik {
 namespace {
 
 using Task = CommandLine::Task;
+using enum OptionSpec::Audience;
 
-constexpr double longestConnectedAfter = 3600;
+constexpr std::size_t shortestLink = 20;  // shorter words are mistyped commands; a bare code has 22 letters
 constexpr std::size_t longestQuote = 200;
 
-std::string quoted(const std::string& word) {
-    return sanitizedLine(word, longestQuote);
+// An option of the program and its effect on the parsed line.
+struct ProgramOption {
+    OptionSpec spec;
+    void (*apply)(CommandLine& line, const std::string& value);
+};
+
+template <Task task>
+void setTask(CommandLine& line, const std::string&) {
+    line.task = task;
 }
 
-std::optional<Seconds> parseSeconds(const std::string& text) {
-    char* end = nullptr;
-    const double value = std::strtod(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || !(value > 0) || value > longestConnectedAfter) return std::nullopt;
-    return Seconds(value);
+template <Task task>
+void setScreen(CommandLine& line, const std::string& value) {
+    line.task = task;
+    line.screen = value;
 }
 
-using Flag = std::function<void(CommandLine&)>;
-
-Flag toDo(Task task) {
-    return [task](CommandLine& line) { line.task = task; };
+template <auto field>
+void setFlag(CommandLine& line, const std::string&) {
+    line.*field = true;
 }
 
-const std::map<std::string, Flag>& flags() {
-    static const std::map<std::string, Flag> known{
-        {"--console", toDo(Task::runConsole)},
-        {"--help", toDo(Task::showHelp)},
-        {"--version", toDo(Task::showVersion)},
-        {"--list-screens", toDo(Task::listScreens)},
-        {"--at-login", [](CommandLine& line) { line.atLogin = true; }},
-        {"--dark", [](CommandLine& line) { line.dark = true; }},
-        {"--driver-output", [](CommandLine& line) { line.driverOutput = true; }},
-        // The relocator reads this one from the arguments that the system recorded.
-        {std::string(Relocation::relaunchArgument), [](CommandLine&) {}},
-    };
-    return known;
+template <auto field>
+void setText(CommandLine& line, const std::string& value) {
+    line.*field = value;
 }
 
-// Stores the value of an option. Returns an error, or an empty text.
-using Take = std::function<std::string(CommandLine&, const std::string&)>;
+constexpr std::array programOptions{
+    ProgramOption{{.name = "console", .summary = "run in this terminal instead of a window"},
+                  setTask<Task::runConsole>},
+    ProgramOption{{.name = "link", .value = "LINK", .summary = "the same as LINK alone"},
+                  setText<&CommandLine::link>},
+    ProgramOption{StandardOptions::nodeHome, setText<&CommandLine::nodeHome>},
+    ProgramOption{{.name = "help", .letter = 'h', .summary = "show this page"}, setTask<Task::showHelp>},
+    ProgramOption{{.name = "help-developers", .summary = "show the options for developers"},
+                  setTask<Task::showDeveloperHelp>},
+    ProgramOption{{.name = "version", .summary = "show the version"}, setTask<Task::showVersion>},
+    ProgramOption{{.name = "at-login",
+                   .summary = "open the window only if it is needed; the login item uses this",
+                   .audience = developers},
+                  setFlag<&CommandLine::atLogin>},
+    ProgramOption{
+        {.name = "connected-after",
+         .value = "SECONDS",
+         .summary = "count a pairing as connected after this time; the default is 15",
+         .audience = developers},
+        [](CommandLine& line, const std::string& value) { line.connectedAfter = Seconds(std::stod(value)); }},
+    ProgramOption{{.name = "list-screens",
+                   .summary = "print the name of every state of the window",
+                   .audience = developers},
+                  setTask<Task::listScreens>},
+    ProgramOption{{.name = "show-screen",
+                   .value = "NAME",
+                   .summary = "show this state of the window, and run nothing",
+                   .audience = developers},
+                  setScreen<Task::showScreen>},
+    ProgramOption{{.name = "dark", .summary = "show the screen in dark colours", .audience = developers},
+                  setFlag<&CommandLine::dark>},
+    ProgramOption{{.name = "write-screens",
+                   .value = "DIR",
+                   .summary = "write an image of every state to DIR, light and dark",
+                   .audience = developers},
+                  setScreen<Task::writeScreens>},
+    ProgramOption{{.name = "switches",
+                   .value = "on|off",
+                   .summary = "set both simulated privacy switches of the console; the default is off",
+                   .audience = developers},
+                  [](CommandLine& line, const std::string& value) { line.switchesOn = value == "on"; }},
+    ProgramOption{{.name = "driver-output",
+                   .summary = "print the output of the desktop driver in the console",
+                   .audience = developers},
+                  setFlag<&CommandLine::driverOutput>},
+    ProgramOption{StandardOptions::bundle, setText<&CommandLine::bundle>},
+    ProgramOption{{.name = "keep-awake",
+                   .value = "PATH",
+                   .summary = "the program by which the helper keeps the computer awake",
+                   .audience = developmentBuilds},
+                  setText<&CommandLine::keepAwake>},
+    // The relocator reads this one from the arguments that the system recorded.
+    ProgramOption{{.name = "tarnik-relocation-relaunch", .audience = nobody},
+                  [](CommandLine&, const std::string&) {}},
+};
 
-Take keep(std::optional<std::string> CommandLine::* field) {
-    return [field](CommandLine& line, const std::string& value) {
-        line.*field = value;
-        return "";
-    };
-}
+static_assert(Relocation::relaunchArgument == "--tarnik-relocation-relaunch");
 
-Take screen(Task task) {
-    return [task](CommandLine& line, const std::string& value) {
-        line.task = task;
-        line.screen = value;
-        return "";
-    };
-}
-
-std::map<std::string, Take> options(CommandLine::Build build) {
-    std::map<std::string, Take> known{
-        {"--node-home", keep(&CommandLine::nodeHome)},
-        {"--link", keep(&CommandLine::link)},
-        {"--show-screen", screen(Task::showScreen)},
-        {"--write-screens", screen(Task::writeScreens)},
-        {"--switches",
-         [](auto& line, const auto& value) {
-             line.switchesOn = value == "on";
-             return value == "on" || value == "off" ? "" : "--switches takes on or off, not " + quoted(value);
-         }},
-        {"--connected-after",
-         [](auto& line, const auto& value) -> std::string {
-             const auto seconds = parseSeconds(value);
-             if (!seconds) return "--connected-after takes seconds, up to 3600, not " + quoted(value);
-             line.connectedAfter = *seconds;
-             return "";
-         }},
-    };
-    if (build == CommandLine::Build::development) {
-        known.emplace("--keep-awake", keep(&CommandLine::keepAwake));
-        known.emplace("--bundle", keep(&CommandLine::bundle));
-    }
-    return known;
+const ProgramOption& findOption(const std::string& name) {
+    return *std::ranges::find_if(programOptions,
+                                 [&](const auto& option) { return option.spec.name == name; });
 }
 
 }  // namespace
@@ -98,26 +113,39 @@ CommandLine::Build CommandLine::thisBuild() {
     return isDevelopmentBuild() ? Build::development : Build::release;
 }
 
+std::vector<OptionSpec> CommandLine::options(Build build) {
+    std::vector<OptionSpec> specs;
+    for (const auto& option : programOptions) specs.push_back(option.spec);
+    return acceptedOptions(specs, build);
+}
+
 std::expected<CommandLine, std::string> CommandLine::parse(const std::vector<std::string>& words,
                                                            Build build) {
-    const auto known = tarnik::options(build);
+    const auto specs = options(build);
+    const auto parsed = CommandOptions::parse(specs, words);
+    if (!parsed) return std::unexpected(parsed.error());
     CommandLine line;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const std::string& word = words[i];
-        if (const auto flag = flags().find(word); flag != flags().end()) {
-            flag->second(line);
-        } else if (!word.starts_with('-')) {
-            if (line.link) return std::unexpected("one link at a time, not also " + quoted(word));
-            line.link = word;
-        } else if (const auto option = known.find(word); option == known.end()) {
-            return std::unexpected("unknown argument " + quoted(word) + " (--help lists them)");
-        } else if (i + 1 == words.size()) {
-            return std::unexpected(word + " needs a value after it");
-        } else if (const auto wrong = option->second(line, words[++i]); !wrong.empty()) {
-            return std::unexpected(wrong);
-        }
+    for (const auto& [name, value] : parsed->given()) findOption(name).apply(line, value);
+    for (const auto& argument : parsed->arguments()) {
+        const std::string word = sanitizedLine(argument, longestQuote);
+        if (!resemblesLink(argument))
+            return std::unexpected(word + " isn't a link; a command must be the first word");
+        if (line.link) return std::unexpected("only one link can be given, not also " + word);
+        line.link = argument;
     }
     return line;
+}
+
+std::vector<OptionSpec> acceptedOptions(std::span<const OptionSpec> specs, CommandLine::Build build) {
+    std::vector<OptionSpec> accepted;
+    std::ranges::copy_if(specs, std::back_inserter(accepted), [build](const auto& spec) {
+        return build == CommandLine::Build::development || spec.audience != developmentBuilds;
+    });
+    return accepted;
+}
+
+bool resemblesLink(std::string_view word) {
+    return word.size() >= shortestLink || word.contains("://");
 }
 
 }  // namespace tarnik

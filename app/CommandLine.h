@@ -2,20 +2,32 @@
 
 #include <expected>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "app/commands/CommandOptions.h"
 #include "core/foundation/Time.h"
 
 namespace tarnik {
 
-// The parsed command line.
+// The parsed command line of a start that runs the program instead of a command.
 struct CommandLine {
     // Only development builds accept options that replace settings of the bundle.
     enum class Build { development, release };
     static Build thisBuild();
 
-    enum class Task { openWindow, runConsole, showHelp, showVersion, listScreens, showScreen, writeScreens };
+    enum class Task {
+        openWindow,
+        runConsole,
+        showHelp,
+        showDeveloperHelp,
+        showVersion,
+        listScreens,
+        showScreen,
+        writeScreens
+    };
 
     Task task = Task::openWindow;
     std::optional<std::string> link;      // the link to pair with
@@ -36,7 +48,16 @@ struct CommandLine {
     // Parses the arguments after the program's name. The error is one line that names the faulty argument.
     static std::expected<CommandLine, std::string> parse(const std::vector<std::string>& words, Build build);
 
+    // Returns the options that parse() accepts.
+    static std::vector<OptionSpec> options(Build build);
+
     bool operator==(const CommandLine&) const = default;
 };
+
+// Returns the options of `specs` that this kind of build accepts.
+std::vector<OptionSpec> acceptedOptions(std::span<const OptionSpec> specs, CommandLine::Build build);
+
+// Returns true if the word is a link or a bare code rather than a mistyped command.
+bool resemblesLink(std::string_view word);
 
 }  // namespace tarnik

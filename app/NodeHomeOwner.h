@@ -20,7 +20,6 @@ namespace tarnik {
 // Owned by Application, one per run. Destroy it only after the model has stopped. Main thread.
 class NodeHomeOwner {
 public:
-    static constexpr int inUseStatus = 5;               // exit status of a program that finds the home locked
     static constexpr Seconds lockTimeout = Seconds(3);  // for another program that is ending
 
     enum class Face { window, console };

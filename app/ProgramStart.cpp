@@ -5,17 +5,16 @@
 
 #include <unistd.h>
 
+#include "app/commands/ExitCode.h"
 #include "app/texts/FailureTexts.h"
 #include "core/driver/DriverLaunch.h"
 #include "core/driver/ProcessInspection.h"
 #include "core/foundation/Files.h"
+#include "core/foundation/TarnikIdentity.h"
 #include "core/node/NodeRelease.h"
-#include "core/process/Environment.h"
 
 namespace tarnik {
 namespace {
-
-constexpr int usageStatus = 2;
 
 std::string userFolderOf(const Environment& environment) {
     const std::string home = environmentValue(environment, "HOME");
@@ -34,15 +33,13 @@ void makeApplicationSupport(const std::string& folder) {
     }
 }
 
-HostEnvironment hostOf(Environment inherited, std::string userFolder, const ProgramLocation& place) {
-    makeApplicationSupport(place.folders.applicationSupport);
-    return {.userFolder = std::move(userFolder),
-            .applicationSupport = place.folders.applicationSupport,
-            .nodeLog = place.folders.stateFolder() + "/node.log",
-            .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
-            .inherited = std::move(inherited),
-            .settings = place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::defaults(),
-            .platform = std::string(NodeRelease::hostPlatform)};
+// The executables of the program are in one folder. Users, the login item and the desktop start the one that
+// is named after the application.
+std::string startedByUsers(const std::string& executable) {
+    const auto slash = executable.rfind('/');
+    if (slash == std::string::npos) return executable;
+    auto front = executable.substr(0, slash + 1) + std::string(TarnikIdentity::appName);
+    return isExecutableFile(front) ? front : executable;
 }
 
 // Returns why the program can't run with this command line, or std::nullopt.
@@ -61,19 +58,36 @@ void printError(const std::string& what) {
 
 int refuseStart(const std::string& why) {
     printError(why);
-    return usageStatus;
+    return exitStatus(ExitCode::wrongUse);
+}
+
+ProgramRun ProgramRun::current(const std::optional<std::string>& bundle, const char* name) {
+    auto environment = currentEnvironment();
+    auto userFolder = userFolderOf(environment);
+    const auto executable = startedByUsers(ProcessInspection::executablePath(::getpid()).value_or(name));
+    ProgramLocation place{.executable = executable,
+                          .bundle = bundle ? bundle : bundleOf(executable),
+                          .folders = SystemFolders::of(environment, userFolder)};
+    return {.environment = std::move(environment),
+            .userFolder = std::move(userFolder),
+            .place = std::move(place)};
+}
+
+HostEnvironment ProgramRun::host() const {
+    return {.userFolder = userFolder,
+            .applicationSupport = place.folders.applicationSupport,
+            .nodeLog = place.folders.stateFolder() + "/node.log",
+            .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
+            .inherited = environment,
+            .settings = place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::defaults(),
+            .platform = std::string(NodeRelease::hostPlatform)};
 }
 
 int runProgram(const CommandLine& line, const char* name, const ProgramFace& face) {
     if (const auto wrong = problemWith(line)) return refuseStart(*wrong);
-    auto environment = currentEnvironment();
-    auto userFolder = userFolderOf(environment);
-    const auto executable = ProcessInspection::executablePath(::getpid()).value_or(name);
-    const ProgramLocation place{.executable = executable,
-                                .bundle = line.bundle ? line.bundle : bundleOf(executable),
-                                .folders = SystemFolders::of(environment, userFolder)};
-    auto host = hostOf(std::move(environment), std::move(userFolder), place);
-    return face(line, std::move(host), place);
+    const auto run = ProgramRun::current(line.bundle, name);
+    makeApplicationSupport(run.place.folders.applicationSupport);
+    return face(line, run.host(), run.place);
 }
 
 }  // namespace tarnik

@@ -16,7 +16,7 @@ set(linux ${CMAKE_SOURCE_DIR}/packaging/linux)
 configure_file(${linux}/Info.plist.in ${made}/Info.plist @ONLY)
 file(CREATE_LINK ../${contents}/MacOS/tarnik ${made}/tarnik SYMBOLIC)
 
-install(TARGETS tarnik tarnik_console RUNTIME DESTINATION ${contents}/MacOS)
+install(TARGETS tarnik tarnik_console tarnik_window RUNTIME DESTINATION ${contents}/MacOS)
 install(FILES ${made}/Info.plist DESTINATION ${contents})
 install(FILES ${made}/tarnik DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(TARNIK_DRIVER)

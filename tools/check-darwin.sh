@@ -120,7 +120,7 @@ NINJA
             more=$(definition TARNIK_HOST_PLATFORM "$platform")
             kind=plain
             case $source in
-                app/views/* | app/desktop/* | app/platform/macos/* | app/main.cpp) kind=drawn more+=" $qtIncludes" ;;
+                app/views/* | app/desktop/* | app/platform/macos/* | app/main_darwin.cpp) kind=drawn more+=" $qtIncludes" ;;
             esac
             case $source in
                 app/views/SymbolIcon.cpp) more+=" $(definition TARNIK_MARK_PATH "M 0 0")" ;;

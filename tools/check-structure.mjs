@@ -93,7 +93,7 @@ function whyNotInclude(file, name, quoted) {
             : 'is third-party, and belongs in one source of core/foundation/';
     }
     if (area === 'app') {
-        const drawn = /^app\/(views|desktop|platform)\/|^app\/main\.cpp$/.test(file);
+        const drawn = /^app\/(views|desktop|platform)\/|^app\/main_darwin\.cpp$/.test(file);
         return toolkitHeader.test(name) && !drawn ? 'is of the toolkit, outside app/views/, app/desktop/ and app/platform/' : undefined;
     }
     return standardHeader.test(name) || systemHeader.test(name) ? undefined : 'is neither standard nor of the system';
@@ -101,8 +101,8 @@ function whyNotInclude(file, name, quoted) {
 
 function whyNotPlatform(file, name) {
     const platform = /^app\/platform\/(linux|macos)\//.exec(name)?.[0];
-    if (!platform || file === 'app/main.cpp' || file.startsWith(platform)) return undefined;
-    return 'is of one platform, which only app/main.cpp names';
+    if (!platform || file === 'app/main_darwin.cpp' || file.startsWith(platform)) return undefined;
+    return 'is of one platform, which only app/main_darwin.cpp names';
 }
 
 // A type has a comment above it, or behind the brace that opens it.

@@ -42,7 +42,7 @@ install -D -m 644 "$changelog" "$documents/changelog"
 gzip -9n "$documents/changelog" "$staging/usr/share/man/man1/$package.1"
 
 cd "$work"
-programs=(debian/"$package/usr/lib/$package/Contents/MacOS/$package"{,-console})
+programs=(debian/"$package/usr/lib/$package/Contents/MacOS/$package"{,-console,-window})
 for program in "${programs[@]}"; do
     objcopy --only-keep-debug "$program" "$out/${program##*/}.debug"
     strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"

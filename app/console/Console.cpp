@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include "app/CommandLine.h"
 #include "app/ProgramStart.h"
 #include "app/console/WindowLines.h"
 #include "app/texts/ConsoleTexts.h"
@@ -18,7 +19,6 @@ namespace {
 
 constexpr std::string_view switchCommand = "switch ";
 constexpr std::size_t longestMessage = 1000;
-constexpr std::size_t shortestLink = 20;  // shorter lines are mistyped commands
 
 std::string pidText(std::optional<pid_t> pid) {
     return pid ? std::to_string(*pid) : "none";
@@ -202,7 +202,7 @@ void Console::onLine(const std::string& line) {
     if (line == "request screen") return model_->request(Switch::screenRecording);
     if (line == "quit") return quit();
     if (line == "help") return output_.line("help", ConsoleTexts::help);
-    if (line.size() >= shortestLink || line.find("://") != std::string::npos) return pair(line);
+    if (resemblesLink(line)) return pair(line);
     showError("unknown command " + line + " (help lists them)");
 }
 

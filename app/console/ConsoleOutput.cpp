@@ -3,12 +3,12 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <string>
 
 #include <unistd.h>
 
+#include "app/commands/CommandOutput.h"
 #include "app/model/DownloadProgress.h"
 #include "core/foundation/Files.h"
 
@@ -22,10 +22,6 @@ constexpr std::string_view plain = "\x1b[0m";
 constexpr std::string_view backToStart = "\r\x1b[K";  // also clears the line
 constexpr Seconds betweenProgressLines = Seconds(2);
 constexpr std::int64_t worthShowing = 1'000'000;  // in bytes; a smaller download is too short for a bar
-
-bool wantsColours(int fd) {
-    return ::isatty(fd) != 0 && std::getenv("NO_COLOR") == nullptr;
-}
 
 // Returns the local time of day with milliseconds.
 std::string timeOfDay() {

@@ -16,6 +16,8 @@
 #include "app/Application.h"
 #include "app/ProcessSetup.h"
 #include "app/SignalWatcher.h"
+#include "app/commands/Front.h"
+#include "app/model/SampleScreens.h"
 #include "app/platform/DesktopPlatform.h"
 #include "app/texts/ProgramTexts.h"
 #include "app/views/DesktopFace.h"
@@ -184,6 +186,14 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
     return application.finish(QApplication::exec());
 }
 
+namespace {
+
+int listScreens() {
+    for (const auto& screen : sampleScreens()) std::puts(std::string(screen.name).c_str());
+    return EXIT_SUCCESS;
+}
+
+// Shows one state of the window, or writes a picture of each state into a folder.
 int runScreens(const CommandLine& line, char* name) {
     const bool writes = line.task == CommandLine::Task::writeScreens;
     if (writes) ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
@@ -196,6 +206,29 @@ int runScreens(const CommandLine& line, char* name) {
     const ScreenGallery gallery{.webOrigin = BuildSettings::defaults().webOrigin};
     if (writes) return gallery.writeScreens(line.screen);
     return gallery.showScreen(line.screen, line.dark ? Appearance::dark : Appearance::light);
+}
+
+}  // namespace
+
+int runWindowPart(char** argv) {
+    using Task = CommandLine::Task;
+    const auto line = CommandLine::parse(wordsOf(argv), CommandLine::thisBuild());
+    if (!line) return refuseStart(line.error());
+    switch (line->task) {
+        case Task::openWindow:
+            return runProgram(*line, argv[0],
+                              [name = argv[0]](const auto& asked, HostEnvironment host, const auto& place) {
+                                  return runDesktop(asked, std::move(host), place, name);
+                              });
+        case Task::listScreens: return listScreens();
+        case Task::showScreen:
+        case Task::writeScreens: return runScreens(*line, argv[0]);
+        case Task::runConsole:
+        case Task::showHelp:
+        case Task::showDeveloperHelp:
+        case Task::showVersion: return refuseStart(ProgramTexts::startTheFront);
+    }
+    return EXIT_FAILURE;
 }
 
 }  // namespace tarnik

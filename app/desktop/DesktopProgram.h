@@ -10,7 +10,7 @@ namespace tarnik {
 // argument 0. Main thread; call before any other thread exists.
 int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocation& place, char* name);
 
-// Shows one state of the window, or writes a picture of each state into a folder. Returns the exit status.
-int runScreens(const CommandLine& line, char* name);
+// Runs the window, or the screens for developers, with the arguments of main(). Returns the exit status.
+int runWindowPart(char** argv);
 
 }  // namespace tarnik

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "app/texts/ProgramTexts.h"
+#include "app/commands/CommandHelp.h"
+#include "app/commands/CommandTable.h"
 #include "tests/support/Words.h"
 
 namespace tarnik {
@@ -14,9 +15,11 @@ using enum CommandLine::Build;
 TEST(CommandLine, parsesOptionsAndOneLink) {
     const std::pair<const char*, CommandLine> cases[] = {
         {"", {}},
-        {"--console --switches on --driver-output LINK",
-         {.task = Task::runConsole, .link = "LINK", .switchesOn = true, .driverOutput = true}},
+        {"--console tarnik://connect --switches=on --driver-output",
+         {.task = Task::runConsole, .link = "tarnik://connect", .switchesOn = true, .driverOutput = true}},
         {"--switches on --switches off", {}},
+        {"--cons -- -a-code-that-has-22-signs",
+         {.task = Task::runConsole, .link = "-a-code-that-has-22-signs"}},
         {"--at-login --node-home /n --connected-after 0.5",
          {.nodeHome = "/n", .connectedAfter = Seconds(0.5), .atLogin = true}},
         {"--bundle /b --keep-awake /k --link --console",
@@ -33,10 +36,14 @@ TEST(CommandLine, parsesOptionsAndOneLink) {
 
 TEST(CommandLine, namesTheFaultyArgument) {
     const std::pair<const char*, const char*> cases[] = {
-        {"--nothing", "unknown argument --nothing (--help lists them)"},
-        {"--link", "--link needs a value after it"},
-        {"a b", "one link at a time, not also b"},
-        {"--bundle /b", "unknown argument --bundle (--help lists them)"},
+        {"--consle", "unknown option --consle; did you mean --console?"},
+        {"-x", "unknown option -x"},
+        {"--link", "--link needs a value"},
+        {"--link=", "--link needs a value"},
+        {"--console=on", "--console takes no value"},
+        {"--console status", "status isn't a link; a command must be the first word"},
+        {"tarnik://a tarnik://b", "only one link can be given, not also tarnik://b"},
+        {"--bundle /b", "unknown option --bundle"},
         {"--switches maybe", "--switches takes on or off, not maybe"},
         {"--connected-after 3601", "--connected-after takes seconds, up to 3600, not 3601"},
         {"--connected-after 0", "--connected-after takes seconds, up to 3600, not 0"},
@@ -48,11 +55,18 @@ TEST(CommandLine, namesTheFaultyArgument) {
     }
 }
 
-TEST(CommandLine, explainsEveryOptionOfTheBuild) {
-    for (const char* option : {"--bundle", "--keep-awake"}) {
-        EXPECT_TRUE(ProgramTexts::usage(development).contains(option));
-        EXPECT_FALSE(ProgramTexts::usage(release).contains(option));
-    }
+TEST(CommandLine, explainsTheOptionsOfTheBuild) {
+    EXPECT_TRUE(developerHelp(development).contains("--bundle"));
+    EXPECT_FALSE(developerHelp(release).contains("--bundle"));
+}
+
+TEST(CommandTable, namesTheNearestCommand) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"hlep", "; did you mean help?"},
+        {"he", "; did you mean help?"},
+        {"something-else", "(tarnik --help lists the commands)"}};
+    for (const auto& [word, end] : cases)
+        EXPECT_TRUE(unknownCommand(word).ends_with(end)) << unknownCommand(word);
 }
 
 }  // namespace

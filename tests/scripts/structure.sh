@@ -36,7 +36,7 @@ enum class Kind { one, two };  // a comment may stand behind
 HEADER
 printf '#include <boost/json.hpp>\n' >"$tree/core/foundation/Json.cpp"
 printf '#include "core/pairing/JoinLink.h"\n#include <sys/stat.h>\nclass HelperNode {};\n' >"$tree/core/node/NodeState.cpp"
-printf '#include "core/node/NodeState.h"\n#include "app/platform/linux/Records.h"\n' >"$tree/app/main.cpp"
+printf '#include "core/node/NodeState.h"\n#include "app/platform/linux/Records.h"\n' >"$tree/app/main_darwin.cpp"
 printf '#include "app/model/AppModel.h"\n#include <gtest/gtest.h>\n#if 1\n#endif\n' >"$tree/tests/AppModelTest.cpp"
 if ! check; then
     echo "a good tree failed"
@@ -55,7 +55,7 @@ refuses core/foundation/A.h '#pragma once\n#include <openssl/evp.h>' 'third-part
 refuses core/shared/A.cpp 'int a;' 'no floor'
 refuses core/node/A.cpp '#ifdef __linux__' 'no #if'
 refuses core/node/A.h '// nothing' '#pragma once'
-refuses app/model/A.cpp '#include "app/platform/linux/Records.h"' 'only app/main.cpp'
+refuses app/model/A.cpp '#include "app/platform/linux/Records.h"' 'only app/main_darwin.cpp'
 refuses app/model/A.cpp '#include <QString>' 'toolkit'
 refuses app/model/A.cpp '#include "tests/support/Fake.h"' 'in tests/'
 refuses tests/A.cpp '#include "devkit/children/Echo.h"' 'in devkit/'

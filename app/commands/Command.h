@@ -1,0 +1,44 @@
+#pragma once
+
+#include <span>
+
+#include "app/ProgramStart.h"
+#include "app/commands/CommandOptions.h"
+#include "app/commands/CommandOutput.h"
+#include "app/commands/ExitCode.h"
+
+namespace tarnik {
+
+// What a command gets from the program.
+struct CommandDeps {
+    CommandOutput& output;
+    const ProgramRun& run;  // environment, folders and bundle
+};
+
+using RunCommand = ExitCode (*)(const CommandOptions& options, const CommandDeps& deps);
+
+// One command of the program: `tarnik NAME [OPTION...] [ARGUMENT]`.
+struct Command {
+    const char* name;
+    const char* summary;       // one line, begins with a lower-case verb
+    const char* details = "";  // more lines for the command's own help, each of at most 78 characters
+    std::span<const OptionSpec> options = {};
+    const char* argument = "";  // a placeholder as in OptionSpec, "[FILE]" if it may be missing
+    RunCommand run = nullptr;   // null if tarnik-console runs the command; see HeavyCommands.cpp
+};
+
+// Options that several commands have.
+namespace StandardOptions {
+
+inline constexpr OptionSpec json{.name = "json", .summary = "print JSON"};
+inline constexpr OptionSpec yes{.name = "yes", .letter = 'y', .summary = "ask nothing"};
+inline constexpr OptionSpec nodeHome{
+    .name = "node-home", .value = "DIR", .summary = "use the helper in DIR instead of ~/.tarnik/node"};
+inline constexpr OptionSpec bundle{.name = "bundle",
+                                   .value = "DIR",
+                                   .summary = "use the settings and the driver of this bundle folder",
+                                   .audience = OptionSpec::Audience::developmentBuilds};
+
+}  // namespace StandardOptions
+
+}  // namespace tarnik

@@ -1,0 +1,78 @@
+#include "app/commands/CommandHelp.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/commands/CommandTable.h"
+#include "app/texts/CommandTexts.h"
+
+namespace tarnik {
+namespace {
+
+using enum OptionSpec::Audience;
+
+// A table of two columns.
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+std::string printed(const Rows& rows) {
+    std::size_t width = 0;
+    for (const auto& [name, text] : rows) width = std::max(width, name.size());
+    std::string page;
+    for (const auto& [name, text] : rows)
+        page += "  " + name + std::string(width - name.size() + 2, ' ') + text + "\n";
+    return page;
+}
+
+// Returns "-n, --lines N".
+std::string nameOf(const OptionSpec& spec) {
+    std::string name = spec.letter == '\0' ? "" : std::string("-") + spec.letter + ", ";
+    name += std::string("--") + spec.name;
+    return spec.takesValue() ? name + " " + spec.value : name;
+}
+
+Rows optionRows(const std::vector<OptionSpec>& specs, std::initializer_list<OptionSpec::Audience> audiences) {
+    Rows rows;
+    for (const auto& spec : specs) {
+        if (std::ranges::find(audiences, spec.audience) != audiences.end())
+            rows.emplace_back(nameOf(spec), spec.summary);
+    }
+    return rows;
+}
+
+Rows exitRows() {
+    Rows rows;
+    for (const auto& [code, meaning] : CommandTexts::exitStatuses)
+        rows.emplace_back(std::to_string(exitStatus(code)), meaning);
+    return rows;
+}
+
+}  // namespace
+
+std::vector<OptionSpec> optionsOf(const Command& command, CommandLine::Build build) {
+    auto specs = acceptedOptions(command.options, build);
+    specs.push_back(helpOption);
+    return specs;
+}
+
+std::string programHelp(CommandLine::Build build) {
+    Rows commands;
+    for (const auto& command : commandTable()) commands.emplace_back(command.name, command.summary);
+    return CommandTexts::programUsage + printed(commands) + CommandTexts::optionsHeading +
+           printed(optionRows(CommandLine::options(build), {users})) + CommandTexts::exitHeading +
+           printed(exitRows());
+}
+
+std::string developerHelp(CommandLine::Build build) {
+    return CommandTexts::developerUsage +
+           printed(optionRows(CommandLine::options(build), {developers, developmentBuilds}));
+}
+
+std::string commandHelp(const Command& command, CommandLine::Build build) {
+    const auto options = optionsOf(command, build);
+    std::string page = std::string("usage: tarnik ") + command.name + " [OPTION...]";
+    if (*command.argument != '\0') page += std::string(" ") + command.argument;
+    page += "\n\n" + CommandTexts::sentence(command.summary) + "\n" + command.details + "\n";
+    return page + printed(optionRows(options, {users, developers, developmentBuilds}));
+}
+
+}  // namespace tarnik

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/CommandLine.h"
+#include "app/commands/Command.h"
+
+// The help pages, generated from the tables of commands and options.
+namespace tarnik {
+
+inline constexpr OptionSpec helpOption{.name = "help", .letter = 'h', .summary = "show this help"};
+
+// Returns all options of the command, with --help.
+std::vector<OptionSpec> optionsOf(const Command& command, CommandLine::Build build);
+
+// Returns the page for users.
+std::string programHelp(CommandLine::Build build);
+
+// Returns the page with the options for developers.
+std::string developerHelp(CommandLine::Build build);
+
+// Returns the page of one command.
+std::string commandHelp(const Command& command, CommandLine::Build build);
+
+}  // namespace tarnik

@@ -1,0 +1,80 @@
+#include "app/commands/CommandTable.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "app/CommandLine.h"
+#include "app/commands/CommandHelp.h"
+#include "app/commands/Commands.h"
+#include "app/texts/CommandTexts.h"
+#include "core/foundation/TextCleanup.h"
+
+namespace tarnik {
+namespace {
+
+constexpr std::size_t longestQuote = 200;
+
+constexpr std::array commands{
+    Command{.name = "help",
+            .summary = "show this page, or the help of a command",
+            .argument = "[COMMAND]",
+            .run = runHelp},
+};
+
+// Returns a message if the command doesn't accept these arguments.
+std::optional<std::string> problemWithArguments(const Command& command,
+                                                const std::vector<std::string>& arguments) {
+    std::string_view wanted = command.argument;
+    const bool isOptional = wanted.starts_with('[');
+    if (isOptional) wanted = wanted.substr(1, wanted.size() - 2);
+    if (arguments.empty() && !wanted.empty() && !isOptional) return CommandTexts::missingArgument(command);
+    const std::size_t most = wanted.empty() ? 0 : 1;
+    if (arguments.size() > most)
+        return CommandTexts::excessArgument(command, sanitizedLine(arguments[most], longestQuote));
+    if (arguments.empty()) return std::nullopt;
+    return problemWithValue(wanted, command.name, arguments.front());
+}
+
+}  // namespace
+
+std::span<const Command> commandTable() {
+    return commands;
+}
+
+const Command* findCommand(std::string_view name) {
+    const auto found = std::ranges::find(commands, name, [](const auto& command) { return command.name; });
+    return found == commands.end() ? nullptr : &*found;
+}
+
+std::string unknownCommand(const std::string& word) {
+    std::vector<std::string_view> names;
+    for (const auto& command : commands) names.emplace_back(command.name);
+    return CommandTexts::unknownCommand(sanitizedLine(word, longestQuote), nearestName(word, names));
+}
+
+int runCommand(const Command& command, RunCommand run, const std::vector<std::string>& words,
+               const char* programName) {
+    CommandOutput output;
+    const auto build = CommandLine::thisBuild();
+    const auto refuse = [&](const std::string& problem) {
+        output.error(problem);
+        output.note(CommandTexts::seeHelp(command));
+        return exitStatus(ExitCode::wrongUse);
+    };
+    const auto options = CommandOptions::parse(optionsOf(command, build), words);
+    if (!options) return refuse(options.error());
+    if (options->has(helpOption.name)) {
+        output.write(commandHelp(command, build));
+        return exitStatus(ExitCode::done);
+    }
+    if (const auto problem = problemWithArguments(command, options->arguments())) return refuse(*problem);
+    const auto environment = ProgramRun::current(options->value(StandardOptions::bundle.name), programName);
+    const auto code = run(*options, {.output = output, .run = environment});
+    if (!output.hasFailed()) return exitStatus(code);
+    output.error(CommandTexts::cantWrite);
+    return exitStatus(ExitCode::failed);
+}
+
+}  // namespace tarnik

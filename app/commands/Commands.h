@@ -1,0 +1,10 @@
+#pragma once
+
+#include "app/commands/Command.h"
+
+// The functions of the commands. Each is in the source that is named after it: runHelp is in HelpCommand.cpp.
+namespace tarnik {
+
+ExitCode runHelp(const CommandOptions& options, const CommandDeps& deps);
+
+}  // namespace tarnik

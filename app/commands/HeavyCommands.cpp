@@ -1,0 +1,33 @@
+#include "app/commands/HeavyCommands.h"
+
+#include "app/commands/CommandTable.h"
+#include "app/commands/Front.h"
+#include "app/console/ConsoleProgram.h"
+#include "app/texts/ProgramTexts.h"
+
+namespace tarnik {
+namespace {
+
+// A command of the table and its function.
+struct HeavyCommand {
+    std::string_view name;
+    RunCommand run;
+};
+
+constexpr std::array<HeavyCommand, 0> heavyCommands{};
+
+}  // namespace
+
+int runConsolePart(char** argv) {
+    const auto words = wordsOf(argv);
+    for (const auto& [name, run] : heavyCommands) {
+        if (!words.empty() && words.front() == name)
+            return runCommand(*findCommand(name), run, {words.begin() + 1, words.end()}, argv[0]);
+    }
+    const auto line = CommandLine::parse(words, CommandLine::thisBuild());
+    if (!line) return refuseStart(line.error());
+    if (line->task != CommandLine::Task::runConsole) return refuseStart(ProgramTexts::startTheFront);
+    return runProgram(*line, argv[0], runConsole);
+}
+
+}  // namespace tarnik

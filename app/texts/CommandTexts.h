@@ -1,0 +1,48 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "app/commands/Command.h"
+
+// The texts that frame the commands. The summaries of commands and options are in their tables.
+namespace tarnik::CommandTexts {
+
+using Text = const char*;
+
+inline constexpr Text programUsage =
+    "usage: tarnik [OPTION...] [LINK]\n"
+    "       tarnik COMMAND [OPTION...]\n"
+    "\n"
+    "tarnik connects this computer to your account, so that your agent can work on it.\n"
+    "Without a command it opens its window. LINK is a pairing link from your chat; if\n"
+    "tarnik already runs, that program uses the link.\n"
+    "\n"
+    "Commands (`tarnik COMMAND --help` describes each):\n";
+inline constexpr Text optionsHeading = "\nOptions:\n";
+inline constexpr Text exitHeading = "\nExit status:\n";
+inline constexpr Text developerUsage = "usage: tarnik [OPTION...]\n\nOptions for developers:\n";
+
+inline constexpr std::array exitStatuses{
+    std::pair(ExitCode::done, "done"),
+    std::pair(ExitCode::failed, "failed"),
+    std::pair(ExitCode::wrongUse, "the command line is wrong"),
+    std::pair(ExitCode::notRunning, "tarnik isn't running"),
+    std::pair(ExitCode::notConnected, "this computer isn't connected"),
+    std::pair(ExitCode::homeInUse, "another program uses the helper's folder"),
+};
+
+inline constexpr Text cantWrite = "the output couldn't be written";
+
+// Returns the text with a capital letter and a full stop.
+std::string sentence(std::string_view text);
+
+std::string unknownCommand(const std::string& word, std::optional<std::string_view> nearest);
+std::string missingArgument(const Command& command);
+std::string excessArgument(const Command& command, const std::string& word);
+std::string seeHelp(const Command& command);
+
+}  // namespace tarnik::CommandTexts
