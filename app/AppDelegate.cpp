@@ -26,6 +26,7 @@ void AppDelegate::didFinishLaunching() {
 void AppDelegate::relocated(const RelocationOutcome& outcome) {
     if (quitting_) return;
     if (std::holds_alternative<RelocationOutcomes::Moving>(outcome)) {
+        moving_ = true;
         if (pendingLink_) deps_.handLinkOn(pendingLink_->link);
         return quit();
     }
@@ -102,7 +103,9 @@ void AppDelegate::windowClosed() {
 
 void AppDelegate::handleURL(const std::string& link) {
     const auto code = JoinLink::code(link, model_->webOrigin());
-    if (quitting_ || !code) return;
+    if (!code) return;
+    if (moving_) return deps_.handLinkOn(code->link);
+    if (quitting_) return;
     if (modelStarted_) {
         connect(*code);
     } else {

@@ -87,6 +87,7 @@ private:
     bool windowOpen_ = false;
     AttentionChecks checked_;
     bool quitting_ = false;
+    bool moving_ = false;  // quits because another copy replaces this one
     const ChangeFeed feed_;
     const CallbackGuard guard_;
 };

@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "core/process/SpawnRecords.h"
+#include "core/process/SpawnAttributes.h"
 #include "core/process/Spawner.h"
 
 // Measures the time from the call that starts /bin/true to its reaping, through Spawner and through its
@@ -52,7 +52,7 @@ pid_t posixSpawn() {
     char* const arguments[] = {const_cast<char*>(path.c_str()), nullptr};
     char* const environment[] = {nullptr};
     pid_t pid = -1;
-    SpawnRecords records;
+    SpawnAttributes records;
     for (const int standard : {0, 1, 2}) records.connect(standard, Stdio::null(), O_RDWR);
     int failed = records.seal();
     if (failed == 0) {

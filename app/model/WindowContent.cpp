@@ -9,7 +9,7 @@ namespace {
 
 using Section = WindowContent::Section;
 using Key = WindowContent::Key;
-using Intent = WindowIntent::Kind;
+using Intent = UserIntent::Kind;
 
 // Upper bounds, in characters, for untrusted texts.
 constexpr std::size_t longestLine = 200;

@@ -8,7 +8,7 @@
 
 #include "app/model/AppState.h"
 #include "app/model/DownloadProgress.h"
-#include "app/model/WindowIntent.h"
+#include "app/model/UserIntent.h"
 #include "core/foundation/Url.h"
 
 namespace tarnik {
@@ -52,7 +52,7 @@ struct WindowContent {
     struct Button {
         std::string title;
         std::string accessibleName;  // contains the words of the title
-        WindowIntent intent;
+        UserIntent intent;
         Key key = Key::none;
         bool enabled = true;
         bool operator==(const Button&) const = default;
@@ -61,7 +61,7 @@ struct WindowContent {
     struct LinkField {
         std::string placeholder;
         std::string accessibleName;
-        WindowIntent onReturn;
+        UserIntent onReturn;
         bool enabled = true;
         bool operator==(const LinkField&) const = default;
     };

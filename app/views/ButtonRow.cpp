@@ -86,7 +86,7 @@ IntentButton* ButtonRow::buttonFor(Key key) const {
     return found == buttons_.end() ? nullptr : *found;
 }
 
-IntentButton* ButtonRow::takeOrMake(const WindowIntent& intent, std::vector<IntentButton*>& from) {
+IntentButton* ButtonRow::takeOrMake(const UserIntent& intent, std::vector<IntentButton*>& from) {
     const auto found =
         std::ranges::find_if(from, [&](const auto* button) { return button->intent() == intent; });
     if (found == from.end()) return new IntentButton(onButton_, this);

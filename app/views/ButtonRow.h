@@ -11,7 +11,7 @@ class QBoxLayout;
 
 namespace tarnik {
 
-using OnButton = std::function<void(const WindowIntent&)>;
+using OnButton = std::function<void(const UserIntent&)>;
 
 // A button that reports its intent. It ignores input for one double-click interval after it appears, because
 // a click or key may have been meant for its predecessor. An enabled cancel button always reacts.
@@ -21,7 +21,7 @@ public:
 
     void setButton(const WindowContent::Button& button);
 
-    const WindowIntent& intent() const { return intent_; }
+    const UserIntent& intent() const { return intent_; }
     bool isFor(WindowContent::Key key) const;  // `key` is defaultKey or cancelKey
     bool acceptsInput() const;
 
@@ -31,7 +31,7 @@ protected:
 
 private:
     QElapsedTimer shown_;  // since the button became visible
-    WindowIntent intent_;
+    UserIntent intent_;
     WindowContent::Key key_ = WindowContent::Key::none;
 };
 
@@ -49,7 +49,7 @@ public:
     IntentButton* buttonFor(WindowContent::Key key) const;  // may be null
 
 private:
-    IntentButton* takeOrMake(const WindowIntent& intent, std::vector<IntentButton*>& from);
+    IntentButton* takeOrMake(const UserIntent& intent, std::vector<IntentButton*>& from);
     void arrange();
 
     const int width_;

@@ -75,7 +75,7 @@ void DesktopFace::openWindowWithoutTray(Seconds after) {
 MainWindow& DesktopFace::window() {
     if (!window_) {
         window_ = std::make_unique<MainWindow>(
-            content(), [model = model_](const WindowIntent& intent, const std::string& pasted) {
+            content(), [model = model_](const UserIntent& intent, const std::string& pasted) {
                 performIntent(intent, pasted, *model);
             });
         window_->setOnClose(

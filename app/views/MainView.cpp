@@ -100,7 +100,7 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
     layout->addWidget(scroll_);
 
     connect(connect_->linkField(), &QLineEdit::textEdited, this,
-            [this] { report({.kind = WindowIntent::Kind::editLink}); });
+            [this] { report({.kind = UserIntent::Kind::editLink}); });
     draw();
     updateTabOrder();
     updateFocus(nullptr);
@@ -108,7 +108,7 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
 
 QWidget* MainView::makePage() {
     auto* page = new QWidget;
-    const auto onButton = [this](const WindowIntent& intent) { report(intent); };
+    const auto onButton = [this](const UserIntent& intent) { report(intent); };
     auto* column = new QWidget(page);
     column->setFixedWidth(columnWidth);
     // Screen readers read the children in the order of their creation, which is the order on the screen.
@@ -240,8 +240,8 @@ void MainView::handleReturn() {
 }
 
 // The handler may set other content, which destroys the original intent.
-void MainView::report(const WindowIntent& intent) {
-    onIntent_(WindowIntent(intent), connect_->linkField()->text().toStdString());
+void MainView::report(const UserIntent& intent) {
+    onIntent_(UserIntent(intent), connect_->linkField()->text().toStdString());
 }
 
 }  // namespace tarnik

@@ -20,7 +20,7 @@ class SwitchesSection;
 class MainView : public QWidget {
 public:
     // `pasted` is the current text of the link field.
-    using OnIntent = std::function<void(const WindowIntent& intent, const std::string& pasted)>;
+    using OnIntent = std::function<void(const UserIntent& intent, const std::string& pasted)>;
 
     MainView(const WindowContent& content, OnIntent onIntent);
 
@@ -43,7 +43,7 @@ private:
     bool isInView(const QWidget* widget) const;
     void scrollToFocus();
     void handleReturn();
-    void report(const WindowIntent& intent);
+    void report(const UserIntent& intent);
 
     const OnIntent onIntent_;
     WindowContent content_;

@@ -4,7 +4,6 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <csignal>
 #include <memory>
 #include <string_view>
 
@@ -14,7 +13,6 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include "core/driver/ProcessInspection.h"
 #include "core/driver/SearchFolder.h"
 #include "core/foundation/DirectoryReader.h"
 #include "core/foundation/Encoding.h"
@@ -22,7 +20,6 @@
 #include "core/foundation/TextCleanup.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/foundation/Uuid.h"
-#include "core/process/StopSequence.h"
 
 namespace tarnik {
 
@@ -176,39 +173,7 @@ std::optional<pid_t> parsePid(std::string_view text) {
     return pid;
 }
 
-// Stops the leftover driver of the folder. Returns true if no driver uses the folder any more.
-bool endDriver(const DriverSocketDirectory& directory, const std::string& expectedExecutable,
-               const DriverSocketDirectory::Processes& processes) {
-    const auto pid = directory.readProcessIdentifier();
-    if (!pid || *pid < 2) return true;
-    const int unreachable = processes.signal(*pid, 0);
-    if (unreachable != 0 && unreachable != EPERM) return true;
-
-    const auto runsDriver = [&] {
-        const auto program = processes.executablePath(*pid);
-        return program && !expectedExecutable.empty() &&
-               ProcessInspection::samePath(*program, expectedExecutable);
-    };
-    // On Linux an unreaped process has no executable path, so its folder is kept until the next start.
-    if (!runsDriver()) return false;
-    const auto perform = [&](StopAction action) {
-        // By the second step the pid may belong to another process.
-        const bool isKill = action == StopAction::kill;
-        if (isKill && (directory.readProcessIdentifier() != pid || !runsDriver())) return false;
-        processes.signal(*pid, isKill ? SIGKILL : SIGTERM);
-        return true;
-    };
-    const auto hasEnded = [&](Seconds timeout) { return processes.waitForExit(*pid, timeout); };
-    return runStopSequence(StopSequences::leftoverDriver, perform, hasEnded) || hasEnded(Seconds::zero());
-}
-
 }  // namespace
-
-DriverSocketDirectory::Processes DriverSocketDirectory::Processes::production() {
-    return {.executablePath = ProcessInspection::executablePath,
-            .signal = [](pid_t pid, int number) { return ::kill(pid, number) == 0 ? 0 : errno; },
-            .waitForExit = ProcessInspection::waitForExit};
-}
 
 std::expected<DriverSocketDirectory, Failure> DriverSocketDirectory::create(
     const std::string& applicationSupport) {
@@ -287,13 +252,6 @@ std::vector<DriverSocketDirectory> DriverSocketDirectory::owned(const std::strin
         if (status && isOurPrivateFolder(*status)) found.push_back(record(support, name, *status));
     }
     return found;
-}
-
-void DriverSocketDirectory::reapStale(const std::string& applicationSupport,
-                                      const std::string& expectedExecutable, const Processes& processes) {
-    for (const auto& directory : owned(applicationSupport)) {
-        if (endDriver(directory, expectedExecutable, processes)) directory.cleanup();
-    }
 }
 
 bool DriverSocketDirectory::acceptsConnections(const std::string& socketPath) {

@@ -1,4 +1,5 @@
 #include "core/foundation/TextCleanup.h"
+#include "core/node/ArchiveExtraction.h"
 #include "core/node/NodeInstaller.h"
 #include "core/process/Spawner.h"
 
@@ -28,20 +29,6 @@ std::expected<void, InstallError> httpDownload(const std::string& url, const std
     return {};
 }
 
-// The environment contains only PATH, so the user's settings can't change the behaviour of tar. Without a
-// UTF-8 locale bsdtar rejects file names that aren't ASCII, so a release must not contain such names.
-std::expected<void, InstallError> tarExtract(const std::string& program, const std::string& archive,
-                                             const std::string& folder) {
-    const auto run = Spawner::run({.executable = program,
-                                   .arguments = {"-xzf", archive, "-C", folder, "--strip-components=1"},
-                                   .timeout = 120s,
-                                   .limit = outputLimit});
-    if (!run) return std::unexpected(ToolStartError{run.error()});
-    if (run->status.succeeded()) return {};
-    return std::unexpected(
-        InstallFailure{InstallFailure::Kind::extract, std::string(trimWhitespace(run->text))});
-}
-
 std::optional<std::string> nodeVersion(const std::string& nodeBinary) {
     if (!isExecutableFile(nodeBinary)) return std::nullopt;
     const auto run = Spawner::run(
@@ -56,7 +43,7 @@ NodeInstallerDeps NodeInstallerDeps::production(const std::string& tar) {
     return {.fetch = httpFetch,
             .download = httpDownload,
             .extract = [tar](const auto& archive,
-                             const auto& folder) { return tarExtract(tar, archive, folder); },
+                             const auto& folder) { return extractArchive(tar, archive, folder); },
             .runtimeVersion = nodeVersion,
             .crypto = ReleaseCrypto::platform()};
 }

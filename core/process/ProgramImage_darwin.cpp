@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "core/process/CStringArray.h"
-#include "core/process/SpawnRecords.h"
+#include "core/process/SpawnAttributes.h"
 
 namespace tarnik {
 
@@ -14,7 +14,7 @@ struct ProgramImage::Prepared {
     std::string executable;
     CStringArray arguments;
     CStringArray environment;
-    SpawnRecords records;
+    SpawnAttributes records;
     int error = 0;  // errno value of the first step that failed to fill the records
 };
 

@@ -14,8 +14,8 @@
 #include "core/process/FDReader.h"
 #include "core/process/LockedData.h"
 #include "core/process/Reaper.h"
+#include "core/process/SpawnAttributes.h"
 #include "core/process/SpawnPlatform.h"
-#include "core/process/SpawnRecords.h"
 
 namespace tarnik {
 namespace {
@@ -52,7 +52,7 @@ std::expected<pid_t, int> start(const SpawnRequest& request) {
     for (const auto* lent : {&input, &output, &errors}) {
         if (lent->error() != 0) return std::unexpected(lent->error());
     }
-    SpawnRecords records;
+    SpawnAttributes records;
     records.connect(STDIN_FILENO, input.stdio(), O_RDONLY);
     records.connect(STDOUT_FILENO, output.stdio(), O_WRONLY);
     records.connect(STDERR_FILENO, errors.stdio(), O_WRONLY);

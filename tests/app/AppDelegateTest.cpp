@@ -216,8 +216,10 @@ TEST(AppDelegate, readsTheSwitchesWithoutAHome) {
 TEST(AppDelegate, handsItsLinkToTheCopyThatReplacesIt) {
     Fixture f;
     f.delegate().willFinishLaunching();
-    f.openLink(FakeMachine::link());
+    f.openLink(FakeMachine::link('b'));
     f.launch(RelocationOutcomes::Moving{});
+    EXPECT_EQ(f.handedOn, FakeMachine::link('b'));
+    f.openLink(FakeMachine::link('a'));  // while it ends
     f.settle();
     EXPECT_EQ(f.calls.back(), "end 0");
     EXPECT_FALSE(f.model().hasStarted());

@@ -15,7 +15,7 @@ namespace {
 
 using Section = WindowContent::Section;
 using Key = WindowContent::Key;
-using Intent = WindowIntent::Kind;
+using Intent = UserIntent::Kind;
 
 WindowContent contentOf(const AppState& state) {
     return WindowContent::of(state, *Url::parse("https://tarnik.test"));

@@ -11,7 +11,7 @@
 namespace tarnik {
 namespace {
 
-using Kind = WindowIntent::Kind;
+using Kind = UserIntent::Kind;
 using Asked = std::vector<std::pair<Kind, std::string>>;
 
 TEST(MainView, reportsOneIntentPerKeyAndClick) {

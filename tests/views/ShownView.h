@@ -24,11 +24,11 @@ inline WindowContent sampleContent(std::string_view name) {
 
 // A shown window that records the reported intents.
 struct ShownView {
-    std::vector<std::pair<WindowIntent::Kind, std::string>> asked;
+    std::vector<std::pair<UserIntent::Kind, std::string>> asked;
     MainWindow window;
 
     explicit ShownView(const WindowContent& content)
-        : window(content, [this](const WindowIntent& intent, const std::string& pasted) {
+        : window(content, [this](const UserIntent& intent, const std::string& pasted) {
               asked.emplace_back(intent.kind, pasted);
           }) {
         window.present();

@@ -11,7 +11,7 @@ namespace tarnik {
 class AppModel;
 
 // A request that the user makes with a click or a key in the window.
-struct WindowIntent {
+struct UserIntent {
     enum class Kind {
         connectPasted,  // pair with the link in the link field
         editLink,       // dismiss the message, because another link is being typed
@@ -27,11 +27,11 @@ struct WindowIntent {
     Switch which = Switch::accessibility;  // of requestSwitch; ignored for the others
     std::optional<JoinCode> offer = {};    // of connectOffer
 
-    bool operator==(const WindowIntent&) const = default;
+    bool operator==(const UserIntent&) const = default;
 };
 
 // Performs the intent. `pasted` is the text of the link field. An offer that is no longer the current one is
 // ignored. Main thread.
-void performIntent(const WindowIntent& intent, const std::string& pasted, AppModel& model);
+void performIntent(const UserIntent& intent, const std::string& pasted, AppModel& model);
 
 }  // namespace tarnik

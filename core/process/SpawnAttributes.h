@@ -8,12 +8,12 @@ namespace tarnik {
 
 // Owns the two records that posix_spawn(3) takes. The actions set the child's descriptors, and the attributes
 // reset and unblock its signals. The first error is stored and returned by seal().
-class SpawnRecords {
+class SpawnAttributes {
 public:
-    SpawnRecords();
-    ~SpawnRecords();
-    SpawnRecords(const SpawnRecords&) = delete;
-    SpawnRecords& operator=(const SpawnRecords&) = delete;
+    SpawnAttributes();
+    ~SpawnAttributes();
+    SpawnAttributes(const SpawnAttributes&) = delete;
+    SpawnAttributes& operator=(const SpawnAttributes&) = delete;
 
     // Connects the child's descriptor `standard`. `openFlags` are for /dev/null. The descriptor of `stdio`
     // must be above 2, because an earlier action may have replaced a lower one.

@@ -1,11 +1,11 @@
-#include "app/model/WindowIntent.h"
+#include "app/model/UserIntent.h"
 
 #include "app/model/AppModel.h"
 
 namespace tarnik {
 
-void performIntent(const WindowIntent& intent, const std::string& pasted, AppModel& model) {
-    using Kind = WindowIntent::Kind;
+void performIntent(const UserIntent& intent, const std::string& pasted, AppModel& model) {
+    using Kind = UserIntent::Kind;
     switch (intent.kind) {
         case Kind::connectPasted: return model.pairing().connect(pasted);
         case Kind::editLink: return model.pairing().dismissMessage();

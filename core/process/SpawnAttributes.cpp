@@ -1,4 +1,4 @@
-#include "core/process/SpawnRecords.h"
+#include "core/process/SpawnAttributes.h"
 
 #include <csignal>
 
@@ -6,17 +6,17 @@
 
 namespace tarnik {
 
-SpawnRecords::SpawnRecords() {
+SpawnAttributes::SpawnAttributes() {
     note(::posix_spawn_file_actions_init(&actions_));
     note(::posix_spawnattr_init(&attributes_));
 }
 
-SpawnRecords::~SpawnRecords() {
+SpawnAttributes::~SpawnAttributes() {
     ::posix_spawn_file_actions_destroy(&actions_);
     ::posix_spawnattr_destroy(&attributes_);
 }
 
-void SpawnRecords::connect(int standard, const Stdio& stdio, int openFlags) {
+void SpawnAttributes::connect(int standard, const Stdio& stdio, int openFlags) {
     if (const auto fd = stdio.descriptor()) {
         note(::posix_spawn_file_actions_adddup2(&actions_, *fd, standard));
     } else {
@@ -24,11 +24,11 @@ void SpawnRecords::connect(int standard, const Stdio& stdio, int openFlags) {
     }
 }
 
-void SpawnRecords::keep(int fd) {
+void SpawnAttributes::keep(int fd) {
     note(::posix_spawn_file_actions_adddup2(&actions_, fd, fd));
 }
 
-int SpawnRecords::seal(short extraFlags) {
+int SpawnAttributes::seal(short extraFlags) {
     auto flags = static_cast<short>(POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | extraFlags);
     note(closeAllOthers(actions_, flags));
     sigset_t all;
@@ -41,7 +41,7 @@ int SpawnRecords::seal(short extraFlags) {
     return firstError_;
 }
 
-void SpawnRecords::note(int error) {
+void SpawnAttributes::note(int error) {
     if (firstError_ == 0) firstError_ = error;
 }
 
