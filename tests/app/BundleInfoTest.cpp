@@ -1,10 +1,7 @@
 #include "app/bundle/BundleInfo.h"
 
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
-#include "core/foundation/Files.h"
 #include "core/foundation/TarnikIdentity.h"
 #include "tests/support/PropertyLists.h"
 #include "tests/support/Shell.h"
@@ -34,38 +31,32 @@ TEST(BuildSettings, ignoreMalformedValues) {
     EXPECT_EQ(BuildSettings::defaults().webOrigin.text(), standard);
 }
 
-// Writes the Info.plist of a macOS bundle with the build's script. Returns its bytes, or empty on failure.
-std::string buildInfoPlist(const std::string& bundle, const std::string& settings) {
-    const std::string file = bundle + "/Contents/Info.plist";
-    std::filesystem::create_directory(bundle + "/Contents");
-    shell(bundle, "PATH=$PATH:/opt/homebrew/bin:/usr/local/bin; cmake -DPROJECT_VERSION=2026.1.10 " +
-                      settings + " -DTARNIK_INFO_PLIST=" + file +
-                      " -P " TARNIK_SOURCE_DIR "/cmake/MacInfoPlist.cmake 2>/dev/null || :");
-    return readFile(file, PropertyList::maxBytes).value_or("");
-}
-
+// The build's script writes the Info.plist of a macOS bundle.
 TEST(BuildSettings, areReadAsTheBuildWroteThem) {
     const TemporaryFolder bundle;
-    const std::string key = std::string(43, 'k') + "=";
-    const auto bytes =
-        buildInfoPlist(bundle.path(),
-                       "-DTARNIK_WEB_ORIGIN=https://w.example -DTARNIK_NODE_RELEASE_BASE='https://r/?a&b' "
-                       "-DTARNIK_NODE_RELEASE_PUBLIC_KEY=k-_ -DTARNIK_NODE_MIN_VERSION=2026.1.1 "
-                       "-DTARNIK_UPDATE_FEED='https://u/feed?a&b' -DTARNIK_UPDATE_PUBLIC_KEY=" +
-                           key);
+    shell(bundle.path(),
+          "mkdir Contents; PATH=$PATH:/opt/homebrew/bin:/usr/local/bin; cmake -DTARNIK_INFO_PLIST=" +
+              bundle.path() +
+              "/Contents/Info.plist -DPROJECT_VERSION=2026.1.10 -DTARNIK_WEB_ORIGIN=https://w.example "
+              "-DTARNIK_NODE_RELEASE_BASE='https://r/?a&b' -DTARNIK_NODE_RELEASE_PUBLIC_KEY=k-_ "
+              "-DTARNIK_NODE_MIN_VERSION=2026.1.1 -DTARNIK_UPDATE_FEED='https://u/feed?a&b' "
+              "-DTARNIK_UPDATE_PUBLIC_KEY=$(printf '%043d=') -P " TARNIK_SOURCE_DIR
+              "/cmake/MacInfoPlist.cmake");
     const auto settings = BuildSettings::fromBundle(bundle.path());
     EXPECT_EQ(settings.webOrigin.text(), "https://w.example");
     EXPECT_EQ(settings.nodeReleaseBase.value_or(Url()).text(), "https://r/?a&b");
     EXPECT_EQ(settings.nodeReleasePublicKey, "k-_");
     EXPECT_EQ(settings.nodeMinVersion, "2026.1.1");
-    EXPECT_EQ(UpdateSettings::fromBundle(bundle.path()), (UpdateSettings{"https://u/feed?a&b", key}));
+    const UpdateSettings updates{"https://u/feed?a&b", std::string(43, '0') + "="};
+    EXPECT_EQ(UpdateSettings::fromBundle(bundle.path()), updates);
     EXPECT_EQ(bundleVersion(bundle.path()), "2026.1.10");
+    const auto bytes = bundle.read("Contents/Info.plist");
     EXPECT_EQ(BundleInfo::parse(bytes).text("CFBundleIdentifier"), TarnikIdentity::bundleIdentifier);
-    EXPECT_NE(bytes.find("<string>" + std::string(TarnikIdentity::urlScheme) + "</string>"),
-              std::string::npos);
+    EXPECT_TRUE(bytes.contains("<string>" + std::string(TarnikIdentity::urlScheme) + "</string>"));
 
-    const TemporaryFolder refused;
-    EXPECT_EQ(buildInfoPlist(refused.path(), "-DTARNIK_UPDATE_FEED=https://u/"), "") << "without a key";
+    shell(bundle.path(), "sed -i s/CFBundleShortVersionString/Other/ Contents/Info.plist");
+    EXPECT_EQ(bundleVersion(bundle.path()), "2026.1.10") << "the version of the build";
+    EXPECT_EQ(bundleVersion("/none.app"), std::nullopt);
 }
 
 TEST(BundleInfo, findsTheBundleOfAnExecutable) {

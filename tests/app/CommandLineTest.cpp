@@ -55,11 +55,6 @@ TEST(CommandLine, namesTheFaultyArgument) {
     }
 }
 
-TEST(CommandLine, explainsTheOptionsOfTheBuild) {
-    EXPECT_TRUE(developerHelp(development).contains("--bundle"));
-    EXPECT_FALSE(developerHelp(release).contains("--bundle"));
-}
-
 TEST(CommandTable, namesTheNearestCommand) {
     const std::pair<const char*, const char*> cases[] = {
         {"hlep", "; did you mean help?"},

@@ -49,9 +49,10 @@ TEST(LinkPairing, offersToReplaceAnAccount) {
     f.goodLinks = {FakeMachine::code('a')};
     f.giveLink('a');
     EXPECT_EQ(f.state().replaceOffer, FakeMachine::joinCode('a'));
-    EXPECT_EQ(f.terminals.count(), 0U);
     f.model().pairing().declineOffer();
     EXPECT_EQ(f.state().replaceOffer, std::nullopt);
+    EXPECT_EQ(f.terminals.count(), 0U);
+    f.giveLink('a');
     f.replaceBy('a');
     f.settle();
     EXPECT_EQ(f.terminals.count(), 1U);
@@ -96,7 +97,7 @@ TEST(LinkPairing, reportsASessionThatCantBegin) {
     f.terminals.failure = SystemError{.call = "forkpty", .code = EAGAIN};
     f.giveLink('a');
     EXPECT_FALSE(f.state().checkingLink);
-    EXPECT_NE(f.state().linkMessage.value_or("").find("forkpty"), std::string::npos);
+    EXPECT_TRUE(f.state().linkMessage.value_or("").contains("forkpty"));
     f.terminals.failure.reset();
     f.giveLink('a');
     EXPECT_EQ(f.terminals.count(), 1U);
@@ -123,26 +124,26 @@ TEST(LinkPairing, postsOneTaskForTheSnapshotsThatWait) {
 
 // Cancels a link at each moment and gives the next one at once. Nothing of the first reaches the second.
 TEST(LinkPairing, forgetsACancelledLink) {
-    Started whileChecking;
-    whileChecking.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
+    struct TwoLinks : Started {
+        TwoLinks() { goodLinks = {code('a'), code('b')}; }
+    };
+    TwoLinks whileChecking;
     whileChecking.model().pairing().connect(FakeMachine::link('a'));
     whileChecking.model().pairing().cancel();
     EXPECT_EQ(whileChecking.state().linkMessage, std::nullopt);
     whileChecking.giveLink('b');
     ASSERT_EQ(whileChecking.terminals.count(), 1U);
-    EXPECT_EQ(whileChecking.terminals.last().request().arguments.back(),
-              "https://join.example/c/" + FakeMachine::code('b'));
+    EXPECT_TRUE(
+        whileChecking.terminals.last().request().arguments.back().ends_with("/c/" + FakeMachine::code('b')));
 
-    Started whileItBegins;
-    whileItBegins.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
+    TwoLinks whileItBegins;
     whileItBegins.queues.at("tarnik.node")->hold();
     whileItBegins.giveLink('a');
     whileItBegins.model().pairing().cancel();
     whileItBegins.queues.at("tarnik.node")->letGo();
     EXPECT_EQ(whileItBegins.terminals.count(), 0U);
 
-    Started began;  // the session has begun, unknown to the main thread
-    began.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
+    TwoLinks began;  // the session has begun, unknown to the main thread
     began.queues.at("tarnik.node")->hold();
     began.giveLink('a');
     began.queues.at("tarnik.node")->letGo();

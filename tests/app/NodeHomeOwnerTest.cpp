@@ -39,35 +39,29 @@ void take(NodeHomeOwner& owner) {
 }
 
 TEST(NodeHomeOwner, namesTheOtherProgramAfterATimeout) {
-    struct Case {
-        Face face;
-        std::optional<std::string> note;  // replaces the owner's note
-        std::string who;
-        std::string advice;
-    };
     const std::string self = " (process " + std::to_string(::getpid());
     const std::string gone = std::to_string(ForkedChild::waiting().pid()) + " console\n";
     const std::string unknown = "quit that one first.";
-    const Case cases[] = {
+    // The face, a note that replaces the owner's, and the parts of the sentence.
+    const std::tuple<Face, std::optional<std::string>, std::string, std::string> cases[] = {
         {Face::console, {}, self + ", in a terminal)", "type quit there first."},
         {Face::window, {}, self + ", with a window)", "use that one, or quit it first."},
         {Face::window, gone, "", unknown},
         {Face::window, "-1 console\n", "", unknown},
         {Face::window, std::string(100'000, '9'), "", unknown},
     };
-    for (const auto& c : cases) {
+    for (const auto& [face, note, who, advice] : cases) {
         Fixture f;
-        NodeHomeOwner first(f.home, f.deps(c.face));
+        NodeHomeOwner first(f.home, f.deps(face));
         take(first);
         EXPECT_EQ(answer, "");
-        if (c.note) std::ofstream(f.note()) << *c.note;
+        if (note) std::ofstream(f.note()) << *note;
         NodeHomeOwner second(f.home, f.deps());
         take(second);
         f.main.advance(Seconds(2.8));
         EXPECT_EQ(answer, "later");
         f.main.advance(Seconds(0.4));
-        EXPECT_EQ(answer,
-                  "Another tarnik" + c.who + " uses the node folder " + f.home.path + ": " + c.advice);
+        EXPECT_EQ(answer, "Another tarnik" + who + " uses the node folder " + f.home.path + ": " + advice);
     }
 }
 
@@ -89,10 +83,9 @@ TEST(NodeHomeOwner, locksTheHomeWhenTheOtherProgramEnds) {
 TEST(NodeHomeOwner, continuesWhereLocksAreUnavailable) {
     Fixture f;
     auto deps = f.deps();
-    deps.lock = [](const NodeHome&) {
-        return std::unexpected(
-            NodeHomeLock::Failure{NodeHomeLock::Failure::Reason::unavailable, {"flock", ENOLCK}});
-    };
+    using Failure = NodeHomeLock::Failure;
+    const Failure unavailable{Failure::Reason::unavailable, {"flock", ENOLCK}};
+    deps.lock = [=](const NodeHome&) { return std::unexpected(unavailable); };
     NodeHomeOwner owner(f.home, deps);
     take(owner);
     EXPECT_EQ(answer, "");

@@ -10,17 +10,8 @@
 namespace tarnik {
 namespace {
 
-class SignalWatcherTest : public testing::Test {
-protected:
-    SignalWatcherTest() { ::pthread_sigmask(SIG_SETMASK, nullptr, &before_); }
-    ~SignalWatcherTest() override { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
-private:
-    sigset_t before_{};
-};
-
 // Darwin's sigwait(3) returns 0 after an interruption and doesn't store a number.
-TEST_F(SignalWatcherTest, reportsNoSignalForAnInterruptedWait) {
+TEST(SignalWatcher, reportsNoSignalForAnInterruptedWait) {
     std::vector<int> reported;
     std::promise<void> over;
     int waits = 0;
@@ -38,16 +29,16 @@ TEST_F(SignalWatcherTest, reportsNoSignalForAnInterruptedWait) {
     EXPECT_EQ(reported, std::vector{SIGTERM});
 }
 
-TEST_F(SignalWatcherTest, leavesAnIgnoredHangupIgnored) {
+TEST(SignalWatcher, leavesAnIgnoredHangupIgnored) {
     for (const bool isIgnored : {false, true}) {
         const auto handler = std::signal(SIGHUP, isIgnored ? SIG_IGN : SIG_DFL);
         std::promise<bool> waitsForHangup;
         {
-            const SignalWatcher watcher([](int) {},
-                                        [&](const sigset_t* set, int*) {
-                                            waitsForHangup.set_value(sigismember(set, SIGHUP) == 1);
-                                            return EINTR;
-                                        });
+            const auto wait = [&](const sigset_t* set, int*) {
+                waitsForHangup.set_value(sigismember(set, SIGHUP) == 1);
+                return EINTR;
+            };
+            const SignalWatcher watcher([](int) {}, wait);
             EXPECT_NE(waitsForHangup.get_future().get(), isIgnored);
         }
         std::signal(SIGHUP, handler);

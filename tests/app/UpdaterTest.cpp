@@ -32,11 +32,9 @@ struct Fixture {
             willInstall = handler;
             return {records("start"), records("checks"), records("downloads"), records("check")};
         };
-        updater = std::make_unique<Updater>(
-            settings, Updater::Deps{.framework = {.makeController = make},
-                                    .mainThread = main.record(),
-                                    .log = [this](const auto& line) { calls.push_back(line); },
-                                    .now = [this] { return clock->now(); }});
+        const auto log = [this](const auto& line) { calls.push_back(line); };
+        const auto now = [this] { return clock->now(); };
+        updater = std::make_unique<Updater>(settings, Updater::Deps{{make}, main.record(), log, now});
         updater->setSampleSource([this](auto done) {
             ++looks;
             const ActivitySample sample{.at = {clock->now(), {}}, .nodeHoldsAwake = busy};
@@ -82,28 +80,6 @@ TEST(Updater, samplesEveryMinuteAndChecksOnRequest) {
     f.updater->checkForUpdates();
     f.updater->checkForUpdates();
     EXPECT_EQ(f.takeCalls(), (Words{ready, byMenu, "install", "check"}));
-}
-
-TEST(Updater, installsAfterTenMinutesWithoutWork) {
-    Fixture f;
-    f.main.advance(30min);
-    f.takeCalls();
-    f.announce("an old one");
-    EXPECT_TRUE(f.announce());
-    f.main.advance(659s);
-    EXPECT_EQ(f.takeCalls(), (Words{ready, ready})) << "earlier quiet time doesn't count";
-    f.busy = true;
-    f.main.advance(60s);
-    f.busy = false;
-    f.main.advance(540s);
-    EXPECT_EQ(f.takeCalls(), Words{});
-    f.main.advance(1h);
-    EXPECT_EQ(f.takeCalls(), (Words{quiet, "install"}));
-
-    f.updater->setSampleSource(nullptr);
-    f.announce();
-    f.main.advance(1h);
-    EXPECT_EQ(f.takeCalls(), Words{ready}) << "without samples no moment is quiet";
 }
 
 TEST(Updater, leavesAnUpdateToTheFrameworkAtQuit) {

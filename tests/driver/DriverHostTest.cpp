@@ -58,8 +58,7 @@ struct Fixture {
 
 TEST(DriverHost, publishesTheEndpointWhileTheDriverRuns) {
     Fixture f;
-    f.host().setEnabled(true);
-    f.host().setEnabled(true);
+    for (int i = 0; i < 2; ++i) f.host().setEnabled(true);
     EXPECT_EQ(f.spawner.count(), 1U);
     const auto directory = DriverSocketDirectory::owned(f.folder.path()).at(0);
     const CuaDriverEndpoint endpoint{.socketPath = directory.socketPath, .binaryPath = "/driver"};
@@ -70,7 +69,7 @@ TEST(DriverHost, publishesTheEndpointWhileTheDriverRuns) {
 
     f.host().shutdown();
     EXPECT_EQ(f.spawner.last().handle()->exitStatus(), ExitStatus::exited(0));
-    EXPECT_TRUE(f.spawner.last().signals().empty());
+    EXPECT_EQ(f.spawner.last().stopping(), "") << "by the end of its input";
     EXPECT_FALSE(f.host().isRunning());
     EXPECT_EQ(f.endpoints, (std::vector<std::optional<CuaDriverEndpoint>>{endpoint, std::nullopt}));
     EXPECT_EQ(f.log, std::vector<std::string>{"desktop driver ready"});
@@ -78,44 +77,41 @@ TEST(DriverHost, publishesTheEndpointWhileTheDriverRuns) {
 }
 
 TEST(DriverHost, retriesOncePerFailedStart) {
-    struct Case {
-        const char* line;
-        std::function<void(Fixture&)> spoil;
-        Seconds took = 0s;
-        std::size_t directoriesLeft = 0;
+    using Spoil = std::function<void(Fixture&)>;
+    const Spoil cannotStart = [](auto& f) { f.spawner.failure = SystemError{"posix_spawn /driver", EACCES}; };
+    const Spoil ends = [](auto& f) {
+        f.whileWaiting = [&f] { f.spawner.last().end(ExitStatus::exited(3)); };
     };
-    const Case cases[] = {
-        {"the desktop driver didn't start: posix_spawn /driver failed: Permission denied",
-         [](Fixture& f) { f.spawner.failure = SystemError{"posix_spawn /driver", EACCES}; }},
-        {"the desktop driver stopped before it was ready (exit 3)",
-         [](Fixture& f) { f.whileWaiting = [&f] { f.spawner.last().end(ExitStatus::exited(3)); }; }, 0.05s},
-        {"the desktop driver didn't become ready in time", [](Fixture&) {}, 10.05s},
-        {"couldn't record the desktop driver's pid",
-         [](Fixture& f) {
-             f.deps.launch = [&f, launch = f.deps.launch](const auto& recipe, int fd, auto onExit) {
-                 for (const auto& made : DriverSocketDirectory::owned(f.folder.path()))
-                     fs::create_directory(made.pidFilePath());
-                 return launch(recipe, fd, std::move(onExit));
-             };
-         },
-         0s, 1},
+    const Spoil cannotWritePID = [](auto& f) {
+        f.deps.launch = [&f, launch = f.deps.launch](const auto& recipe, int fd, auto onExit) {
+            for (const auto& made : DriverSocketDirectory::owned(f.folder.path()))
+                fs::create_directory(made.pidFilePath());
+            return launch(recipe, fd, std::move(onExit));
+        };
     };
-    for (const auto& c : cases) {
+    const std::tuple<const char*, Spoil, Seconds, std::size_t> cases[] = {
+        {"the desktop driver didn't start: posix_spawn /driver failed: Permission denied", cannotStart, 0s,
+         0},
+        {"the desktop driver stopped before it was ready (exit 3)", ends, 0.05s, 0},
+        {"the desktop driver didn't become ready in time", [](Fixture&) {}, 10.05s, 0},
+        {"couldn't record the desktop driver's pid", cannotWritePID, 0s, 1},
+    };
+    for (const auto& [line, spoil, took, directoriesLeft] : cases) {
+        SCOPED_TRACE(line);
         Fixture f;
         f.ready = false;
-        c.spoil(f);
+        spoil(f);
         const TimePoint start = f.clock->now();
         f.host().setEnabled(true);
-        EXPECT_EQ(f.log, std::vector<std::string>{c.line});
-        EXPECT_NEAR(Seconds(f.clock->now() - start).count(), c.took.count(), 0.01) << c.line;
-        EXPECT_FALSE(f.host().isRunning()) << c.line;
-        EXPECT_EQ(f.directories(), c.directoriesLeft) << c.line;
-        EXPECT_TRUE(f.spawner.count() == 0 || !f.spawner.last().handle()->isRunning()) << c.line;
+        EXPECT_NEAR(Seconds(f.clock->now() - start).count(), took.count(), 0.01);
+        EXPECT_FALSE(f.host().isRunning());
+        EXPECT_EQ(f.directories(), directoriesLeft);
+        EXPECT_TRUE(f.spawner.count() == 0 || !f.spawner.last().handle()->isRunning());
         f.queue->advance(0.9s);
-        EXPECT_EQ(f.log.size(), 1U) << c.line;
+        EXPECT_EQ(f.log, std::vector<std::string>{line});
         f.queue->advance(0.1s);
-        EXPECT_EQ(f.log, (std::vector<std::string>{c.line, c.line}));
-        EXPECT_TRUE(f.endpoints.empty()) << c.line;
+        EXPECT_EQ(f.log, (std::vector<std::string>{line, line}));
+        EXPECT_TRUE(f.endpoints.empty());
     }
 }
 
@@ -123,22 +119,22 @@ TEST(DriverHost, waitsLongerBeforeEachStartAndGivesUp) {
     Fixture f;
     f.spawner.failure = SystemError{"pipe", EMFILE};
     f.host().setEnabled(true);
-    for (const Seconds delay : {1s, 2s, 4s, 8s, 10s}) {
-        const auto before = f.log.size();
+    for (std::size_t tries = 1; const Seconds delay : {1s, 2s, 4s, 8s, 10s}) {
         f.queue->advance(delay - 10ms);
-        EXPECT_EQ(f.log.size(), before);
+        EXPECT_EQ(f.log.size(), tries);
         f.queue->advance(10ms);
-        EXPECT_EQ(f.log.size(), before + 1);
+        EXPECT_EQ(f.log.size(), ++tries);
     }
-    f.queue->advance(1h);
-    EXPECT_EQ(f.log.size(), 6U);
-    f.host().permissionsChanged();
-    f.queue->advance(1h);
-    EXPECT_EQ(f.log.size(), 12U) << "from the first delay again";
+    const auto triesAfter = [&](auto call) {
+        f.log.clear();
+        call();
+        f.queue->advance(1h);
+        return f.log.size();
+    };
+    EXPECT_EQ(triesAfter([] {}), 0U);
+    EXPECT_EQ(triesAfter([&] { f.host().permissionsChanged(); }), 6U) << "from the first delay again";
     f.host().setEnabled(false);
-    f.host().setEnabled(true);
-    f.queue->advance(1h);
-    EXPECT_EQ(f.log.size(), 18U) << "again";
+    EXPECT_EQ(triesAfter([&] { f.host().setEnabled(true); }), 6U);
 }
 
 TEST(DriverHost, restartsADriverThatEnds) {
@@ -163,27 +159,24 @@ TEST(DriverHost, restartsADriverThatEnds) {
 }
 
 TEST(DriverHost, doesNotRetryWithoutADriverOrAFolder) {
-    Fixture none;
-    none.setup.executable.reset();
-    Fixture noFolder;
-    noFolder.setup.applicationSupport += "/a/b";
-    for (auto* f : {&none, &noFolder}) {
-        f->host().setEnabled(true);
-        f->queue->advance(1h);
-        EXPECT_EQ(f->log.size(), 1U);
+    for (const bool hasDriver : {false, true}) {
+        Fixture f;
+        if (!hasDriver) f.setup.executable.reset();
+        if (hasDriver) f.setup.applicationSupport += "/a/b";
+        f.host().setEnabled(true);
+        f.queue->advance(1h);
+        EXPECT_EQ(f.log.size(), 1U);
     }
 }
 
-TEST(DriverHost, removesLeftoversOfAnEarlierRunWhileOff) {
+TEST(DriverHost, removesLeftoversAndStartsARealDriver) {
     Fixture f;
     const auto left = DriverSocketDirectory::create(f.folder.path());
     ASSERT_TRUE(left && left->writeProcessIdentifier(1 << 29));
     f.host().setEnabled(false);
     EXPECT_FALSE(fs::exists(left->path));
-}
 
-TEST(DriverHost, startsARealDriver) {
-    Fixture f;
+    f.made.reset();
     f.deps = DriverHostDeps::production();
     f.setup.executable = childProgram("../driver/cua-driver");
     f.host().setEnabled(true);

@@ -5,6 +5,7 @@
 #include "core/driver/CuaDriverEndpoint.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 namespace {
@@ -13,8 +14,8 @@ TEST(DriverLaunch, replacesTheVariablesOfAnotherDriver) {
     const Environment kept{
         {"OPENCLAW_STATE_DIR", "x"}, {"CUA_TELEMETRY_ENABLED_X", "x"}, {"cua_driver_x", "x"}};
     Environment inherited = kept;
-    for (const char* name : {"CUA_DRIVER_SOCKET", "CUA_DRIVER_PERMISSION_MODE",
-                             "OPENCLAW_CUA_DRIVER_ENDPOINT", "CUA_TELEMETRY_ENABLED"})
+    for (const auto& name : words("CUA_DRIVER_SOCKET CUA_DRIVER_PERMISSION_MODE OPENCLAW_CUA_DRIVER_ENDPOINT "
+                                  "CUA_TELEMETRY_ENABLED"))
         inherited[name] = "x";
     const auto launch = DriverLaunch::make({"/d", "/s", "id", 47, inherited});
 
@@ -44,14 +45,12 @@ TEST(CuaDriverEndpoint, encodesValidPathsOnly) {
 
 TEST(BundledDriver, isAnExecutableFileAndNotALink) {
     const TemporaryFolder folder;
-    const std::string driver = folder.path() + "/cua-driver";
-    const auto found = [&](const char* script) {
+    for (const auto& [script, isFound] : {std::pair("touch cua-driver; chmod 600 cua-driver", false),
+                                          {"chmod 700 cua-driver", true},
+                                          {"mv cua-driver real; ln -s real cua-driver", false}}) {
         shell(folder.path(), script);
-        return BundledDriver::path(folder.path());
-    };
-    EXPECT_EQ(found("touch cua-driver; chmod 600 cua-driver"), std::nullopt);
-    EXPECT_EQ(found("chmod 700 cua-driver"), driver);
-    EXPECT_EQ(found("mv cua-driver real; ln -s real cua-driver"), std::nullopt);
+        EXPECT_EQ(BundledDriver::path(folder.path()).has_value(), isFound) << script;
+    }
 }
 
 }  // namespace

@@ -47,7 +47,6 @@ TEST(DriverSocketDirectory, isPrivateWhateverTheUmaskAndTheParent) {
     ASSERT_EQ(::seteuid(before), 0);
     ::chmod(folder.path().c_str(), 0700);
 
-    ASSERT_TRUE(made) << describe(made.error());
     EXPECT_EQ(fs::path(made->path).parent_path(), folder.path() + "/tarnik/cua");
     for (const auto& path : {folder.path() + "/tarnik", folder.path() + "/tarnik/cua", made->path})
         EXPECT_EQ(modeOf(path), fs::perms(0700)) << path;
@@ -76,12 +75,8 @@ TEST(DriverSocketDirectory, refusesATooLongSocketPath) {
     const TemporaryFolder folder;
     const std::size_t rest = std::string("//tarnik/cua/0123456789abcdef/cua.sock").size();
     const std::string longest = folder.path() + "/" + std::string(103 - folder.path().size() - rest, 's');
-    const auto made = DriverSocketDirectory::create(longest);
-    ASSERT_TRUE(made);
-    EXPECT_EQ(made->socketPath.size(), 103U);
-    const auto tooLong = DriverSocketDirectory::create(longest + "s");
-    ASSERT_FALSE(tooLong);
-    EXPECT_EQ(describe(tooLong.error()), "The driver's private socket path is too long");
+    EXPECT_EQ(DriverSocketDirectory::create(longest)->socketPath.size(), 103U);
+    EXPECT_FALSE(DriverSocketDirectory::create(longest + "s"));
     EXPECT_TRUE(fs::is_empty(longest + "s/tarnik/cua"));
 }
 
@@ -110,13 +105,11 @@ TEST(DriverSocketDirectory, readsOnlyCompletePids) {
 
 TEST(DriverSocketDirectory, cleansUpOnlyAnUnchangedFolder) {
     // A change of the folder, and the number of files left after the cleanup.
-    const std::pair<const char*, int> cases[] = {
-        {"", 0},
-        {"chmod 755 $made", 2},
-        {"touch $made/mine", 1},
-        {"mv $made old; cp -Rp old $made", 4},
-        {"mv $made old; ln -s old $made", 2},
-    };
+    const std::pair<const char*, int> cases[] = {{"", 0},
+                                                 {"chmod 755 $made", 2},
+                                                 {"touch $made/mine", 1},
+                                                 {"mv $made old; cp -Rp old $made", 4},
+                                                 {"mv $made old; ln -s old $made", 2}};
     for (const auto& [script, filesLeft] : cases) {
         const TemporaryFolder folder;
         const auto made = DriverSocketDirectory::create(folder.path());
@@ -134,24 +127,21 @@ TEST(DriverSocketDirectory, cleansUpOnlyAnUnchangedFolder) {
 
 // One process as reapStale sees it.
 struct FakeProcess {
-    std::optional<std::string> runs = "/driver";
-    std::optional<std::string> runsAfterTerm = "/driver";
-    int unreachable = 0;
-    int endsAt = SIGTERM;
+    std::optional<std::string> runs = "/driver", runsAfterTerm = "/driver";
+    int unreachable = 0, endsAt = SIGTERM;
     const char* pidAfterTerm = "4711";
     std::vector<int> signals = {};
 
     bool got(int signal) const { return std::ranges::find(signals, signal) != signals.end(); }
 
     DriverSocketDirectory::Processes processes(const std::string& pidFile) {
-        return {.executablePath = [this](pid_t) { return got(SIGTERM) ? runsAfterTerm : runs; },
-                .signal =
-                    [this, pidFile](pid_t, int signal) {
-                        signals.push_back(signal);
-                        if (signal == SIGTERM) write(pidFile, pidAfterTerm);
-                        return unreachable;
-                    },
-                .waitForExit = [this](pid_t, Seconds) { return got(endsAt); }};
+        const auto kill = [this, pidFile](pid_t, int signal) {
+            signals.push_back(signal);
+            if (signal == SIGTERM) write(pidFile, pidAfterTerm);
+            return unreachable;
+        };
+        return {[this](pid_t) { return got(SIGTERM) ? runsAfterTerm : runs; }, kill,
+                [this](pid_t, Seconds) { return got(endsAt); }};
     }
 };
 

@@ -27,13 +27,9 @@ TEST(Url, parsesTheParts) {
         {"tarnik://connect?a=1&code=x+y%2B%2525&b&c=#f",
          "tarnik connect -  more a=1 code=x+y+%25 b=(none) c="},
         {"http://[::1]:65535/?", "http [::1] 65535 / more"},
-        {"tarnik:?", "tarnik - -  more"},
-        {"tarnik:?#?a", "tarnik - -  more"},
         {"tarnik:a#?b", "tarnik - - a more"},
         {"tarnik:?&=&a=b=%26", "tarnik - -  more =(none) = a=b=&"},
-        {"http://a:b@h", "http h -  user"},
         {"http://@h", "http h -  user"},
-        {"https:///c", "https - - /c"},
         {"http://127.0.0.1:1@example/", "http example - / user"},
     };
     for (const auto& [text, expected] : cases) EXPECT_EQ(pieces(text), expected) << text;
@@ -57,7 +53,6 @@ TEST(Url, appendsOneComponent) {
     const std::tuple<const char*, const char*, const char*> cases[] = {
         {"http://H", "a-Z_0.9~", "http://H/a-Z_0.9~"},
         {"http://h/a%2F/b//?q=/#f/", "c", "http://h/a%2F/b/c?q=/#f/"},
-        {"tarnik:?q#f", "c", "tarnik:/c?q#f"},
         {"http://h/", "../a b?#%2F\u00E9", "http://h/..%2Fa%20b%3F%23%252F%C3%A9"},
     };
     for (const auto& [url, component, result] : cases) {

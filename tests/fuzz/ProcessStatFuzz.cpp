@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstring>
+#include <map>
 #include <string>
 
 #include "core/process/ProcessStat.h"
@@ -12,23 +13,14 @@ namespace {
 using namespace tarnik;
 using fuzz::require;
 
-constexpr int parentField = 4;
-constexpr int userField = 14;
-constexpr int systemField = 15;
 constexpr int startField = 22;
 
 std::string line(const std::string& name, const ProcessStat& stat, int fields) {
-    std::string text = "42 (" + name + ") S";
-    for (int field = parentField; field <= fields; ++field) {
-        text += ' ';
-        switch (field) {
-            case parentField: text += std::to_string(stat.parent); break;
-            case userField: text += std::to_string(stat.userTicks); break;
-            case systemField: text += std::to_string(stat.systemTicks); break;
-            case startField: text += std::to_string(stat.startTicks); break;
-            default: text += "-1";
-        }
-    }
+    const std::map<int, std::uint64_t> known{
+        {14, stat.userTicks}, {15, stat.systemTicks}, {startField, stat.startTicks}};
+    std::string text = "42 (" + name + ") S " + std::to_string(stat.parent);
+    for (int field = 5; field <= fields; ++field)
+        text += known.contains(field) ? " " + std::to_string(known.at(field)) : " -1";
     return text;
 }
 

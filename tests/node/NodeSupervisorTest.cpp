@@ -1,8 +1,6 @@
 #include "core/node/NodeSupervisor.h"
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -22,6 +20,11 @@ using namespace NodeStates;
 const std::string endpointKey(CuaDriverEndpoint::environmentKey);
 const CuaDriverEndpoint endpointA{"/tmp/a.sock", "/opt/driver"};
 const CuaDriverEndpoint endpointB{"/tmp/b.sock", "/opt/driver"};
+const NodeState running = Running{}, stopped = Stopped{}, pairing = NodeStates::Pairing{};
+
+NodeState restarting(Seconds delay) {
+    return Restarting{delay};
+}
 
 struct Fixture {
     TemporaryFolder folder;
@@ -42,9 +45,7 @@ struct Fixture {
     }
 
     void write(const std::string& path) const {
-        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-        std::ofstream(path).flush();
-        ::chmod(path.c_str(), 0700);
+        ::chmod(folder.write(path.substr(folder.path().size()), "").c_str(), 0700);
     }
     void install() const {
         write(home.nodeBinary());
@@ -53,12 +54,10 @@ struct Fixture {
     void join() const { write(home.joinRecord()); }
 
     NodeSupervisor& supervisor() {
-        if (!made) {
-            made.emplace(
-                home, Environment{{"PATH", "/bin"}, {"HOME", "/Users/me"}}, deps,
-                [this](const std::string& text) { messages.push_back(text); },
-                [this](const NodeState& state) { states.push_back(state); });
-        }
+        const auto log = [this](const std::string& text) { messages.push_back(text); };
+        const auto report = [this](const NodeState& state) { states.push_back(state); };
+        if (!made)
+            made.emplace(home, Environment{{"PATH", "/bin"}, {"HOME", "/Users/me"}}, deps, log, report);
         return *made;
     }
     void startJoined() {
@@ -66,28 +65,47 @@ struct Fixture {
         join();
         supervisor().start();
     }
-    std::shared_ptr<PairingSession> pair(const std::string& link = "https://join.example") {
-        return supervisor().beginPairing(link, {}).value();
+    NodeState started() {
+        supervisor().start();
+        return states.back();
     }
+    NodeState after(Seconds time) {
+        queue->advance(time);
+        return states.back();
+    }
+    NodeState afterExit(ExitStatus status = ExitStatus::exited(1)) {
+        spawner.last().end(status);
+        return states.back();
+    }
+    std::size_t startsAfter(Seconds time) {
+        queue->advance(time);
+        return spawner.count();
+    }
+    std::size_t startsWith(const std::optional<CuaDriverEndpoint>& endpoint) {
+        supervisor().setEndpoint(endpoint);
+        return spawner.count();
+    }
+    const Environment& environment() { return spawner.last().request().environment; }
+    std::shared_ptr<PairingSession> pair() {
+        return supervisor().beginPairing("https://join.example", {}).value();
+    }
+    PairingError refusal() { return supervisor().beginPairing("https://other.example", {}).error(); }
     void prompt(const std::shared_ptr<PairingSession>& session) {
         spawner.last().print("Press Enter to connect it");
-        ASSERT_TRUE(
-            eventually([&] { return session->phase() == PairingPhase(PairingPhases::WaitingForYes{}); }));
+        const PairingPhase waiting = PairingPhases::WaitingForYes{};
+        ASSERT_TRUE(eventually([&] { return session->phase() == waiting; }));
     }
 };
 
 TEST(NodeSupervisor, reportsOnceWhatIsMissing) {
     Fixture f;
-    f.supervisor().start();
-    f.supervisor().start();
-    EXPECT_EQ(f.states, std::vector<NodeState>{NotInstalled{}});
+    EXPECT_EQ(f.started(), NodeState(NotInstalled{}));
     f.install();
-    f.supervisor().start();
-    EXPECT_EQ(f.states.back(), NodeState(WaitingForLink{}));
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(f.started(), NodeState(WaitingForLink{}));
+    EXPECT_EQ(f.states.size(), 2U);
     EXPECT_EQ(f.spawner.count(), 0U);
     f.join();
-    f.supervisor().start();
-    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+    EXPECT_EQ(f.started(), running);
     EXPECT_EQ(f.supervisor().runningPID(), f.spawner.last().handle()->pid());
 }
 
@@ -96,13 +114,12 @@ TEST(NodeSupervisor, stopsTheNodeByClosingItsInput) {
     f.deps.nodeLog = NodeLog::make(f.folder.path() + "/log");
     f.startJoined();
     const auto& request = f.spawner.last().request();
-    EXPECT_TRUE(request.standardInput.descriptor());
-    EXPECT_TRUE(request.standardOutput.descriptor());
+    EXPECT_TRUE(request.standardInput.descriptor() && request.standardOutput.descriptor());
     EXPECT_EQ(request.standardOutput, request.standardError);
     f.supervisor().stop();
-    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+    EXPECT_EQ(f.states.back(), stopped);
     EXPECT_EQ(f.spawner.last().handle()->exitStatus(), ExitStatus::exited(0));
-    EXPECT_TRUE(f.spawner.last().signals().empty());
+    EXPECT_EQ(f.spawner.last().stopping(), "");
     EXPECT_TRUE(f.messages.empty());
 }
 
@@ -127,17 +144,13 @@ TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
     f.startJoined();
     for (const Seconds delay : {1s, 2s, 4s, 8s, 16s, 30s, 60s, 60s}) {
         f.queue->advance(59.9s);
-        f.spawner.last().end(ExitStatus::exited(1));
-        EXPECT_EQ(f.states.back(), NodeState(Restarting{delay}));
-        f.queue->advance(delay - 1ms);
-        EXPECT_EQ(f.states.back(), NodeState(Restarting{delay}));
-        f.queue->advance(1ms);
-        EXPECT_EQ(f.states.back(), NodeState(Running{}));
+        EXPECT_EQ(f.afterExit(), restarting(delay));
+        EXPECT_EQ(f.after(delay - 1ms), restarting(delay));
+        EXPECT_EQ(f.after(1ms), running);
     }
     EXPECT_EQ(f.spawner.last().request().standardOutput, Stdio::null());  // without a log
     f.queue->advance(60s);
-    f.spawner.last().end(ExitStatus::signaled(SIGKILL));
-    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));
+    EXPECT_EQ(f.afterExit(ExitStatus::signaled(SIGKILL)), restarting(1s));
     EXPECT_EQ(f.messages.back(), "the node stopped (signal 9)");
     EXPECT_EQ(f.spawner.count(), 9U);
 }
@@ -148,20 +161,17 @@ TEST(NodeSupervisor, retriesAFailedStart) {
     f.startJoined();
     EXPECT_EQ(f.messages.at(0), "couldn't start the node: " + describe(*f.spawner.failure));
     for (int i = 0; i < 3; ++i) f.supervisor().start();
-    f.queue->advance(1s);
+    EXPECT_EQ(f.after(1s), restarting(2s));
     EXPECT_EQ(f.messages.size(), 5U) << "only one restart was pending";
-    EXPECT_EQ(f.states, (std::vector<NodeState>{Restarting{1s}, Restarting{2s}}));
     f.spawner.failure.reset();
-    f.queue->advance(2s);
-    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+    EXPECT_EQ(f.after(2s), running);
 
     // A connect command that can't be started brings the node back.
     f.spawner.failure = SystemError{"forkpty", EAGAIN};
-    EXPECT_FALSE(f.supervisor().beginPairing("https://join.example", {}));
-    EXPECT_EQ(f.states.back(), NodeState(Restarting{4s}));
+    EXPECT_EQ(f.refusal(), PairingError(*f.spawner.failure));
+    EXPECT_EQ(f.states.back(), restarting(4s));
     f.spawner.failure.reset();
-    f.queue->advance(4s);
-    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+    EXPECT_EQ(f.after(4s), running);
 }
 
 TEST(NodeSupervisor, stopCancelsAPendingRestart) {
@@ -169,27 +179,22 @@ TEST(NodeSupervisor, stopCancelsAPendingRestart) {
     f.startJoined();
     f.spawner.last().end(ExitStatus::exited(1));
     f.supervisor().stop();
-    f.queue->advance(1h);
-    f.supervisor().setEndpoint(endpointA);
-    EXPECT_EQ(f.spawner.count(), 1U);
-    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
-    f.supervisor().start();
-    f.spawner.last().end(ExitStatus::exited(1));
-    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff was reset
+    EXPECT_EQ(f.after(1h), stopped);
+    EXPECT_EQ(f.startsWith(endpointA), 1U);
+    EXPECT_EQ(f.started(), running);
+    EXPECT_EQ(f.afterExit(), restarting(1s)) << "the backoff was reset";
 }
 
 TEST(NodeSupervisor, stopsANodeByForceAndIgnoresItsLateExit) {
     Fixture f;
     f.spawner.stopBehaviour = FakeChild::StopBehaviour::ignores;
     f.startJoined();
-    f.supervisor().setEndpoint(endpointA);
+    EXPECT_EQ(f.startsWith(endpointA), 2U);
     EXPECT_EQ(f.spawner.at(0).stopping(), "10000 ms, signal 15, 5000 ms, signal 9, 5000 ms");
-    ASSERT_EQ(f.spawner.count(), 2U);
     f.spawner.at(0).end(ExitStatus::signaled(SIGKILL));
-    EXPECT_EQ(f.states, std::vector<NodeState>{Running{}});
+    EXPECT_EQ(f.states, std::vector{running});
     f.made.reset();
-    f.spawner.at(1).end(ExitStatus::signaled(SIGKILL));
-    EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+    EXPECT_EQ(f.afterExit(ExitStatus::signaled(SIGKILL)), stopped);
     EXPECT_TRUE(f.messages.empty());
 }
 
@@ -203,15 +208,12 @@ TEST(NodeSupervisor, startsNothingOnceTheProgramEnds) {
         f.spawner.stopBehaviour = FakeChild::StopBehaviour::ignores;
         f.spawner.onWait = [&](Seconds) { ending = true; };
         f.startJoined();
-        if (pairs) {
-            EXPECT_FALSE(f.supervisor().beginPairing("https://join.example", {}));
-        } else {
-            f.supervisor().setEndpoint(endpointA);
-        }
+        if (!pairs) f.supervisor().setEndpoint(endpointA);
+        EXPECT_FALSE(pairs && f.supervisor().beginPairing("https://join.example", {}));
         f.supervisor().start();
         f.supervisor().stop();
         EXPECT_EQ(f.spawner.count(), 1U);
-        EXPECT_EQ(f.states.back(), NodeState(Stopped{}));
+        EXPECT_EQ(f.states.back(), stopped);
     }
 }
 
@@ -219,30 +221,25 @@ TEST(NodeSupervisor, restartsOnlyForAnotherEndpoint) {
     Fixture f;
     f.supervisor().setEndpoint(endpointA);
     f.startJoined();
+    EXPECT_EQ(f.startsWith(endpointA), 1U);
     f.spawner.last().end(ExitStatus::exited(1));
     f.queue->advance(1s);
-    f.supervisor().setEndpoint(endpointA);
-    EXPECT_EQ(f.spawner.count(), 2U);
-    f.supervisor().setEndpoint(endpointB);
-    EXPECT_EQ(f.spawner.count(), 3U);
-    EXPECT_EQ(f.spawner.last().request().environment.at(endpointKey), endpointB.environmentValue());
-    f.spawner.last().end(ExitStatus::exited(1));
-    EXPECT_EQ(f.states.back(), NodeState(Restarting{1s}));  // the backoff was reset
+    EXPECT_EQ(f.startsWith(endpointB), 3U);
+    EXPECT_EQ(f.environment().at(endpointKey), endpointB.environmentValue());
+    EXPECT_EQ(f.afterExit(), restarting(1s)) << "the backoff was reset";
     f.supervisor().setEndpoint(std::nullopt);
-    f.queue->advance(1s);
-    EXPECT_FALSE(f.spawner.last().request().environment.contains(endpointKey));
+    EXPECT_EQ(f.startsAfter(1s), 4U);
+    EXPECT_FALSE(f.environment().contains(endpointKey));
 }
 
 TEST(NodeSupervisor, refusesToPairWithoutChangingAnything) {
     Fixture f;
-    const auto missing = f.supervisor().beginPairing("https://join.example", {});
-    EXPECT_EQ(missing.error(), PairingError(PairingFailure::notInstalled));
+    EXPECT_EQ(f.refusal(), PairingError(PairingFailure::notInstalled));
     EXPECT_TRUE(f.states.empty());
     f.install();
     const auto session = f.pair();
-    EXPECT_EQ(f.states, std::vector<NodeState>{NodeStates::Pairing{}});
-    const auto busy = f.supervisor().beginPairing("https://other.example", {});
-    EXPECT_EQ(busy.error(), PairingError(PairingFailure::busy));
+    EXPECT_EQ(f.refusal(), PairingError(PairingFailure::busy));
+    EXPECT_EQ(f.states, std::vector{pairing});
     EXPECT_EQ(f.spawner.count(), 1U);
     EXPECT_TRUE(session->isInProgress());
 }
@@ -251,18 +248,15 @@ TEST(NodeSupervisor, waitsForAnotherLinkWhenPairingFails) {
     Fixture f;
     f.install();
     f.pair();
-    f.spawner.last().end(ExitStatus::exited(1));
-    EXPECT_EQ(f.states, (std::vector<NodeState>{NodeStates::Pairing{}, WaitingForLink{}}));
-    f.queue->advance(1h);
-    EXPECT_EQ(f.spawner.count(), 1U);
+    EXPECT_EQ(f.afterExit(), NodeState(WaitingForLink{}));
+    EXPECT_EQ(f.startsAfter(1h), 1U);
 
     // If this Mac has joined, the node is restarted. The delay grows, however long the pairing ran.
     f.join();
     for (const Seconds delay : {1s, 2s, 4s}) {
         f.pair();
-        f.queue->advance(2min);
-        f.spawner.last().end(ExitStatus::exited(1));
-        EXPECT_EQ(f.states.back(), NodeState(Restarting{delay}));
+        EXPECT_EQ(f.after(2min), pairing);
+        EXPECT_EQ(f.afterExit(), restarting(delay));
     }
 }
 
@@ -272,12 +266,11 @@ TEST(NodeSupervisor, replacesAConnectedPairingByANewOne) {
     const auto first = f.pair();
     f.prompt(first);
     first->confirm();
-    f.queue->advance(15s);
-    EXPECT_EQ(f.states.back(), NodeState(Running{}));
+    EXPECT_EQ(f.after(15s), running);
     EXPECT_FALSE(f.supervisor().runningPID()) << "a pairing is not the node";
-    const auto second = f.pair("https://other.example");
-    EXPECT_EQ(f.spawner.at(1).signals(), std::vector{SIGTERM});
-    EXPECT_EQ(f.states.back(), NodeState(NodeStates::Pairing{}));
+    const auto second = f.pair();
+    EXPECT_EQ(f.spawner.at(1).stopping(), "signal 15");
+    EXPECT_EQ(f.states.back(), pairing);
     f.prompt(second);
     second->confirm();
     f.supervisor().stop();
@@ -291,29 +284,19 @@ TEST(NodeSupervisor, restartsForANewEndpointOnceAPairingHasSettled) {
     const auto session = f.pair();
     f.prompt(session);
     f.supervisor().setEndpoint(endpointA);
-    f.queue->advance(10min);
-    EXPECT_TRUE(session->isInProgress());
+    EXPECT_EQ(f.startsAfter(10min), 2U);
     session->confirm();
-    f.queue->advance(89s);
-    EXPECT_EQ(f.spawner.count(), 2U);
-    f.queue->advance(1s);
-    EXPECT_EQ(f.spawner.count(), 3U);
-    EXPECT_EQ(f.states.back(), NodeState(Running{}));
-    EXPECT_TRUE(f.spawner.last().request().environment.contains(endpointKey));
+    EXPECT_EQ(f.startsAfter(89s), 2U);
+    EXPECT_EQ(f.startsAfter(1s), 3U);
+    EXPECT_EQ(f.states.back(), running);
+    EXPECT_TRUE(f.environment().contains(endpointKey));
 
     // A pairing that ends first cancels the check.
     f.prompt(f.pair());
     f.supervisor().setEndpoint(endpointB);
     f.spawner.last().end(ExitStatus::exited(1));
-    f.queue->advance(1s);
-    EXPECT_EQ(f.spawner.count(), 5U);
-    f.queue->advance(1h);
-    EXPECT_EQ(f.spawner.count(), 5U);
-}
-
-TEST(NodeState, describesDelaysInSeconds) {
-    EXPECT_EQ(describe(NodeState(Restarting{60s})), "restarting 60s");
-    EXPECT_EQ(describe(NodeState(Restarting{1.05s})), "restarting 1.05s");
+    EXPECT_EQ(f.startsAfter(1s), 5U);
+    EXPECT_EQ(f.startsAfter(1h), 5U);
 }
 
 }  // namespace

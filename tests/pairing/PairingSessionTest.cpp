@@ -51,6 +51,11 @@ struct Fixture {
         if (std::holds_alternative<Ended>(snapshot.phase) && endText.empty()) endText = snapshot.text;
     }
 
+    void exited(ExitStatus status) {
+        exitThread = std::this_thread::get_id();
+        report(describe(status));
+    }
+
     // `lock` is locked, which the analysis doesn't know of a parameter.
     bool wait(MutexLock& lock, Condition& changed, Seconds timeout, const std::function<bool()>& done)
         TARNIK_THREAD_ANNOTATION(no_thread_safety_analysis) {
@@ -69,12 +74,8 @@ struct Fixture {
                 .joined = [this] { return joined.load(); },
                 .connectedAfter = 15s,
                 .callAfter = [this](Seconds delay, auto task) { timers.postAfter(delay, std::move(task)); },
-                .onUpdate = [this](const auto& snapshot) { updated(snapshot); },
-                .onExit =
-                    [this](ExitStatus status) {
-                        exitThread = std::this_thread::get_id();
-                        report(describe(status));
-                    },
+                .onUpdate = std::bind_front(&Fixture::updated, this),
+                .onExit = std::bind_front(&Fixture::exited, this),
                 .wait = std::bind_front(&Fixture::wait, this)};
     }
 
@@ -160,17 +161,15 @@ TEST(PairingSession, endsWithTheCommandUntilItIsConnected) {
 }
 
 TEST(PairingSession, cancelStopsTheCommandAndChecksTheJoinRecord) {
-    const PairingPhase ended = Ended{ExitStatus::signaled(SIGTERM)};
-    const std::tuple<bool, bool, PairingPhase> cases[] = {
-        {true, true, Connected{}}, {true, false, ended}, {false, true, ended}};
-    for (const auto& [confirmed, joined, phase] : cases) {
+    const PairingPhase connected = Connected{}, ended = Ended{ExitStatus::signaled(SIGTERM)};
+    for (const auto& [confirmed, joined] : {std::pair(true, true), {true, false}, {false, true}}) {
         Fixture f;
         f.startAndPrompt();
         if (confirmed) f.session->confirm();
         f.joined = joined;
         f.session->cancel();
-        EXPECT_EQ(f.session->phase(), phase) << confirmed << joined;
-        EXPECT_EQ(f.command().signals(), std::vector{SIGTERM});
+        EXPECT_EQ(f.session->phase(), confirmed && joined ? connected : ended) << confirmed << joined;
+        EXPECT_EQ(f.command().stopping(), "signal 15");
         EXPECT_FALSE(f.session->confirm());
     }
 }
@@ -189,7 +188,7 @@ TEST(PairingSession, cancelTakesEightSecondsAtMost) {
     };
     f.session->cancel();
     EXPECT_EQ(f.waited, (std::vector<Seconds>{3s, 5s, 1s, 0.5s}));
-    EXPECT_EQ(f.command().signals(), (std::vector{SIGTERM, SIGKILL}));
+    EXPECT_EQ(f.command().stopping(), "signal 15, signal 9");
     EXPECT_EQ(f.reported(), (Reports{"waitingForYes", "ended (signal 9)", "signal 9"}));
 }
 
@@ -214,8 +213,7 @@ TEST(PairingSession, waitsASecondForTheLastOutputAndThenClosesTheTerminal) {
 TEST(PairingSession, endsForAnExitBeforeTheStartReturns) {
     Fixture f;
     auto setup = f.setup();
-    std::atomic<bool> isDraining = false;
-    std::atomic<bool> isDrained = false;
+    std::atomic<bool> isDraining = false, isDrained = false;
     UniqueFd held;
     f.duringWait = [&](Seconds) {
         isDraining = true;

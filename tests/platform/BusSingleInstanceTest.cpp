@@ -18,48 +18,6 @@ constexpr BusSingleInstance::Timeouts quick{.handOver = std::chrono::millisecond
                                             .end = std::chrono::milliseconds(200)};
 constexpr const char* name = "com.tarnik.node";
 
-// An instance as a program of its own: it calls acquire and then runs its event loop.
-class Copy {
-public:
-    explicit Copy(const PrivateBus& bus) : program_(bus) {}
-    ~Copy() { end(); }
-    Copy(const Copy&) = delete;
-    Copy& operator=(const Copy&) = delete;
-
-    // Returns at once.
-    void start(const std::optional<std::string>& link) {
-        program_.post([this, link] {
-            const MainThread mainThread{.post = [this](auto task) { program_.post(std::move(task)); }};
-            const auto requests = std::make_shared<OpenRequests>(mainThread);
-            requests->onLink([this](const std::string& opened) { links.push_back(opened); });
-            requests->onSecondOpen([this] { ++secondOpens; });
-            copy_ = std::make_unique<BusSingleInstance>(program_.bus(), requests, std::nullopt,
-                                                        BusSingleInstance::Timeouts());
-            outcome = copy_->acquire({.link = link});
-        });
-    }
-    void refuseRequests() {
-        program_.run([this] { copy_->refuseRequests(); });
-    }
-    // Blocks until all that was sent to it has arrived.
-    void settleDown() {
-        for (int i = 0; i < 2; ++i) program_.run([] {});  // a link may be posted once more
-    }
-    void end() {
-        program_.run([this] { copy_.reset(); });
-        program_.end();
-    }
-
-    // Read these after settleDown().
-    Links links;
-    int secondOpens = 0;
-    Outcome outcome = Outcome::unavailable;
-
-private:
-    std::unique_ptr<BusSingleInstance> copy_;
-    BusProgram program_;
-};
-
 // A second instance and the links that it receives itself.
 struct SecondStart {
     ManualMainThread mainThread;
@@ -75,47 +33,6 @@ struct SecondStart {
         return outcome;
     }
 };
-
-TEST(BusSingleInstance, handsLaterRequestsToTheFirst) {
-    const PrivateBus bus;
-    Copy first(bus);
-    first.start("tarnik://1");
-    first.settleDown();
-    ASSERT_EQ(first.outcome, Outcome::primary);
-    const SingleInstance::LaunchRequest later[] = {{.link = "tarnik://2"},
-                                                   {.link = "tarnik://3", .wantsWindow = false},
-                                                   {},
-                                                   {.wantsWindow = false},
-                                                   {.link = std::string(70000, 'x')}};
-    for (const auto& start : later) {
-        SecondStart second;
-        EXPECT_EQ(second.acquire(bus.connect(), start), Outcome::handedOver);
-        EXPECT_EQ(second.links, Links());
-    }
-    first.settleDown();
-    EXPECT_EQ(first.links, Links({"tarnik://1", "tarnik://2", "tarnik://3"}));
-    EXPECT_EQ(first.secondOpens, 2);  // the last link is too long to be one
-}
-
-TEST(BusSingleInstance, waitsForTheEndOfAnEndingInstance) {
-    for (const SingleInstance::LaunchRequest& start : {SingleInstance::LaunchRequest{.link = "tarnik://1"},
-                                                       SingleInstance::LaunchRequest{.wantsWindow = false}}) {
-        const PrivateBus bus;
-        Copy first(bus);
-        first.start(std::nullopt);
-        first.settleDown();
-        first.refuseRequests();
-        std::thread end([&] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the duration of its shutdown
-            first.end();
-        });
-        SecondStart second;
-        EXPECT_EQ(second.acquire(bus.connect(), start), Outcome::primary);
-        end.join();
-        EXPECT_EQ(second.links, start.link ? Links({*start.link}) : Links());
-        EXPECT_EQ(first.links, Links());
-    }
-}
 
 TEST(BusSingleInstance, losesNoLinkToAnOwnerThatDoesNotAcceptIt) {
     using Vanish = std::function<void()>;

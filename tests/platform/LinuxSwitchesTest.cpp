@@ -86,16 +86,6 @@ TEST(LinuxSwitches, followsTheAccessibilityBus) {
     EXPECT_EQ(desktop.opened(), "universal-access\n") << "one program, once";
 }
 
-TEST(LinuxSwitches, startsTheAccessibilityBus) {
-    const Desktop desktop;
-    desktop.bus.offer("org.a11y.Bus", "/bin/mkdir " + desktop.folder.path() + "/started");
-    const LinuxSwitches switches = desktop.switches();
-    EXPECT_TRUE(eventually([&] {
-        QCoreApplication::processEvents();
-        return std::filesystem::exists(desktop.folder.path() + "/started");
-    }));
-}
-
 // The portal, its permission store, and the user.
 struct Portal {
     const Desktop& desktop;

@@ -28,7 +28,7 @@ bool comesTrue(Condition condition, std::chrono::milliseconds limit = std::chron
     return condition();
 }
 
-// A message bus for one test. It starts no services but those of offer().
+// A message bus for one test. It starts no services.
 class PrivateBus {
 public:
     PrivateBus() {
@@ -36,8 +36,7 @@ public:
         if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("no file for the bus");
         file.write(
             "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context='default'>"
-            "<allow send_destination='*'/><allow eavesdrop='true'/><allow own='*'/></policy>");
-        file.write(("<servicedir>" + folder_.path() + "</servicedir></busconfig>").c_str());
+            "<allow send_destination='*'/><allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
         file.close();
         daemon_.start("dbus-daemon", {"--nofork", "--print-address", "--config-file=" + file.fileName()});
         if (!daemon_.waitForReadyRead()) throw std::runtime_error("no dbus-daemon");
@@ -48,17 +47,6 @@ public:
     ~PrivateBus() {
         daemon_.kill();
         daemon_.waitForFinished();
-    }
-
-    // Makes a call to the name start the command.
-    void offer(const std::string& name, const std::string& command) const {
-        QFile file(QString::fromStdString(folder_.path() + "/" + name + ".service"));
-        if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("no file for the service");
-        file.write(("[D-BUS Service]\nName=" + name + "\nExec=" + command + "\n").c_str());
-        file.close();
-        const auto reload = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                                           "org.freedesktop.DBus", "ReloadConfig");
-        connect().call(reload);
     }
 
     // Returns a new connection each time, like that of another program.

@@ -32,12 +32,9 @@ TEST(ChildProcess, sendsNoSignalAfterItWasReaped) {
 
 // Signals and, with a minus, the seconds of each wait.
 TEST(ChildProcess, stopsWithTermThenKill) {
-    const std::pair<int, std::vector<int>> cases[] = {
-        {SIGTERM, {SIGTERM, -3}},
-        {SIGKILL, {SIGTERM, -3, SIGKILL, -5}},
-        {0, {SIGTERM, -3, SIGKILL, -5}},
-    };
-    for (const auto& [endsAt, expected] : cases) {
+    const std::vector<int> all{SIGTERM, -3, SIGKILL, -5};
+    for (const auto& [endsAt, expected] :
+         {std::pair(SIGTERM, std::vector{SIGTERM, -3}), {SIGKILL, all}, {0, all}}) {
         std::vector<int> steps;
         ChildProcess* waited = nullptr;
         ChildProcess child(

@@ -11,17 +11,6 @@
 #include <unistd.h>
 
 namespace tarnik {
-namespace {
-
-constexpr pid_t firstPid = 1 << 29;  // above every real pid
-
-// Returns when every write end is closed.
-void awaitEndOfInput(const UniqueFd& fd) {
-    char byte = 0;
-    while (::read(fd.get(), &byte, 1) > 0) {}
-}
-
-}  // namespace
 
 FakeChild::FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, StopBehaviour stopBehaviour,
                      OnWait onWait)
@@ -30,23 +19,18 @@ FakeChild::FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, StopBeha
       stopBehaviour_(stopBehaviour),
       onWait_(std::move(onWait)),
       handle_(std::make_shared<ChildProcess>(
-          firstPid, [this](pid_t, int number) { signalled(number); },
+          1 << 29, [this](pid_t, int number) { signalled(number); },
           [this](Seconds timeout) { return waited(timeout); })) {
     const auto input = request_.standardInput.descriptor();
     if (!input || stopBehaviour_ == StopBehaviour::ignores) return;
     threads_.emplace_back([this, fd = UniqueFd::duplicate(*input)] {
-        awaitEndOfInput(fd);
+        for (char byte = 0; ::read(fd.get(), &byte, 1) > 0;) {}
         end(ExitStatus::exited(0));
     });
 }
 
 FakeChild::~FakeChild() {
     for (auto& thread : threads_) thread.join();
-}
-
-std::vector<int> FakeChild::signals() const {
-    const std::lock_guard lock(mutex_);
-    return signals_;
 }
 
 std::string FakeChild::stopping() const {
@@ -79,7 +63,6 @@ std::string FakeChild::typed() const {
 // Called under the handle's lock, so another thread reports the end, as for a real child.
 void FakeChild::signalled(int number) {
     const std::lock_guard lock(mutex_);
-    signals_.push_back(number);
     note("signal " + std::to_string(number));
     if (stopBehaviour_ == StopBehaviour::exits)
         threads_.emplace_back([this, number] { end(ExitStatus::signaled(number)); });
@@ -96,18 +79,14 @@ Seconds FakeChild::waited(Seconds timeout) {
     return Seconds::zero();
 }
 
-void FakeChild::note(const std::string& step) {
-    stopping_ += (stopping_.empty() ? "" : ", ") + step;
-}
-
 FakeChild& FakeSpawner::add(const SpawnRequest& request, ChildProcess::OnExit onExit) {
     children_.push_back(std::make_unique<FakeChild>(request, std::move(onExit), stopBehaviour, onWait));
     return *children_.back();
 }
 
 NodeSupervisorDeps::Spawn FakeSpawner::spawn() {
-    return [this](const SpawnRequest& request,
-                  ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<ChildProcess>, SystemError> {
+    using Started = std::expected<std::shared_ptr<ChildProcess>, SystemError>;
+    return [this](const SpawnRequest& request, ChildProcess::OnExit onExit) -> Started {
         if (failure) return std::unexpected(*failure);
         return add(request, std::move(onExit)).handle();
     };
@@ -115,17 +94,14 @@ NodeSupervisorDeps::Spawn FakeSpawner::spawn() {
 
 decltype(DriverHostDeps::launch) FakeSpawner::launchDriver() {
     return [this](const DriverLaunch& launch, int livenessFd, ChildProcess::OnExit onExit) {
-        return spawn()({.executable = launch.executable,
-                        .arguments = launch.arguments,
-                        .environment = launch.environment,
-                        .standardInput = Stdio::fd(livenessFd)},
-                       std::move(onExit));
+        const auto input = Stdio::fd(livenessFd);
+        return spawn()({launch.executable, launch.arguments, launch.environment, input}, std::move(onExit));
     };
 }
 
 PairingSession::SpawnPty FakeSpawner::spawnPty() {
-    return [this](const SpawnRequest& request,
-                  ChildProcess::OnExit onExit) -> std::expected<std::shared_ptr<PtyProcess>, SystemError> {
+    using Started = std::expected<std::shared_ptr<PtyProcess>, SystemError>;
+    return [this](const SpawnRequest& request, ChildProcess::OnExit onExit) -> Started {
         if (failure) return std::unexpected(*failure);
         int ends[2] = {-1, -1};
         EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);

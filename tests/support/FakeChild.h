@@ -21,7 +21,6 @@ namespace tarnik {
 class FakeChild {
 public:
     enum class StopBehaviour { exits, ignores };
-
     using OnWait = std::function<void(Seconds)>;
 
     FakeChild(SpawnRequest request, ChildProcess::OnExit onExit, StopBehaviour stopBehaviour, OnWait onWait);
@@ -31,8 +30,7 @@ public:
 
     const std::shared_ptr<ChildProcess>& handle() const { return handle_; }
     const SpawnRequest& request() const { return request_; }
-    std::vector<int> signals() const;
-    // Returns the steps of a stop that the child ignored: "10000 ms, signal 15, 5000 ms".
+    // Returns the signals, and the waits of a stop that the child ignored: "10000 ms, signal 15, 5000 ms".
     std::string stopping() const;
 
     // Ends the child and reports it. A second call does nothing.
@@ -48,7 +46,7 @@ public:
 private:
     void signalled(int number);
     Seconds waited(Seconds timeout);
-    void note(const std::string& step);
+    void note(const std::string& step) { stopping_ += (stopping_.empty() ? "" : ", ") + step; }
 
     const SpawnRequest request_;
     const ChildProcess::OnExit onExit_;
@@ -58,7 +56,6 @@ private:
     UniqueFd terminal_;
     mutable std::mutex mutex_;
     bool ended_ = false;
-    std::vector<int> signals_;
     std::string stopping_;
     std::vector<std::thread> threads_;
 };

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 
 #include <unistd.h>
 
@@ -21,10 +20,6 @@ namespace {
 
 constexpr auto quarantine = fs::perms::sticky_bit;
 
-std::string text(const std::string& path) {
-    return readFile(path, 100'000).value_or("");
-}
-
 bool isMarked(const fs::file_status& status) {
     return !fs::is_symlink(status) && (status.permissions() & quarantine) != fs::perms::none;
 }
@@ -33,20 +28,15 @@ bool isThere(const std::string& path) {
     return fs::exists(fs::symlink_status(path));
 }
 
-bool fail(int code) {
-    errno = code;
+bool move(const std::string& from, const std::string& to) {
+    if (!isThere(to)) return std::rename(from.c_str(), to.c_str()) == 0;
+    errno = EEXIST;
     return false;
 }
 
-bool move(const std::string& from, const std::string& to) {
-    if (isThere(to)) return fail(EEXIST);
-    return std::rename(from.c_str(), to.c_str()) == 0;
-}
-
 bool exchange(const std::string& one, const std::string& other) {
-    if (!isThere(one) || !isThere(other)) return fail(ENOENT);
     const std::string aside = other + ".aside";
-    return move(one, aside) && move(other, one) && move(aside, other);
+    return isThere(other) && move(one, aside) && move(other, one) && move(aside, other);
 }
 
 }  // namespace
@@ -54,10 +44,6 @@ bool exchange(const std::string& one, const std::string& other) {
 FakeMac::FakeMac() {
     for (const char* folder : {"/Applications", "/Downloads", "/Trash"}) fs::create_directory(at(folder));
     installed = at("/Applications/tarnik.app");
-}
-
-std::string FakeMac::read(const std::string& path) const {
-    return text(at(path));
 }
 
 std::set<std::string> FakeMac::entries(const std::string& folder) const {
@@ -72,12 +58,12 @@ bool FakeMac::isQuarantined(const std::string& path) const {
 
 std::string FakeMac::bundle(const std::string& path, const std::string& version) const {
     const std::string top = at(path);
-    fs::create_directories(top + "/Contents/MacOS");
-    std::ofstream(top + "/Contents/Info.plist") << propertyLists::xml(
-        "<dict><key>CFBundleVersion</key><string>7</string><key>CFBundleShortVersionString</key><string>" +
-        version + "</string></dict>");
-    std::ofstream(top + "/Contents/MacOS/tarnik") << version;
-    std::ofstream(top + "/Contents/team") << "TEAM";
+    root_.write(path + "/Contents/Info.plist",
+                propertyLists::xml("<dict><key>CFBundleVersion</key><string>7</string>"
+                                   "<key>CFBundleShortVersionString</key><string>" +
+                                   version + "</string></dict>"));
+    root_.write(path + "/Contents/MacOS/tarnik", version);
+    root_.write(path + "/Contents/team", "TEAM");
     fs::create_symlink(at("/Downloads"), top + "/Contents/link");
     for (const char* entry : {"", "/Contents/MacOS", "/Contents/MacOS/tarnik"})
         fs::permissions(top + entry, quarantine, fs::perm_options::add);
@@ -88,7 +74,7 @@ std::string FakeMac::versionAt(const std::string& path) const {
     const std::string top = at(path);
     if (!exists(top)) return "";
     const auto version = bundleVersion(top);
-    const bool isWhole = text(top + "/Contents/MacOS/tarnik") == version && exists(top + "/Contents/team");
+    const bool isWhole = read(path + "/Contents/MacOS/tarnik") == version && exists(top + "/Contents/team");
     return isWhole ? *version : "broken";
 }
 
@@ -151,7 +137,8 @@ RelocatorDeps FakeMac::deps() {
         .teamIdentifier = [](const auto& bundle) { return readFile(bundle + "/Contents/team", 100); },
         .satisfiesRequirement =
             [](const std::string& bundle, const std::string& team) {
-                return text(bundle + "/Contents/team") == team && !exists(bundle + "/Contents/forged");
+                return readFile(bundle + "/Contents/team", 100) == team &&
+                       !exists(bundle + "/Contents/forged");
             }};
     deps.bundles.files = files();
     deps.bundles.others = {.startedBefore = [this] { return others; },

@@ -20,7 +20,7 @@ public:
     FakeMac();
 
     std::string at(const std::string& path) const { return root_.path() + path; }
-    std::string read(const std::string& path) const;
+    std::string read(const std::string& path) const { return root_.read(path); }
     std::set<std::string> entries(const std::string& folder) const;
     bool isQuarantined(const std::string& path) const;
 

@@ -1,8 +1,5 @@
 #include "tests/support/FakeMachine.h"
 
-#include <filesystem>
-#include <fstream>
-
 #include <sys/stat.h>
 
 #include "tests/support/Eventually.h"
@@ -14,22 +11,15 @@ using namespace std::chrono_literals;
 
 const std::string origin = "https://tarnik.example";
 
-void write(const std::string& path) {
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path) << "";
-    ::chmod(path.c_str(), 0700);
-}
-
 }  // namespace
 
 FakeMachine::FakeMachine() {
     texts["NodeHome"] = folder.path() + "/node";
     deps.platform.mainThread = main.record();
-    deps.platform.defaults = {.text =
-                                  [this](const std::string& key) {
-                                      return texts.contains(key) ? std::optional(texts.at(key))
-                                                                 : std::nullopt;
-                                  },
+    const auto textOf = [this](const std::string& key) {
+        return texts.contains(key) ? std::optional(texts.at(key)) : std::nullopt;
+    };
+    deps.platform.defaults = {.text = textOf,
                               .flag = [this](const std::string& key) { return flags.contains(key); },
                               .setFlag = [this](const std::string& key) { flags.insert(key); }};
     deps.platform.switches.isOn = [this](Switch which) {
@@ -65,10 +55,9 @@ FakeMachine::FakeMachine() {
     deps.launchd = {.launchctl = [](const std::vector<std::string>&) { return ExitStatus::exited(0); },
                     .removeFile = [](const std::string&) { return true; }};
     deps.fetchAnswer = [this](const std::string& url) -> std::optional<std::string> {
-        for (const auto& good : goodLinks) {
+        for (const auto& good : goodLinks)
             if (url == origin + "/c/" + good + "/app")
                 return R"({"v":1,"join":"https://join.example/c/)" + good + R"("})";
-        }
         return std::nullopt;
     };
     deps.activity = [this](ActivitySources::RunningPID nodePID, ActivitySources::RunningPID driverPID) {
@@ -85,10 +74,6 @@ FakeMachine::FakeMachine() {
     deps.makeQueue = deps.supervisor.makeQueue = deps.driver.makeQueue = [this](const std::string& label) {
         return queues[label] = std::make_shared<ManualQueue>(clock);
     };
-}
-
-FakeMachine::~FakeMachine() {
-    model_.reset();
 }
 
 const std::shared_ptr<AppModel>& FakeMachine::sharedModel() {
@@ -108,30 +93,19 @@ const std::shared_ptr<AppModel>& FakeMachine::sharedModel() {
     return model_;
 }
 
-AppModel& FakeMachine::model() {
-    return *sharedModel();
-}
-
 void FakeMachine::install() const {
-    const auto home = NodeHome::resolve(texts.at("NodeHome"), folder.path()).value();
-    write(home.nodeBinary());
-    write(home.entry());
-}
-
-void FakeMachine::join() const {
-    write(NodeHome::resolve(texts.at("NodeHome"), folder.path()).value().joinRecord());
+    for (const auto& path : {home().nodeBinary(), home().entry()}) {
+        folder.write(path.substr(folder.path().size()), "");
+        ::chmod(path.c_str(), 0700);
+    }
 }
 
 void FakeMachine::leaveAgent() const {
-    std::filesystem::create_directories(folder.path() + "/Library/LaunchAgents");
-    std::ofstream(folder.path() + "/Library/LaunchAgents/com.tarnik.node.plist")
-        << R"(<plist version="1.0"><dict><key>Label</key><string>com.tarnik.node</string>)"
-        << R"(<key>EnvironmentVariables</key><dict><key>OPENCLAW_STATE_DIR</key><string>)"
-        << texts.at("NodeHome") << "</string></dict></dict></plist>";
-}
-
-std::string FakeMachine::link(char letter) {
-    return origin + "/c/" + code(letter);
+    folder.write(
+        "Library/LaunchAgents/com.tarnik.node.plist",
+        "<plist><dict><key>Label</key><string>com.tarnik.node</string><key>EnvironmentVariables</key>"
+        "<dict><key>OPENCLAW_STATE_DIR</key><string>" +
+            texts.at("NodeHome") + "</string></dict></dict></plist>");
 }
 
 void FakeMachine::settle() {
@@ -144,9 +118,8 @@ void FakeMachine::advance(Seconds by) {
     constexpr Seconds step = 500ms;
     for (Seconds gone = 0s; gone < by; gone += step) {
         main.advance(std::min(step, by - gone));
-        for (const auto& [label, queue] : queues) {
+        for (const auto& [label, queue] : queues)
             if (!queue->isHolding()) queue->runWaiting();
-        }
         settle();
     }
 }
@@ -168,9 +141,8 @@ bool FakeMachine::pairingIs(const PairingPhase& phase) {
 
 std::size_t FakeMachine::live(FakeSpawner& spawner) {
     std::size_t count = 0;
-    for (std::size_t index = 0; index < spawner.count(); ++index) {
-        if (!spawner.at(index).handle()->exitStatus()) ++count;
-    }
+    for (std::size_t index = 0; index < spawner.count(); ++index)
+        if (spawner.at(index).handle()->isRunning()) ++count;
     return count;
 }
 

@@ -21,20 +21,21 @@ namespace tarnik {
 class FakeMachine {
 public:
     FakeMachine();
-    ~FakeMachine();
+    ~FakeMachine() { model_.reset(); }
     FakeMachine(const FakeMachine&) = delete;
     FakeMachine& operator=(const FakeMachine&) = delete;
 
     // Made at the first use. Change the fields below before that.
-    AppModel& model();
+    AppModel& model() { return *sharedModel(); }
     const std::shared_ptr<AppModel>& sharedModel();
     const AppState& state() { return model().state(); }
 
+    NodeHome home() const { return NodeHome::resolve(texts.at("NodeHome"), folder.path()).value(); }
     void install() const;
-    void join() const;
-    void leaveAgent() const;                     // a LaunchAgent of a command-line install
-    static std::string link(char letter = 'a');  // a link whose code is this letter 22 times
+    void join() const { folder.write(home().joinRecord().substr(folder.path().size()), ""); }
+    void leaveAgent() const;  // a LaunchAgent of a command-line install
     static std::string code(char letter) { return std::string(22, letter); }
+    static std::string link(char letter = 'a') { return "https://tarnik.example/c/" + code(letter); }
     static JoinCode joinCode(char letter) { return {.text = code(letter), .link = link(letter)}; }
 
     // Connects by the link and gives up the current account.

@@ -4,18 +4,6 @@
 
 namespace tarnik {
 
-TimePoint ManualClock::now() const {
-    const std::lock_guard lock(mutex_);
-    return now_;
-}
-
-void ManualClock::set(TimePoint now) {
-    const std::lock_guard lock(mutex_);
-    now_ = now;
-}
-
-ManualQueue::ManualQueue(std::shared_ptr<ManualClock> clock) : clock_(std::move(clock)) {}
-
 void ManualQueue::post(Task task) {
     {
         const std::lock_guard lock(mutex_);
@@ -36,10 +24,6 @@ void ManualQueue::cancel(Timer timer) {
     dropped = schedule_.cancel(timer);
 }
 
-void ManualQueue::run(const Task& task) {
-    post(task);
-}
-
 void ManualQueue::close() {
     const std::lock_guard turn(running_);
     TaskSchedule dropped;
@@ -50,41 +34,29 @@ void ManualQueue::close() {
 
 void ManualQueue::advance(Seconds by) {
     const TimePoint target = after(clock_->now(), by);
-    while (true) {
-        std::optional<TimePoint> due;
-        {
-            const std::lock_guard lock(mutex_);
-            due = schedule_.nextDue();
-        }
-        if (!due || *due > target) break;
-        if (*due > clock_->now()) clock_->set(*due);
+    const auto nextDue = [this] {
+        const std::lock_guard lock(mutex_);
+        return schedule_.nextDue();
+    };
+    for (auto due = nextDue(); due && *due <= target; due = nextDue()) {
+        clock_->set(std::max(*due, clock_->now()));
         runWaiting();
     }
     clock_->set(target);
-}
-
-void ManualQueue::letGo() {
-    holding_ = false;
-    runWaiting();
 }
 
 // Other threads wait for the running task, so that a posted task is done when post() returns. A task posted
 // by a task runs after it.
 bool ManualQueue::runWaiting() {
     const std::lock_guard turn(running_);
-    bool ran = false;
-    if (draining_) return ran;
+    if (draining_) return false;
     draining_ = true;
-    while (true) {
-        std::optional<TaskSchedule::Task> task;
-        {
-            const std::lock_guard lock(mutex_);
-            task = schedule_.take(clock_->now());
-        }
-        if (!task) break;
-        (*task)();
-        ran = true;
-    }
+    const auto take = [this] {
+        const std::lock_guard lock(mutex_);
+        return schedule_.take(clock_->now());
+    };
+    bool ran = false;
+    for (auto task = take(); task; task = take(), ran = true) (*task)();
     draining_ = false;
     return ran;
 }

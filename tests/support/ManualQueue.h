@@ -12,31 +12,34 @@ namespace tarnik {
 // A clock that only a test advances.
 class ManualClock {
 public:
-    TimePoint now() const;
-    void set(TimePoint now);
+    TimePoint now() const { return now_; }
+    void set(TimePoint now) { now_ = now; }
 
 private:
-    mutable std::mutex mutex_;
-    TimePoint now_{std::chrono::hours(1)};
+    std::atomic<TimePoint> now_{TimePoint(std::chrono::hours(1))};
 };
 
 // A serial queue without a thread. A posted task runs at once on the posting thread, unless a task is running
 // or the queue is held; then it waits. Delayed tasks run in advance(), with the clock at their due time.
 class ManualQueue final : public SerialQueue {
 public:
-    explicit ManualQueue(std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>());
+    explicit ManualQueue(std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>())
+        : clock_(std::move(clock)) {}
 
     void post(Task task) override;
     Timer postAfter(Seconds delay, Task task) override;
     void cancel(Timer timer) override;
-    void run(const Task& task) override;
+    void run(const Task& task) override { post(task); }
     void close() override;
 
     void advance(Seconds by);
 
     // Between hold() and letGo() posted tasks wait for runWaiting() or advance().
     void hold() { holding_ = true; }
-    void letGo();
+    void letGo() {
+        holding_ = false;
+        runWaiting();
+    }
     bool isHolding() const { return holding_; }
 
     // Runs the due tasks. Returns true if there were any.

@@ -34,9 +34,8 @@ TEST(ActivitySources, keepTheUnknownUnknown) {
 
     // Without a node there are no holders, even if the process table is unreadable.
     from.nodePID = from.driverPID = [] { return std::nullopt; };
-    const ActivitySample idle = from.sample({});
-    EXPECT_EQ(idle.nodeHoldsAwake, false);
-    EXPECT_EQ(idle.holders, std::vector<KeepAwakeHolder::Seen>());
+    EXPECT_EQ(from.sample({}).nodeHoldsAwake, false);
+    EXPECT_EQ(from.sample({}).holders, std::vector<KeepAwakeHolder::Seen>());
 }
 
 }  // namespace

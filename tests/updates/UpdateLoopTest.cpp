@@ -15,11 +15,10 @@ std::vector<UpdateInstallAction> answers(std::string_view events) {
     std::vector<UpdateInstallAction> said;
     for (const char event : events) {
         if (event == 'r') loop.updateReady();
-        if (event == 'o') {
-            now += std::chrono::duration_cast<TimePoint::duration>(loop.watch.quietFor / 2);
+        if (event == 'o') now = after(now, loop.watch.quietFor / 2);
+        if (event == 'o')
             said.push_back(
                 loop.observe({.at = {.steady = now, .process = {}}, .nodeHoldsAwake = false}, now));
-        }
         if (event == 'm') said.push_back(loop.menuClick());
         if (event == 'q') said.push_back(loop.quit());
     }

@@ -158,16 +158,6 @@ TEST(MainView, showsForeignTextVerbatim) {
     EXPECT_TRUE(view.button(QString::fromStdString(outside))->shortcut().isEmpty());
 }
 
-TEST(MainView, breaksLongWords) {
-    auto content = sampleContent("install-failed");
-    content.paragraphs = {std::string(600, 'w')};
-    ShownView view(content);
-    for (const auto* label : view.window.findChildren<QLabel*>())
-        if (label->isVisible()) {
-            EXPECT_LE(label->mapTo(&view.window, label->rect().topRight()).x(), view.window.width());
-        }
-}
-
 TEST(MainView, announcesNewsToScreenReaders) {
     ShownView view(sampleContent("connect"));
     const auto refused = sampleContent("refused-link");
