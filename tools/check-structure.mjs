@@ -81,7 +81,7 @@ function whyNotInclude(file, name, quoted) {
         if (area === 'tests' || area === 'bench') return undefined;
         if (toArea === 'tests' || toArea === 'bench') return `is in ${toArea}/, which only tests and measurements include`;
         if (area === 'devkit') return 'is ours: the stand-ins are programs of their own';
-        if (area === 'app') return whyNotPlatform(file, name);
+        if (area === 'app') return whyNotFace(file, name) ?? whyNotPlatform(file, name);
         if (toArea === 'app') return 'is in app/, above core/';
         if (toFolder === folder || floors[toFolder] < floors[folder]) return undefined;
         return `is not on a floor below core/${folder}/`;
@@ -97,6 +97,13 @@ function whyNotInclude(file, name, quoted) {
         return toolkitHeader.test(name) && !drawn ? 'is of the toolkit, outside app/views/, app/desktop/ and app/platform/' : undefined;
     }
     return standardHeader.test(name) || systemHeader.test(name) ? undefined : 'is neither standard nor of the system';
+}
+
+// The faces are the top floor of app/. The commands start them.
+function whyNotFace(file, name) {
+    const isAbove = /^app\/((views|desktop|console|commands)\/|main(_\w+)?\.cpp$)/.test(file);
+    const isFace = /^app\/(views|desktop|console)\//.test(name);
+    return isFace && !isAbove ? 'is of a face, above the rest of app/' : undefined;
 }
 
 function whyNotPlatform(file, name) {
