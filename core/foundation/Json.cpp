@@ -188,6 +188,12 @@ std::optional<std::int64_t> Json::asInteger() const {
     return number != nullptr ? wholeNumber(number->text) : std::nullopt;
 }
 
+std::optional<bool> Json::asBoolean() const {
+    const auto* literal = std::get_if<Literal>(&value_);
+    if (literal == nullptr || literal->text == "null") return std::nullopt;
+    return literal->text == "true";
+}
+
 const Json* Json::member(std::string_view key) const {
     const auto found = std::ranges::lower_bound(members(), key, {}, &Member::key);
     return found != members().end() && found->key == key ? &found->value : nullptr;

@@ -47,6 +47,9 @@ public:
     // Returns an integer in any notation: 1, 1.0 and 10e-1 are 1. Returns std::nullopt for any other value.
     std::optional<std::int64_t> asInteger() const;
 
+    // Returns std::nullopt for any value but true and false.
+    std::optional<bool> asBoolean() const;
+
     // Returns null if there is no such member or this isn't an object.
     const Json* member(std::string_view key) const;
     // Returns the members ordered by key; empty if this isn't an object.

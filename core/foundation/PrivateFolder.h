@@ -32,6 +32,9 @@ public:
 
     void remove(const std::string& name) const;
 
+    // Returns the open folder, for calls that this class doesn't have.
+    int descriptor() const { return folder_.get(); }
+
 private:
     explicit PrivateFolder(UniqueFd folder) : folder_(std::move(folder)) {}
 

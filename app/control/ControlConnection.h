@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "app/control/ControlProtocol.h"
+#include "core/foundation/Time.h"
+#include "core/foundation/UniqueFd.h"
+
+namespace tarnik {
+
+// The time limits of a connection to the control socket.
+struct ControlLimits {
+    Seconds request = Seconds(10);  // for the next complete request, while no request is executed
+    Seconds answer = Seconds(10);   // for reading an answer
+};
+
+// One client of the control socket: the bytes of its next requests, and the answers that it has not read yet.
+//
+// Owned by ControlServer and used on its thread only. Its memory is bounded: it reads no further while a
+// request is executed or an answer waits, and a newer update of a stream replaces one that waits.
+class ControlConnection {
+public:
+    ControlConnection(UniqueFd socket, ControlLimits limits);
+
+    int descriptor() const { return socket_.get(); }
+
+    // Returns the events for poll(2); 0 if the connection waits for the program.
+    short events() const;
+
+    // Returns the time at which the connection is closed if nothing happens before.
+    std::optional<TimePoint> due() const;
+
+    void read();
+    void write();
+
+    // Returns the next complete line, or std::nullopt if there is none or if a request is executed.
+    std::optional<std::string> nextLine();
+
+    // Adds the line of an answer. Returns at once.
+    void add(const std::string& line, std::int64_t id, ControlAnswer::Position position);
+
+    // Call after nextLine() has returned a request that the program executes.
+    void beginRequest() { turn_ = Turn::program; }
+
+    // Returns true if the connection can be closed.
+    bool isOver(TimePoint now) const;
+
+private:
+    // Who acts next: the client sends a request, the program executes it, or the client reads the reply.
+    enum class Turn { client, program, reader };
+
+    bool wantsInput() const;
+    void queue(const std::string& line);
+
+    UniqueFd socket_;
+    const ControlLimits limits_;
+    Turn turn_ = Turn::client;
+    std::string input_;
+    std::string output_;                  // is being sent
+    std::optional<std::string> update_;   // of the stream; sent after output_
+    std::optional<std::int64_t> stream_;  // the id of the open stream
+    bool inputEnded_ = false;
+    bool broken_ = false;
+    TimePoint due_;
+};
+
+}  // namespace tarnik
