@@ -4,6 +4,10 @@
 
 #include <unistd.h>
 
+#include "app/journal/ChildRecorder.h"
+#include "app/journal/RecordedOperations.h"
+#include "app/journal/StateRecorder.h"
+#include "app/model/ChosenHome.h"
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
@@ -17,8 +21,6 @@ UserDefaults withNodeHome(UserDefaults defaults, const std::optional<std::string
     };
     return defaults;
 }
-
-using OnRelocated = std::function<void(RelocationOutcome)>;
 
 // Delays the launch until the switches are known. A launch that took unknown switches for off would show the
 // window for no reason.
@@ -35,11 +37,18 @@ Application::Application(const CommandLine& line, HostEnvironment host, const Pr
                          Platform platform)
     : place_(place),
       platform_(std::move(platform)),
-      model_(std::make_shared<AppModel>(std::move(host), modelDeps(line))) {}
+      journal_(
+          std::make_shared<Journal>(place_.folders.stateFolder() + "/" + std::string(Journal::fileName))),
+      model_(makeModel(line, std::move(host))) {
+    recordStart(*journal_, model_->state().homeError);
+    model_->observe([journal = journal_](const AppState& now, const AppState& next) {
+        recordChange(*journal, now, next);
+    });
+}
 
 Application::~Application() = default;
 
-AppModelDeps Application::modelDeps(const CommandLine& line) const {
+std::shared_ptr<AppModel> Application::makeModel(const CommandLine& line, HostEnvironment host) const {
     auto platform = platform_.model;
     platform.defaults = withNodeHome(platform.defaults, line.nodeHome);
     platform.detach = [tasks = tasks_](const std::string& label, BackgroundTasks::Task task) {
@@ -47,7 +56,11 @@ AppModelDeps Application::modelDeps(const CommandLine& line) const {
     };
     auto deps = AppModelDeps::production(std::move(platform));
     deps.driver = platform_.driver;
+    deps.driver.onEvent = recordDriver(journal_);
+    const auto home = chosenHome(deps.platform.defaults, host.userFolder);
+    deps.supervisor.onEvent = recordHelper(journal_, home ? std::optional(*home) : std::nullopt);
     deps.supervisor.connectedAfter = line.connectedAfter;
+    deps.installer = recorded(journal_, std::move(deps.installer));
     if (line.keepAwake) {
         deps.activity = [path = *line.keepAwake](auto nodePID, auto driverPID) {
             auto sources = ActivitySources::production(std::move(nodePID), std::move(driverPID));
@@ -55,7 +68,7 @@ AppModelDeps Application::modelDeps(const CommandLine& line) const {
             return sources;
         };
     }
-    return deps;
+    return std::make_shared<AppModel>(std::move(host), std::move(deps));
 }
 
 AppDelegate& Application::attach(Face face) {
@@ -72,13 +85,13 @@ AppDelegate& Application::attach(Face face) {
             .installPath = platform_.installPath,
             .relocateIfNeeded =
                 [this](auto done) {
-                    relocator_->relocateIfNeeded(
-                        whenSwitchesAreKnown(platform_.model.switches, std::move(done)));
+                    relocator_->relocateIfNeeded(whenSwitchesAreKnown(
+                        platform_.model.switches, recordedOutcome(journal_, std::move(done))));
                 },
             .recordWindow = [this](const std::string& reason) { relocator_->recordWindow(reason); },
             .handLinkOn = [this](const std::string& link) { relocator_->handLinkOn(link); },
             .takeHandedLink = [this] { return relocator_->takeHandedLink(); },
-            .takeNodeHome = [this](auto done) { homeOwner_->take(std::move(done)); },
+            .takeNodeHome = [this](auto done) { homeOwner_->take(recordedOwner(journal_, std::move(done))); },
             .ensureLoginItem =
                 [this] {
                     if (!platform_.loginItem.registerItem) return;
@@ -89,16 +102,16 @@ AppDelegate& Application::attach(Face face) {
                 [this] {
                     const auto settings =
                         place_.bundle ? UpdateSettings::fromBundle(*place_.bundle) : UpdateSettings{};
-                    return std::make_unique<Updater>(settings,
-                                                     Updater::Deps{.framework = platform_.updates,
-                                                                   .mainThread = platform_.model.mainThread,
-                                                                   .log = platform_.updaterLog});
+                    return std::make_unique<Updater>(
+                        settings, Updater::Deps{.framework = recorded(journal_, platform_.updates),
+                                                .mainThread = platform_.model.mainThread,
+                                                .log = platform_.updaterLog});
                 },
             .takesLinks = std::move(face.onReady),
             .showsWindow = face.showsWindow,
             .mainThread = mainThread,
             .presentation = std::move(face.presentation),
-            .events = platform_.events},
+            .events = recorded(journal_, platform_.events)},
         model_);
 }
 
@@ -107,7 +120,8 @@ void Application::launch() {
     platform_.model.mainThread.post([this] { delegate_->didFinishLaunching(); });
 }
 
-int Application::finish(int exitStatus) const {
+int Application::finish(int exitStatus) {
+    recordEnd(*journal_, exitStatus);
     if (!tasks_.isIdle()) ::_exit(exitStatus);
     return exitStatus;
 }

@@ -9,6 +9,7 @@
 #include "app/CommandLine.h"
 #include "app/NodeHomeOwner.h"
 #include "app/ProgramStart.h"
+#include "app/journal/Journal.h"
 #include "app/model/AppModel.h"
 #include "app/platform/AppPlatform.h"
 #include "app/platform/LoginItemService.h"
@@ -16,7 +17,8 @@
 
 namespace tarnik {
 
-// Creates and owns the model, the relocator, the lock of the node home, and the delegate, for either face.
+// Creates and owns the journal, the model, the relocator, the lock of the node home, and the delegate, for
+// either face.
 //
 // Owned by runDesktop() or runConsole(). Main thread only. The constructor creates the model. The caller then
 // creates the face, and attach() creates the delegate.
@@ -49,6 +51,7 @@ public:
     Application& operator=(const Application&) = delete;
 
     const std::shared_ptr<AppModel>& model() const { return model_; }
+    const std::shared_ptr<Journal>& journal() const { return journal_; }
 
     // Creates the delegate, which uses the face until the event loop has ended. Call once.
     AppDelegate& attach(Face face);
@@ -56,17 +59,19 @@ public:
     // Accepts links, and posts the rest of the launch to the event loop.
     void launch();
 
-    // Returns `exitStatus`. If a background task is still running, such as a download, ends the process with
-    // this status at once instead: tasks are never joined, and each can be interrupted at any moment.
-    int finish(int exitStatus) const;
+    // Records the end and returns `exitStatus`. If a background task is still running, such as a download,
+    // ends the process with this status at once instead: tasks are never joined, and each can be interrupted
+    // at any moment.
+    int finish(int exitStatus);
 
 private:
-    AppModelDeps modelDeps(const CommandLine& line) const;
+    std::shared_ptr<AppModel> makeModel(const CommandLine& line, HostEnvironment host) const;
 
     const BackgroundTasks tasks_;
     const ProgramLocation place_;
     Platform platform_;
     std::optional<NodeHomeOwner> homeOwner_;  // outlives model_, which uses the home
+    const std::shared_ptr<Journal> journal_;  // also held by the operations that record
     const std::shared_ptr<AppModel> model_;
     std::optional<Relocator> relocator_;
     std::optional<AppDelegate> delegate_;

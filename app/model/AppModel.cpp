@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/model/AgentTakeover.h"
+#include "app/model/ChosenHome.h"
 #include "app/texts/FailureTexts.h"
 #include "app/texts/LinkTexts.h"
 #include "core/foundation/TarnikIdentity.h"
@@ -25,8 +26,7 @@ AppModel::AppModel(HostEnvironment host, AppModelDeps deps)
     makePairing();
     state_.grantsGoStale = deps_.platform.switches.grantsGoStale;
     state_.accessibilityWasOn = deps_.platform.defaults.flag(accessibilityWasOnKey);
-    const auto chosen = deps_.platform.defaults.text(std::string(TarnikIdentity::nodeHomeDefaultsKey));
-    auto home = NodeHome::resolve(chosen, host_.userFolder);
+    auto home = chosenHome(deps_.platform.defaults, host_.userFolder);
     if (!home) {
         state_.homeError = describe(home.error());
         return;

@@ -33,7 +33,9 @@ void DriverHost::setEnabled(bool enabled) {
         if (enabled) return startIfNeeded();
         restarter_.cancelRestart();
         setState(State::off);
+        const bool wasRunning = running_.has_value();
         stopRunning();
+        if (wasRunning) deps_.onEvent(ChildEvents::Stopped{});
     });
 }
 
@@ -44,6 +46,7 @@ void DriverHost::permissionsChanged() {
         if (running_) {
             setState(State::starting);
             stopRunning();
+            deps_.onEvent(ChildEvents::Stopped{});
         }
         startIfNeeded();
     });
@@ -79,12 +82,15 @@ void DriverHost::startIfNeeded() {
     if (deps_.isSuperseded()) return setState(State::idle);
     if (!setup_.executable) {
         log_("the desktop driver isn't in this build of the app");
+        deps_.onEvent(ChildEvents::StartFailed{"this build of tarnik has none"});
         return setState(State::idle);
     }
     reapStale();
     const auto directory = DriverSocketDirectory::create(setup_.applicationSupport);
     if (!directory) {
         log_(describe(directory.error()));
+        deps_.onEvent(ChildEvents::StartFailed{describe(directory.error())});
+        deps_.onEvent(ChildEvents::GivenUp{});
         return setState(State::idle);
     }
     launch(*directory);
@@ -94,11 +100,13 @@ void DriverHost::launch(const DriverSocketDirectory& directory) {
     if (const auto error = spawn(directory)) {
         directory.cleanup();
         log_("the desktop driver didn't start: " + describe(*error));
+        deps_.onEvent(ChildEvents::StartFailed{describe(*error)});
         return scheduleRestart();
     }
     if (!directory.writeProcessIdentifier(running_->child->pid())) {
         log_("couldn't record the desktop driver's pid");
         stopRunning();
+        deps_.onEvent(ChildEvents::StartFailed{"its process id couldn't be recorded"});
         return scheduleRestart();
     }
     switch (awaitReadiness()) {
@@ -110,13 +118,19 @@ void DriverHost::launch(const DriverSocketDirectory& directory) {
             const auto status = running_->child->exitStatus();
             forgetRunning();
             log_("the desktop driver stopped before it was ready (" + describe(*status) + ")");
+            deps_.onEvent(ChildEvents::Ended{*status});
             return scheduleRestart();
         }
-        case Readiness::timedOut: log_("the desktop driver didn't become ready in time"); break;
-        case Readiness::superseded: break;
+        case Readiness::timedOut:
+            log_("the desktop driver didn't become ready in time");
+            stopRunning();
+            deps_.onEvent(ChildEvents::StartFailed{"it wasn't ready in time"});
+            return scheduleRestart();
+        case Readiness::superseded:
+            stopRunning();
+            deps_.onEvent(ChildEvents::Stopped{});
+            return scheduleRestart();
     }
-    stopRunning();
-    scheduleRestart();
 }
 
 std::optional<SystemError> DriverHost::spawn(const DriverSocketDirectory& directory) {
@@ -135,7 +149,9 @@ std::optional<SystemError> DriverHost::spawn(const DriverSocketDirectory& direct
         restarter_.endRun();
         return child.error();
     }
+    const auto pid = (*child)->pid();
     running_ = Running{std::move(*child), directory, std::move(liveness->writeEnd)};
+    deps_.onEvent(ChildEvents::Started{pid});
     return std::nullopt;
 }
 
@@ -153,6 +169,7 @@ DriverHost::Readiness DriverHost::awaitReadiness() const {
 }
 
 void DriverHost::exited(ExitStatus status) {
+    deps_.onEvent(ChildEvents::Ended{status});
     scheduleRestart();
     forgetRunning();
     log_("the desktop driver stopped unexpectedly (" + describe(status) + ")");
@@ -180,9 +197,15 @@ void DriverHost::reapStale() const {
 // After the last delay the driver is not restarted until a switch changes. If a newer call waits, that call
 // decides about the restart.
 void DriverHost::scheduleRestart() {
-    if (deps_.isSuperseded() || restartAttempt_ >= deps_.restartDelays.size()) return setState(State::idle);
-    restarter_.restartAfter(deps_.restartDelays[restartAttempt_++]);
+    if (deps_.isSuperseded()) return setState(State::idle);
+    if (restartAttempt_ >= deps_.restartDelays.size()) {
+        deps_.onEvent(ChildEvents::GivenUp{});
+        return setState(State::idle);
+    }
+    const Seconds delay = deps_.restartDelays[restartAttempt_++];
+    restarter_.restartAfter(delay);
     setState(State::restarting);
+    deps_.onEvent(ChildEvents::RestartPlanned{delay});
 }
 
 // The only place that changes the state and the endpoint.

@@ -12,6 +12,7 @@
 #include "core/driver/DriverLaunch.h"
 #include "core/driver/DriverSocketDirectory.h"
 #include "core/foundation/SystemError.h"
+#include "core/process/ChildEvent.h"
 #include "core/process/ChildProcess.h"
 #include "core/process/ChildRestarter.h"
 
@@ -22,7 +23,6 @@ struct DriverHostDeps {
     using LaunchResult = std::expected<std::shared_ptr<ChildProcess>, SystemError>;
     // Returns a descriptor for one driver's output. An empty one sends the output to /dev/null.
     using AttachOutput = std::function<UniqueFd()>;
-
     // Starts a driver with `livenessFd`, which is borrowed, as its standard input.
     std::function<LaunchResult(const DriverLaunch&, int livenessFd, ChildProcess::OnExit onExit)> launch;
     std::function<bool(const std::string& socketPath)> socketReady;  // must not block
@@ -32,6 +32,7 @@ struct DriverHostDeps {
     std::vector<Seconds> restartDelays{Seconds(1), Seconds(2), Seconds(4), Seconds(8), Seconds(10)};
     // Returns true while a newer setEnabled() or shutdown() waits. A start in progress is then abandoned.
     std::function<bool()> isSuperseded = [] { return false; };
+    OnChildEvent onEvent = [](const ChildEvent&) {};
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
     static DriverHostDeps production(AttachOutput attachOutput = {});  // real children, the steady clock
@@ -69,8 +70,7 @@ public:
     // Starts no driver. `log` receives lower-case one-line messages. Both callbacks run on the private queue.
     DriverHost(Setup setup, DriverHostDeps deps, Log log, OnEndpointChange onEndpointChange);
 
-    // Calls shutdown().
-    ~DriverHost();
+    ~DriverHost();  // calls shutdown()
     DriverHost(const DriverHost&) = delete;
     DriverHost& operator=(const DriverHost&) = delete;
 

@@ -84,6 +84,7 @@ void NodeSupervisor::startIfNeeded() {
     if (!home_.hasJoined()) return setState(WaitingForLink{});
     if (const auto error = spawnNode()) {
         log_("couldn't start the node: " + describe(*error));
+        deps_.onEvent(ChildEvents::StartFailed{describe(*error)});
         return scheduleRestart(Seconds::zero());
     }
     setState(Running{});
@@ -111,17 +112,22 @@ std::optional<SystemError> NodeSupervisor::spawnNode() {
         restarter_.endRun();
         return child.error();
     }
+    const auto pid = (*child)->pid();
     current_ = Node{std::move(*child), std::move(input->writeEnd)};
+    deps_.onEvent(ChildEvents::Started{pid});
     return std::nullopt;
 }
 
 void NodeSupervisor::stopCurrent() {
     Current ending = takeCurrent();
+    const bool isRunning =
+        !std::holds_alternative<std::monostate>(ending) && std::holds_alternative<Running>(state_);
     if (auto* node = std::get_if<Node>(&ending)) {
         node->child->stop(StopSequences::node, std::move(node->input));
     } else if (const auto* pairing = std::get_if<Pairing>(&ending)) {
         (*pairing)->cancel();
     }
+    if (isRunning) deps_.onEvent(ChildEvents::Stopped{});
 }
 
 // Returns the current run and clears it. Its later events, such as its exit report, are ignored.
@@ -134,6 +140,7 @@ NodeSupervisor::Current NodeSupervisor::takeCurrent() {
 void NodeSupervisor::exited(ExitStatus status, Seconds ranFor, RunKind kind) {
     takeCurrent();
     log_("the node stopped (" + describe(status) + ")");
+    if (std::holds_alternative<Running>(state_)) deps_.onEvent(ChildEvents::Ended{status});
     // A pairing that ended without joining leaves the node waiting for another link.
     if (kind == RunKind::pairing && !home_.hasJoined()) return setState(WaitingForLink{});
     scheduleRestart(ranFor);
@@ -142,6 +149,7 @@ void NodeSupervisor::exited(ExitStatus status, Seconds ranFor, RunKind kind) {
 void NodeSupervisor::scheduleRestart(Seconds ranFor) {
     const Seconds delay = backoff_.next(ranFor);
     setState(Restarting{delay});
+    deps_.onEvent(ChildEvents::RestartPlanned{delay});
     restarter_.restartAfter(delay);
 }
 

@@ -12,6 +12,7 @@
 #include "core/node/NodeState.h"
 #include "core/node/RestartBackoff.h"
 #include "core/pairing/PairingSession.h"
+#include "core/process/ChildEvent.h"
 #include "core/process/ChildRestarter.h"
 #include "core/process/Spawner.h"
 
@@ -19,15 +20,15 @@ namespace tarnik {
 
 // The effects and the times of NodeSupervisor.
 struct NodeSupervisorDeps {
-    using Spawn = std::function<decltype(Spawner::spawn)>;
-    Spawn spawn;                        // starts the node in its normal mode
-    PairingSession::SpawnPty spawnPty;  // starts the connect command
+    std::function<decltype(Spawner::spawn)> spawn;  // starts the node in its normal mode
+    PairingSession::SpawnPty spawnPty;              // starts the connect command
     std::function<TimePoint()> now;
     Seconds pairingGrace = Seconds(90);    // from the confirmation until a pairing may be interrupted
     Seconds connectedAfter = Seconds(15);  // from the confirmation until a running command is connected
     Seconds outputGrace = Seconds(5);      // from the node's exit until its output is closed here
     std::shared_ptr<NodeLog> nodeLog;      // null sends the node's output to /dev/null
     std::function<bool()> isEnding = [] { return false; };  // if true, no child is started
+    OnChildEvent onEvent = [](const ChildEvent&) {};        // not called for a pairing that doesn't connect
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
     static NodeSupervisorDeps production();  // real children, the steady clock, no log
@@ -61,8 +62,7 @@ public:
                    std::function<void(const std::string&)> log,
                    std::function<void(const NodeState&)> onState);
 
-    // Calls stop().
-    ~NodeSupervisor();
+    ~NodeSupervisor();  // calls stop()
     NodeSupervisor(const NodeSupervisor&) = delete;
     NodeSupervisor& operator=(const NodeSupervisor&) = delete;
 

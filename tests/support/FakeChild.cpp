@@ -84,7 +84,7 @@ FakeChild& FakeSpawner::add(const SpawnRequest& request, ChildProcess::OnExit on
     return *children_.back();
 }
 
-NodeSupervisorDeps::Spawn FakeSpawner::spawn() {
+decltype(NodeSupervisorDeps::spawn) FakeSpawner::spawn() {
     using Started = std::expected<std::shared_ptr<ChildProcess>, SystemError>;
     return [this](const SpawnRequest& request, ChildProcess::OnExit onExit) -> Started {
         if (failure) return std::unexpected(*failure);

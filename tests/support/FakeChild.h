@@ -63,7 +63,7 @@ private:
 // Replaces Spawner::spawn and PtyProcess::spawn. Owns the children.
 class FakeSpawner {
 public:
-    NodeSupervisorDeps::Spawn spawn();
+    decltype(NodeSupervisorDeps::spawn) spawn();
     PairingSession::SpawnPty spawnPty();
     decltype(DriverHostDeps::launch) launchDriver();
 

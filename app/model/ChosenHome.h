@@ -1,0 +1,15 @@
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "app/platform/UserDefaults.h"
+#include "core/node/NodeHome.h"
+
+namespace tarnik {
+
+// Returns the node home that the preferences choose, or the default one below the user's home folder.
+std::expected<NodeHome, NodeHome::ResolveError> chosenHome(const UserDefaults& defaults,
+                                                           const std::string& userFolder);
+
+}  // namespace tarnik

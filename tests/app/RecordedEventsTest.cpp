@@ -1,0 +1,157 @@
+#include <algorithm>
+#include <source_location>
+
+#include <gtest/gtest.h>
+
+#include "app/journal/ChildRecorder.h"
+#include "app/journal/RecordedOperations.h"
+#include "app/journal/StateRecorder.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeMachine.h"
+
+namespace tarnik {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct RecordedMachine : FakeMachine {
+    std::shared_ptr<Journal> journal = std::make_shared<Journal>(
+        folder.path() + "/tarnik.log",
+        Journal::Deps{.now = &std::chrono::system_clock::now,
+                      .makeQueue = [](auto&) { return std::make_shared<ManualQueue>(); }});
+    std::size_t seen = 0;
+
+    RecordedMachine() {
+        releaseBase = "https://releases.example";
+        deps.supervisor.onEvent = recordHelper(journal, std::nullopt);
+        deps.driver.onEvent = recordDriver(journal);
+        deps.installer = recorded(journal, std::move(deps.installer));
+        model().observe([this](const auto& now, const auto& next) { recordChange(*journal, now, next); });
+    }
+
+    void start() {
+        model().start();
+        settle();
+    }
+    // Waits until these are the events since the last call.
+    void expect(const std::string& names, std::source_location where = std::source_location::current()) {
+        std::string found;
+        eventually([&] {
+            settle();
+            found.clear();
+            const auto events = journal->events();
+            for (std::size_t i = seen; i < events.size(); ++i)
+                found += (i > seen ? " " : "") + std::string(nameOf(events[i].code));
+            return found == names;
+        });
+        seen = journal->events().size();
+        EXPECT_EQ(found, names) << "line " << where.line();
+    }
+    JournalEvent last(EventCode code) const {
+        auto events = journal->events();
+        std::ranges::reverse(events);
+        const auto found = std::ranges::find(events, code, &JournalEvent::code);
+        return found != events.end() ? *found : JournalEvent();
+    }
+};
+
+TEST(RecordedEvents, followPairingHelperAndDriver) {
+    RecordedMachine m;
+    m.install();
+    m.start();
+    m.expect("helper.waiting");
+    m.pairUpToPrompt();
+    m.expect("pairing.begun pairing.prompted");
+    m.model().pairing().confirm();
+    m.pairingIs(PairingPhases::Connecting{});
+    m.join();
+    m.advance(15s);
+    m.expect("pairing.confirmed pairing.connected");
+    m.terminals.last().end(ExitStatus::exited(3));
+    m.expect("helper.ended helper.restart");
+    EXPECT_EQ(m.last(EventCode::helperEnded).number(EventField::exit), 3);
+    m.nodes.failure = SystemError{.call = "posix_spawn /node", .code = EACCES};
+    m.advance(1s);
+    m.expect("helper.startFailed helper.restart");
+    EXPECT_EQ(m.last(EventCode::helperRestart).number(EventField::delay), 2000);
+    m.nodes.failure.reset();
+    m.advance(2s);
+    m.expect("helper.started");
+    m.switches = {.accessibility = true, .screenRecording = true};
+    m.advance(2s);
+    m.expect("switches.changed driver.started endpoint.published helper.stopped helper.started");
+    m.drivers.last().end(ExitStatus::signaled(9));
+    m.expect("driver.ended driver.restart endpoint.withdrawn helper.stopped helper.started");
+    EXPECT_EQ(m.last(EventCode::driverEnded).number(EventField::signal), 9);
+    m.model().stop([] {});
+    m.expect("helper.stopped");
+}
+
+TEST(RecordedEvents, tellRefusalFromCancelAndEnd) {
+    RecordedMachine m;
+    m.install();
+    m.start();
+    m.expect("helper.waiting");
+    m.model().pairing().connect(FakeMachine::link('b'));
+    m.expect("pairing.begun pairing.refused");
+    m.pairUpToPrompt();
+    m.model().pairing().cancel();
+    m.expect("pairing.begun pairing.prompted pairing.cancelled helper.waiting");
+    m.pairUpToPrompt();
+    m.terminals.last().end(ExitStatus::exited(1));
+    m.expect("pairing.begun pairing.prompted pairing.ended helper.waiting");
+    m.join();
+    m.model().pairing().connect(FakeMachine::link('b'));
+    m.model().pairing().declineOffer();
+    m.expect("pairing.offered pairing.cancelled");
+}
+
+TEST(RecordedEvents, nameTheDriverThatIsNoLongerStarted) {
+    RecordedMachine m;
+    m.install();
+    m.driverIsReady = false;
+    m.switches = {.accessibility = true, .screenRecording = true};
+    m.start();
+    m.advance(90s);
+    EXPECT_EQ(m.journal->events().back().code, EventCode::driverGivenUp);
+    EXPECT_EQ(std::ranges::count(m.journal->events(), EventCode::driverStartFailed, &JournalEvent::code), 6);
+}
+
+TEST(RecordedEvents, includeAFailedInstall) {
+    RecordedMachine m;
+    m.start();
+    m.expect("install.begun install.refused");
+}
+
+// Every event has a secret in each text, and the whole life of a link passes through the recorders.
+TEST(RecordedEvents, containNoSecret) {
+    RecordedMachine m;
+    const std::string code = FakeMachine::code('a');
+    const std::string address = "https://join.example/c/" + code;
+    const std::string token = "eyJhbGciOiJFZERTQSJ9";
+    for (int i = 0; i <= static_cast<int>(EventCode::updateInstalled); ++i) {
+        m.journal->record(static_cast<EventCode>(i), "connect " + code + " at " + address,
+                          {{"a", address}, {"b", "Bearer " + token}, {"c", "key=short"}});
+    }
+    m.install();
+    m.start();
+    m.goodLinks.insert(code);
+    m.terminals.failure = SystemError{.call = "posix_spawn connect " + address, .code = EACCES};
+    m.model().pairing().connect(FakeMachine::link('a'));
+    m.settle();
+    m.terminals.failure.reset();
+    m.pairUpToPrompt();
+    m.terminals.last().print(address + " " + token);
+    m.terminals.last().end(ExitStatus::exited(1));
+    EXPECT_TRUE(eventually([&] {
+        m.settle();
+        return m.last(EventCode::pairingEnded).number(EventField::exit) == 1;
+    }));
+    const std::string file = m.folder.read("tarnik.log");
+    EXPECT_TRUE(file.contains("update.installed"));
+    for (const auto& secret : {code, std::string("/c/"), token, std::string("short")})
+        EXPECT_FALSE(file.contains(secret)) << secret;
+}
+
+}  // namespace
+}  // namespace tarnik
