@@ -8,6 +8,7 @@
 #include "app/CommandLine.h"
 #include "app/ProgramStart.h"
 #include "app/console/WindowLines.h"
+#include "app/failures/FailureCause.h"
 #include "app/texts/ConsoleTexts.h"
 #include "app/texts/FailureTexts.h"
 #include "core/foundation/TextCleanup.h"
@@ -116,6 +117,7 @@ void Console::showSetup(const Setup& setup, bool wasInstalling) {
     }
     if (const auto* failed = std::get_if<Setups::Failed>(&setup)) {
         showError(withDescription(failed->sentence, failed->text));
+        if (failed->cause) output_.line("cause", describe(*failed->cause));
         return later([this] { fail(); });
     }
     if (wasInstalling) {
@@ -137,6 +139,7 @@ void Console::showLink(const AppState& now, const AppState& next) {
             output_.line("link", *next.linkMessage);
         } else {
             showError(*next.linkMessage);
+            if (next.linkCause) output_.line("cause", describe(*next.linkCause));
         }
     }
     if (next.replaceOffer && next.replaceOffer != now.replaceOffer) {

@@ -25,6 +25,7 @@ std::vector<std::string> windowLines(const WindowContent& content) {
     for (const auto& paragraph : content.paragraphs) add(paragraph);
     if (content.linkField) add("<" + content.linkField->placeholder + ">");
     if (content.message) add(*content.message);
+    if (content.cause) add(*content.cause);
     std::string buttons;
     for (const auto& button : content.buttons) buttons += (buttons.empty() ? "" : " ") + buttonText(button);
     add(buttons);

@@ -78,7 +78,12 @@ void AppModel::makePairing() {
                               [this](const LinkPairing::State& link) {
                                   change([&](AppState& next) {
                                       next.pairing = link.pairing;
-                                      next.linkMessage = link.message;
+                                      next.linkMessage.reset();
+                                      next.linkCause.reset();
+                                      if (link.message) {
+                                          next.linkMessage = link.message->text;
+                                          next.linkCause = link.message->cause;
+                                      }
                                       next.replaceOffer = link.offer;
                                       next.checkingLink = link.checking;
                                   });

@@ -30,7 +30,7 @@ struct AppModelDeps {
     LaunchdTakeover::Deps launchd;
 
     // See LinkPairing::Deps.
-    std::function<std::optional<std::string>(const std::string& url)> fetchAnswer;
+    std::function<std::expected<std::string, HttpError>(const std::string& url)> fetchAnswer;
 
     // Returns the sources of a sample, given the process ids of our two children.
     std::function<ActivitySources(ActivitySources::RunningPID nodePID, ActivitySources::RunningPID driverPID)>

@@ -6,17 +6,16 @@
 namespace tarnik {
 
 AppModelDeps AppModelDeps::production(AppPlatform platform) {
-    return {.platform = std::move(platform),
-            .supervisor = NodeSupervisorDeps::production(),
-            .driver = DriverHostDeps::production(),
-            .installer = NodeInstallerDeps::production(),
-            .launchd = LaunchdTakeover::Deps::production(),
-            .fetchAnswer = [](const std::string& url) -> std::optional<std::string> {
-                const auto answer = Http::fetch(url, {.bodyBytes = JoinLink::maxAnswerBytes});
-                return answer ? std::optional(*answer) : std::nullopt;
-            },
-            .activity = &ActivitySources::production,
-            .makeQueue = &SerialQueue::withThread};
+    return {
+        .platform = std::move(platform),
+        .supervisor = NodeSupervisorDeps::production(),
+        .driver = DriverHostDeps::production(),
+        .installer = NodeInstallerDeps::production(),
+        .launchd = LaunchdTakeover::Deps::production(),
+        .fetchAnswer =
+            [](const std::string& url) { return Http::fetch(url, {.bodyBytes = JoinLink::maxAnswerBytes}); },
+        .activity = &ActivitySources::production,
+        .makeQueue = &SerialQueue::withThread};
 }
 
 }  // namespace tarnik

@@ -5,7 +5,11 @@
 namespace tarnik {
 
 Setup failedSetup(const InstallError& error) {
-    return Setups::Failed{.text = describe(error), .sentence = std::string(plainSentence(error))};
+    const auto sentence = plainSentence(error);
+    const bool saysCause = sentence == FailureTexts::diskFull || sentence == FailureTexts::notAllowed;
+    return Setups::Failed{.text = describe(error),
+                          .sentence = std::string(sentence),
+                          .cause = saysCause ? std::nullopt : causeOf(error)};
 }
 
 bool AppState::needsAttention() const {

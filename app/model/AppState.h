@@ -5,6 +5,7 @@
 #include <string>
 #include <variant>
 
+#include "app/failures/FailureCause.h"
 #include "core/driver/CuaDriverEndpoint.h"
 #include "core/node/InstallFailure.h"
 #include "core/node/NodeState.h"
@@ -23,6 +24,7 @@ struct Installing {    // or checking whether the helper is installed
 struct Failed {                 // final for this run
     std::string text;           // the description of the error, unbounded
     std::string sentence = {};  // shown before the text; empty if the text is itself a plain sentence
+    std::optional<FailureCause> cause = {};  // shown below them, unless they contain it
     bool operator==(const Failed&) const = default;
 };
 struct Ready {  // the helper is installed, and its supervisor was started
@@ -50,6 +52,7 @@ struct AppState {
     std::optional<PairingSession::Snapshot> pairing;  // of the current attempt, or the end of the last one
     SwitchSnapshot switches;
     std::optional<std::string> linkMessage;  // one line about the last link
+    std::optional<FailureCause> linkCause;   // why that link couldn't be checked, shown below the message
     std::optional<std::string> homeError;    // the reason why there is no node home; then no child is started
     std::optional<JoinCode> replaceOffer;    // a link held back because this machine has joined
 

@@ -129,13 +129,13 @@ bool isReconnecting(const AppState& state) {
     return is<NodeStates::Restarting>(state.node) || is<NodeStates::Pairing>(state.node);
 }
 
-WindowContent problemPage(std::string_view heading, std::string_view failure,
-                          std::string_view sentence = {}) {
+WindowContent problemPage(std::string_view heading, const Setups::Failed& failure) {
     auto content = page(Section::problem, heading);
     setSymbol(content, SymbolName::warning, WindowTexts::problemName);
-    if (!sentence.empty()) content.paragraphs.emplace_back(sentence);
-    if (auto text = sanitizedLine(failure, longestFailure); !text.empty())
+    if (!failure.sentence.empty()) content.paragraphs.push_back(failure.sentence);
+    if (auto text = sanitizedLine(failure.text, longestFailure); !text.empty())
         content.paragraphs.push_back(std::move(text));
+    if (failure.cause) content.paragraphs.push_back(causeLine(*failure.cause));
     content.paragraphs.emplace_back(WindowTexts::tryAgain);
     return content;
 }
@@ -169,12 +169,12 @@ WindowContent linkPage(const AppState& state, const Url& webOrigin) {
 
 // Returns the page for a state in which no link can be used.
 std::optional<WindowContent> blockingPage(const AppState& state) {
-    if (state.homeError) return problemPage(WindowTexts::homeUnusable, *state.homeError);
+    if (state.homeError) return problemPage(WindowTexts::homeUnusable, {.text = *state.homeError});
     if (const auto* failed = std::get_if<Setups::Failed>(&state.setup))
-        return problemPage(WindowTexts::installFailed, failed->text, failed->sentence);
+        return problemPage(WindowTexts::installFailed, *failed);
     if (const auto* installing = std::get_if<Setups::Installing>(&state.setup))
         return installingPage(state, installing->text);
-    if (is<NodeStates::NotInstalled>(state.node)) return problemPage(WindowTexts::helperMissing, "");
+    if (is<NodeStates::NotInstalled>(state.node)) return problemPage(WindowTexts::helperMissing, {});
     return std::nullopt;
 }
 
@@ -195,6 +195,7 @@ WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
 
     auto content = state.pairing ? pairingPage(*state.pairing) : restingPage(state, webOrigin);
     if (state.linkMessage) content.message = sanitizedLine(*state.linkMessage, longestLine);
+    if (state.linkMessage && state.linkCause) content.cause = causeLine(*state.linkCause);
     if (state.checkingLink) {
         setBusy(content);
         content.buttons.push_back(cancelButton());
@@ -236,6 +237,7 @@ std::string WindowContent::newsSince(const WindowContent& before) const {
     };
     if (announcement != before.announcement) announce(announcement);
     if (message && message != before.message) announce(*message);
+    if (cause && cause != before.cause) announce(*cause);
     for (std::size_t i = 0; i < switches.rows.size() && i < before.switches.rows.size(); ++i)
         if (switches.rows[i].on != before.switches.rows[i].on)
             announce(switches.rows[i].symbol.accessibleName);

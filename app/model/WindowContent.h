@@ -103,6 +103,7 @@ struct WindowContent {
     std::optional<Terminal> terminal;
     std::optional<LinkField> linkField;
     std::optional<std::string> message;  // about the last link
+    std::optional<std::string> cause;    // of the message
     std::vector<Button> buttons;         // the primary button comes first
     Switches switches;
     std::string announcement;  // the main line for screen readers

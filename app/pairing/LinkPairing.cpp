@@ -8,6 +8,20 @@
 
 namespace tarnik {
 
+namespace {
+
+CheckedLink joinURLIn(const std::expected<std::string, HttpError>& answer, const std::string& code) {
+    if (!answer) return std::unexpected(causeOf(answer.error()));
+    if (auto joinURL = JoinLink::joinURL(*answer, code)) return *std::move(joinURL);
+    return std::unexpected(causeOfAnswer(*answer));
+}
+
+bool shows(const LinkPairing::State& state, std::string_view message) {
+    return state.message && state.message->text == message;
+}
+
+}  // namespace
+
 LinkPairing::LinkPairing(Deps deps, CoalescingQueue& queue) : deps_(std::move(deps)), queue_(queue) {}
 
 bool LinkPairing::isInProgress() const {
@@ -21,9 +35,9 @@ void LinkPairing::change(const std::function<void(State&)>& edit) {
 }
 
 // A refusal also withdraws an offer, because the offered link can't be used now either.
-void LinkPairing::refuse(std::string_view why) {
+void LinkPairing::refuse(std::string_view why, std::optional<FailureCause> cause) {
     change([&](State& next) {
-        next.message = why;
+        next.message = LinkMessage{.text = std::string(why), .cause = cause};
         next.offer.reset();
     });
 }
@@ -53,27 +67,25 @@ void LinkPairing::check(const JoinCode& code) {
     slot_ = Starting{attempt};
     wanted_ = attempt;
     change([](State& next) {
-        next.message = LinkTexts::checkingLink;
+        next.message = LinkMessage{std::string(LinkTexts::checkingLink)};
         next.offer.reset();
         next.pairing.reset();
     });
     const auto url = JoinLink::answerURL(code.text, deps_.webOrigin).text();
     const bool started = deps_.detach("tarnik.link", [this, fetch = deps_.fetchAnswer, url, code = code.text,
                                                       attempt, post = guard_.wrapPost(deps_.post)] {
-        const auto answer = fetch(url);
-        const auto joinURL = answer ? JoinLink::joinURL(*answer, code) : std::nullopt;
-        post([this, attempt, joinURL] { checked(attempt, joinURL); });
+        post([this, attempt, joinURL = joinURLIn(fetch(url), code)] { checked(attempt, joinURL); });
     });
     if (started) return;
     freeSlot();
     refuse(FailureTexts::tooBusy);
 }
 
-void LinkPairing::checked(Attempt attempt, const std::optional<Url>& joinURL) {
+void LinkPairing::checked(Attempt attempt, const CheckedLink& joinURL) {
     if (slot_ != Slot(Starting{attempt})) return;  // cancelled meanwhile
     if (joinURL) return queue_.call([this, attempt, text = joinURL->text()] { begin(attempt, text); });
     freeSlot();
-    refuse(LinkTexts::linkExpired);
+    refuse(LinkTexts::linkExpired, joinURL.error());
 }
 
 // Runs on the queue, because it waits until the node has stopped.
@@ -114,7 +126,7 @@ void LinkPairing::update(Attempt attempt, const PairingSession::Snapshot& snapsh
     change([&](State& next) {
         next.pairing = snapshot;
         // A message about another, refused link is kept until the pairing is over.
-        if (isOver || next.message == LinkTexts::checkingLink) next.message.reset();
+        if (isOver || shows(next, LinkTexts::checkingLink)) next.message.reset();
     });
 }
 
@@ -151,7 +163,8 @@ void LinkPairing::dismissOutcome() {
 void LinkPairing::dismissMessage() {
     change([&](State& next) {
         next.message.reset();
-        if (std::holds_alternative<Starting>(slot_)) next.message = LinkTexts::checkingLink;
+        if (std::holds_alternative<Starting>(slot_))
+            next.message = LinkMessage{std::string(LinkTexts::checkingLink)};
     });
 }
 

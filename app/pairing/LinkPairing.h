@@ -9,6 +9,7 @@
 #include <string>
 #include <variant>
 
+#include "app/pairing/LinkMessage.h"
 #include "app/platform/BackgroundTasks.h"
 #include "app/platform/MainThread.h"
 #include "core/foundation/CallbackGuard.h"
@@ -36,11 +37,10 @@ public:
 
     // The part of the application's state that a link changes.
     struct State {
-        std::optional<PairingSession::Snapshot>
-            pairing;                         // of the current attempt, or the end of the last one
-        std::optional<std::string> message;  // one line about the last link
-        std::optional<JoinCode> offer;       // a link held back because this machine has joined
-        bool checking = false;               // a link was accepted; no session exists yet
+        std::optional<PairingSession::Snapshot> pairing;  // of the attempt, or the end of the last one
+        std::optional<LinkMessage> message;
+        std::optional<JoinCode> offer;  // a link held back because this machine has joined
+        bool checking = false;          // a link was accepted; no session exists yet
     };
 
     // Whether a machine that has joined an account may replace it by the account of the link.
@@ -52,8 +52,8 @@ public:
         std::function<bool()> isInstalled;  // the helper is installed, and its supervisor exists
         std::function<bool()> hasJoined;
 
-        // Returns the service's answer at this address, or std::nullopt. Blocks; called on a detached thread.
-        std::function<std::optional<std::string>(const std::string& url)> fetchAnswer;
+        // Returns the service's answer at this address. Blocks; called on a detached thread.
+        std::function<std::expected<std::string, HttpError>(const std::string& url)> fetchAnswer;
 
         std::function<bool(const std::string& label, BackgroundTasks::Task task)> detach;  // see AppPlatform
 
@@ -97,9 +97,9 @@ private:
     using Slot = std::variant<std::monostate, Starting, Active>;
 
     void change(const std::function<void(State&)>& edit);
-    void refuse(std::string_view why);
+    void refuse(std::string_view why, std::optional<FailureCause> cause = {});
     void check(const JoinCode& code);
-    void checked(Attempt attempt, const std::optional<Url>& joinURL);
+    void checked(Attempt attempt, const CheckedLink& joinURL);
     void begin(Attempt attempt, const std::string& joinURL);
     void began(Attempt attempt, const std::expected<Session, PairingError>& session);
     void update(Attempt attempt, const PairingSession::Snapshot& snapshot);

@@ -64,7 +64,8 @@ bool ConnectSection::setContent(const WindowContent& content) {
     setParagraphs(content.paragraphs);
     setTerminal(content);
     setLinkField(content);
-    message_->setPlainText(content.message.value_or(std::string()));
+    const std::string below = content.cause ? "\n" + *content.cause : "";
+    message_->setPlainText(content.message.value_or(std::string()) + below);
     buttons_->setButtons(content.buttons);
     return controls() != before;
 }

@@ -1,5 +1,6 @@
 #include "core/foundation/Crypto.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <vector>
@@ -7,6 +8,7 @@
 #include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
+#include <sys/stat.h>
 
 #include "core/foundation/Encoding.h"
 #include "core/foundation/Files.h"
@@ -17,6 +19,7 @@ namespace tarnik {
 namespace {
 
 constexpr std::size_t pieceBytes = std::size_t{1} << 20;
+constexpr std::size_t smallestPiece = 4096;
 
 // The libcrypto functions that we use.
 struct Functions {
@@ -110,6 +113,12 @@ private:
     bool good_;
 };
 
+// Returns 0 on failure.
+std::size_t sizeOf(const UniqueFd& file) {
+    struct stat found{};
+    return ::fstat(file.get(), &found) == 0 ? static_cast<std::size_t>(found.st_size) : 0;
+}
+
 }  // namespace
 
 std::expected<void, std::string> startCrypto() {
@@ -128,7 +137,8 @@ std::optional<std::string> sha256HexOfFile(const std::string& path) {
     const UniqueFd file = openRegularFile(path);
     if (!file || !loaded()) return std::nullopt;
     Sha256 digest(*loaded());
-    std::vector<char> piece(pieceBytes);
+    // A small file needs only a small buffer, which matters when thousands of them are read.
+    std::vector<char> piece(std::clamp(sizeOf(file), smallestPiece, pieceBytes));
     while (const auto count = readInto(file, piece)) {
         if (*count == 0) return digest.hex();
         digest.add({piece.data(), *count});

@@ -23,7 +23,7 @@ std::expected<void, std::string> startCrypto();
 std::string sha256Hex(std::string_view bytes);
 
 // Returns the digest of a regular file's contents, or std::nullopt if it can't be read to its end or isn't a
-// regular file. Uses 1 MiB of memory. Blocks on the disk, but never on a pipe.
+// regular file. Uses up to 1 MiB of memory. Blocks on the disk, but never on a pipe.
 std::optional<std::string> sha256HexOfFile(const std::string& path);
 
 // Returns true if the signature (RFC 8032, pure Ed25519) is valid. Returns false for invalid input, too:

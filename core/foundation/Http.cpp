@@ -11,6 +11,7 @@
 #include <strings.h>
 
 #include "core/foundation/Crypto.h"
+#include "core/foundation/DownloadReports.h"
 #include "core/foundation/PartFile.h"
 #include "core/foundation/SharedLibrary.h"
 #include "core/foundation/SystemError.h"
@@ -31,6 +32,7 @@ struct Curl {
     decltype(&curl_easy_setopt) set = nullptr;
     decltype(&curl_easy_getinfo) info = nullptr;
     decltype(&curl_easy_strerror) explain = nullptr;
+    decltype(&curl_getdate) parseDate = nullptr;
     decltype(&curl_slist_append) append = nullptr;
     decltype(&curl_slist_free_all) freeList = nullptr;
     decltype(&curl_multi_init) openMulti = nullptr;
@@ -54,6 +56,7 @@ LoadedCurl loadCurl() {
     library.find(curl.set, "curl_easy_setopt");
     library.find(curl.info, "curl_easy_getinfo");
     library.find(curl.explain, "curl_easy_strerror");
+    library.find(curl.parseDate, "curl_getdate");
     library.find(curl.append, "curl_slist_append");
     library.find(curl.freeList, "curl_slist_free_all");
     library.find(curl.openMulti, "curl_multi_init");
@@ -76,9 +79,9 @@ const LoadedCurl& loadedCurl() {
 }
 
 // libcurl's message may contain text from the server, such as a host name or a certificate's fields.
-HttpError transportError(std::string_view text) {
+HttpError transportError(std::string_view text, Kind kind = Kind::transport) {
     constexpr std::size_t longest = 200;
-    return {.kind = Kind::transport, .text = sanitizedLine(text, longest)};
+    return {.kind = kind, .text = sanitizedLine(text, longest)};
 }
 
 HttpError fileError() {
@@ -96,6 +99,7 @@ public:
     Transfer(const Curl& curl, const HttpOptions& options, Sink sink)
         : curl_(curl), options_(options), sink_(std::move(sink)) {}
     std::expected<void, HttpError> get(std::string url);
+    std::optional<std::chrono::sys_seconds> date() const { return date_; }  // of the last answer
 
 private:
     bool configure();
@@ -104,7 +108,9 @@ private:
     std::expected<std::optional<std::string>, HttpError> request(const std::string& url);
     CURLcode perform();
     HttpError failure(CURLcode result) const;
+    Kind kindOf(CURLcode result) const;
 
+    void takeHeader(std::string_view line);
     std::size_t take(std::string_view piece);
     bool isMoving();
     std::chrono::milliseconds untilStalled() const;
@@ -117,6 +123,7 @@ private:
 
     // libcurl's callbacks; `self` is the Transfer.
     static int onConnected(void* self, char*, char*, int, int) noexcept;
+    static std::size_t onHeader(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
     static std::size_t onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
 
     // The last time at which enough bytes had been received.
@@ -134,6 +141,7 @@ private:
     std::optional<Mark> mark_;          // std::nullopt until connected
     std::optional<HttpError> refusal_;  // set if we aborted the transfer
     std::int64_t taken_ = 0;
+    std::optional<std::chrono::sys_seconds> date_;
     std::unique_ptr<CURLM, decltype(Curl::closeMulti)> multi_{nullptr, curl_.closeMulti};
     std::unique_ptr<CURL, decltype(Curl::close)> handle_{nullptr, curl_.close};  // destroyed before multi_
 };
@@ -188,6 +196,8 @@ bool Transfer::configure() {
 
     set(CURLOPT_PREREQFUNCTION, &Transfer::onConnected);
     set(CURLOPT_PREREQDATA, this);
+    set(CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+    set(CURLOPT_HEADERDATA, this);
     set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
     set(CURLOPT_WRITEDATA, this);
 
@@ -210,6 +220,7 @@ bool Transfer::takeOnlyTheWeb() {
 std::expected<std::optional<std::string>, HttpError> Transfer::request(const std::string& url) {
     if (url.find('\0') != std::string::npos) return std::unexpected(transportError("the address is broken"));
     mark_.reset();
+    date_.reset();
     words_[0] = '\0';
     if (!takeOnlyTheWeb()) return std::unexpected(transportError("libcurl lacks what is needed"));
     if (curl_.set(handle_.get(), CURLOPT_URL, url.c_str()) != CURLE_OK)
@@ -264,8 +275,30 @@ HttpError Transfer::failure(CURLcode result) const {
         case CURLE_FILESIZE_EXCEEDED: return {.kind = Kind::tooLarge};
         case CURLE_OPERATION_TIMEDOUT: return {.kind = Kind::stalled};
         case CURLE_UNSUPPORTED_PROTOCOL: return transportError("the address is of a kind that isn't allowed");
-        default: return transportError(words_[0] != '\0' ? words_.data() : curl_.explain(result));
+        default: break;
     }
+    return transportError(words_[0] != '\0' ? words_.data() : curl_.explain(result), kindOf(result));
+}
+
+// libcurl passes on the result of OpenSSL's check. The values are those of X509_V_ERR_*.
+Kind Transfer::kindOf(CURLcode result) const {
+    constexpr long notYetValid = 9, hasExpired = 10;
+    if (info<long>(CURLINFO_HTTP_CONNECTCODE) == 407) return Kind::proxyLogin;
+    switch (result) {
+        case CURLE_COULDNT_RESOLVE_HOST:
+        case CURLE_COULDNT_RESOLVE_PROXY: return Kind::unresolved;
+        case CURLE_COULDNT_CONNECT: return Kind::unreachable;
+        case CURLE_PEER_FAILED_VERIFICATION: break;
+        default: return Kind::transport;
+    }
+    const auto why = info<long>(CURLINFO_SSL_VERIFYRESULT);
+    return why == notYetValid || why == hasExpired ? Kind::notValidNow : Kind::untrusted;
+}
+
+void Transfer::takeHeader(std::string_view line) {
+    if (!line.starts_with("Date:") && !line.starts_with("date:")) return;
+    const auto seconds = curl_.parseDate(std::string(line.substr(sizeof "date")).c_str(), nullptr);
+    if (seconds >= 0) date_ = std::chrono::sys_seconds(std::chrono::seconds(seconds));
 }
 
 // Returns the number of consumed bytes. Any number but piece.size() ends the transfer.
@@ -320,61 +353,28 @@ int Transfer::onConnected(void* self, char*, char*, int, int) noexcept {
     return CURL_PREREQFUNC_OK;
 }
 
+std::size_t Transfer::onHeader(char* bytes, std::size_t, std::size_t count, void* self) noexcept {
+    static_cast<Transfer*>(self)->takeHeader({bytes, count});
+    return count;
+}
+
 std::size_t Transfer::onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept {
     return static_cast<Transfer*>(self)->take({bytes, count});
 }
 
-// Limits the rate of progress reports.
-class Reports {
-public:
-    explicit Reports(const Http::Progress& progress) : progress_(progress) {}
-
-    void moved(std::int64_t by, std::optional<std::int64_t> total) {
-        constexpr auto apart =
-            std::chrono::duration_cast<TimePoint::duration>(Seconds(1.0 / Http::maximumReportsPerSecond));
-        received_ += by;
-        total_ = total;
-        if (!progress_ || steadyNow() < next_) return;
-        next_ = steadyNow() + apart;
-        progress_(received_, total_);
-    }
-    void finished() const {
-        if (progress_) progress_(received_, total_);
-    }
-
-private:
-    const Http::Progress& progress_;
-    std::int64_t received_ = 0;
-    std::optional<std::int64_t> total_;
-    TimePoint next_;
-};
-
 }  // namespace
 
-std::string describe(const HttpError& error) {
-    switch (error.kind) {
-        case Kind::badStatus:
-            if (error.code == 200) return "The server sent an empty answer.";
-            return "The server answered with status " + std::to_string(error.code) + ".";
-        case Kind::tooLarge: return "The server sent more than is allowed.";
-        case Kind::cutShort: return "The connection ended before everything had arrived.";
-        case Kind::stalled: return "The server didn't answer in time, or sent too slowly.";
-        case Kind::file: return "The download couldn't be saved (" + systemMessage(error.code) + ").";
-        case Kind::transport: break;
-    }
-    return "The connection failed (" + error.text + ").";
-}
-
-std::expected<std::string, HttpError> Http::fetch(const std::string& url, const HttpOptions& options) {
+std::expected<HttpAnswer, HttpError> Http::ask(const std::string& url, const HttpOptions& options) {
     const auto& curl = loadedCurl();
     if (!curl) return std::unexpected(transportError(curl.error()));
-    std::string body;
+    HttpAnswer answer;
     Transfer transfer(*curl, options, [&](std::string_view piece, auto) -> std::optional<HttpError> {
-        body += piece;
+        answer.body += piece;
         return std::nullopt;
     });
     if (auto got = transfer.get(url); !got) return std::unexpected(std::move(got.error()));
-    return body;
+    answer.date = transfer.date();
+    return answer;
 }
 
 std::expected<void, HttpError> Http::download(const std::string& url, const std::string& destination,
@@ -383,7 +383,7 @@ std::expected<void, HttpError> Http::download(const std::string& url, const std:
     if (!curl) return std::unexpected(transportError(curl.error()));
     PartFile part(destination);
     if (!part.isOpen()) return std::unexpected(fileError());
-    Reports reports(progress);
+    DownloadReports reports(progress);
     Transfer transfer(
         *curl, options,
         [&](std::string_view piece, std::optional<std::int64_t> total) -> std::optional<HttpError> {

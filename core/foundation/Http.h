@@ -1,10 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <expected>
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "core/foundation/Time.h"
 
@@ -15,15 +17,20 @@ struct HttpError {
     enum class Kind {
         badStatus,  // not status 200, or 200 without a body
         tooLarge,
-        cutShort,  // the body is shorter than announced
-        stalled,   // no answer in time, or too few bytes for too long
-        file,      // the destination can't be written
-        transport,
+        cutShort,     // the body is shorter than announced
+        stalled,      // no answer in time, or too few bytes for too long
+        file,         // the destination can't be written
+        unresolved,   // the host name, or the proxy's, has no address
+        unreachable,  // no connection to the server or the proxy
+        proxyLogin,   // the proxy requires a name and a password; a proxy for http reports badStatus 407
+        untrusted,    // the server's certificate
+        notValidNow,  // the server's certificate has expired, or isn't valid yet
+        transport,    // any other failure
     };
 
     Kind kind = Kind::transport;
     int code = 0;      // the HTTP status for badStatus, an errno value for file
-    std::string text;  // for transport: the message of libcurl or the loader, one short line
+    std::string text;  // from unresolved on: the message of libcurl or the loader, one short line
 
     bool operator==(const HttpError&) const = default;
 };
@@ -39,6 +46,12 @@ struct HttpOptions {
     Seconds timeout = Seconds(20);
     std::int64_t floorBytesPerSecond = 1024;
     std::string authorities;  // a PEM file of trusted certificate authorities; empty for the system's
+};
+
+// The answer to a request that succeeded.
+struct HttpAnswer {
+    std::string body;
+    std::optional<std::chrono::sys_seconds> date;  // the server's clock, if it sent a valid date
 };
 
 // Sends GET requests over http and https, through the proxies that the environment names. Blocks, so call it
@@ -59,9 +72,14 @@ struct Http {
         return {.bodyBytes = std::int64_t{512} << 20, .timeout = Seconds(120)};
     }
 
-    // Returns the body.
+    // Returns the body, with the server's date or alone.
+    static std::expected<HttpAnswer, HttpError> ask(const std::string& url, const HttpOptions& options = {});
     static std::expected<std::string, HttpError> fetch(const std::string& url,
-                                                       const HttpOptions& options = {});
+                                                       const HttpOptions& options = {}) {
+        auto answer = ask(url, options);
+        if (!answer) return std::unexpected(std::move(answer.error()));
+        return std::move(answer->body);
+    }
 
     // Stores the body at `destination`, readable by this user only, and replaces a file or link there. Until
     // the body is complete, it is kept in a temporary file in the same folder. On failure that file is

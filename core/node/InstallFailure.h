@@ -26,6 +26,7 @@ struct InstallFailure {
 
     Kind kind;
     std::string what = {};
+    int status = 0;  // for download: the HTTP status of the answer, if there was one
 
     bool operator==(const InstallFailure&) const = default;
 };

@@ -6,6 +6,7 @@
 #include "core/foundation/Files.h"
 #include "core/foundation/Json.h"
 #include "core/foundation/Uuid.h"
+#include "core/node/InstallRecord.h"
 #include "core/node/InstallTexts.h"
 #include "core/node/ReleaseVersion.h"
 
@@ -43,6 +44,7 @@ std::expected<void, InstallError> makeFolder(const std::string& path) {
 struct NodeInstaller::Sources {
     NodeRuntime runtime;
     ReleaseArtifact package;
+    InstallRecord::Release release;
 };
 
 // The staging folder of one install. It is inside the node home, so that a rename can move its contents into
@@ -74,10 +76,13 @@ std::expected<void, InstallError> NodeInstaller::install(const Progress& progres
     }
     const Stage stage(home_);
     if (auto made = makeFolder(stage.path()); !made) return made;
-    if (deps_.runtimeVersion(home_.nodeBinary()) != sources->runtime.version) {
-        if (auto installed = installRuntime(*sources, stage, progress); !installed) return installed;
+    InstallRecord record(home_, sources->release, deps_.crypto);
+    if (deps_.runtimeVersion(home_.nodeBinary()) == sources->runtime.version) {
+        record.runtimeKept(sources->runtime);
+    } else if (auto installed = installRuntime(*sources, stage, progress, record); !installed) {
+        return installed;
     }
-    return installPackage(*sources, stage, progress);
+    return installPackage(*sources, stage, progress, record);
 }
 
 std::optional<std::string> NodeInstaller::installedVersion() const {
@@ -104,7 +109,13 @@ std::expected<NodeInstaller::Sources, InstallError> NodeInstaller::chooseSources
     if (artifact == manifest->artifacts.end()) return fail(Kind::noArtifact, settings_.platform);
     auto chosen = runtime();
     if (!chosen) return fail(Kind::noArtifact, settings_.platform);
-    return Sources{std::move(*chosen), artifact->second};
+    const auto key = NodeRelease::base64url(*settings_.releasePublicKey).value_or("");
+    return Sources{.runtime = std::move(*chosen),
+                   .package = artifact->second,
+                   .release = {.file = *body,
+                               .version = manifest->version,
+                               .keyId = NodeRelease::keyId(key, deps_.crypto),
+                               .platform = settings_.platform}};
 }
 
 std::expected<void, InstallError> NodeInstaller::checkVersion(const std::string& version) const {
@@ -137,7 +148,8 @@ std::expected<void, InstallError> NodeInstaller::claim() const {
 }
 
 std::expected<void, InstallError> NodeInstaller::installRuntime(const Sources& sources, const Stage& stage,
-                                                                const Progress& progress) const {
+                                                                const Progress& progress,
+                                                                InstallRecord& record) const {
     progress.text(InstallTexts::downloadingRuntime(sources.runtime.version));
     const auto base = Url::parse(sources.runtime.base);
     if (!base) return fail(Kind::download, InstallTexts::runtimeName);
@@ -150,11 +162,15 @@ std::expected<void, InstallError> NodeInstaller::installRuntime(const Sources& s
     if (auto made = makeFolder(unpacked); !made) return made;
     if (auto done = deps_.extract(archive, unpacked); !done) return done;
     if (!isExecutableFile(unpacked + "/bin/node")) return fail(Kind::incomplete);
-    return replace(home_.runtimeDir(), unpacked, stage);
+    auto listing = record.list(unpacked);
+    if (auto replaced = replace(home_.runtimeDir(), unpacked, stage); !replaced) return replaced;
+    record.runtimeReplaced(sources.runtime, std::move(listing));
+    return {};
 }
 
 std::expected<void, InstallError> NodeInstaller::installPackage(const Sources& sources, const Stage& stage,
-                                                                const Progress& progress) const {
+                                                                const Progress& progress,
+                                                                InstallRecord& record) const {
     progress.text(InstallTexts::downloadingPackage());
     const std::string archive = stage.path() + "/tarnik-node.tar.gz";
     const std::string unpacked = stage.path() + "/app";
@@ -168,7 +184,10 @@ std::expected<void, InstallError> NodeInstaller::installPackage(const Sources& s
     const bool complete = isExecutableFile(unpacked + "/bin/tarnik-node") &&
                           exists(unpacked + "/lib/node_modules/openclaw/openclaw.mjs");
     if (!complete) return fail(Kind::incomplete);
-    return replace(home_.appDir(), unpacked, stage);
+    auto listing = record.list(unpacked);
+    if (auto replaced = replace(home_.appDir(), unpacked, stage); !replaced) return replaced;
+    record.packageReplaced(sources.package, std::move(listing));
+    return {};
 }
 
 // Renames the old folder instead of removing it in place, because a partly removed package could look like an

@@ -12,6 +12,8 @@
 
 namespace tarnik {
 
+class InstallRecord;
+
 // The effects of NodeInstaller. All operations block.
 struct NodeInstallerDeps {
     // Returns the body at an address.
@@ -39,7 +41,8 @@ struct NodeInstallerDeps {
 //
 // Each of the two is downloaded into a staging folder, checked and unpacked. Then two renames replace it: the
 // old folder is moved into the staging folder, and the new folder out of it. So each is complete or absent at
-// every moment, and a start after a crash installs the missing one.
+// every moment, and a start after a crash installs the missing one. The provenance record is updated after
+// each swap.
 //
 // Call install() on a background thread, one call at a time; it blocks. A refused package leaves the
 // installed package unchanged. A refusal before the home is claimed leaves the disk unchanged.
@@ -77,9 +80,9 @@ private:
     std::optional<NodeRuntime> runtime() const;
     std::expected<void, InstallError> claim() const;
     std::expected<void, InstallError> installRuntime(const Sources& sources, const Stage& stage,
-                                                     const Progress& progress) const;
+                                                     const Progress& progress, InstallRecord& record) const;
     std::expected<void, InstallError> installPackage(const Sources& sources, const Stage& stage,
-                                                     const Progress& progress) const;
+                                                     const Progress& progress, InstallRecord& record) const;
     std::expected<void, InstallError> replace(const std::string& target, const std::string& staged,
                                               const Stage& stage) const;
 

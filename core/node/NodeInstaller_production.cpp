@@ -12,7 +12,8 @@ constexpr std::size_t outputLimit = 65536;
 
 // Reports a bad status with the URL, and every other error unchanged.
 InstallError downloadError(const HttpError& error, const std::string& url) {
-    if (error.kind == HttpError::Kind::badStatus) return InstallFailure{InstallFailure::Kind::download, url};
+    if (error.kind == HttpError::Kind::badStatus)
+        return InstallFailure{InstallFailure::Kind::download, url, error.code};
     return error;
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "app/model/AppState.h"
+
 namespace tarnik {
 namespace {
 
@@ -29,6 +31,30 @@ TEST(FailureTexts, comesBeforeWhateverIsNoSentence) {
     EXPECT_EQ(messageFor(PairingError(spawn)),
               std::string(programFailed) + " (posix_spawn /usr/bin/tar failed: No such file or directory)");
     EXPECT_EQ(messageFor(PairingError(PairingFailure::busy)), describe(PairingFailure::busy));
+}
+
+TEST(FailureCause, classifiesWhatTheUserCanRemove) {
+    using enum FailureCause;
+    using Kind = InstallFailure::Kind;
+    using Http = HttpError::Kind;
+    const std::pair<InstallError, std::optional<FailureCause>> cases[] = {
+        {HttpError{.kind = Http::unresolved}, offline},
+        {HttpError{.kind = Http::proxyLogin}, proxyLogin},
+        {InstallFailure{Kind::download, "stable.json", 407}, proxyLogin},
+        {InstallFailure{Kind::download, "stable.json", 511}, captivePortal},
+        {InstallFailure{Kind::download, "stable.json", 404}, std::nullopt},
+        {NodeRelease::Failure{.reason = NodeRelease::Failure::Reason::notJSON}, captivePortal},
+        {NodeRelease::Failure{.reason = NodeRelease::Failure::Reason::badSignature}, std::nullopt},
+        {HttpError{.kind = Http::notValidNow}, clock},
+        {HttpError{.kind = Http::untrusted}, untrustedCertificate},
+        {HttpError{.kind = Http::file, .code = EDQUOT}, diskFull},
+        {InstallFailure{Kind::extract, "tar: bin/node: Cannot write: No space left on device"}, diskFull},
+        {InstallFailure{Kind::extract, "tar: damaged"}, std::nullopt},
+        {ToolStartError{{"posix_spawn /x", EACCES}}, notAllowed},
+    };
+    for (const auto& [error, cause] : cases) EXPECT_EQ(causeOf(error), cause) << describe(error);
+    EXPECT_EQ(std::get<Setups::Failed>(failedSetup(SystemError{"write /x", ENOSPC})).cause, std::nullopt)
+        << "the sentence says it already";
 }
 
 }  // namespace

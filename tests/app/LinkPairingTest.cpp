@@ -19,9 +19,14 @@ TEST(LinkPairing, acceptsALinkOnlyByTheRules) {
     Started joinsElsewhere;
     joinsElsewhere.giveLink('b');
     EXPECT_EQ(joinsElsewhere.state().linkMessage, LinkTexts::linkExpired);
+    EXPECT_EQ(joinsElsewhere.state().linkCause, std::nullopt);
+    joinsElsewhere.linkFailure = {.kind = HttpError::Kind::unresolved};
+    joinsElsewhere.giveLink('b');
+    EXPECT_EQ(joinsElsewhere.state().linkCause, FailureCause::offline);
     joinsElsewhere.join();
     joinsElsewhere.advance(2s);
     EXPECT_EQ(joinsElsewhere.state().linkMessage, std::nullopt);
+    EXPECT_EQ(joinsElsewhere.state().linkCause, std::nullopt);
 
     Started f;
     f.goodLinks = {FakeMachine::code('a')};

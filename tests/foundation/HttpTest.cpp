@@ -153,10 +153,34 @@ TEST_F(HttpTest, verifiesTheCertificateAndItsName) {
 
     EXPECT_EQ(Http::fetch(server.origin(), trusting), "safe");
     EXPECT_TRUE(failureOf(server.origin(), patient).text.contains("certificate"));
+    EXPECT_EQ(failureOf(server.origin(), patient).kind, Kind::untrusted);
     const std::string otherName = "https://127.0.0.1" + server.origin().substr(server.origin().rfind(':'));
     EXPECT_TRUE(failureOf(otherName, trusting).text.contains("certificate"));
     for (const auto& down : {server.origin() + "/down", round.origin()})
         EXPECT_TRUE(failureOf(down, trusting).text.contains("isn't allowed")) << down;
+}
+
+TEST_F(HttpTest, namesTheCauseOfABrokenConnection) {
+    const LoopbackServer proxy(once("HTTP/1.1 407 Login\r\nContent-Length: 0\r\n\r\n"));
+    ::setenv("https_proxy", proxy.origin().c_str(), 1);
+    EXPECT_EQ(failureOf("https://example.invalid", {}).kind, Kind::proxyLogin);
+    ::unsetenv("https_proxy");
+    EXPECT_EQ(failureOf("http://example.invalid", {}).kind, Kind::unresolved);
+    EXPECT_EQ(failureOf("http://127.0.0.1:1", {}).kind, Kind::unreachable);
+    const LoopbackServer old(once(measured("", 0)), LoopbackServer::Security::expiredTls);
+    const TemporaryFolder folder;
+    HttpOptions trusting;
+    trusting.authorities = folder.path() + "/authority.pem";
+    std::ofstream(trusting.authorities) << old.certificate();
+    EXPECT_EQ(failureOf(old.origin(), trusting).kind, Kind::notValidNow);
+}
+
+TEST_F(HttpTest, returnsTheDateOfTheServer) {
+    const LoopbackServer server(
+        once(ok + "Date: Sun, 06 Nov 1994 08:49:37 GMT\r\nContent-Length: 1\r\n\r\nx"));
+    const auto answer = Http::ask(server.origin());
+    ASSERT_TRUE(answer && answer->date);
+    EXPECT_EQ(answer->date->time_since_epoch().count(), 784111777);
 }
 
 TEST_F(HttpTest, storesADownloadAndReportsProgress) {

@@ -54,11 +54,12 @@ FakeMachine::FakeMachine() {
     };
     deps.launchd = {.launchctl = [](const std::vector<std::string>&) { return ExitStatus::exited(0); },
                     .removeFile = [](const std::string&) { return true; }};
-    deps.fetchAnswer = [this](const std::string& url) -> std::optional<std::string> {
-        for (const auto& good : goodLinks)
+    deps.fetchAnswer = [this](const std::string& url) -> std::expected<std::string, HttpError> {
+        for (const auto& good : goodLinks) {
             if (url == origin + "/c/" + good + "/app")
                 return R"({"v":1,"join":"https://join.example/c/)" + good + R"("})";
-        return std::nullopt;
+        }
+        return std::unexpected(linkFailure);
     };
     deps.activity = [this](ActivitySources::RunningPID nodePID, ActivitySources::RunningPID driverPID) {
         auto sources = ActivitySources::production(std::move(nodePID), std::move(driverPID));

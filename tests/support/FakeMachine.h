@@ -70,6 +70,7 @@ public:
     std::vector<std::string> requests;  // "prompt accessibility", "settings screenRecording"
     std::vector<std::string> log;
     std::set<std::string> goodLinks;  // the codes that the service accepts
+    HttpError linkFailure{.kind = HttpError::Kind::badStatus, .code = 404};  // for the other codes
     bool windowInUse = false;
     std::vector<AppState> states;  // every published state
     std::optional<std::string> releaseBase;

@@ -28,11 +28,11 @@ Event next(int fd, int stop, Seconds within) {
 }
 
 // Makes a key and a self-signed certificate for "localhost". Returns the certificate as PEM.
-std::string useOwnCertificate(SSL_CTX* tls) {
+std::string useOwnCertificate(SSL_CTX* tls, long validSeconds) {
     const Owned<EVP_PKEY, EVP_PKEY_free> key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
     const Owned<X509, X509_free> certificate(X509_new());
-    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -3600);
-    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 3600);
+    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -7200);
+    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), validSeconds);
     X509_set_pubkey(certificate.get(), key.get());
     X509_NAME* const name = X509_get_subject_name(certificate.get());
     const auto* const host = reinterpret_cast<const unsigned char*>("localhost");
@@ -76,10 +76,10 @@ LoopbackServer::LoopbackServer(Script script, Security security) : script_(std::
         throw std::runtime_error("no port to listen on");
     }
     origin_ = "http://127.0.0.1:";
-    if (security == Security::tls) {
+    if (security != Security::none) {
         origin_ = "https://localhost:";
         tls_ = {SSL_CTX_new(TLS_server_method()), SSL_CTX_free};
-        certificate_ = useOwnCertificate(tls_.get());
+        certificate_ = useOwnCertificate(tls_.get(), security == Security::tls ? 3600 : -3600);
     }
     origin_ += std::to_string(ntohs(address.sin_port));
     thread_ = std::thread([this] { serve(); });

@@ -21,7 +21,7 @@ namespace tarnik {
 // it uses a self-signed certificate for "localhost".
 class LoopbackServer {
 public:
-    enum class Security { none, tls };
+    enum class Security { none, tls, expiredTls };
 
     // One connection, closed when the script returns.
     class Client {

@@ -1,0 +1,98 @@
+#include "core/node/TreeListing.h"
+
+#include <array>
+#include <climits>
+#include <cstdio>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "core/foundation/DirectoryReader.h"
+
+namespace tarnik {
+
+namespace {
+
+constexpr mode_t modeBits = 07777;
+
+std::string escaped(std::string_view bytes) {
+    std::string text;
+    for (const char character : bytes) {
+        if (character > ' ' && character <= '~' && character != '%') {
+            text += character;
+            continue;
+        }
+        std::array<char, 4> code{};
+        std::snprintf(code.data(), code.size(), "%%%02X", static_cast<unsigned char>(character));
+        text += code.data();
+    }
+    return text;
+}
+
+std::string octal(mode_t mode) {
+    std::array<char, 8> digits{};
+    std::snprintf(digits.data(), digits.size(), "%o", static_cast<unsigned>(mode & modeBits));
+    return digits.data();
+}
+
+std::string targetOf(const std::string& link) {
+    std::array<char, PATH_MAX> target{};
+    const ssize_t size = ::readlink(link.c_str(), target.data(), target.size());
+    return size < 0 ? "?" : escaped({target.data(), static_cast<std::size_t>(size)});
+}
+
+std::string textOf(const std::string& path, mode_t mode, const TreeListing::Digest& digest) {
+    if (S_ISREG(mode)) return "f " + octal(mode) + " " + digest(path).value_or("?");
+    if (S_ISDIR(mode)) return "d " + octal(mode);
+    if (S_ISLNK(mode)) return "l " + targetOf(path);
+    return "o";
+}
+
+}  // namespace
+
+std::optional<TreeListing> TreeListing::of(const std::string& folder, const Digest& digest) {
+    TreeListing listing;
+    std::vector<std::string> waiting{""};  // folders below `folder`, each with a trailing slash
+    while (!waiting.empty()) {
+        const std::string below = std::move(waiting.back());
+        waiting.pop_back();
+        const std::string path = folder + "/" + below;
+        constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+        // The top may be a link to a folder, as the node home may be.
+        DirectoryReader names(UniqueFd(::open(path.c_str(), below.empty() ? flags & ~O_NOFOLLOW : flags)));
+        if (below.empty() && names.hasFailed()) return std::nullopt;
+        while (const char* name = names.next()) {
+            struct stat found{};
+            const std::string entry = path + name;
+            if (::lstat(entry.c_str(), &found) != 0) continue;  // removed meanwhile
+            if (listing.entries.size() == maxEntries) return std::nullopt;
+            listing.entries.emplace(escaped(below + name), textOf(entry, found.st_mode, digest));
+            if (S_ISDIR(found.st_mode)) waiting.push_back(below + name + "/");
+        }
+    }
+    return listing;
+}
+
+std::string TreeListing::text() const {
+    std::string text;
+    for (const auto& [path, entry] : entries) text += entry + " " + path + "\n";
+    return text;
+}
+
+TreeDifferences TreeDifferences::between(const TreeListing& recorded, const TreeListing& found) {
+    TreeDifferences differences;
+    for (const auto& [path, entry] : recorded.entries) {
+        const auto now = found.entries.find(path);
+        if (now == found.entries.end())
+            differences.missing.push_back(path);
+        else if (now->second != entry)
+            differences.changed.push_back(path);
+    }
+    for (const auto& [path, entry] : found.entries)
+        if (!recorded.entries.contains(path)) differences.added.push_back(path);
+    return differences;
+}
+
+}  // namespace tarnik

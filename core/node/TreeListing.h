@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnik {
+
+// The contents of a folder, in a form that can be stored and compared: for each entry its path below the
+// folder, and a text with its kind, its mode and its content.
+//
+//   kind            text
+//   file            "f 755 " and the SHA-256 of the content; "?" instead of it if the file can't be read
+//   folder          "d 755"
+//   symbolic link   "l " and the target; links are not followed
+//   anything else   "o"
+//
+// Bytes of a path or a target that aren't printable ASCII are written as %XX.
+struct TreeListing {
+    static constexpr std::size_t maxEntries = 100'000;
+
+    using Digest = std::function<std::optional<std::string>(const std::string& path)>;  // of a file
+
+    std::map<std::string, std::string, std::less<>> entries;
+
+    // Reads every file, so it blocks. Returns std::nullopt if the folder can't be listed, or has more than
+    // maxEntries entries.
+    static std::optional<TreeListing> of(const std::string& folder, const Digest& digest);
+
+    // Returns one line per entry: its text, a space, its path.
+    std::string text() const;
+
+    bool operator==(const TreeListing&) const = default;
+};
+
+// The differences between a recorded tree and the tree on the disk. Paths are sorted.
+struct TreeDifferences {
+    std::vector<std::string> changed;
+    std::vector<std::string> missing;
+    std::vector<std::string> added;
+
+    static TreeDifferences between(const TreeListing& recorded, const TreeListing& found);
+
+    std::size_t count() const { return changed.size() + missing.size() + added.size(); }
+    bool operator==(const TreeDifferences&) const = default;
+};
+
+}  // namespace tarnik
