@@ -2,13 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "app/console/PairingTranscript.h"
-
 namespace tarnik {
-namespace {
 
 using namespace PairingPhases;
-using Lines = std::vector<std::string>;
 
 TEST(LatestSnapshots, holdsTheLatestOfEachPhaseInOrder) {
     LatestSnapshots snapshots;
@@ -20,30 +16,4 @@ TEST(LatestSnapshots, holdsTheLatestOfEachPhaseInOrder) {
     EXPECT_TRUE(snapshots.put({"", WaitingForYes{}, "5"}));
 }
 
-TEST(PairingTranscript, showsEachLineOnce) {
-    std::string many;
-    Lines last{"half", "\u2026"};
-    for (int i = 1; i <= 300; ++i) many += std::to_string(i) + "\n";
-    for (int i = 101; i <= 300; ++i) last.push_back(std::to_string(i));
-    const struct {
-        const char* why;
-        PairingSession::Snapshot snapshot;
-        Lines lines;
-    } cases[] = {
-        {"the first line, and half of another", {"", Starting{}, "y\ny\nha", 0}, {"y", "y", "ha"}},
-        {"the same words again, behind those that were cut", {"", Starting{}, "y\nhay\ny\n", 2}, {"y", "y"}},
-        {"a new phase ends a line", {"", WaitingForYes{}, "y\nhalf", 8}, {"half"}},
-        {"the same text", {"", WaitingForYes{}, "y\nhalf", 8}, {}},
-        {"more than was seen is gone", {"", WaitingForYes{}, "later\nhalf", 100}, {"\u2026", "later"}},
-        {"more lines than are shown", {"", WaitingForYes{}, many, 110}, last},
-        {"a line without end",
-         {"", Connecting{}, std::string(200'000, 'x'), 110 + many.size()},
-         {std::string(PairingTranscript::longestLine - 1, 'x') + "\u2026"}},
-    };
-    PairingTranscript transcript;
-    for (const auto& [why, snapshot, lines] : cases)
-        EXPECT_EQ(transcript.update(snapshot).lines, lines) << why;
-}
-
-}  // namespace
 }  // namespace tarnik

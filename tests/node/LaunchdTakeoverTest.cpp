@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/foundation/Files.h"
 #include "tests/support/PropertyLists.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -53,12 +52,10 @@ TEST(LaunchdTakeover, takesOverOnlyAgentsOfThisNodeHome) {
         {notTarniks, xml("<dict>" + startsNode + "</dict>")},
         {notTarniks, agent(startsNode, "<true/>")},
         {notTarniks, agent(startsNode, "<string>com.tarnik.node.dev</string>")},
-        {elsewhere, agent("")},
         {ours, agent(runningIn("/link/Users/me/.tarnik/node"))},
         // An absolute state folder decides, whatever the program.
         {elsewhere, agent(runningIn("/Users/me/.tarnik") + startsNode)},
         {ours, agent(runningIn(".tarnik/node") + startsNode)},
-        {elsewhere, agent(runningIn(".tarnik/node"))},
         {ours, agent("<key>EnvironmentVariables</key><string/>" + startsNode)},
         {ours, agent("<key>Program</key><string>" + node + "</string>")},
         {ours, agent(starting(script))},
@@ -73,30 +70,31 @@ TEST(LaunchdTakeover, takesOverOnlyAgentsOfThisNodeHome) {
 }
 
 TEST(LaunchdTakeover, stopsTheAgentAndDeletesItsFile) {
-    const std::tuple<ExitStatus, ExitStatus, Outcome> cases[] = {
-        {ExitStatus::exited(0), ExitStatus::exited(113), {true, true}},
-        {ExitStatus::exited(5), ExitStatus::exited(0), {false, true}},
-        {ExitStatus::exited(0), ExitStatus::signaled(9), {true, false}},
+    struct Case {
+        ExitStatus bootout, print;
+        Outcome outcome;
     };
-    for (const auto& c : cases) {
+    for (const Case& c : {Case{ExitStatus::exited(0), ExitStatus::exited(113), {true, true}},
+                          {ExitStatus::exited(5), ExitStatus::exited(0), {false, true}},
+                          {ExitStatus::exited(0), ExitStatus::signaled(9), {true, false}}}) {
         std::string steps;
-        Deps deps;
-        deps.launchctl = [&](const std::vector<std::string>& arguments) {
+        const auto launchctl = [&](const std::vector<std::string>& arguments) {
             steps += arguments.at(0) + " " + arguments.at(1) + ", ";
-            return arguments.at(0) == "print" ? std::get<1>(c) : std::get<0>(c);
+            return arguments.at(0) == "print" ? c.print : c.bootout;
         };
-        deps.removeFile = [&](const std::string& path) {
+        const auto removeFile = [&](const std::string& path) {
             steps += path;
-            return std::get<2>(c).removed;
+            return c.outcome.removed;
         };
+        const Deps deps{launchctl, removeFile};
         for (const auto& idle : {elsewhere, Plan(Nothing{})}) EXPECT_EQ(execute(idle, deps), std::nullopt);
-        EXPECT_EQ(execute(ours, deps), std::get<2>(c));
+        EXPECT_EQ(execute(ours, deps), c.outcome);
         EXPECT_EQ(steps, "bootout gui/501/com.tarnik.node, print gui/501/com.tarnik.node, " + agentPath);
     }
     const TemporaryFolder folder;
-    ASSERT_TRUE(writeFile(folder.path() + "/agent", "", 0600));
-    EXPECT_TRUE(Deps::production().removeFile(folder.path() + "/agent"));
-    EXPECT_FALSE(Deps::production().removeFile(folder.path() + "/agent"));
+    const std::string file = folder.write("agent", "");
+    EXPECT_TRUE(Deps::production().removeFile(file));
+    EXPECT_FALSE(Deps::production().removeFile(file));
 }
 
 }  // namespace

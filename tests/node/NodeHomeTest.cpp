@@ -19,14 +19,6 @@ std::string text(const std::expected<NodeHome, NodeHome::ResolveError>& result) 
     return describe(result.error());
 }
 
-std::string reserved(const std::string& path) {
-    return "The node folder can't be " + path + ", which holds other things. Pick a new or empty folder.";
-}
-
-std::string overlaps(const std::string& path) {
-    return "The test node folder " + path + " can't be inside ~/.tarnik/node or contain it.";
-}
-
 TEST(NodeHome, resolvesOnlySafeFolders) {
     const std::string standard = "/Users/me/.tarnik/node (default)";
     const std::pair<std::optional<std::string>, std::string> cases[] = {
@@ -34,17 +26,19 @@ TEST(NodeHome, resolvesOnlySafeFolders) {
         {"\xC2\xA0\n\u3000", standard},
         {"/Users/me/.tarnik/node/", standard},
         {" relative/dir\n", "The node folder must be a full path (starting with /), not relative/dir."},
-        {"/x/..", reserved("/")},
-        {"/Users/me", reserved("/Users/me")},
-        {"/Users/me/.tarnik/", reserved("/Users/me/.tarnik")},
-        {"/Users/me/.tarnik/node/sub", overlaps("/Users/me/.tarnik/node/sub")},
-        {"/Users", overlaps("/Users")},
+        {"/x/..", "The node folder can't be /, "},
+        {"/Users/me", "The node folder can't be /Users/me, "},
+        {"/Users/me/.tarnik/", "The node folder can't be /Users/me/.tarnik, "},
+        {"/Users/me/.tarnik/node/sub", "The test node folder /Users/me/.tarnik/node/sub can't be inside"},
+        {"/Users", "The test node folder /Users can't"},
         {"/Users/me/.tarnik/node2", "/Users/me/.tarnik/node2"},
         {"/User", "/User"},
         {"\t/a/b/../c ", "/a/c"},
     };
-    for (const auto& [chosen, result] : cases)
-        EXPECT_EQ(text(NodeHome::resolve(chosen, "/Users/me/")), result);
+    for (const auto& [chosen, start] : cases) {
+        const auto result = text(NodeHome::resolve(chosen, "/Users/me/"));
+        EXPECT_TRUE(start.starts_with('/') ? result == start : result.starts_with(start)) << result;
+    }
 }
 
 TEST(NodeHome, resolvesLinksBeforeComparingWithTheDefault) {
@@ -52,7 +46,8 @@ TEST(NodeHome, resolvesLinksBeforeComparingWithTheDefault) {
     const std::string home = folder.path() + "/home";
     shell(folder.path(), "mkdir -p home/.tarnik/node; ln -s home/.tarnik/node node; ln -s home link");
     for (const char* chosen : {"/node/new/er", "/link"})
-        EXPECT_EQ(text(NodeHome::resolve(folder.path() + chosen, home)), overlaps(folder.path() + chosen));
+        EXPECT_TRUE(text(NodeHome::resolve(folder.path() + chosen, home)).contains("inside ~/.tarnik/node"))
+            << chosen;
     EXPECT_EQ(text(NodeHome::resolve(folder.path() + "/link/new", home)), folder.path() + "/link/new");
 }
 
@@ -111,9 +106,9 @@ TEST(NodeHome, refusesForeignFoldersWithoutChanges) {
 }
 
 TEST(NodeHome, isInstalledWithRuntimeAndPackage) {
-    const Fixture f(
-        "mkdir -p above/node/runtime/node/bin above/node/app/lib/node_modules/openclaw; cd above/node;"
-        "touch runtime/node/bin/node app/lib/node_modules/openclaw/openclaw.mjs");
+    const Fixture f;
+    for (const auto& path : {f.home.nodeBinary(), f.home.entry()})
+        f.folder.write(path.substr(f.folder.path().size()), "");
     EXPECT_FALSE(f.home.isInstalled()) << "the runtime is not executable";
     fs::permissions(f.home.nodeBinary(), fs::perms::owner_all);
     EXPECT_TRUE(f.home.isInstalled());

@@ -35,10 +35,8 @@ struct Fixture {
         .platform = "test-cpu",
         .developmentRuntime =
             NodeRuntime{"test-cpu", "v1.2.3", "https://node.example/", "node.tar.gz", runtimeDigest}};
-    std::string version = "2026.5.1";
-    std::string packageBytes = packageDigest;
-    std::string runtimeBytes = runtimeDigest;
-    std::string runtimeFile = "bin/node";
+    std::string version = "2026.5.1", runtimeFile = "bin/node";
+    std::string packageBytes = packageDigest, runtimeBytes = runtimeDigest;
     std::vector<std::string> packageFiles{"bin/tarnik-node", "lib/node_modules/openclaw/openclaw.mjs"};
     std::function<void()> afterExtract = [] {};
     std::string events;  // addresses and progress texts, one per line
@@ -65,10 +63,9 @@ struct Fixture {
             return std::expected<void, InstallError>();
         };
         deps.extract = [this](const std::string& archive, const std::string& to) {
-            if (archive.ends_with("/node.tar.gz"))
-                write(to + "/" + runtimeFile, "new", 0700);
-            else
-                for (const auto& file : packageFiles) write(to + "/" + file, version, 0700);
+            const bool isRuntime = archive.ends_with("/node.tar.gz");
+            for (const auto& file : isRuntime ? std::vector{runtimeFile} : packageFiles)
+                write(to + "/" + file, version, 0700);
             ::mkdir((to + "/locked").c_str(), 0);
             afterExtract();
             return std::expected<void, InstallError>();
@@ -84,10 +81,8 @@ struct Fixture {
 
     // Returns an empty text on success.
     std::string install() {
-        const auto done =
-            NodeInstaller(home, settings, deps()).install({.text = [this](const std::string& text) {
-                events += text + "\n";
-            }});
+        const auto note = [this](const std::string& text) { events += text + "\n"; };
+        const auto done = NodeInstaller(home, settings, deps()).install({.text = note});
         EXPECT_TRUE(!fs::exists(home.path) || fs::is_empty(home.path + "/tmp")) << "staging folder left";
         return done ? "" : describe(done.error());
     }
@@ -117,37 +112,34 @@ TEST(NodeInstaller, installsTheRuntimeAndThenThePackage) {
 }
 
 TEST(NodeInstaller, keepsTheInstalledHelperAfterARefusal) {
-    const std::string tooOld =
-        "tarnik's helper 2026.6.1 is older than this Mac may install. Nothing was installed.";
-    const std::pair<std::string, std::function<void(Fixture&)>> cases[] = {
-        {"Node.js didn't match its signed release. Nothing was installed.",
-         [](auto& f) {
-             fs::permissions(f.home.nodeBinary(), fs::perms::owner_read);
-             f.runtimeBytes = "other";
-         }},
-        {"tarnik's helper is missing a file. Nothing was installed.",
-         [](auto& f) {
-             fs::permissions(f.home.nodeBinary(), fs::perms::owner_read);
-             f.runtimeFile = "lib/node";
-         }},
-        {"tarnik's helper didn't match its signed release. Nothing was installed.",
-         [](auto& f) { f.packageBytes = "other"; }},
-        {"tarnik's helper is missing a file. Nothing was installed.",
-         [](auto& f) { f.packageFiles.pop_back(); }},
-        {tooOld, [](auto& f) { f.installedVersionIs(R"({"version":"2026.6.2"})"); }},
-        {tooOld, [](auto& f) { f.installedVersionIs(R"({"version":"newest"})"); }},
-        {tooOld,
-         [](auto& f) { f.installedVersionIs(R"({"version":"2026.1.1"})" + std::string(70'000, ' ')); }},
-        {tooOld, [](auto& f) { f.settings.minimumVersion = "2026.10.0"; }},
-        {"tarnik's helper isn't published for this Mac (test-cpu) yet.",
-         [](auto& f) { f.settings.developmentRuntime.reset(); }},
+    using Arrange = std::function<void(Fixture&)>;
+    const auto installed = [](const std::string& text) -> Arrange {
+        return [text](auto& f) { f.installedVersionIs(text); };
+    };
+    const auto damaged = [](std::string Fixture::* part) -> Arrange {
+        return [part](auto& f) {
+            fs::permissions(f.home.nodeBinary(), fs::perms::owner_read);  // a new runtime is needed
+            f.*part = "other";
+        };
+    };
+    const std::pair<const char*, Arrange> cases[] = {
+        {"Node.js didn't match its", damaged(&Fixture::runtimeBytes)},
+        {"tarnik's helper is missing a file.", damaged(&Fixture::runtimeFile)},
+        {"tarnik's helper didn't match its", damaged(&Fixture::packageBytes)},
+        {"tarnik's helper is missing a file.", [](auto& f) { f.packageFiles.pop_back(); }},
+        {"tarnik's helper 2026.6.1 is older", installed(R"({"version":"2026.6.2"})")},
+        {"tarnik's helper 2026.6.1 is older", installed(R"({"version":"newest"})")},
+        {"tarnik's helper 2026.6.1 is older",
+         installed(R"({"version":"2026.1.1"})" + std::string(70'000, ' '))},
+        {"tarnik's helper 2026.6.1 is older", [](auto& f) { f.settings.minimumVersion = "2026.10.0"; }},
+        {"tarnik's helper isn't published", [](auto& f) { f.settings.developmentRuntime.reset(); }},
     };
     for (const auto& [message, arrange] : cases) {
         Fixture f;
         ASSERT_EQ(f.install(), "");
         f.version = "2026.6.1";
         arrange(f);
-        EXPECT_EQ(f.install(), message);
+        EXPECT_TRUE(f.install().starts_with(message)) << message;
         EXPECT_EQ(readFile(f.home.entry(), 99), "2026.5.1") << message;
         EXPECT_TRUE(fs::exists(f.home.nodeBinary())) << message;
     }
@@ -170,11 +162,9 @@ TEST(NodeInstaller, checksTheMarkerAgainBeforeTheSwap) {
 }
 
 TEST(NodeInstaller, reportsTheWholeOutputOfTar) {
-    const TemporaryFolder folder;
     const std::string missing = "/" + std::string(3000, 'x');
-    const auto unpacked = NodeInstallerDeps::production().extract(missing, folder.path());
-    ASSERT_FALSE(unpacked);
-    EXPECT_NE(describe(unpacked.error()).find(missing + ": "), std::string::npos);
+    const auto unpacked = NodeInstallerDeps::production().extract(missing, TemporaryFolder().path());
+    EXPECT_TRUE(describe(unpacked.error()).contains(missing + ": "));
 }
 
 TEST(NodeInstaller, readsTheVersionFromTheRuntime) {

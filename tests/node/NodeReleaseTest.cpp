@@ -55,27 +55,19 @@ Outcome verify(const std::string& file, const std::optional<std::string>& key = 
 
 TEST(NodeRelease, acceptsAValidSignature) {
     const std::string standard = replaced(replaced(replaced(signature, "-", "+"), "_", "/"), "_", "/") + "==";
-    const std::pair<const char*, Outcome> cases[] = {
-        {"the original file", verify(releaseFile)},
-        {"a key in the standard alphabet", verify(releaseFile, replaced(publicKey, "_", "/") + "=")},
-        {"a signature in the standard alphabet", verify(fileOf(manifest, ourKeyId, standard))},
-        {"the longest file",
-         verify(releaseFile + std::string(NodeRelease::maxFileBytes - releaseFile.size(), ' '))},
-    };
-    for (const auto& [why, outcome] : cases) EXPECT_EQ(outcome, Outcome(released)) << why;
+    const std::string longest =
+        releaseFile + std::string(NodeRelease::maxFileBytes - releaseFile.size(), ' ');
+    for (const auto& file : {releaseFile, fileOf(manifest, ourKeyId, standard), longest})
+        EXPECT_EQ(verify(file), Outcome(released)) << file.substr(0, 2000);
+    EXPECT_EQ(verify(releaseFile, replaced(publicKey, "_", "/") + "="), Outcome(released));
 }
 
 TEST(NodeRelease, refusesAFaultyReleaseFile) {
-    struct Case {
-        std::string from;
-        std::string to;
-        Failure failure{Reason::badSignature, {}};
-    };
-    const Failure notJson{Reason::notJSON, {}};
-    const Failure shape{Reason::shape, {}};
+    const Failure notJson{Reason::notJSON, {}}, shape{Reason::shape, {}},
+        badSignature{Reason::badSignature, {}};
     const std::string key = "\"" + ourKeyId + "\"";
     const auto wrongKey = [](std::string shown) { return Failure{Reason::wrongKey, std::move(shown)}; };
-    const Case cases[] = {
+    const std::tuple<std::string, std::string, Failure> cases[] = {
         {signature + "\"}", signature + "\"", notJson},
         {"{", "{" + std::string(NodeRelease::maxFileBytes + 1 - releaseFile.size(), ' '), notJson},
         {"\"v\":1", "\"v\":2", shape},
@@ -85,14 +77,12 @@ TEST(NodeRelease, refusesAFaultyReleaseFile) {
         {key, "\"21FE31DFA154A261\"", wrongKey("21FE31DFA154A261")},
         {key, R"("\u001b[2J\nx\u202e")", wrongKey("[2J x")},
         {key, "\"" + std::string(1000, 'k') + "\"", wrongKey(std::string(63, 'k') + "\u2026")},
-        {"51234567", "51234568"},
-        {R"(\n \")", R"(\n\")"},
-        {signature, signature + "AA"},
+        {"51234567", "51234568", badSignature},
+        {R"(\n \")", R"(\n\")", badSignature},
+        {signature, signature + "AA", badSignature},
     };
-    for (const auto& c : cases) {
-        const Outcome outcome = verify(replaced(releaseFile, c.from, c.to));
-        EXPECT_EQ(outcome, Outcome(std::unexpect, c.failure)) << c.from << " -> " << c.to.substr(0, 100);
-    }
+    for (const auto& [from, to, failure] : cases)
+        EXPECT_EQ(verify(replaced(releaseFile, from, to)), Outcome(std::unexpect, failure)) << from;
 }
 
 TEST(NodeRelease, reportsTheFirstFailingCheck) {
@@ -135,8 +125,7 @@ TEST(NodeRelease, checksEveryMemberOfTheManifest) {
         {"\"v\": 1", {"\"v\": 2", "\"v\": true"}},
         {"\"channel\"", {"\"x\""}},
         {"\"stable\"", {"\"nightly\"", "null"}},
-        {"\"2026.3.1-2\"", {"\"v2026.3.1\"", "\"\"", "2026"}},
-        {"publishedAtMs", {"publishedAt"}},
+        {"\"2026.3.1-2\"", {"\"v2026.3.1\"", "2026"}},
         {"1767225600004", {"\"1767225600004\""}},
         {"22.16.0", {"22.16", "22.16.0.0", "22..0", "22.16.", "v22.16.0", "22.16.0\\n"}},
         {"\"upstream\": ", {"\"upstream\": \"\", \"x\": "}},

@@ -11,13 +11,10 @@ namespace {
 
 TEST(ReleaseVersion, acceptsOnlyCompleteVersions) {
     using Parts = ReleaseVersion::Parts;
-    const std::pair<const char*, Parts> taken[] = {
-        {"2026.1.1", {2026, 1, 1, 0}},
-        {"2026.1.1-12", {2026, 1, 1, 12}},
-        {"2026.03.007-0001", {2026, 3, 7, 1}},
-        {"9999.99.999-9999", {9999, 99, 999, 9999}},
-    };
-    for (const auto& [text, parts] : taken) EXPECT_EQ(ReleaseVersion::parts(text), parts) << text;
+    for (const auto& [text, parts] : {std::pair("2026.1.1", Parts{2026, 1, 1, 0}),
+                                      {"2026.03.007-0012", {2026, 3, 7, 12}},
+                                      {"9999.99.999-9999", {9999, 99, 999, 9999}}})
+        EXPECT_EQ(ReleaseVersion::parts(text), parts) << text;
 
     auto refused = words(
         "26.1.1 20260.1.1 2026.1 2026..1 2026.100.1 2026.1.1000 2026.1. 2026.1.1.1 2026.1.1- "

@@ -13,6 +13,7 @@
 #include "tests/platform/FakeService.h"
 #include "tests/platform/PrivateBus.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/Shell.h"
 
 namespace tarnik {
 namespace {
@@ -40,14 +41,12 @@ struct Desktop {
             std::filesystem::permissions(program, std::filesystem::perms::owner_all);
         }
     }
-    std::string opened() const { return folder.read("opened"); }
     bool opens(const std::string& page) const {
         return eventually([&] {
             QCoreApplication::processEvents();
-            return opened() == page + "\n";
+            return folder.read("opened") == page + "\n";
         });
     }
-    LinuxSwitches switches() const { return {bus.connect(), environment, folder.path()}; }
 };
 
 TEST(LinuxSwitches, followsTheAccessibilityBus) {
@@ -83,7 +82,7 @@ TEST(LinuxSwitches, followsTheAccessibilityBus) {
     service.reset();
     EXPECT_TRUE(comesTrue([&] { return !isOn(); }));
     EXPECT_EQ(changes, 4);
-    EXPECT_EQ(desktop.opened(), "universal-access\n") << "one program, once";
+    EXPECT_TRUE(desktop.opens("universal-access")) << "one program, once";
 }
 
 // The portal, its permission store, and the user.
@@ -143,17 +142,15 @@ TEST(LinuxSwitches, followsThePermissionStore) {
     switches.onChange([&] { ++changes; });
     const Permissions noted[] = {
         {{"com.tarnik.node", {"yes"}}}, {{"org.other", {"yes"}}}, {{"", {"yes"}}}, {{"", {"no"}}}};
-    int expected = 0;
-    for (const auto& permissions : noted) {
+    for (int expected = 1; const auto& permissions : noted) {
         portal.note(permissions);
-        ++expected;
         EXPECT_TRUE(comesTrue([&] { return changes == expected; })) << expected;
-        EXPECT_EQ(switches.isOn(Switch::screenRecording), expected % 2 == 1) << expected;
+        EXPECT_EQ(switches.isOn(Switch::screenRecording), expected++ % 2 == 1);
     }
 
     portal.note({{"", {"yes"}}});
     portal.offered = "ScreenCast";
-    LinuxSwitches onlyRecordings = desktop.switches();
+    LinuxSwitches onlyRecordings(desktop.bus.connect(), desktop.environment, desktop.folder.path());
     bool isKnown = false;
     onlyRecordings.whenKnown([&] { isKnown = true; });
     EXPECT_TRUE(comesTrue([&] { return isKnown; }));
@@ -180,24 +177,19 @@ TEST(LinuxSwitches, promptsForTheScreenAndDeletesTheScreenshot) {
 }
 
 TEST(ScreenPrompt, deletesNoFileButAFreshScreenshot) {
-    const Desktop desktop;
-    const TemporaryFolder other;
-    const std::vector<std::string> folders{desktop.folder.path()};
-    const std::string picture = desktop.folder.write("picture", "");
-    const std::string old = desktop.folder.write("old", "");
-    const auto hoursAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(2);
-    std::filesystem::last_write_time(old, hoursAgo);
-    const std::string link = desktop.folder.path() + "/link";
-    std::filesystem::create_symlink(picture, link);
-    const std::string outside = other.write("outside", "");
-    for (const std::string& kept :
-         {old, link, outside,
-          desktop.folder.path() + "/../" + other.path().substr(other.path().rfind('/') + 1) + "/outside"}) {
-        removeScreenshot(kept, folders);
-        EXPECT_TRUE(std::filesystem::exists(std::filesystem::symlink_status(kept))) << kept;
+    const TemporaryFolder folder;
+    const std::string pictures = folder.path() + "/pictures";
+    shell(folder.path(),
+          "mkdir pictures; touch outside pictures/new; touch -d '2 hours ago' pictures/old; "
+          "ln -s new pictures/link");
+    for (const char* kept : {"/old", "/link", "/../outside"}) {
+        removeScreenshot(pictures + kept, {pictures});
+        EXPECT_TRUE(std::filesystem::exists(std::filesystem::symlink_status(pictures + kept))) << kept;
     }
-    removeScreenshot(picture, folders);
-    EXPECT_FALSE(std::filesystem::exists(picture));
+    removeScreenshot(folder.path() + "/outside", {pictures});
+    EXPECT_TRUE(std::filesystem::exists(folder.path() + "/outside"));
+    removeScreenshot(pictures + "/new", {pictures});
+    EXPECT_FALSE(std::filesystem::exists(pictures + "/new"));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QShortcut>
 
 #include <gtest/gtest.h>
 
@@ -45,25 +44,6 @@ TEST(DesktopFace, reportsTheUseAndTheEndOfTheWindow) {
     QApplication::processEvents();
     EXPECT_FALSE(f.face.windowInUse());
     EXPECT_FALSE(f.state().linkMessage);
-}
-
-// A link may open the window before the menu exists.
-TEST(DesktopFace, quitsByTheShortcutOfTheMenu) {
-    for (const bool isWindowFirst : {true, false}) {
-        Fixture f;
-        if (isWindowFirst) f.showWindow();
-        f.shown.makeStatusItem(MenuContent::with(UpdateCheck::available));
-        f.showWindow();
-        int shortcuts = 0;
-        for (auto* shortcut : Fixture::window().findChildren<QShortcut*>()) {
-            if (shortcut->key() != QKeySequence("Ctrl+Q")) continue;
-            ++shortcuts;
-            Q_EMIT shortcut->activated();
-        }
-        EXPECT_EQ(shortcuts, 1);
-        f.settle();
-        EXPECT_EQ(f.ended, 1);
-    }
 }
 
 TEST(DesktopFace, keepsAWaitingLinkForTheField) {

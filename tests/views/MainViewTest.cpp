@@ -16,22 +16,16 @@ using Asked = std::vector<std::pair<Kind, std::string>>;
 
 TEST(MainView, reportsOneIntentPerKeyAndClick) {
     using Act = std::function<void(ShownView&)>;
-    struct Case {
-        const char* screen;
-        Act act;
-        std::optional<Kind> asked;
-    };
-    const auto key = [](Qt::Key pressed) -> Act { return [pressed](auto& view) { view.press(pressed); }; };
-    const auto click = [](const char* name) -> Act {
-        return [name](auto& view) { ShownView::click(*view.button(name)); };
-    };
-    const auto onCancel = [](Qt::Key pressed) -> Act {
-        return [pressed](auto& view) {
-            view.button("Cancel")->setFocus();
+    const auto key = [](Qt::Key pressed, const char* focus = nullptr) -> Act {
+        return [=](auto& view) {
+            if (focus) view.button(focus)->setFocus();
             view.press(pressed);
         };
     };
-    const Case cases[] = {
+    const auto click = [](const char* name) -> Act {
+        return [name](auto& view) { ShownView::click(*view.button(name)); };
+    };
+    const std::tuple<const char*, Act, std::optional<Kind>> cases[] = {
         {"connect", key(Qt::Key_Return), Kind::connectPasted},
         {"connect", click("Continue"), Kind::connectPasted},
         {"connect", key(Qt::Key_Escape), std::nullopt},
@@ -41,8 +35,8 @@ TEST(MainView, reportsOneIntentPerKeyAndClick) {
         {"pairing-confirm", key(Qt::Key_Return), Kind::confirmPairing},
         {"pairing-confirm", key(Qt::Key_Enter), Kind::confirmPairing},
         {"pairing-confirm", key(Qt::Key_Escape), Kind::cancelPairing},
-        {"pairing-confirm", onCancel(Qt::Key_Return), Kind::cancelPairing},
-        {"pairing-confirm", onCancel(Qt::Key_Space), Kind::cancelPairing},
+        {"pairing-confirm", key(Qt::Key_Return, "Cancel"), Kind::cancelPairing},
+        {"pairing-confirm", key(Qt::Key_Space, "Cancel"), Kind::cancelPairing},
         {"pairing-failed", key(Qt::Key_Return), Kind::finishPairing},
         {"pairing-failed", key(Qt::Key_Escape), Kind::finishPairing},
         {"replace-offer", key(Qt::Key_Return), std::nullopt},  // no default button
@@ -50,11 +44,10 @@ TEST(MainView, reportsOneIntentPerKeyAndClick) {
         {"replace-offer", key(Qt::Key_Escape), Kind::keepCurrent},
         {"connected-switches-off", click("Turn on Accessibility"), Kind::requestSwitch},
     };
-    for (const auto& c : cases) {
-        ShownView view(sampleContent(c.screen));
-        c.act(view);
-        EXPECT_EQ(view.asked, c.asked ? Asked({{*c.asked, ""}}) : Asked())
-            << c.screen << ", row " << &c - cases;
+    for (const auto& [screen, act, asked] : cases) {
+        ShownView view(sampleContent(screen));
+        act(view);
+        EXPECT_EQ(view.asked, asked ? Asked({{*asked, ""}}) : Asked()) << screen;
     }
 }
 
@@ -89,33 +82,25 @@ TEST(MainView, reportsTheTextOfTheField) {
 }
 
 TEST(MainView, acceptsNewContentFromItsClickHandler) {
-    MainWindow* shown = nullptr;
-    MainWindow window(sampleContent("pairing-confirm"),
-                      [&shown](const auto&, const auto&) { shown->setContent(sampleContent("connected")); });
-    shown = &window;
-    window.present();
-    for (auto* button : window.findChildren<QPushButton*>())
-        if (button->text() == "Connect") ShownView::click(*button);
+    ShownView view(sampleContent("pairing-confirm"));
+    view.onIntent = [&] { view.show("connected"); };
+    ShownView::click(*view.button("Connect"));
     QApplication::processEvents();
-    for (const auto* button : window.findChildren<QPushButton*>())
-        EXPECT_FALSE(button->isVisible() && button->text() == "Connect");
+    EXPECT_FALSE(view.button("Connect"));
 }
 
 TEST(MainView, keepsTheTypedLinkUntilItIsUsed) {
-    struct Case {
-        std::vector<const char*> screens;
-        const char* left;
-    };
-    const Case cases[] = {
-        {{"checking", "refused-link"}, "typed"}, {{"checking", "expired-link"}, "typed"},
-        {{"installing", "connect"}, "typed"},    {{"checking", "pairing-reading", "connect"}, ""},
+    const std::pair<std::vector<const char*>, const char*> cases[] = {
+        {{"checking", "refused-link"}, "typed"},
+        {{"installing", "connect"}, "typed"},
+        {{"checking", "pairing-reading", "connect"}, ""},
         {{"replace-offer", "connect"}, ""},
     };
-    for (const auto& c : cases) {
+    for (const auto& [screens, left] : cases) {
         ShownView view(sampleContent("connect"));
         view.field().setText("typed");
-        for (const auto* screen : c.screens) view.show(screen);
-        EXPECT_EQ(view.field().text(), c.left) << c.screens.front() << " ... " << c.screens.back();
+        for (const auto* screen : screens) view.show(screen);
+        EXPECT_EQ(view.field().text(), left) << screens.front() << " ... " << screens.back();
     }
 }
 

@@ -25,11 +25,13 @@ inline WindowContent sampleContent(std::string_view name) {
 // A shown window that records the reported intents.
 struct ShownView {
     std::vector<std::pair<UserIntent::Kind, std::string>> asked;
+    std::function<void()> onIntent = [] {};
     MainWindow window;
 
     explicit ShownView(const WindowContent& content)
         : window(content, [this](const UserIntent& intent, const std::string& pasted) {
               asked.emplace_back(intent.kind, pasted);
+              onIntent();
           }) {
         window.present();
         QApplication::processEvents();

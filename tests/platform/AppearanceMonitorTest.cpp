@@ -1,3 +1,5 @@
+#include "app/platform/linux/AppearanceMonitor.h"
+
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusVariant>
@@ -5,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/platform/linux/AppearanceMonitor.h"
-#include "app/platform/linux/TrayHostMonitor.h"
 #include "tests/platform/FakeService.h"
 #include "tests/platform/PrivateBus.h"
 
@@ -29,19 +29,16 @@ TEST(AppearanceMonitor, reportsEachChange) {
     std::vector<AppearanceSettings> reported;
     const AppearanceMonitor monitor(bus.connect(),
                                     [&](const auto& settings) { reported.push_back(settings); });
-    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{AppearanceSettings()}; }));
+    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{AppearanceSettings()}; }))
+        << "without a portal";
 
     QVariantMap chosen{{"color-scheme", 1U}};
     FakeService portal(bus.connect(), "org.freedesktop.portal.Desktop", [&](const QDBusMessage& call) {
         const Settings settings{{call.arguments().at(0).toStringList().value(0), chosen}};
         return call.createReply(QVariant::fromValue(settings));
     });
-    struct Case {
-        QVariantMap chosen;
-        AppearanceSettings settings;
-    };
     const AccentColour orange{.red = 1, .green = 0.5, .blue = 0};
-    const Case cases[] = {
+    const std::pair<QVariantMap, AppearanceSettings> cases[] = {
         {chosen, {.scheme = ColourScheme::dark}},
         {{{"color-scheme", 2U}, {"accent-color", colour(1, 0.5, 0)}, {"contrast", 1U}},
          {.scheme = ColourScheme::light, .options = {.accent = orange, .contrast = Contrast::higher}}},
@@ -50,41 +47,14 @@ TEST(AppearanceMonitor, reportsEachChange) {
         {{{"accent-color", "orange"}, {"color-scheme", 7U}}, {}},
     };
     std::vector<AppearanceSettings> expected = reported;
-    for (const auto& c : cases) {
-        chosen = c.chosen;
-        expected.push_back(c.settings);
-        for (int i = 0; i < 10; ++i) {
+    for (const auto& [changed, settings] : cases) {
+        chosen = changed;
+        expected.push_back(settings);
+        for (int i = 0; i < 10; ++i)
             portal.signal("/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings",
                           "SettingChanged", {"org.freedesktop.appearance", "contrast", variant(0)});
-        }
         EXPECT_TRUE(comesTrue([&] { return reported == expected; })) << expected.size();
     }
-}
-
-TEST(TrayHostMonitor, reportsATrayThatStartsAndEnds) {
-    const PrivateBus bus;
-    std::vector<TrayHost> reported;
-    const TrayHostMonitor monitor(bus.connect(), [&](TrayHost host) { reported.push_back(host); });
-    using enum TrayHost;
-    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{absent}; }));
-
-    bool hasHost = false;
-    auto watcher = std::make_optional<FakeService>(
-        bus.connect(), "org.kde.StatusNotifierWatcher",
-        [&](const QDBusMessage& call) { return call.createReply(variant(hasHost)); });
-    hasHost = true;
-    watcher->signal("/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
-                    "StatusNotifierHostRegistered");
-    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{absent, present}; }));
-    watcher.reset();
-    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{absent, present, absent}; }));
-}
-
-TEST(BusQueryMonitor, reportsAMissingBus) {
-    std::vector<TrayHost> reported;
-    const TrayHostMonitor monitor(QDBusConnection("no such connection"),
-                                  [&](TrayHost host) { reported.push_back(host); });
-    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{TrayHost::absent}; }));
 }
 
 }  // namespace
