@@ -12,7 +12,6 @@
 #include "tests/support/FakeMachine.h"
 
 namespace tarnik {
-namespace {
 
 using namespace std::chrono_literals;
 
@@ -30,19 +29,20 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
     EXPECT_EQ(failing.state().node, NodeState(NodeStates::Stopped{}));
 
     for (const bool hasAgent : {false, true}) {
-        FakeMachine busyMachine;
-        if (hasAgent) busyMachine.leaveAgent();
-        busyMachine.threadsAreLeft = false;
-        busyMachine.model().start();
-        EXPECT_TRUE(std::holds_alternative<Setups::Failed>(busyMachine.state().setup));
+        FakeMachine f;
+        if (hasAgent) f.leaveAgent();
+        f.threadsAreLeft = false;
+        f.model().start();
+        EXPECT_TRUE(std::holds_alternative<Setups::Failed>(f.state().setup));
     }
 
     FakeMachine homeless;
+    homeless.flags = {"AccessibilityWasOn"};
     homeless.texts["NodeHome"] = "not/absolute";
     homeless.model().start();
-    homeless.settle();
     EXPECT_TRUE(homeless.state().homeError.value_or("").contains("not/absolute"));
     EXPECT_FALSE(homeless.model().hasStarted());
+    EXPECT_EQ(homeless.state().status(Switch::accessibility), SwitchStatus::mayBeStale);
     homeless.model().pairing().connect(FakeMachine::link());
     EXPECT_EQ(homeless.state().linkMessage, stillInstalling);
 }
@@ -63,15 +63,13 @@ TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
     f.model().refreshSwitches();
     f.model().pairing().connect(FakeMachine::link());
     EXPECT_EQ(f.state().linkMessage, stillInstalling);
-    EXPECT_EQ(started, 0);
     EXPECT_EQ(f.queues.size(), 2U) << "no queue of a supervisor or of a driver host";
     f.settle();
     EXPECT_EQ(started, 1);
     EXPECT_EQ(f.state().setup, tarnik::Setup(Setups::Ready{}));
-    EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
+    EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 2U);
     EXPECT_TRUE(f.state().joined);
     EXPECT_EQ(f.state().linkMessage, std::nullopt);
-    EXPECT_EQ(f.liveDrivers(), 1U);
     EXPECT_EQ(f.log.at(0), "took over the node's LaunchAgent: stopped true, removed true");
 
     FakeMachine quits;
@@ -84,33 +82,23 @@ TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {
 
 TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
     Started f;
-    f.join();
-    f.switches = {true, false};
-    f.advance(2s);
-    EXPECT_EQ(f.state().status(Switch::screenRecording), SwitchStatus::notYet);
+    const auto driversWith = [&](SwitchSnapshot switches) {
+        f.switches = switches;
+        f.advance(2s);
+        return f.liveDrivers();
+    };
+    EXPECT_EQ(driversWith({true, false}), 0U);
     EXPECT_TRUE(f.flags.contains("AccessibilityWasOn"));
-    EXPECT_EQ(f.drivers.count(), 0U);
-    f.switches = {true, true};
-    f.advance(2s);
-    EXPECT_EQ(f.drivers.count(), 1U);
-    f.settle();
+    EXPECT_EQ(driversWith({true, true}), 1U);
     EXPECT_TRUE(f.state().endpoint);
     f.advance(10s);
     EXPECT_EQ(f.drivers.count(), 1U);
 
-    const auto& queue = f.queues.at("tarnik.driver");
-    queue->hold();
-    for (const bool isOn : {false, true}) {
-        f.switches.screenRecording = isOn;
-        f.model().refreshSwitches();
-    }
-    queue->letGo();
-    f.settle();
+    f.queues.at("tarnik.driver")->hold();
+    for (const bool isOn : {false, true}) driversWith({true, isOn});
+    f.queues.at("tarnik.driver")->letGo();
     EXPECT_EQ(f.drivers.count(), 2U) << "a driver has the rights of its start";
-    EXPECT_EQ(f.liveDrivers(), 1U);
-    f.switches = {false, true};
-    f.advance(2s);
-    EXPECT_EQ(f.liveDrivers(), 0U);
+    EXPECT_EQ(driversWith({false, true}), 0U);
     EXPECT_FALSE(f.state().endpoint);
     EXPECT_EQ(f.state().status(Switch::accessibility), SwitchStatus::mayBeStale);
 
@@ -124,40 +112,30 @@ TEST(AppModel, theDriverRunsWhileBothSwitchesAreOn) {
     f.model().refreshSwitches();
     EXPECT_LT(f.clock->now() - before, 1s) << "doesn't wait for a driver that is no longer wanted";
     EXPECT_EQ(f.liveDrivers(), 0U);
-
-    FakeMachine later;
-    later.flags = f.flags;
-    later.texts["NodeHome"] = "not/absolute";
-    EXPECT_EQ(later.state().status(Switch::accessibility), SwitchStatus::mayBeStale) << "even without a home";
 }
 
 TEST(AppModel, samplesTheActivity) {
     FakeMachine f;
-    std::vector<ActivitySample> samples;
-    const auto take = [&] {
-        f.model().activitySample([&](const ActivitySample& sample) { samples.push_back(sample); });
+    const auto sample = [&] {
+        ActivitySample taken;
+        f.model().activitySample([&](const ActivitySample& given) { taken = given; });
         f.main.run();
+        return taken;
     };
-    take();
-    EXPECT_TRUE(samples.back().settingUp);
-    EXPECT_EQ(samples.back().nodePID, std::nullopt);
+    EXPECT_TRUE(sample().settingUp && !sample().nodePID);
     f.install();
     f.join();
     f.switches = {true, true};
     f.model().start();
     f.settle();
     f.windowInUse = true;
-    take();
-    EXPECT_FALSE(samples.back().settingUp);
-    EXPECT_TRUE(samples.back().windowInUse);
-    EXPECT_EQ(samples.back().nodePID, f.nodes.last().handle()->pid());
-    EXPECT_EQ(samples.back().driverPID, f.drivers.last().handle()->pid());
+    EXPECT_TRUE(!sample().settingUp && sample().windowInUse);
+    EXPECT_EQ(sample().nodePID, f.nodes.last().handle()->pid());
+    EXPECT_EQ(sample().driverPID, f.drivers.last().handle()->pid());
     f.replaceBy('a');
-    take();
-    EXPECT_TRUE(samples.back().settingUp);
+    EXPECT_TRUE(sample().settingUp);
     f.settle();
-    take();
-    EXPECT_FALSE(samples.back().settingUp) << "a refused link is no pairing";
+    EXPECT_FALSE(sample().settingUp) << "a refused link is no pairing";
 }
 
 TEST(AppModel, startsNothingOnceItStops) {
@@ -255,5 +233,4 @@ TEST(AppModel, keepsItsPromisesThroughRandomEvents) {
     }
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -8,25 +8,25 @@
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
-namespace {
 
 TEST(BuildSettings, ignoreMalformedValues) {
-    const auto with = [](const std::string& key, const std::string& value) {
-        return BuildSettings::of(
-            BundleInfo::parse(propertyLists::xml("<dict><key>" + key + "</key>" + value + "</dict>")));
+    const auto with = [](const std::string& value) {
+        std::string entries;
+        for (const char* key :
+             {"TKWebOrigin", "TKNodeReleaseBase", "TKNodeReleasePublicKey", "TKNodeMinVersion"})
+            entries += "<key>" + std::string(key) + "</key>" + value;
+        return BuildSettings::of(BundleInfo::parse(propertyLists::xml("<dict>" + entries + "</dict>")));
     };
     const std::string standard = TARNIK_DEFAULT_WEB_ORIGIN;
-    EXPECT_EQ(with("TKWebOrigin", "<string>http://localhost:1</string>").webOrigin.text(),
-              "http://localhost:1");
-    for (const char* value :
-         {"<true/>", "<string/>", "<array><string>https://b</string></array>", "<string>b/x</string>",
-          "<string>https:b</string>", "<string>https:///c</string>"}) {
-        EXPECT_EQ(with("TKWebOrigin", value).webOrigin.text(), standard) << value;
-        EXPECT_EQ(with("TKNodeReleaseBase", value).nodeReleaseBase, std::nullopt) << value;
+    EXPECT_EQ(with("<string>http://localhost:1</string>").webOrigin.text(), "http://localhost:1");
+    for (const char* value : {"<true/>", "<string/>", "<array><string>https://b</string></array>"}) {
+        EXPECT_EQ(with(value).nodeReleasePublicKey, std::nullopt) << value;
+        EXPECT_EQ(with(value).nodeMinVersion, std::nullopt) << value;
     }
-    for (const char* value : {"<true/>", "<string/>", "<data>AAAA</data>"}) {
-        EXPECT_EQ(with("TKNodeReleasePublicKey", value).nodeReleasePublicKey, std::nullopt) << value;
-        EXPECT_EQ(with("TKNodeMinVersion", value).nodeMinVersion, std::nullopt) << value;
+    for (const char* value :
+         {"<true/>", "<string/>", "<string>b/x</string>", "<string>https:///c</string>"}) {
+        EXPECT_EQ(with(value).webOrigin.text(), standard) << value;
+        EXPECT_EQ(with(value).nodeReleaseBase, std::nullopt) << value;
     }
     EXPECT_EQ(BuildSettings::defaults().webOrigin.text(), standard);
 }
@@ -66,5 +66,4 @@ TEST(BundleInfo, findsTheBundleOfAnExecutable) {
         EXPECT_EQ(bundleOf(path), std::nullopt) << path;
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -7,7 +7,6 @@
 #include "tests/support/Words.h"
 
 namespace tarnik {
-namespace {
 
 using Task = CommandLine::Task;
 using enum CommandLine::Build;
@@ -64,5 +63,4 @@ TEST(CommandTable, namesTheNearestCommand) {
         EXPECT_TRUE(unknownCommand(word).ends_with(end)) << unknownCommand(word);
 }
 
-}  // namespace
 }  // namespace tarnik

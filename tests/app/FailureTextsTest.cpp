@@ -7,7 +7,6 @@
 #include "app/model/AppState.h"
 
 namespace tarnik {
-namespace {
 
 TEST(FailureTexts, comesBeforeWhateverIsNoSentence) {
     using namespace FailureTexts;
@@ -57,5 +56,4 @@ TEST(FailureCause, classifiesWhatTheUserCanRemove) {
         << "the sentence says it already";
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 using namespace PairingPhases;
 using Lines = std::vector<std::string>;
@@ -28,5 +27,4 @@ TEST(PairingTranscript, showsEachLineOnce) {
         EXPECT_EQ(transcript.update(snapshot).lines, lines) << why;
 }
 
-}  // namespace
 }  // namespace tarnik

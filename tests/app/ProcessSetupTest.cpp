@@ -13,7 +13,6 @@
 #include "core/process/Spawner.h"
 
 namespace tarnik {
-namespace {
 
 TEST(ProcessSetupDeathTest, exitsWithAMessageIfNoThreadCanBeStarted) {
     const std::function<void()> makeThread = [] {
@@ -37,5 +36,4 @@ TEST(ProcessSetup, opensTheStandardDescriptors) {
     EXPECT_GT(std::min(pipe->readEnd.get(), pipe->writeEnd.get()), 2);
 }
 
-}  // namespace
 }  // namespace tarnik

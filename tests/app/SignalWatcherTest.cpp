@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 // Darwin's sigwait(3) returns 0 after an interruption and doesn't store a number.
 TEST(SignalWatcher, reportsNoSignalForAnInterruptedWait) {
@@ -45,5 +44,4 @@ TEST(SignalWatcher, leavesAnIgnoredHangupIgnored) {
     }
 }
 
-}  // namespace
 }  // namespace tarnik

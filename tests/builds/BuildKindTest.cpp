@@ -8,7 +8,6 @@
 #include "tests/support/PropertyLists.h"
 
 namespace tarnik {
-namespace {
 
 // Only a development build uses the runtime that its settings name, and only if they are complete.
 TEST(BuildKind, decidesAboutADevelopmentRuntime) {
@@ -29,5 +28,4 @@ TEST(BuildKind, decidesAboutADevelopmentRuntime) {
     }
 }
 
-}  // namespace
 }  // namespace tarnik

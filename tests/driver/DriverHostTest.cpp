@@ -53,6 +53,10 @@ struct Fixture {
         }
         return *made;
     }
+    std::size_t startsAfter(Seconds time) {
+        queue->advance(time);
+        return spawner.count();
+    }
     std::size_t directories() const { return DriverSocketDirectory::owned(folder.path()).size(); }
 };
 
@@ -148,14 +152,11 @@ TEST(DriverHost, restartsADriverThatEnds) {
     }
     f.spawner.last().end(ExitStatus::exited(0));
     f.host().permissionsChanged();
-    EXPECT_EQ(f.spawner.count(), 9U);
-    f.queue->advance(0.5s);
+    EXPECT_EQ(f.startsAfter(0.5s), 9U);
     f.spawner.last().end(ExitStatus::exited(0));
-    f.queue->advance(0.9s);
-    EXPECT_EQ(f.spawner.count(), 9U) << "the start replaced the pending restart";
+    EXPECT_EQ(f.startsAfter(0.9s), 9U) << "the start replaced the pending restart";
     f.host().setEnabled(false);
-    f.queue->advance(1h);
-    EXPECT_EQ(f.spawner.count(), 9U);
+    EXPECT_EQ(f.startsAfter(1h), 9U);
 }
 
 TEST(DriverHost, doesNotRetryWithoutADriverOrAFolder) {
@@ -218,18 +219,15 @@ TEST(DriverHost, abandonsAStartForANewerCall) {
         EXPECT_EQ(f.clock->now() - start, 50ms);
         EXPECT_FALSE(f.host().isRunning());
     }
-    f.queue->advance(1h);
-    EXPECT_EQ(f.spawner.count(), 6U);
+    EXPECT_EQ(f.startsAfter(1h), 6U);
     EXPECT_TRUE(f.log.empty());
 
     superseded = false;
     f.whileWaiting = [&] { f.spawner.last().end(ExitStatus::exited(0)); };
     f.host().setEnabled(true);
-    f.queue->advance(20s);
-    EXPECT_EQ(f.spawner.count(), 11U) << "no delay was used up";
+    EXPECT_EQ(f.startsAfter(20s), 11U) << "no delay was used up";
     superseded = true;
-    f.queue->advance(1h);
-    EXPECT_EQ(f.spawner.count(), 11U);
+    EXPECT_EQ(f.startsAfter(1h), 11U);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include "tests/support/Words.h"
 
 namespace tarnik {
-namespace {
 
 TEST(DriverLaunch, replacesTheVariablesOfAnotherDriver) {
     const Environment kept{
@@ -53,5 +52,4 @@ TEST(BundledDriver, isAnExecutableFileAndNotALink) {
     }
 }
 
-}  // namespace
 }  // namespace tarnik

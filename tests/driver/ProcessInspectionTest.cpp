@@ -9,7 +9,6 @@
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
-namespace {
 
 using namespace std::chrono_literals;
 
@@ -33,5 +32,4 @@ TEST(ProcessInspection, waitsUntilTheEndOrTheTimeout) {
     EXPECT_TRUE(ProcessInspection::waitForExit(child->pid(), 10s));
 }
 
-}  // namespace
 }  // namespace tarnik

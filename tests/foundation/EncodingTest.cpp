@@ -5,7 +5,6 @@
 #include "tests/support/Words.h"
 
 namespace tarnik {
-namespace {
 
 TEST(Encoding, decodesOnlyCompleteBase64) {
     const std::pair<std::string, const char*> taken[] = {{"foobar", "Zm9vYmFy"},
@@ -22,5 +21,4 @@ TEST(Encoding, decodesOnlyCompleteBase64) {
     for (const auto& text : refused) EXPECT_EQ(decodeBase64(text), std::nullopt) << text;
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -83,7 +83,7 @@ TEST(Files, removesClosedFoldersButFollowsNoLink) {
     shell(folder.path(),
           "mkdir -p tree/a/b other/kept; ln -s ../other tree/link; chmod 500 other tree/a/b tree/a tree; "
           "chown -R 65534 . || :");
-    ASSERT_EQ(::geteuid() == 0 ? ::seteuid(65534) : 0, 0);
+    if (::geteuid() == 0 && ::seteuid(65534) != 0) GTEST_SKIP() << "no other user exists here";
     const std::string tree = folder.path() + "/tree", other = folder.path() + "/other";
     EXPECT_TRUE(removeTree(tree));
     EXPECT_FALSE(fs::exists(tree));

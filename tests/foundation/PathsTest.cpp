@@ -6,7 +6,6 @@
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
-namespace {
 
 TEST(Paths, standardizesWithoutFileAccess) {
     const std::pair<const char*, const char*> cases[] = {
@@ -31,5 +30,4 @@ TEST(Paths, resolvesLinksOfTheExistingPart) {
     for (const auto& [path, resolved] : cases) EXPECT_EQ(resolvingLinks(path), resolved);
 }
 
-}  // namespace
 }  // namespace tarnik

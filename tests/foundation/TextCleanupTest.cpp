@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 TEST(TextCleanup, makesOneShortLine) {
     const std::pair<std::string, const char*> cases[] = {
@@ -20,5 +19,4 @@ TEST(TextCleanup, makesOneShortLine) {
     for (const auto& [text, line] : cases) EXPECT_EQ(sanitizedLine(text, 5), line);
 }
 
-}  // namespace
 }  // namespace tarnik

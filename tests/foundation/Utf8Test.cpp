@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 TEST(Utf8, replacesEachInvalidSequenceOnce) {
     const std::string bad = "\uFFFD";
@@ -48,5 +47,4 @@ TEST(Utf8, findsTheLastCharacters) {
     }
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -11,20 +11,12 @@
 #include "tests/fuzz/Require.h"
 #include "tests/support/TemporaryFolder.h"
 
-namespace {
-
 using namespace tarnik;
 using fuzz::require;
 
-std::string contents(const std::string& path) {
-    return readFile(path, 16 * DefaultsFile::maxBytes).value_or("");
-}
-
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const TemporaryFolder folder;
-    static const std::string path = folder.path() + "/defaults.json";
+    static const std::string name = "defaults.json", path = folder.path() + "/" + name;
     static const std::string aside = path + std::string(DefaultsFile::asideSuffix);
     const std::string text(fuzz::textOf(data, size));
     std::ofstream(path) << text;
@@ -40,12 +32,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const DefaultsFile again(path, fail);
     require(again.flag("AccessibilityWasOn") && again.text("NodeHome") == home &&
             again.flag("Other") == flag);
-    const auto after = Json::parse(contents(path), 8 * DefaultsFile::maxBytes);
+    const auto after = Json::parse(folder.read(name), 8 * DefaultsFile::maxBytes);
     require(after && after->isObject());
     const bool wasBroken = !before || !before->isObject();
     require((::access(aside.c_str(), F_OK) == 0) == wasBroken);
     if (wasBroken) {
-        require(contents(aside) == text);
+        require(folder.read(name + std::string(DefaultsFile::asideSuffix)) == text);
         return 0;
     }
     for (const auto& [key, value] : before->members()) {

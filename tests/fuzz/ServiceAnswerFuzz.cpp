@@ -37,10 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!isUtf8(text)) return 0;
     const std::string join = R"(,"join":)" + quotedJson(text) + "}";
     const auto url = JoinLink::joinURL(R"({"v":1)" + join, code);
-    if (url) {
-        require(url->text() == text);
-        checkAddress(text);
-    }
+    require(!url || url->text() == text);
+    if (url) checkAddress(text);
     for (const char* version : {"2", "\"1\"", "true", "1,\"v\":1"})
         require(!JoinLink::joinURL(R"({"v":)" + std::string(version) + join, code));
     return 0;

@@ -6,7 +6,6 @@
 #include "tests/support/Words.h"
 
 namespace tarnik {
-namespace {
 
 TEST(NodeLaunch, filtersTheInheritedEnvironment) {
     const NodeHome standard{.path = "/Users/me/.tarnik/node", .isDefault = true};
@@ -33,5 +32,4 @@ TEST(NodeLaunch, filtersTheInheritedEnvironment) {
     EXPECT_EQ(NodeLaunch::environment(inherited, standard, CuaDriverEndpoint{"s", "/b"}), own);
 }
 
-}  // namespace
 }  // namespace tarnik

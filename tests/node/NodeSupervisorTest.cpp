@@ -10,6 +10,7 @@
 #include "tests/support/FakeChild.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 namespace {
@@ -20,11 +21,7 @@ using namespace NodeStates;
 const std::string endpointKey(CuaDriverEndpoint::environmentKey);
 const CuaDriverEndpoint endpointA{"/tmp/a.sock", "/opt/driver"};
 const CuaDriverEndpoint endpointB{"/tmp/b.sock", "/opt/driver"};
-const NodeState running = Running{}, stopped = Stopped{}, pairing = NodeStates::Pairing{};
-
-NodeState restarting(Seconds delay) {
-    return Restarting{delay};
-}
+const NodeState running = Running{}, stopped = Stopped{};
 
 struct Fixture {
     TemporaryFolder folder;
@@ -36,6 +33,7 @@ struct Fixture {
     std::vector<NodeState> states;
     NodeSupervisorDeps deps;
     std::optional<NodeSupervisor> made;
+    std::shared_ptr<PairingSession> session;
 
     Fixture() {
         deps.spawn = spawner.spawn();
@@ -65,49 +63,39 @@ struct Fixture {
         join();
         supervisor().start();
     }
-    NodeState started() {
-        supervisor().start();
-        return states.back();
-    }
-    NodeState after(Seconds time) {
-        queue->advance(time);
-        return states.back();
-    }
-    NodeState afterExit(ExitStatus status = ExitStatus::exited(1)) {
-        spawner.last().end(status);
-        return states.back();
-    }
-    std::size_t startsAfter(Seconds time) {
-        queue->advance(time);
-        return spawner.count();
-    }
-    std::size_t startsWith(const std::optional<CuaDriverEndpoint>& endpoint) {
-        supervisor().setEndpoint(endpoint);
-        return spawner.count();
-    }
     const Environment& environment() { return spawner.last().request().environment; }
-    std::shared_ptr<PairingSession> pair() {
-        return supervisor().beginPairing("https://join.example", {}).value();
-    }
     PairingError refusal() { return supervisor().beginPairing("https://other.example", {}).error(); }
-    void prompt(const std::shared_ptr<PairingSession>& session) {
+    void pair() {
+        const auto begun = supervisor().beginPairing("https://join.example", {});
+        if (!begun) return;
+        session = *begun;
         spawner.last().print("Press Enter to connect it");
         const PairingPhase waiting = PairingPhases::WaitingForYes{};
         ASSERT_TRUE(eventually([&] { return session->phase() == waiting; }));
     }
+    void act(const std::string& event) {
+        if (event.starts_with('+')) queue->advance(Seconds(std::stod(event)));
+        if (event == "install") install();
+        if (event == "join") join();
+        if (event == "start") supervisor().start();
+        if (event == "stop") supervisor().stop();
+        if (event == "A") supervisor().setEndpoint(endpointA);
+        if (event == "B") supervisor().setEndpoint(endpointB);
+        if (event == "fail") spawner.failure = SystemError{"spawn", EAGAIN};
+        if (event == "heal") spawner.failure.reset();
+        if (event == "exit") spawner.last().end(ExitStatus::exited(1));
+        if (event == "pair") pair();
+        if (event == "confirm") session->confirm();
+    }
+    std::string reported() const {
+        std::string text;
+        for (const auto& state : states) {
+            const std::string name = describe(state);
+            text += (name.starts_with("restarting ") ? name.substr(11) : name) + " ";
+        }
+        return text;
+    }
 };
-
-TEST(NodeSupervisor, reportsOnceWhatIsMissing) {
-    Fixture f;
-    EXPECT_EQ(f.started(), NodeState(NotInstalled{}));
-    f.install();
-    for (int i = 0; i < 2; ++i) EXPECT_EQ(f.started(), NodeState(WaitingForLink{}));
-    EXPECT_EQ(f.states.size(), 2U);
-    EXPECT_EQ(f.spawner.count(), 0U);
-    f.join();
-    EXPECT_EQ(f.started(), running);
-    EXPECT_EQ(f.supervisor().runningPID(), f.spawner.last().handle()->pid());
-}
 
 TEST(NodeSupervisor, stopsTheNodeByClosingItsInput) {
     Fixture f;
@@ -139,62 +127,18 @@ TEST(NodeSupervisor, closesAnOutputThatOutlivesTheNode) {
     EXPECT_TRUE(eventually([&] { return ::write(leftBehind.get(), "x", 1) < 0; }));
 }
 
-TEST(NodeSupervisor, waitsLongerAfterEachQuickExit) {
-    Fixture f;
-    f.startJoined();
-    for (const Seconds delay : {1s, 2s, 4s, 8s, 16s, 30s, 60s, 60s}) {
-        f.queue->advance(59.9s);
-        EXPECT_EQ(f.afterExit(), restarting(delay));
-        EXPECT_EQ(f.after(delay - 1ms), restarting(delay));
-        EXPECT_EQ(f.after(1ms), running);
-    }
-    EXPECT_EQ(f.spawner.last().request().standardOutput, Stdio::null());  // without a log
-    f.queue->advance(60s);
-    EXPECT_EQ(f.afterExit(ExitStatus::signaled(SIGKILL)), restarting(1s));
-    EXPECT_EQ(f.messages.back(), "the node stopped (signal 9)");
-    EXPECT_EQ(f.spawner.count(), 9U);
-}
-
-TEST(NodeSupervisor, retriesAFailedStart) {
-    Fixture f;
-    f.spawner.failure = SystemError{"posix_spawn /node", ENOENT};
-    f.startJoined();
-    EXPECT_EQ(f.messages.at(0), "couldn't start the node: " + describe(*f.spawner.failure));
-    for (int i = 0; i < 3; ++i) f.supervisor().start();
-    EXPECT_EQ(f.after(1s), restarting(2s));
-    EXPECT_EQ(f.messages.size(), 5U) << "only one restart was pending";
-    f.spawner.failure.reset();
-    EXPECT_EQ(f.after(2s), running);
-
-    // A connect command that can't be started brings the node back.
-    f.spawner.failure = SystemError{"forkpty", EAGAIN};
-    EXPECT_EQ(f.refusal(), PairingError(*f.spawner.failure));
-    EXPECT_EQ(f.states.back(), restarting(4s));
-    f.spawner.failure.reset();
-    EXPECT_EQ(f.after(4s), running);
-}
-
-TEST(NodeSupervisor, stopCancelsAPendingRestart) {
-    Fixture f;
-    f.startJoined();
-    f.spawner.last().end(ExitStatus::exited(1));
-    f.supervisor().stop();
-    EXPECT_EQ(f.after(1h), stopped);
-    EXPECT_EQ(f.startsWith(endpointA), 1U);
-    EXPECT_EQ(f.started(), running);
-    EXPECT_EQ(f.afterExit(), restarting(1s)) << "the backoff was reset";
-}
-
 TEST(NodeSupervisor, stopsANodeByForceAndIgnoresItsLateExit) {
     Fixture f;
     f.spawner.stopBehaviour = FakeChild::StopBehaviour::ignores;
     f.startJoined();
-    EXPECT_EQ(f.startsWith(endpointA), 2U);
+    f.act("A");
+    ASSERT_EQ(f.spawner.count(), 2U);
     EXPECT_EQ(f.spawner.at(0).stopping(), "10000 ms, signal 15, 5000 ms, signal 9, 5000 ms");
     f.spawner.at(0).end(ExitStatus::signaled(SIGKILL));
     EXPECT_EQ(f.states, std::vector{running});
     f.made.reset();
-    EXPECT_EQ(f.afterExit(ExitStatus::signaled(SIGKILL)), stopped);
+    f.spawner.at(1).end(ExitStatus::signaled(SIGKILL));
+    EXPECT_EQ(f.states.back(), stopped);
     EXPECT_TRUE(f.messages.empty());
 }
 
@@ -217,86 +161,78 @@ TEST(NodeSupervisor, startsNothingOnceTheProgramEnds) {
     }
 }
 
-TEST(NodeSupervisor, restartsOnlyForAnotherEndpoint) {
-    Fixture f;
-    f.supervisor().setEndpoint(endpointA);
-    f.startJoined();
-    EXPECT_EQ(f.startsWith(endpointA), 1U);
-    f.spawner.last().end(ExitStatus::exited(1));
-    f.queue->advance(1s);
-    EXPECT_EQ(f.startsWith(endpointB), 3U);
-    EXPECT_EQ(f.environment().at(endpointKey), endpointB.environmentValue());
-    EXPECT_EQ(f.afterExit(), restarting(1s)) << "the backoff was reset";
-    f.supervisor().setEndpoint(std::nullopt);
-    EXPECT_EQ(f.startsAfter(1s), 4U);
-    EXPECT_FALSE(f.environment().contains(endpointKey));
-}
-
-TEST(NodeSupervisor, refusesToPairWithoutChangingAnything) {
-    Fixture f;
-    EXPECT_EQ(f.refusal(), PairingError(PairingFailure::notInstalled));
-    EXPECT_TRUE(f.states.empty());
-    f.install();
-    const auto session = f.pair();
-    EXPECT_EQ(f.refusal(), PairingError(PairingFailure::busy));
-    EXPECT_EQ(f.states, std::vector{pairing});
-    EXPECT_EQ(f.spawner.count(), 1U);
-    EXPECT_TRUE(session->isInProgress());
-}
-
-TEST(NodeSupervisor, waitsForAnotherLinkWhenPairingFails) {
-    Fixture f;
-    f.install();
-    f.pair();
-    EXPECT_EQ(f.afterExit(), NodeState(WaitingForLink{}));
-    EXPECT_EQ(f.startsAfter(1h), 1U);
-
-    // If this Mac has joined, the node is restarted. The delay grows, however long the pairing ran.
-    f.join();
-    for (const Seconds delay : {1s, 2s, 4s}) {
-        f.pair();
-        EXPECT_EQ(f.after(2min), pairing);
-        EXPECT_EQ(f.afterExit(), restarting(delay));
+// The events are calls, the end of the latest child, and the passing of seconds. The states are those
+// reported: only its delay for a restart.
+TEST(NodeSupervisor, reportsEachStateOnce) {
+    const std::string up = "install join start ";
+    const std::tuple<const char*, std::string, std::string, std::size_t> cases[] = {
+        {"something is missing", "start start install start start join start",
+         "notInstalled waitingForLink running ", 1},
+        {"it ends at once", up + "exit +0.999", "running 1s ", 1},
+        {"it ends often", up + "exit +1 +59.9 exit +2 exit +4 exit +8 exit +16 exit +30 exit +60 exit +60",
+         "running 1s running 2s running 4s running 8s running 16s running 30s running 60s running 60s "
+         "running ",
+         9},
+        {"it ran for a minute", up + "exit +1 +60 exit", "running 1s running 1s ", 2},
+        {"it can't be started; one restart is pending", "fail " + up + "start start +1 +1.9", "1s 2s ", 0},
+        {"it can be started again", "fail " + up + "heal +1", "1s running ", 1},
+        {"a stop cancels a restart", up + "exit stop +3600 A", "running 1s stopped ", 1},
+        {"a stop resets the delay", up + "exit stop start exit", "running 1s stopped running 1s ", 2},
+        {"the same endpoint", "A " + up + "A", "running ", 1},
+        {"another endpoint", "A " + up + "B", "running ", 2},
+        {"an endpoint resets the delay", up + "exit +1 A exit", "running 1s running 1s ", 3},
+        {"no node to pair with", "pair", "", 0},
+        {"a second pairing", "install pair pair", "pairing ", 1},
+        {"a pairing that can't be started", up + "fail pair heal +1", "running 1s running ", 2},
+        {"a pairing that fails", "install pair exit +3600", "pairing waitingForLink ", 1},
+        {"pairings that fail", up + "pair +120 exit pair +120 exit", "running pairing 1s pairing 2s ", 3},
+        {"a pairing that is connected", up + "pair confirm +15", "running pairing running ", 2},
+        {"a pairing after it", up + "pair confirm +15 pair", "running pairing running pairing ", 3},
+        {"an endpoint during a pairing", up + "pair A confirm +89", "running pairing running ", 2},
+        {"once it has settled", up + "pair A confirm +90", "running pairing running ", 3},
+        {"a pairing that ends first", up + "pair A exit +1 +3600", "running pairing 1s running ", 3},
+    };
+    for (const auto& [why, events, states, starts] : cases) {
+        Fixture f;
+        for (const auto& event : words(events)) f.act(event);
+        EXPECT_EQ(f.reported(), states) << why;
+        EXPECT_EQ(f.spawner.count(), starts) << why;
     }
 }
 
-TEST(NodeSupervisor, replacesAConnectedPairingByANewOne) {
+TEST(NodeSupervisor, passesTheEndpointToTheNode) {
     Fixture f;
-    f.startJoined();
-    const auto first = f.pair();
-    f.prompt(first);
-    first->confirm();
-    EXPECT_EQ(f.after(15s), running);
-    EXPECT_FALSE(f.supervisor().runningPID()) << "a pairing is not the node";
-    const auto second = f.pair();
-    EXPECT_EQ(f.spawner.at(1).stopping(), "signal 15");
-    EXPECT_EQ(f.states.back(), pairing);
-    f.prompt(second);
-    second->confirm();
-    f.supervisor().stop();
-    EXPECT_TRUE(eventually([&] { return second->phase() == PairingPhase(PairingPhases::Connected{}); }))
-        << "this Mac has joined";
+    for (const char* event : {"install", "join", "A", "start"}) f.act(event);
+    EXPECT_EQ(f.environment().at(endpointKey), endpointA.environmentValue());
+    EXPECT_EQ(f.supervisor().runningPID(), f.spawner.last().handle()->pid());
+    EXPECT_EQ(f.spawner.last().request().standardOutput, Stdio::null());  // without a log
+    f.supervisor().setEndpoint(std::nullopt);
+    EXPECT_FALSE(f.environment().contains(endpointKey));
 }
 
-TEST(NodeSupervisor, restartsForANewEndpointOnceAPairingHasSettled) {
+TEST(NodeSupervisor, reportsWhyNothingRuns) {
     Fixture f;
+    EXPECT_EQ(f.refusal(), PairingError(PairingFailure::notInstalled));
+    f.spawner.failure = SystemError{"posix_spawn /node", ENOENT};
     f.startJoined();
-    const auto session = f.pair();
-    f.prompt(session);
-    f.supervisor().setEndpoint(endpointA);
-    EXPECT_EQ(f.startsAfter(10min), 2U);
-    session->confirm();
-    EXPECT_EQ(f.startsAfter(89s), 2U);
-    EXPECT_EQ(f.startsAfter(1s), 3U);
-    EXPECT_EQ(f.states.back(), running);
-    EXPECT_TRUE(f.environment().contains(endpointKey));
+    EXPECT_EQ(f.messages.back(), "couldn't start the node: " + describe(*f.spawner.failure));
+    EXPECT_EQ(f.refusal(), PairingError(*f.spawner.failure));
+    f.act("heal");
+    f.queue->advance(2s);
+    f.spawner.last().end(ExitStatus::signaled(SIGKILL));
+    EXPECT_EQ(f.messages.back(), "the node stopped (signal 9)");
+    f.act("pair");
+    EXPECT_EQ(f.refusal(), PairingError(PairingFailure::busy));
+    EXPECT_FALSE(f.supervisor().runningPID()) << "a pairing is not the node";
+}
 
-    // A pairing that ends first cancels the check.
-    f.prompt(f.pair());
-    f.supervisor().setEndpoint(endpointB);
-    f.spawner.last().end(ExitStatus::exited(1));
-    EXPECT_EQ(f.startsAfter(1s), 5U);
-    EXPECT_EQ(f.startsAfter(1h), 5U);
+TEST(NodeSupervisor, endsAConnectedPairing) {
+    Fixture f;
+    for (const char* event : {"install", "join", "pair", "confirm", "+15", "pair", "confirm"}) f.act(event);
+    EXPECT_EQ(f.spawner.at(0).stopping(), "signal 15");
+    f.supervisor().stop();
+    EXPECT_TRUE(eventually([&] { return f.session->phase() == PairingPhase(PairingPhases::Connected{}); }))
+        << "this Mac has joined";
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include "tests/support/Words.h"
 
 namespace tarnik {
-namespace {
 
 TEST(ReleaseVersion, acceptsOnlyCompleteVersions) {
     using Parts = ReleaseVersion::Parts;
@@ -35,5 +34,4 @@ TEST(ReleaseVersion, comparesNumbersFromTheYearOn) {
         EXPECT_EQ(ReleaseVersion::compare(a, b), std::nullopt);
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 // Tests each text at each offset of a block, at the end of the input and before more text.
 TEST(TerminalText, dropsSequencesAndControlCharacters) {
@@ -36,5 +35,4 @@ TEST(TerminalText, dropsEverythingAfterAnIncompleteSequence) {
     }
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -7,7 +7,6 @@
 #include "tests/support/ManualMainThread.h"
 
 namespace tarnik {
-namespace {
 
 using Outcome = SingleInstance::Outcome;
 using Links = std::vector<std::string>;
@@ -46,8 +45,9 @@ TEST(BusSingleInstance, losesNoLinkToAnOwnerThatDoesNotAcceptIt) {
         const auto requests = std::make_shared<OpenRequests>(mainThread.record());
         Links links;
         requests->onLink([&](const std::string& opened) { links.push_back(opened); });
-        BusSingleInstance second(bus.connect(), requests, "token", quick);
-        EXPECT_EQ(second.acquire({.link = "tarnik://1"}), std::get<1>(c)) << static_cast<int>(owner);
+        const auto outcome =
+            BusSingleInstance(bus.connect(), requests, "token", quick).acquire({.link = "tarnik://1"});
+        EXPECT_EQ(outcome, std::get<1>(c)) << static_cast<int>(owner);
         EXPECT_EQ(links, Links()) << "acquire itself delivers no link";
         mainThread.run();
         EXPECT_EQ(links, std::get<2>(c)) << static_cast<int>(owner);
@@ -75,5 +75,4 @@ TEST(OpenRequests, queuesRequestsUntilTheirHandlerExists) {
     EXPECT_EQ(links.back(), "at once");
 }
 
-}  // namespace
 }  // namespace tarnik

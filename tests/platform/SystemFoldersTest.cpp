@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 TEST(SystemFolders, areTheAbsoluteXdgFoldersOrTheirDefaults) {
     const std::pair<Environment, std::string> cases[] = {
@@ -16,5 +15,4 @@ TEST(SystemFolders, areTheAbsoluteXdgFoldersOrTheirDefaults) {
         EXPECT_EQ(SystemFolders::of(environment, "/home/ada").preferences, preferences);
 }
 
-}  // namespace
 }  // namespace tarnik

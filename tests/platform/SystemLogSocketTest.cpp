@@ -11,7 +11,6 @@
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
-namespace {
 
 TEST(SystemLogSocket, sendsOneLineAndNeverBlocks) {
     const TemporaryFolder folder;
@@ -35,5 +34,4 @@ TEST(SystemLogSocket, sendsOneLineAndNeverBlocks) {
     SystemLogSocket::channel(std::make_shared<SystemLogSocket>("/nowhere/log"), "app")("no socket");
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -8,7 +8,6 @@
 #include "tests/platform/PrivateBus.h"
 
 namespace tarnik {
-namespace {
 
 TEST(TrayHostMonitor, reportsATrayThatStartsAndEnds) {
     const PrivateBus bus;
@@ -36,5 +35,4 @@ TEST(TrayHostMonitor, reportsAMissingBus) {
     EXPECT_TRUE(comesTrue([&] { return reported == TrayHost::absent; }));
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 using namespace std::chrono_literals;
 
@@ -55,5 +54,4 @@ TEST(ExitStatus, ignoresTheCoreDumpFlag) {
     EXPECT_EQ(ExitStatus::fromWaitStatus(SIGSEGV | 0x80), ExitStatus::signaled(SIGSEGV));
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 TEST(ProcessStat, parsesAnyProcessName) {
     const std::string numbers = " S 41 41 41 0 -1 4194304 97 0 0 0 250 50 3 4 20 0 1 0 488501 3133440 362";
@@ -25,5 +24,4 @@ TEST(ProcessStat, parsesAnyProcessName) {
     for (const auto& [why, line, parsed] : cases) EXPECT_EQ(ProcessStat::parse(line), parsed) << why;
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -15,7 +15,6 @@
 #include "tests/support/Terminal.h"
 
 namespace tarnik {
-namespace {
 
 TEST(PtyProcess, runsOnATerminalOfTheRightSize) {
     Terminal terminal(childProgram("terminal_echo"));
@@ -84,5 +83,4 @@ TEST(PtyProcess, neverWritesToAReusedDescriptor) {
     pty->child().signal(SIGKILL);
 }
 
-}  // namespace
 }  // namespace tarnik

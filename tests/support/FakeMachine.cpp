@@ -5,13 +5,10 @@
 #include "tests/support/Eventually.h"
 
 namespace tarnik {
-namespace {
 
 using namespace std::chrono_literals;
 
 const std::string origin = "https://tarnik.example";
-
-}  // namespace
 
 FakeMachine::FakeMachine() {
     texts["NodeHome"] = folder.path() + "/node";

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 using namespace std::chrono_literals;
 
@@ -38,5 +37,4 @@ TEST(ActivitySources, keepTheUnknownUnknown) {
     EXPECT_EQ(from.sample({}).holders, std::vector<KeepAwakeHolder::Seen>());
 }
 
-}  // namespace
 }  // namespace tarnik

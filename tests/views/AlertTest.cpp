@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 TEST(Alert, showsBoundedPlainTextAndOneButton) {
     const auto alert = makeAlert("<b>title</b>", "<i>text</i>\n/" + std::string(1'000'000, 'w'));
@@ -28,5 +27,4 @@ TEST(Alert, showsBoundedPlainTextAndOneButton) {
     EXPECT_FALSE(alert->isVisible());
 }
 
-}  // namespace
 }  // namespace tarnik

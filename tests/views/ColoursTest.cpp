@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace tarnik {
-namespace {
 
 TEST(Colours, measureContrastAsWcagDoes) {
     EXPECT_NEAR(contrastBetween(Qt::white, Qt::black), 21, 0.01);
@@ -11,27 +10,27 @@ TEST(Colours, measureContrastAsWcagDoes) {
 }
 
 TEST(Colours, areReadableWithAnyAccent) {
-    const std::optional<AccentColour> accents[] = {
-        std::nullopt,   AccentColour{1, 1, 0}, AccentColour{0.21, 0.52, 0.89}, AccentColour{0, 0, 0.3},
-        AccentColour{}, AccentColour{1, 1, 1}, AccentColour{0.47, 0.47, 0.47}};
-    for (const auto appearance : {Appearance::light, Appearance::dark}) {
-        for (const auto contrast : {Contrast::usual, Contrast::higher}) {
-            const bool isHigher = contrast == Contrast::higher;
+    const std::optional<AccentColour> accents[] = {std::nullopt,
+                                                   AccentColour{1, 1, 0},
+                                                   AccentColour{0.21, 0.52, 0.89},
+                                                   AccentColour{0, 0, 0.3},
+                                                   AccentColour{1, 1, 1},
+                                                   AccentColour{0.47, 0.47, 0.47}};
+    for (const bool isHigher : {false, true})
+        for (const auto appearance : {Appearance::light, Appearance::dark})
             for (const auto& accent : accents) {
+                const auto contrast = isHigher ? Contrast::higher : Contrast::usual;
                 const auto palette = paletteFor(appearance, {.accent = accent, .contrast = contrast});
                 EXPECT_EQ(contrastOf(palette), contrast);
                 EXPECT_EQ(appearanceOf(palette), appearance);
-                const QColor window = palette.color(QPalette::Window);
-                const QColor fill = palette.color(QPalette::Highlight);
+                const QColor window = palette.color(QPalette::Window),
+                             fill = palette.color(QPalette::Highlight);
                 const auto name = fill.name().toStdString();
                 EXPECT_GE(contrastBetween(palette.color(QPalette::HighlightedText), fill), 4.5) << name;
                 EXPECT_GE(contrastBetween(accentColour(palette), window), 4.5) << name;
                 EXPECT_GE(contrastBetween(secondaryColour(palette), window), isHigher ? 12 : 4.5);
                 EXPECT_GE(contrastBetween(lineColour(palette), window), isHigher ? 2.5 : 1);
             }
-        }
-    }
 }
 
-}  // namespace
 }  // namespace tarnik

@@ -9,7 +9,6 @@
 #include "tests/views/ShownView.h"
 
 namespace tarnik {
-namespace {
 
 using Kind = UserIntent::Kind;
 using Asked = std::vector<std::pair<Kind, std::string>>;
@@ -155,5 +154,4 @@ TEST(MainView, announcesNewsToScreenReaders) {
     EXPECT_EQ(announced, std::vector{*refused.message});
 }
 
-}  // namespace
 }  // namespace tarnik

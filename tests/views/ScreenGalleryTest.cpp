@@ -8,7 +8,6 @@
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
-namespace {
 
 const ScreenGallery gallery{
     .webOrigin = *Url::parse("https://tarnik.invalid"),
@@ -28,5 +27,4 @@ TEST(ScreenGallery, writesEachScreenInBothAppearancesAndSizes) {
     EXPECT_LT(dark.pixelColor(5, 5).lightness(), 60);
 }
 
-}  // namespace
 }  // namespace tarnik
