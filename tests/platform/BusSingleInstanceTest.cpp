@@ -33,11 +33,12 @@ TEST(BusSingleInstance, losesNoLinkToAnOwnerThatDoesNotAcceptIt) {
             other.leaveBus();
         };
         const auto answer = [&](const QDBusMessage& call) -> std::optional<QDBusMessage> {
-            if (owner == Owner::ends) other.post(vanish);
             if (owner == Owner::lacksTheInterface)
                 return call.createErrorReply(QDBusError::UnknownInterface, "");
-            if (owner != Owner::neverEnds || call.member() != "Open") return std::nullopt;
-            return call.createErrorReply("com.tarnik.node.Error.Ending", "");
+            if (owner == Owner::neverEnds && call.member() == "Open")
+                return call.createErrorReply("com.tarnik.node.Error.Ending", "");
+            if (owner == Owner::ends) vanish();  // destroys this lambda
+            return std::nullopt;
         };
         other.run([&] { service = std::make_unique<FakeService>(other.bus(), "com.tarnik.node", answer); });
 
