@@ -78,9 +78,6 @@ public:
         QDBusConnection::disconnectFromBus(bus_.name());
         bus_ = QDBusConnection(QString());
     }
-    void post(std::function<void()> task) const {
-        QMetaObject::invokeMethod(context_.get(), std::move(task));
-    }
     // Blocks until the task has run. Does nothing after end().
     void run(const std::function<void()>& task) const {
         if (!thread_.isRunning()) return;
