@@ -35,18 +35,18 @@ TEST(FailureTexts, comesBeforeWhateverIsNoSentence) {
 TEST(FailureCause, classifiesWhatTheUserCanRemove) {
     using enum FailureCause;
     using Kind = InstallFailure::Kind;
-    using Http = HttpError::Kind;
+    using Transfer = HttpError::Kind;
     const std::pair<InstallError, std::optional<FailureCause>> cases[] = {
-        {HttpError{.kind = Http::unresolved}, offline},
-        {HttpError{.kind = Http::proxyLogin}, proxyLogin},
+        {HttpError{.kind = Transfer::unresolved}, offline},
+        {HttpError{.kind = Transfer::proxyLogin}, proxyLogin},
         {InstallFailure{Kind::download, "stable.json", 407}, proxyLogin},
         {InstallFailure{Kind::download, "stable.json", 511}, captivePortal},
         {InstallFailure{Kind::download, "stable.json", 404}, std::nullopt},
         {NodeRelease::Failure{.reason = NodeRelease::Failure::Reason::notJSON}, captivePortal},
         {NodeRelease::Failure{.reason = NodeRelease::Failure::Reason::badSignature}, std::nullopt},
-        {HttpError{.kind = Http::notValidNow}, clock},
-        {HttpError{.kind = Http::untrusted}, untrustedCertificate},
-        {HttpError{.kind = Http::file, .code = EDQUOT}, diskFull},
+        {HttpError{.kind = Transfer::notValidNow}, clock},
+        {HttpError{.kind = Transfer::untrusted}, untrustedCertificate},
+        {HttpError{.kind = Transfer::file, .code = EDQUOT}, diskFull},
         {InstallFailure{Kind::extract, "tar: bin/node: Cannot write: No space left on device"}, diskFull},
         {InstallFailure{Kind::extract, "tar: damaged"}, std::nullopt},
         {ToolStartError{{"posix_spawn /x", EACCES}}, notAllowed},
