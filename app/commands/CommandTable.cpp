@@ -16,7 +16,26 @@ namespace {
 
 constexpr std::size_t longestQuote = 200;
 
+constexpr std::array examinationOptions{StandardOptions::json, StandardOptions::nodeHome,
+                                        StandardOptions::bundle};
+constexpr std::array reportOptions{StandardOptions::nodeHome, StandardOptions::bundle};
+
 constexpr std::array commands{
+    Command{.name = "doctor",
+            .summary = "find out what is wrong, and what to do",
+            .details = "It changes nothing and takes up to 20 seconds. The exit status is 0 if nothing is\n"
+                       "wrong.\n",
+            .options = examinationOptions},
+    Command{.name = "report",
+            .summary = "gather what support needs, without anything private",
+            .details = "The report is shown, or written to FILE, which must not exist. It is never sent.\n"
+                       "Read it before you pass it on.\n",
+            .options = reportOptions,
+            .argument = "[FILE]"},
+    Command{.name = "verify",
+            .summary = "compare the installed helper with its signed release",
+            .details = "It names every file that differs. The exit status is 0 if none does.\n",
+            .options = examinationOptions},
     Command{.name = "help",
             .summary = "show this page, or the help of a command",
             .argument = "[COMMAND]",

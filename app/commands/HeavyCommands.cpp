@@ -1,6 +1,7 @@
 #include "app/commands/HeavyCommands.h"
 
 #include "app/commands/CommandTable.h"
+#include "app/commands/Commands.h"
 #include "app/commands/Front.h"
 #include "app/console/ConsoleProgram.h"
 #include "app/texts/ProgramTexts.h"
@@ -14,7 +15,8 @@ struct HeavyCommand {
     RunCommand run;
 };
 
-constexpr std::array<HeavyCommand, 0> heavyCommands{};
+constexpr std::array heavyCommands{HeavyCommand{"doctor", runDoctor}, HeavyCommand{"report", runReport},
+                                   HeavyCommand{"verify", runVerify}};
 
 }  // namespace
 

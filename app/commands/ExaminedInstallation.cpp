@@ -1,0 +1,62 @@
+#include "app/commands/ExaminedInstallation.h"
+
+#include <utility>
+
+#include <unistd.h>
+
+#include "app/control/ControlClient.h"
+#include "app/control/ControlFolder.h"
+#include "app/platform/StoredPreferences.h"
+#include "core/foundation/TarnikIdentity.h"
+
+namespace tarnik {
+namespace {
+
+std::optional<bool> isOn(const Json& status, std::string_view which) {
+    const Json* switches = status.member("switches");
+    const Json* value = switches != nullptr ? switches->member(which) : nullptr;
+    const auto text = value != nullptr ? value->asString() : std::nullopt;
+    return text ? std::optional(*text == "on") : std::nullopt;
+}
+
+RunningCopy copyOf(const Json& status) {
+    const Json* program = status.member("program");
+    const Json* pid = program != nullptr ? program->member("pid") : nullptr;
+    const auto number = pid != nullptr ? pid->asInteger() : std::nullopt;
+    return {.pid = number ? std::optional(static_cast<pid_t>(*number)) : std::nullopt,
+            .accessibility = isOn(status, "accessibility"),
+            .screenRecording = isOn(status, "screenRecording")};
+}
+
+}  // namespace
+
+DoctorSubject examinedInstallation(const CommandOptions& options, const ProgramRun& run) {
+    auto chosen = options.value(StandardOptions::nodeHome.name);
+    if (!chosen) chosen = storedText(run.place.folders, std::string(TarnikIdentity::nodeHomeDefaultsKey));
+    return {.host = run.host(),
+            .folders = run.place.folders,
+            .executable = run.place.executable,
+            .bundle = run.place.bundle,
+            .home = NodeHome::resolve(chosen, run.userFolder)};
+}
+
+std::optional<Json> statusOfRunningCopy(const ProgramRun& run) {
+    constexpr Seconds timeout = Seconds(2);
+    auto client = ControlClient::connect(ControlFolder::candidates(run.environment, run.place.folders));
+    if (!client) return std::nullopt;
+    const auto answer = client->ask({.kind = ControlRequest::Kind::status}, timeout);
+    const auto* status = answer ? std::get_if<Json>(&answer->content) : nullptr;
+    return status != nullptr ? std::optional(*status) : std::nullopt;
+}
+
+DoctorDeps examinationDeps(const DoctorSubject& subject, const std::optional<Json>& status,
+                           const BackgroundTasks& tasks) {
+    return DoctorDeps::production(subject, status ? std::optional(copyOf(*status)) : std::nullopt, tasks);
+}
+
+ExitCode endWithProbes(ExitCode code, const BackgroundTasks& tasks, const CommandOutput& output) {
+    if (!tasks.isIdle() && !output.hasFailed()) ::_exit(exitStatus(code));
+    return code;
+}
+
+}  // namespace tarnik

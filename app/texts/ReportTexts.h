@@ -1,0 +1,24 @@
+#pragma once
+
+// The headings of a report.
+namespace tarnik::ReportTexts {
+
+using Text = const char*;
+
+inline constexpr Text introduction =
+    "tarnik report. It is never sent by itself. Codes, keys, addresses and names are hidden; read it before "
+    "you "
+    "pass it on.\n";
+inline constexpr Text versions = "Versions";
+inline constexpr Text settings = "Settings of the build";
+inline constexpr Text doctor = "Doctor";
+inline constexpr Text status = "Status";
+inline constexpr Text journal = "Journal";
+inline constexpr Text helperLog = "End of the helper's log";
+
+inline constexpr Text working = "Gathering the report. This takes up to 20 seconds.";
+inline constexpr Text written = "The report is in ";                    // before the path
+inline constexpr Text notWritten = "The report couldn't be written: ";  // before the reason
+inline constexpr Text statusNotRunning = "tarnik isn't running.";
+
+}  // namespace tarnik::ReportTexts

@@ -1,0 +1,51 @@
+#include "app/report/Report.h"
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/PrivateTexts.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tarnik {
+namespace {
+
+TEST(Report, losesWhatIsPrivateInEverySource) {
+    const Redaction redaction(privateNames());
+    for (const auto& [text, secret] : privateTexts) {
+        for (const char* around : {" ", "\n", "\"", "(", ", "}) {
+            const auto inside = "before" + std::string(around) + std::string(text) + around + "after";
+            const ReportSources sources{.versions = inside,
+                                        .settings = inside,
+                                        .findings = {{"x", Severity::error, inside, inside}},
+                                        .status = inside,
+                                        .journal = inside,
+                                        .helperLog = inside};
+            EXPECT_FALSE(reportText(sources, redaction).contains(secret)) << text << " in " << around;
+        }
+    }
+}
+
+TEST(Report, keepsWhatExplainsAFailure) {
+    const Redaction redaction(privateNames());
+    for (const char* text :
+         {"2026-05-01T12:34:56Z helper.ended: The helper stopped (exit 3) after 1.2 s.",
+          "error home.modes: /var/lib/tarnik can't be written.", "tarnik 0.1.0, helper 2026.5.1, Linux 6.1.0",
+          "connect to 127.0.0.1:8080 failed", "The file is ~/.tarnik/node/app/bin/tarnik-node."})
+        EXPECT_EQ(redaction.apply(text), text);
+    EXPECT_EQ(redaction.apply("/home/alice.miller/.tarnik"), "~/.tarnik");
+    EXPECT_EQ(redaction.apply("aliced.millers"), "aliced.millers") << "another word";
+}
+
+TEST(Report, readsTheEndOfALog) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() + "/node.log";
+    std::ofstream(path) << "one\ntwo\n\x1b[31mthree\nfour";
+    EXPECT_EQ(lastLines(path, 2, 1000), "[31mthree\nfour\n");
+    EXPECT_EQ(lastLines(path, 9, 1000), "one\ntwo\n[31mthree\nfour\n");
+    EXPECT_EQ(lastLines(path, 9, 6), "e\nfour\n");
+    EXPECT_EQ(lastLines(folder.path(), 9, 6), "");
+}
+
+}  // namespace
+}  // namespace tarnik
