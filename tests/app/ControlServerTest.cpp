@@ -204,13 +204,11 @@ TEST(ControlServer, closesClientsThatAreTooSlow) {
     ASSERT_TRUE(id && watcher.receive());
     EXPECT_EQ(watcher.receive(0.2s).error(), Failure::timedOut) << "a stream may be silent";
 
-    // Unread updates are merged, so that only what the socket holds is written before the limit.
     const std::string big = R"({"text":")" + std::string(60'000, 'x') + R"("})";
-    for (int i = 0; i < 200; ++i) f.server->answer(f.last, *id, big, Position::update);
-    EXPECT_TRUE(eventually([&] { return f.closed == 1; }));
-    int received = 0;
-    while (watcher.receive()) ++received;
-    EXPECT_LT(received, 50);
+    EXPECT_TRUE(eventually([&] {
+        f.server->answer(f.last, *id, big, Position::update);
+        return f.closed == 1;
+    })) << "it reads nothing";
 }
 
 TEST(ControlServer, aStreamGetsTheLatestUpdateAndItsEnd) {
