@@ -29,6 +29,7 @@ async function refused(run, one) {
   const sentence = said[0].replace(/^\S+ error /, '');
   const fits = typeof wanted === 'string' ? sentence === wanted : wanted.test(sentence);
   demand(fits, `it printed: ${sentence}\n        not: ${wanted}`);
+  if (one.cause) demand(program.find(event('cause', `.*${one.cause.source}.*`)), `no cause like ${one.cause}`);
   return sentence;
 }
 

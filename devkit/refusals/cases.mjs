@@ -6,6 +6,7 @@
 //     prepare     writes files into the home before the program starts
 //     outcome     'refused' (the default), 'installed', or 'either' if only the files matter
 //     sentence    the printed sentence: its whole text, or a pattern
+//     cause       a pattern for the line below it
 //     leaves      the new files that are allowed: 'nothing', 'claim', 'runtime' or 'all'
 //     patient     the case takes minutes or half a gigabyte
 import { mkdirSync, writeFileSync } from 'node:fs';
@@ -36,13 +37,15 @@ function claimByHand({ marker }) {
 
 const release = [
   ['404', notLoaded('release')],
+  ['407', notLoaded('release'), /requires a name and a password/],
+  ['portal', mentions('the release file is not JSON'), /requires a sign-in/],
   ['cut-off', notDownloaded],
   ['endless', notDownloaded],
   ['redirect-to-file', notDownloaded],
   ['redirect-loop', notDownloaded],
   ['stall', notDownloaded],
   ['drip', notDownloaded],
-].map(([how, sentence]) => ({ misbehave: ['release', how], sentence, leaves: 'nothing' }));
+].map(([how, sentence, cause]) => ({ misbehave: ['release', how], sentence, cause, leaves: 'nothing' }));
 
 const runtime = [
   ['404', notLoaded('runtime')],

@@ -8,7 +8,7 @@ const ignored = /^Library(\/|$)/;
 // The node home is created for its lock before anything is refused.
 const nothing = [/^\.tarnik(\/node)?$/];
 const claim = [...nothing, /^\.tarnik\/node\/(\.tarnik-node-home|runtime|tmp)$/];
-const runtime = [...claim, /^\.tarnik\/node\/runtime\/node(\/|$)/];
+const runtime = [...claim, /^\.tarnik\/node\/(runtime\/node(\/|$)|provenance\.json$)/];
 const all = [...runtime, /^\.tarnik\/node\/app(\/|$)/];
 const allowed = { nothing, claim, runtime, all };
 

@@ -50,6 +50,7 @@ function redirect(response, location) {
 // Each function gets the response, the correct answer, and the requested path.
 export const misbehaviours = {
   404: failWith(404),
+  407: failWith(407),
   500: failWith(500),
   // The body takes three seconds, regardless of its length.
   slow: (response, answer) => inPieces(response, answer, slowPieces, slowPauseMs),
@@ -71,6 +72,16 @@ export const misbehaviours = {
     body[body.length >> 1] ^= 1;
     start(response, answer);
     response.end(body);
+  },
+  // As of a network that requires a sign-in.
+  portal: (response) => {
+    start(response, { status: 200, type: 'text/html' });
+    response.end('<html><body>Sign in to use this network.</body></html>\n');
+  },
+  // The right answer from a server whose clock is a day behind.
+  yesterday: (response, answer) => {
+    start(response, answer, { date: new Date(Date.now() - 24 * 3600 * 1000).toUTCString() });
+    response.end(answer.whole());
   },
   stall: (response, answer) => {
     start(response, answer);
