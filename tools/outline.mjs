@@ -29,6 +29,8 @@ function countMember(type, statement) {
     let plain = text;
     while (/<[^<>]*>/.test(plain)) plain = plain.replace(/<[^<>]*>/g, '');
     plain = plain.replace(/\b[A-Z][A-Z_]+\([^)]*\)/g, '');
+    // The sign of an assignment operator begins no initial value.
+    plain = plain.replace(/\boperator=/, 'operatorAssign');
     const signature = /([~\w]+|operator.*?)\s*\(/.exec(plain.replace(/=.*$|\{.*$/, ''));
     if (signature) {
         const name = signature[1];

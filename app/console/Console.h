@@ -6,17 +6,13 @@
 #include <string>
 
 #include "app/AppDelegate.h"
-#include "app/console/ConsoleOutput.h"
-#include "app/console/PairingTranscript.h"
+#include "app/console/ConsoleReport.h"
 #include "app/console/SimulatedSwitches.h"
-#include "app/model/ChangeFeed.h"
-#include "app/model/WindowContent.h"
 #include "core/foundation/CallbackGuard.h"
 
 namespace tarnik {
 
-// The terminal face. Prints every change of the model, prints the window as text, and executes the commands
-// that the user types.
+// The terminal face. Executes the commands that the user types; its ConsoleReport prints what happens.
 //
 // Owned by runConsole(), one per run. Main thread only.
 class Console {
@@ -36,7 +32,7 @@ public:
 
     // Pairs with the link once the helper is installed. If the link is refused, the program ends with
     // status 1.
-    void pairWhenReady(std::string link) { startLink_ = std::move(link); }
+    void pairWhenReady(std::string link) { startLink_.link = std::move(link); }
 
     void onLine(const std::string& line);
     void onLineTooLong();
@@ -51,14 +47,7 @@ public:
 
 private:
     void willChange(const AppState& now, const AppState& next);
-    void showSetup(const Setup& setup, bool wasInstalling);
-    void showPairing(const PairingSession::Snapshot& snapshot);
-    void showLink(const AppState& now, const AppState& next);
-    void showWindow();
-    void showNews(const AppState& state);
-    void showStatus();
-    void showSample();
-    void showError(const std::string& text);
+    void setupEnded();
     void setSwitch(const std::string& words);
     void pair(const std::string& link);
     void confirm(bool isCommand);
@@ -67,24 +56,21 @@ private:
     void fail();
     void quit();
 
+    // The link of the command line.
+    struct StartLink {
+        std::optional<std::string> link;
+        bool isGiven = false;  // to the model, which has not answered yet
+    };
+
     const MainThread mainThread_;
-    ConsoleOutput& output_;
     SimulatedSwitches& switches_;
     const std::shared_ptr<AppModel> model_;
     const std::function<void()> closeInput_;
     AppDelegate* delegate_ = nullptr;
-    std::optional<std::string> startLink_;
-    bool startLinkGiven_ = false;
+    StartLink startLink_;
     bool inputEnded_ = false;
-    bool answeredLink_ = false;  // a message about the last link was printed
-    std::string installing_;     // the installer's last line
-    int restarts_ = 0;
-    int driverRestarts_ = 0;
     int exitStatus_ = 0;
-    PairingTranscript transcript_;
-    std::string sessionID_;               // of transcript_
-    std::optional<WindowContent> shown_;  // std::nullopt before the window is opened
-    const ChangeFeed feed_;
+    ConsoleReport report_;
     const CallbackGuard guard_;
 };
 
