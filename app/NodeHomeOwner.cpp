@@ -17,20 +17,31 @@ namespace {
 
 constexpr Seconds retryInterval = Seconds(0.1);
 constexpr std::size_t longestNote = 64;
-constexpr std::string_view consoleWord = " console\n";
-constexpr std::string_view windowWord = " window\n";
 
 using Owner = NodeHomeOwner::Owner;
+using Face = NodeHomeOwner::Face;
+
+// The end of the note of a program with this face.
+std::string_view wordOf(Face face) {
+    switch (face) {
+        case Face::window: return " window\n";
+        case Face::console: return " console\n";
+        case Face::service: return " service\n";
+    }
+    return "";
+}
 
 // Parses "1234 console".
 std::optional<Owner> parseOwner(std::string_view note) {
     Owner owner{};
     const auto [end, error] = std::from_chars(note.data(), note.data() + note.size(), owner.pid);
     const auto word = note.substr(static_cast<std::size_t>(end - note.data()));
-    if (error != std::errc() || owner.pid < 2 || (word != consoleWord && word != windowWord))
-        return std::nullopt;
-    owner.face = word == consoleWord ? NodeHomeOwner::Face::console : NodeHomeOwner::Face::window;
-    return owner;
+    if (error != std::errc() || owner.pid < 2) return std::nullopt;
+    for (const Face face : {Face::window, Face::console, Face::service}) {
+        owner.face = face;
+        if (word == wordOf(face)) return owner;
+    }
+    return std::nullopt;
 }
 
 // Returns a name per home. stat() follows links, so a link to a home has the name of that home.
@@ -86,8 +97,7 @@ bool NodeHomeOwner::acquire() {
 void NodeHomeOwner::noteOwner() const {
     const auto folder = notesFolder(deps_.applicationSupport);
     const auto name = noteName(*home_);
-    const auto word = deps_.face == Face::console ? consoleWord : windowWord;
-    if (folder && name) folder->replace(*name, std::to_string(::getpid()) + std::string(word));
+    if (folder && name) folder->replace(*name, std::to_string(::getpid()) + std::string(wordOf(deps_.face)));
 }
 
 // The note may be older than the lock, or be missing, so it only adds details to the sentence.

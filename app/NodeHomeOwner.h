@@ -22,7 +22,7 @@ class NodeHomeOwner {
 public:
     static constexpr Seconds lockTimeout = Seconds(3);  // for another program that is ending
 
-    enum class Face { window, console };
+    enum class Face { window, console, service };
 
     // The process that has locked a home, as its note in application support names it.
     struct Owner {

@@ -39,6 +39,16 @@ inline constexpr OptionSpec bundle{.name = "bundle",
                                    .summary = "use the settings and the driver of this bundle folder",
                                    .audience = OptionSpec::Audience::developmentBuilds};
 
+inline constexpr OptionSpec keepAwake{.name = "keep-awake",
+                                      .value = "FILE",
+                                      .summary = "the program by which the helper keeps the computer awake",
+                                      .audience = OptionSpec::Audience::developmentBuilds};
+inline constexpr OptionSpec connectedAfter{
+    .name = "connected-after",
+    .value = "SECONDS",
+    .summary = "count a pairing as connected after this time; the default is 15",
+    .audience = OptionSpec::Audience::developers};
+
 }  // namespace StandardOptions
 
 }  // namespace tarnik

@@ -54,6 +54,11 @@ std::vector<OptionSpec> optionsOf(const Command& command, CommandLine::Build bui
     return specs;
 }
 
+std::string_view placeholderOf(const Command& command) {
+    const std::string_view argument = command.argument;
+    return argument.starts_with('[') ? argument.substr(1, argument.size() - 2) : argument;
+}
+
 std::string programHelp(CommandLine::Build build) {
     Rows commands;
     for (const auto& command : commandTable()) commands.emplace_back(command.name, command.summary);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/CommandLine.h"
@@ -13,6 +14,9 @@ inline constexpr OptionSpec helpOption{.name = "help", .letter = 'h', .summary =
 
 // Returns all options of the command, with --help.
 std::vector<OptionSpec> optionsOf(const Command& command, CommandLine::Build build);
+
+// Returns the placeholder of the command's argument without the brackets of an optional one.
+std::string_view placeholderOf(const Command& command);
 
 // Returns the page for users.
 std::string programHelp(CommandLine::Build build);

@@ -19,6 +19,8 @@ constexpr std::size_t longestQuote = 200;
 constexpr std::array examinationOptions{StandardOptions::json, StandardOptions::nodeHome,
                                         StandardOptions::bundle};
 constexpr std::array reportOptions{StandardOptions::nodeHome, StandardOptions::bundle};
+constexpr std::array serveOptions{StandardOptions::nodeHome, StandardOptions::connectedAfter,
+                                  StandardOptions::bundle, StandardOptions::keepAwake};
 
 constexpr std::array commands{
     Command{.name = "doctor",
@@ -36,6 +38,17 @@ constexpr std::array commands{
             .summary = "compare the installed helper with its signed release",
             .details = "It names every file that differs. The exit status is 0 if none does.\n",
             .options = examinationOptions},
+    Command{.name = "serve",
+            .summary = "run without a window and without reading input, for a service manager",
+            .details =
+                "Connect it with tarnik connect. It reports its readiness to systemd, ends by SIGTERM,\n"
+                "and prints one line for each event. The package has a unit for it:\n"
+                "systemctl --user enable --now tarnik\n",
+            .options = serveOptions},
+    Command{.name = "completion",
+            .summary = "print the completions for a shell",
+            .argument = "bash|zsh|fish",
+            .run = runCompletion},
     Command{.name = "help",
             .summary = "show this page, or the help of a command",
             .argument = "[COMMAND]",
@@ -45,9 +58,8 @@ constexpr std::array commands{
 // Returns a message if the command doesn't accept these arguments.
 std::optional<std::string> problemWithArguments(const Command& command,
                                                 const std::vector<std::string>& arguments) {
-    std::string_view wanted = command.argument;
-    const bool isOptional = wanted.starts_with('[');
-    if (isOptional) wanted = wanted.substr(1, wanted.size() - 2);
+    const auto wanted = placeholderOf(command);
+    const bool isOptional = *command.argument == '[';
     if (arguments.empty() && !wanted.empty() && !isOptional) return CommandTexts::missingArgument(command);
     const std::size_t most = wanted.empty() ? 0 : 1;
     if (arguments.size() > most)

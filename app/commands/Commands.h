@@ -5,9 +5,11 @@
 // The functions of the commands. Each is in the source that is named after it: runHelp is in HelpCommand.cpp.
 namespace tarnik {
 
+ExitCode runCompletion(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runDoctor(const CommandOptions& options, const CommandDeps& deps);
+ExitCode runHelp(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runReport(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runVerify(const CommandOptions& options, const CommandDeps& deps);
-ExitCode runHelp(const CommandOptions& options, const CommandDeps& deps);
+ExitCode runServeCommand(const CommandOptions& options, const CommandDeps& deps);
 
 }  // namespace tarnik

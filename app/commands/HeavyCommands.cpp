@@ -15,8 +15,12 @@ struct HeavyCommand {
     RunCommand run;
 };
 
-constexpr std::array heavyCommands{HeavyCommand{"doctor", runDoctor}, HeavyCommand{"report", runReport},
-                                   HeavyCommand{"verify", runVerify}};
+constexpr std::array heavyCommands{
+    HeavyCommand{"doctor", runDoctor},
+    HeavyCommand{"report", runReport},
+    HeavyCommand{"verify", runVerify},
+    HeavyCommand{"serve", runServeCommand},
+};
 
 }  // namespace
 

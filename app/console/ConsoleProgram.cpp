@@ -11,25 +11,10 @@
 #include "app/console/Console.h"
 #include "app/console/ConsoleLoop.h"
 #include "app/console/DriverOutput.h"
+#include "app/console/HeadlessPlatform.h"
 #include "app/texts/FailureTexts.h"
 
 namespace tarnik {
-namespace {
-
-UserDefaults noDefaults() {
-    return {.text = [](const std::string&) { return std::nullopt; },
-            .flag = [](const std::string&) { return false; },
-            .setFlag = [](const std::string&) {}};
-}
-
-SystemEvents noEvents() {
-    return {.onLink = [](const auto&) {},
-            .onSecondOpen = [](const auto&) {},
-            .onBecameActive = [](const auto&) {}};
-}
-
-}  // namespace
-
 int runConsole(const CommandLine& line, HostEnvironment host, const ProgramLocation& place) {
     auto wake = Spawner::pipe();
     if (!wake) {
@@ -50,15 +35,9 @@ int runConsole(const CommandLine& line, HostEnvironment host, const ProgramLocat
         driver = DriverHostDeps::production(
             [mainThread, &output] { return attachDriverOutput(mainThread, output); });
     }
-    Application application(line, std::move(host), place,
-                            {.model = {.mainThread = mainThread,
-                                       .defaults = noDefaults(),
-                                       .switches = switches.operations(),
-                                       .log = log,
-                                       .windowInUse = [] { return false; }},
-                             .driver = std::move(driver),
-                             .updaterLog = log,
-                             .events = noEvents()});
+    auto platform = headlessPlatform(mainThread, switches.operations(), log);
+    platform.driver = std::move(driver);
+    Application application(line, std::move(host), place, std::move(platform));
     const auto& model = application.model();
     if (model->state().homeError) return refuseStart(*model->state().homeError);
     Console console(mainThread, output, switches, model, [&loop] { loop->closeInput(); });

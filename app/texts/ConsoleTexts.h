@@ -16,6 +16,8 @@ inline constexpr Text answerOffer =
     "Type replace to connect to the new account, keep to stay with the current one.";
 inline constexpr Text answerPrompt = "Press Enter here to connect, or type cancel.";
 
+inline constexpr Text runConnect = "Run tarnik connect to connect this computer.";
+
 inline constexpr Text noOffer = "there is no offer to answer";
 inline constexpr Text nothingToConfirm = "there is nothing to confirm";
 inline constexpr Text noPairing = "no pairing is in progress";

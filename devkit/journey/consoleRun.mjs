@@ -44,6 +44,10 @@ export class ConsoleRun {
     return this.console;
   }
 
+  serve() {
+    return new ConsoleProgram(this.program, ['serve', ...this.place.words], this.place.environment);
+  }
+
   expect(word, rest, from) {
     return this.console.expect(event(word, rest), from, this.deadline);
   }

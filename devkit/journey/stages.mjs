@@ -229,6 +229,15 @@ export const stages = [
     },
   },
   {
+    name: 'the service starts the helper, and SIGTERM ends it',
+    reach: async (walk) => {
+      const service = walk.serve();
+      const started = await service.expect(/The helper .*started/, 0, walk.deadline);
+      service.kill('SIGTERM');
+      return [started, await walk.exits(service)];
+    },
+  },
+  {
     name: 'a machine that has joined starts the helper at once',
     reach: async (walk) => {
       walk.launch();

@@ -46,6 +46,7 @@ TEST(NodeHomeOwner, namesTheOtherProgramAfterATimeout) {
     const std::tuple<Face, std::optional<std::string>, std::string, std::string> cases[] = {
         {Face::console, {}, self + ", in a terminal)", "type quit there first."},
         {Face::window, {}, self + ", with a window)", "use that one, or quit it first."},
+        {Face::service, {}, self + ", in the background)", "stop it with tarnik quit first."},
         {Face::window, gone, "", unknown},
         {Face::window, "-1 console\n", "", unknown},
         {Face::window, std::string(100'000, '9'), "", unknown},
