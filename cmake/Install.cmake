@@ -1,4 +1,7 @@
 # The files that `cmake --install` writes on Linux. On macOS packaging/macos/bundle.sh makes the bundle.
+#
+# There are two components, one for each Debian package: `console` runs without a display and without Qt, and `window`
+# adds the rest.
 if(APPLE)
   return()
 endif()
@@ -16,16 +19,29 @@ set(linux ${CMAKE_SOURCE_DIR}/packaging/linux)
 configure_file(${linux}/Info.plist.in ${made}/Info.plist @ONLY)
 file(CREATE_LINK ../${contents}/MacOS/tarnik ${made}/tarnik SYMBOLIC)
 
-install(TARGETS tarnik tarnik_console tarnik_window RUNTIME DESTINATION ${contents}/MacOS)
-install(FILES ${made}/Info.plist DESTINATION ${contents})
-install(FILES ${made}/tarnik DESTINATION ${CMAKE_INSTALL_BINDIR})
-if(TARNIK_DRIVER)
-  install(PROGRAMS ${TARNIK_DRIVER} DESTINATION ${contents}/Resources RENAME cua-driver)
-endif()
+install(TARGETS tarnik tarnik_console RUNTIME DESTINATION ${contents}/MacOS COMPONENT console)
+install(FILES ${made}/Info.plist DESTINATION ${contents} COMPONENT console)
+install(FILES ${made}/tarnik DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT console)
+install(FILES ${linux}/tarnik.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)
+# The folder of units is the same on every architecture.
+install(FILES ${linux}/tarnik.service DESTINATION lib/systemd/user COMPONENT console)
+# tarnik_completion(<shell> <folder> <name>): installs what `tarnik completion <shell>` prints.
+function(tarnik_completion shell folder name)
+  install(CODE "execute_process(COMMAND $<TARGET_FILE:tarnik> completion ${shell}
+    OUTPUT_FILE ${made}/completion.${shell} COMMAND_ERROR_IS_FATAL ANY)" COMPONENT console)
+  install(FILES ${made}/completion.${shell} DESTINATION ${CMAKE_INSTALL_DATADIR}/${folder} RENAME ${name}
+    COMPONENT console)
+endfunction()
+tarnik_completion(bash bash-completion/completions tarnik)
+tarnik_completion(zsh zsh/vendor-completions _tarnik)
+tarnik_completion(fish fish/vendor_completions.d tarnik.fish)
 
-install(FILES ${linux}/com.tarnik.node.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-install(FILES ${linux}/com.tarnik.node.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-install(FILES ${linux}/tarnik.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(TARGETS tarnik_window RUNTIME DESTINATION ${contents}/MacOS COMPONENT window)
+if(TARNIK_DRIVER)
+  install(PROGRAMS ${TARNIK_DRIVER} DESTINATION ${contents}/Resources RENAME cua-driver COMPONENT window)
+endif()
+install(FILES ${linux}/com.tarnik.node.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT window)
+install(FILES ${linux}/com.tarnik.node.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT window)
 
 # tarnik_icon(<template> <name> <folder>): makes an icon from packaging/icons/<template>.svg.in, and again when a part changes.
 function(tarnik_icon template name folder)
@@ -34,7 +50,7 @@ function(tarnik_icon template name folder)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources})
   execute_process(COMMAND bash ${parts}/compose.sh ${parts}/${template}.svg.in
     OUTPUT_FILE ${made}/${name}.svg COMMAND_ERROR_IS_FATAL ANY)
-  install(FILES ${made}/${name}.svg DESTINATION ${icons}/${folder}/apps)
+  install(FILES ${made}/${name}.svg DESTINATION ${icons}/${folder}/apps COMPONENT window)
 endfunction()
 tarnik_icon(tile com.tarnik.node scalable)
 tarnik_icon(symbolic com.tarnik.node-symbolic symbolic)

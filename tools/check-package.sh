@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# Checks that the package can be built, that lintian finds no errors, that it installs and is removed completely, and that
-# the installed program finds its version and its bundle. dpkg works on a private folder, not on the machine's packages.
+# Checks that the packages can be built, that lintian finds no errors, that they install and are removed completely, that
+# tarnik-console alone works without Qt, and that the installed programs find their version, bundle and siblings. dpkg
+# works on a private folder, not on the machine's packages.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 work=$(mktemp -d)
-# Removes the package too, which has test settings and must not be distributed.
+# Removes the packages too, which have test settings and must not be distributed.
 trap 'rm -rf "$work" build/package' EXIT
 system=$work/system
 mkdir -p "$system" "$work"/admin/{info,updates,triggers} "$work/home"
@@ -15,7 +16,7 @@ fail() {
     exit 1
 }
 
-# --force-depends: the private folder has no other packages. --force-not-root: the package has no scripts.
+# --force-depends: the private folder has no other packages. --force-not-root: the packages have no scripts.
 manage() {
     dpkg --instdir="$system" --admindir="$work/admin" --log="$work/log" --force-not-root --force-depends \
         --force-bad-path "$@" >"$work/output" 2>&1 || fail "dpkg $1 failed: $(<"$work/output")"
@@ -25,15 +26,39 @@ manage() {
 nowhere=127.0.0.1:9
 tools/package.sh "-DTARNIK_NODE_RELEASE_BASE=https://$nowhere" \
     "-DTARNIK_NODE_RELEASE_PUBLIC_KEY=$(printf 'A%.0s' {1..43})"
-manage --install build/package/tarnik_*.deb
+manage --install build/package/tarnik-console_*.deb
 program=$system/usr/bin/tarnik
+version=$(dpkg-parsechangelog -l packaging/linux/debian/changelog -S Version)
 
-wanted="tarnik $(dpkg-parsechangelog -l packaging/linux/debian/changelog -S Version)"
-output=$("$program" --version)
-[[ $output == "$wanted" ]] || fail "the package of $wanted has a program that prints $output"
-output=$(env -i HOME="$work/home" timeout 60 "$program" --console </dev/null || true)
-grep -qF "${nowhere%:*}" <<<"$output" || fail "the program did not read its settings in the package, but printed: $output"
+# Runs the installed program with an empty home.
+run() { env -i HOME="$work/home" timeout 60 "$program" "$@" 2>&1 </dev/null || true; }
 
-manage --purge tarnik
+output=$(run --version)
+[[ $output == "tarnik $version" ]] || fail "the package of $version has a program that prints $output"
+for face in --console serve; do
+    output=$(run "$face")
+    grep -qF "${nowhere%:*}" <<<"$output" || fail "tarnik $face did not read its settings in the package: $output"
+done
+output=$(run)
+[[ $output == *"package tarnik"* ]] || fail "without the window, tarnik prints: $output"
+for executable in "$system"/usr/lib/tarnik/Contents/MacOS/*; do
+    if readelf -d "$executable" | grep -E 'NEEDED.*(Qt|curl|ssl|crypto)'; then fail "$executable loads a large library"; fi
+done
+# Each command has its section in the man page, and the completions know it.
+for command in $(run help | sed -n '/^Commands/,/^$/s/^  \([a-z]*\) .*/\1/p'); do
+    zgrep -q "^\.It Cm $command" "$system/usr/share/man/man1/tarnik.1.gz" || fail "the man page lacks $command"
+    for file in bash-completion/completions/tarnik zsh/vendor-completions/_tarnik \
+        fish/vendor_completions.d/tarnik.fish; do
+        grep -qw "$command" "$system/usr/share/$file" || fail "$file lacks $command"
+    done
+done
+[[ -f $system/usr/lib/systemd/user/tarnik.service ]] || fail "the unit is missing"
+
+manage --install build/package/tarnik_*.deb
+dpkg-deb --field build/package/tarnik_*.deb Depends | grep -qF "tarnik-console (= $version)" ||
+    fail "tarnik doesn't depend on its tarnik-console"
+[[ $(run --list-screens) == *connected* ]] || fail "tarnik doesn't find tarnik-window"
+
+manage --purge tarnik tarnik-console
 left=$(find "$system" -mindepth 1)
-[[ -z $left ]] || fail "the removed package left: $left"
+[[ -z $left ]] || fail "the removed packages left: $left"

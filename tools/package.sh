@@ -1,18 +1,20 @@
 #!/usr/bin/env bash
-# package.sh [-DNAME=VALUE...]: builds the Debian package of the release build in build/package/.
+# package.sh [-DNAME=VALUE...]: builds the Debian packages of the release build in build/package/: tarnik-console, which
+# needs no display, and tarnik, which adds the window.
 #
 # -D passes the settings of cmake/BundleSettings.cmake; those of an earlier run are removed. The same commit, settings,
-# machine and folder give the same package, byte for byte.
+# machine and folder give the same packages, byte for byte.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 umask 022
 
-package=tarnik
+# Each package and its component of cmake/Install.cmake.
+packages=(tarnik:window tarnik-console:console)
 iconSizes=(16 24 32 48 64 128 256)
 out=$PWD/build/package
 work=$out/work  # has the layout that Debian's tools expect
-staging=$work/debian/$package
-changelog=packaging/linux/debian/changelog
+folder=usr/lib/tarnik/Contents/MacOS
+changelog=$PWD/packaging/linux/debian/changelog
 
 [[ $(uname) == Linux ]] || {
     echo "package.sh: the package can only be built on Debian" >&2
@@ -23,40 +25,49 @@ SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || dpkg-parsechangelog -
 export SOURCE_DATE_EPOCH
 
 cmake --preset release -U 'TARNIK_NODE_*' -U TARNIK_WEB_ORIGIN -U TARNIK_DEFAULT_WEB_ORIGIN -U TARNIK_DRIVER "$@" >/dev/null
-tools/build.sh release "$package"
+tools/build.sh release tarnik
 
 rm -rf "$out"
-mkdir -p "$staging/DEBIAN"
+mkdir -p "$work/debian"
 cp packaging/linux/debian/{control,changelog} "$work/debian/"
-DESTDIR=$staging cmake --install build/release --prefix /usr >/dev/null
 
-icons=$staging/usr/share/icons/hicolor
+# stage PACKAGE COMPONENT: puts the files of the package into its folder.
+stage() {
+    local staging=$work/debian/$1 documents=$work/debian/$1/usr/share/doc/$1
+    mkdir -p "$staging/DEBIAN"
+    DESTDIR=$staging cmake --install build/release --prefix /usr --component "$2" >/dev/null
+    install -D -m 644 packaging/linux/debian/copyright "$documents/copyright"
+    install -D -m 644 "$changelog" "$documents/changelog"
+    gzip -9n "$documents/changelog"
+}
+for package in "${packages[@]}"; do stage "${package%:*}" "${package#*:}"; done
+gzip -9n "$work/debian/tarnik-console/usr/share/man/man1/tarnik.1"
+
+icons=$work/debian/tarnik/usr/share/icons/hicolor
 for size in "${iconSizes[@]}"; do
     mkdir -p "$icons/${size}x$size/apps"
     rsvg-convert --width "$size" --height "$size" "$icons/scalable/apps/com.tarnik.node.svg" \
         --output "$icons/${size}x$size/apps/com.tarnik.node.png"
 done
-documents=$staging/usr/share/doc/$package
-install -D -m 644 packaging/linux/debian/copyright "$documents/copyright"
-install -D -m 644 "$changelog" "$documents/changelog"
-gzip -9n "$documents/changelog" "$staging/usr/share/man/man1/$package.1"
 
+# make PACKAGE: builds the package of the staged files.
+make() {
+    local package=$1 staging=debian/$1 program programs=("debian/$1/$folder"/*) name
+    for program in "${programs[@]}"; do
+        objcopy --only-keep-debug "$program" "$out/${program##*/}.debug"
+        strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"
+    done
+    # The control file lists the libraries that the programs load at run time.
+    dpkg-shlibdeps -T"debian/$package.substvars" "${programs[@]}"
+    rm -f debian/files
+    dpkg-gencontrol -p"$package" -P"$staging" -T"debian/$package.substvars"
+    (cd "$staging" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)
+    name=$(cut -d' ' -f1 debian/files)
+    find "$staging" -exec touch --no-dereference --date "@$SOURCE_DATE_EPOCH" {} +
+    dpkg-deb --root-owner-group --build "$staging" "$out/$name" >/dev/null
+    (cd "$out" && lintian --allow-root --fail-on error --tag-display-limit 0 "$name")
+    echo "build/package/$name: $(stat -c %s "$out/$name") bytes; its debug symbols are beside it"
+}
 cd "$work"
-programs=(debian/"$package/usr/lib/$package/Contents/MacOS/$package"{,-console,-window})
-for program in "${programs[@]}"; do
-    objcopy --only-keep-debug "$program" "$out/${program##*/}.debug"
-    strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"
-done
-
-# The control file lists the libraries that the programs load at run time.
-dpkg-shlibdeps "${programs[@]}"
-dpkg-gencontrol -P"$staging"
-(cd "$staging" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)
-name=$(cut -d' ' -f1 debian/files)
-find "$staging" -exec touch --no-dereference --date "@$SOURCE_DATE_EPOCH" {} +
-dpkg-deb --root-owner-group --build "$staging" "$out/$name" >/dev/null
+for package in "${packages[@]}"; do make "${package%:*}"; done
 rm -rf "$work"
-
-cd "$out"
-lintian --allow-root --fail-on error --tag-display-limit 0 "$name"
-echo "build/package/$name: $(stat -c %s "$name") bytes; its debug symbols are beside it"
