@@ -16,10 +16,10 @@ namespace tarnik {
 namespace {
 
 // A service manager at this address. Returns the first message that waits, or an empty text.
-struct Manager {
+struct NotifySocket {
     UniqueFd socket{::socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)};
 
-    explicit Manager(const std::string& address) {
+    explicit NotifySocket(const std::string& address) {
         sockaddr_un own{.sun_family = AF_UNIX, .sun_path = {}};
         std::memcpy(own.sun_path, address.data(), address.size());
         if (address.starts_with('@')) own.sun_path[0] = '\0';
@@ -36,7 +36,7 @@ struct Manager {
 TEST(ServiceNotification, reachesAPathAndAnAbstractName) {
     const TemporaryFolder folder;
     for (const auto& address : {folder.path() + "/n", "@tarnik-test-" + std::to_string(::getpid())}) {
-        const Manager manager(address);
+        const NotifySocket manager(address);
         ServiceNotification(address).ready();
         EXPECT_EQ(manager.received(), "READY=1") << address;
     }
