@@ -10,6 +10,7 @@
 #include "app/texts/LinkTexts.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeMachine.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 
@@ -190,31 +191,15 @@ TEST(AppModel, keepsItsPromisesThroughRandomEvents) {
         if (chance(2)) f.join();
         f.goodLinks = {FakeMachine::code('a')};
         f.model().start();
+        const auto events = words(
+            "link:a check:a check:b replace:a replace:b cancel confirm dismiss +1 +16 print "
+            "exit crash die hold go settle settle");
         for (int step = 0; step < 60; ++step) {
-            switch (random() % 13) {
-                case 0: f.replaceBy(chance(3) ? 'b' : 'a'); break;
-                case 11: f.model().pairing().connect(FakeMachine::link(chance(3) ? 'b' : 'a')); break;
-                case 1: f.model().pairing().cancel(); break;
-                case 2: f.model().pairing().confirm(); break;
-                case 3: f.model().pairing().dismissOutcome(); break;
-                case 4: f.switches = {!chance(3), !chance(3)}; break;
-                case 5: f.advance(chance(2) ? 1s : 16s); break;
-                case 6:
-                    if (f.terminals.count() > 0 && !f.terminals.last().handle()->exitStatus())
-                        f.terminals.last().print("Press Enter to connect it");
-                    break;
-                case 7:
-                    if (auto& from = *std::array{&f.terminals, &f.nodes, &f.drivers}[random() % 3];
-                        from.count() > 0)
-                        from.last().end(ExitStatus::exited(1));
-                    break;
-                case 8: f.model().refreshSwitches(); break;
-                case 9: f.queues.at("tarnik.node")->hold(); break;
-                case 10: f.queues.at("tarnik.node")->letGo(); break;
-                default: f.settle();
-            }
-            ASSERT_LE(f.liveNodes(), 1U) << "step " << step;
-            ASSERT_LE(f.liveDrivers(), 1U) << "step " << step;
+            if (chance(12)) f.switches = {!chance(3), !chance(3)};
+            const auto& event = events[random() % events.size()];
+            f.act(event);
+            ASSERT_LE(f.liveNodes(), 1U) << "step " << step << ": " << event;
+            ASSERT_LE(f.liveDrivers(), 1U) << "step " << step << ": " << event;
         }
         bool stopped = false;
         f.model().stop([&] { stopped = true; });

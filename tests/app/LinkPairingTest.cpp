@@ -14,97 +14,76 @@ using Started = StartedMachine;
 
 const std::string busy = describe(PairingFailure::busy);
 
-TEST(LinkPairing, acceptsALinkOnlyByTheRules) {
-    Started joinsElsewhere;
-    joinsElsewhere.giveLink('b');
-    EXPECT_EQ(joinsElsewhere.state().linkMessage, LinkTexts::linkExpired);
-    EXPECT_EQ(joinsElsewhere.state().linkCause, std::nullopt);
-    joinsElsewhere.linkFailure = {.kind = HttpError::Kind::unresolved};
-    joinsElsewhere.giveLink('b');
-    EXPECT_EQ(joinsElsewhere.state().linkCause, FailureCause::offline);
-    joinsElsewhere.join();
-    joinsElsewhere.advance(2s);
-    EXPECT_EQ(joinsElsewhere.state().linkMessage, std::nullopt);
-    EXPECT_EQ(joinsElsewhere.state().linkCause, std::nullopt);
-
+// The service accepts the links a and c. The last one that began a session is named after the number of
+// sessions.
+TEST(LinkPairing, servesOneLinkAtATime) {
+    const std::string expired(LinkTexts::linkExpired), checking(LinkTexts::checkingLink);
+    const std::string noTerminal = messageFor(PairingError(SystemError{"forkpty", EAGAIN}));
+    const std::tuple<const char*, std::string, const char*> cases[] = {
+        {"link:b", expired, "0"},
+        {"link:b join +2", "", "0"},
+        {"check:a", checking, "0"},
+        {"check:a check:c", busy, "0"},
+        {"check:a check:c hide", checking, "0"},
+        {"check:a check:c settle", busy, "starting 1a"},
+        {"check:a check:c settle cancel", "", "1a"},
+        {"busy link:a", std::string(FailureTexts::tooBusy), "0"},
+        {"fail link:a", noTerminal, "0"},
+        {"fail link:a heal link:a", "", "starting 1a"},
+        {"join link:a", "", "offer 0"},
+        {"join link:a decline", "", "0"},
+        {"join link:a replace:a settle", "", "starting 1a"},
+        {"link:a prompt", "", "waitingForYes 1a"},
+        {"link:a prompt link:c", busy, "waitingForYes 1a"},
+        {"link:a prompt link:c confirm dismiss settle", busy, "connecting 1a"},
+        {"link:a prompt link:c confirm join +15", "", "connected 1a"},
+        {"link:a prompt confirm join +15 dismiss", "", "1a"},
+        {"link:a prompt ended", "", "ended (exit 1) 1a"},
+        {"link:a prompt ended link:c", "", "starting 2c"},
+        // Nothing of a cancelled link reaches the next one.
+        {"check:a cancel link:c", "", "starting 1c"},
+        {"hold link:a cancel go link:c", "", "starting 1c"},
+        {"hold link:a go cancel settle", "", "1a"},  // the main thread doesn't know of the session yet
+        {"hold link:a go cancel settle link:c", "", "starting 2c"},
+        {"link:a prompt cancel settle", "", "1a"},
+    };
+    for (const auto& [events, message, left] : cases) {
+        Started f;
+        f.goodLinks = {FakeMachine::code('a'), FakeMachine::code('c')};
+        f.act(events);
+        const auto& pairing = f.state().pairing;
+        std::string text = f.state().replaceOffer ? "offer " : pairing ? describe(pairing->phase) + " " : "";
+        text += std::to_string(f.terminals.count());
+        if (f.terminals.count() > 0) text += f.terminals.last().request().arguments.back().back();
+        EXPECT_EQ(text, left) << events;
+        EXPECT_EQ(f.state().linkMessage.value_or(""), message) << events;
+        EXPECT_EQ(f.liveNodes() > 0, pairing && !text.starts_with("ended")) << events;
+    }
     Started f;
-    f.goodLinks = {FakeMachine::code('a')};
     f.model().pairing().connect("see " + FakeMachine::link('a'));
     EXPECT_EQ(f.state().linkMessage, LinkTexts::notALink);
-    f.model().pairing().connect(FakeMachine::link('a'));
-    EXPECT_EQ(f.state().linkMessage, LinkTexts::checkingLink);
-    EXPECT_TRUE(f.state().checkingLink);
-    f.model().pairing().connect(FakeMachine::link('b'));
-    EXPECT_EQ(f.state().linkMessage, busy);
-    f.model().pairing().dismissMessage();
-    EXPECT_EQ(f.state().linkMessage, LinkTexts::checkingLink) << "the check continues";
-    f.model().pairing().connect(FakeMachine::link('b'));
-    f.settle();
-    EXPECT_EQ(f.terminals.count(), 1U) << "the first link continues";
-    EXPECT_TRUE(f.pairingIs(PairingPhases::Starting{}));
-    EXPECT_EQ(f.state().linkMessage, busy) << "until the pairing is over";
-    f.model().pairing().cancel();
-    EXPECT_EQ(f.state().linkMessage, std::nullopt);
 }
 
-TEST(LinkPairing, offersToReplaceAnAccount) {
+TEST(LinkPairing, reportsTheCauseOfAFailedCheck) {
     Started f;
-    f.join();
-    f.goodLinks = {FakeMachine::code('a')};
-    f.giveLink('a');
-    EXPECT_EQ(f.state().replaceOffer, FakeMachine::joinCode('a'));
-    f.model().pairing().declineOffer();
-    EXPECT_EQ(f.state().replaceOffer, std::nullopt);
-    EXPECT_EQ(f.terminals.count(), 0U);
-    f.giveLink('a');
-    f.replaceBy('a');
-    f.settle();
-    EXPECT_EQ(f.terminals.count(), 1U);
-    EXPECT_EQ(f.state().replaceOffer, std::nullopt);
+    f.linkFailure = {.kind = HttpError::Kind::unresolved};
+    f.act("link:b");
+    EXPECT_EQ(f.state().linkCause, FailureCause::offline);
+    f.act("join +2");
+    EXPECT_EQ(f.state().linkCause, std::nullopt);
 }
 
 TEST(LinkPairing, pairsAndShowsHowItEnded) {
     Started f;
     f.pairUpToPrompt();
-    EXPECT_EQ(f.state().linkMessage, std::nullopt);
-    f.giveLink('b');
-    EXPECT_EQ(f.state().linkMessage, busy);
-    f.model().pairing().confirm();
+    f.act("confirm");
     EXPECT_EQ(f.terminals.last().typed(), "\n");
-    f.model().pairing().dismissOutcome();
-    f.settle();
-    EXPECT_TRUE(f.state().pairing) << "the pairing continues";
-    f.join();
-    f.advance(15s);
+    f.act("join +15");
     EXPECT_TRUE(f.pairingIs(PairingPhases::Connected{}));
-    EXPECT_EQ(f.state().linkMessage, std::nullopt) << "the next link is accepted";
     EXPECT_EQ(f.state().node, NodeState(NodeStates::Running{}));
     EXPECT_TRUE(f.state().needsAttention());
-    f.model().pairing().dismissOutcome();
+    f.act("dismiss");
     EXPECT_FALSE(f.state().pairing);
-
-    Started failing;
-    failing.pairUpToPrompt();
-    failing.terminals.last().end(ExitStatus::exited(1));
-    EXPECT_TRUE(failing.pairingIs(PairingPhases::Ended{ExitStatus::exited(1)}));
-    failing.giveLink('a');
-    EXPECT_EQ(failing.terminals.count(), 2U) << "without dismissing the outcome";
-}
-
-TEST(LinkPairing, reportsASessionThatCantBegin) {
-    Started f;
-    f.goodLinks = {FakeMachine::code('a')};
-    f.threadsAreLeft = false;
-    f.giveLink('a');
-    EXPECT_EQ(f.state().linkMessage, FailureTexts::tooBusy);
-    f.threadsAreLeft = true;
-    f.terminals.failure = SystemError{.call = "forkpty", .code = EAGAIN};
-    f.giveLink('a');
-    EXPECT_FALSE(f.state().checkingLink);
-    EXPECT_TRUE(f.state().linkMessage.value_or("").contains("forkpty"));
-    f.terminals.failure.reset();
-    f.giveLink('a');
-    EXPECT_EQ(f.terminals.count(), 1U);
 }
 
 TEST(LinkPairing, postsOneTaskForTheSnapshotsThatWait) {
@@ -124,44 +103,6 @@ TEST(LinkPairing, postsOneTaskForTheSnapshotsThatWait) {
     f.terminals.last().end(ExitStatus::exited(1));
     EXPECT_EQ(posted, 2) << "the snapshots, and the state of the node";
     EXPECT_TRUE(f.pairingIs(PairingPhases::Ended{ExitStatus::exited(1)}));
-}
-
-// Cancels a link at each moment and gives the next one at once. Nothing of the first reaches the second.
-TEST(LinkPairing, forgetsACancelledLink) {
-    for (const bool isBeingChecked : {true, false}) {
-        Started f;
-        f.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
-        f.queues.at("tarnik.node")->hold();
-        f.model().pairing().connect(FakeMachine::link('a'));
-        if (!isBeingChecked) f.settle();
-        f.model().pairing().cancel();
-        EXPECT_EQ(f.state().linkMessage, std::nullopt);
-        f.queues.at("tarnik.node")->letGo();
-        EXPECT_EQ(f.terminals.count(), 0U);
-        f.giveLink('b');
-        ASSERT_EQ(f.terminals.count(), 1U);
-        EXPECT_TRUE(f.terminals.last().request().arguments.back().ends_with("/c/" + FakeMachine::code('b')));
-    }
-
-    Started began;  // the session has begun, unknown to the main thread
-    began.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
-    began.queues.at("tarnik.node")->hold();
-    began.giveLink('a');
-    began.queues.at("tarnik.node")->letGo();
-    began.model().pairing().cancel();
-    began.settle();
-    EXPECT_TRUE(began.terminals.last().handle()->exitStatus());
-    EXPECT_FALSE(began.state().pairing);
-    began.giveLink('b');
-    EXPECT_EQ(began.terminals.count(), 2U);
-    EXPECT_TRUE(began.pairingIs(PairingPhases::Starting{}));
-
-    Started underWay;
-    underWay.pairUpToPrompt();
-    underWay.model().pairing().cancel();
-    underWay.settle();
-    EXPECT_FALSE(underWay.state().pairing) << "late snapshots are ignored";
-    EXPECT_EQ(underWay.terminals.last().handle()->exitStatus(), ExitStatus::signaled(SIGTERM));
 }
 
 TEST(LinkPairing, ignoresResultsAfterItsEnd) {

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "tests/support/Eventually.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 
@@ -122,12 +123,40 @@ void FakeMachine::advance(Seconds by) {
     }
 }
 
+void FakeMachine::act(const std::string& events) {
+    LinkPairing& pairing = model().pairing();
+    const auto endLast = [](FakeSpawner& from) {
+        if (from.count() > 0) from.last().end(ExitStatus::exited(1));
+    };
+    for (const auto& event : words(events)) {
+        if (event.starts_with('+')) advance(Seconds(std::stod(event)));
+        if (event.starts_with("check:") || event.starts_with("link:")) pairing.connect(link(event.back()));
+        if (event.starts_with("replace:")) replaceBy(event.back());
+        if (event == "settle" || event.starts_with("link:")) settle();
+        if (event == "cancel") pairing.cancel();
+        if (event == "confirm") pairing.confirm();
+        if (event == "decline") pairing.declineOffer();
+        if (event == "dismiss") pairing.dismissOutcome();
+        if (event == "hide") pairing.dismissMessage();
+        if (event == "join") join();
+        if (event == "busy") threadsAreLeft = false;
+        if (event == "fail") terminals.failure = SystemError{"forkpty", EAGAIN};
+        if (event == "heal") terminals.failure.reset();
+        if ((event == "print" || event == "prompt") && live(terminals) > 0)
+            terminals.last().print("Press Enter to connect it");
+        if (event == "prompt") pairingIs(PairingPhases::WaitingForYes{});
+        if (event == "exit" || event == "ended") endLast(terminals);
+        if (event == "ended") pairingIs(PairingPhases::Ended{ExitStatus::exited(1)});
+        if (event == "crash") endLast(nodes);
+        if (event == "die") endLast(drivers);
+        if (event == "hold") queues.at("tarnik.node")->hold();
+        if (event == "go") queues.at("tarnik.node")->letGo();
+    }
+}
+
 void FakeMachine::pairUpToPrompt() {
     goodLinks.insert(code('a'));
-    model().pairing().connect(link('a'));
-    settle();
-    terminals.last().print("Press Enter to connect it");
-    pairingIs(PairingPhases::WaitingForYes{});
+    act("link:a prompt");
 }
 
 bool FakeMachine::pairingIs(const PairingPhase& phase) {

@@ -45,6 +45,11 @@ public:
     void settle();
     void advance(Seconds by);
 
+    // Performs the events, which are separated by spaces: "link:a" connects by a link and settles, "check:a"
+    // only connects, "prompt" prints the prompt and waits until it was read, "die" ends the driver, "+16"
+    // advances 16 s.
+    void act(const std::string& events);
+
     // Pairs by an accepted link until its session has printed the prompt.
     void pairUpToPrompt();
     bool pairingIs(const PairingPhase& phase);  // waits, because other threads read the terminals
