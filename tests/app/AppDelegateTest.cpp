@@ -7,6 +7,7 @@
 #include "app/texts/LinkTexts.h"
 #include "core/foundation/TarnikIdentity.h"
 #include "tests/support/FakeMachine.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 namespace {
@@ -15,7 +16,7 @@ using namespace std::chrono_literals;
 
 // A delegate that records every call to the outside in order.
 struct Fixture : FakeMachine {
-    std::vector<std::string> calls;
+    std::string calls;
     std::function<void(RelocationOutcome)> relocated;
     std::function<void(const std::string&)> openLink;
     std::function<void()> secondOpen;
@@ -23,7 +24,6 @@ struct Fixture : FakeMachine {
     std::function<bool(const std::string&, UpdateFramework::Install)> updateIsReady;
     UpdateSettings updates;
     std::optional<std::string> bundlePath;
-    int installed = 0;
     std::optional<std::string> handedOn, handed, inUse;
     std::string field;
     bool showsWindow = false;
@@ -35,7 +35,7 @@ struct Fixture : FakeMachine {
         if (!made) made.emplace(makeDeps(), sharedModel());
         return *made;
     }
-    void call(const std::string& name) { calls.push_back(name); }
+    void call(const std::string& name) { calls += name + ", "; }
     auto calling(const std::string& name) {
         return [this, name](const auto&...) { call(name); };
     }
@@ -46,7 +46,6 @@ struct Fixture : FakeMachine {
             kept = std::move(handler);
         };
     }
-    long windows() const { return std::ranges::count(calls, "window"); }
     Presentation presentation() {
         return {.makeStatusItem =
                     [this](const MenuContent& menu) {
@@ -98,85 +97,77 @@ struct Fixture : FakeMachine {
                 .log = [](const std::string&) {},
                 .now = [this] { return clock->now(); }};
     }
-    void launch(const RelocationOutcome& outcome = RelocationOutcomes::Stay{}) {
-        delegate().willFinishLaunching();
-        delegate().didFinishLaunching();
-        relocated(outcome);
-    }
-    void useUpdates() { updates = {.feedURL = "https://feed.example", .publicKey = "key"}; }
-    void beReady() {
-        install();
-        join();
-        switches = {true, true};
+    // Performs the events of a fake machine, and those of its user and of the launch.
+    void perform(const std::string& events) {
+        for (const auto& event : words(events)) {
+            act(event);
+            if (event == "installed" || event == "joined") install();
+            if (event == "joined") join();
+            if (event == "on" || event == "off") switches = {event == "on", event == "on"};
+            if (event == "updates") updates = {.feedURL = "https://feed.example", .publicKey = "key"};
+            if (event == "at-place") bundlePath = TarnikIdentity::installPath;
+            if (event == "elsewhere") bundlePath = "/Users/me/Downloads/tarnik.app";
+            if (event == "shows") showsWindow = true;
+            if (event == "used") inUse = "in use";
+            if (event == "homeless") texts["NodeHome"] = "not/absolute";
+            if (event == "will") delegate().willFinishLaunching();
+            if (event == "did") delegate().didFinishLaunching();
+            if (event == "stay") relocated(RelocationOutcomes::Stay{});
+            if (event == "moving") relocated(RelocationOutcomes::Moving{});
+            if (event == "message") relocated(RelocationOutcomes::StayWithMessage{"Move tarnik", "…"});
+            if (event.starts_with("open:")) openLink(link(event.back()));
+            if (event == "second") secondOpen();
+            if (event == "reopen") delegate().reopen();
+            if (event == "window") delegate().openWindow();
+            if (event == "close") delegate().windowClosed();
+            if (event == "check") delegate().checkForUpdates();
+            if (event == "update") updateIsReady("2", calling("install"));
+            if (event == "quit") delegate().quit();
+            if (event == "clear") calls.clear();
+        }
     }
 };
 
-TEST(AppDelegate, launchesInOrder) {
-    Fixture f;
-    f.bundlePath = TarnikIdentity::installPath;
-    f.useUpdates();
-    f.launch(RelocationOutcomes::StayWithMessage{"Move tarnik", "…"});
-    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "take home", "login item", "updater",
-                                                 "menu of 4", "record open", "window", "alert Move tarnik"}));
-    EXPECT_TRUE(f.model().hasStarted());
-    f.secondOpen();
-    f.delegate().reopen();
-    f.delegate().openWindow();
-    EXPECT_EQ(std::vector<std::string>(f.calls.begin() + 9, f.calls.end()),
-              (std::vector<std::string>{"record secondOpen", "window", "record reopen", "window",
-                                        "record open", "window"}));
+TEST(AppDelegate, performsItsStepsInOrder) {
+    const std::string launch = "will did stay ", begins = "links, relocate, take home, ";
+    const std::string menu = begins + "updater, menu of 3, ", open = "record open, window, ";
+    const std::string inUse = "updates joined on " + launch + "settle update ";
+    const std::tuple<std::string, std::string, bool> cases[] = {
+        // the events, the calls, and whether the model starts
+        {"at-place updates will did message",
+         begins + "login item, updater, menu of 4, " + open + "alert Move tarnik, ", true},
+        {"elsewhere joined on " + launch + "settle", menu, true},
+        {launch + "clear second reopen window", "record secondOpen, window, record reopen, window, " + open,
+         true},
+        {"on " + launch, menu, true},
+        {"on " + launch + "settle", menu + open, true},  // the install has failed
+        {"installed on " + launch, menu, true},
+        {"installed on " + launch + "settle", menu + open, true},  // the node waits for a link
+        {"installed on " + launch + "settle close off +10", menu + open, true},
+        {"installed on shows " + launch + "settle", menu + open, true},
+        {"used " + launch + "open:a settle", begins + "refuse: in use, end 5, ", false},
+        {"homeless on " + launch, menu + open, false},
+        {"will open:b did moving open:a settle", "links, " + open + "relocate, end 0, ", false},
+        {"updates joined on check " + launch + "settle clear check", "check for updates, ", true},
+        {inUse + "clear +720", "install, ", true},
+        {inUse + "clear quit quit open:a window +900", open + "end 0, ", true},
+        {"will did quit settle stay", "links, relocate, end 0, ", false},
+    };
+    for (const auto& [events, calls, started] : cases) {
+        Fixture f;
+        f.perform(events);
+        EXPECT_EQ(f.calls, calls) << events;
+        EXPECT_EQ(f.model().hasStarted(), started) << events;
+        EXPECT_FALSE(events.contains("quit") && f.liveNodes() + f.liveDrivers() > 0) << events;
+        EXPECT_TRUE(f.state().switches.allOn() || !events.starts_with("homeless")) << events;
+    }
 }
 
-TEST(AppDelegate, showsNoWindowUnlessTheUserHasToAct) {
+TEST(AppDelegate, readsTheSwitchesWhenItBecomesActive) {
     Fixture f;
-    f.bundlePath = "/Users/me/Downloads/tarnik.app";
-    f.beReady();
-    f.launch();
-    f.settle();
-    EXPECT_EQ(f.calls, (std::vector<std::string>{"links", "relocate", "take home", "updater", "menu of 3"}));
-    f.switches.accessibility = false;
+    f.perform("joined on will did stay settle off");
     f.becomeActive();
     EXPECT_FALSE(f.state().switches.accessibility);
-}
-
-TEST(AppDelegate, showsTheWindowOnceTheUserHasToAct) {
-    Fixture failing;  // the install fails
-    failing.switches = {true, true};
-    failing.launch();
-    EXPECT_EQ(failing.windows(), 0);
-    failing.settle();
-    EXPECT_EQ(failing.windows(), 1);
-
-    Fixture waiting;  // the node waits for a link
-    waiting.switches = {true, true};
-    waiting.install();
-    waiting.launch();
-    EXPECT_EQ(waiting.windows(), 0);
-    waiting.settle();
-    EXPECT_EQ(waiting.windows(), 1);
-    waiting.delegate().windowClosed();
-    waiting.switches = {};
-    waiting.advance(10s);
-    EXPECT_EQ(waiting.windows(), 1) << "the user has closed it";
-
-    Fixture asked;  // shown for both reasons
-    asked.switches = {true, true};
-    asked.install();
-    asked.showsWindow = true;
-    asked.launch();
-    asked.settle();
-    EXPECT_EQ(asked.windows(), 1);
-}
-
-TEST(AppDelegate, endsIfAnotherProgramUsesTheHome) {
-    Fixture f;
-    f.inUse = "in use";
-    f.launch();
-    f.openLink(FakeMachine::link());
-    f.settle();
-    EXPECT_EQ(f.calls,
-              (std::vector<std::string>{"links", "relocate", "take home", "refuse: in use", "end 5"}));
-    EXPECT_FALSE(f.model().hasStarted());
 }
 
 TEST(AppDelegate, fillsTheLinkFieldWithALinkThatIsTooEarly) {
@@ -186,113 +177,48 @@ TEST(AppDelegate, fillsTheLinkFieldWithALinkThatIsTooEarly) {
         return std::unexpected(InstallFailure{InstallFailure::Kind::download, "stable.json"});
     };
     f.releaseBase = "https://release.example";
-    f.launch();
-    f.openLink(FakeMachine::link());
+    f.perform("will did stay open:a");
     EXPECT_EQ(f.state().linkMessage, LinkTexts::stillInstalling);
     EXPECT_EQ(f.field, FakeMachine::link());
     f.settle();
     EXPECT_EQ(f.state().linkMessage, std::nullopt) << "the install has ended";
-    f.openLink(FakeMachine::link('b'));
-    f.settle();
+    f.perform("open:b settle");
     EXPECT_EQ(f.state().linkMessage, LinkTexts::linkExpired);
     EXPECT_EQ(f.field, FakeMachine::link());
-    f.delegate().windowClosed();
+    f.perform("close");
     EXPECT_EQ(f.state().linkMessage, std::nullopt);
-}
-
-TEST(AppDelegate, readsTheSwitchesWithoutAHome) {
-    Fixture f;
-    f.texts["NodeHome"] = "not/absolute";
-    f.switches = {true, true};
-    f.launch();
-    EXPECT_FALSE(f.model().hasStarted());
-    EXPECT_TRUE(f.state().switches.allOn());
-    EXPECT_EQ(f.calls.back(), "window");
 }
 
 TEST(AppDelegate, handsItsLinkToTheCopyThatReplacesIt) {
     Fixture f;
-    f.delegate().willFinishLaunching();
-    f.openLink(FakeMachine::link('b'));
-    f.launch(RelocationOutcomes::Moving{});
+    f.perform("will open:b did moving");
     EXPECT_EQ(f.handedOn, FakeMachine::link('b'));
-    f.openLink(FakeMachine::link('a'));  // while it ends
-    f.settle();
-    EXPECT_EQ(f.calls.back(), "end 0");
-    EXPECT_FALSE(f.model().hasStarted());
+    f.perform("open:a");  // while it ends
 
     Fixture other;
-    other.install();
     other.handed = f.handedOn;
     other.goodLinks = {FakeMachine::code('a')};
-    other.launch();
-    other.settle();
+    other.perform("installed will did stay settle");
     EXPECT_EQ(other.terminals.count(), 1U) << "with the handed link";
 }
 
 TEST(AppDelegate, keepsTheLatestLinkUntilTheModelAcceptsLinks) {
     Fixture f;
-    f.install();
     f.leaveAgent();
     f.goodLinks = {FakeMachine::code('a'), FakeMachine::code('b')};
-    f.delegate().willFinishLaunching();
+    f.perform("installed will");
     f.openLink("not a link");
-    EXPECT_EQ(f.calls, std::vector<std::string>{"links"});
-    f.openLink(FakeMachine::link('a'));
-    f.delegate().didFinishLaunching();
-    f.relocated(RelocationOutcomes::Stay{});
-    f.openLink(FakeMachine::link('b'));
+    EXPECT_EQ(f.calls, "links, ");
+    f.perform("open:a did stay open:b");
     EXPECT_EQ(f.state().linkMessage, std::nullopt) << "the link waits for the end of the agent";
     EXPECT_EQ(f.startsToTakeLinks, 0);
-    f.settle();
+    f.perform("settle clear");
     EXPECT_EQ(f.startsToTakeLinks, 1);
     ASSERT_EQ(f.terminals.count(), 1U);
     EXPECT_TRUE(f.terminals.last().request().arguments.back().ends_with("/c/" + FakeMachine::code('b')));
-    const auto windows = f.windows();
-    f.openLink(FakeMachine::link('a'));
-    EXPECT_EQ(f.windows(), windows + 1) << "even if the model refuses the link";
+    f.perform("open:a");
+    EXPECT_TRUE(f.calls.contains("window")) << "even if the model refuses the link";
     EXPECT_EQ(f.terminals.count(), 1U);
-}
-
-TEST(AppDelegate, connectsTheUpdaterAfterTheLaunch) {
-    Fixture f;
-    f.useUpdates();
-    f.beReady();
-    f.delegate().checkForUpdates();
-    f.launch();
-    f.settle();
-    f.delegate().checkForUpdates();
-    EXPECT_EQ(std::ranges::count(f.calls, "check for updates"), 1);
-    f.updateIsReady("2", [&] { ++f.installed; });
-    f.advance(720s);
-    EXPECT_EQ(f.installed, 1);
-}
-
-TEST(AppDelegate, quitsInOrderAndOnce) {
-    Fixture f;
-    f.useUpdates();
-    f.beReady();
-    f.launch();
-    f.settle();
-    f.updateIsReady("2", [&] { ++f.installed; });
-    f.calls.clear();
-    f.delegate().quit();
-    f.delegate().quit();
-    EXPECT_TRUE(f.state().stopping);
-    f.openLink(FakeMachine::link());
-    f.delegate().openWindow();
-    f.advance(900s);
-    EXPECT_EQ(f.calls, (std::vector<std::string>{"record open", "window", "end 0"}));
-    EXPECT_EQ(f.installed, 0);
-    EXPECT_EQ(f.liveNodes() + f.liveDrivers(), 0U);
-
-    Fixture early;
-    early.delegate().willFinishLaunching();
-    early.delegate().didFinishLaunching();
-    early.delegate().quit();
-    early.settle();
-    early.relocated(RelocationOutcomes::Stay{});
-    EXPECT_EQ(early.calls, (std::vector<std::string>{"links", "relocate", "end 0"}));
 }
 
 TEST(ChangeFeed, reportsSeveralChangesOnce) {

@@ -9,6 +9,7 @@
 #include "tests/support/FakeChild.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 namespace {
@@ -52,6 +53,15 @@ struct Fixture {
                 [this](const auto& endpoint) { endpoints.push_back(endpoint); });
         }
         return *made;
+    }
+    void act(const std::string& event) {
+        if (event.starts_with('+')) queue->advance(Seconds(std::stod(event)));
+        if (event == "on" || event == "off") host().setEnabled(event == "on");
+        if (event == "change") host().permissionsChanged();
+        if (event == "die") spawner.last().end(ExitStatus::signaled(SIGSEGV));
+        if (event == "fail") spawner.failure = SystemError{"pipe", EMFILE};
+        if (event == "no-driver") setup.executable.reset();
+        if (event == "no-folder") setup.applicationSupport += "/a/b";
     }
     std::size_t startsAfter(Seconds time) {
         queue->advance(time);
@@ -119,54 +129,29 @@ TEST(DriverHost, retriesOncePerFailedStart) {
     }
 }
 
+// The log has one line for each start.
 TEST(DriverHost, waitsLongerBeforeEachStartAndGivesUp) {
-    Fixture f;
-    f.spawner.failure = SystemError{"pipe", EMFILE};
-    f.host().setEnabled(true);
-    for (std::size_t tries = 1; const Seconds delay : {1s, 2s, 4s, 8s, 10s}) {
-        f.queue->advance(delay - 10ms);
-        EXPECT_EQ(f.log.size(), tries);
-        f.queue->advance(10ms);
-        EXPECT_EQ(f.log.size(), ++tries);
-    }
-    const auto triesAfter = [&](auto call) {
-        f.log.clear();
-        call();
-        f.queue->advance(1h);
-        return f.log.size();
+    const std::pair<std::string, std::size_t> cases[] = {
+        {"fail on +0.99", 1},
+        {"fail on +1 +2 +4 +8 +9.99", 5},
+        {"fail on +1 +2 +4 +8 +10 +3600", 6},
+        {"fail on +3600 change +3600", 12},
+        {"fail on +3600 off on +3600", 12},
+        {"on die +0.99", 1},
+        {"on die +1 die +1 die +1 die +1 die +1 die +1 die +1", 8},  // the first delay each time
+        {"on die change", 2},
+        {"on die change +0.5 die +0.9", 2},  // the start replaced the pending restart
+        {"on die off +3600", 1},
+        {"no-driver on +3600", 1},
+        {"no-folder on +3600", 1},
     };
-    EXPECT_EQ(triesAfter([] {}), 0U);
-    EXPECT_EQ(triesAfter([&] { f.host().permissionsChanged(); }), 6U) << "from the first delay again";
-    f.host().setEnabled(false);
-    EXPECT_EQ(triesAfter([&] { f.host().setEnabled(true); }), 6U);
-}
-
-TEST(DriverHost, restartsADriverThatEnds) {
-    Fixture f;
-    f.host().setEnabled(true);
-    for (int i = 0; i < 7; ++i) {
-        f.spawner.last().end(ExitStatus::signaled(SIGSEGV));
-        EXPECT_EQ(f.endpoints.back(), std::nullopt);
-        f.queue->advance(1s);  // the first delay each time
-        EXPECT_TRUE(f.host().currentEndpoint().has_value());
-    }
-    f.spawner.last().end(ExitStatus::exited(0));
-    f.host().permissionsChanged();
-    EXPECT_EQ(f.startsAfter(0.5s), 9U);
-    f.spawner.last().end(ExitStatus::exited(0));
-    EXPECT_EQ(f.startsAfter(0.9s), 9U) << "the start replaced the pending restart";
-    f.host().setEnabled(false);
-    EXPECT_EQ(f.startsAfter(1h), 9U);
-}
-
-TEST(DriverHost, doesNotRetryWithoutADriverOrAFolder) {
-    for (const bool hasDriver : {false, true}) {
+    for (const auto& [events, starts] : cases) {
         Fixture f;
-        if (!hasDriver) f.setup.executable.reset();
-        if (hasDriver) f.setup.applicationSupport += "/a/b";
-        f.host().setEnabled(true);
-        f.queue->advance(1h);
-        EXPECT_EQ(f.log.size(), 1U);
+        for (const auto& event : words(events)) f.act(event);
+        EXPECT_EQ(std::ranges::count_if(f.log, [](const auto& line) { return !line.contains("stopped"); }),
+                  static_cast<long>(starts))
+            << events;
+        EXPECT_EQ(f.host().currentEndpoint().has_value(), f.host().isRunning()) << events;
     }
 }
 

@@ -124,20 +124,20 @@ void FakeMachine::advance(Seconds by) {
 }
 
 void FakeMachine::act(const std::string& events) {
-    LinkPairing& pairing = model().pairing();
+    const auto pairing = [this]() -> LinkPairing& { return model().pairing(); };
     const auto endLast = [](FakeSpawner& from) {
         if (from.count() > 0) from.last().end(ExitStatus::exited(1));
     };
     for (const auto& event : words(events)) {
         if (event.starts_with('+')) advance(Seconds(std::stod(event)));
-        if (event.starts_with("check:") || event.starts_with("link:")) pairing.connect(link(event.back()));
+        if (event.starts_with("check:") || event.starts_with("link:")) pairing().connect(link(event.back()));
         if (event.starts_with("replace:")) replaceBy(event.back());
         if (event == "settle" || event.starts_with("link:")) settle();
-        if (event == "cancel") pairing.cancel();
-        if (event == "confirm") pairing.confirm();
-        if (event == "decline") pairing.declineOffer();
-        if (event == "dismiss") pairing.dismissOutcome();
-        if (event == "hide") pairing.dismissMessage();
+        if (event == "cancel") pairing().cancel();
+        if (event == "confirm") pairing().confirm();
+        if (event == "decline") pairing().declineOffer();
+        if (event == "dismiss") pairing().dismissOutcome();
+        if (event == "hide") pairing().dismissMessage();
         if (event == "join") join();
         if (event == "busy") threadsAreLeft = false;
         if (event == "fail") terminals.failure = SystemError{"forkpty", EAGAIN};
