@@ -47,41 +47,64 @@ std::string journal(const DoctorSubject& subject) {
     return text;
 }
 
-// Writes a new file that only this user can read. An existing file is left unchanged.
-std::expected<void, SystemError> writeNew(const std::string& path, const std::string& text) {
-    const UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!file) return std::unexpected(SystemError::last("open", path));
-    if (writeAll(file.get(), text) == text.size()) return {};
-    auto error = SystemError::last("write", path);
-    ::unlink(path.c_str());
-    return std::unexpected(std::move(error));
-}
-
-}  // namespace
-
-ExitCode runReport(const CommandOptions& options, const CommandDeps& deps) {
-    const auto subject = examinedInstallation(options, deps.run);
-    const auto& arguments = options.arguments();
-    if (!arguments.empty() || deps.output.onTerminal()) deps.output.note(ReportTexts::working);
-    const BackgroundTasks tasks;
-    const auto status = statusOfRunningCopy(deps.run);
+std::string gathered(const DoctorSubject& subject, const ProgramRun& run, const BackgroundTasks& tasks) {
+    const auto status = statusOfRunningCopy(run);
     const ReportSources sources{.versions = versions(subject),
                                 .settings = settings(subject),
                                 .findings = examine(subject, examinationDeps(subject, status, tasks)),
                                 .status = status ? status->text() : ReportTexts::statusNotRunning,
                                 .journal = journal(subject),
                                 .helperLog = lastLines(subject.host.nodeLog, logLines, logBytes)};
-    const auto names = Redaction::Names::ofThisMachine(deps.run.environment, deps.run.userFolder);
-    const auto text = reportText(sources, Redaction(names));
-    if (arguments.empty()) {
+    return reportText(sources, Redaction(Redaction::Names::ofThisMachine(run.environment, run.userFolder)));
+}
+
+// A new file that only this user can read. It is removed again unless all was written. An existing file is
+// left unchanged.
+class NewFile {
+public:
+    explicit NewFile(std::string path)
+        : path_(std::move(path)),
+          file_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)),
+          isIncomplete_(static_cast<bool>(file_)) {}
+    ~NewFile() {
+        if (isIncomplete_) ::unlink(path_.c_str());
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    bool isOpen() const { return static_cast<bool>(file_); }
+    bool write(const std::string& text) {
+        if (writeAll(file_.get(), text) < text.size()) return false;
+        isIncomplete_ = false;
+        return true;
+    }
+
+private:
+    const std::string path_;
+    const UniqueFd file_;
+    bool isIncomplete_;
+};
+
+}  // namespace
+
+ExitCode runReport(const CommandOptions& options, const CommandDeps& deps) {
+    const auto path = options.arguments().empty() ? std::nullopt : std::optional(options.arguments().front());
+    std::optional<NewFile> file;
+    const auto fail = [&](const char* call) {
+        deps.output.error(ReportTexts::notWritten + describe(SystemError::last(call, *path)));
+        return ExitCode::failed;
+    };
+    if (path && !file.emplace(*path).isOpen()) return fail("open");
+    if (path || deps.output.onTerminal()) deps.output.note(ReportTexts::working);
+
+    const BackgroundTasks tasks;
+    const auto text = gathered(examinedInstallation(options, deps.run), deps.run, tasks);
+    if (!path) {
         deps.output.write(text);
         return endWithProbes(ExitCode::done, tasks, deps.output);
     }
-    if (const auto written = writeNew(arguments.front(), text); !written) {
-        deps.output.error(ReportTexts::notWritten + describe(written.error()));
-        return endWithProbes(ExitCode::failed, tasks, deps.output);
-    }
-    deps.output.note(ReportTexts::written + arguments.front());
+    if (!file->write(text)) return fail("write");
+    deps.output.note(ReportTexts::written + *path);
     return endWithProbes(ExitCode::done, tasks, deps.output);
 }
 

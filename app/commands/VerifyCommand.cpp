@@ -22,7 +22,10 @@ ExitCode runVerify(const CommandOptions& options, const CommandDeps& deps) {
     } else {
         for (const auto& line : provenanceLines(check)) deps.output.line(line);
         const auto finding = provenanceFinding(check);
-        if (!finding.remedy.empty()) deps.output.line(finding.remedy);
+        if (finding.isProblem())
+            deps.output.line(DoctorTexts::repair);
+        else if (!finding.remedy.empty())
+            deps.output.line(finding.remedy);
     }
     return check.isGood() ? ExitCode::done : ExitCode::failed;
 }

@@ -19,6 +19,12 @@ std::vector<DoctorCheck> allChecks() {
     return all;
 }
 
+std::string quotedForShell(const std::string& text) {
+    std::string quoted = "'";
+    for (const char character : text) quoted += character == '\'' ? R"('\'')" : std::string(1, character);
+    return quoted + "'";
+}
+
 }  // namespace
 
 std::string DoctorSubject::journal() const {
@@ -30,7 +36,12 @@ Finding fine(std::string sentence) {
 }
 
 Finding finding(Severity severity, const DoctorTexts::Text& text, const std::string& subject) {
-    return {.code = {}, .severity = severity, .sentence = subject + text.sentence, .remedy = text.remedy};
+    std::string remedy = text.remedy;
+    constexpr std::string_view placeholder = "FOLDER";
+    if (const auto at = remedy.find(placeholder); at != std::string::npos)
+        remedy.replace(at, placeholder.size(), quotedForShell(subject));
+    return {
+        .code = {}, .severity = severity, .sentence = subject + text.sentence, .remedy = std::move(remedy)};
 }
 
 std::vector<Finding> examine(const DoctorSubject& subject, const DoctorDeps& deps,

@@ -7,7 +7,7 @@
 #include <sys/file.h>
 
 #include "app/doctor/Doctor.h"
-#include "app/doctor/DoctorPlatform.h"
+#include "app/doctor/DoctorDesktop.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/process/Spawner.h"

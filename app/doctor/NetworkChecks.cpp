@@ -59,6 +59,18 @@ std::optional<Finding> checkProxy(Examination& examination) {
     return std::nullopt;
 }
 
+// Both servers fail in this way if the network or a firewall drops their connections.
+std::optional<Finding> checkServers(Examination& examination) {
+    for (const auto* probe : {&examination.release(), &examination.service()}) {
+        if (!*probe) return std::nullopt;
+        const auto answer = examination.answerOf(**probe);
+        if (answer) return std::nullopt;
+        if (answer.error().kind != Kind::unreachable && answer.error().kind != Kind::stalled)
+            return std::nullopt;
+    }
+    return finding(Severity::error, DoctorTexts::noServers);
+}
+
 std::optional<Finding> checkCertificate(Examination& examination) {
     for (const auto cause : {FailureCause::clock, FailureCause::untrustedCertificate})
         if (isCause(examination, cause)) return problem(cause);
@@ -111,6 +123,16 @@ std::optional<Finding> checkService(Examination& examination) {
     return unreachable(*probe, answer.error());
 }
 
+// Returns "7 minutes", "3 hours" or "2 days".
+std::string durationText(WallTime::duration duration) {
+    using std::chrono::floor;
+    const auto days = floor<std::chrono::days>(duration).count();
+    const auto hours = floor<std::chrono::hours>(duration).count();
+    if (days > 1) return std::to_string(days) + " days";
+    if (hours > 1) return std::to_string(hours) + " hours";
+    return std::to_string(floor<std::chrono::minutes>(duration).count()) + " minutes";
+}
+
 std::optional<Finding> checkClock(Examination& examination) {
     constexpr auto allowed = std::chrono::minutes(5);
     for (const auto* probe : {&examination.release(), &examination.service()}) {
@@ -120,8 +142,7 @@ std::optional<Finding> checkClock(Examination& examination) {
         const auto apart = std::chrono::abs(examination.deps().now() - *answer->date);
         if (apart <= allowed) return fine("The clock agrees with the server's.");
         auto found = finding(Severity::error, DoctorTexts::wrongClock);
-        found.sentence +=
-            std::to_string(std::chrono::duration_cast<std::chrono::minutes>(apart).count()) + " minutes.";
+        found.sentence += durationText(apart) + ".";
         return found;
     }
     return std::nullopt;
@@ -134,7 +155,8 @@ std::vector<DoctorCheck> networkChecks() {
         {.code = "network.connection", .causes = {}, .run = checkConnection},
         {.code = "network.name", .causes = {"network.connection"}, .run = checkName},
         {.code = "network.proxy", .causes = {"network.name"}, .run = checkProxy},
-        {.code = "network.portal", .causes = {"network.proxy"}, .run = checkPortal},
+        {.code = "network.servers", .causes = {"network.proxy"}, .run = checkServers},
+        {.code = "network.portal", .causes = {"network.servers"}, .run = checkPortal},
         {.code = "network.clock", .causes = {}, .run = checkClock},
         {.code = "network.certificate",
          .causes = {"network.portal", "network.clock"},

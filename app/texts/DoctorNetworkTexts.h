@@ -9,7 +9,10 @@ inline constexpr Text offline{"This computer isn't connected to a network.", "Co
 inline constexpr Text noName{" has no address in this network.",
                              "Check the network's name service (DNS), or use another network."};
 inline constexpr Text noConnection{" doesn't accept a connection.",
-                                   "Check whether a firewall blocks tarnik, and try again later."};
+                                   "Try again later; check whether a firewall blocks it."};
+inline constexpr Text noServers{
+    "No server of tarnik can be reached, although this computer is on a network.",
+    "Check whether this network or a firewall blocks tarnik, or use another network."};
 inline constexpr Text deadProxy{" can't be reached through the proxy of the environment.",
                                 "Check the variables https_proxy and http_proxy."};
 inline constexpr Text badTransfer{" doesn't answer as it should: ", "Try again later."};

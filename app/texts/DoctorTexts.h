@@ -1,7 +1,7 @@
 #pragma once
 
 // The findings of the doctor and their remedies. A sentence that begins with a space follows its subject,
-// such as a path.
+// such as a path. "FOLDER" in a remedy is replaced by the subject.
 namespace tarnik::DoctorTexts {
 
 // The sentence of a finding and its remedy.
@@ -71,13 +71,13 @@ inline constexpr Text noProvenance{
     "files. Nothing is known to be wrong.",
     "To get a record, quit tarnik, remove the folder app of the helper's folder, "
     "and start tarnik."};
-inline constexpr Text badProvenance{
-    "The record of the installed files can't be trusted: ",
-    "Quit tarnik, remove the folders app and runtime/node of the helper's folder, "
-    "and start tarnik; it installs the helper again."};
-inline constexpr Text changedFiles{"The installed helper differs from what was installed: ",
-                                   "See all files with: tarnik verify. To repair it, quit tarnik, remove the "
-                                   "folders app and runtime/node of the helper's folder, and start tarnik."};
+inline constexpr Text badProvenance{"The record of the installed files can't be trusted: ",
+                                    "See how to repair it with: tarnik verify"};
+inline constexpr Text changedFiles{"The installed files differ from their record: ",
+                                   "See all of them, and how to repair it, with: tarnik verify"};
+inline constexpr const char* repair =
+    "To repair it, quit tarnik, remove the folders app and runtime/node of the helper's folder, and start "
+    "tarnik; it installs both again and stays connected.";
 inline constexpr Text restarts{"", "Read why: tarnik logs helper"};
 inline constexpr Text notJoined{
     "This computer isn't connected to an account.",

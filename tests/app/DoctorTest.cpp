@@ -163,7 +163,7 @@ TEST(Doctor, reportsTheCauseAndHidesItsSymptoms) {
         {"network.release",
          [](auto& m) { m.release = std::unexpected(HttpError{.kind = Kind::badStatus, .code = 404}); }},
         {"network.release", [](auto& m) { m.deps.crypto.verifyEd25519 = [](auto...) { return false; }; }},
-        {"network.release network.service", [](auto& m) { m.bothFail(Kind::stalled); }},
+        {"network.servers", [](auto& m) { m.bothFail(Kind::stalled); }},
         {"driver.program", [](auto& m) { m.subject.host.driverExecutable.reset(); }},
         {"driver.socket", [](auto& m) { m.subject.host.applicationSupport = "/" + std::string(90, 'x'); }},
         {"place.bundle",

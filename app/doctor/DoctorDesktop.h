@@ -4,7 +4,7 @@
 
 namespace tarnik {
 
-// Returns the operations of this system that need no toolkit.
+// Returns the operations of this system. On Linux they need no toolkit; on macOS app/platform/macos has them.
 DoctorDesktop doctorDesktop(const DoctorSubject& subject);
 
 }  // namespace tarnik

@@ -1,4 +1,4 @@
-#include "app/doctor/DoctorPlatform.h"
+#include "app/doctor/DoctorDesktop.h"
 
 #include <algorithm>
 
