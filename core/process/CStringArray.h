@@ -7,8 +7,7 @@
 
 namespace tarnik {
 
-// A null-terminated array of C strings, the form in which exec takes arguments and environment. Owns the
-// text.
+// A null-terminated array of C strings, as exec takes the arguments and the environment. Owns the text.
 //
 // Make it before a fork, because the child must not allocate.
 class CStringArray {
@@ -26,8 +25,8 @@ public:
     CStringArray& operator=(const CStringArray&) = delete;
     ~CStringArray() = default;
 
-    // Returns a borrowed array, valid as long as this object. The C functions take non-const pointers but
-    // don't write to them.
+    // Returns an array that this object owns. The C functions take non-const pointers but don't change the
+    // text.
     char* const* get() const { return pointers_.data(); }
 
 private:

@@ -13,9 +13,9 @@
 
 namespace tarnik {
 
-// A shared handle of a started child. Provides its exit status and the only way to signal it.
+// A started child. Provides the child's exit status and the only way to signal the child.
 //
-// Its reaper holds it until the child is reaped. Call from any thread.
+// Shared by its users and by the reaper, which keeps it until OnExit has returned. Call from any thread.
 //
 //   from     event                to
 //   running  the child is reaped  reaped: final, signal() does nothing
@@ -25,8 +25,8 @@ public:
     using Kill = std::function<void(pid_t, int)>;
     using RealTime = std::function<Seconds(Seconds)>;
 
-    // `kill` sends a signal to a process that has not been reaped, as kill(2). `realTime` converts a time-out
-    // to the time to block; tests with a fake clock replace it.
+    // `kill` sends a signal, as kill(2) does. It is called only before the child is reaped. `realTime`
+    // converts a time-out to the time to block. Tests with a fake clock replace it.
     explicit ChildProcess(pid_t pid);
     ChildProcess(pid_t pid, Kill kill, RealTime realTime = std::identity());
 
@@ -34,18 +34,18 @@ public:
     std::optional<ExitStatus> exitStatus() const;
     bool isRunning() const { return !exitStatus(); }
 
-    // Waits at most `timeout`. Returns std::nullopt if the child still runs then.
+    // Waits up to `timeout` for the exit. Returns std::nullopt on time-out.
     std::optional<ExitStatus> waitForExit(Seconds timeout) const;
 
     // Does nothing after the child was reaped, so that a reused pid is never signalled.
     void signal(int number);
 
-    // Runs the steps until the child has ended. Closes `input` in the step closeInput, else on return. Blocks
-    // for up to totalWait(steps), and returns then even if the child still runs.
+    // Performs the steps until the child has ended. Closes `input` in the step closeInput, or on return.
+    // Blocks for up to totalWait(steps). Returns even if the child survives all steps.
     void stop(StopSequence steps, UniqueFd input = {});
 
-    // Called once, by the reaper. Calls `reap`, which must not block, and stores its result, both under the
-    // lock that signal() takes.
+    // Called once, by the reaper. Calls `reap` and stores the result while it holds the lock of signal().
+    // `reap` must not block.
     void markReaped(const std::function<ExitStatus()>& reap);
 
 private:

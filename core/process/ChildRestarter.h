@@ -8,17 +8,18 @@
 
 namespace tarnik {
 
-// Restarts a child after a delay, and separates the events of the current run from those of earlier ones.
+// Restarts a child after a delay, and drops the events of runs that are over.
 //
 // Owned by the child's supervisor and used on the supervisor's queue only. The owner closes the queue before
-// it destroys this.
+// it destroys this object.
 class ChildRestarter {
 public:
-    // A handle of one run of the child, for its callbacks on other threads. May outlive the restarter.
+    // One run of the child. The run's callbacks on other threads hold copies, which may outlive the
+    // restarter.
     class Run {
     public:
-        // Posts `task` to the queue. When the task is due, it is dropped if the run is no longer the current
-        // one. Call from any thread.
+        // Posts `task` to the queue. The task is dropped if this run isn't the current run when the queue
+        // reaches the task. Call from any thread.
         void post(SerialQueue::Task task) const;
 
     private:
@@ -27,23 +28,23 @@ public:
         std::weak_ptr<const void> current_;  // expired once the run is over
     };
 
-    // `start` is called on the queue when a delay has passed.
+    // `start` is called on the queue when the delay of a restart has passed.
     ChildRestarter(std::shared_ptr<SerialQueue> queue, std::function<void()> start);
 
-    // Begins a run, which replaces the current one.
+    // Ends the current run, if any, and begins a new one.
     Run beginRun();
 
-    // Ends the current run, if there is one.
+    // Ends the current run, if any.
     void endRun();
 
-    // Schedules a restart and cancels a pending one, so that at most one is pending.
+    // Cancels a pending restart and schedules a new one.
     void restartAfter(Seconds delay);
     void cancelRestart();
 
 private:
     const std::shared_ptr<SerialQueue> queue_;
     const std::function<void()> start_;
-    std::shared_ptr<const void> current_;  // null if there is no run
+    std::shared_ptr<const void> current_;  // null between two runs
     std::optional<SerialQueue::Timer> pendingRestart_;
 };
 

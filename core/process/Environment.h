@@ -10,18 +10,18 @@ namespace tarnik {
 // The environment variables of a process, by name.
 using Environment = std::map<std::string, std::string>;
 
-// Returns the environment of this process. Not safe while another thread changes it.
+// Returns the environment of this process. Not safe while another thread changes the environment.
 Environment currentEnvironment();
 
-// Returns the value of the variable; empty if it isn't set.
+// Returns the variable's value, or an empty string if the variable isn't set.
 std::string environmentValue(const Environment& environment, const std::string& name);
 
-// Returns the environment without the variables whose names begin with one of `prefixes`. Used to keep
-// variables for this program out of a child's environment.
+// Returns the environment without the variables whose names begin with one of `prefixes`. Removes variables
+// that a child must not inherit.
 Environment withoutPrefixes(Environment environment, std::span<const std::string_view> prefixes);
 
-// Returns the user's home directory from the passwd entry, for use if HOME isn't set. Returns "/" if there is
-// no entry or its path isn't absolute.
+// Returns the user's home directory from the passwd entry, for use if HOME isn't set. Returns "/" if the
+// entry can't be read or contains no absolute path.
 std::string homeDirectory();
 
 }  // namespace tarnik

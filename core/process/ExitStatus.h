@@ -25,7 +25,7 @@ struct ExitStatus {
     bool operator==(const ExitStatus&) const = default;
 };
 
-// Returns "exit 3" or "signal 9".
+// Returns a text such as "exit 3" or "signal 9".
 std::string describe(const ExitStatus& status);
 
 }  // namespace tarnik

@@ -48,7 +48,7 @@ void FDReader::read(UniqueFd fd, const OnData& onData) {
         if (count > 0) {
             onData(std::string_view(buffer.data(), static_cast<std::size_t>(count)));
         } else if (count == 0 || errno != EINTR) {
-            break;  // a pseudo-terminal ends with EIO on Linux, with 0 on Darwin
+            break;  // at the end of a pseudo-terminal, read(2) fails with EIO on Linux
         }
     }
     fd.reset();
@@ -61,8 +61,8 @@ void FDReader::read(UniqueFd fd, const OnData& onData) {
     done_.notifyAll();
 }
 
-// Waits until the descriptor is readable. Returns false once closeAt_ has passed, even if there is more to
-// read. Returns true if the system can't poll the descriptor; the read blocks then.
+// Waits until the descriptor is readable. Returns false once closeAt_ has passed, even if unread data is
+// left. Returns true if the system can't poll the descriptor. The read may then block.
 bool FDReader::waitReadable(const UniqueFd& fd) const {
     while (true) {
         const auto closeAt = this->closeAt();

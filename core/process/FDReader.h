@@ -14,11 +14,11 @@
 
 namespace tarnik {
 
-// Reads one descriptor to its end on a thread of its own, chunk by chunk.
+// Reads one descriptor to the end on a thread of its own, in chunks.
 //
-// The end is reached when every copy of the write end is closed. A grandchild may keep one open for ever,
-// which costs a thread and a descriptor. So wait for the end with a time-out, and call closeAfter() once the
-// child has ended. The thread shares ownership of the reader and is never joined.
+// The end is reached when every copy of the write end is closed. A grandchild may hold a copy open forever.
+// This keeps a thread and a descriptor in use. Wait with a time-out. Call closeAfter() after the child has
+// exited. The thread shares ownership of the reader and is never joined.
 class FDReader {
 public:
     static constexpr std::size_t chunkBytes = 16384;
@@ -27,16 +27,18 @@ public:
     using OnData = std::function<void(std::string_view)>;
     using OnEOF = std::function<void()>;
 
-    // Starts reading. `onData` runs on the reader's thread for each chunk in order, `onEOF` after the last
-    // one, both without a lock. Fails with call "pthread_create" or "pipe"; `fd` is closed then.
+    // Starts the thread. It calls `onData` for each chunk, in order. It calls `onEOF` once, after the
+    // descriptor is closed. It holds no lock during these calls. The error's `call` is "pthread_create" or
+    // "pipe". A failed start closes `fd`.
     static std::expected<std::shared_ptr<FDReader>, SystemError> start(UniqueFd fd, OnData onData,
                                                                        OnEOF onEOF = {});
 
-    // Waits at most `timeout` for the end. Returns true if the end was reached and the descriptor is closed.
+    // Waits up to `timeout`. Returns true if the reader has closed the descriptor, at the end or by
+    // closeAfter().
     bool waitForEOF(Seconds timeout) const;
 
-    // Closes the descriptor after `grace` unless the end was reached before; `onEOF` is called in either
-    // case. Returns at once. Only the first call has an effect. Call from any thread.
+    // Makes the reader close the descriptor after `grace`, unless the reader reaches the end before. Does not
+    // wait. Only the first call has an effect. Call from any thread.
     void closeAfter(Seconds grace);
 
 private:

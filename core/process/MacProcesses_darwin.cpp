@@ -55,8 +55,8 @@ std::optional<std::vector<pid_t>> children(pid_t parent) {
     return pids;
 }
 
-// The kernel counts processor time in ticks of the machine. mach_timebase_info(2) may not match them: under
-// Rosetta it returns 1/1, but the ticks are those of the real processor.
+// The kernel counts processor time in ticks of the real processor. mach_timebase_info(2) may describe other
+// ticks: under Rosetta the call returns 1/1.
 std::optional<double> ticksPerSecond() {
     std::uint64_t frequency = 0;
     std::size_t size = sizeof frequency;
@@ -68,8 +68,8 @@ std::optional<double> ticksPerSecond() {
     return nanosecondsPerSecond * base.denom / base.numer;
 }
 
-// Returns true if the system's lists of children are usable. A failed query returns an empty list, so this
-// checks that the process is listed among the children of its parent.
+// Returns true if the system's lists of children are usable. A failed query may return an empty list, so this
+// checks that the list of the process's parent contains the process.
 bool isListed(pid_t pid) {
     const auto found = entry(pid);
     const auto siblings = found ? children(found->parent) : std::nullopt;

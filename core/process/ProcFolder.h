@@ -16,28 +16,30 @@
 
 namespace tarnik {
 
-// Linux's /proc, opened once for queries about many processes. Allocates only the results.
+// Linux's /proc, opened once for queries about many processes.
 //
-// Not thread-safe, because all operations share the buffers.
+// Not thread-safe, because all queries share the buffers.
 class ProcFolder {
 public:
     enum class Missing {
-        process,  // it has ended, or is hidden from this user
-        answer,   // it may exist, but could not be read
+        process,  // the process has ended or is hidden from this user
+        answer,   // the process may exist, but can't be read
     };
     static constexpr std::size_t longestPath = 4096;
 
     ProcFolder();
 
-    // Returns all visible processes, or std::nullopt if one of them may exist but can't be read.
+    // Returns all visible processes. Returns std::nullopt if the list can't be read, or if the entry of a
+    // process fails with Missing::answer.
     std::optional<std::vector<ProcessEntry>> entries();
     std::expected<ProcessEntry, Missing> entry(pid_t pid);
     std::expected<ProcessStat, Missing> stat(pid_t pid);
-    // Returns the children that any thread of the process started. Returns std::nullopt if a thread ends
-    // meanwhile, and on kernels without such lists.
+    // Returns the children of all threads of the process. Returns std::nullopt if a thread ends during the
+    // call, if a list is too long, or if the kernel has no lists of children.
     std::optional<std::vector<pid_t>> children(pid_t parent);
 
-    // Returns the path of the program, without the suffix that Linux appends when the file is removed.
+    // Returns the path of the process's program, without the suffix that Linux appends to the path of a
+    // removed file. Returns std::nullopt if the link can't be read.
     std::optional<std::string> program(pid_t pid);
 
     std::uint64_t ticksPerSecond() const { return ticksPerSecond_; }

@@ -29,7 +29,8 @@ DirectoryReader openDirectory(int at, const char* name) {
     return DirectoryReader(UniqueFd(::openat(at, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
 }
 
-// Returns the names that are process ids, or std::nullopt if the folder can't be read to its end.
+// Returns the names that are process or thread ids. Returns std::nullopt if the folder can't be read to the
+// end.
 std::optional<std::vector<pid_t>> pidsIn(DirectoryReader& directory) {
     std::vector<pid_t> pids;
     while (const char* name = directory.next()) {
@@ -39,7 +40,7 @@ std::optional<std::vector<pid_t>> pidsIn(DirectoryReader& directory) {
     return pids;
 }
 
-// Reads to the end of the file. Returns std::nullopt on failure and if it doesn't fit into the buffer.
+// Reads the whole file. Returns std::nullopt on failure, and if the contents fill the buffer.
 std::optional<std::string_view> readAll(int file, std::span<char> buffer) {
     std::size_t length = 0;
     while (length < buffer.size()) {
@@ -69,7 +70,7 @@ ProcFolder::Missing missing() {
     return gone ? ProcFolder::Missing::process : ProcFolder::Missing::answer;
 }
 
-// Converts clock ticks in two steps, so that no uptime overflows.
+// Converts whole seconds and the rest separately, so that the multiplication can't overflow.
 ProcessTime timeOf(std::uint64_t ticks, std::uint64_t perSecond) {
     constexpr std::uint64_t nanoseconds = 1'000'000'000;
     return ProcessTime(std::chrono::seconds(ticks / perSecond) +
@@ -85,7 +86,7 @@ ProcFolder::ProcFolder()
 std::optional<std::vector<ProcessEntry>> ProcFolder::entries() {
     auto folder = openDirectory(folder_.get(), ".");
     const auto pids = pidsIn(folder);
-    // The list contains at least this process, so an empty one is an error.
+    // The list contains at least this process, so an empty list is an error.
     if (!pids || pids->empty()) return std::nullopt;
     std::vector<ProcessEntry> entries;
     entries.reserve(pids->size());
@@ -148,8 +149,8 @@ std::optional<std::string> ProcFolder::program(pid_t pid) {
     const ssize_t length = ::readlinkat(folder_.get(), link, text_.data(), text_.size());
     if (length < 1) return std::nullopt;
     std::string path(text_.data(), static_cast<std::size_t>(length));
-    // Linux appends this suffix when the file was removed or replaced. The name of a file may also end with
-    // it. The path then refers to the running program and is not changed.
+    // Linux appends this suffix to the path of a removed or replaced file. A file's own name may also end
+    // with the suffix. In that case the path leads to the running program and keeps the suffix.
     if (path.ends_with(deletedMark) && !leadsTo(link, path)) path.resize(path.size() - deletedMark.size());
     return path;
 }

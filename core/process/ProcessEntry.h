@@ -13,7 +13,7 @@ namespace tarnik {
 struct ProcessEntry {
     pid_t pid = 0;
     pid_t parent = 0;
-    std::optional<std::string> path;  // of its program; std::nullopt if unknown
+    std::optional<std::string> path;  // of the program; std::nullopt if unknown
     std::optional<ProcessTime> started;
 
     bool operator==(const ProcessEntry&) const = default;

@@ -18,8 +18,8 @@ bool read(std::string_view text, Number& number) {
     return error == std::errc() && stopped == text.data() + text.size();
 }
 
-// Returns the position of the last parenthesis, because only the state's letter and numbers follow the name.
-// Searches from the front, because find() is vectorised and rfind() isn't.
+// Returns the position of the last closing parenthesis. It ends the name, because only a letter and numbers
+// follow. Searches from the front, because find() is vectorised and rfind() isn't.
 std::size_t endOfName(std::string_view line) {
     std::size_t last = line.npos;
     for (std::size_t at = line.find(')'); at != line.npos; at = line.find(')', at + 1)) last = at;

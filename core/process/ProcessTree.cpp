@@ -25,7 +25,7 @@ std::optional<std::vector<Link>> walk(const ProcessTree& tree, pid_t ancestor) {
         const auto children = tree.children(parent);
         if (!children || family.size() + children->size() > largestFamily) return std::nullopt;
         for (const pid_t child : *children) {
-            // The pid was reused. Without this check the walk might not terminate.
+            // A pid that was found before was reused. Without this check the walk might not terminate.
             if (std::ranges::find(family, child, &Link::pid) != family.end()) return std::nullopt;
             family.push_back({.pid = child, .parent = parent});
         }

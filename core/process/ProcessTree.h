@@ -8,15 +8,16 @@
 
 namespace tarnik {
 
-// Finds the descendants of a process, using two queries of the system about a single process. They return
-// std::nullopt on failure and if the process has ended.
+// Finds the descendants of a process. The two queries concern a single process. Each query returns
+// std::nullopt on failure, and if the process has ended.
 struct ProcessTree {
     std::function<std::optional<std::vector<pid_t>>(pid_t)> children;
     std::function<std::optional<ProcessEntry>(pid_t)> entry;
 
-    // Returns the descendants of `ancestor` in breadth-first order. Processes may start, end and change
-    // parents meanwhile, and a list of children may then be incomplete. So this returns std::nullopt unless
-    // two walks find the same processes and each is still the child of its parent.
+    // Returns the descendants of `ancestor` in breadth-first order. A list of children may be incomplete if
+    // processes start or end during a walk. So this returns std::nullopt unless two walks find the same
+    // processes and each process then still has the same parent. Also returns std::nullopt if a query fails
+    // or the descendants are too many.
     std::optional<std::vector<ProcessEntry>> under(pid_t ancestor) const;
 };
 

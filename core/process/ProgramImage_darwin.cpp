@@ -15,7 +15,7 @@ struct ProgramImage::Prepared {
     CStringArray arguments;
     CStringArray environment;
     SpawnAttributes records;
-    int error = 0;  // errno value of the first step that failed to fill the records
+    int error = 0;  // errno value of the first failed step that fills the records, or 0
 };
 
 ProgramImage::ProgramImage(const SpawnRequest& request) {
@@ -30,8 +30,8 @@ ProgramImage::ProgramImage(const SpawnRequest& request) {
 
 ProgramImage::~ProgramImage() = default;
 
-// With POSIX_SPAWN_SETEXEC the call replaces the calling process, as execve(2) does, and treats signals and
-// descriptors as for any other child (posix_spawnattr_setflags(3)).
+// With POSIX_SPAWN_SETEXEC, posix_spawn(2) replaces the calling process, as execve(2) does. The records take
+// effect as in a new child (posix_spawnattr_setflags(3)).
 void ProgramImage::become() const {
     if (prepared_->error != 0) return;  // incomplete records could leave descriptors open
     ::posix_spawn(nullptr, prepared_->executable.c_str(), prepared_->records.actions(),

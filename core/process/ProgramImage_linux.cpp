@@ -20,7 +20,7 @@ struct ProgramImage::Prepared {
 
 namespace {
 
-// Our own descriptors are close-on-exec. This closes those that libraries have opened.
+// Closes all descriptors but the standard ones. Ours are close-on-exec, but those of libraries may not be.
 void closeOthers() {
     constexpr unsigned first = STDERR_FILENO + 1;
     if (::syscall(SYS_close_range, first, ~0U, 0) == 0) return;

@@ -16,7 +16,7 @@
 namespace tarnik {
 namespace {
 
-// A terminal that polls as writable accepts at least this much without blocking.
+// A write of this size doesn't block on a terminal that polls as writable.
 constexpr std::size_t writeBytes = 256;
 
 // A waiting write checks for closeInput() at this interval.
@@ -24,9 +24,9 @@ constexpr std::chrono::milliseconds closeCheckInterval(20);
 
 enum class Writable { yes, notYet, never };
 
-// Waits up to closeCheckInterval until the terminal accepts input. Returns `never` if no process is left on
-// its other side, although Linux would still accept the bytes. Returns `yes` if the system can't poll it
-// (POLLNVAL); the write then reports the error.
+// Waits up to closeCheckInterval for the terminal to accept input. Returns `never` if poll(2) fails, or if no
+// process has the other side open. Linux would accept a write even then. Returns `yes` for POLLNVAL, because
+// the write then reports the error.
 Writable waitWritable(int fd) {
     pollfd entry{.fd = fd, .events = POLLOUT, .revents = 0};
     const int ready = ::poll(&entry, 1, static_cast<int>(closeCheckInterval.count()));

@@ -15,37 +15,38 @@ namespace tarnik {
 
 // A child on a new pseudo-terminal, for programs that interact with a person.
 //
-// Shared by the users of the child. One reader reads the terminal through the master descriptor. Writes use a
-// second descriptor, so that they never use a reused number after the reader has closed its own.
+// Shared by the users of the child. One reader owns the master descriptor and may close it at any time.
+// Writes use a duplicate, so that they never use a number that was closed and reused.
 class PtyProcess {
 public:
     static constexpr unsigned short rows = 24;
     static constexpr unsigned short columns = 100;
     static constexpr Seconds writeTimeout = Seconds(5);
 
-    // The terminal replaces the request's three Stdio, which are ignored. `onExit` is called as by
-    // Spawner::spawn. A program that can't be run is not an error here; the child exits with 127. Fails with
-    // call "forkpty" or "pthread_create". If no descriptor is left after the fork, the child is killed and
-    // `onExit` is still called.
+    // The terminal replaces the request's three Stdio. `onExit` is called as by Spawner::spawn. If the
+    // program can't be run, this succeeds and the child exits with 127. The error's `call` is "forkpty" or
+    // "pthread_create". If no descriptor is free after the fork, the child is killed, an error is returned
+    // and `onExit` is still called.
     static std::expected<std::shared_ptr<PtyProcess>, SystemError> spawn(const SpawnRequest& request,
                                                                          ChildProcess::OnExit onExit = {});
 
-    // Takes ownership of the controlling side of a terminal on which `child` runs.
+    // `master` is the controlling side of the terminal on which `child` runs.
     PtyProcess(std::shared_ptr<ChildProcess> child, UniqueFd master);
 
     ChildProcess& child() const { return *child_; }
 
-    // Returns the controlling side for reading, close-on-exec. The caller owns it; a second call returns an
-    // empty owner. Reading ends with 0 (Darwin) or EIO (Linux) when the child and its descendants have closed
-    // the terminal.
+    // Returns the controlling side for reading, close-on-exec. A second call returns an empty UniqueFd. When
+    // the child and its descendants have closed the terminal, read(2) returns 0 (Darwin) or fails with EIO
+    // (Linux).
     UniqueFd takeMaster();
 
-    // Writes `text` as keyboard input. Returns false if the other side is closed, if the terminal hasn't
-    // accepted all of the text within `timeout`, and after closeInput(), which also ends a waiting write.
-    // Concurrent writes are not interleaved. Call from any thread.
+    // Writes `text` as keyboard input. Returns false on an error, if the other side is closed, if the
+    // terminal hasn't accepted the whole text within `timeout`, and after closeInput(). Concurrent writes run
+    // one after another; each `timeout` starts with its own write. Call from any thread.
     bool write(std::string_view text, Seconds timeout = writeTimeout);
 
-    // Makes later writes return false. Sends nothing to the child. Call from any thread.
+    // Makes the current write and all later writes return false. Sends nothing to the child. Call from any
+    // thread.
     void closeInput();
 
 private:

@@ -49,7 +49,7 @@ ExitStatus reap(pid_t pid) {
     pid_t reaped = 0;
     do reaped = ::waitpid(pid, &word, 0);
     while (reaped < 0 && errno == EINTR);
-    // The status is unknown if the child was reaped elsewhere (SIGCHLD ignored, a wait for any child).
+    // The status is unknown if SIGCHLD is ignored or other code has reaped the child.
     return reaped == pid ? ExitStatus::fromWaitStatus(word) : ExitStatus::exited(255);
 }
 

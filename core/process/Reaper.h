@@ -10,21 +10,21 @@
 
 namespace tarnik {
 
-// A thread that waits for one child. It is started before the child, so that no child is left unreaped if no
-// thread can be started.
+// Prepares a thread that waits for one child. The thread is started before the child. If no thread can start,
+// no child is started.
 //
-// The thread may outlive this object and the handles. It ends when its child is reaped and reported, and is
-// never joined.
+// The thread may outlive this object and the returned ChildProcess. The thread ends when `onExit` has
+// returned, and is never joined.
 class Reaper {
 public:
-    // Starts the thread, which waits for adopt(). It calls `onExit` once, after the status is stored, without
-    // a lock. Fails with call "pthread_create".
+    // Starts the thread, which waits for adopt(). The thread calls `onExit` once, after it has stored the
+    // status and with no lock held. The error's `call` is "pthread_create".
     static std::expected<Reaper, SystemError> prepare(ChildProcess::OnExit onExit);
 
-    // Passes the child to the thread, which reaps it even if the handle is destroyed.
+    // Passes the child to the thread. The child is reaped even if the returned ChildProcess is destroyed.
     std::shared_ptr<ChildProcess> adopt(pid_t pid) &&;
 
-    // Ends the thread if it has no child.
+    // Ends the thread if adopt() was not called.
     ~Reaper();
     Reaper(Reaper&&) = default;
     Reaper& operator=(Reaper&&) = delete;

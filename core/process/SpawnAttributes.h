@@ -7,7 +7,7 @@
 namespace tarnik {
 
 // Owns the two records that posix_spawn(3) takes. The actions set the child's descriptors, and the attributes
-// reset and unblock its signals. The first error is stored and returned by seal().
+// reset and unblock its signals. seal() returns the first error of all operations.
 class SpawnAttributes {
 public:
     SpawnAttributes();
@@ -15,14 +15,15 @@ public:
     SpawnAttributes(const SpawnAttributes&) = delete;
     SpawnAttributes& operator=(const SpawnAttributes&) = delete;
 
-    // Connects the child's descriptor `standard`. `openFlags` are for /dev/null. The descriptor of `stdio`
-    // must be above 2, because an earlier action may have replaced a lower one.
+    // Connects the child's descriptor `standard` to `stdio`. `openFlags` are for /dev/null. The descriptor of
+    // `stdio` must be above 2, because an earlier action may have replaced a lower one.
     void connect(int standard, const Stdio& stdio, int openFlags);
 
-    // Lets the child keep the standard descriptor `fd`.
+    // Lets the child keep the standard descriptor `fd`, which must not be close-on-exec.
     void keep(int fd);
 
-    // Closes all other descriptors; call it last. Returns 0 or the errno value of the first step that failed.
+    // Adds the closing of all other descriptors and the reset of the signals. Call this last. Returns 0 or
+    // the errno value of the first error.
     [[nodiscard]] int seal(short extraFlags = 0);
 
     const posix_spawn_file_actions_t* actions() const { return &actions_; }

@@ -14,8 +14,8 @@ int closeAllOthers(posix_spawn_file_actions_t& /*actions*/, short& flags) {
     return 0;
 }
 
-// Darwin has no pipe2. A child that another thread starts between the two calls still inherits neither end,
-// because both ways to start a child close every descriptor that isn't named.
+// Darwin lacks pipe2(2). A child that another thread starts before fcntl(2) inherits neither end, because
+// Spawner and PtyProcess close every descriptor that isn't named.
 int openPipe(int (&ends)[2]) {
     if (::pipe(ends) != 0) return errno;
     int failed = 0;

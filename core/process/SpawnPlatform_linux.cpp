@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// The child makes a single call of close_range(2), however many descriptors the parent has open.
+// The child makes a single call of close_range(2), even if the parent has many descriptors open.
 int closeAllOthers(posix_spawn_file_actions_t& actions, short& /*flags*/) {
     return ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
 }

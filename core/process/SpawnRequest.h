@@ -29,7 +29,8 @@ private:
     std::optional<int> fd_;
 };
 
-// A complete description of a child to start. The child inherits nothing that isn't named here.
+// A complete description of a child to start. The child inherits no variable and no descriptor that isn't
+// named here.
 struct SpawnRequest {
     std::string executable;                   // absolute path; also argument 0
     std::vector<std::string> arguments = {};  // from argument 1 on

@@ -22,9 +22,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A descriptor for the child. It is duplicated if it is 0, 1 or 2, because an earlier dup2 in the child could
-// replace it, and a dup2 onto itself would leave it close-on-exec. No other code has to check a descriptor's
-// number, because main() opens the standard descriptors first.
+// A descriptor for the child. A descriptor below 3 is duplicated, because an earlier dup2 in the child could
+// replace the original, and on Darwin a dup2 onto itself keeps it close-on-exec. No other code has to check a
+// descriptor's number, because main() opens the standard descriptors first.
 class LentDescriptor {
 public:
     explicit LentDescriptor(const Stdio& stdio) : stdio_(stdio) {
@@ -72,7 +72,7 @@ std::expected<pid_t, int> start(const SpawnRequest& request) {
     return pid;
 }
 
-// Waits for the child's end and stops it after the time-out.
+// Waits for the child's exit and stops the child at the time-out.
 ExitStatus awaitEnd(ChildProcess& child, const Spawner::Command& command) {
     if (const auto status = child.waitForExit(command.timeout)) return *status;
     child.stop(command.stop);

@@ -9,7 +9,7 @@
 
 namespace tarnik {
 
-// A way to make a process end, from the most polite to the most forceful.
+// An action that makes a process end, in order from the mildest to the most forceful.
 enum class StopAction {
     closeInput,  // closes the pipe on which the process waits for an end-of-file
     terminate,   // SIGTERM, or the system's request to quit
@@ -23,7 +23,7 @@ struct StopStep {
 };
 using StopSequence = std::span<const StopStep>;
 
-// The steps by which each kind of process is stopped.
+// The steps that stop each kind of process.
 namespace StopSequences {
 
 using enum StopAction;
@@ -39,16 +39,16 @@ inline constexpr std::array otherCopy{StopStep{terminate, Seconds(30)}, StopStep
 
 }  // namespace StopSequences
 
-// Performs the steps in order until the process has ended. Returns the action that ended it, or std::nullopt
-// if the process outlived all steps or `perform` gave up.
+// Performs the steps in order until the process has ended. Returns the last action performed, or std::nullopt
+// if the process survives all steps or `perform` returns false.
 //
-// `perform` returns false to give up. `hasEnded` waits up to `timeout` for the end and returns true if the
+// `perform` returns false to end the sequence. `hasEnded` waits up to `timeout` and returns true if the
 // process has ended.
 std::optional<StopAction> runStopSequence(StopSequence steps,
                                           const std::function<bool(StopAction action)>& perform,
                                           const std::function<bool(Seconds timeout)>& hasEnded);
 
-// Returns the longest time that a stop can take.
+// Returns the sum of the waits, the longest time that a stop blocks.
 constexpr Seconds totalWait(StopSequence steps) {
     Seconds total{};
     for (const StopStep& step : steps) total += step.wait;
