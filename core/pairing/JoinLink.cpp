@@ -11,7 +11,7 @@ namespace tarnik::JoinLink {
 
 namespace {
 
-// The host of links that the system opens with the application.
+// The host in links of the application's own scheme.
 constexpr std::string_view appHost = "connect";
 
 std::optional<std::string> takeCode(std::string_view text) {
@@ -54,8 +54,8 @@ bool isJoinAddress(const Url& url, std::string_view code) {
 
 std::optional<std::string> findCode(std::string_view text, const Url& webOrigin) {
     if (isCode(text)) return std::string(text);
-    // Query and fragment of a web link are not parsed, so they may contain characters that are invalid in a
-    // URL.
+    // The query and the fragment of a web link are not parsed, so they may contain characters that are
+    // invalid in a URL.
     const auto link = Url::parse(text.substr(0, text.find_first_of("?#")));
     if (!link) return std::nullopt;
     if (link->scheme() != TarnikIdentity::urlScheme) return codeOfWebLink(*link, webOrigin);

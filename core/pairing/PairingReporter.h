@@ -9,13 +9,13 @@
 
 namespace tarnik {
 
-// Reports the changes of a pairing session in order and one at a time, on whichever thread calls report().
+// Reports the changes of a pairing session in order and one at a time, on the threads that call report().
 //
-// Owned by its session. Of several unreported changes within one phase only the last is reported, so the
-// queue stays short behind a slow callback. Call from any thread.
+// Owned by the session. Unreported changes within one phase are merged, so the queue stays short behind a
+// slow callback. Call from any thread.
 class PairingReporter {
 public:
-    // Called by report() with no lock held. They may call back into the reporter.
+    // report() calls these operations with no lock held. An operation may call the reporter.
     struct Operations {
         std::function<PairingSnapshot(const PairingPhase&)> snapshot;  // with the current text
         std::function<void(const PairingSnapshot&)> onUpdate;
@@ -23,13 +23,12 @@ public:
     };
     explicit PairingReporter(Operations operations);
 
-    // Queues a change to `phase`. `exit` is passed once, when the command has exited, and is reported right
-    // after this change.
+    // Queues a change to `phase`. onExit is called right after the report of a change that has an `exit`.
     void add(const PairingPhase& phase, std::optional<ExitStatus> exit = std::nullopt)
         TARNIK_EXCLUDES(mutex_);
 
-    // Reports all queued changes. Returns at once if another call is in progress, on another thread or
-    // further up the stack of this one; that call reports the changes.
+    // Reports all queued changes. Returns at once if an earlier call is in progress, on another thread or
+    // further up this thread's stack. The earlier call then reports the changes.
     void report() TARNIK_EXCLUDES(mutex_);
 
 private:

@@ -11,8 +11,8 @@ namespace tarnik {
 using namespace PairingPhases;
 
 std::expected<std::shared_ptr<PairingSession>, SystemError> PairingSession::start(Setup setup) {
-    // The session exists before its command, so that even an immediate exit is recorded. It doesn't report
-    // its end until it is attached.
+    // The session exists before its command, so that even an immediate exit is recorded. The session reports
+    // its end only after attach().
     auto session = std::make_shared<PairingSession>(Passkey{}, std::move(setup));
     auto pty = session->setup_.spawnPty(session->setup_.request,
                                         [session](ExitStatus status) { session->commandExited(status); });
@@ -93,7 +93,7 @@ void PairingSession::cancel() {
         return waitFor(timeout, [this]() TARNIK_REQUIRES(mutex_) { return end_.exit.has_value(); });
     };
     if (!runStopSequence(StopSequences::connectCommand, perform, hasEnded)) return;
-    // Returns only after the end is decided, because the supervisor may start another session next.
+    // Waits for the decision, because the supervisor may start another session next.
     waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())),
             [this]() TARNIK_REQUIRES(mutex_) { return end_.decided; });
     outputEnded();
@@ -118,7 +118,7 @@ void PairingSession::received(std::string_view bytes) {
     {
         const MutexLock lock(mutex_);
         const std::size_t changed = output_.append(bytes);
-        // Earlier text was searched when it arrived, but may end with the beginning of the marker.
+        // Earlier text was searched before, but may end with the beginning of the marker.
         const std::size_t from = changed - std::min(changed, promptMarker.size());
         const bool prompts = output_.text().find(promptMarker, from) != std::string::npos;
         setPhase(prompts && phase_ == Phase(Starting{}) ? WaitingForYes{} : phase_);
@@ -138,7 +138,7 @@ void PairingSession::commandExited(ExitStatus status) {
     endIfComplete();
 }
 
-// Does not decide the end of the session. The thread in commandExited() waits for this and decides.
+// Wakes the thread in commandExited(), which decides the end of the session.
 void PairingSession::outputEnded() {
     const MutexLock lock(mutex_);
     end_.outputEnded = true;
@@ -159,7 +159,7 @@ void PairingSession::endIfComplete() {
         setPhase(connected ? Phase(Connected{}) : Ended{*end_.exit}, end_.exit);
         changed_.notifyAll();
     }
-    // Closes both descriptors, because a descendant that holds the terminal would keep them open.
+    // Closes both descriptors of the terminal, because a descendant may hold the terminal open forever.
     reader->closeAfter(Seconds::zero());
     pty->closeInput();
     reporter_.report();
@@ -179,13 +179,12 @@ bool PairingSession::waitFor(Seconds timeout, const std::function<bool()>& done)
     return setup_.wait(lock, changed_, timeout, done);
 }
 
-// Called with the lock held.
 PairingSession::Snapshot PairingSession::makeSnapshot(const Phase& phase) const {
     return {.sessionID = id_, .phase = phase, .text = output_.text(), .textStart = output_.textStart()};
 }
 
-// The only place that sets the phase. Called with the lock held for every change, including one that leaves
-// the phase unchanged. The caller reports the change after it has released the lock.
+// The only place that sets the phase. Called for every change of the session, even if the phase stays the
+// same. The caller then releases the lock and calls PairingReporter::report().
 void PairingSession::setPhase(const Phase& phase, std::optional<ExitStatus> exit) {
     phase_ = phase;
     reporter_.add(phase, exit);

@@ -18,18 +18,18 @@ namespace tarnik {
 // The reason why a pairing is refused. A refusal changes nothing.
 enum class PairingFailure { notInstalled, busy };
 
-// The reason why a pairing did not start: it was refused, or its command could not be started.
+// The reason why a pairing did not start: a refusal, or the failed start of its command.
 using PairingError = std::variant<PairingFailure, SystemError>;
 
 std::string describe(PairingFailure failure);  // the message for the user
 std::string describe(const PairingError& error);
 
-// One attempt to join this Mac to an account. Runs the helper's connect command on a terminal, waits for its
-// prompt and for the user's confirmation, types Enter, and derives the outcome from how long the command
-// runs.
+// One attempt to join this machine to an account. Runs the helper's connect command on a terminal, waits for
+// the command's prompt and for the user's confirmation, and types Enter. The outcome depends on how long the
+// command runs after that.
 //
-// One per link. Shared by the supervisor, LinkPairing and the command's exit callback, which keeps it alive
-// until the end is reported. Call from any thread.
+// One per link. Shared by the supervisor, LinkPairing and the command's exit callback. The exit callback
+// keeps the session alive until the end is reported. Call from any thread.
 //
 //   from              event                                              to
 //   starting          the output contains promptMarker                   waitingForYes
@@ -38,8 +38,8 @@ std::string describe(const PairingError& error);
 //   connecting        the command ends after cancel(), joined() is true  connected
 //   any in progress   the command ends otherwise                         ended(status)
 //
-// The command counts as ended when it has exited and its output has ended, at the latest drainTimeout after
-// the exit. The terminal is closed then, because a descendant of the command could hold it open forever.
+// The command has ended when it has exited and its output has ended. The session waits at most drainTimeout
+// for the output, and then closes the terminal, because a descendant could hold the terminal open forever.
 class PairingSession : public std::enable_shared_from_this<PairingSession> {
     struct Passkey {};
 
@@ -60,12 +60,12 @@ public:
         std::function<bool()> joined;  // called with the session's lock held
         Seconds connectedAfter;
         std::function<void(Seconds, std::function<void()>)> callAfter;  // runs a task later, on any thread
-        std::function<void(const Snapshot&)> onUpdate;                  // see PairingReporter; may call back
+        std::function<void(const Snapshot&)> onUpdate;                  // may call this session
         ChildProcess::OnExit onExit;  // called once, right after the update that shows the end
         ConditionWait wait = steadyWait;
     };
 
-    // Starts the command. If that fails, no callback is ever called.
+    // Starts the command. A failed start calls no callback.
     static std::expected<std::shared_ptr<PairingSession>, SystemError> start(Setup setup);
     PairingSession(Passkey, Setup setup);
 
@@ -76,8 +76,8 @@ public:
     // Types Enter if the phase is waitingForYes. Returns true if Enter was written.
     bool confirm();
 
-    // Stops the command. Blocks for up to 8 s. The phase is final on return unless the command outlived
-    // SIGKILL.
+    // Stops the command. Blocks for up to 8 s. On return the phase is final, unless the command survives
+    // SIGKILL or exits in the last second.
     void cancel();
 
     // Returns true if the phase is ended, or if `grace` has passed since the confirmation.
@@ -89,7 +89,7 @@ private:
         bool cancelled = false;
         std::optional<ExitStatus> exit;
         bool outputEnded = false;
-        bool decided = false;  // the phase has been set by the exit
+        bool decided = false;  // the final phase is set
     };
 
     void attach(std::shared_ptr<PtyProcess> pty, std::shared_ptr<FDReader> reader);
@@ -106,8 +106,8 @@ private:
     const std::string id_;
     PairingReporter reporter_;
 
-    mutable Mutex mutex_;  // locked before the child's and the reporter's, never after them
-    Condition changed_;    // notified when `end_` changes
+    mutable Mutex mutex_;  // locked before the mutexes of the child and the reporter, never after them
+    Condition changed_;    // notified when the exit, the output's end or the decision is recorded
     std::shared_ptr<PtyProcess> pty_ TARNIK_GUARDED_BY(mutex_);   // null until attach()
     std::shared_ptr<FDReader> reader_ TARNIK_GUARDED_BY(mutex_);  // null until attach()
     TerminalBuffer output_ TARNIK_GUARDED_BY(mutex_);

@@ -10,7 +10,7 @@ namespace tarnik {
 
 namespace PairingPhases {
 
-struct Ended {  // the command has ended, and this Mac is not connected
+struct Ended {  // the command has ended, and this machine is not connected
     ExitStatus status;
     bool operator==(const Ended&) const = default;
 };
@@ -20,10 +20,10 @@ struct Starting {  // the command runs and has not printed its prompt yet
 struct WaitingForYes {  // the prompt is printed, and the user is asked to confirm
     bool operator==(const WaitingForYes&) const = default;
 };
-struct Connecting {  // the user has confirmed, and Enter was typed
+struct Connecting {  // the user has confirmed, and Enter is typed
     bool operator==(const Connecting&) const = default;
 };
-struct Connected {  // the command still runs some time after the user confirmed
+struct Connected {  // the command ran long enough after Enter, or this machine joined before a cancel
     bool operator==(const Connected&) const = default;
 };
 
@@ -36,7 +36,7 @@ using PairingPhase = std::variant<PairingPhases::Ended, PairingPhases::Starting,
 // Returns true for Starting, WaitingForYes and Connecting.
 bool isInProgress(const PairingPhase& phase);
 
-// Returns a short text for logs: "waitingForYes", "ended (exit 1)".
+// Returns a short text for logs, such as "waitingForYes" or "ended (exit 1)".
 std::string describe(const PairingPhase& phase);
 
 // A pairing session at one moment, as the window and the console show it.
@@ -44,7 +44,7 @@ struct PairingSnapshot {
     std::string sessionID;
     PairingPhase phase;
     std::string text;             // terminal output without escape sequences; untrusted, show as plain text
-    std::uint64_t textStart = 0;  // the number of bytes of output text that were cut off before `text`
+    std::uint64_t textStart = 0;  // the number of bytes that were cut off before `text`
 
     bool operator==(const PairingSnapshot&) const = default;
 };

@@ -10,7 +10,7 @@ std::size_t TerminalBuffer::append(std::string_view bytes) {
     kept_ += decoded;
     characters_.append(decoded);
     cleaner_.append(decoded, text_);
-    // The limit is in bytes, but a cut keeps a number of characters, so enough text always remains.
+    // maxTextBytes counts bytes, but a cut keeps keptCharacters, so enough text always remains.
     if (kept_.size() <= maxTextBytes) return before;
     const std::size_t dropped = cut(characters_.start() - keptStart_);
     if (kept_.size() <= maxKeptBytes) return before - std::min(before, dropped);
@@ -18,14 +18,15 @@ std::size_t TerminalBuffer::append(std::string_view bytes) {
     return 0;
 }
 
-// Drops the first `bytes` of the kept output. Returns the number of bytes of text that this invalidates.
+// Drops the first `bytes` of the kept output. Returns how many bytes of text_ were removed or may have
+// changed.
 std::size_t TerminalBuffer::cut(std::size_t bytes) {
     TerminalText::Cleaner cleaner;
     std::string dropped;
     cleaner.append(std::string_view(kept_).substr(0, bytes), dropped);
     kept_.erase(0, bytes);
     keptStart_ += bytes;
-    if (cleaner.isInSequence()) {  // the cut splits a sequence, the rest of which is text now
+    if (cleaner.isInSequence()) {  // the cut splits a sequence; the rest of the sequence is text now
         const std::size_t all = text_.size();
         cleanAgain();
         return all;
@@ -36,8 +37,8 @@ std::size_t TerminalBuffer::cut(std::size_t bytes) {
 }
 
 // Keeps only the last maxKeptBytes / 2 bytes. keptCharacters alone doesn't bound the memory, because a
-// character may have any number of combining marks. Dropping half makes the total cost of cleaning again
-// linear in the input.
+// character may have any number of combining marks. Because half is dropped, the total cost of repeated
+// cleaning is linear in the input.
 void TerminalBuffer::shorten() {
     std::size_t from = kept_.size() - maxKeptBytes / 2;
     while (from < kept_.size() && (static_cast<unsigned char>(kept_[from]) & 0xC0U) == 0x80) ++from;
@@ -48,7 +49,7 @@ void TerminalBuffer::shorten() {
     cleanAgain();
 }
 
-// Cleans the kept output again. The end of the text keeps its position in the whole output.
+// Cleans the kept output again. The end of text_ keeps its offset in the whole plain text.
 void TerminalBuffer::cleanAgain() {
     const std::uint64_t end = textStart_ + text_.size();
     text_.clear();

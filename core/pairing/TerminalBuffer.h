@@ -10,15 +10,14 @@
 
 namespace tarnik {
 
-// The last part of a program's terminal output, as plain text. An append usually cleans only the appended
-// bytes, and not the kept text again.
+// The last part of a program's terminal output, as plain text. append() usually cleans only the new bytes.
 //
 // A value. text() equals TerminalText::clean() of the kept output.
 class TerminalBuffer {
 public:
-    static constexpr std::size_t maxTextBytes = 16384;    // of decoded output; above it the output is cut
+    static constexpr std::size_t maxTextBytes = 16384;    // a longer decoded output is cut
     static constexpr std::size_t keptCharacters = 8192;   // user-perceived characters left by a cut
-    static constexpr std::size_t maxKeptBytes = 262'144;  // if a cut leaves more, half of this is kept
+    static constexpr std::size_t maxKeptBytes = 262'144;  // if a cut leaves more, half of this number is kept
 
     // Decodes each call's bytes separately, so a character that is split between two calls becomes
     // replacement characters. Returns the first offset at which text() may have changed.

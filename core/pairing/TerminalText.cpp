@@ -49,8 +49,8 @@ struct Marks {
     }
 };
 
-// Cleans one piece of text from one buffer into another of at least its size. The output position never
-// overtakes the input position, so copying too much is harmless: later output overwrites the excess.
+// Cleans one piece of text into a buffer that is at least as large as the piece. Later output overwrites what
+// copy() writes in excess, because the output never gets longer than the input read so far.
 class Pass {
 public:
     using State = Cleaner::State;
@@ -85,7 +85,7 @@ private:
         }
     }
 
-    // Cleans the next block, and skips the rest of a sequence that extends beyond it.
+    // Cleans the next block, and skips the rest of a sequence that extends beyond the block.
     void cleanBlock() {
         const char* const block = in_;
         const Marks marks(block);
@@ -102,7 +102,7 @@ private:
         copy(static_cast<std::size_t>(block + blockBytes - in_));
     }
 
-    // Copies in pieces of pieceBytes, so it may copy one piece more than `count`.
+    // Copies in pieces of pieceBytes, so up to pieceBytes more than `count` are written.
     void copy(std::size_t count) {
         std::size_t done = 0;
         do {

@@ -6,8 +6,8 @@
 
 namespace tarnik::TerminalText {
 
-// Returns terminal output as plain text: without escape sequences, and without characters below U+0020 except
-// tabs and line feeds. An incomplete sequence removes the rest of the text. `text` is valid UTF-8.
+// Returns terminal output without escape sequences, and without characters below U+0020 except tabs and line
+// feeds. An incomplete sequence removes the rest of the text. `text` is valid UTF-8.
 std::string clean(std::string_view text);
 
 // Cleans a text that arrives in pieces. The result is the same as clean() of the whole text.
