@@ -12,7 +12,7 @@ constexpr std::size_t outputLimit = 65536;
 }  // namespace
 
 // The environment contains only PATH, so the user's settings can't change the behaviour of tar. Without a
-// UTF-8 locale bsdtar rejects file names that aren't ASCII, so a release must not contain such names.
+// UTF-8 locale bsdtar rejects file names that aren't ASCII, so the file names of a release must be ASCII.
 std::expected<void, InstallError> extractArchive(const std::string& tar, const std::string& archive,
                                                  const std::string& folder) {
     const auto run = Spawner::run({.executable = tar,

@@ -8,7 +8,7 @@
 namespace tarnik {
 
 // Unpacks a compressed tar archive into an existing folder, without the archive's top folder. `tar` is the
-// path of the system's tar. Blocks for up to 120 s. On failure the folder may have a part of the files.
+// path of the system's tar. Blocks for up to 132 s. On failure the folder may contain some of the files.
 std::expected<void, InstallError> extractArchive(const std::string& tar, const std::string& archive,
                                                  const std::string& folder);
 

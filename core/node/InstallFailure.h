@@ -15,8 +15,8 @@ namespace tarnik {
 struct InstallFailure {
     enum class Kind {
         noArtifact,    // `what`: the platform
-        download,      // `what`: the file or its address
-        checksum,      // `what`: the file whose digest differs
+        download,      // `what`: the name or the URL of the download
+        checksum,      // `what`: the name of the download whose digest differs
         extract,       // `what`: the output of tar
         notOurFolder,  // `what`: the node home
         tooOld,        // `what`: the release's version
@@ -42,7 +42,7 @@ struct ToolStartError {
 using InstallError = std::variant<InstallFailure, NodeRelease::Failure, NodeHome::ClaimError, SystemError,
                                   HttpError, ToolStartError>;
 
-// Return the message for the user: a sentence, or a phrase for SystemError and NodeRelease::Failure.
+// Return the message for the user: a phrase for system errors and NodeRelease::Failure, otherwise a sentence.
 std::string describe(const InstallFailure& failure);
 std::string describe(const ToolStartError& error);
 std::string describe(const InstallError& error);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-// The texts that show the progress of an install. The header of each failure type declares its describe().
+// The texts that show the progress of an install. describe() is declared beside each type of failure.
 namespace tarnik::InstallTexts {
 
 inline constexpr const char* runtimeName = "Node.js";

@@ -27,7 +27,7 @@ struct TakeOver {
     std::string serviceTarget;
     bool operator==(const TakeOver&) const = default;
 };
-// There is no agent.
+// No agent is installed.
 struct Nothing {
     bool operator==(const Nothing&) const = default;
 };
@@ -36,7 +36,7 @@ using Plan = std::variant<Nothing, LeaveAlone, TakeOver>;
 // The result of a takeover.
 struct Outcome {
     bool stopped = false;  // the agent is no longer loaded
-    bool removed = false;  // its property list was deleted
+    bool removed = false;  // the agent's property list was deleted
     bool operator==(const Outcome&) const = default;
 };
 
@@ -52,13 +52,13 @@ using Resolve = std::function<std::string(const std::string& path)>;
 
 std::string plistPath(std::string_view homeDirectory);
 
-// Decides whether the agent is taken over. `plist` is the content of the agent's file, or std::nullopt if
-// there is no file.
+// Decides whether the agent is taken over. `plist` is the content of the agent's file, or std::nullopt if the
+// file doesn't exist.
 Plan plan(const std::optional<std::string>& plist, const std::string& plistPath, const NodeHome& home,
           std::uint32_t uid, const Resolve& resolve = resolvingLinks);
 
-// Stops the agent and deletes its file. Returns std::nullopt unless the plan is TakeOver. Blocks while
-// launchctl runs twice, with a time-out of 30 s each.
+// Stops the agent and deletes its file. Does nothing and returns std::nullopt unless the plan is TakeOver.
+// Blocks while launchctl runs twice. Each run has a time-out of 30 s.
 std::optional<Outcome> execute(const Plan& plan, const Deps& deps);
 
 }  // namespace tarnik::LaunchdTakeover

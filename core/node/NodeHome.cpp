@@ -56,7 +56,7 @@ std::expected<void, NodeHome::ClaimFailure> NodeHome::claim() const {
     if (isLink(path) && !claimed) return refuse(isALink);
     if (isThere && !isFolder(path)) return refuse(notAFolder);
     if (claimed) return {};
-    // A command-line install creates these in the default folder.
+    // A command-line install creates these files in the default folder.
     const bool mayAdopt = isDefault && (exists(wrapper()) || exists(joinRecord()));
     if (isThere && holdsEntries(path) && !mayAdopt) return refuse(holdsOtherFiles);
 

@@ -10,15 +10,16 @@
 
 namespace tarnik {
 
-// The folder of the helper node: its path, its layout, and the marker file that claims it for this program.
+// The folder of the helper node: its path, its layout, and the marker file that claims the folder for this
+// program.
 //
-// An immutable value, made by resolve(). Each query reads the disk.
+// A value, made by resolve(). Each query reads the disk.
 struct NodeHome {
     // The reason why a path is refused as the node home.
     struct ResolveError {
         enum class Reason { notAbsolute, reserved, overlapsDefault };
         Reason reason;
-        std::string path;  // for notAbsolute as the user typed it, otherwise standardized
+        std::string path;  // for notAbsolute the trimmed input, otherwise standardized
         bool operator==(const ResolveError&) const = default;
     };
 
@@ -41,12 +42,12 @@ struct NodeHome {
     static std::string defaultPath(std::string_view homeDirectory);
 
     // Returns the folder that the user chose, or the default folder if `chosen` is absent or blank. Fails for
-    // a folder that must not be filled or removed, such as the user's home.
+    // a relative path, and for a folder that must not be filled or removed, such as the user's home.
     static std::expected<NodeHome, ResolveError> resolve(const std::optional<std::string>& chosen,
                                                          std::string_view homeDirectory);
 
-    // Creates the folder if it doesn't exist, and writes the marker. Changes nothing if it fails with a
-    // ClaimError or if the folder is claimed already.
+    // Creates the folder if it doesn't exist, and writes the marker. Changes nothing if the folder is claimed
+    // already, or if the result is a ClaimError.
     std::expected<void, ClaimFailure> claim() const;
 
     bool isClaimed() const;
@@ -59,7 +60,7 @@ struct NodeHome {
     std::string appDir() const;
     std::string entry() const;       // the script for the runtime
     std::string wrapper() const;     // the helper's command for terminals
-    std::string joinRecord() const;  // written by the node once this Mac has joined an account
+    std::string joinRecord() const;  // written by the helper once this machine has joined an account
 
     bool operator==(const NodeHome&) const = default;
 };

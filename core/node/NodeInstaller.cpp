@@ -47,9 +47,9 @@ struct NodeInstaller::Sources {
     InstallRecord::Release release;
 };
 
-// The staging folder of one install. It is inside the node home, so that a rename can move its contents into
-// place, and is removed by the destructor. The folder of a killed install is not removed, because another
-// instance may be using it.
+// The staging folder of one install. The destructor removes the folder. It is inside the node home, so that a
+// rename can move its contents into place. A killed install leaves its folder behind. No later install
+// removes the folder, because another instance may be using it.
 class NodeInstaller::Stage {
 public:
     explicit Stage(const NodeHome& home)
@@ -122,7 +122,7 @@ std::expected<void, InstallError> NodeInstaller::checkVersion(const std::string&
     if (settings_.minimumVersion && !isAtLeast(version, *settings_.minimumVersion)) {
         return fail(Kind::tooOld, version);
     }
-    // A version that can't be compared might be newer, so it blocks every install.
+    // An installed version that can't be compared might be newer, so it blocks every install.
     const auto installed = installedVersion();
     if (installed && !isAtLeast(version, *installed)) return fail(Kind::tooOld, version);
     return {};

@@ -16,10 +16,10 @@ class InstallRecord;
 
 // The effects of NodeInstaller. All operations block.
 struct NodeInstallerDeps {
-    // Returns the body at an address.
+    // Returns the body of the response.
     std::function<std::expected<std::string, InstallError>(const std::string& url)> fetch;
 
-    // Stores the body at an address in the file `destination`.
+    // Stores the body of the response in the file `destination`.
     std::function<std::expected<void, InstallError>(const std::string& url, const std::string& destination,
                                                     const Http::Progress& progress)>
         download;
@@ -28,30 +28,30 @@ struct NodeInstallerDeps {
     std::function<std::expected<void, InstallError>(const std::string& archive, const std::string& folder)>
         extract;
 
-    // Returns the output of `node --version`, or std::nullopt if it can't be run.
+    // Returns the output of `node --version`, or std::nullopt if the command fails.
     std::function<std::optional<std::string>(const std::string& nodeBinary)> runtimeVersion;
 
     ReleaseCrypto crypto;
 
-    // The network, tar, the installed runtime and the system's cryptography.
+    // Uses the network, tar, the installed runtime and the system's cryptography.
     static NodeInstallerDeps production(const std::string& tar = "/usr/bin/tar");
 };
 
 // Installs the pinned Node.js runtime and the signed helper package in the node home.
 //
-// Each of the two is downloaded into a staging folder, checked and unpacked. Then two renames replace it: the
-// old folder is moved into the staging folder, and the new folder out of it. So each is complete or absent at
-// every moment, and a start after a crash installs the missing one. The provenance record is updated after
-// each swap.
+// Each archive is downloaded into a staging folder, checked and unpacked. Two renames then replace the
+// installed folder: the old folder moves into the staging folder, and the new folder takes its place. So the
+// runtime and the package are each complete or absent at every moment. After a crash, the next install adds
+// the missing folder. The provenance record is updated after each replacement.
 //
-// Call install() on a background thread, one call at a time; it blocks. A refused package leaves the
-// installed package unchanged. A refusal before the home is claimed leaves the disk unchanged.
+// install() blocks. Call it on a background thread, one call at a time. A refused package leaves the
+// installed package unchanged. A failure before the home is claimed leaves the disk unchanged.
 class NodeInstaller {
 public:
     struct Settings {
         std::optional<Url> releaseBase;
         std::optional<std::string> releasePublicKey;    // base64url of 32 bytes
-        std::string platform;                           // as releases name it: "darwin-arm64"
+        std::string platform;                           // as releases name it, such as "darwin-arm64"
         std::optional<std::string> minimumVersion;      // older releases are refused
         std::optional<NodeRuntime> developmentRuntime;  // for a platform without a pinned runtime
     };
@@ -66,9 +66,9 @@ public:
 
     std::expected<void, InstallError> install(const Progress& progress) const;
 
-    // Returns the version in the installed package's description file, or std::nullopt if there is no file or
-    // no version in it. Returns an invalid version if the file is unreadable or too large; an invalid version
-    // blocks installs.
+    // Returns the version in the installed package's description file. Returns std::nullopt if the file can't
+    // be opened or contains no version. Returns an empty version if the file can't be read or is too large.
+    // An empty version blocks every install.
     std::optional<std::string> installedVersion() const;
 
 private:

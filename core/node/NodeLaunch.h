@@ -22,8 +22,8 @@ std::vector<std::string> runArguments(const NodeHome& home);
 // Returns the arguments of the connect command. The address is passed unchanged.
 std::vector<std::string> connectArguments(const NodeHome& home, const std::string& joinURL);
 
-// Returns the node's whole environment, derived from `inherited`. The endpoint's variable is set only if
-// there is an endpoint.
+// Returns the node's whole environment, derived from `inherited`. Contains the endpoint's variable only if
+// `endpoint` is set and valid.
 Environment environment(const Environment& inherited, const NodeHome& home,
                         const std::optional<CuaDriverEndpoint>& endpoint);
 

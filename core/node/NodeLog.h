@@ -13,11 +13,11 @@
 
 namespace tarnik {
 
-// The log file of the node's output, with a bounded size and one older copy; see RotatingFile for its errors.
+// The log file of the node's output. RotatingFile bounds the file's size and keeps one older copy.
 //
-// One per application. Shared with the readers of its pipes, which keep it alive while a pipe has a writer.
-// Call from any thread; chunks of several pipes are never mixed. Errors are not reported: output that can't
-// be written is lost, and the next append tries again.
+// One per application. Shared with the readers of its pipes. A reader keeps the log alive while the pipe has
+// a writer. Call from any thread. Chunks of several pipes are never mixed. Errors are not reported: output
+// that can't be written is lost, and the next append tries again.
 class NodeLog : public std::enable_shared_from_this<NodeLog> {
     struct Passkey {};
 
@@ -35,13 +35,13 @@ public:
         std::weak_ptr<FDReader> reader;  // call closeAfter() once the child has ended
     };
 
-    // Opens a pipe. Returns an output without a write end if the file or a pipe can't be opened.
+    // Opens a pipe. Returns an empty Output on failure.
     Output attach();
 
     void append(std::string_view data);
 
-    // Waits up to `timeout` until the last attached pipe has ended and its output is written. Call it before
-    // the program ends, so that the last output of a stopped node isn't lost.
+    // Waits up to `timeout` until all output of the last attached pipe is written. Call this before the
+    // program ends, so that the last output of a stopped node isn't lost.
     void drain(Seconds timeout);
 
 private:

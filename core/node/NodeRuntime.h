@@ -29,7 +29,7 @@ struct Archive {  // of one platform
     std::string sha256;  // lower-case hexadecimal
 };
 
-// Returns the published archives by platform.
+// Returns the archives of the pinned version by platform.
 const std::map<std::string, Archive, std::less<>>& archives();
 
 }  // namespace NodeRuntimePin

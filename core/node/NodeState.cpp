@@ -4,7 +4,7 @@ namespace tarnik {
 
 namespace {
 
-// Rounds to milliseconds. Always writes a decimal point; printf would write the locale's separator.
+// Rounds to milliseconds. The separator is always a point. printf(3) would write the locale's separator.
 std::string secondsText(Seconds seconds) {
     const auto total = std::chrono::round<std::chrono::milliseconds>(seconds).count();
     std::string text = std::to_string(total / 1000);

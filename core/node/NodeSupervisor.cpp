@@ -104,7 +104,7 @@ std::optional<SystemError> NodeSupervisor::spawnNode() {
 
     auto child = deps_.spawn(request, [this, run = restarter_.beginRun(), started = deps_.now(),
                                        reader = output.reader, grace = deps_.outputGrace](ExitStatus status) {
-        // Closes the output, because a descendant that holds it open would cost a thread and a descriptor.
+        // Closes the read end, because a descendant may hold the output open forever.
         if (const auto open = reader.lock()) open->closeAfter(grace);
         run.post([this, status, started] { exited(status, deps_.now() - started, RunKind::normal); });
     });
@@ -130,7 +130,7 @@ void NodeSupervisor::stopCurrent() {
     if (isRunning) deps_.onEvent(ChildEvents::Stopped{});
 }
 
-// Returns the current run and clears it. Its later events, such as its exit report, are ignored.
+// Clears the current run and returns it. Later events of this run, such as its exit, are ignored.
 NodeSupervisor::Current NodeSupervisor::takeCurrent() {
     restarter_.endRun();
     cancelPairingCheck();
@@ -158,7 +158,7 @@ void NodeSupervisor::scheduleRestart(Seconds ranFor) {
 //   current_    effect
 //   monostate   the next start uses the new endpoint
 //   Node        the node is restarted, and the backoff is reset
-//   Pairing     the node is started in its place once the pairing may be interrupted
+//   Pairing     the node replaces the pairing once the pairing may be interrupted
 void NodeSupervisor::restartForNewEnvironment() {
     if (std::holds_alternative<Node>(current_)) {
         stopCurrent();
@@ -196,7 +196,7 @@ NodeSupervisor::PairingStart NodeSupervisor::startPairing(const std::string& joi
     if (deps_.isEnding()) return std::unexpected(SystemError{.call = "connect", .code = ECANCELED});
     auto session = PairingSession::start(pairingSetup(joinURL, std::move(onUpdate)));
     if (!session) {
-        // The node was stopped for this pairing, so it is restarted as after a short run.
+        // The node was stopped for this pairing, so the node is restarted as after a short run.
         restarter_.endRun();
         scheduleRestart(Seconds::zero());
         return std::unexpected(session.error());
@@ -215,7 +215,7 @@ PairingSession::Setup NodeSupervisor::pairingSetup(const std::string& joinURL, O
             .now = deps_.now,
             .joined = [home = home_] { return home.hasJoined(); },
             .connectedAfter = deps_.connectedAfter,
-            // The check for `connected` runs on this queue, because the queue has a clock.
+            // The queue runs the check for `connected`, because the queue has timers.
             .callAfter =
                 [weak = std::weak_ptr(queue_)](Seconds delay, std::function<void()> task) {
                     if (const auto queue = weak.lock()) queue->postAfter(delay, std::move(task));

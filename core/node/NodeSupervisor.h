@@ -24,8 +24,8 @@ struct NodeSupervisorDeps {
     PairingSession::SpawnPty spawnPty;              // starts the connect command
     std::function<TimePoint()> now;
     Seconds pairingGrace = Seconds(90);    // from the confirmation until a pairing may be interrupted
-    Seconds connectedAfter = Seconds(15);  // from the confirmation until a running command is connected
-    Seconds outputGrace = Seconds(5);      // from the node's exit until its output is closed here
+    Seconds connectedAfter = Seconds(15);  // from the confirmation until a running command has connected
+    Seconds outputGrace = Seconds(5);      // from the node's exit until the supervisor closes the read end
     std::shared_ptr<NodeLog> nodeLog;      // null sends the node's output to /dev/null
     std::function<bool()> isEnding = [] { return false; };  // if true, no child is started
     OnChildEvent onEvent = [](const ChildEvent&) {};        // not called for a pairing that doesn't connect
@@ -34,30 +34,29 @@ struct NodeSupervisorDeps {
     static NodeSupervisorDeps production();  // real children, the steady clock, no log
 };
 
-// Keeps the helper node running: starts it, restarts it after a growing delay when it exits, and restarts it
-// when the desktop driver's endpoint changes. For a pairing it runs the connect command in place of the node.
+// Keeps the helper node running. Restarts the node after an exit, with growing delays, and after a change of
+// the desktop driver's endpoint. During a pairing the connect command runs in place of the node.
 //
-// One per application. Call from any thread, but not from inside `onState`, `log` or a pairing update.
+// One per application. Call from any thread, but not from `onState`, `log` or an OnPairingUpdate callback.
 //
 //   from                   event                                   to
 //   any, without a child   start, home not installed               notInstalled
 //   any, without a child   start, no join record                   waitingForLink
-//   any, without a child   start, node spawned                     running
-//   any, without a child   start, pipe or spawn failed             restarting(delay)
+//   any, without a child   start, otherwise                        running; restarting(delay) on failure
 //   restarting             delay passed                            as for start
 //   running                node exits                              restarting(delay)
-//   any                    beginPairing                            pairing; restarting(delay) on failure
+//   any                    beginPairing, unless refused or ending  pairing; restarting(delay) on failure
 //   pairing                session connected                       running, without a runningPID
-//   pairing, connected     command exits, no join record           waitingForLink
-//   pairing, connected     command exits, join record              restarting(delay)
+//   pairing, running       connect command exits, no join record   waitingForLink
+//   pairing, running       connect command exits, join record      restarting(delay)
 //   any                    stop                                    stopped
 class NodeSupervisor {
 public:
     using OnPairingUpdate = std::function<void(const PairingSession::Snapshot&)>;
     using PairingStart = std::expected<std::shared_ptr<PairingSession>, PairingError>;
 
-    // Starts no child. `inherited` is the application's environment. `onState` is called for each change of
-    // the state, `log` with lower-case one-line messages, both on the private queue.
+    // Starts no child. `inherited` is the application's environment. `onState` receives each new state. `log`
+    // receives lower-case one-line messages. Both run on the private queue.
     NodeSupervisor(NodeHome home, Environment inherited, NodeSupervisorDeps deps,
                    std::function<void(const std::string&)> log,
                    std::function<void(const NodeState&)> onState);
@@ -68,17 +67,18 @@ public:
 
     // Starts the node if no child runs. Call it again after an install, which the supervisor doesn't notice.
     void start();
-    // Stops the node, by force if need be. Blocks for up to 20 s. Never fails.
+    // Stops the node or the pairing. Blocks for up to 20 s. Returns even if the child survives SIGKILL.
     void stop();
-    // Restarts a running node, which blocks for up to 20 s. Delays the restart while a pairing runs.
+    // Stores the endpoint and restarts a running node. Blocks for up to 20 s. During a pairing, restarts once
+    // the session has ended or pairingGrace has passed since the confirmation.
     void setEndpoint(std::optional<CuaDriverEndpoint> endpoint);
 
-    // Stops the node and starts a pairing. Blocks for up to 20 s. A PairingFailure changes nothing.
+    // Stops the current child and starts a pairing. Blocks for up to 20 s. A PairingFailure changes nothing.
     PairingStart beginPairing(const std::string& joinURL, OnPairingUpdate onUpdate);
 
     NodeState currentState() const;
     std::optional<CuaDriverEndpoint> currentEndpoint() const;
-    // Returns the node's process id, or std::nullopt while a pairing runs. It may be stale once returned.
+    // Returns std::nullopt if no node runs or a pairing runs. The id may be stale once returned.
     std::optional<pid_t> runningPID() const;
 
 private:

@@ -7,7 +7,8 @@ namespace tarnik::ReleaseVersion {
 
 namespace {
 
-// Removes a number of minDigits to maxDigits decimal digits from the front and returns it.
+// Removes a number of minDigits to maxDigits decimal digits from the front and returns the number. Returns
+// std::nullopt if the text begins with fewer digits.
 std::optional<int> takeNumber(std::string_view& text, std::size_t minDigits, std::size_t maxDigits) {
     int number = 0;
     std::size_t digits = 0;

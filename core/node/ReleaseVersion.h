@@ -8,14 +8,14 @@
 // Leading zeros are ignored.
 namespace tarnik::ReleaseVersion {
 
-// Year, month, patch and build, which is 0 if absent.
+// Year, month, patch and build. An absent build is 0.
 using Parts = std::array<int, 4>;
 
 // Returns std::nullopt if the text is not a release version.
 std::optional<Parts> parts(std::string_view text);
 
-// Returns -1 if `a` is older than `b`, 0 if they are equal, and 1 if `a` is newer. Returns std::nullopt if
-// either is not a release version.
+// Returns -1 if `a` is older than `b`, 0 if both are equal, and 1 if `a` is newer. Returns std::nullopt if
+// `a` or `b` is not a release version.
 std::optional<int> compare(std::string_view a, std::string_view b);
 
 }  // namespace tarnik::ReleaseVersion
