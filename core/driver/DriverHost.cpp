@@ -155,8 +155,7 @@ std::optional<SystemError> DriverHost::spawn(const DriverSocketDirectory& direct
     return std::nullopt;
 }
 
-// Blocks the queue, so `running_` doesn't change meanwhile. Returns early if a newer call waits for the
-// queue.
+// Blocks the queue, so `running_` doesn't change during the wait. Returns early if a newer call waits.
 DriverHost::Readiness DriverHost::awaitReadiness() const {
     const TimePoint deadline = after(deps_.now(), deps_.readinessTimeout);
     while (true) {
@@ -175,14 +174,14 @@ void DriverHost::exited(ExitStatus status) {
     log_("the desktop driver stopped unexpectedly (" + describe(status) + ")");
 }
 
-// The state is not `ready` here, so the endpoint was withdrawn before the driver stops.
+// The state is not `ready` here, so the endpoint is withdrawn before the driver stops.
 void DriverHost::stopRunning() {
     if (!running_) return reapStale();
     running_->child->stop(StopSequences::driver, std::move(running_->livenessWrite));
     forgetRunning();
 }
 
-// Also drops the later exit report.
+// Also makes the restarter drop a later report of the driver's exit.
 void DriverHost::forgetRunning() {
     restarter_.endRun();
     const auto ended = std::exchange(running_, std::nullopt);
@@ -194,8 +193,8 @@ void DriverHost::reapStale() const {
                                      DriverSocketDirectory::Processes::production());
 }
 
-// After the last delay the driver is not restarted until a switch changes. If a newer call waits, that call
-// decides about the restart.
+// After the last delay, only a call starts the driver again. If a newer call waits, that call decides about
+// the restart.
 void DriverHost::scheduleRestart() {
     if (deps_.isSuperseded()) return setState(State::idle);
     if (restartAttempt_ >= deps_.restartDelays.size()) {

@@ -21,16 +21,16 @@ namespace tarnik {
 // The effects and the times of DriverHost.
 struct DriverHostDeps {
     using LaunchResult = std::expected<std::shared_ptr<ChildProcess>, SystemError>;
-    // Returns a descriptor for one driver's output. An empty one sends the output to /dev/null.
+    // Returns a descriptor for one driver's output. An empty descriptor sends the output to /dev/null.
     using AttachOutput = std::function<UniqueFd()>;
-    // Starts a driver with `livenessFd`, which is borrowed, as its standard input.
+    // Starts a driver. Its standard input is `livenessFd`, which the caller keeps.
     std::function<LaunchResult(const DriverLaunch&, int livenessFd, ChildProcess::OnExit onExit)> launch;
     std::function<bool(const std::string& socketPath)> socketReady;  // must not block
     std::function<void(Seconds)> sleep;                              // blocks the calling thread
     std::function<TimePoint()> now;
     Seconds readinessTimeout = Seconds(10);
     std::vector<Seconds> restartDelays{Seconds(1), Seconds(2), Seconds(4), Seconds(8), Seconds(10)};
-    // Returns true while a newer setEnabled() or shutdown() waits. A start in progress is then abandoned.
+    // Returns true while a newer call waits. A start in progress is then abandoned.
     std::function<bool()> isSuperseded = [] { return false; };
     OnChildEvent onEvent = [](const ChildEvent&) {};
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
@@ -41,8 +41,8 @@ struct DriverHostDeps {
 // Keeps the desktop driver running while it is enabled: starts it on a private socket, publishes the endpoint
 // once the socket answers, restarts the driver after a growing delay when it exits, and stops it.
 //
-// One per application. Call from any thread, but not from inside `onEndpointChange` or `log`. A call waits
-// for a start in progress: for up to readinessTimeout, and 8 s more if the driver has to be stopped.
+// One per application. Call from any thread, but not from `onEndpointChange` or `log`. A call waits for a
+// start in progress: up to 2 s for each leftover driver, readinessTimeout, and 8 s to stop the new driver.
 //
 //   from          event                             to
 //   off           enabled                           starting
@@ -55,7 +55,7 @@ struct DriverHostDeps {
 //   any but off   permissionsChanged                starting; the delays are reset
 //   any           disabled, shutdown                off
 //
-// The endpoint is published in `ready` only. In `off` a driver may still run until setEnabled() returns.
+// The endpoint is published in `ready` only. In `off` the driver may still run until setEnabled() returns.
 class DriverHost {
 public:
     struct Setup {
@@ -74,7 +74,7 @@ public:
     DriverHost(const DriverHost&) = delete;
     DriverHost& operator=(const DriverHost&) = delete;
 
-    // Blocks until the driver is ready, has failed to start, or has stopped. Never fails.
+    // Blocks until the driver is ready, has failed or has stopped. Reports failures through `log` only.
     void setEnabled(bool enabled);
 
     // Restarts an enabled driver, because new permissions apply only to a new process.

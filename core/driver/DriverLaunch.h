@@ -12,8 +12,8 @@ namespace tarnik {
 
 namespace BundledDriver {
 
-// Returns the path of the desktop driver in the application's resources, or std::nullopt if there is none.
-// The driver must be a regular file, not a link, that this user may execute.
+// Returns the path of the desktop driver in the application's resources. Returns std::nullopt unless the
+// driver is a regular file, not a link, and this user may execute it.
 std::optional<std::string> path(const std::optional<std::string>& resourceFolder);
 
 }  // namespace BundledDriver
@@ -32,8 +32,8 @@ struct DriverLaunch {
     std::vector<std::string> arguments;
     Environment environment;
 
-    // The driver shows no permission prompts of its own, because it runs only while both privacy switches are
-    // on. It quits when its standard input ends.
+    // Disables the driver's own permission prompts, because the driver runs only while both privacy switches
+    // are on. The driver quits when its standard input ends.
     static DriverLaunch make(const Inputs& inputs);
 
     bool operator==(const DriverLaunch&) const = default;

@@ -85,8 +85,8 @@ bool makeFolder(int at, const std::string& name) {
 
 enum class WhenMissing { make, leave };
 
-// Opens the parent of the private folders for lookups. Returns an empty owner if it, or a folder above it,
-// doesn't exist or isn't ours. The modes of these folders are not checked, and they need not be readable.
+// Opens the parent of the private folders for lookups. Returns an empty UniqueFd if one of the three folders
+// on the way can't be opened or isn't ours. Their modes are not checked, and they need not be readable.
 UniqueFd openRoots(const std::string& applicationSupport, WhenMissing whenMissing) {
     UniqueFd folder;
     int above = AT_FDCWD;
@@ -153,7 +153,7 @@ std::expected<DriverSocketDirectory, Failure> inspectNew(const UniqueFd& root,
     return made;
 }
 
-// Opens the folder. Returns an empty owner if the folder was replaced.
+// Opens the folder. Returns an empty UniqueFd if the folder was replaced or can't be opened.
 UniqueFd openUnchanged(const DriverSocketDirectory& directory) {
     UniqueFd folder = openFolder(AT_FDCWD, directory.path);
     if (!isUnchanged(directory, statusOf(folder))) return {};
@@ -265,8 +265,8 @@ bool DriverSocketDirectory::acceptsConnections(const std::string& socketPath) {
         ::fcntl(socket.get(), F_SETFL, O_NONBLOCK) != 0) {
         return false;
     }
-    // A full queue fails with EAGAIN on Linux and with ECONNREFUSED on Darwin. A local socket never connects
-    // asynchronously (EINPROGRESS).
+    // If the socket's queue is full, connect(2) fails with EAGAIN on Linux and ECONNREFUSED on Darwin. A
+    // local socket never connects asynchronously (EINPROGRESS).
     return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 

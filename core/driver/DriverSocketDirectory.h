@@ -14,10 +14,10 @@
 namespace tarnik {
 
 // The private folder of a driver's socket and pid file: APPLICATION-SUPPORT/tarnik/cua/ID, where ID is 16
-// hexadecimal digits. A value; the folder is not kept open.
+// hexadecimal digits. A value that keeps no descriptor.
 //
-// No link is followed below the application support folder. Folders are compared by device and inode and
-// changed through their descriptors, so a folder that was replaced is never changed.
+// create() follows no link at or below the application support folder. Each change first compares the
+// folder's device and inode and then uses its descriptor, so a folder that was replaced is never changed.
 struct DriverSocketDirectory {
     struct Failure {
         enum class Kind { directory, socketPathTooLong };
@@ -51,8 +51,8 @@ struct DriverSocketDirectory {
     // Replaces the pid file.
     std::expected<void, SystemError> writeProcessIdentifier(pid_t pid) const;
 
-    // Returns std::nullopt if there is no pid file of ours, or if its content is not a positive 32-bit
-    // number.
+    // Returns std::nullopt if this user has no pid file there, or if the file's content is not a positive
+    // 32-bit number.
     std::optional<pid_t> readProcessIdentifier() const;
 
     // Removes the socket, the pid file and the folder, unless the folder was replaced. Ignores errors.
@@ -61,8 +61,8 @@ struct DriverSocketDirectory {
     // Returns the existing folders that belong to this user and are private.
     static std::vector<DriverSocketDirectory> owned(const std::string& applicationSupport);
 
-    // Stops the drivers that an earlier run left running, and removes their folders. Signals only processes
-    // that run `expectedExecutable`. Blocks for up to 2 s per driver. Never fails.
+    // Stops the drivers that an earlier run left running. Removes the folders that no driver uses. Signals
+    // only processes that run `expectedExecutable`. Blocks for up to 2 s per driver. Ignores errors.
     static void reapStale(const std::string& applicationSupport, const std::string& expectedExecutable,
                           const Processes& processes);
 

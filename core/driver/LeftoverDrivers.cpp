@@ -9,7 +9,7 @@
 namespace tarnik {
 namespace {
 
-// Stops the leftover driver of the folder. Returns true if no driver uses the folder any more.
+// Stops the leftover driver of the folder. Returns true if no driver uses the folder.
 bool endDriver(const DriverSocketDirectory& directory, const std::string& expectedExecutable,
                const DriverSocketDirectory::Processes& processes) {
     const auto pid = directory.readProcessIdentifier();

@@ -15,8 +15,8 @@ using MacProcesses::executablePath;
 // Returns true if both paths are equal after their links are resolved.
 bool samePath(const std::string& one, const std::string& other);
 
-// Waits up to `timeout` until no process has this id. Returns true if there is none, or if `pid` is below 2.
-// Processes of other users and unreaped children count as existing.
+// Waits up to `timeout` for the end of the process. Returns true if no process has the id, or if `pid` is
+// below 2. Processes of other users and unreaped children count as existing.
 bool waitForExit(pid_t pid, Seconds timeout);
 
 }  // namespace tarnik::ProcessInspection

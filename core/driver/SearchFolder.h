@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// Opens a folder for looking up names in it, which doesn't require permission to list it. Does not follow a
-// link. On failure returns an empty descriptor and sets errno.
+// Opens a folder for lookups of names. The user need not have permission to list the folder. Does not follow
+// a link in the last path component. On failure returns an empty UniqueFd and sets errno.
 UniqueFd openForSearch(int at, const std::string& name);
 
 }  // namespace tarnik
