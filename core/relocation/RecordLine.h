@@ -11,10 +11,11 @@ namespace tarnik::Relocation {
 
 using RecordTime = WallTime;
 
-// Returns one entry of the relocation record without a line feed. Its fields are separated by tabs; control
-// characters in paths and reasons are written as %09 and so on.
+// Returns one entry of the relocation record without a line feed. Tabs separate the fields. A control
+// character in a field is written as a percent sign and two hexadecimal digits, such as %09.
 //
-// `healed` is true if the quarantine attribute was cleared everywhere, or std::nullopt if it was not tried.
+// `healed` is true if the quarantine attribute was cleared everywhere, false if that failed, and std::nullopt
+// if it was not tried.
 std::string recordLine(const Launch& launch, const Decision& decision, std::optional<bool> healed,
                        const std::vector<std::string>& extra, RecordTime at);
 

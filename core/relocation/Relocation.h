@@ -7,8 +7,8 @@
 
 #include "core/foundation/TarnikIdentity.h"
 
-// Decides whether the launched copy of the application is moved to the install path, because the system keeps
-// the privacy switches only for a copy there. Pure functions, which read no file and no process.
+// Decides whether the launched copy of the application is moved to the install path. The system keeps the
+// privacy switches only for a copy at that path. Pure functions that read no file and no process.
 //
 // The install path is a parameter so that tests can use another one.
 namespace tarnik::Relocation {
@@ -19,11 +19,11 @@ inline constexpr std::string_view relaunchArgument = "--tarnik-relocation-relaun
 // The launched copy.
 struct Launch {
     std::string bundlePath;                   // as the system reports it
-    bool isTranslocated = false;              // the system runs it from a randomised read-only path
-    std::optional<std::string> originalPath;  // from which a translocated copy was opened, if known
+    bool isTranslocated = false;              // the system runs the copy from a randomised read-only path
+    std::optional<std::string> originalPath;  // from which the user opened a translocated copy, if known
     bool isRelaunch = false;                  // started by a relocation
 
-    // Returns the standardized path of the user's copy.
+    // Returns the standardized path of the copy that the user opened.
     std::string realPath() const;
     bool runsInstalled(std::string_view installPath = TarnikIdentity::installPath) const;
 
@@ -39,7 +39,7 @@ struct Install {  // copy this bundle to the install path
 struct Stay {  // run here without a message
     bool operator==(const Stay&) const = default;
 };
-struct OpenInstalled {  // open the copy at the install path, and quit this one
+struct OpenInstalled {  // open the copy at the install path, and quit this copy
     bool operator==(const OpenInstalled&) const = default;
 };
 struct CannotInstall {  // the Applications folder is not writable
@@ -60,13 +60,13 @@ using Decision = std::variant<Decisions::Install, Decisions::Stay, Decisions::Op
 // The input of decide().
 struct Facts {
     Launch launch;
-    std::optional<std::string> installedVersion;  // at the install path; std::nullopt without a copy there
+    std::optional<std::string> installedVersion;  // of the copy at the install path, if one exists
     std::string runningVersion;                   // of this copy
     bool canWriteApplications = false;
     bool isDevelopmentBuild = false;  // a development build is never moved
 };
 
-// A relaunched copy never moves or opens another copy, so two copies can't start each other forever.
+// A relaunched copy neither moves nor opens another copy, so two copies can't start each other forever.
 Decision decide(const Facts& facts, std::string_view installPath = TarnikIdentity::installPath);
 
 // Returns the name of the decision in the record.
@@ -74,18 +74,18 @@ std::string_view recordName(const Decision& decision);
 
 // The action to take for another running copy.
 enum class RunningCopyAction {
-    activate,  // bring it to the front, and quit this one
-    takeover,  // end it, and continue with this one
+    activate,  // bring the running copy to the front, and quit this copy
+    takeover,  // end the running copy, and continue with this copy
 };
 RunningCopyAction runningCopyAction(std::string_view runningVersion, std::string_view thisVersion);
 
 // The check that the code signature of the installed copy must pass.
 enum class InstalledCopy {
     lenient,                     // no check: neither copy is signed by a team
-    needsDesignatedRequirement,  // ours if it satisfies the requirement with this copy's team
+    needsDesignatedRequirement,  // the copy is ours if it satisfies the requirement with this copy's team
     notOurs,
 };
-// A team identifier is empty for a signature without a team, and std::nullopt if it is unknown.
+// A team identifier is empty for a signature without a team, and std::nullopt if the identifier is unknown.
 InstalledCopy installedCopy(const std::optional<std::string>& runningTeamID,
                             const std::optional<std::string>& installedTeamID);
 

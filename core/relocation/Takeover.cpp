@@ -4,7 +4,7 @@ namespace tarnik::Relocation {
 
 namespace {
 
-// Returns true if the copy ends within the budget. A budget of zero makes no check.
+// Returns true if the copy ends within the budget. Makes no check if the budget is zero.
 bool endsWithin(Seconds budget, const TakeoverSteps& steps) {
     for (Seconds slept = Seconds::zero(); slept < budget; slept += steps.interval) {
         steps.sleep(steps.interval);

@@ -13,7 +13,7 @@ inline constexpr Seconds gracefulQuitWait = StopSequences::otherCopy[0].wait;
 // The result of ending another copy.
 enum class TakeoverResult { quitGracefully, neededForce, stillRunning };
 
-// The operations that end another copy: ask it to quit, wait, kill it, wait.
+// The operations that end another copy. takeOver() asks the copy to quit, waits, kills the copy and waits.
 struct TakeoverSteps {
     std::function<bool()> isRunning;
     std::function<void()> terminate;
@@ -21,7 +21,7 @@ struct TakeoverSteps {
     std::function<void(Seconds)> sleep;  // blocks the caller
     Seconds graceful = gracefulQuitWait;
     Seconds forced = StopSequences::otherCopy[1].wait;
-    Seconds interval;  // between two checks; zero makes takeOver check only once
+    Seconds interval;  // between two checks; with zero, each of the two waits makes a single check
 };
 
 // Blocks for up to `graceful` + `forced`, each rounded up to whole intervals.

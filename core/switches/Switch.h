@@ -5,7 +5,7 @@
 
 namespace tarnik {
 
-// A privacy switch of the system settings that the desktop driver needs.
+// A privacy switch in the system settings. The desktop driver needs all of these switches.
 enum class Switch { accessibility, screenRecording };
 
 // All switches, in the order in which the window shows them.
@@ -18,7 +18,7 @@ std::string_view rawValue(Switch which);
 std::string_view title(Switch which);
 std::string_view why(Switch which);
 
-// Returns the URL of the page in the system settings.
+// Returns the URL of the switch's page in the system settings.
 std::string_view settingsURL(Switch which);
 
 }  // namespace tarnik

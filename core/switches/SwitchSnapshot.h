@@ -10,7 +10,7 @@ namespace tarnik {
 enum class SwitchStatus {
     on,
     notYet,
-    mayBeStale,  // off, although the settings may show it on for an older copy of the application
+    mayBeStale,  // off, although the settings may show the switch as on for an older copy
 };
 
 // The privacy switches as the system reported them at one moment.

@@ -11,8 +11,8 @@ namespace tarnik {
 // The agent's activity on this machine at one moment. A value that could not be read is std::nullopt, never
 // false.
 struct ActivitySample {
-    // One moment on two clocks. Quiet stretches are measured on the steady clock, so that setting the wall
-    // clock doesn't change them. The age of a holder is measured on the clock of its start time.
+    // One moment on two clocks. Quiet stretches are measured on the steady clock, so that a change of the
+    // wall clock doesn't affect them. The age of a keep-awake holder is measured on the process clock.
     struct Moment {
         TimePoint steady;
         ProcessTime process;

@@ -29,7 +29,7 @@ struct ActivitySources {
 
     static ActivitySources production(RunningPID nodePID, RunningPID driverPID);
 
-    // Blocks while the processes of the system are listed; called on a background thread.
+    // Blocks while the system's processes are listed. Call it on a background thread.
     ActivitySample sample(OwnActivity own) const;
 };
 

@@ -44,7 +44,7 @@ std::optional<std::vector<Seen>> seen(pid_t under, const std::vector<ProcessEntr
 
 std::size_t std::hash<tarnik::KeepAwakeHolder::Seen>::operator()(
     const tarnik::KeepAwakeHolder::Seen& seen) const noexcept {
-    // Start times differ in their higher bits. The multiplication spreads them before the pid is added.
+    // The multiplication spreads the differences between start times over all bits before the pid is added.
     constexpr std::uint64_t spread = 0x9e3779b97f4a7c15;
     const auto started = static_cast<std::uint64_t>(seen.started.time_since_epoch().count());
     return std::hash<std::uint64_t>{}(started * spread + static_cast<std::uint64_t>(seen.pid));

@@ -6,10 +6,11 @@
 
 #include "core/process/ProcessEntry.h"
 
-// The processes that the helper node runs to keep the machine awake while it works.
+// Keep-awake holders: the processes that keep the machine awake while the helper node works. The node starts
+// them.
 namespace tarnik::KeepAwakeHolder {
 
-// The default executable of such a process.
+// The default executable of a holder.
 inline constexpr std::string_view path = "/usr/bin/caffeinate";
 
 // Identifies a holder across samples. A reused pid has another start time.
@@ -20,13 +21,13 @@ struct Seen {
     bool operator==(const Seen&) const = default;
 };
 
-// Returns the holders among the descendants of `under`, the nearest first. `under` itself is not one of them.
+// Returns the holders among the descendants of `under`, the nearest first. Does not return `under` itself.
 std::vector<ProcessEntry> holders(pid_t under, const std::vector<ProcessEntry>& in,
                                   std::string_view holderPath = path);
 
 bool held(pid_t under, const std::vector<ProcessEntry>& in, std::string_view holderPath = path);
 
-// Returns std::nullopt if the start time of a holder is unknown.
+// Returns the holders, or std::nullopt if the start time of a holder is unknown.
 std::optional<std::vector<Seen>> seen(pid_t under, const std::vector<ProcessEntry>& in,
                                       std::string_view holderPath = path);
 

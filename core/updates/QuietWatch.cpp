@@ -8,11 +8,12 @@ namespace {
 
 using Mark = std::optional<ActivitySample::Moment>;
 
-// A holder that ran this long was ended by the cap, not because its work was done.
+// A holder that ran this long was ended by the cap, not by the end of the work.
 constexpr auto cappedAfter =
     std::chrono::duration_cast<ProcessClock::duration>(KeepAwakeCap::maxHold - KeepAwakeCap::margin);
 
-// Returns the earliest start of the successor of an ended holder, or std::nullopt if the cap did not end it.
+// Returns the earliest start of a successor of the ended holder. Returns std::nullopt if the cap did not end
+// the holder.
 Mark markOf(const KeepAwakeHolder::Seen& ended, const ActivitySample::Moment& at) {
     const auto ranFor = at.process - ended.started;
     if (ranFor < cappedAfter) return std::nullopt;

@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// The time after which the system ends a keep-awake holder.
+// The cap: the time after which the system ends a keep-awake holder.
 namespace KeepAwakeCap {
 
 inline constexpr Seconds maxHold{3600};
@@ -34,14 +34,14 @@ struct QuietWatch {
 
     Seconds quietFor = defaultQuietFor;
     double driverAllowancePerMinute =
-        defaultDriverAllowancePerMinute;     // processor seconds that count as idle
+        defaultDriverAllowancePerMinute;     // processor seconds per minute that count as idle
     std::optional<TimePoint> watchingSince;  // the first sample since a reset
     std::optional<TimePoint> lastBusy;
-    std::optional<Driver> lastDriver;  // of the last sample that had its processor time
+    std::optional<Driver> lastDriver;  // of the last sample, if that had the driver's processor time
     std::optional<pid_t> holdersNode;  // the node of holdersSeen
     std::unordered_set<KeepAwakeHolder::Seen> holdersSeen;
-    // Set when the cap ended a holder, because the node's work may continue without it. Cleared when a holder
-    // starts later, after another KeepAwakeCap::maxHold without one, and when the node is replaced.
+    // Set when the cap ended a holder, because the node's work may continue without a holder. Cleared when a
+    // later holder runs, when KeepAwakeCap::maxHold has passed, and when the node is replaced.
     std::optional<ActivitySample::Moment> stretchMayContinueUntilHolderAfter;
 
     void observe(const ActivitySample& sample);

@@ -9,14 +9,14 @@ enum class UpdateInstallAction {
     nothing,
     installNow,
     wait,              // for a quiet moment
-    installAtQuit,     // by the update framework itself
+    installAtQuit,     // the update framework installs when the program quits
     checkWithSparkle,  // the update framework checks for an update and shows its own windows
 };
 
 // The rule for the installation of a downloaded update.
 namespace QuietUpdate {
 
-struct Situation {  // of an update that may be waiting
+struct Situation {  // the facts that decide the action
     bool updateReady = false;
     bool quiet = false;
     bool quitting = false;
