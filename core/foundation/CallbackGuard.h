@@ -9,8 +9,8 @@ namespace tarnik {
 
 // Disables the callbacks of an object when the object is destroyed.
 //
-// Declare it as the last field of its owner, so that it is destroyed first. Destroy the owner on the thread
-// that runs the callbacks.
+// Declare the guard as the owner's last field, so that the guard is destroyed first. Destroy the owner on the
+// thread that runs the callbacks.
 class CallbackGuard {
 public:
     using Task = std::function<void()>;
@@ -31,8 +31,8 @@ public:
         };
     }
 
-    // Returns a function that posts a task with `post`. The task does nothing if the guard was destroyed
-    // before it runs. The function itself may be called from any thread, also after the owner was destroyed.
+    // Returns a function that posts a task with `post`. The task does nothing if the guard is destroyed
+    // before the task runs. Call the function from any thread, even after the owner is destroyed.
     std::function<void(Task)> wrapPost(std::function<void(Task)> post) const {
         return [alive = std::weak_ptr(alive_), post = std::move(post)](Task task) {
             post([alive, task = std::move(task)] {

@@ -17,7 +17,7 @@ void CoalescingQueue::update(Task task) {
     {
         const MutexLock lock(mutex_);
         if (ended_) return;
-        std::swap(task, update_);  // destroyed without the lock, because its destructor may call this queue
+        std::swap(task, update_);  // the old task's destructor runs unlocked: it may call this queue
     }
     if (!task) queue_->post([this] { runNext(); });
 }
@@ -51,7 +51,7 @@ void CoalescingQueue::close() {
     queue_->close();
 }
 
-// Called once for each added task. Does nothing if that task was dropped.
+// Runs the next task, unless all waiting tasks were dropped.
 void CoalescingQueue::runNext() {
     Task next;
     {

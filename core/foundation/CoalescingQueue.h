@@ -17,8 +17,8 @@ namespace tarnik {
 //   update    after all calls; a newer update replaces a waiting one
 //   end       after the running task; waiting and later tasks are dropped
 //
-// Call from any thread. The owner closes it in its destructor, so that tasks may use the owner without
-// holding it.
+// Call from any thread. The owner closes the queue in its destructor, so that tasks may use a plain pointer
+// to the owner.
 class CoalescingQueue {
 public:
     using Task = SerialQueue::Task;
@@ -30,11 +30,11 @@ public:
 
     // Drops the waiting tasks and ignores later calls and updates.
     void end();
-    // Does the same, and runs `last` after the running task.
+    // Calls end(), and runs `last` after the running task.
     void end(Task last);
 
-    // Called by the running task. Returns true if its result is outdated, because a newer update waits or
-    // end() was called.
+    // Called by the running task. Returns true if the task's result is outdated, because a newer update waits
+    // or end() was called.
     bool isSuperseded() const;
     bool hasEnded() const;
 

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// Waits on `changed` for at most `timeout` until `done` returns true. Returns the result of `done`, which is
-// called with the lock held. Tests with a fake clock replace steadyWait().
+// Waits on `changed` until `done` returns true, for up to `timeout`. Calls `done` with the lock held, and
+// returns the last result of `done`. Tests with a fake clock replace steadyWait().
 using ConditionWait = std::function<bool(MutexLock& lock, Condition& changed, Seconds timeout,
                                          const std::function<bool()>& done)>;
 

@@ -63,7 +63,7 @@ Loaded load() {
     return functions;
 }
 
-// Never destroyed, for the same reason.
+// Never destroyed, because another thread may still use the library when the program exits.
 const Loaded& loaded() {
     static const auto* const result = new Loaded(load());
     return *result;
@@ -72,8 +72,8 @@ const Loaded& loaded() {
 using Context = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
 using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
 
-// Removes the errors that the library queues for this thread, because its next user (HTTP) would report them
-// as its own.
+// Removes the errors that the library queues for this thread. Otherwise libcurl would report these errors for
+// the thread's next transfer.
 class CleanErrors {
 public:
     explicit CleanErrors(const Functions& library) : library_(library) { library_.markErrors(); }

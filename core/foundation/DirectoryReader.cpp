@@ -7,7 +7,7 @@ namespace tarnik {
 
 DirectoryReader::DirectoryReader(UniqueFd directory)
     : stream_(directory ? ::fdopendir(directory.get()) : nullptr), failed_(!stream_) {
-    if (stream_) directory.release();  // closedir(3) closes it
+    if (stream_) directory.release();  // closedir(3) closes the descriptor
 }
 
 const char* DirectoryReader::next() {

@@ -11,8 +11,8 @@ namespace tarnik {
 // Reads the names in a directory. Not thread-safe.
 class DirectoryReader {
 public:
-    // Takes ownership of the directory's descriptor. If that is empty or isn't a directory, hasFailed()
-    // returns true.
+    // Takes ownership of the directory's descriptor. If the descriptor is empty or refers to another type of
+    // file, hasFailed() returns true.
     explicit DirectoryReader(UniqueFd directory);
 
     // Returns the next name other than "." and "..", or null at the end and after a failure. The name is
@@ -22,7 +22,7 @@ public:
     // Returns true after a failure. Some names may be missing then.
     bool hasFailed() const { return failed_; }
 
-    // Returns the directory's descriptor, which is borrowed, or -1 if it could not be opened.
+    // Returns the directory's descriptor, which the reader keeps, or -1 if the constructor failed.
     int descriptor() const { return stream_ ? ::dirfd(stream_.get()) : -1; }
 
 private:

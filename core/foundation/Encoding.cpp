@@ -21,8 +21,7 @@ std::optional<std::uint32_t> sixBits(char character) {
     return std::nullopt;
 }
 
-// Removes the padding unless there is more of it than the text needs. Excess padding is kept, so that
-// decoding fails.
+// Removes the padding. Keeps padding that is longer than the text needs, so that decoding fails.
 std::string_view withoutPadding(std::string_view text) {
     const std::size_t digits = text.find_last_not_of('=') + 1;  // npos + 1 is 0
     const std::size_t wanted = (4 - digits % 4) % 4;

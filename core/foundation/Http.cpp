@@ -24,7 +24,7 @@ namespace {
 using Kind = HttpError::Kind;
 
 // The libcurl functions that we use. The loaded library may be older than the headers: macOS 13.0 has 7.84.
-// The oldest that works is 7.80, which added CURLOPT_PREREQFUNCTION.
+// The oldest version that works is 7.80, because CURLOPT_PREREQFUNCTION was added in 7.80.
 struct Curl {
     decltype(&curl_global_init) start = nullptr;
     decltype(&curl_easy_init) open = nullptr;
@@ -45,7 +45,7 @@ struct Curl {
 };
 using LoadedCurl = std::expected<Curl, std::string>;
 
-// Starts libcrypto first, without its clean-up at exit, because libcurl would enable that.
+// Starts libcrypto first, without its clean-up at exit. libcurl would start libcrypto with that clean-up.
 LoadedCurl loadCurl() {
     if (auto crypto = startCrypto(); !crypto) return std::unexpected(std::move(crypto.error()));
     Curl curl;
@@ -71,8 +71,8 @@ LoadedCurl loadCurl() {
     return curl;
 }
 
-// libcurl must be initialised once, by one thread, before any other call. A local static ensures that. It is
-// never cleaned up, since a transfer may still run when the program exits.
+// libcurl must be initialised once, by one thread, before any other call. A local static ensures that.
+// libcurl is never cleaned up, because a transfer may still run when the program exits.
 const LoadedCurl& loadedCurl() {
     static const auto* const result = new LoadedCurl(loadCurl());
     return *result;
@@ -91,8 +91,8 @@ HttpError fileError() {
 // One GET request with its redirects. Exists for one call, on the caller's thread.
 class Transfer {
 public:
-    // Receives a piece of the body, and the announced length if there is one. A returned error ends the
-    // transfer.
+    // Receives a piece of the body, and the body's length if the server has announced one. A returned error
+    // ends the transfer.
     using Sink =
         std::function<std::optional<HttpError>(std::string_view piece, std::optional<std::int64_t> total)>;
 
@@ -104,7 +104,7 @@ public:
 private:
     bool configure();
     bool takeOnlyTheWeb();
-    // Returns std::nullopt if the body is complete, or the address of a redirect.
+    // Returns the address of a redirect, or std::nullopt if the body is complete.
     std::expected<std::optional<std::string>, HttpError> request(const std::string& url);
     CURLcode perform();
     HttpError failure(CURLcode result) const;
@@ -161,8 +161,8 @@ std::expected<void, HttpError> Transfer::get(std::string url) {
     return std::unexpected(transportError("too many redirects"));
 }
 
-// Leaves libcurl's own redirects off, because it would follow http to https and back to http, and would read
-// the body of a redirect without a limit.
+// Leaves libcurl's own redirects off, because libcurl would follow http to https and back to http, and would
+// read the body of a redirect without a limit.
 bool Transfer::configure() {
     bool accepted = true;
     const auto set = [&](CURLoption option, auto value) {
@@ -201,12 +201,12 @@ bool Transfer::configure() {
     set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
     set(CURLOPT_WRITEDATA, this);
 
-    // Available since 7.87. Without it a time-out waits for the name resolver.
+    // This option exists since 7.87. Without the option, a time-out waits for the name resolver.
     curl_.set(handle_.get(), CURLOPT_QUICK_EXIT, 1L);
     return accepted;
 }
 
-// Allows only http and https. libcurl accepts the protocols by name since 7.85, and as bits before.
+// Allows only http and https. libcurl accepts the names of protocols since 7.85. Older versions accept bits.
 bool Transfer::takeOnlyTheWeb() {
     const char* const names = secure_ ? "https" : "http,https";
     const CURLcode result = curl_.set(handle_.get(), CURLOPT_PROTOCOLS_STR, names);
@@ -230,7 +230,7 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     const bool redirected = status >= 300 && status < 400;
     const HttpError badStatus{.kind = Kind::badStatus, .code = static_cast<int>(status)};
-    // A bad status is reported even if the transfer of its body failed.
+    // A bad status is reported even if the transfer of the response's body failed.
     if (status > 200 && !redirected) return std::unexpected(badStatus);
     if (refusal_) return std::unexpected(*refusal_);
     if (result != CURLE_OK) return std::unexpected(failure(result));
@@ -262,8 +262,8 @@ CURLcode Transfer::perform() {
     return result;
 }
 
-// Once connected, libcurl reports a response that isn't HTTP as an unsupported protocol, and a header that
-// exceeds its limits as out of memory or, since 8.6, as CURLE_TOO_LARGE (100).
+// Once connected, libcurl reports a response that isn't HTTP as an unsupported protocol. libcurl reports a
+// header that is too long as out of memory or, since 8.6, as CURLE_TOO_LARGE (100).
 HttpError Transfer::failure(CURLcode result) const {
     constexpr auto tooLargeCode = static_cast<CURLcode>(100);
     if (mark_ && (result == CURLE_UNSUPPORTED_PROTOCOL || result == CURLE_WEIRD_SERVER_REPLY))
@@ -318,8 +318,8 @@ std::size_t Transfer::take(std::string_view piece) {
     return refusal_ ? 0 : piece.size();
 }
 
-// Returns false if the transfer is too slow or too large. Counts the bytes of the body, also of a redirect's.
-// libcurl's own speed limit uses the last five seconds only, so that occasional bursts evade it.
+// Returns false if the transfer is too slow or too large. Counts the bytes of every body, even of redirects.
+// libcurl's own speed limit uses the last five seconds only, so occasional bursts evade that limit.
 bool Transfer::isMoving() {
     if (!mark_) return true;
     const auto received = std::int64_t{info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T)};
@@ -340,8 +340,8 @@ bool Transfer::isMoving() {
     return true;
 }
 
-// Returns the time until the transfer may count as stalled, rounded up, and at most a second. Until
-// connected, libcurl itself checks the time-out.
+// Returns the time until the transfer may count as stalled, rounded up and limited to about a second. Before
+// the connection, libcurl itself checks the time-out.
 std::chrono::milliseconds Transfer::untilStalled() const {
     const Seconds left = mark_ ? options_.timeout - Seconds(steadyNow() - mark_->at) : Seconds(1);
     return std::chrono::floor<std::chrono::milliseconds>(std::clamp(left, Seconds(0), Seconds(1))) +

@@ -12,7 +12,7 @@
 
 namespace tarnik {
 
-// Why a request failed.
+// The reason why a request failed.
 struct HttpError {
     enum class Kind {
         badStatus,  // not status 200, or 200 without a body
@@ -35,37 +35,37 @@ struct HttpError {
     bool operator==(const HttpError&) const = default;
 };
 
-// Returns a short sentence for the user: "The server answered with status 404."
+// Returns a short sentence for the user, such as "The server answered with status 404."
 std::string describe(const HttpError& error);
 
-// Limits of a request. Name resolution, connection and TLS handshake together must complete within `timeout`.
-// After that the average rate over each period of `timeout` must be at least `floorBytesPerSecond`. A faster
-// transfer may take any time.
+// Limits of a request. The name resolution, the connection and the TLS handshake must together complete
+// within `timeout`. After that the average rate over each period of `timeout` must be at least
+// `floorBytesPerSecond`. A faster transfer may take any time.
 struct HttpOptions {
     std::int64_t bodyBytes = std::int64_t{1} << 20;  // a larger body fails
     Seconds timeout = Seconds(20);
     std::int64_t floorBytesPerSecond = 1024;
-    std::string authorities;  // a PEM file of trusted certificate authorities; empty for the system's
+    std::string authorities;  // a PEM file of trusted certificate authorities; if empty, the system's
 };
 
 // The answer to a request that succeeded.
 struct HttpAnswer {
     std::string body;
-    std::optional<std::chrono::sys_seconds> date;  // the server's clock, if it sent a valid date
+    std::optional<std::chrono::sys_seconds> date;  // the server's clock, if the server sent a valid date
 };
 
-// Sends GET requests over http and https, through the proxies that the environment names. Blocks, so call it
-// from background threads. Several threads may call it at once. A running request doesn't delay the program's
-// exit.
+// Sends GET requests over http and https, through the proxies that the environment names. The functions
+// block, so call them on background threads. Several threads may call them at once. A running request doesn't
+// delay the program's exit.
 //
-// TLS is always verified. Follows at most 5 redirects, and none from https to http. Sends no cookies,
-// bypasses caches and doesn't decode compressed content.
+// TLS certificates are always verified. A request follows at most 5 redirects, and none from https to http.
+// It sends no cookies, bypasses caches and doesn't decode compressed content.
 struct Http {
     static constexpr int maximumRedirects = 5;
     static constexpr int maximumReportsPerSecond = 10;
 
-    // Called on the downloading thread with the number of received bytes, and the total if the server
-    // announced it. Must not throw.
+    // Called on the downloading thread with the number of received bytes, and with the total if the server
+    // has announced one. Must not throw.
     using Progress = std::function<void(std::int64_t received, std::optional<std::int64_t> total)>;
 
     static HttpOptions downloadOptions() {
@@ -81,10 +81,9 @@ struct Http {
         return std::move(answer->body);
     }
 
-    // Stores the body at `destination`, readable by this user only, and replaces a file or link there. Until
-    // the body is complete, it is kept in a temporary file in the same folder. On failure that file is
-    // removed and the destination is unchanged. The last call of `progress` is made after the destination was
-    // replaced.
+    // Stores the body in the file `destination`, which only this user can read. Replaces a file or link
+    // there. An incomplete body is kept in a temporary file in the same folder. On failure the temporary file
+    // is removed and the destination is unchanged. The last call of `progress` follows the replacement.
     static std::expected<void, HttpError> download(const std::string& url, const std::string& destination,
                                                    const HttpOptions& options = downloadOptions(),
                                                    const Progress& progress = {});

@@ -32,7 +32,7 @@ void appendEscaped(std::string& json, char character) {
     json += "\\u00" + encodeHex({&character, 1});
 }
 
-// Builds the value from the parser's events. boost::json::basic_parser requires the names of the operations.
+// Builds the value from the parser's events. boost::json::basic_parser prescribes the operations' names.
 struct JsonBuilder {
     static constexpr auto max_object_size = static_cast<std::size_t>(-1);
     static constexpr auto max_array_size = max_object_size;
@@ -116,8 +116,8 @@ private:
     }
 };
 
-// Returns the value of a JSON number if it is an integer in the range of the result. Works on the digits, so
-// that rounding can't turn a fraction into an integer.
+// Returns the value of a JSON number. Returns std::nullopt for a fraction, and for a number that the result
+// can't hold. Works on the digits, so that rounding can't turn a fraction into an integer.
 std::optional<std::int64_t> wholeNumber(std::string_view text) {
     constexpr int maxDigits = 19;
     std::string digits(text.starts_with('-') ? "-" : "");

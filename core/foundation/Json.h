@@ -16,7 +16,7 @@ std::string quotedJson(std::string_view text);
 
 // A parsed JSON document, or a value inside one.
 //
-// A value type. Pointers to its members are valid as long as this object.
+// A value type. Pointers to members stay valid as long as this object exists unchanged.
 class Json {
 public:
     struct Member;
@@ -33,10 +33,10 @@ public:
 
     static constexpr std::size_t maxDepth = 32;
 
-    // Parses exactly one JSON value in UTF-8, with optional white space around it. Returns std::nullopt for
-    // anything else, such as a byte-order mark, for more than `maxBytes`, for values nested deeper than
-    // maxDepth, for a number outside the range of double, and for an object with a duplicate member, because
-    // two parsers might return different values for it.
+    // Parses exactly one JSON value in UTF-8 with optional white space around the value. Returns std::nullopt
+    // for anything else, such as a byte-order mark, for more than `maxBytes`, for values nested deeper than
+    // maxDepth, for a number outside the range of double, and for an object with a duplicate member. Two
+    // parsers might return different values for a duplicate member.
     static std::optional<Json> parse(std::string_view bytes, std::size_t maxBytes);
 
     explicit Json(Value value);
@@ -44,18 +44,19 @@ public:
     bool isObject() const;
     bool isNumber() const;
     std::optional<std::string> asString() const;
-    // Returns an integer in any notation: 1, 1.0 and 10e-1 are 1. Returns std::nullopt for any other value.
+    // Returns a 64-bit integer in any notation: 1, 1.0 and 10e-1 are 1. Returns std::nullopt for any other
+    // value.
     std::optional<std::int64_t> asInteger() const;
 
     // Returns std::nullopt for any value but true and false.
     std::optional<bool> asBoolean() const;
 
-    // Returns null if there is no such member or this isn't an object.
+    // Returns null if the member doesn't exist or this isn't an object.
     const Json* member(std::string_view key) const;
-    // Returns the members ordered by key; empty if this isn't an object.
+    // Returns the members ordered by key, or an empty list if this isn't an object.
     const Object& members() const;
 
-    // Returns a string without quotes and escapes, any other value as JSON without white space.
+    // Returns the contents of a string. Returns any other value as JSON without white space.
     std::string text() const;
 
 private:

@@ -17,7 +17,7 @@
 
 namespace tarnik {
 
-// A std::mutex whose use the compiler can check, because std::mutex in libstdc++ has no annotations.
+// A mutex whose use clang can check. std::mutex of libstdc++ has no annotations.
 class TARNIK_THREAD_ANNOTATION(capability("mutex")) Mutex {
     friend class MutexLock;
     std::mutex mutex_;
@@ -32,7 +32,7 @@ public:
     MutexLock(const MutexLock&) = delete;
     MutexLock& operator=(const MutexLock&) = delete;
 
-    // Unlock the mutex before the end of the scope, and lock it again.
+    // Unlock the mutex before the end of the scope, and lock the mutex again.
     void unlock() TARNIK_THREAD_ANNOTATION(release_capability()) { lock_.unlock(); }
     void lock() TARNIK_THREAD_ANNOTATION(acquire_capability()) { lock_.lock(); }
 

@@ -8,7 +8,7 @@
 namespace tarnik {
 
 // A temporary file for a download, private to this user, in the folder of `destination`. The destructor
-// removes it unless it was moved into place. Operations that fail leave errno set.
+// removes the file unless moveTo() has succeeded. A failed operation sets errno.
 class PartFile {
 public:
     explicit PartFile(const std::string& destination);

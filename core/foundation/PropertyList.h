@@ -11,18 +11,18 @@ namespace tarnik {
 
 // A parsed property list, or a value inside one. Distinguishes dictionaries, arrays and strings only.
 //
-// A value type. Pointers to its entries are valid as long as this object.
+// A value type. Pointers to entries stay valid as long as this object exists unchanged.
 class PropertyList {
 public:
     struct Entry;
-    struct Other {};  // a number, a date, data, or a string in a binary list that isn't valid Unicode
+    struct Other {};  // any other value, such as a number or data, or an invalid string of a binary list
     using Array = std::vector<PropertyList>;
     using Dictionary = std::vector<Entry>;  // ordered by key
     using Value = std::variant<Other, std::string, Array, Dictionary>;
 
     static constexpr std::size_t maxBytes = 65'536;
-    // Upper bound for the number of dictionaries and arrays, and so for their depth. In a binary list each
-    // reference to one counts.
+    // Upper bound for the number of dictionaries and arrays, and so for the depth. In a binary list, each
+    // reference to a dictionary or array counts.
     static constexpr std::size_t maxContainers = 512;
 
     // Parses the XML, the binary and the old text format ("{ a = x; }"). Returns std::nullopt for anything
@@ -34,9 +34,9 @@ public:
 
     bool isDictionary() const;
     std::optional<std::string> asString() const;
-    // Returns null if there is no such entry or this isn't a dictionary.
+    // Returns null if the entry doesn't exist or this isn't a dictionary.
     const PropertyList* entry(std::string_view key) const;
-    // Returns an empty array if this isn't an array.
+    // Returns the elements, or an empty array if this isn't an array.
     const Array& elements() const;
 
 private:

@@ -9,8 +9,8 @@ namespace tarnik::PropertyListReaders {
 
 namespace {
 
-// Follows the references of a binary list from its root. A small file can refer to one object many times, so
-// the limits apply to the expanded list. The number of containers bounds its depth.
+// Follows the references of a binary list from the root. A small file can refer to one object many times, so
+// the limits apply to the expanded list. The limit of containers also bounds the depth.
 class BinaryReader {
 public:
     explicit BinaryReader(std::string_view bytes) : bytes_(bytes) {}

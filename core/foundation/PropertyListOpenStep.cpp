@@ -15,13 +15,13 @@ bool isHexDigit(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-// The characters of a string without quotes.
+// Returns true for a character that a string without quotes can contain.
 bool isPlain(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
            std::string_view("_$/:.-").contains(c);
 }
 
-// Parses the text format that is older than XML: { key = (one, "two words", <0fa3>); }
+// Parses the text format that is older than the XML format: { key = (one, "two words", <0fa3>); }
 class OpenStepReader {
 public:
     explicit OpenStepReader(std::string_view text) : rest_(text) {}
@@ -29,7 +29,8 @@ public:
     std::optional<PropertyList> document();
 
 private:
-    // These consume the named element. They return false if it is missing or incomplete.
+    // Each consumes the named element. Each returns false if the element is incomplete or, except for
+    // comments, missing.
     bool skip(char c);
     bool skipComments();
     bool skipData();
@@ -71,8 +72,8 @@ bool OpenStepReader::skipComments() {
     }
 }
 
-// Consumes hexadecimal digits, two for each byte, with optional white space between them, and the closing
-// bracket.
+// Consumes hexadecimal digits, two for each byte, and the closing bracket. White space may separate the
+// digits.
 bool OpenStepReader::skipData() {
     const std::size_t end = rest_.find('>');
     if (end == rest_.npos) return false;

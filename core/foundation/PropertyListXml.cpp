@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view blanks = " \t\r\n";
 
 // Parses the subset of XML that property lists use: no definitions in the document type, only XML's five
-// entities, no comments inside a string. Tags must be balanced, and nothing may follow the list.
+// entities, no comments inside a string. Tags must be balanced. Only comments may follow the list.
 class XmlReader {
 public:
     explicit XmlReader(std::string_view text) : rest_(text) {}
@@ -29,7 +29,8 @@ private:
         bool isEmpty = false;  // <name/>
     };
 
-    // These consume the named element. They return false if it is missing or incomplete.
+    // Each consumes the named element. Each returns false if the element is incomplete or, except for the
+    // prolog and comments, missing.
     bool skip(std::string_view token);
     bool skipBehind(std::string_view token);
     bool skipProlog();

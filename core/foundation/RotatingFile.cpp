@@ -51,8 +51,8 @@ bool RotatingFile::append(std::string_view data) {
     return written == data.size();
 }
 
-// Reopens the file if the path has another file. Checks the path only once per checkInterval, because a check
-// costs as much as a short write.
+// Reopens the file if another file is at the path. Checks the path only once per checkInterval, because a
+// check costs as much as a short write.
 bool RotatingFile::isOpen() {
     if (!file_) return reopen();
     const TimePoint now = now_();
@@ -69,7 +69,7 @@ bool RotatingFile::reopen() {
     return static_cast<bool>(file_);
 }
 
-// Closes the open file and opens the file at the path, which is created if it is missing.
+// Closes the open file, and opens or creates the file at the path.
 bool RotatingFile::open() {
     // If the folder can't be created, opening the file fails.
     [[maybe_unused]] const auto made = createFolders(parentFolder(path_), folderMode);
@@ -80,7 +80,7 @@ bool RotatingFile::open() {
     return static_cast<bool>(file_);
 }
 
-// Returns true if the open file is the file at the path, or if that is unknown.
+// Returns true if the open file is the file at the path, or if the comparison fails.
 bool RotatingFile::isAtPath() const {
     struct stat opened = {};
     struct stat found = {};
@@ -95,7 +95,8 @@ void RotatingFile::rotate() {
     // If the open file is no longer at the path, the older copy is kept.
     if (isAtPath()) {
         const std::string older = path_ + ".1";
-        // Removed first, because on ext4 a rename that replaces a file flushes the new file to the disk.
+        // The older copy is removed first, because on ext4 a rename that replaces a file flushes the new file
+        // to the disk.
         ::unlink(older.c_str());
         if (::rename(path_.c_str(), older.c_str()) != 0 && errno != ENOENT) {
             if (::ftruncate(file_.get(), 0) == 0) size_ = 0;

@@ -10,19 +10,19 @@
 
 namespace tarnik {
 
-// A log file of this user whose size is bounded; one older copy is kept at path + ".1". Folders are created
-// with mode 0700, the file with 0600.
+// A log file of this user with a bounded size. One older copy is kept at path + ".1". A new folder gets mode
+// 0700, and a new file gets mode 0600.
 //
-// Not thread-safe. Errors are not reported: data that can't be written is lost, and the next append tries
-// again. The data that makes the file reach the cap also rotates it.
+// Not thread-safe. Data that can't be written is lost, and the next append tries again. An append that makes
+// the file reach the cap also rotates the file.
 //
 //   error                                 effect
-//   the path is a link, or not a regular  the file is not opened; links are not followed, a FIFO never blocks
+//   the path is a link, or not a regular  the file is not opened; a FIFO never blocks
 //     file of ours
 //   file or folder deleted or replaced    noticed within checkInterval; the file is created or opened again,
 //                                         and the older copy is kept
-//   the file can't be renamed             it is truncated; if that fails too, data is lost until one of the
-//                                         two succeeds
+//   the file can't be renamed             the file is truncated; if that fails too, data is lost until a
+//                                         rename or a truncation succeeds
 //   disk full                             the rest of the data is lost; the file remains open
 class RotatingFile {
 public:
@@ -33,7 +33,7 @@ public:
     // Opens nothing. `path` is absolute. A cap below 1 counts as 1.
     RotatingFile(std::string path, std::int64_t capBytes, Clock now = steadyNow);
 
-    // Opens the file if needed. Returns true if it can be written.
+    // Opens the file if needed. Returns true if the file is open.
     bool isOpen();
 
     // Returns true if all of the data was written.

@@ -36,13 +36,13 @@ public:
     Timer postAfter(Seconds delay, Task task) override { return state_->push(delay, std::move(task)); }
 
     void cancel(Timer timer) override {
-        std::optional<Task> dropped;  // destroyed without the lock, because it may call this queue
+        std::optional<Task> dropped;  // destroyed unlocked, because its destructor may call this queue
         const MutexLock lock(state_->mutex);
         dropped = state_->schedule.cancel(timer);
     }
 
     void run(const Task& task) override {
-        // A dropped task destroys its promise, which ends the wait as well.
+        // A dropped task destroys its promise, which also ends the wait.
         auto done = std::make_shared<std::promise<void>>();
         auto finished = done->get_future();
         post([done = std::move(done), &task] {
@@ -96,7 +96,8 @@ private:
         }
     };
 
-    // Closes the queue. The dropped tasks are destroyed without the lock, because they may call this queue.
+    // Closes the queue. The dropped tasks are destroyed without the lock, because their destructors may call
+    // this queue.
     void dropWaiting() {
         TaskSchedule dropped;
         const MutexLock lock(state_->mutex);

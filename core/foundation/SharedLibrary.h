@@ -5,8 +5,8 @@
 
 namespace tarnik {
 
-// A library that is loaded at its first use instead of with the program. It is never unloaded, so its
-// functions remain valid after this object is destroyed.
+// A shared library that is loaded at its first use instead of at the program's start. The library is never
+// unloaded, so its functions remain valid after this object is destroyed.
 //
 // Made on the stack by the one source that wraps the library. Loading may block on the disk.
 class SharedLibrary {
@@ -18,14 +18,14 @@ public:
     // A file name without a folder is searched in the system's library folders.
     explicit SharedLibrary(const std::string& file);
 
-    // Sets `function` to the library's function of this name. On failure sets it to null and records
-    // failure().
+    // Sets `function` to the library's function of this name. On failure sets `function` to null. failure()
+    // then returns a message.
     template <class Function>
     void find(Function*& function, const char* name) {
         function = reinterpret_cast<Function*>(symbol(name));
     }
 
-    // Returns the loader's message for the first failure, or std::nullopt if there was none.
+    // Returns the loader's message for the first failure, or std::nullopt if nothing failed.
     const std::optional<std::string>& failure() const { return failure_; }
 
 private:

@@ -11,7 +11,7 @@ inline constexpr std::string_view urlScheme = "tarnik";
 inline constexpr std::string_view installPath = "/Applications/tarnik.app";
 inline constexpr std::string_view nodeLaunchdLabel = "com.tarnik.node";
 
-// The user default that remembers a chosen node folder.
+// The name of the user default that stores a chosen node folder.
 inline constexpr std::string_view nodeHomeDefaultsKey = "NodeHome";
 
 }  // namespace tarnik::TarnikIdentity

@@ -9,8 +9,8 @@
 
 namespace tarnik {
 
-// The waiting tasks of a serial queue, ordered by the time they are due; equal times keep the order in which
-// they were added. A value without a clock or a lock.
+// The waiting tasks of a serial queue, ordered by their due times. Tasks with equal due times keep the order
+// in which they were added. A value without a clock or a lock.
 class TaskSchedule {
 public:
     using Task = std::function<void()>;
@@ -18,8 +18,8 @@ public:
 
     Timer push(TimePoint due, Task task);
 
-    // Returns the removed task, so that the caller can destroy it without a lock; std::nullopt if it was
-    // taken before.
+    // Returns the removed task, so that the caller can destroy the task with no lock held. Returns
+    // std::nullopt if the task isn't waiting.
     std::optional<Task> cancel(Timer timer);
 
     std::optional<TimePoint> nextDue() const;

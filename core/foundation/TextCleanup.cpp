@@ -47,7 +47,7 @@ bool isDropped(char32_t character) {
         dropped, [=](Range range) { return character >= range.first && character <= range.last; });
 }
 
-// Returns true for a line end. A space replaces it, so that words stay separate.
+// Returns true for a tab or a line end. A space replaces the character, so that words stay separate.
 bool separates(char32_t character) {
     return (character >= 0x09 && character <= 0x0D) || character == 0x85 || character == 0x2028 ||
            character == 0x2029;
@@ -59,7 +59,7 @@ struct Taken {
     char32_t character;
 };
 
-// Removes the first code point. `text` is valid UTF-8 and not empty.
+// Removes the first code point and returns it. `text` is valid UTF-8 and not empty.
 Taken takeFirst(std::string_view& text) {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;

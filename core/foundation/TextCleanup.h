@@ -10,9 +10,9 @@ namespace tarnik {
 std::string_view trimWhitespace(std::string_view text);
 
 // Returns untrusted text, such as text from a server or a file, in a form that can be shown inside a
-// sentence. Control characters and marks of writing direction are removed, a line end inside the text becomes
-// a space, invalid UTF-8 becomes U+FFFD. The result has at most `maxCharacters` code points; if it was cut,
-// the last one is an ellipsis.
+// sentence. Replaces tabs and line ends inside the text by spaces, and invalid UTF-8 by U+FFFD. Removes other
+// control characters and marks of writing direction. The result has at most `maxCharacters` code points. If
+// the text was cut, the last code point is an ellipsis.
 std::string sanitizedLine(std::string_view bytes, std::size_t maxCharacters);
 
 }  // namespace tarnik

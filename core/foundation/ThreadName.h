@@ -4,8 +4,8 @@
 
 namespace tarnik {
 
-// Sets the name of the calling thread, which debuggers and `ps -T` show. Linux keeps only 15 bytes: a longer
-// name loses its prefix "tarnik.", so that its end (a pid or a descriptor) is kept.
+// Sets the name of the calling thread. Debuggers and `ps -T` show the name. Linux keeps only 15 bytes. A
+// longer name loses its prefix "tarnik.", so that a pid or a descriptor at the end is kept.
 void setThreadName(const std::string& name);
 
 }  // namespace tarnik

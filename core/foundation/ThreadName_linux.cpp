@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// pthread_setname_np(3) fails with ERANGE for more than 16 bytes with the terminating NUL.
+// pthread_setname_np(3) fails with ERANGE for more than 16 bytes, including the terminating NUL.
 void setThreadName(const std::string& name) {
     constexpr std::size_t longest = 15;
     constexpr std::string_view prefix = "tarnik.";

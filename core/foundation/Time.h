@@ -27,8 +27,7 @@ struct SteadyClock : NanosecondClock<SteadyClock> {
 using TimePoint = SteadyClock::time_point;
 
 // The clock of the start times that the system records for processes. Use it for the ages of processes, not
-// for delays. It counts sleep. On Linux it starts with the boot and can't be set; on Darwin it is the wall
-// clock.
+// for delays. It counts sleep. On Linux it starts at boot and can't be set. On Darwin it is the wall clock.
 struct ProcessClock : NanosecondClock<ProcessClock> {
     static constexpr bool is_steady = false;
     static time_point now();

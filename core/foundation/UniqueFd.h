@@ -4,7 +4,7 @@ namespace tarnik {
 
 // Owns a descriptor and closes it once.
 //
-// Numbers returned by get() are borrowed, for the length of a call.
+// The caller of get() may use the number for the length of a call.
 class UniqueFd {
 public:
     UniqueFd() = default;
@@ -32,7 +32,7 @@ public:
     void reset(int fd = -1);
 
     // Returns a second descriptor for the same open file, close-on-exec and above 2. On failure returns an
-    // empty owner with errno set.
+    // empty UniqueFd and sets errno.
     static UniqueFd duplicate(int fd);
 
 private:

@@ -10,8 +10,8 @@ namespace tarnik {
 
 // A parsed absolute URL.
 //
-// A value type. Scheme and host are converted to lower case. Only the query items are decoded, so that an
-// escaped letter or slash never equals a plain one.
+// A value type. scheme() and host() are in lower case. Only the query items are decoded, so that an escaped
+// letter or slash in a path never equals a plain one.
 class Url {
 public:
     // An item of the query, decoded once. "+" is not decoded.
@@ -36,11 +36,11 @@ public:
     const std::vector<QueryItem>& queryItems() const { return queryItems_; }
     bool hasQueryOrFragment() const { return pathAt_ + pathSize_ < text_.size(); }  // even an empty one
 
-    // Returns the URL as it was parsed.
+    // Returns the whole URL. Keeps the spelling of the parsed text.
     const std::string& text() const { return text_; }
 
     // Returns the URL with `component` appended to its path after exactly one slash. Characters that a
-    // component can't contain, including the slash, are escaped. Query and fragment are kept.
+    // component can't contain, including the slash, are escaped. The query and the fragment are kept.
     Url appending(std::string_view component) const;
 
     bool operator==(const Url&) const = default;

@@ -128,7 +128,7 @@ bool LastCharacters::breaksBefore(std::int32_t next) {
     const std::int32_t before = std::exchange(last_, next);
     if (before < 0) return true;
     if (before < 0x80 && next < 0x80) {
-        breakState_ = 0;  // no cluster continues across two ASCII characters
+        breakState_ = 0;  // two ASCII characters leave no state for later breaks
         return before != '\r' || next != '\n';
     }
     return utf8proc_grapheme_break_stateful(before, next, &breakState_);

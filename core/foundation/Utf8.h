@@ -25,7 +25,7 @@ public:
     // Appends complete code points to the text, in linear time. An invalid byte counts as a character.
     void append(std::string_view text);
 
-    // Returns the number of bytes before the last `count` characters; 0 if there are at most `count`.
+    // Returns the number of bytes before the last `count` characters, or 0 if the text has at most `count`.
     std::size_t start() const { return characters_ > starts_.size() ? starts_[next_] : 0; }
 
 private:
