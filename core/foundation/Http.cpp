@@ -126,7 +126,7 @@ private:
     static std::size_t onHeader(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
     static std::size_t onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
 
-    // The last time at which enough bytes had been received.
+    // The last moment at which the transfer was fast enough, and the number of bytes received by then.
     struct Mark {
         TimePoint at;
         std::int64_t received = 0;

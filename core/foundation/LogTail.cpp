@@ -22,7 +22,7 @@ std::string tailOf(const std::string& path, std::size_t maxBytes) {
     std::string text(static_cast<std::size_t>(status.st_size - start), '\0');
     if (::lseek(file.get(), start, SEEK_SET) != start) return {};
     text.resize(readInto(file, text).value_or(0));
-    if (start > 0) text.erase(0, text.find('\n')).erase(0, 1);  // part of a line
+    if (start > 0) text.erase(0, text.find('\n')).erase(0, 1);  // the first line may be incomplete
     return text;
 }
 

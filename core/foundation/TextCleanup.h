@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// Returns `text` without leading and trailing white space and line breaks, including those of Unicode.
+// Returns `text` without leading and trailing white space and line breaks, as Unicode defines them.
 std::string_view trimWhitespace(std::string_view text);
 
 // Returns untrusted text, such as text from a server or a file, in a form that can be shown inside a

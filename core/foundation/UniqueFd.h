@@ -4,7 +4,7 @@ namespace tarnik {
 
 // Owns a descriptor and closes it once.
 //
-// The caller of get() may use the number for the length of a call.
+// A caller of get() borrows the number for the length of one call.
 class UniqueFd {
 public:
     UniqueFd() = default;

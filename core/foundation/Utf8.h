@@ -9,7 +9,7 @@
 namespace tarnik {
 
 // Returns the bytes as valid UTF-8. Invalid sequences, including overlong forms, surrogates and numbers above
-// U+10FFFF, become U+FFFD: one for each longest prefix of a valid sequence, else one for each byte.
+// U+10FFFF, become U+FFFD: one for each longest prefix of a valid sequence, and one for each other byte.
 std::string decodeLossy(std::string_view bytes);
 
 bool isUtf8(std::string_view bytes);

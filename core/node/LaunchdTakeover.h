@@ -13,7 +13,7 @@
 #include "core/process/ExitStatus.h"
 
 // Removes the launchd agent that a command-line install registers, so that only the supervisor runs the node.
-// An agent is left unchanged unless it provably runs the same node home.
+// An agent that doesn't provably run our node home is left unchanged.
 namespace tarnik::LaunchdTakeover {
 
 // The agent is not ours or can't be read.

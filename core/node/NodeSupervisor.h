@@ -65,7 +65,7 @@ public:
     NodeSupervisor(const NodeSupervisor&) = delete;
     NodeSupervisor& operator=(const NodeSupervisor&) = delete;
 
-    // Starts the node if no child runs. Call it again after an install, which the supervisor doesn't notice.
+    // Resets the delays, and starts the node if no child runs. Call start() again after an install.
     void start();
     // Stops the node or the pairing. Blocks for up to 20 s. Returns even if the child survives SIGKILL.
     void stop();

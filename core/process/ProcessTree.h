@@ -8,8 +8,8 @@
 
 namespace tarnik {
 
-// Finds the descendants of a process. The two queries concern a single process. Each query returns
-// std::nullopt on failure, and if the process has ended.
+// Finds the descendants of a process by two queries about single processes. Each query returns std::nullopt
+// on failure, and if the process has ended.
 struct ProcessTree {
     std::function<std::optional<std::vector<pid_t>>(pid_t)> children;
     std::function<std::optional<ProcessEntry>(pid_t)> entry;

@@ -20,7 +20,7 @@ struct ProgramImage::Prepared {
 
 namespace {
 
-// Closes all descriptors but the standard ones. Ours are close-on-exec, but those of libraries may not be.
+// Closes all descriptors but the standard ones, because a library's descriptor may not be close-on-exec.
 void closeOthers() {
     constexpr unsigned first = STDERR_FILENO + 1;
     if (::syscall(SYS_close_range, first, ~0U, 0) == 0) return;

@@ -11,7 +11,7 @@ namespace tarnik {
 // A connection for one of a child's standard descriptors.
 class Stdio {
 public:
-    // /dev/null, opened for reading (standard input) or writing (the other two).
+    // /dev/null, opened for reading (standard input) or writing (standard output and error).
     static constexpr Stdio null() { return Stdio{}; }
 
     // The descriptor `fd`, which the parent still owns and closes.

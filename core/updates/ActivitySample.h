@@ -8,8 +8,8 @@
 
 namespace tarnik {
 
-// The agent's activity on this machine at one moment. A value that could not be read is std::nullopt, never
-// false.
+// The activity of the helper node, the driver and this application at one moment. A value that could not be
+// read is std::nullopt, never false.
 struct ActivitySample {
     // One moment on two clocks. Quiet stretches are measured on the steady clock, so that a change of the
     // wall clock doesn't affect them. The age of a keep-awake holder is measured on the process clock.

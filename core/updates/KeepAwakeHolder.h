@@ -6,8 +6,7 @@
 
 #include "core/process/ProcessEntry.h"
 
-// Keep-awake holders: the processes that keep the machine awake while the helper node works. The node starts
-// them.
+// Keep-awake holders: processes that the helper node starts to keep the machine awake while the node works.
 namespace tarnik::KeepAwakeHolder {
 
 // The default executable of a holder.

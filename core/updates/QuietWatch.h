@@ -17,8 +17,8 @@ inline constexpr Seconds margin{120};
 
 }  // namespace KeepAwakeCap
 
-// Decides from samples whether the agent and our window have been quiet for long enough. A value, owned by an
-// UpdateLoop.
+// Decides from samples whether the helper node, the driver and this application have been quiet for long
+// enough. A value, owned by an UpdateLoop.
 struct QuietWatch {
     static constexpr Seconds defaultQuietFor{600};
     static constexpr double defaultDriverAllowancePerMinute = 0.25;
