@@ -41,8 +41,8 @@ struct DriverHostDeps {
 // Keeps the desktop driver running while it is enabled: starts it on a private socket, publishes the endpoint
 // once the socket answers, restarts the driver after a growing delay when it exits, and stops it.
 //
-// One per application. Call from any thread, but not from `onEndpointChange` or `log`. A call waits for a
-// start in progress: up to 2 s for each leftover driver, readinessTimeout, and 8 s to stop the new driver.
+// One per application. Call from any thread, but not from a callback. A call waits for a start in progress:
+// up to 2 s for each leftover driver, readinessTimeout, and 8 s to stop the new driver.
 //
 //   from          event                             to
 //   off           enabled                           starting
@@ -74,7 +74,7 @@ public:
     DriverHost(const DriverHost&) = delete;
     DriverHost& operator=(const DriverHost&) = delete;
 
-    // Blocks until the driver is ready, has failed or has stopped. Reports failures through `log` only.
+    // Blocks until the driver is ready, has failed or has stopped. Reports failures to `log` and onEvent.
     void setEnabled(bool enabled);
 
     // Restarts an enabled driver, because new permissions apply only to a new process.

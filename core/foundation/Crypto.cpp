@@ -137,7 +137,7 @@ std::optional<std::string> sha256HexOfFile(const std::string& path) {
     const UniqueFd file = openRegularFile(path);
     if (!file || !loaded()) return std::nullopt;
     Sha256 digest(*loaded());
-    // A small file needs only a small buffer, which matters when thousands of them are read.
+    // A small file gets a small buffer, because a caller may read thousands of files.
     std::vector<char> piece(std::clamp(sizeOf(file), smallestPiece, pieceBytes));
     while (const auto count = readInto(file, piece)) {
         if (*count == 0) return digest.hex();

@@ -23,8 +23,8 @@ std::expected<void, std::string> startCrypto();
 std::string sha256Hex(std::string_view bytes);
 
 // Returns the digest of a regular file's contents. Returns std::nullopt if the file is not a regular file or
-// can't be read to the end, or if the library fails. Uses up to 1 MiB of memory. Blocks on the disk, but never
-// on a pipe.
+// can't be read to the end, or if the library fails. Uses up to 1 MiB of memory. Blocks on the disk, but
+// never on a pipe.
 std::optional<std::string> sha256HexOfFile(const std::string& path);
 
 // Returns true if the signature (RFC 8032, pure Ed25519) is valid. Returns false if the library fails, and

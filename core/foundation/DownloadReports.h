@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// Limits the rate of progress reports. Used during one download, on its thread.
+// Limits the rate of progress reports. Used during one download, on the download's thread.
 class DownloadReports {
 public:
     explicit DownloadReports(const Http::Progress& progress) : progress_(progress) {}

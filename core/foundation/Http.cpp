@@ -280,7 +280,7 @@ HttpError Transfer::failure(CURLcode result) const {
     return transportError(words_[0] != '\0' ? words_.data() : curl_.explain(result), kindOf(result));
 }
 
-// libcurl passes on the result of OpenSSL's check. The values are those of X509_V_ERR_*.
+// CURLINFO_SSL_VERIFYRESULT returns the result of OpenSSL's check, a value of X509_V_ERR_*.
 Kind Transfer::kindOf(CURLcode result) const {
     constexpr long notYetValid = 9, hasExpired = 10;
     if (info<long>(CURLINFO_HTTP_CONNECTCODE) == 407) return Kind::proxyLogin;

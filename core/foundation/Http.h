@@ -20,17 +20,17 @@ struct HttpError {
         cutShort,     // the body is shorter than announced
         stalled,      // no answer in time, or too few bytes for too long
         file,         // the destination can't be written
-        unresolved,   // the host name, or the proxy's, has no address
+        unresolved,   // the host name or the proxy's name has no address
         unreachable,  // no connection to the server or the proxy
         proxyLogin,   // the proxy requires a name and a password; a proxy for http reports badStatus 407
-        untrusted,    // the server's certificate
-        notValidNow,  // the server's certificate has expired, or isn't valid yet
+        untrusted,    // the server's certificate isn't trusted
+        notValidNow,  // the server's certificate has expired or isn't valid yet
         transport,    // any other failure
     };
 
     Kind kind = Kind::transport;
     int code = 0;      // the HTTP status for badStatus, an errno value for file
-    std::string text;  // from unresolved on: the message of libcurl or the loader, one short line
+    std::string text;  // for the kinds from unresolved on: one short line from libcurl or the loader
 
     bool operator==(const HttpError&) const = default;
 };
@@ -72,7 +72,7 @@ struct Http {
         return {.bodyBytes = std::int64_t{512} << 20, .timeout = Seconds(120)};
     }
 
-    // Returns the body, with the server's date or alone.
+    // ask() returns the body and the server's date. fetch() returns the body only.
     static std::expected<HttpAnswer, HttpError> ask(const std::string& url, const HttpOptions& options = {});
     static std::expected<std::string, HttpError> fetch(const std::string& url,
                                                        const HttpOptions& options = {}) {

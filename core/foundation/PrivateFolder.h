@@ -32,7 +32,7 @@ public:
 
     void remove(const std::string& name) const;
 
-    // Returns the open folder, for calls that this class doesn't have.
+    // Returns the folder's descriptor, which this object keeps, for other system calls.
     int descriptor() const { return folder_.get(); }
 
 private:

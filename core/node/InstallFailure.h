@@ -26,7 +26,7 @@ struct InstallFailure {
 
     Kind kind;
     std::string what = {};
-    int status = 0;  // for download: the HTTP status of the answer, if there was one
+    int status = 0;  // for download: the HTTP status, if the server answered
 
     bool operator==(const InstallFailure&) const = default;
 };

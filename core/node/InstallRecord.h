@@ -10,11 +10,11 @@
 
 namespace tarnik {
 
-// Updates the provenance record during an install: after each of the two swaps, so that the record agrees
-// with the disk even if a later step fails. Failures are ignored, because an install must not fail for its
-// record.
+// Updates the provenance record during an install. Each replaced folder is recorded at once, so that the
+// record agrees with the disk even if a later step fails. Failures are ignored, because a failed record must
+// not fail the install.
 //
-// Owned by one install, on its thread.
+// Owned by one install and used on the install's thread.
 class InstallRecord {
 public:
     // The signed release that the package belongs to.
@@ -27,15 +27,15 @@ public:
 
     InstallRecord(NodeHome home, Release release, ReleaseCrypto crypto);
 
-    // Reads all files of a staged folder. Call it before the swap, while no other program uses the folder.
-    // Blocks for about a second for 200 MB.
+    // Lists a staged folder and reads all its files. Call this before the replacement, while no other program
+    // uses the folder. Blocks for about a second for 200 MB.
     std::optional<TreeListing> list(const std::string& staged) const;
 
     void runtimeReplaced(const NodeRuntime& runtime, std::optional<TreeListing> listing);
     void packageReplaced(const ReleaseArtifact& package, std::optional<TreeListing> listing);
 
-    // The installed runtime has the right version, so it isn't replaced. If it was never recorded, its
-    // present state is.
+    // Called if the installed runtime has the right version and isn't replaced. Lists the runtime if it was
+    // never recorded. packageReplaced() then writes the record.
     void runtimeKept(const NodeRuntime& runtime);
 
 private:

@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t outputLimit = 65536;
 
-// Converts a bad status to a failure with the URL. Returns any other error unchanged.
+// Converts a bad status to a failure with the URL and the status. Returns any other error unchanged.
 InstallError downloadError(const HttpError& error, const std::string& url) {
     if (error.kind == HttpError::Kind::badStatus)
         return InstallFailure{InstallFailure::Kind::download, url, error.code};

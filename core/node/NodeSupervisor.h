@@ -28,7 +28,7 @@ struct NodeSupervisorDeps {
     Seconds outputGrace = Seconds(5);      // from the node's exit until the supervisor closes the read end
     std::shared_ptr<NodeLog> nodeLog;      // null sends the node's output to /dev/null
     std::function<bool()> isEnding = [] { return false; };  // if true, no child is started
-    OnChildEvent onEvent = [](const ChildEvent&) {};        // not called for a pairing that doesn't connect
+    OnChildEvent onEvent = [](const ChildEvent&) {};  // until connected, a pairing only reports restarts
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
     static NodeSupervisorDeps production();  // real children, the steady clock, no log
@@ -37,7 +37,7 @@ struct NodeSupervisorDeps {
 // Keeps the helper node running. Restarts the node after an exit, with growing delays, and after a change of
 // the desktop driver's endpoint. During a pairing the connect command runs in place of the node.
 //
-// One per application. Call from any thread, but not from `onState`, `log` or an OnPairingUpdate callback.
+// One per application. Call from any thread, but not from `onState`, `log`, onEvent or an OnPairingUpdate.
 //
 //   from                   event                                   to
 //   any, without a child   start, home not installed               notInstalled

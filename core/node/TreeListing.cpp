@@ -60,13 +60,13 @@ std::optional<TreeListing> TreeListing::of(const std::string& folder, const Dige
         waiting.pop_back();
         const std::string path = folder + "/" + below;
         constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-        // The top may be a link to a folder, as the node home may be.
+        // `folder` itself may be a link, because the node home may be a link.
         DirectoryReader names(UniqueFd(::open(path.c_str(), below.empty() ? flags & ~O_NOFOLLOW : flags)));
         if (below.empty() && names.hasFailed()) return std::nullopt;
         while (const char* name = names.next()) {
             struct stat found{};
             const std::string entry = path + name;
-            if (::lstat(entry.c_str(), &found) != 0) continue;  // removed meanwhile
+            if (::lstat(entry.c_str(), &found) != 0) continue;  // removed since the folder was read
             if (listing.entries.size() == maxEntries) return std::nullopt;
             listing.entries.emplace(escaped(below + name), textOf(entry, found.st_mode, digest));
             if (S_ISDIR(found.st_mode)) waiting.push_back(below + name + "/");

@@ -9,16 +9,16 @@
 
 namespace tarnik {
 
-// The contents of a folder, in a form that can be stored and compared: for each entry its path below the
-// folder, and a text with its kind, its mode and its content.
+// The contents of a folder, in a form that can be stored and compared. The path of each entry below the
+// folder is mapped to a text with the entry's kind, mode and content.
 //
 //   kind            text
-//   file            "f 755 " and the SHA-256 of the content; "?" instead of it if the file can't be read
+//   file            "f 755 " and the SHA-256 of the content, or "f 755 ?" if the file can't be read
 //   folder          "d 755"
 //   symbolic link   "l " and the target; links are not followed
 //   anything else   "o"
 //
-// Bytes of a path or a target that aren't printable ASCII are written as %XX.
+// In a path or a target, spaces, percent signs and bytes that aren't printable ASCII are written as %XX.
 struct TreeListing {
     static constexpr std::size_t maxEntries = 100'000;
 
@@ -26,11 +26,11 @@ struct TreeListing {
 
     std::map<std::string, std::string, std::less<>> entries;
 
-    // Reads every file, so it blocks. Returns std::nullopt if the folder can't be listed, or has more than
-    // maxEntries entries.
+    // Blocks while every file is read. Returns std::nullopt if `folder` can't be opened or has more than
+    // maxEntries entries. Ignores folders below it that can't be opened.
     static std::optional<TreeListing> of(const std::string& folder, const Digest& digest);
 
-    // Returns one line per entry: its text, a space, its path.
+    // Returns one line per entry: the entry's text, a space and the entry's path.
     std::string text() const;
 
     bool operator==(const TreeListing&) const = default;

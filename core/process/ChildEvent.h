@@ -13,22 +13,22 @@ namespace tarnik {
 
 namespace ChildEvents {
 
-struct Started {  // and runs
+struct Started {  // the child runs
     pid_t pid = 0;
     bool operator==(const Started&) const = default;
 };
-struct StartFailed {     // or never became ready
+struct StartFailed {     // the child didn't start, or didn't become ready
     std::string reason;  // one line
     bool operator==(const StartFailed&) const = default;
 };
-struct Ended {  // on its own
+struct Ended {  // the child ended without a stop by its owner
     ExitStatus status;
     bool operator==(const Ended&) const = default;
 };
-struct Stopped {  // by its owner
+struct Stopped {  // the owner stopped the child
     bool operator==(const Stopped&) const = default;
 };
-struct RestartPlanned {  // after the delay
+struct RestartPlanned {  // the owner starts the child again after the delay
     Seconds delay = Seconds::zero();
     bool operator==(const RestartPlanned&) const = default;
 };
@@ -38,8 +38,8 @@ struct GivenUp {  // no restart is planned, although the child is wanted
 
 }  // namespace ChildEvents
 
-// An event in the life of a child that its owner keeps running, for records. It is more than the owner's
-// state: two failed starts with the same delay are two events.
+// An event of a child that its owner keeps running, for records. Events show more than the owner's state: two
+// failed starts with the same delay are two events.
 using ChildEvent = std::variant<ChildEvents::Started, ChildEvents::StartFailed, ChildEvents::Ended,
                                 ChildEvents::Stopped, ChildEvents::RestartPlanned, ChildEvents::GivenUp>;
 
