@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// The address of the running desktop driver. The helper node receives it in its environment.
+// The address of the running desktop driver. The helper node receives the address in its environment.
 struct CuaDriverEndpoint {
     static constexpr std::string_view environmentKey = "OPENCLAW_CUA_DRIVER_ENDPOINT";
     static constexpr std::size_t maxBytes = 4096;

@@ -109,7 +109,7 @@ private:
     const DriverHostDeps deps_;
     const Log log_;
     const OnEndpointChange onEndpointChange_;
-    const std::shared_ptr<SerialQueue> queue_;  // the fields below are touched on it only
+    const std::shared_ptr<SerialQueue> queue_;  // the fields below are used on this queue only
     ChildRestarter restarter_;
     State state_ = State::off;
     std::optional<Running> running_;

@@ -23,9 +23,9 @@ struct DriverLaunch {
     struct Inputs {
         std::string executable;
         std::string socketPath;    // the socket that the driver creates
-        std::string hostBundleID;  // the application's
-        pid_t hostPID = 0;         // the application's
-        Environment inherited;     // the application's
+        std::string hostBundleID;  // the bundle id of the application
+        pid_t hostPID = 0;         // the process id of the application
+        Environment inherited;     // the environment of the application
     };
 
     std::string executable;

@@ -39,7 +39,7 @@ struct DriverSocketDirectory {
 
     std::string path;
     std::string socketPath;  // the driver creates the socket
-    dev_t device = 0;        // of the folder when it was created
+    dev_t device = 0;        // of the folder when this value was made
     ino_t inode = 0;
 
     // Creates a new folder. Also creates `applicationSupport` and the folders below it if they don't exist.
@@ -58,7 +58,7 @@ struct DriverSocketDirectory {
     // Removes the socket, the pid file and the folder, unless the folder was replaced. Ignores errors.
     void cleanup() const;
 
-    // Returns the existing folders that belong to this user and are private.
+    // Returns the existing private folders of this user.
     static std::vector<DriverSocketDirectory> owned(const std::string& applicationSupport);
 
     // Stops the drivers that an earlier run left running. Removes the folders that no driver uses. Signals

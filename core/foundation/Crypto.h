@@ -15,7 +15,7 @@ inline constexpr std::size_t ed25519SignatureBytes = 64;
 // loaded until the program exits.
 
 // Loads and initialises the library. Returns a message for the user on failure. Call this before the use of
-// other libraries that need libcrypto but don't report its failures.
+// other libraries that need libcrypto but don't report failures of libcrypto.
 std::expected<void, std::string> startCrypto();
 
 // Returns the SHA-256 digest as 64 lower-case hexadecimal digits. Returns an empty string, which never equals

@@ -48,7 +48,7 @@ public:
     void notifyOne() { changed_.notify_one(); }
     void notifyAll() { changed_.notify_all(); }
 
-    // Return after a notification, or spuriously. waitUntil() returns false if the deadline has passed.
+    // Return after a notification, or spuriously. waitUntil() also returns at the deadline, with false.
     void wait(MutexLock& lock) { changed_.wait(lock.lock_); }
     bool waitUntil(MutexLock& lock, TimePoint deadline) {
         return changed_.wait_until(lock.lock_, deadline) == std::cv_status::no_timeout;

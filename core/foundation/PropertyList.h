@@ -26,7 +26,7 @@ public:
     static constexpr std::size_t maxContainers = 512;
 
     // Parses the XML, the binary and the old text format ("{ a = x; }"). Returns std::nullopt for anything
-    // but one complete list within these limits, so that a damaged file is rejected. The last of two entries
+    // but one complete list within these limits, so that a damaged file is rejected. The later of two entries
     // with the same key wins. We don't use libplist, because it accepts damaged XML.
     static std::optional<PropertyList> parse(std::string_view bytes);
 

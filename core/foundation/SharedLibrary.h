@@ -15,7 +15,7 @@ public:
     static const char* const curlFile;
     static const char* const cryptoFile;  // of OpenSSL
 
-    // A file name without a folder is searched in the system's library folders.
+    // A file name without a folder is searched for in the system's library folders.
     explicit SharedLibrary(const std::string& file);
 
     // Sets `function` to the library's function of this name. On failure sets `function` to null. failure()

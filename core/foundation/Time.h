@@ -41,7 +41,7 @@ inline TimePoint steadyNow() {
     return SteadyClock::now();
 }
 
-// Returns `from` plus `delay`. A negative delay and NaN count as zero.
+// Returns `from` plus `delay`. The delay is limited to longestDelay. A negative delay and NaN count as zero.
 inline TimePoint after(TimePoint from, Seconds delay) {
     const Seconds bounded = delay > Seconds::zero() ? std::min(delay, longestDelay) : Seconds::zero();
     return from + std::chrono::ceil<TimePoint::duration>(bounded);

@@ -12,7 +12,7 @@ namespace tarnik {
 
 // Updates the provenance record during an install. Each replaced folder is recorded at once, so that the
 // record agrees with the disk even if a later step fails. Failures are ignored, because a failed record must
-// not fail the install.
+// not make the install fail.
 //
 // Owned by one install and used on the install's thread.
 class InstallRecord {

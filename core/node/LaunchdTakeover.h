@@ -16,7 +16,7 @@
 // An agent that doesn't provably run our node home is left unchanged.
 namespace tarnik::LaunchdTakeover {
 
-// The agent is not ours or can't be read.
+// The agent is not ours, or its property list is malformed.
 struct LeaveAlone {
     std::string reason;
     bool operator==(const LeaveAlone&) const = default;
@@ -27,7 +27,7 @@ struct TakeOver {
     std::string serviceTarget;
     bool operator==(const TakeOver&) const = default;
 };
-// No agent is installed.
+// The agent's file is missing or can't be read.
 struct Nothing {
     bool operator==(const Nothing&) const = default;
 };
@@ -53,7 +53,7 @@ using Resolve = std::function<std::string(const std::string& path)>;
 std::string plistPath(std::string_view homeDirectory);
 
 // Decides whether the agent is taken over. `plist` is the content of the agent's file, or std::nullopt if the
-// file doesn't exist.
+// file is missing or can't be read.
 Plan plan(const std::optional<std::string>& plist, const std::string& plistPath, const NodeHome& home,
           std::uint32_t uid, const Resolve& resolve = resolvingLinks);
 

@@ -108,7 +108,7 @@ private:
     const NodeSupervisorDeps deps_;
     const std::function<void(const std::string&)> log_;
     const std::function<void(const NodeState&)> onState_;
-    const std::shared_ptr<SerialQueue> queue_;  // the fields below are touched on it only
+    const std::shared_ptr<SerialQueue> queue_;  // the fields below are used on this queue only
     ChildRestarter restarter_;
     Current current_;
     std::optional<CuaDriverEndpoint> endpoint_;

@@ -27,7 +27,7 @@ struct TreeListing {
     std::map<std::string, std::string, std::less<>> entries;
 
     // Blocks while every file is read. Returns std::nullopt if `folder` can't be opened or has more than
-    // maxEntries entries. Ignores folders below it that can't be opened.
+    // maxEntries entries. The result lacks the contents of subfolders that can't be opened.
     static std::optional<TreeListing> of(const std::string& folder, const Digest& digest);
 
     // Returns one line per entry: the entry's text, a space and the entry's path.

@@ -118,7 +118,7 @@ void PairingSession::received(std::string_view bytes) {
     {
         const MutexLock lock(mutex_);
         const std::size_t changed = output_.append(bytes);
-        // Earlier text was searched before, but may end with the beginning of the marker.
+        // The search starts in the earlier text, which may end with the beginning of the marker.
         const std::size_t from = changed - std::min(changed, promptMarker.size());
         const bool prompts = output_.text().find(promptMarker, from) != std::string::npos;
         setPhase(prompts && phase_ == Phase(Starting{}) ? WaitingForYes{} : phase_);

@@ -15,7 +15,8 @@ namespace tarnik {
 
 // A started child. Provides the child's exit status and the only way to signal the child.
 //
-// Shared by its users and by the reaper, which keeps it until OnExit has returned. Call from any thread.
+// Shared by its users and by the reaper. The reaper keeps this object until OnExit has returned. Call from
+// any thread.
 //
 //   from     event                to
 //   running  the child is reaped  reaped: final, signal() does nothing

@@ -16,7 +16,7 @@ Environment currentEnvironment();
 // Returns the variable's value, or an empty string if the variable isn't set.
 std::string environmentValue(const Environment& environment, const std::string& name);
 
-// Returns the environment without the variables whose names begin with one of `prefixes`. Removes variables
+// Returns the environment without the variables whose names begin with one of `prefixes`. Used for variables
 // that a child must not inherit.
 Environment withoutPrefixes(Environment environment, std::span<const std::string_view> prefixes);
 

@@ -7,7 +7,7 @@
 namespace tarnik {
 
 // Owns the two records that posix_spawn(3) takes. The actions set the child's descriptors, and the attributes
-// reset and unblock its signals. seal() returns the first error of all operations.
+// reset and unblock the child's signals. seal() returns the first error of all operations.
 class SpawnAttributes {
 public:
     SpawnAttributes();

@@ -9,7 +9,7 @@
 
 namespace tarnik {
 
-// An action that makes a process end, in order from the mildest to the most forceful.
+// An action that makes a process end. The values are ordered from the mildest to the most forceful.
 enum class StopAction {
     closeInput,  // closes the pipe on which the process waits for an end-of-file
     terminate,   // SIGTERM, or the system's request to quit

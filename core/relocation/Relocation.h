@@ -23,7 +23,7 @@ struct Launch {
     std::optional<std::string> originalPath;  // from which the user opened a translocated copy, if known
     bool isRelaunch = false;                  // started by a relocation
 
-    // Returns the standardized path of the copy that the user opened.
+    // Returns originalPath of a translocated copy if known, otherwise bundlePath. Standardizes the path.
     std::string realPath() const;
     bool runsInstalled(std::string_view installPath = TarnikIdentity::installPath) const;
 

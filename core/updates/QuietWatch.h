@@ -35,7 +35,7 @@ struct QuietWatch {
     Seconds quietFor = defaultQuietFor;
     double driverAllowancePerMinute =
         defaultDriverAllowancePerMinute;     // processor seconds per minute that count as idle
-    std::optional<TimePoint> watchingSince;  // the first sample since a reset
+    std::optional<TimePoint> watchingSince;  // the time of the first sample since a reset
     std::optional<TimePoint> lastBusy;
     std::optional<Driver> lastDriver;  // of the last sample, if that had the driver's processor time
     std::optional<pid_t> holdersNode;  // the node of holdersSeen
