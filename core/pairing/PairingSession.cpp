@@ -93,10 +93,12 @@ void PairingSession::cancel() {
         return waitFor(timeout, [this]() TARNIK_REQUIRES(mutex_) { return end_.exit.has_value(); });
     };
     if (!runStopSequence(StopSequences::connectCommand, perform, hasEnded)) return;
-    // Waits for the decision, because the supervisor may start another session next.
-    waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())),
-            [this]() TARNIK_REQUIRES(mutex_) { return end_.decided; });
+    // Waits for the decision, because the supervisor may start another session next. outputEnded() wakes the
+    // thread in commandExited(), which then decides at once.
+    const auto decided = [this]() TARNIK_REQUIRES(mutex_) { return end_.decided; };
+    if (waitFor(std::min(drainTimeout, Seconds(deadline - setup_.now())), decided)) return;
     outputEnded();
+    waitFor(drainTimeout, decided);
 }
 
 bool PairingSession::mayBeInterrupted(TimePoint now, Seconds grace) const {

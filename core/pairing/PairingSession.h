@@ -77,7 +77,7 @@ public:
     bool confirm();
 
     // Stops the command. Blocks for up to 8 s. On return the phase is final, unless the command survives
-    // SIGKILL or exits in the last second.
+    // SIGKILL.
     void cancel();
 
     // Returns true if the phase is ended, or if `grace` has passed since the confirmation.
