@@ -11,11 +11,11 @@ namespace tarnik {
 
 bool isDevelopmentBuild();
 
-// Returns the Node.js runtime that Info.plist names for a platform without a pinned runtime: the one of the
-// developer's machine. Always std::nullopt in a release build.
+// Returns the Node.js runtime that Info.plist names for the developer's machine, whose platform has no pinned
+// runtime. Returns std::nullopt if Info.plist names none, and always in a release build.
 std::optional<NodeRuntime> developmentRuntime(const BundleInfo& info);
 
-// Returns the version that is set in CMake: "0.1.0".
+// Returns the version that is set in CMake, such as "0.1.0".
 std::string_view programVersion();
 
 }  // namespace tarnik

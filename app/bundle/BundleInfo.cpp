@@ -14,7 +14,7 @@ std::optional<Url> address(const std::optional<std::string>& text) {
     return url && url->host() ? url : std::nullopt;
 }
 
-// CMake checks this value.
+// CMake rejects an invalid address.
 Url defaultWebOrigin() {
     return Url::parse(TARNIK_DEFAULT_WEB_ORIGIN).value_or(Url());
 }

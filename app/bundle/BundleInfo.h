@@ -19,7 +19,7 @@ public:
     // Returns std::nullopt if the value is absent, not text, or empty.
     std::optional<std::string> text(std::string_view key) const;
 
-    // Returns the version that users see, or the build version if there is none.
+    // Returns the version that users see. If it is absent, returns the build version.
     std::optional<std::string> version() const;
 
 private:
@@ -34,9 +34,9 @@ struct BuildSettings {
     std::optional<Url> nodeReleaseBase;
     std::optional<std::string> nodeReleasePublicKey;
     std::optional<std::string> nodeMinVersion;
-    std::optional<NodeRuntime> developmentRuntime;  // development builds only
+    std::optional<NodeRuntime> developmentRuntime;  // std::nullopt in a release build
 
-    // An address without scheme or host counts as absent.
+    // An invalid address or an address without a host counts as absent.
     static BuildSettings of(const BundleInfo& info);
     static BuildSettings fromBundle(const std::string& bundlePath) { return of(BundleInfo(bundlePath)); }
 
@@ -44,10 +44,11 @@ struct BuildSettings {
     static BuildSettings defaults() { return of(BundleInfo::parse({})); }
 };
 
-// The values in Info.plist that turn on the update framework. The framework reads them there itself.
+// The values in Info.plist that turn on the update framework. The framework itself reads them from
+// Info.plist.
 struct UpdateSettings {
     std::optional<std::string> feedURL;    // where new versions are announced
-    std::optional<std::string> publicKey;  // verifies their signatures
+    std::optional<std::string> publicKey;  // verifies the signatures of new versions
 
     bool isComplete() const { return feedURL && publicKey; }
 
@@ -56,7 +57,7 @@ struct UpdateSettings {
     bool operator==(const UpdateSettings&) const = default;
 };
 
-// Returns the version of the bundle at this path, or std::nullopt if there is no bundle or no version.
+// Returns the version of the bundle at this path, or std::nullopt if the bundle or its version is absent.
 std::optional<std::string> bundleVersion(const std::string& bundlePath);
 
 // Returns X for the executable X/Contents/MacOS/NAME, or std::nullopt for any other path.

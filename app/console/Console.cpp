@@ -139,7 +139,8 @@ void Console::setSwitch(const std::string& words) {
     report_.error(ConsoleTexts::switchUsage);
 }
 
-// Prints the current message if the link causes no change of the state, as when the same refusal is repeated.
+// Pairs with the link. If the same refusal is repeated, the state doesn't change; then prints the current
+// message.
 void Console::pair(const std::string& link) {
     const int answers = report_.linkAnswers();
     model_->pairing().connect(link);
@@ -147,7 +148,7 @@ void Console::pair(const std::string& link) {
         report_.error(*model_->state().linkMessage);
 }
 
-// Without a prompt, an empty line is ignored and the command is an error.
+// If no prompt waits, an empty line is ignored and the command prints an error.
 void Console::confirm(bool isCommand) {
     const auto& pairing = model_->state().pairing;
     if (pairing && std::holds_alternative<PairingPhases::WaitingForYes>(pairing->phase)) {

@@ -27,7 +27,7 @@ public:
     // Returns operations that must not outlive this object. `end` ends the event loop.
     Presentation presentation(std::function<void()> end);
 
-    // Sets the delegate, which outlives the input. Call before the first line.
+    // Sets the delegate. Call before the first line. The delegate exists as long as lines can arrive.
     void attach(AppDelegate& delegate) { delegate_ = &delegate; }
 
     // Pairs with the link once the helper is installed. If the link is refused, the program ends with
@@ -37,10 +37,10 @@ public:
     void onLine(const std::string& line);
     void onLineTooLong();
 
-    // Quits. An install that has begun is completed first.
+    // Quits. During an install, quits when the install has ended.
     void onEndOfInput();
 
-    // Quits. A second signal ends the program at once; the helper then quits at the end of its input.
+    // Quits. A second signal ends the program at once. The helper then quits, because its input closes.
     void onSignal(int signal);
 
     int exitStatus() const { return exitStatus_; }

@@ -44,7 +44,7 @@ RepeatingTimer ConsoleLoop::repeat(Seconds interval, const Task& task) {
     return RepeatingTimer([repeats] { *repeats = false; });
 }
 
-// Schedules from now, so that repetitions that were missed during a system sleep are skipped.
+// The interval begins now, so repetitions that were missed during a system sleep are skipped.
 void ConsoleLoop::schedule(const std::shared_ptr<bool>& repeats, Seconds interval, const Task& task) {
     due_.push(after(steadyNow(), interval), [this, repeats, interval, task] {
         if (*repeats) task();

@@ -15,7 +15,7 @@ namespace tarnik {
 // The event loop of a program without a window. Waits for a line of input, a posted task, or the due time of
 // a repeated task.
 //
-// Created and run by runConsole(). Tasks that are still queued at its end are dropped.
+// Created and run by runConsole(). Tasks that are still queued when run() returns never run.
 class ConsoleLoop : public std::enable_shared_from_this<ConsoleLoop> {
 public:
     using Task = std::function<void()>;
@@ -28,7 +28,7 @@ public:
         std::function<void()> onEndOfInput;
     };
 
-    // `wake` is a new pipe, which post() uses to wake the loop.
+    // `wake` is a new pipe. post() writes to it to wake the loop.
     ConsoleLoop(int inputFd, Spawner::Pipe wake);
 
     // Runs `task` on the main thread. Call from any thread.
@@ -37,10 +37,10 @@ public:
     // Returns operations that do nothing after the loop has been destroyed.
     MainThread mainThread();
 
-    // Makes run() return after the tasks that were posted before. Call from any thread.
+    // Makes run() return after the tasks that were posted earlier have run. Call from any thread.
     void quit();
 
-    // Start and stop reading input. Earlier input remains in the terminal or pipe. Main thread.
+    // Start and stop reading input. Input that isn't read stays in the terminal or pipe. Main thread only.
     void openInput() { reading_ = true; }
     void closeInput() { reading_ = false; }
 
@@ -58,7 +58,7 @@ private:
     Spawner::Pipe wake_;
     bool reading_ = false;
     bool running_ = true;
-    bool skipping_ = false;  // ignores the rest of a line that is too long
+    bool skipping_ = false;  // true while the rest of a too long line is ignored
     std::string partial_;
     TaskSchedule due_;  // repeated tasks
 

@@ -23,8 +23,8 @@ public:
     // Writes to standard output if it is a terminal.
     void hint(std::string_view text);
 
-    // On a terminal, draws a bar that is updated in place; elsewhere, writes a line every two seconds.
-    // Ignores downloads of less than 1 MB.
+    // On a terminal, draws a bar and updates it in place. Elsewhere, writes a line at most every two seconds,
+    // and one when the download is complete. Ignores downloads of less than 1 MB.
     void progress(const AppState::Download& download);
 
 private:

@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// Runs the application in the terminal, and returns the exit status. Such a program is never moved, has no
-// login item, and stores no preferences. Main thread; call before any other thread exists.
+// Runs the application in the terminal and returns the exit status. The program is not moved, has no login
+// item, and stores no preferences. Call on the main thread, before any other thread exists.
 int runConsole(const CommandLine& line, HostEnvironment host, const ProgramLocation& place);
 
 }  // namespace tarnik

@@ -1,4 +1,4 @@
-// tarnik-console, which tarnik executes: the program without the toolkit.
+// tarnik-console, the program without the toolkit. The program tarnik executes it.
 #include "app/ProcessSetup.h"
 #include "app/commands/HeavyCommands.h"
 

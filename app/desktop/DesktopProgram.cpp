@@ -31,9 +31,8 @@ namespace {
 
 constexpr int signalledStatus = 128;  // plus the number of the signal, as in shells
 
-// Prints a message and exits, without a core dump, when Qt reports a fatal error. The message contains Qt's
-// first warning, because that names the cause. The fatal message itself is for developers of Qt. Called on
-// any thread.
+// Prints Qt's critical errors. At a fatal error, prints Qt's first warning and exits without a core dump. The
+// warning names the cause; the fatal message is for developers of Qt. Called on any thread.
 void onToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
     static std::mutex mutex;
     static std::string firstWarning;  // guarded by mutex
@@ -177,7 +176,7 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
     connectPlatform(desktop, face, application.model());
     const QuitRequests quitRequests(delegate);
     onSignal = [&delegate] {
-        // A second signal ends the program at once. The helper then exits, because its input ends.
+        // A second signal ends the program at once. The helper then exits, because its input closes.
         if (delegate.isQuitting()) ::_exit(EXIT_FAILURE);
         delegate.quit();
     };

@@ -1,4 +1,4 @@
-// tarnik-window, which tarnik executes: the program with the toolkit.
+// tarnik-window, the program with the toolkit. The program tarnik executes it.
 #include "app/ProcessSetup.h"
 #include "app/desktop/DesktopProgram.h"
 

@@ -8,18 +8,18 @@
 
 namespace tarnik {
 
-// Removes the launchd agent of a helper that was installed from the command line. A value; run() is called on
-// a background thread.
+// Removes the launchd agent that a command-line install of the helper registered, if the agent runs the same
+// node home. A value. Call run() on a background thread.
 struct AgentTakeover {
     NodeHome home;
     std::string userFolder;
     LaunchdTakeover::Deps launchd;
     SystemLog log;  // receives the outcome and failures
 
-    // Returns false if there is no agent. Then run() is not needed.
+    // Returns true if the agent's file exists. Otherwise run() changes nothing.
     bool isNeeded() const;
 
-    // Blocks while launchctl runs twice, with a time-out of 30 s each.
+    // Blocks for up to 60 s, because launchctl runs twice.
     void run() const;
 };
 

@@ -57,8 +57,8 @@ void AppModel::change(const std::function<void(AppState&)>& edit) {
     const bool hasNewMessage = next.linkMessage != state_.linkMessage;
     for (const auto& observer : observers_) observer(state_, next);
     state_ = std::move(next);
-    // The message about a refused link is obsolete once the machine has joined, unless it came with this
-    // change.
+    // A message about a refused link is obsolete once the machine has joined. A message that came with this
+    // change is kept.
     if (hasJustJoined && !hasNewMessage && !pairing_->isInProgress()) pairing_->dismissMessage();
 }
 
@@ -107,7 +107,7 @@ void AppModel::start(const std::function<void()>& done) {
     done();
 }
 
-// Called once no old agent runs, because a running one uses the node home.
+// Called after the takeover, because an old agent may run a node on the same home.
 void AppModel::begin(const std::function<void()>& done) {
     if (state_.stopping) return;
     running_->nodeLog = NodeLog::make(host_.nodeLog);
@@ -225,8 +225,8 @@ void AppModel::refreshSwitches() {
     const bool wanted = switches.allOn();
     if (!running_ || !running_->driver || running_->driverEnabled == wanted) return;
     running_->driverEnabled = wanted;
-    // If a switch is off only briefly, the queue merges both updates. The driver is replaced all the same,
-    // because a process keeps the rights that it had when it started.
+    // If a switch is off only briefly, the queue merges the two updates. The driver is still restarted,
+    // because a process keeps the rights that it had at its start.
     driverCalls_.update([this, wanted] {
         if (wanted && running_->driverIsOn)
             running_->driver->permissionsChanged();
@@ -238,7 +238,7 @@ void AppModel::refreshSwitches() {
 
 void AppModel::request(Switch which) {
     const auto& operations = deps_.platform.switches;
-    // Only the prompt for Accessibility returns the real state, and shows no dialog while the switch is on.
+    // Only the prompt for Accessibility returns the real state. It shows no dialog while the switch is on.
     const bool isOff = which == Switch::accessibility ? !operations.prompt(which) : !operations.isOn(which);
     if (isOff && which == Switch::screenRecording) operations.prompt(which);
     if (isOff) operations.openSettings(which);
@@ -249,7 +249,7 @@ void AppModel::activitySample(std::function<void(ActivitySample)> done) {
     const OwnActivity own{
         .settingUp = !std::holds_alternative<Setups::Ready>(state_.setup) || pairing_->isInProgress(),
         .windowInUse = deps_.platform.windowInUse()};
-    // Read on this thread, because begin() may set both while the queue runs.
+    // Both pointers are read on this thread, because begin() may set them while the queue runs.
     const auto* supervisor = running_ ? running_->supervisor.get() : nullptr;
     const auto* driver = running_ ? running_->driver.get() : nullptr;
     driverCalls_.call([this, own, supervisor, driver, done = std::move(done)] {

@@ -32,7 +32,7 @@ struct AppModelDeps {
     // See LinkPairing::Deps.
     std::function<std::expected<std::string, HttpError>(const std::string& url)> fetchAnswer;
 
-    // Returns the sources of a sample, given the process ids of our two children.
+    // Returns the sources of a sample. The arguments return the process ids of the two children.
     std::function<ActivitySources(ActivitySources::RunningPID nodePID, ActivitySources::RunningPID driverPID)>
         activity;
 
@@ -44,11 +44,12 @@ struct AppModelDeps {
 // Runs the application: installs the helper node, starts the node and the desktop driver, watches the privacy
 // switches, and publishes the state that the faces show.
 //
-// Shared by Application and the face, one per run. Main thread only; no operation blocks. Blocking calls run
-// on two queues or on detached threads, and post their results to the main thread.
+// Shared by Application and the face, one per run. Main thread only. No operation blocks, except that the
+// destructor waits for running calls. Blocking calls run on two queues or on detached threads. They post
+// their results to the main thread.
 class AppModel {
 public:
-    // Called before each change of the state. Must not call the model.
+    // Called before each change of the state. The observer must not call the model.
     using WillChange = std::function<void(const AppState& now, const AppState& next)>;
 
     // Resolves the node home. Starts nothing.
@@ -57,26 +58,27 @@ public:
     AppModel(const AppModel&) = delete;
     AppModel& operator=(const AppModel&) = delete;
 
-    void observe(WillChange observer);  // for the rest of the run
+    void observe(WillChange observer);  // observers are never removed
     const AppState& state() const { return state_; }
     const Url& webOrigin() const { return host_.settings.webOrigin; }
     const std::optional<NodeHome>& home() const { return home_; }
 
-    // Removes an old launchd agent in the background, then starts everything else. Calls `done` when links
-    // are accepted or when nothing can be started, and before it returns if there is no agent. Does not call
-    // it after stop(). Later calls are ignored.
+    // Removes an old launchd agent in the background, then starts everything else. Calls `done` when the
+    // supervisor exists or nothing can be started. Without an agent, calls `done` before it returns. After
+    // stop(), `done` is not called. Later calls are ignored.
     void start(const std::function<void()>& done = [] {});
     bool hasStarted() const { return running_ && running_->supervisor; }
 
     // Stops the polling, the pairing, the node and the driver, in this order. Calls `done` on the main thread
-    // when all have stopped, after 40 s at most. Later calls are ignored.
+    // within 40 s, when all have stopped. Later calls are ignored.
     void stop(std::function<void()> done);
 
     LinkPairing& pairing() { return *pairing_; }
     void refreshSwitches();
     void request(Switch which);
 
-    // Takes a sample on a queue, because it lists processes, and passes it to `done` on the main thread.
+    // Takes a sample on a queue, because the sample lists processes. Then calls `done` on the main thread.
+    // stop() drops waiting samples.
     void activitySample(std::function<void(ActivitySample)> done);
 
 private:
@@ -85,8 +87,8 @@ private:
         std::shared_ptr<NodeLog> nodeLog;
         std::unique_ptr<NodeSupervisor> supervisor;
         std::unique_ptr<DriverHost> driver;
-        std::optional<bool> driverEnabled;  // the last value for the driver host
-        bool driverIsOn = false;            // the last value that it received; used on the driver queue only
+        std::optional<bool> driverEnabled;  // the last value that was put on the driver queue
+        bool driverIsOn = false;  // the last value that the host received; used on the driver queue only
         std::optional<RepeatingTimer> pollTimer;
     };
 
@@ -105,8 +107,8 @@ private:
     std::optional<NodeHome> home_;
     AppState state_;
     std::vector<WillChange> observers_;
-    CoalescingQueue nodeCalls_;    // to the supervisor and to sessions; updates set the endpoint
-    CoalescingQueue driverCalls_;  // to the driver host, and samples; updates enable or disable the driver
+    CoalescingQueue nodeCalls_;    // calls to the supervisor and to sessions; updates set the endpoint
+    CoalescingQueue driverCalls_;  // calls to the driver host, samples; updates enable or disable the driver
     std::unique_ptr<LinkPairing> pairing_;
     std::unique_ptr<Running> running_;  // null before start()
     const CallbackGuard guard_;

@@ -17,17 +17,17 @@ namespace tarnik {
 
 namespace Setups {
 
-struct Installing {    // or checking whether the helper is installed
+struct Installing {    // also during the check whether the helper is installed
     std::string text;  // the installer's latest line; empty before the first one
     bool operator==(const Installing&) const = default;
 };
 struct Failed {                 // final for this run
-    std::string text;           // the description of the error, unbounded
-    std::string sentence = {};  // shown before the text; empty if the text is itself a plain sentence
-    std::optional<FailureCause> cause = {};  // shown below them, unless they contain it
+    std::string text;           // the description of the error; its length is not bounded
+    std::string sentence = {};  // shown before `text`; empty if `text` is already a plain sentence
+    std::optional<FailureCause> cause = {};  // shown below both, unless they contain the cause
     bool operator==(const Failed&) const = default;
 };
-struct Ready {  // the helper is installed, and its supervisor was started
+struct Ready {  // the helper is installed; the supervisor is started next
     bool operator==(const Ready&) const = default;
 };
 
@@ -39,32 +39,34 @@ using Setup = std::variant<Setups::Installing, Setups::Failed, Setups::Ready>;
 // Returns the setup that describes a failed install.
 Setup failedSetup(const InstallError& error);
 
-// Everything that a face may show at one moment. A value, published by AppModel.
+// The state that a face (the window or the console) shows at one moment. A value, published by AppModel.
 struct AppState {
     struct Download {  // in bytes
         std::int64_t received = 0;
-        std::optional<std::int64_t> total;  // if the server reported it
+        std::optional<std::int64_t> total;  // std::nullopt if the server didn't report it
         bool operator==(const Download&) const = default;
     };
 
     Setup setup = Setups::Installing{};
     NodeState node = NodeStates::Stopped{};
-    std::optional<PairingSession::Snapshot> pairing;  // of the current attempt, or the end of the last one
+    // The current attempt's latest snapshot, or the previous attempt's final one.
+    std::optional<PairingSession::Snapshot> pairing;
     SwitchSnapshot switches;
     std::optional<std::string> linkMessage;  // one line about the last link
-    std::optional<FailureCause> linkCause;   // why that link couldn't be checked, shown below the message
-    std::optional<std::string> homeError;    // the reason why there is no node home; then no child is started
-    std::optional<JoinCode> replaceOffer;    // a link held back because this machine has joined
+    std::optional<FailureCause> linkCause;   // why the link couldn't be checked; shown below the message
+    std::optional<std::string> homeError;    // why the node home can't be used; if set, no child is started
+    std::optional<JoinCode> replaceOffer;  // a link that waits for the user, because this machine has joined
 
-    std::optional<Download> download;           // of the file that the installer's line names
-    std::optional<CuaDriverEndpoint> endpoint;  // the desktop driver's, if it is ready
+    std::optional<Download> download;           // of the file that Installing::text names
+    std::optional<CuaDriverEndpoint> endpoint;  // std::nullopt unless the desktop driver is ready
     bool joined = false;                        // this machine belongs to an account
-    bool checkingLink = false;                  // a link was accepted; no session exists yet
+    bool checkingLink = false;                  // a link was accepted; its session has no snapshot yet
     bool accessibilityWasOn = false;            // in this run or an earlier one
     bool grantsGoStale = true;                  // see SwitchOperations
-    bool stopping = false;                      // the program is about to end
+    bool stopping = false;                      // AppModel::stop() was called
 
-    // Returns true if the user has to act. The window is then shown at launch.
+    // Returns true if the helper can't run or waits for a link, if a switch is off, or if a pairing is shown.
+    // The window is then shown at launch.
     bool needsAttention() const;
 
     // Returns the status of a switch, as the window shows it.

@@ -5,7 +5,7 @@
 namespace tarnik {
 namespace {
 
-// Returns millions of bytes, rounded to one decimal.
+// Returns "18.1 MB" for 18,100,000 bytes, rounded to one decimal.
 std::string megabytes(std::int64_t bytes) {
     constexpr std::int64_t tenth = 100'000;
     const std::int64_t tenths = bytes / tenth + (bytes % tenth >= tenth / 2 ? 1 : 0);

@@ -16,7 +16,7 @@ struct HostEnvironment {
     std::optional<std::string> driverExecutable;  // std::nullopt if the build has no driver
     Environment inherited;                        // the application's environment
     BuildSettings settings;
-    std::string platform;  // as releases name it: "darwin-arm64"
+    std::string platform;  // the name in release files, such as "darwin-arm64"
 };
 
 }  // namespace tarnik

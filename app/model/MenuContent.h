@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// Whether the menu offers to check for updates, which requires a configured updater.
+// Whether the menu has the entry that checks for updates. The entry requires a configured updater.
 enum class UpdateCheck { unavailable, available };
 
 // The menu of the status item, ready to be drawn.
@@ -16,7 +16,7 @@ struct MenuContent {
     struct Entry {
         std::string_view title;        // empty for a separator
         std::optional<Action> action;  // std::nullopt for a separator
-        std::string_view key;          // with the modifier of the system; empty without a key
+        std::string_view key;          // pressed with the system's modifier; empty if no key is assigned
 
         bool isSeparator() const { return !action; }
         bool operator==(const Entry&) const = default;

@@ -11,12 +11,13 @@ namespace tarnik {
 
 // A named state of the application, for tests and images of the window.
 struct SampleScreen {
-    std::string_view name;  // lower case, with dashes; fit for a file name
+    std::string_view name;  // lower case with dashes; usable as a file name
     AppState state;
     std::optional<Relocation::Message> alert = std::nullopt;  // shown in front of the window
 };
 
-// Returns one screen for each state that the window distinguishes, in the order of a first use.
+// Returns one screen for each state that the window distinguishes, in the order in which a new user meets
+// them.
 std::vector<SampleScreen> sampleScreens();
 
 }  // namespace tarnik

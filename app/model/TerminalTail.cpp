@@ -8,7 +8,7 @@
 namespace tarnik {
 namespace {
 
-// Returns the longest suffix of UTF-8 text that fits and starts at a code point.
+// Returns the longest suffix of UTF-8 text that has at most maxTerminalTailBytes and starts at a code point.
 std::string_view fittingEnd(std::string_view text) {
     if (text.size() <= maxTerminalTailBytes) return text;
     text.remove_prefix(text.size() - maxTerminalTailBytes);

@@ -14,24 +14,24 @@ class AppModel;
 struct UserIntent {
     enum class Kind {
         connectPasted,  // pair with the link in the link field
-        editLink,       // dismiss the message, because another link is being typed
-        connectOffer,   // give up the current account for the one of the offered link
+        editLink,       // dismiss the message, because the user edits the link field
+        connectOffer,   // replace the current account with the offered link's account
         keepCurrent,    // decline the offered link
         confirmPairing,
-        cancelPairing,  // also cancels the check of a link, before a session exists
+        cancelPairing,  // cancel the pairing or the check of a link
         finishPairing,  // dismiss the outcome
         requestSwitch,
     };
 
     Kind kind = Kind::connectPasted;
-    Switch which = Switch::accessibility;  // of requestSwitch; ignored for the others
-    std::optional<JoinCode> offer = {};    // of connectOffer
+    Switch which = Switch::accessibility;  // used by requestSwitch only
+    std::optional<JoinCode> offer = {};    // used by connectOffer only
 
     bool operator==(const UserIntent&) const = default;
 };
 
-// Performs the intent. `pasted` is the text of the link field. An offer that is no longer the current one is
-// ignored. Main thread.
+// Performs the intent. `pasted` is the text of the link field. Ignores connectOffer if its offer is no longer
+// the current one. Main thread only.
 void performIntent(const UserIntent& intent, const std::string& pasted, AppModel& model);
 
 }  // namespace tarnik

@@ -56,7 +56,8 @@ WindowContent stoppingPage() {
 WindowContent offerPage(const JoinCode& offer) {
     auto content = page(Section::replaceOffer, WindowTexts::offerHeading);
     content.paragraphs.emplace_back(WindowTexts::offerText);
-    // No default button: anybody can send a link, and a stray Return must not end the current connection.
+    // The page has no default button. Anybody can send a link, and a stray Return must not replace the
+    // account.
     content.buttons = {button(WindowTexts::offerConnect, Intent::connectOffer, Key::none),
                        button(WindowTexts::offerKeep, Intent::keepCurrent, Key::cancelKey)};
     content.buttons.front().intent.offer = offer;
@@ -103,7 +104,7 @@ struct PairingPage {
 
 WindowContent pairingPage(const PairingSession::Snapshot& pairing) {
     auto content = std::visit(PairingPage{}, pairing.phase);
-    // A pairing that has succeeded no longer needs the helper's output.
+    // After success, the helper's output is not shown.
     if (is<PairingPhases::Connected>(pairing.phase)) return content;
     if (auto text = terminalTail(pairing.text); !text.empty())
         content.terminal = {.text = std::move(text),
@@ -167,7 +168,7 @@ WindowContent linkPage(const AppState& state, const Url& webOrigin) {
     return content;
 }
 
-// Returns the page for a state in which no link can be used.
+// Returns the page for a state in which no link can be used, or std::nullopt for other states.
 std::optional<WindowContent> blockingPage(const AppState& state) {
     if (state.homeError) return problemPage(WindowTexts::homeUnusable, {.text = *state.homeError});
     if (const auto* failed = std::get_if<Setups::Failed>(&state.setup))
@@ -189,7 +190,7 @@ WindowContent restingPage(const AppState& state, const Url& webOrigin) {
 WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
     if (state.stopping) return stoppingPage();
     if (state.replaceOffer) return offerPage(*state.replaceOffer);
-    // The node has stopped for the connect command, whose session begins next.
+    // The node has stopped. The session of the connect command begins next.
     if (state.checkingLink && is<NodeStates::Pairing>(state.node))
         return PairingPage::working(WindowTexts::readingLink);
 

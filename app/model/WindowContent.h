@@ -24,10 +24,10 @@ inline constexpr std::string_view warning = "exclamationmark.triangle";
 
 }  // namespace SymbolName
 
-// Everything that the window shows at one moment. A view draws it from top to bottom and reports the intent
-// of each click; it makes no decisions.
+// The content of the window at one moment. A view draws the content from top to bottom and reports the intent
+// of each click. The view makes no decisions.
 //
-// A value. Every text is plain and bounded; every control has a name for screen readers.
+// A value. Every text is plain and bounded. Every control has a name for screen readers.
 struct WindowContent {
     // The subject of the upper half of the window.
     enum class Section {
@@ -47,7 +47,7 @@ struct WindowContent {
         bool operator==(const Symbol&) const = default;
     };
 
-    enum class Key { none, defaultKey, cancelKey, defaultAndCancelKey };  // Return, Escape
+    enum class Key { none, defaultKey, cancelKey, defaultAndCancelKey };  // default: Return; cancel: Escape
 
     struct Button {
         std::string title;
@@ -66,7 +66,7 @@ struct WindowContent {
         bool operator==(const LinkField&) const = default;
     };
 
-    struct Terminal {  // scrolls to its end; its text can be selected
+    struct Terminal {  // the view scrolls to the end; the user can select text
         std::string text;
         std::string accessibleName;
         bool operator==(const Terminal&) const = default;
@@ -82,8 +82,8 @@ struct WindowContent {
         std::string title;
         std::string description;
         bool on = false;
-        std::optional<Button> button;     // while it is off
-        std::optional<std::string> hint;  // for a switch that is reported as off although it was granted
+        std::optional<Button> button;     // absent if the switch is on or the program stops
+        std::optional<std::string> hint;  // present for SwitchStatus::mayBeStale
         bool operator==(const SwitchRow&) const = default;
     };
 
@@ -99,7 +99,7 @@ struct WindowContent {
     std::string heading;                  // may be empty
     std::vector<std::string> paragraphs;  // below the heading
     Progress progress;
-    std::string progressAccessibleName;  // empty without progress
+    std::string progressAccessibleName;  // empty if no progress is shown
     std::optional<Terminal> terminal;
     std::optional<LinkField> linkField;
     std::optional<std::string> message;  // about the last link

@@ -7,16 +7,16 @@
 
 namespace tarnik {
 
-// Passes a session's snapshots to the main thread. Holds only the latest snapshot of each phase, so the
+// Passes a session's snapshots to the main thread. Holds only the latest snapshot of each phase. So the
 // memory stays bounded when a session prints faster than the main thread reads.
 //
-// Shared by the session's callback, which calls put(), and the task on the main thread, which calls take().
+// Call from any thread. The session's callback calls put(). A task on the main thread calls take().
 class LatestSnapshots {
 public:
-    // Returns true if this was empty. The caller then posts a task that calls take().
+    // Returns true if no snapshot waited. The caller then posts a task that calls take().
     bool put(const PairingSession::Snapshot& snapshot);
 
-    // Returns the snapshots in the order of their phases, and removes them.
+    // Removes the snapshots and returns them in the order of their phases.
     std::vector<PairingSession::Snapshot> take();
 
 private:

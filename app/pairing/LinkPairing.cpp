@@ -34,7 +34,7 @@ void LinkPairing::change(const std::function<void(State&)>& edit) {
     deps_.onChange(state_);
 }
 
-// A refusal also withdraws an offer, because the offered link can't be used now either.
+// A refusal also withdraws an offer, because the page of an offer shows no message.
 void LinkPairing::refuse(std::string_view why, std::optional<FailureCause> cause) {
     change([&](State& next) {
         next.message = LinkMessage{.text = std::string(why), .cause = cause};
@@ -88,9 +88,9 @@ void LinkPairing::checked(Attempt attempt, const CheckedLink& joinURL) {
     refuse(LinkTexts::linkExpired, joinURL.error());
 }
 
-// Runs on the queue, because it waits until the node has stopped.
+// Runs on the queue, because the supervisor blocks until the node has stopped.
 void LinkPairing::begin(Attempt attempt, const std::string& joinURL) {
-    if (wanted_ != attempt) return;  // cancelled while it waited
+    if (wanted_ != attempt) return;  // cancelled while this task waited
     const auto post = guard_.wrapPost(deps_.post);
     const auto onSnapshot = [this, attempt, post, snapshots = std::make_shared<LatestSnapshots>()](
                                 const PairingSession::Snapshot& snapshot) {
@@ -112,9 +112,9 @@ void LinkPairing::began(Attempt attempt, const std::expected<Session, PairingErr
     }
     if (isCurrent) {
         session_ = *session;
-        // Shows the session, and its Cancel button, before the command prints anything.
+        // Shows the session and its Cancel button before the command prints anything.
         if (!state_.pairing) update(attempt, (*session)->snapshot());
-    } else if ((*session)->isInProgress()) {  // cancelled while it began
+    } else if ((*session)->isInProgress()) {  // cancelled while the session began
         queue_.call([late = *session] { late->cancel(); });
     }
 }
@@ -125,12 +125,12 @@ void LinkPairing::update(Attempt attempt, const PairingSession::Snapshot& snapsh
     if (isOver) freeSlot();
     change([&](State& next) {
         next.pairing = snapshot;
-        // A message about another, refused link is kept until the pairing is over.
+        // A message about a different, refused link is kept until the pairing is over.
         if (isOver || shows(next, LinkTexts::checkingLink)) next.message.reset();
     });
 }
 
-// Returns true if the snapshot belongs to the link in the slot.
+// Makes the slot active at the first snapshot. Returns true if the snapshot belongs to the link in the slot.
 bool LinkPairing::adopt(Attempt attempt, const PairingSession::Snapshot& snapshot) {
     const Active active{attempt, snapshot.sessionID};
     if (slot_ == Slot(Starting{attempt})) slot_ = active;
@@ -175,7 +175,7 @@ LinkPairing::Session LinkPairing::stop() {
     return session;
 }
 
-// Returns the session of the slot, or nullptr if it has none yet.
+// Empties the slot. Returns its session, or nullptr if the slot has no session yet.
 LinkPairing::Session LinkPairing::freeSlot() {
     slot_ = std::monostate();
     wanted_ = 0;

@@ -19,16 +19,15 @@
 
 namespace tarnik {
 
-// Pairs this machine by a link: checks the link with the service, then follows the session that connects the
-// machine. It accepts one link at a time.
-//
-// Owned by AppModel. Main thread only. Sessions are started and cancelled on the queue of the node's calls.
+// Pairs this machine with an account through a link. Checks the link with the service, then follows the
+// session that connects the machine. Accepts one link at a time. Owned by AppModel. Main thread only. Starts
+// and cancels sessions on AppModel's queue for calls to the supervisor.
 //
 //   slot       event                                           to
 //   empty      a link is accepted                              starting
 //   starting   first snapshot of its session                   active
 //   starting   the link is refused, or no session can start    empty
-//   active     a snapshot that is connected or ended           empty; the snapshot is still shown
+//   active     snapshot whose phase is connected or ended      empty; the snapshot is still shown
 //   any        cancel, stop                                    empty
 class LinkPairing {
 public:
@@ -37,34 +36,35 @@ public:
 
     // The part of the application's state that a link changes.
     struct State {
-        std::optional<PairingSession::Snapshot> pairing;  // of the attempt, or the end of the last one
+        // The current attempt's latest snapshot, or the previous attempt's final one.
+        std::optional<PairingSession::Snapshot> pairing;
         std::optional<LinkMessage> message;
-        std::optional<JoinCode> offer;  // a link held back because this machine has joined
-        bool checking = false;          // a link was accepted; no session exists yet
+        std::optional<JoinCode> offer;  // a link that waits for the user, because this machine has joined
+        bool checking = false;          // a link was accepted; its session has no snapshot yet
     };
 
-    // Whether a machine that has joined an account may replace it by the account of the link.
+    // yes: the link's account replaces the current account. no: the link becomes an offer.
     enum class Replacing { no, yes };
 
     // The effects of LinkPairing.
     struct Deps {
         Url webOrigin;
-        std::function<bool()> isInstalled;  // the helper is installed, and its supervisor exists
+        std::function<bool()> isInstalled;  // the helper is installed and the supervisor exists
         std::function<bool()> hasJoined;
 
-        // Returns the service's answer at this address. Blocks; called on a detached thread.
+        // Returns the service's answer at this address. Blocks. Called on a detached thread.
         std::function<std::expected<std::string, HttpError>(const std::string& url)> fetchAnswer;
 
         std::function<bool(const std::string& label, BackgroundTasks::Task task)> detach;  // see AppPlatform
 
-        // Starts a session. Blocks; called on the queue.
+        // Starts a session. Blocks. Called on the queue.
         std::function<std::expected<Session, PairingError>(const std::string& joinURL, OnSnapshot)> begin;
 
-        std::function<void(MainThread::Task)> post;  // to the main thread
+        std::function<void(MainThread::Task)> post;  // posts a task to the main thread
         std::function<void(const State&)> onChange;
     };
 
-    // `queue` outlives this object, and is closed before it is destroyed.
+    // `queue` outlives this object. The owner closes `queue` before it destroys this object.
     LinkPairing(Deps deps, CoalescingQueue& queue);
     ~LinkPairing() = default;
     LinkPairing(const LinkPairing&) = delete;
@@ -76,14 +76,14 @@ public:
     void confirm();
     void cancel();
     void dismissOutcome();  // ignored while a link is in progress
-    void dismissMessage();  // restores the progress line of a link that is being checked
+    void dismissMessage();  // shows the progress line again while a link is being checked
     bool isInProgress() const;
 
-    // Refuses all later links. Returns the session that the caller has to cancel, or nullptr.
+    // Ignores all later links and clears the state. Returns the session that the caller cancels, or nullptr.
     Session stop();
 
 private:
-    using Attempt = std::uint64_t;  // identifies a link, so that a late answer to an earlier one is ignored
+    using Attempt = std::uint64_t;  // identifies a link; late answers to earlier attempts are ignored
 
     struct Starting {
         Attempt attempt;
@@ -111,8 +111,8 @@ private:
     State state_;
     Slot slot_;
     Attempt lastAttempt_ = 0;
-    std::atomic<Attempt> wanted_ = 0;  // the attempt of the slot, or 0; read on the queue
-    Session session_;                  // of the slot, while it is in progress
+    std::atomic<Attempt> wanted_ = 0;  // the attempt in the slot, or 0; also read on the queue
+    Session session_;                  // the session of the slot; null before the session has begun
     bool stopped_ = false;
     const CallbackGuard guard_;
 };

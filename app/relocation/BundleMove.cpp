@@ -24,7 +24,8 @@ std::string stagedName(pid_t pid) {
     return std::string(prefix) + std::to_string(pid) + std::string(suffix);
 }
 
-// Returns the id of the process that made the staged copy with this name, or std::nullopt for another name.
+// Returns the id of the process that made the staged copy with this name. Returns std::nullopt if the name is
+// not that of a staged copy.
 std::optional<pid_t> moverOf(const std::string& name) {
     if (!name.starts_with(prefix)) return std::nullopt;
     pid_t pid = 0;
@@ -36,7 +37,7 @@ std::unexpected<BundleMove::Failure> failed(const char* step, std::optional<Syst
     return std::unexpected(BundleMove::Failure{step, std::move(error)});
 }
 
-// Removes the bundle at the path on destruction. It is an unused copy, or the bundle that the copy replaced.
+// Removes the bundle at the path on destruction. That bundle is an unused copy or the replaced bundle.
 class Staged {
 public:
     explicit Staged(std::string path) : path_(std::move(path)) {}
@@ -67,8 +68,8 @@ std::expected<QuarantineReport, BundleMove::Failure> BundleMove::run(const Bundl
     return report;
 }
 
-// Moves the staged copy to its place. Fails and restores the replaced bundle if its version is not
-// `replacing`.
+// Moves the staged copy to its place. If the replaced bundle's version is not `replacing`, restores that
+// bundle and fails.
 std::expected<void, BundleMove::Failure> BundleMove::takePlace(const std::string& staged,
                                                                const BundleFiles& files) const {
     if (!replacing) {

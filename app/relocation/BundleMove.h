@@ -12,13 +12,13 @@
 
 namespace tarnik {
 
-// Installs a copy of a bundle at another path. The copy is created beside that path under a hidden name and
-// checked. Then it is exchanged with the bundle at the path, or moved there if no bundle exists. So the path
-// never contains a partial bundle. `from` is not changed.
+// Installs a copy of the bundle `from` at the path `to`. Creates the copy under a hidden name beside `to` and
+// checks it. Then exchanges the copy with the bundle at `to`, or moves the copy there if no bundle exists. So
+// `to` never contains a partial bundle. `from` is not changed.
 struct BundleMove {
     struct Failure {
         std::string step;                  // for the record: "copy", "check", "exchange"
-        std::optional<SystemError> error;  // if a system call failed
+        std::optional<SystemError> error;  // std::nullopt if no system call failed
 
         std::string describe() const;
     };
@@ -28,13 +28,14 @@ struct BundleMove {
     std::string version;                   // of `from`
     std::optional<std::string> replacing;  // the version at `to`; std::nullopt if no bundle exists there
     std::function<bool(const std::string& bundle)> isOurs;
-    std::function<bool()> isCancelled;  // checked before the last step
+    std::function<bool()> isCancelled;  // checked before the exchange or the move
 
-    // A process runs one move at a time. Blocks while the bundle is copied.
+    // Blocks while the bundle is copied. A process runs one move at a time, because `pid` is part of the
+    // hidden name.
     std::expected<QuarantineReport, Failure> run(const BundleFiles& files, pid_t pid) const;
 
-    // Removes the staged copies that ended processes left in the folder. A copy named after `pid` is one of
-    // them, left by an earlier process with this id.
+    // Removes the hidden copies that ended processes left in the folder. `pid` is this process. A copy with
+    // this id in its name is also removed, because an earlier process with the same id left it.
     static void removeLeftovers(const std::string& folder, pid_t pid);
 
 private:

@@ -7,18 +7,18 @@
 
 namespace tarnik {
 
-// Passes a pairing link from a copy of the application that moves itself to the copy that replaces it. The
-// link is in a private file, because every user can read the arguments of a process.
+// Passes a pairing link to the copy of the application that replaces this one. The link is in a private file,
+// because every user can read the arguments of a process.
 //
-// A link that can't be written is lost without a report.
+// Both operations block for the file access. A link that can't be written is lost without a report.
 class HandedLink {
 public:
     explicit HandedLink(const std::string& applicationSupport);
 
     void put(const std::string& link, Relocation::RecordTime now) const;
 
-    // Removes the file and returns its link. Returns std::nullopt if there is no file, or if the link is more
-    // than ten minutes old.
+    // Removes the file and returns its link. Returns std::nullopt if the file is missing or malformed, or if
+    // the link is more than ten minutes old or has a time in the future.
     std::optional<std::string> take(Relocation::RecordTime now) const;
 
 private:

@@ -22,7 +22,8 @@ struct QuarantineReport {
     std::vector<std::string> fields() const;
 };
 
-// Clears the attribute of `top` and of everything below it. Follows no link. Continues after a failure.
+// Clears the quarantine attribute of `top` and of all entries below it. Doesn't follow symbolic links.
+// Continues after a failure.
 QuarantineReport clearQuarantineBelow(const std::string& top, const BundleFiles& files);
 
 }  // namespace tarnik

@@ -8,9 +8,9 @@
 
 namespace tarnik {
 
-// Returns a shell command that waits until the process `old` has ended, then opens the bundle with
-// Relocation::relaunchArgument. The shell outlives this process. It inherits no descriptors and no
-// environment.
+// Returns a shell command that waits until the process `old` has ended. Then it opens the bundle with
+// Relocation::relaunchArgument. The shell outlives this process. It inherits no descriptors, and its
+// environment contains only PATH.
 SpawnRequest relaunchAfter(pid_t old, const std::string& bundle);
 
 }  // namespace tarnik

@@ -7,13 +7,13 @@ namespace tarnik {
 
 namespace RelocationOutcomes {
 
-struct Moving {  // another copy replaces this one, which must quit now and do nothing else
+struct Moving {  // another copy replaces this one; this copy must quit now
     bool operator==(const Moving&) const = default;
 };
 struct Stay {  // this copy continues
     bool operator==(const Stay&) const = default;
 };
-struct StayWithMessage {  // shown in an alert after the launch
+struct StayWithMessage {  // this copy continues; an alert shows the message after the launch
     std::string title;
     std::string body;
     bool operator==(const StayWithMessage&) const = default;
@@ -21,7 +21,7 @@ struct StayWithMessage {  // shown in an alert after the launch
 
 }  // namespace RelocationOutcomes
 
-// Whether the launch of this copy continues.
+// States whether the launch of this copy continues.
 using RelocationOutcome =
     std::variant<RelocationOutcomes::Moving, RelocationOutcomes::Stay, RelocationOutcomes::StayWithMessage>;
 

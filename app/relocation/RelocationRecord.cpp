@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* fileName = "relocation.log";
 
-// Returns the last whole lines of the file, at most half the cap.
+// Returns the last whole lines of the file, at most half of capBytes.
 std::string newestHalf(const UniqueFd& file, off_t size) {
     constexpr std::size_t half = RelocationRecord::capBytes / 2;
     std::string bytes(half, '\0');

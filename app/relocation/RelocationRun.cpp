@@ -60,7 +60,7 @@ RelocationOutcome RelocationRun::perform() {
     const auto others = deps_.bundles.others.startedBefore();
     if (others.empty()) return carryOut(decision);
     if (auto ended = settleWith(others, decision)) return *std::move(ended);
-    // Decides again, because the older copy may have installed an update of itself while it quit.
+    // Decides again, because an older copy may have installed an update while it quit.
     const auto then = decide();
     if (!mayCarryOut(then)) return differentBuild(then, {"installed=notOurs"});
     return carryOut(then);
@@ -174,8 +174,8 @@ RelocationOutcome RelocationRun::relaunch(const Relocation::Decision& decision,
         note(decision, quarantine.healed(), fields);
         return runHere();
     }
-    // The original is moved to the trash last, because the system may prompt the user, and because the
-    // original is still needed if the relaunch fails.
+    // Moves the original to the trash last, because the system may prompt the user, and because the original
+    // is still needed if the relaunch fails.
     if (std::holds_alternative<Install>(decision)) fields.push_back("trash=" + trashOriginal());
     note(decision, quarantine.healed(), fields);
     return RelocationOutcomes::Moving{};
@@ -187,7 +187,7 @@ std::string RelocationRun::trashOriginal() const {
     if (launch_.isTranslocated && !launch_.originalPath) return "unknown";
     const std::string original = launch_.realPath();
     if (!files.canWrite(parentFolder(original))) return "readOnly";
-    // The user may have replaced it meanwhile.
+    // The user may have replaced the original meanwhile.
     if (bundleVersion(original) != version_) return "changed";
     const auto trashed = files.trash(original);
     return trashed ? "done" : describe(trashed.error());

@@ -14,18 +14,19 @@
 
 namespace tarnik {
 
-// The relocation of one launch, from the facts to the outcome. Runs on the relocator's queue. Blocks while
-// signatures are checked, bundles are copied, and another copy quits.
+// The relocation of one launch, from the facts to the outcome. Runs on the relocator's queue. Blocks while it
+// checks signatures, copies bundles, waits for another copy to quit, or a prompt of the trash is open.
 //
 //   decision                  action                                                    outcome
 //   stay                      clear quarantine below the install path                   stay
 //   openInstalled             the same, then open the installed copy                    moving
-//   install                   move into place, open, put the original into the trash    moving
-//   cannotInstall, runHere    no action                                                 a message
+//   install                   copy into place, open, put the original into the trash    moving
+//   cannotInstall, runHere    no action                                                 stay with a message
 //
-// Every failure results in the message, which describes what the user can do by hand. An installed copy is
-// opened or replaced only if its signature proves that it is ours. The same applies to ending a running copy.
-// A development build is never moved.
+// A failure to install, to open or to end another copy results in a message. The message describes what the
+// user can do by hand. A failure to clear quarantine or to use the trash is only recorded. An installed copy
+// is opened or replaced only if isOurs() accepts it. The same applies to ending a running copy. A development
+// build is never moved. A run that is cancelled before its last step has the outcome stay.
 class RelocationRun {
 public:
     using IsCancelled = std::function<bool()>;  // returns true once the program is ending
@@ -41,10 +42,10 @@ private:
     Relocation::Decision decide() const;
     bool isOurs(const std::string& bundle) const;
 
-    // Returns true if the decision doesn't involve the installed copy, or if that copy is ours.
+    // Returns true if the decision doesn't involve the installed copy or if isOurs() accepts that copy.
     bool mayCarryOut(const Relocation::Decision& decision) const;
 
-    // Returns the outcome if another running copy decides it, or std::nullopt if this launch continues.
+    // Returns the outcome if another running copy determines it, or std::nullopt if this launch continues.
     std::optional<RelocationOutcome> settleWith(const std::vector<OtherCopy>& others,
                                                 const Relocation::Decision& decision) const;
     std::optional<RelocationOutcome> takeOver(const OtherCopy& other) const;

@@ -27,7 +27,7 @@ namespace tarnik {
 struct RelocatorDeps {
     BundleOperations bundles;
     MainThread mainThread;
-    std::string applicationSupport;  // contains the folder of the record
+    std::string applicationSupport;  // contains the folder of the record and of a handed link
     std::string installPath;
     pid_t pid = 0;  // of this process
     bool isDevelopmentBuild = false;
@@ -42,12 +42,13 @@ struct RelocatorDeps {
                                     std::string applicationSupport);
 };
 
-// Moves the application to the install path, where its privacy switches are kept, or opens the copy that is
-// installed there, and writes the relocation record. Does nothing on a system where applications aren't
-// moved.
+// Moves the application to the install path, or opens the copy there. The system keeps privacy switches only
+// for a copy at that path. Each launch adds a line to the relocation record. Does nothing on a system where
+// applications aren't moved.
 //
-// Owned by Application. Main thread only; blocking work runs on the queue "tarnik.relocator". The destructor
-// interrupts every wait, but blocks until a copy or a signature check in progress has finished.
+// Owned by Application. Main thread only. Slow work runs on the queue "tarnik.relocator". The destructor
+// interrupts waits for another copy. It blocks until a running copy operation, signature check or prompt of
+// the trash has ended.
 class Relocator {
 public:
     using Outcome = RelocationOutcome;
@@ -58,20 +59,20 @@ public:
     Relocator& operator=(const Relocator&) = delete;
 
     // Call once, at launch. Calls `done` later on the main thread, unless the relocator is destroyed first.
-    // Each older copy that has to quit may delay that by 35 s.
+    // Each older copy that has to quit may delay the call by 35 s.
     void relocateIfNeeded(std::function<void(Outcome)> done);
 
-    // Records that the window was opened.
+    // Records that the window was opened, and the reason.
     void recordWindow(const std::string& reason);
 
-    // Passes a link from this copy to the copy that replaces it. Does nothing where applications aren't
-    // moved.
+    // Pass a link from this copy to the copy that replaces it. Block while they write or read a small file.
+    // Do nothing where applications aren't moved.
     void handLinkOn(const std::string& link) const;
     std::optional<std::string> takeHandedLink() const;
 
 private:
     const RelocatorDeps deps_;
-    const RelocationRecord record_;  // on the queue
+    const RelocationRecord record_;  // used on the queue only
     const HandedLink handedLink_;
     std::atomic<bool> ending_ = false;
     const std::shared_ptr<SerialQueue> queue_;  // null where applications aren't moved

@@ -8,7 +8,7 @@
 
 #include "app/commands/Command.h"
 
-// The texts that frame the commands. The summaries of commands and options are in their tables.
+// The usage, headings and errors of the commands. The tables of commands and of options have their summaries.
 namespace tarnik::CommandTexts {
 
 using Text = const char*;

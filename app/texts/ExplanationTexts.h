@@ -31,13 +31,13 @@ inline constexpr Text ended = "tarnik ended";
 // Returns "12 s", "3 min", "5 h" or "2 days". A negative time counts as zero.
 std::string duration(Seconds time);
 
-// Return "What, 12 s ago." and "What, for 12 s.". If `detail` is not empty, it follows: "What, 12 s ago:
+// Return "What, 12 s ago." and "What, for 12 s.". A `detail` that is not empty is appended: "What, 12 s ago:
 // detail."
 std::string ago(Text what, Seconds age, const std::string& detail = {});
 std::string ongoing(Text what, Seconds age, const std::string& detail = {});
 
-// Return "The helper stopped 5 times in a row, last with exit 3, 12 s ago." and the same for a child that
-// couldn't be started. `times` is at least 1.
+// Return "The helper stopped 5 times in a row, last with exit 3, 12 s ago." and a similar sentence for a
+// child that couldn't be started. `times` is at least 1.
 std::string stopped(Text child, std::int64_t times, const std::string& status, Seconds age);
 std::string startFailed(Text child, std::int64_t times, const std::string& reason, Seconds age);
 

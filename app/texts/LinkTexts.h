@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-// The messages about a pairing link. describe(PairingFailure) returns those about a refused pairing.
+// The messages about a pairing link. describe(PairingFailure) returns the messages about a refused pairing.
 namespace tarnik::LinkTexts {
 
 using Text = std::string_view;

@@ -4,12 +4,12 @@
 
 #include "app/NodeHomeOwner.h"
 
-// The texts that the program prints on a terminal before a face exists, or without one.
+// The texts that the program prints on a terminal when no face (window or console) exists yet.
 namespace tarnik::ProgramTexts {
 
 using Text = const char*;
 
-// Printed after the start was passed to the instance that is running.
+// Printed after the running instance has accepted this start.
 inline constexpr Text handedOver = "another copy is running, and goes on";
 inline constexpr Text noSessionBus = "no session bus, so links opened elsewhere don't get here";
 

@@ -2,15 +2,15 @@
 
 #include <string_view>
 
-// The texts of the window and of the alert. core/ has the texts for its own values: the names and hint of the
-// switches, the failures of installs, and the reasons why a link has to wait.
+// The texts of the window and of the alert. core/ has the texts for its own values: the names and the hint of
+// the switches, the failures of installs, and the reasons why a link has to wait.
 namespace tarnik::WindowTexts {
 
 using Text = std::string_view;
 
 inline constexpr Text product = "tarnik";
 
-// The title of the alert of a program that finds the node home in use.
+// The title of the alert that a program shows if another program uses the node home.
 inline constexpr Text alreadyRunning = "tarnik is already running";
 
 // A link for another account.
@@ -65,8 +65,8 @@ inline constexpr Text downloadName = "Download";
 inline constexpr Text succeededName = "Done";
 inline constexpr Text problemName = "Problem";
 inline constexpr Text confirmPrompt = "Read what tarnik's helper says, then choose Connect or Cancel.";
-inline constexpr Text switchIsOn = " is on";  // after its title
+inline constexpr Text switchIsOn = " is on";  // after the switch's title
 inline constexpr Text switchIsOff = " is off";
-inline constexpr Text turnOnSwitch = "Turn on ";  // before its title
+inline constexpr Text turnOnSwitch = "Turn on ";  // before the switch's title
 
 }  // namespace tarnik::WindowTexts

@@ -68,7 +68,7 @@ void Updater::checkForUpdates() {
     install();
 }
 
-// Clears install_ first, so that it never runs twice. The call may destroy this updater.
+// Clears install_ first, so the operation runs only once. The operation may destroy this updater.
 void Updater::install() {
     const auto install = std::exchange(install_, nullptr);
     if (install) install();

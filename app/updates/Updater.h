@@ -16,14 +16,14 @@
 
 namespace tarnik {
 
-// Delays the installation of a downloaded update until the first quiet moment, or until the user asks for it.
-// If the program quits first, the framework installs the update itself.
+// Delays the installation of a downloaded update until the first quiet moment, or until the user chooses to
+// check for updates. If the program quits first, the framework installs the update.
 //
-// Owned by AppDelegate, one per run. Main thread only. Does nothing without complete settings or without a
-// framework. May be destroyed from inside an install operation.
+// Owned by AppDelegate, one per run. Main thread only. Does nothing if the settings are incomplete or no
+// framework exists. May be destroyed from inside an install operation.
 class Updater {
 public:
-    // Takes a sample and calls `done` with it, on the main thread.
+    // Takes a sample and passes it to `done` on the main thread.
     using SampleSource = std::function<void(std::function<void(ActivitySample)> done)>;
 
     struct Deps {
@@ -33,10 +33,10 @@ public:
         std::function<TimePoint()> now = steadyNow;
     };
 
-    // Upper bound for a sample. A later answer is ignored, and the next sample is taken.
+    // The time limit for a sample. Afterwards a new sample is taken, and a late answer is ignored.
     static constexpr Seconds longestLook{300};
 
-    // Starts the framework, which checks for updates and downloads them on its own.
+    // Starts the framework. The framework then checks for updates and downloads them.
     Updater(const UpdateSettings& settings, Deps deps);
     ~Updater() = default;
     Updater(const Updater&) = delete;
@@ -45,13 +45,13 @@ public:
     // Returns true if the menu can offer to check for updates.
     bool isAvailable() const { return controller_.has_value(); }
 
-    // Before a source is set, no moment counts as quiet.
+    // Without a source, no moment counts as quiet.
     void setSampleSource(SampleSource sample) { sample_ = std::move(sample); }
 
     // Installs the waiting update, or asks the framework to check for one.
     void checkForUpdates();
 
-    // Disables all later installs by this object.
+    // Stops the sampling and disables all later installs by this object.
     void appWillQuit();
 
 private:
@@ -68,7 +68,7 @@ private:
     const Deps deps_;
     std::optional<UpdateFramework::Controller> controller_;
     SampleSource sample_;
-    UpdateFramework::Install install_;  // of the waiting update
+    UpdateFramework::Install install_;  // installs the waiting update; empty if no update waits
     UpdateLoop loop_;
     std::optional<RepeatingTimer> timer_;
     std::optional<Look> looking_;
