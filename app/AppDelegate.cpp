@@ -39,7 +39,7 @@ void AppDelegate::relocated(const RelocationOutcome& outcome) {
     }));
 }
 
-// Stopping the model makes this copy refuse later starts. Each of them then finds out what is wrong by
+// Once the model has stopped, this copy refuses later starts. Each later start then detects the conflict
 // itself.
 void AppDelegate::refuse(const std::string& why) {
     quitting_ = true;
@@ -56,7 +56,7 @@ void AppDelegate::launch(const std::optional<RelocationOutcomes::StayWithMessage
     const auto handed = deps_.takeHandedLink();
     const bool hasNewerLink = pendingLink_.has_value();
     model_->start(guard_.wrap([this] { modelStarted(); }));
-    if (!model_->hasStarted()) model_->refreshSwitches();  // the window shows them even without a home
+    if (!model_->hasStarted()) model_->refreshSwitches();  // the window always shows the switches
     updater_->setSampleSource(
         [this](std::function<void(ActivitySample)> done) { model_->activitySample(std::move(done)); });
     if (handed && !hasNewerLink) handleURL(*handed);
@@ -114,14 +114,14 @@ void AppDelegate::handleURL(const std::string& link) {
     showWindow("open");
 }
 
-// The model drops a link that it refuses. A link that is only too early is kept in the link field.
+// The model drops a refused link. A link that arrives during the install is put into the link field.
 void AppDelegate::connect(const JoinCode& code) {
     model_->pairing().connect(code, LinkPairing::Replacing::no);
     if (model_->state().linkMessage == LinkTexts::stillInstalling)
         deps_.presentation.fillLinkField(code.link);
 }
 
-// Also works while quitting: the window then shows the progress of that.
+// Also works while the program quits. The window then shows that the program stops.
 void AppDelegate::showWindow(const std::string& reason) {
     windowOpen_ = true;
     deps_.recordWindow(reason);

@@ -18,27 +18,27 @@ namespace tarnik {
 
 // The effects of AppDelegate.
 struct AppDelegateDeps {
-    std::optional<std::string> bundlePath;  // of this copy
+    std::optional<std::string> bundlePath;  // of this copy; std::nullopt if it runs outside a bundle
     std::string installPath{TarnikIdentity::installPath};
     std::function<void(std::function<void(RelocationOutcome)> done)> relocateIfNeeded;
     std::function<void(const std::string& reason)> recordWindow;
     std::function<void(const std::string& link)> handLinkOn;  // to the copy that replaces this one
     std::function<std::optional<std::string>()> takeHandedLink;
-    // Passes a sentence to `done` if another program uses the node home, otherwise std::nullopt.
+    // Locks the node home. Passes std::nullopt to `done`, or a sentence if another program uses the home.
     std::function<void(std::function<void(const std::optional<std::string>& inUse)> done)> takeNodeHome;
     std::function<void()> ensureLoginItem;  // returns at once
     std::function<std::unique_ptr<Updater>()> makeUpdater;
-    std::function<void()> takesLinks;  // called when the model accepts links; may be empty
-    bool showsWindow = false;          // at launch, even if the user doesn't have to act
+    std::function<void()> takesLinks;  // called when the model has started; may be empty
+    bool showsWindow = false;          // show the window at launch even if the user doesn't have to act
     MainThread mainThread;
     Presentation presentation;
     SystemEvents events;
 };
 
-// Controls the order of launch and shutdown, opens the window when it is needed, and receives the links that
-// other programs open.
+// Controls the order of launch and shutdown, opens the window when the user has to act, and receives the
+// links that other programs open.
 //
-// Owned by Application, one per run. Main thread only; no operation blocks.
+// Owned by Application, one per run. Main thread only. No operation waits, except for access to small files.
 class AppDelegate {
 public:
     AppDelegate(AppDelegateDeps deps, std::shared_ptr<AppModel> model);
@@ -46,7 +46,7 @@ public:
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
 
-    // Call before the event loop runs. Links that arrive afterwards are kept.
+    // Call before the event loop runs. A link that arrives later is kept until the model has started.
     void willFinishLaunching();
 
     // Call when the event loop runs. The launch continues when the relocator has reported its outcome.
@@ -73,7 +73,7 @@ private:
     void stateChanged(const AppState& state);
     void showWindow(const std::string& reason);
 
-    // The checks after launch whether the user has to act; each is made once.
+    // The checks that have been made after launch whether the user has to act. Each check is made once.
     struct AttentionChecks {
         bool afterSetup = false;
         bool afterNodeReport = false;
@@ -82,12 +82,12 @@ private:
     const AppDelegateDeps deps_;
     const std::shared_ptr<AppModel> model_;
     std::unique_ptr<Updater> updater_;     // null before launch()
-    std::optional<JoinCode> pendingLink_;  // received before the model accepts links
+    std::optional<JoinCode> pendingLink_;  // the last link that arrived before the model had started
     bool modelStarted_ = false;
     bool windowOpen_ = false;
     AttentionChecks checked_;
     bool quitting_ = false;
-    bool moving_ = false;  // quits because another copy replaces this one
+    bool moving_ = false;  // true if this copy quits because another copy replaces it
     const ChangeFeed feed_;
     const CallbackGuard guard_;
 };

@@ -13,7 +13,7 @@
 namespace tarnik {
 namespace {
 
-// Replaces the node home of the preferences with the one of the command line.
+// Replaces the node home of the preferences with the node home of the command line.
 UserDefaults withNodeHome(UserDefaults defaults, const std::optional<std::string>& nodeHome) {
     if (!nodeHome) return defaults;
     defaults.text = [nodeHome, others = defaults.text](const std::string& key) {
@@ -22,8 +22,8 @@ UserDefaults withNodeHome(UserDefaults defaults, const std::optional<std::string
     return defaults;
 }
 
-// Delays the launch until the switches are known. A launch that took unknown switches for off would show the
-// window for no reason.
+// Delays the launch until the switches are known or a time-out has passed. A launch that treats unknown
+// switches as off would show the window without a reason.
 OnRelocated whenSwitchesAreKnown(const SwitchOperations& switches, OnRelocated done) {
     if (!switches.whenKnown) return done;
     return [whenKnown = switches.whenKnown, done = std::move(done)](const RelocationOutcome& outcome) {

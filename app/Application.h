@@ -17,8 +17,8 @@
 
 namespace tarnik {
 
-// Creates and owns the journal, the model, the relocator, the lock of the node home, and the delegate, for
-// either face.
+// Creates and owns the journal, the model, the relocator, the lock of the node home, and the delegate. Works
+// with each face (the window or the console).
 //
 // Owned by runDesktop() or runConsole(). Main thread only. The constructor creates the model. The caller then
 // creates the face, and attach() creates the delegate.
@@ -36,12 +36,12 @@ public:
         SystemEvents events;
     };
 
-    // The face's part of the launch.
+    // The operations and settings of the face.
     struct Face {
         NodeHomeOwner::Face kind = NodeHomeOwner::Face::window;
         Presentation presentation;
-        bool showsWindow = false;            // at launch, even if the user doesn't have to act
-        std::function<void()> onReady = {};  // called when links are accepted
+        bool showsWindow = false;            // see AppDelegateDeps
+        std::function<void()> onReady = {};  // called when the model has started
     };
 
     Application(const CommandLine& line, HostEnvironment host, const ProgramLocation& place,
@@ -53,15 +53,15 @@ public:
     const std::shared_ptr<AppModel>& model() const { return model_; }
     const std::shared_ptr<Journal>& journal() const { return journal_; }
 
-    // Creates the delegate, which uses the face until the event loop has ended. Call once.
+    // Creates the delegate. The delegate uses the face until the event loop has ended. Call once.
     AppDelegate& attach(Face face);
 
-    // Accepts links, and posts the rest of the launch to the event loop.
+    // Starts to receive links, and posts the rest of the launch to the event loop.
     void launch();
 
-    // Records the end and returns `exitStatus`. If a background task is still running, such as a download,
-    // ends the process with this status at once instead: tasks are never joined, and each can be interrupted
-    // at any moment.
+    // Records the end and returns `exitStatus`. If a background task such as a download still runs, ends the
+    // process with this status instead of returning. Tasks are never joined, and each can be interrupted at
+    // any moment.
     int finish(int exitStatus);
 
 private:
@@ -70,15 +70,15 @@ private:
     const BackgroundTasks tasks_;
     const ProgramLocation place_;
     Platform platform_;
-    std::optional<NodeHomeOwner> homeOwner_;  // outlives model_, which uses the home
+    std::optional<NodeHomeOwner> homeOwner_;  // destroyed after model_, because the model uses the home
     const std::shared_ptr<Journal> journal_;  // also held by the operations that record
     const std::shared_ptr<AppModel> model_;
     std::optional<Relocator> relocator_;
     std::optional<AppDelegate> delegate_;
 };
 
-// Adds the application to the programs that start at login. A failure is ignored; the next launch tries
-// again. May block for seconds; call it on a background thread.
+// Adds the application to the programs that start at login. Ignores a failure; the next launch tries again.
+// May block for seconds. Call on a background thread.
 void ensureLoginItem(const LoginItemService& service);
 
 }  // namespace tarnik

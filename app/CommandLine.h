@@ -12,7 +12,7 @@
 
 namespace tarnik {
 
-// The parsed command line of a start that runs the program instead of a command.
+// The parsed command line of a start without a command.
 struct CommandLine {
     // Only development builds accept options that replace settings of the bundle.
     enum class Build { development, release };
@@ -32,7 +32,7 @@ struct CommandLine {
     Task task = Task::openWindow;
     std::optional<std::string> link;      // the link to pair with
     std::optional<std::string> nodeHome;  // replaces the node home for this run
-    std::optional<std::string> bundle;    // a folder; development builds only
+    std::optional<std::string> bundle;    // replaces the program's bundle folder; development builds only
     Seconds connectedAfter = Seconds(15);
     std::optional<std::string> keepAwake;  // a stand-in for the keep-awake program; development builds only
 
@@ -57,7 +57,8 @@ struct CommandLine {
 // Returns the options of `specs` that this kind of build accepts.
 std::vector<OptionSpec> acceptedOptions(std::span<const OptionSpec> specs, CommandLine::Build build);
 
-// Returns true if the word is a link or a bare code rather than a mistyped command.
+// Returns true if the word contains "://" or is long enough for a bare code. Any other word is treated as a
+// mistyped command.
 bool resemblesLink(std::string_view word);
 
 }  // namespace tarnik

@@ -44,7 +44,7 @@ std::optional<Owner> parseOwner(std::string_view note) {
     return std::nullopt;
 }
 
-// Returns a name per home. stat() follows links, so a link to a home has the name of that home.
+// Returns the name of the home's note. stat() follows links, so a link to a home results in the same name.
 std::optional<std::string> noteName(const NodeHome& home) {
     struct stat found{};
     if (::stat(home.path.c_str(), &found) != 0) return std::nullopt;
@@ -100,7 +100,7 @@ void NodeHomeOwner::noteOwner() const {
     if (folder && name) folder->replace(*name, std::to_string(::getpid()) + std::string(wordOf(deps_.face)));
 }
 
-// The note may be older than the lock, or be missing, so it only adds details to the sentence.
+// The note may be missing or older than the lock, so it only adds details to the sentence.
 std::string NodeHomeOwner::inUse() const {
     const auto folder = notesFolder(deps_.applicationSupport);
     const auto name = noteName(*home_);

@@ -14,17 +14,17 @@
 
 namespace tarnik {
 
-// Locks the node home for this program. A second program on the same home would end the driver of the first
-// one and run a second helper on the same account.
+// Locks the node home for this program. A second program on the same home would end the first program's
+// driver and run a second helper on the same account.
 //
-// Owned by Application, one per run. Destroy it only after the model has stopped. Main thread.
+// Owned by Application, one per run. Destroy it only after the model has stopped. Main thread only.
 class NodeHomeOwner {
 public:
-    static constexpr Seconds lockTimeout = Seconds(3);  // for another program that is ending
+    static constexpr Seconds lockTimeout = Seconds(3);  // gives another program time to end
 
     enum class Face { window, console, service };
 
-    // The process that has locked a home, as its note in application support names it.
+    // The process that locked a home. That process writes a note into the application support folder.
     struct Owner {
         pid_t pid = 0;
         Face face = Face::window;
@@ -45,8 +45,9 @@ public:
     NodeHomeOwner(const NodeHomeOwner&) = delete;
     NodeHomeOwner& operator=(const NodeHomeOwner&) = delete;
 
-    // Calls `done` once, possibly before it returns. Passes std::nullopt if the home is locked or can't be
-    // locked at all, or a sentence for the user if another program holds the lock for lockTimeout.
+    // Calls `done` once, possibly before take() returns. Passes std::nullopt if this program has locked the
+    // home, or if the system can't lock it. Passes a sentence for the user if another program holds the lock
+    // for lockTimeout.
     void take(std::function<void(const std::optional<std::string>& inUse)> done);
 
 private:

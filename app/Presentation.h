@@ -7,13 +7,13 @@
 
 namespace tarnik {
 
-// The operations by which AppDelegate shows something. Each face provides them. Main thread; each call
-// returns at once.
+// The operations that AppDelegate calls to show something. Each face (the window and the console) provides
+// them. Main thread only. Each call returns at once.
 struct Presentation {
     std::function<void(const MenuContent&)> makeStatusItem;
 
     // Brings the window to the front of all applications and gives it the keyboard focus. The first call
-    // centres the window on the screen; later calls show it at its last position.
+    // centres the window on the screen. Later calls show the window at its last position.
     std::function<void()> showWindow;
 
     // Shows an alert with one button, "OK", in front of all applications.
@@ -22,7 +22,7 @@ struct Presentation {
     // Puts a link that has to wait into the link field, so that the user can connect with one click later.
     std::function<void(const std::string& link)> fillLinkField;
 
-    // Shows the reason why the program can't start, and calls `seen` after the user has dismissed it.
+    // Shows the reason why the program can't start. Calls `seen` after the user has closed the message.
     std::function<void(const std::string& why, std::function<void()> seen)> refuse;
 
     // Ends the event loop.

@@ -15,8 +15,8 @@ namespace {
 
 std::terminate_handler defaultTerminate = nullptr;
 
-// Serial queues and the signal watcher are made in noexcept code, since nothing works without them: the
-// exception of std::thread ends here.
+// The program can't work without the threads of its queues and of the signal watcher. If std::thread throws,
+// the exception is not caught and ends here.
 void onTerminate() {
     try {
         if (const auto thrown = std::current_exception()) std::rethrow_exception(thrown);
@@ -37,7 +37,7 @@ void openStandardDescriptors() {
 
 }  // namespace
 
-// Nothing is stopped first: helper and driver notice the end of their pipes.
+// Stops no child. The helper and the driver quit when their pipes close.
 void exitOutOfThreads() {
     printError("the system has no thread to spare; end other programs, then start this one again");
     ::_exit(EXIT_FAILURE);

@@ -26,15 +26,15 @@ std::optional<std::string> resourceFolder(const std::optional<std::string>& bund
     return *bundle + "/Contents/Resources";
 }
 
-// Without this folder everything but the driver works.
+// Only reports a failure, because the helper works without this folder.
 void makeApplicationSupport(const std::string& folder) {
     if (const auto made = createFolders(folder, 0700); !made) {
         printError(messageFor(made.error()));
     }
 }
 
-// The executables of the program are in one folder. Users, the login item and the desktop start the one that
-// is named after the application.
+// The executables of the program are in one folder. Users, the login item and the desktop start the
+// executable that is named after the application.
 std::string startedByUsers(const std::string& executable) {
     const auto slash = executable.rfind('/');
     if (slash == std::string::npos) return executable;
@@ -42,7 +42,7 @@ std::string startedByUsers(const std::string& executable) {
     return isExecutableFile(front) ? front : executable;
 }
 
-// Returns why the program can't run with this command line, or std::nullopt.
+// Returns the reason why the program can't run with this command line, or std::nullopt.
 std::optional<std::string> problemWith(const CommandLine& line) {
     if (line.bundle && !isFolder(*line.bundle)) return *line.bundle + " isn't a bundle folder";
     if (line.nodeHome && exists(*line.nodeHome) && !isFolder(*line.nodeHome))

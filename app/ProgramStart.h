@@ -13,7 +13,7 @@ namespace tarnik {
 
 // The location of the running program and of its folders.
 struct ProgramLocation {
-    std::string executable;  // the one that users start: on Linux "tarnik", which executes the others
+    std::string executable;  // the program that users start; on Linux "tarnik", even in a program it executes
     std::optional<std::string> bundle;
     SystemFolders folders;
 };
@@ -24,7 +24,8 @@ struct ProgramRun {
     std::string userFolder;
     ProgramLocation place;
 
-    // `bundle` replaces the bundle that contains the program. `name` is argument 0.
+    // `bundle` replaces the bundle that contains the program. `name` is argument 0. It is used if the system
+    // doesn't report the program's path.
     static ProgramRun current(const std::optional<std::string>& bundle, const char* name);
 
     // Reads the settings of the bundle.
@@ -38,11 +39,11 @@ using ProgramFace =
 // Prints the program's name and the message as one line on standard error.
 void printError(const std::string& what);
 
-// Prints the reason why the program can't start. Returns the exit status of such a program.
+// Prints the reason why the program can't start. Returns the exit status for a wrong use.
 int refuseStart(const std::string& why);
 
-// Creates the application-support folder and runs `face` in the environment of this run. `name` is argument
-// 0. Call on the main thread before any other thread exists.
+// Checks the folders of the command line, creates the application support folder, and runs `face`. Returns
+// the exit status. `name` is argument 0. Call on the main thread before any other thread exists.
 int runProgram(const CommandLine& line, const char* name, const ProgramFace& face);
 
 }  // namespace tarnik

@@ -15,7 +15,7 @@ bool isIgnored(int signal) {
     return ::sigaction(signal, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
 }
 
-// nohup ignores SIGHUP: then the program outlives its terminal.
+// nohup starts a program with SIGHUP ignored. The program then outlives its terminal.
 sigset_t watched() {
     sigset_t set;
     sigemptyset(&set);

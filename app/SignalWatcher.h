@@ -14,7 +14,7 @@ namespace tarnik {
 // signals and only this thread receives them. Children start with no signal blocked.
 class SignalWatcher {
 public:
-    using Wait = std::function<int(const sigset_t*, int*)>;  // as sigwait(3)
+    using Wait = std::function<int(const sigset_t*, int*)>;  // like sigwait(3)
 
     explicit SignalWatcher(std::function<void(int)> onSignal, Wait wait = ::sigwait);
     ~SignalWatcher();

@@ -1,4 +1,4 @@
-// The one executable of the bundle, which has all parts of the program.
+// The only executable of the bundle. It contains all parts of the program.
 #include "app/ProcessSetup.h"
 #include "app/commands/Front.h"
 #include "app/commands/HeavyCommands.h"

@@ -1,5 +1,5 @@
-// tarnik: the program that users start. It runs the quick commands itself and executes its siblings for all
-// else, so that a command loads no toolkit.
+// tarnik, the program that users start. It runs the quick commands itself, so that they load no toolkit. It
+// executes its siblings for all other work.
 #include <string>
 
 #include <unistd.h>
@@ -13,7 +13,8 @@
 
 namespace {
 
-// Replaces this process with the executable `name` of the same folder. Returns only if that fails.
+// Replaces this process with the executable `name` of the same folder. On failure, prints `missing` and
+// returns the exit status.
 int execute(const std::string& name, char** argv, const char* missing) {
     const auto self = tarnik::MacProcesses::executablePath(::getpid()).value_or("");
     ::execv((self.substr(0, self.rfind('/') + 1) + name).c_str(), argv);

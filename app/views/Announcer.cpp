@@ -10,7 +10,7 @@ class QAccessibleAnnouncementEvent;  // incomplete before Qt 6.8
 namespace tarnik {
 namespace {
 
-// Gives the announcer the role of a notification, which screen readers speak when it appears.
+// Gives the announcer the role of a notification. Screen readers speak a notification when it appears.
 QAccessibleInterface* notificationFor(const QString&, QObject* object) {
     auto* announcer = dynamic_cast<Announcer*>(object);
     return announcer ? new QAccessibleWidget(announcer, QAccessible::Notification) : nullptr;
@@ -21,8 +21,8 @@ void notify(QAccessible::Event type, Announcer& announcer) {
     QAccessible::updateAccessibility(&event);
 }
 
-// Uses Qt's announcement event, which every screen reader speaks. With Qt before 6.8, which lacks it, the new
-// name of the notification is announced instead.
+// Uses Qt's announcement event, which every screen reader speaks. Qt before 6.8 lacks this event. Then the
+// new name of the notification is announced instead.
 template <typename Announcement>
 void announceText(Announcer& announcer, const QString& news) {
     if constexpr (requires { sizeof(Announcement); }) {

@@ -5,7 +5,8 @@
 
 namespace tarnik {
 
-// Makes screen readers speak a text without moving the focus. Invisible, one pixel in size.
+// Makes screen readers speak a text without moving the focus. The widget is one pixel in size and paints
+// nothing.
 class Announcer : public QLabel {
 public:
     explicit Announcer(QWidget* parent);

@@ -47,7 +47,7 @@ void IntentButton::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) shown_.start();
 }
 
-// MainView handles Return, because it depends on all buttons.
+// MainView handles Return, because the effect of Return depends on all buttons.
 void IntentButton::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return event->ignore();
     QPushButton::keyPressEvent(event);
@@ -72,7 +72,7 @@ bool ButtonRow::setButtons(const std::vector<WindowContent::Button>& buttons) {
     }
     for (auto* unused : spare) {
         unused->hide();
-        unused->deleteLater();  // this may run inside its click handler
+        unused->deleteLater();  // not deleted now, because this code may run in the button's click handler
     }
     const bool hasChanged = buttons_ != before;
     if (hasChanged) arrange();
@@ -110,7 +110,7 @@ void ButtonRow::arrange() {
     if (fits) layout_->addStretch(1);
     for (auto* button : buttons_) {
         if (isCancelOnly(button)) layout_->addWidget(button);
-        button->raise();  // screen readers read the order of the content
+        button->raise();  // so that screen readers read the buttons in the order of the content
         button->show();
     }
 }

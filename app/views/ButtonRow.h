@@ -14,7 +14,8 @@ namespace tarnik {
 using OnButton = std::function<void(const UserIntent&)>;
 
 // A button that reports its intent. It ignores input for one double-click interval after it appears, because
-// a click or key may have been meant for its predecessor. An enabled cancel button always reacts.
+// the user may have aimed the click or key at the previous button. A button with only the cancel key doesn't
+// wait.
 class IntentButton : public QPushButton {
 public:
     IntentButton(OnButton onButton, QWidget* parent);
@@ -35,18 +36,19 @@ private:
     WindowContent::Key key_ = WindowContent::Key::none;
 };
 
-// A row of buttons. Cancel is always the rightmost button, even when it is the only one, so no other button
-// appears under a pointer that just clicked it. A button remains the same widget while its intent is offered.
+// A row of buttons. Cancel is always the rightmost button, even when it is the only one. So no other button
+// appears under a pointer that has just clicked Cancel. A button keeps its widget while the content has its
+// intent.
 class ButtonRow : public QWidget {
 public:
-    // Buttons that need more than `width` are stacked.
+    // If the buttons need more than `width`, they are stacked with Cancel at the bottom.
     ButtonRow(int width, OnButton onButton, QWidget* parent);
 
     // Returns true if the set or the order of the widgets changed.
     bool setButtons(const std::vector<WindowContent::Button>& buttons);
 
     const std::vector<IntentButton*>& buttons() const { return buttons_; }
-    IntentButton* buttonFor(WindowContent::Key key) const;  // may be null
+    IntentButton* buttonFor(WindowContent::Key key) const;  // returns nullptr if no button has the key
 
 private:
     IntentButton* takeOrMake(const UserIntent& intent, std::vector<IntentButton*>& from);

@@ -41,7 +41,7 @@ double luminance(const QColor& colour) {
     return 0.2126 * linear(colour.red()) + 0.7152 * linear(colour.green()) + 0.0722 * linear(colour.blue());
 }
 
-// Mixes `wanted` with the text colour until it is readable on the window.
+// Mixes `wanted` with the text colour until the mixture is readable on the window.
 QRgb readableOnWindow(const Tones& tones, const QColor& wanted) {
     constexpr int steps = 20;
     for (int step = steps; step > 0; --step) {
@@ -59,7 +59,7 @@ Tones tonesFor(Appearance appearance, const PaletteOptions& options) {
     const auto accent =
         QColor::fromRgbF(part(options.accent->red), part(options.accent->green), part(options.accent->blue));
     tones.fill = accent.rgb();
-    // Either white or black is always readable.
+    // White or black is readable on every colour.
     tones.onFill = contrastBetween(accent, Qt::white) >= readableContrast ? 0xffffffff : 0xff000000;
     tones.link = readableOnWindow(tones, accent);
     return tones;

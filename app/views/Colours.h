@@ -7,16 +7,16 @@
 
 namespace tarnik {
 
-// Which of the two palettes is used.
+// The two palettes.
 enum class Appearance { light, dark };
 
-// Returns the application's own palette, for desktops that leave colours to the program. Text has a contrast
-// of at least 4.5 on its background, whatever the accent is.
+// Returns the application's own palette, for desktops that leave colours to the program. Enabled text has a
+// contrast of at least 4.5 on its background with every accent.
 QPalette paletteFor(Appearance appearance, const PaletteOptions& options = {});
 
 // These also work for palettes of the system.
 Appearance appearanceOf(const QPalette& palette);
-Contrast contrastOf(const QPalette& palette);  // `higher` if secondary text has the colour of text
+Contrast contrastOf(const QPalette& palette);  // `higher` if secondary text has the colour of normal text
 
 // Colours that have no role in QPalette.
 QColor accentColour(const QPalette& palette);     // readable on the window

@@ -17,7 +17,7 @@ constexpr int blockGap = 12;
 constexpr int paragraphGap = 8;
 constexpr int fieldHeight = 36;
 constexpr int fieldPadding = 5;        // beside the typed text
-constexpr int maxLinkLength = 65'536;  // longer links are not read anyway
+constexpr int maxLinkLength = 65'536;  // no accepted link is longer
 
 QVBoxLayout* makeLayout(int spacing, QWidget* parent = nullptr) {
     auto* layout = new QVBoxLayout(parent);
@@ -34,7 +34,8 @@ bool isLinkUsed(const WindowContent& content) {
 
 }  // namespace
 
-// Screen readers read the children in the order of their creation, which is the order on the screen.
+// Creates the children in their order on the screen, because screen readers read them in the order of
+// creation.
 ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
     : QWidget(parent),
       header_(new PageHeader(this)),
@@ -93,7 +94,7 @@ void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {
 }
 
 void ConnectSection::setTerminal(const WindowContent& content) {
-    // The box is made on first use, because most runs need neither it nor its font.
+    // Makes the box on first use, because most runs need neither the box nor its font.
     if (!terminal_ && content.terminal) {
         terminal_ = new TerminalBox(this);
         terminal_->stackUnder(field_);

@@ -14,14 +14,14 @@ class PageHeader;
 class TerminalBox;
 class TextLabel;
 
-// The upper half of the window. From top to bottom: header with the progress bar, amount of a download,
-// paragraphs, terminal, link field, message, buttons. The order is the same on every page. A widget keeps its
-// typed text, selection and scroll position while it is shown.
+// The part of the window between the title line and the privacy switches. From top to bottom: header with the
+// progress bar, amount of a download, paragraphs, terminal, link field, message, buttons. The order is the
+// same on every page. Each widget keeps its typed text, selection and scroll position while it is shown.
 class ConnectSection : public QWidget {
 public:
     ConnectSection(int width, OnButton onButton, QWidget* parent);
 
-    // Returns true if the controls differ from the previous ones.
+    // Returns true if the new controls differ from the previous controls.
     bool setContent(const WindowContent& content);
 
     bool takesExtraHeight() const;
@@ -39,7 +39,7 @@ private:
     TextLabel* amount_;  // of a download
     QWidget* paragraphs_;
     std::vector<TextLabel*> paragraphLabels_;
-    TerminalBox* terminal_ = nullptr;  // made when it is first needed
+    TerminalBox* terminal_ = nullptr;  // null before the first use
     QLineEdit* field_;
     TextLabel* message_;
     ButtonRow* buttons_;

@@ -12,7 +12,7 @@
 namespace tarnik {
 namespace {
 
-// Upper bound for the start of the tray in a new session, and for its restart.
+// The time limit for the tray's start in a new session and for its restart.
 constexpr Seconds maxTrayWait(20);
 
 }  // namespace
@@ -53,7 +53,7 @@ void DesktopFace::setTrayHost(TrayHost host) {
 void DesktopFace::updateStatusItem() {
     if (!menu_ || !host_) return;
     if (*host_ == TrayHost::absent) {
-        // The delay allows for a restart, because a tray that ends is usually restarted.
+        // Waits if the tray may still start in a new session, or was present and is probably restarted.
         if (!trayTimeout_) openWindowWithoutTray(statusItem_ || deps_.atLogin ? maxTrayWait : Seconds(0));
         return;
     }
@@ -91,7 +91,7 @@ void DesktopFace::showWindow() {
     window().present();
 }
 
-// A start at login ends without an alert, because the user did not request it.
+// A start at login ends without an alert, because the user did not request that start.
 void DesktopFace::refuse(const std::string& why, std::function<void()> seen) const {
     printError(why);
     if (deps_.atLogin) return seen();
@@ -113,8 +113,8 @@ void DesktopFace::perform(MenuContent::Action action) {
     }
 }
 
-// Without a status item the user could not reopen the window, so closing it quits. The window stays visible
-// and shows the progress of the shutdown.
+// Without a status item the user could not reopen the window, so closing the window quits. The window stays
+// visible and shows the progress of the shutdown.
 void DesktopFace::windowClosed() {
     if (closingQuits()) return delegate_->quit();
     delegate_->windowClosed();

@@ -15,8 +15,8 @@
 
 namespace tarnik {
 
-// The graphical face: one window and a status item. Without a tray, the window is shown at the start and
-// closing it quits.
+// The graphical face: one window and a status item. Without a tray, the start shows the window, and closing
+// the window quits.
 //
 // Owned by the desktop program, one per run. Main thread only.
 class DesktopFace {
@@ -35,15 +35,15 @@ public:
     DesktopFace(const DesktopFace&) = delete;
     DesktopFace& operator=(const DesktopFace&) = delete;
 
-    // Returns the operations that show this face. They reference `this`.
+    // Returns the operations that show this face. They must not outlive this object.
     Presentation presentation();
 
-    // Sets the receiver of the user's choices. Call it before anything is shown. `delegate` must outlive the
-    // shown windows.
+    // Sets the receiver of the user's choices. Call it before the window or the status item is shown.
+    // `delegate` must outlive both.
     void attach(AppDelegate& delegate) { delegate_ = &delegate; }
 
-    // Reports the tray's state, initially and after each change. The status item is not shown before the
-    // first call.
+    // Sets the state of the tray. Call it at the start and after each change. The status item is not shown
+    // before the first call.
     void setTrayHost(TrayHost host);
 
     bool windowInUse() const;
@@ -67,7 +67,7 @@ private:
     std::optional<TrayHost> host_;     // set by setTrayHost
     std::unique_ptr<StatusItem> statusItem_;
     std::unique_ptr<MainWindow> window_;
-    std::optional<RepeatingTimer> trayTimeout_;  // runs while the tray is absent
+    std::optional<RepeatingTimer> trayTimeout_;  // opens the window unless a tray appears earlier
     const ChangeFeed feed_;
 };
 

@@ -87,7 +87,7 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
       scroll_(new QScrollArea(this)) {
     setAccessibleName(qtText(WindowTexts::product));
 
-    // The page scrolls, because small screens, large fonts and long texts can make it taller than the window.
+    // The page scrolls, because a small screen, large fonts or long texts can make it taller than the window.
     scroll_->setFrameShape(QFrame::NoFrame);
     scroll_->setWidgetResizable(true);
     scroll_->setFocusPolicy(Qt::NoFocus);
@@ -111,13 +111,13 @@ QWidget* MainView::makePage() {
     const auto onButton = [this](const UserIntent& intent) { report(intent); };
     auto* column = new QWidget(page);
     column->setFixedWidth(columnWidth);
-    // Screen readers read the children in the order of their creation, which is the order on the screen.
+    // Creates the children in their order on the screen, because screen readers read them in this order.
     auto* title = makeTitleLine(column);
     connect_ = new ConnectSection(columnWidth, onButton, column);
     auto* divider = new Divider(column);
     switches_ = new SwitchesSection(onButton, column);
 
-    // The right margin is left to the scroll bar, so it never narrows the column.
+    // The right margin is reserved for the scroll bar, so the bar never narrows the column.
     auto* layout = new QHBoxLayout(page);
     layout->setContentsMargins(sideMargin, endMargin, 0, endMargin);
     layout->setSpacing(0);
@@ -143,7 +143,7 @@ void MainView::setContent(const WindowContent& content) {
     const std::string news = content.newsSince(content_);
     const bool isNewPage = content.section != content_.section;
     QWidget* focused = window()->focusWidget();
-    // The user may have scrolled away from the focus, and the content can change ten times a second.
+    // Doesn't scroll back if the user has scrolled away from the focus, because the content can change often.
     const bool followsFocus = isNewPage || isInView(focused);
     content_ = content;
     draw();
@@ -171,8 +171,8 @@ void MainView::updateTabOrder() {
     for (std::size_t i = 1; i < controls.size(); ++i) setTabOrder(controls[i - 1], controls[i]);
 }
 
-// Keeps the focus on `before` while that widget can have it. Otherwise moves the focus to the field or to the
-// default button. Without either, no control has the focus, so that no key has an unintended effect.
+// Keeps the focus on `before` if that widget can have it. Otherwise moves the focus to the field or to the
+// default button. If neither is available, no control has the focus, so no key has an unintended effect.
 void MainView::updateFocus(QWidget* before) {
     const bool keeps = before && before != this && !before->isHidden() && before->isEnabled();
     QWidget* const field = connect_->linkField();
@@ -221,7 +221,7 @@ void MainView::resizeEvent(QResizeEvent* event) {
 void MainView::keyPressEvent(QKeyEvent* event) {
     if (const auto action = scrollActionFor(event->key()))
         return scroll_->verticalScrollBar()->triggerAction(*action);
-    // A held key has no effect, because it may have been meant for an earlier page.
+    // A held Return or Escape has no effect, because the user may have pressed it on an earlier page.
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->isAutoRepeat() || (!isReturn && event->key() != Qt::Key_Escape))
         return QWidget::keyPressEvent(event);
@@ -239,7 +239,7 @@ void MainView::handleReturn() {
     if (button && button->acceptsInput()) report(button->intent());
 }
 
-// The handler may set other content, which destroys the original intent.
+// Copies the intent, because the handler may set other content and so destroy the original.
 void MainView::report(const UserIntent& intent) {
     onIntent_(UserIntent(intent), connect_->linkField()->text().toStdString());
 }

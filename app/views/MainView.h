@@ -15,8 +15,8 @@ class Announcer;
 class ConnectSection;
 class SwitchesSection;
 
-// The contents of the window. Draws a WindowContent and reports what the user clicks or types. Parts that
-// don't change keep their widgets with focus, selection and scroll position. Main thread.
+// The contents of the window. Draws a WindowContent and reports the intents of clicks and keys. Parts that
+// don't change keep their widgets with focus, selection and scroll position. Main thread only.
 class MainView : public QWidget {
 public:
     // `pasted` is the current text of the link field.
@@ -30,7 +30,7 @@ public:
     void fillLinkField(const std::string& link);
 
 protected:
-    // Handles Return and Escape for the whole window, and scroll keys if no control has the focus.
+    // Handles Return and Escape for the whole window, and the scroll keys that the focused control ignores.
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -47,7 +47,7 @@ private:
 
     const OnIntent onIntent_;
     WindowContent content_;
-    ConnectSection* connect_ = nullptr;  // a child, like those below
+    ConnectSection* connect_ = nullptr;  // a child; the widgets below are also children
     SwitchesSection* switches_ = nullptr;
     Announcer* announcer_ = nullptr;
     QScrollArea* const scroll_;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr QSize fullSize(460, 560);
 
-// Height to leave for a title bar whose real height is unknown until the window is mapped.
+// The assumed size of the frame. The real height of the title bar is unknown until the window is mapped.
 constexpr QSize assumedFrame(0, 40);
 
 // Returns the top left corner nearest to `position` that keeps all of `size` inside `area`.
@@ -41,7 +41,7 @@ MainWindow::MainWindow(WindowContent content, MainView::OnIntent onIntent)
 }
 
 // Called after show(), so that the window system maps the window meanwhile. The view is not in a layout,
-// because that would reset the geometry and undo the position that the window system chose.
+// because a layout would reset the geometry and undo the position that the window system chose.
 void MainWindow::makeView() {
     view_ = new MainView(content_, onIntent_);
     view_->fillLinkField(link_);
@@ -61,13 +61,13 @@ void MainWindow::fillLinkField(const std::string& link) {
 }
 
 void MainWindow::present() {
-    // Sets the position, because window managers choose a new one for a window that was hidden.
+    // Sets the position, because window managers choose a new position for a window that was hidden.
     if (!isVisible()) move(positionToShow());
     if (isMinimized()) showNormal();
     show();
     if (!view_) makeView();
     if (!areaChanges_) {
-        // Queued, because the move to the other screen is not complete and would undo a new size.
+        // Queued, because the move to the new screen is not complete yet and would undo a new size.
         connect(windowHandle(), &QWindow::screenChanged, this, &MainWindow::screenChanged,
                 Qt::QueuedConnection);
         screenChanged();
@@ -76,8 +76,8 @@ void MainWindow::present() {
     activateWindow();
 }
 
-// Returns the previous position, unless its screen was disconnected; otherwise a position that centres the
-// window.
+// Returns the previous position if its screen is still connected. Otherwise returns a position that centres
+// the window.
 QPoint MainWindow::positionToShow() const {
     if (position_ && QGuiApplication::screenAt(*position_ + rect().center())) return *position_;
     const QRect area = screen()->availableGeometry();
@@ -111,7 +111,7 @@ void MainWindow::setOnClose(OnClose onClose) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    const auto onClose = onClose_;  // a handler may replace it
+    const auto onClose = onClose_;  // a handler may replace onClose_
     if (onClose.closed) onClose.closed();
     event->setAccepted(!(onClose.stays && onClose.stays()));
 }
@@ -125,8 +125,8 @@ void MainWindow::setMenuKeys(const MenuContent& menu,
     }
 }
 
-// May be called after the window was hidden. A window manager moves the window when it adds the frame, so the
-// frame's size is known from here on.
+// Qt may call this after the window was hidden. A window manager moves the window when it adds the frame, so
+// the frame's size is known after the first call.
 void MainWindow::moveEvent(QMoveEvent*) {
     if (!isMinimized()) position_ = pos();
     fitScreen();

@@ -9,8 +9,8 @@
 
 namespace tarnik {
 
-// The only window. Its size is 460 by 560, or the available area of the screen if that is smaller; the
-// contents scroll then. Closing hides it, and it keeps its position. Main thread.
+// The only window. Its size is 460 by 560. On a smaller screen the window has the available size and its
+// contents scroll. Closing hides the window. It then keeps its position. Main thread only.
 class MainWindow : public QWidget {
 public:
     MainWindow(WindowContent content, MainView::OnIntent onIntent);
@@ -20,11 +20,11 @@ public:
     // The text appears once a page has a link field.
     void fillLinkField(const std::string& link);
 
-    // Shows the window in front with the focus: centred the first time, later at its previous position. A
-    // visible window is not moved.
+    // Shows the window in front with the focus. The first call centres the window. Later calls use its
+    // previous position. A visible window is not moved.
     void present();
 
-    // Reactions to the user closing the window.
+    // Called in this order when the user closes the window.
     struct OnClose {
         std::function<void()> closed;
         std::function<bool()> stays;  // keeps the window visible if it returns true
@@ -53,7 +53,7 @@ private:
     MainView::OnIntent onIntent_;
     MainView* view_ = nullptr;  // a child, made when the window is first shown
     OnClose onClose_;
-    std::optional<QPoint> position_;       // set once the window was shown
+    std::optional<QPoint> position_;       // std::nullopt before the window is shown
     QMetaObject::Connection areaChanges_;  // of the current screen
 };
 

@@ -10,8 +10,8 @@ class ProgressBar;
 class SymbolView;
 class TextLabel;
 
-// The top of a page: symbol, heading and progress bar. The space of the bar is reserved, so that the body
-// doesn't move when the bar appears or disappears.
+// The top of a page: symbol, heading and progress bar. The space of the bar is reserved. So the body doesn't
+// move when the bar appears or disappears.
 class PageHeader : public QWidget {
 public:
     static constexpr int gapBelow = 12;  // the space between heading and body; contains the bar

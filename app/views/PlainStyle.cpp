@@ -32,8 +32,8 @@ void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QP
     painter.restore();
 }
 
-// Strengths of outlines. Controls with text have a quiet one. Controls that only their outline makes visible
-// have a clear one.
+// The strengths of outlines. A control with text has a quiet outline. A control that is visible only by its
+// outline has a clear outline.
 constexpr double quietOutline = 0.26;
 constexpr double clearOutline = 0.47;
 constexpr double disabledOutline = 0.15;

@@ -7,8 +7,8 @@
 
 namespace tarnik {
 
-// A thin progress bar. While the total is unknown, a segment moves along it, unless the user disabled
-// animations. It keeps its place in a layout while it is hidden.
+// A thin progress bar. While the total is unknown, a segment moves along the bar, unless the user has
+// disabled animations. A hidden bar keeps its place in a layout.
 class ProgressBar : public QProgressBar {
 public:
     // The bar is painted in the middle of `height`.
@@ -27,7 +27,7 @@ private:
     void updateTimer();
 
     QBasicTimer timer_;  // runs only while the segment moves
-    int phase_ = 350;    // in thousandths of a period; the initial one doesn't look like a progress value
+    int phase_ = 350;    // in thousandths of a period; the first phase doesn't look like a progress value
 };
 
 }  // namespace tarnik

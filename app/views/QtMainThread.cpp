@@ -13,7 +13,7 @@ namespace {
 RepeatingTimer repeat(Seconds interval, MainThread::Task task) {
     auto* timer = new QTimer;
     timer->setInterval(std::chrono::ceil<std::chrono::milliseconds>(interval));
-    // The task may destroy the timer while it runs, so the call shares its ownership.
+    // The task may destroy the timer while the task runs, so the call shares the ownership of the task.
     const auto shared = std::make_shared<MainThread::Task>(std::move(task));
     QObject::connect(timer, &QTimer::timeout, timer, [shared] { (*std::shared_ptr(shared))(); });
     timer->start();
@@ -25,7 +25,7 @@ RepeatingTimer repeat(Seconds interval, MainThread::Task task) {
 
 }  // namespace
 
-// The target of posts. It may outlive the loop, because other threads share it.
+// The receiver of posted tasks. It may outlive its QtMainThread, because other threads share it.
 struct QtMainThread::Mailbox {
     Mutex mutex;
     std::unique_ptr<QObject> receiver TARNIK_GUARDED_BY(mutex) = std::make_unique<QObject>();

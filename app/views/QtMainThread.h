@@ -6,9 +6,8 @@
 
 namespace tarnik {
 
-// The main thread with Qt's event loop. Make it on that thread; the application object need not exist yet.
-// Tasks that are posted before the loop runs are queued. Tasks that have not run when this is destroyed are
-// dropped.
+// The main thread with Qt's event loop. Create it on that thread, even before the application object exists.
+// Tasks that are posted before the loop runs are queued. The destructor drops the tasks that have not run.
 class QtMainThread {
 public:
     QtMainThread();
@@ -16,7 +15,7 @@ public:
     QtMainThread(const QtMainThread&) = delete;
     QtMainThread& operator=(const QtMainThread&) = delete;
 
-    // Returns the operations. post() does nothing after this is destroyed.
+    // Returns the operations. post() does nothing after this object is destroyed.
     MainThread operations() const;
 
 private:

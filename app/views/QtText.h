@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// Converts our UTF-8 text to a QString.
+// Converts UTF-8 text to a QString.
 inline QString qtText(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }

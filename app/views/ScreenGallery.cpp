@@ -24,7 +24,7 @@ int fail(int status, const QString& text) {
 
 enum class Visibility { onScreen, hidden };
 
-// Makes the window in that state, or the alert in front of it. Its buttons do nothing.
+// Makes the window in the state, or only the alert if the state has one. The window's buttons do nothing.
 std::unique_ptr<QWidget> makeScreen(const SampleScreen& screen, const Url& webOrigin, Visibility visibility) {
     if (screen.alert) {
         auto alert = makeAlert(screen.alert->title, screen.alert->body);

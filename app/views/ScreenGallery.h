@@ -10,17 +10,17 @@
 
 namespace tarnik {
 
-// Renders the sample states of the window for a reviewer. Main thread, after the application object exists.
-// Each operation returns the program's exit status.
+// Renders the sample states of the window for a reviewer. Call on the main thread when the application object
+// exists. Each operation returns the program's exit status.
 struct ScreenGallery {
     Url webOrigin;  // shown in the link field
     std::vector<SampleScreen> screens = sampleScreens();
 
-    // Shows the window in one state until it is closed. Its buttons do nothing.
+    // Shows the window in one state until the user closes it. The window's buttons do nothing.
     int showScreen(std::string_view name, Appearance appearance) const;
 
-    // Writes four pictures per state into `folder`: NAME-light.png, NAME-dark.png, and both at twice the
-    // size, NAME-light@2x.png. Creates the folder. Needs no display.
+    // Writes four pictures per state into `folder`: NAME-light.png, NAME-dark.png, and both at twice the size
+    // as NAME-light@2x.png and NAME-dark@2x.png. Creates the folder. Needs no display.
     int writeScreens(const std::string& folder) const;
 };
 

@@ -24,7 +24,7 @@ std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const StatusItem::On
             continue;
         }
         QAction* action = menu->addAction(qtText(entry.title));
-        action->setMenuRole(QAction::NoRole);  // keeps macOS from moving or renaming it
+        action->setMenuRole(QAction::NoRole);  // keeps macOS from moving or renaming the entry
         action->setShortcut(menuKey(entry));
         QObject::connect(action, &QAction::triggered, menu.get(),
                          [onAction, chosen = *entry.action] { onAction(chosen); });

@@ -16,8 +16,8 @@ class StatusItem {
 public:
     using OnAction = std::function<void(MenuContent::Action)>;
 
-    // `onAction` receives the chosen menu action. A click on the item opens the window, unless the system
-    // opens the menu then. A null icon shows the short title instead.
+    // `onAction` receives the chosen menu action. A click on the item opens the window, except on a system
+    // where a click opens the menu. If `icon` is null, the item shows the short title.
     StatusItem(const QIcon& icon, const MenuContent& menu, const OnAction& onAction);
     ~StatusItem();
     StatusItem(const StatusItem&) = delete;

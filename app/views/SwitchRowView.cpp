@@ -21,7 +21,7 @@ SwitchRowView::SwitchRowView(OnButton onButton, QWidget* parent)
       description_(new TextLabel(TextLabel::Role::quiet, this)),
       button_(new IntentButton(std::move(onButton), this)),
       hint_(new TextLabel(TextLabel::Role::quiet, this)) {
-    symbol_->lower();  // screen readers read it first, as on the screen
+    symbol_->lower();  // so that screen readers read the symbol first
     hint_->setContentsMargins(0, hintGap, 0, 0);
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);

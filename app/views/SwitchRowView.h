@@ -16,7 +16,7 @@ public:
 
     void setRow(const WindowContent::SwitchRow& row);
 
-    IntentButton* button() const { return button_; }  // hidden while the switch is on
+    IntentButton* button() const { return button_; }  // hidden if the row has no button
 
 private:
     // Children.

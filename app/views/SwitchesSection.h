@@ -10,19 +10,19 @@ namespace tarnik {
 class SwitchRowView;
 class TextLabel;
 
-// The lower half of the window: an explanation of the switches, and a row for each.
+// The lower part of the window: an explanation of the switches and a row for each switch.
 class SwitchesSection : public QWidget {
 public:
     SwitchesSection(OnButton onButton, QWidget* parent);
 
-    // Returns true if the controls differ from the previous ones.
+    // Returns true if the new controls differ from the previous controls.
     bool setContent(const WindowContent::Switches& content);
 
     std::vector<QWidget*> controls() const;  // in tab order
 
 private:
     const OnButton onButton_;
-    TextLabel* heading_;  // a child, like those below
+    TextLabel* heading_;  // a child; the widgets below are also children
     TextLabel* text_;
     QWidget* list_;
     std::vector<SwitchRowView*> rows_;

@@ -17,7 +17,7 @@
 namespace tarnik {
 namespace {
 
-// Paints into a square of `side` units.
+// A drawing in a square of `side` units.
 struct Drawing {
     double side;
     std::function<void(QPainter&)> paint;
@@ -48,7 +48,7 @@ public:
 
     QIconEngine* clone() const override { return new DrawingEngine(*this); }
 
-    // The sizes that trays and window managers can choose.
+    // Returns the sizes that trays and window managers can choose.
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
         QList<QSize> sizes;
         for (const int side : {16, 18, 22, 24, 32, 48, 64}) sizes.append(QSize(side, side));
@@ -123,7 +123,7 @@ void paintLayer(QPainter& painter, const Layer& layer) {
         painter.fillPath(path, colour);
 }
 
-// The outline of packaging/icons/mark.svg, in a square of 18 units.
+// The side of the square around the outline in packaging/icons/mark.svg.
 constexpr double markSide = 18;
 
 QPainterPath mark() {

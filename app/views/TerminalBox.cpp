@@ -13,8 +13,8 @@ constexpr int minLines = 4;
 constexpr int preferredLines = 6;
 constexpr int padding = 8;
 
-// Returns the number of characters that were dropped from the front of `before` to make `after`, or 0 if
-// `after` is unrelated.
+// Returns the length of the front of `before` that `after` lacks. Returns 0 if the front is unchanged or the
+// texts are unrelated.
 qsizetype droppedFront(const QString& before, const QString& after) {
     constexpr qsizetype prefix = 80;  // long enough to be unique
     if (after.size() < prefix) return 0;
@@ -71,8 +71,8 @@ void TerminalBox::reset() {
     followsEnd_ = true;
 }
 
-// Edits the end of the document, because replacing all of it would lose the selection and the scroll
-// position.
+// Edits only the end of the document, because replacing the whole document would lose the selection and the
+// scroll position.
 void TerminalBox::replaceFrom(qsizetype position, const QString& text) {
     QTextCursor cursor(document());
     cursor.setPosition(static_cast<int>(position));

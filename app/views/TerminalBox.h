@@ -6,14 +6,14 @@
 
 namespace tarnik {
 
-// Shows the terminal output of a program. The user can select and copy it. Scrolls to the end unless the user
-// scrolled up. A selection survives changes elsewhere in the text.
+// Shows the terminal output of a program. The user can select and copy text. Scrolls to the end unless the
+// user has scrolled up. A selection survives changes elsewhere in the text.
 class TerminalBox : public QPlainTextEdit {
 public:
     explicit TerminalBox(QWidget* parent = nullptr);
 
     void setTerminal(const WindowContent::Terminal& terminal);
-    void reset();  // call it between two programs
+    void reset();  // clears the text; call it between two programs
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

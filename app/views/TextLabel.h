@@ -6,8 +6,8 @@
 
 namespace tarnik {
 
-// A plain-text label that wraps at its width, inside long words if needed. Ignores all contents margins but
-// the upper one.
+// A plain-text label. It wraps lines at its width and breaks long words if needed. It ignores all contents
+// margins except the top margin.
 class TextLabel : public QLabel {
 public:
     enum class Role { brand, heading, strong, body, quiet };
@@ -26,7 +26,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    // A cached size. Layouts ask for the same few sizes many times.
+    // A cached size. Layouts request the same few sizes many times.
     struct Measurement {
         QString text;
         QFont font;
