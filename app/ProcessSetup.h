@@ -4,8 +4,7 @@ namespace tarnik {
 
 // Prepares the process for child processes. Call it first in main(), before any thread starts.
 //
-// - Opens /dev/null at each of the descriptors 0, 1 and 2 that is closed. So no other file gets these
-// numbers.
+// - Opens /dev/null at each closed descriptor of 0, 1 and 2, so that no other file gets these numbers.
 // - Ignores SIGPIPE. So a write to a dead child fails and doesn't end the program. Children get the default
 //   action.
 // - Resets SIGCHLD, because the exit statuses of children are lost if it is ignored.

@@ -44,8 +44,7 @@ struct BuildSettings {
     static BuildSettings defaults() { return of(BundleInfo::parse({})); }
 };
 
-// The values in Info.plist that turn on the update framework. The framework itself reads them from
-// Info.plist.
+// The values in Info.plist that turn on the update framework. The framework reads the same values itself.
 struct UpdateSettings {
     std::optional<std::string> feedURL;    // where new versions are announced
     std::optional<std::string> publicKey;  // verifies the signatures of new versions

@@ -10,8 +10,7 @@
 
 namespace tarnik {
 
-// Extracts the new lines from the snapshots of a session. Each snapshot contains the end of the session's
-// output.
+// Extracts the new lines from the snapshots of a session. Each snapshot contains the end of the output.
 class PairingTranscript {
 public:
     static constexpr std::size_t maxLines = 200;      // per update; earlier lines are dropped

@@ -12,8 +12,7 @@ namespace tarnik {
 // Reports changes of the model to a view. Merges the changes that precede a report. Main thread only.
 class ChangeFeed {
 public:
-    // A change posts a task that calls `onChange` with the state at that time. The owner keeps the model
-    // alive.
+    // A change posts a task that calls `onChange` with the state at that time. The owner keeps `model` alive.
     ChangeFeed(const std::shared_ptr<AppModel>& model, MainThread mainThread,
                std::function<void(const AppState&)> onChange);
     ~ChangeFeed() = default;

@@ -16,8 +16,7 @@ struct SampleScreen {
     std::optional<Relocation::Message> alert = std::nullopt;  // shown in front of the window
 };
 
-// Returns one screen for each state that the window distinguishes, in the order in which a new user meets
-// them.
+// Returns one screen for each state that the window distinguishes, in the order of a typical use.
 std::vector<SampleScreen> sampleScreens();
 
 }  // namespace tarnik

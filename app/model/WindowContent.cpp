@@ -56,8 +56,7 @@ WindowContent stoppingPage() {
 WindowContent offerPage(const JoinCode& offer) {
     auto content = page(Section::replaceOffer, WindowTexts::offerHeading);
     content.paragraphs.emplace_back(WindowTexts::offerText);
-    // The page has no default button. Anybody can send a link, and a stray Return must not replace the
-    // account.
+    // No button is the default. Anybody can send a link, and a stray Return must not replace the account.
     content.buttons = {button(WindowTexts::offerConnect, Intent::connectOffer, Key::none),
                        button(WindowTexts::offerKeep, Intent::keepCurrent, Key::cancelKey)};
     content.buttons.front().intent.offer = offer;

@@ -17,7 +17,8 @@ struct AppPlatform {
     UserDefaults defaults;
     SwitchOperations switches;
     SystemLog log;
-    std::function<bool()> windowInUse;  // the application is active and has a key window; main thread
+    // Returns true if the application is active and one of its windows has the focus. Main thread only.
+    std::function<bool()> windowInUse;
 
     // Runs `task` on a detached thread. Returns false if the system can't create a thread.
     std::function<bool(const std::string& label, BackgroundTasks::Task task)> detach;

@@ -4,10 +4,10 @@
 
 namespace tarnik {
 
-// The colours that the user prefers.
+// The brightness of the colours that the user prefers.
 enum class ColourScheme { light, dark, unknown };
 
-// How strongly texts and lines differ from their background.
+// The contrast of texts and lines to their background.
 enum class Contrast { usual, higher };
 
 // An sRGB colour. Each component is from 0 to 1.

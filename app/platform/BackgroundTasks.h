@@ -7,10 +7,10 @@
 
 namespace tarnik {
 
-// Runs slow tasks, such as transfers, each on its own detached thread. A task owns all that it uses and posts
-// its result to the main thread.
+// Runs each slow task, such as a download, on a detached thread. A task owns all that it uses and posts its
+// result to the main thread.
 //
-// Made by Application. Copies share one count of running tasks.
+// Created by Application. Copies share one count of running tasks.
 class BackgroundTasks {
 public:
     using Task = std::function<void()>;
@@ -18,8 +18,8 @@ public:
     // Returns false if the system can't create a thread. Call from any thread.
     bool start(const std::string& label, Task task) const;
 
-    // Returns true if no task runs. Otherwise the program must exit without destroying static objects, which
-    // a task may still use.
+    // Returns true if no task runs. Otherwise the program must exit without destroying static objects,
+    // because a task may still use them.
     bool isIdle() const { return *running_ == 0; }
 
 private:

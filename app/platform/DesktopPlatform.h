@@ -25,22 +25,22 @@ struct DesktopRun {
     SystemFolders folders;
     Environment environment;
     std::string userFolder;
-    std::string executable;             // the path of this program
-    std::optional<std::string> bundle;  // the bundle that contains this program
+    std::string executable;             // the path of the program that users start
+    std::optional<std::string> bundle;  // the bundle of this program; std::nullopt outside a bundle
     MainThread mainThread;
 };
 
-// Whether a tray (a host of status items) is running.
+// States whether a tray (a host of status items) is running.
 enum class TrayHost { present, absent };
 
-// Everything that one desktop system provides to the shell. The build compiles one of the folders in
-// app/platform/, which defines the static functions. Each operation owns what it uses.
+// The operations that one desktop system provides to the application. The build compiles one of the folders
+// in app/platform/. That folder defines the static functions. Each operation owns the objects that it uses.
 struct DesktopPlatform {
-    std::string installPath;  // the bundle's path once it is installed
+    std::string installPath;  // the path of an installed bundle
     UserDefaults defaults;
     SwitchOperations switches;
 
-    // Registers a handler that runs on the main thread when a switch may have changed. Absent if the system
+    // Registers a handler. It runs on the main thread when a switch may have changed. Absent if the system
     // does not report changes.
     std::function<void(std::function<void()>)> onSwitchesChanged;
 
@@ -51,36 +51,37 @@ struct DesktopPlatform {
     SystemEvents events;
     SingleInstance singleInstance;
 
-    // Whether a start at login passes --at-login. Otherwise it can't be distinguished from a start by the
-    // user.
+    // True if a start at login passes --at-login. If false, a start at login can't be distinguished from a
+    // start by the user.
     bool marksLoginStarts = false;
 
-    // The status item's image file, a mask that the system colours. Absent if the mark is drawn instead.
+    // The status item's image file. The system chooses the colour of the image. If absent, the mark is drawn.
     std::optional<std::string> statusImage;
 
-    // Sets the accessible name of the shown status item. Absent if the toolkit sets it.
+    // Sets the accessible name of the status item. Call it after the item is shown. Absent if the toolkit
+    // sets the name.
     std::function<void(std::string_view name)> nameStatusItem;
 
-    // Activates the application, so that a window shown next gets the focus. Absent if the toolkit activates
-    // it itself.
+    // Activates the application, so that the next window gets the focus. Absent if the toolkit activates the
+    // application itself.
     std::function<void()> activate;
 
-    // Registers a handler for the appearance settings. It runs on the main thread, once the settings are
+    // Registers a handler for the appearance settings. It runs on the main thread when the settings are first
     // known and after each change. Absent if the toolkit follows the settings itself.
     std::function<void(std::function<void(const AppearanceSettings&)>)> onAppearanceChanged;
 
     // Registers a handler for the tray. It runs on the main thread, first with the initial state and then
-    // after each change. Absent if there is always a tray. Do not query the toolkit for a tray before the
-    // handler has run, because Qt caches the first result.
+    // after each change. Absent if the system always has a tray. Do not query the toolkit for a tray before
+    // the handler has run, because Qt caches the first result.
     std::function<void(std::function<void(TrayHost)>)> onTrayHost;
 
     // Call it before the toolkit's application object exists, while no other thread reads the environment.
     static void prepare();
 
-    // Returns a message for the user if no window can be shown here, otherwise std::nullopt.
+    // Returns a message for the user if no window can be shown in this environment, otherwise std::nullopt.
     static std::optional<std::string> whyNoWindow(const Environment& environment);
 
-    // Call it after the toolkit's application object exists and before the event loop runs.
+    // Call it when the toolkit's application object exists and before the event loop runs.
     static DesktopPlatform make(const DesktopRun& run);
 };
 

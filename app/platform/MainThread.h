@@ -10,7 +10,7 @@ namespace tarnik {
 // Repeats a task on the main thread until this object is destroyed. Main thread only.
 class RepeatingTimer {
 public:
-    // `end` stops the repetition. The task does not run after it.
+    // `end` stops the repetition. The task does not run after `end` was called.
     explicit RepeatingTimer(std::function<void()> end) : end_(std::move(end)) {}
 
     ~RepeatingTimer() {
@@ -28,16 +28,16 @@ private:
     std::function<void()> end_;
 };
 
-// The main thread's event loop. The state of the shell is used only on this thread. No thread blocks on it.
+// The main thread's event loop. The application's state is used only on this thread. No thread waits for it.
 struct MainThread {
     using Task = std::function<void()>;
 
-    // Queues `task`; never runs it at once. Tasks run in the order of their posts. Tasks that have not run
-    // when the event loop ends are dropped. Call from any thread.
+    // Queues `task` and returns before the task runs. Tasks run in the order of their posts. Tasks that have
+    // not run when the event loop ends are dropped. Call from any thread.
     std::function<void(Task task)> post;
 
-    // Runs `task` every `interval` of the steady clock, first after one interval. Missed intervals, such as
-    // during system sleep, are not repeated. Main thread only.
+    // Runs `task` after each `interval` of the steady clock. Intervals that the program missed, for example
+    // during system sleep, are skipped. Main thread only.
     std::function<RepeatingTimer(Seconds interval, Task task)> repeat;
 };
 

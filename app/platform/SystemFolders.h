@@ -7,7 +7,7 @@
 namespace tarnik {
 
 // The system's standard folders for a user's data, as absolute paths without a trailing slash. All programs
-// share them; ours uses a subfolder "tarnik". The folders may not exist.
+// share these folders. This program uses the subfolder "tarnik" of each folder. The folders may be missing.
 struct SystemFolders {
     std::string applicationSupport;  // data that a program needs to work
     std::string logs;

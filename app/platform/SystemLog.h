@@ -5,8 +5,7 @@
 
 namespace tarnik {
 
-// Writes to one category of the system's log, such as "app" or "updater". Call from any thread. Never blocks
-// for long.
+// Writes to one category of the log, such as "updater". Call from any thread. Doesn't block for long.
 using SystemLog = std::function<void(const std::string& message)>;
 
 }  // namespace tarnik

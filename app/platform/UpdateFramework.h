@@ -5,26 +5,26 @@
 
 namespace tarnik {
 
-// The system's update framework. It finds, downloads, verifies and installs updates, and shows windows for
-// the checks that the user starts. Main thread, callbacks included.
+// The system's update framework. It finds, downloads, verifies and installs updates. It shows windows for the
+// checks that the user starts. Operations and callbacks run on the main thread only.
 struct UpdateFramework {
-    // Installs the update now and restarts the program. The framework quits the program the usual way,
-    // perhaps before this returns.
+    // Installs the update now and restarts the program. The framework sends a normal quit request, perhaps
+    // before this operation returns.
     using Install = std::function<void()>;
 
     // Called when a downloaded update is ready to be installed on quit. `version` is for display. Return true
-    // to take over and call `install` earlier. May be called again for the same update.
+    // to call `install` earlier. May be called again for the same update.
     using WillInstallOnQuit = std::function<bool(const std::string& version, Install install)>;
 
     // The updater of this run. Its copies share one object.
     struct Controller {
         std::function<void()> start;
-        std::function<void()> setAutomaticallyChecks;     // enables it for later runs, too
-        std::function<void()> setAutomaticallyDownloads;  // enables it for later runs, too
+        std::function<void()> setAutomaticallyChecks;     // enables checks for this run and later runs
+        std::function<void()> setAutomaticallyDownloads;  // enables downloads for this run and later runs
         std::function<void()> checkForUpdates;            // starts a check with the framework's own windows
     };
 
-    // Returns a controller that is not started. Absent if the system has no update framework.
+    // Returns a controller that is not started. Absent if the build has no update framework.
     std::function<Controller(WillInstallOnQuit handler)> makeController;
 };
 

@@ -6,9 +6,9 @@
 
 namespace tarnik {
 
-// The user's stored preferences under our bundle identifier. Main thread. Reads are served from memory.
+// The user's stored preferences under our bundle identifier. Main thread only. Reads use a copy in memory.
 struct UserDefaults {
-    std::function<std::optional<std::string>(const std::string& key)> text;  // std::nullopt for other types
+    std::function<std::optional<std::string>(const std::string& key)> text;  // std::nullopt if not a text
     std::function<bool(const std::string& key)> flag;                        // false if absent
     std::function<void(const std::string& key)> setFlag;                     // stores true
 };

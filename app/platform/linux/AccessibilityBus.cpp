@@ -21,7 +21,7 @@ QString property() {
     return QStringLiteral("IsEnabled");
 }
 
-// The call may start the accessibility bus, which the desktop provides and which shows no window.
+// The call may start the accessibility bus. The desktop provides that bus, and it shows no window.
 QDBusMessage enabledCall() {
     auto call = propertyCall(accessibilityBus(), status(), property());
     call.setAutoStartService(true);

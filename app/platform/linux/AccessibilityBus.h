@@ -8,8 +8,8 @@
 
 namespace tarnik {
 
-// Monitors whether accessibility is enabled in the session, as org.a11y.Status reports it. Starts the
-// accessibility bus, because only some desktops start it by themselves. Main thread.
+// Monitors the property of org.a11y.Status that states whether accessibility is enabled in the session.
+// Starts the accessibility bus, because some desktops don't start it. Main thread only.
 class AccessibilityBus {
 public:
     // Calls `onChange` when isOn or isKnown changes.
@@ -18,8 +18,8 @@ public:
     bool isOn() const { return isOn_; }
     bool isKnown() const { return isKnown_; }
 
-    // Enables accessibility for the whole session, and starts the accessibility bus again if it ended. Calls
-    // `onDone` later with whether that worked.
+    // Enables accessibility for the whole session. Starts the accessibility bus if it has ended. Calls
+    // `onDone` later with true on success.
     void turnOn(std::function<void(bool done)> onDone);
 
 private:

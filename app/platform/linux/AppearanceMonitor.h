@@ -9,8 +9,8 @@
 
 namespace tarnik {
 
-// Reports the appearance settings of the desktop portal: the initial ones, which may be empty, and then each
-// change. Does not start the portal. Main thread.
+// Reports the appearance settings of the desktop portal: first the initial settings, which may be empty, and
+// then each change. Does not start the portal. Main thread only.
 class AppearanceMonitor {
 public:
     using OnSettings = std::function<void(const AppearanceSettings&)>;

@@ -30,8 +30,8 @@ QVariantMap platformData(const std::optional<std::string>& activationToken) {
 
 void applyPlatformData(const QVariantMap& data) {
     const QString token = data.value(activationTokenKey()).toString();
-    // Qt reads the token from the environment for Wayland windows only. Otherwise the environment is
-    // unchanged.
+    // Qt reads the token from the environment for Wayland windows only. On other window systems the
+    // environment is not changed.
     if (isToken(token) && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         qputenv("XDG_ACTIVATION_TOKEN", token.toLatin1());
 }
@@ -86,7 +86,7 @@ QDBusMessage ApplicationObject::open(const QDBusMessage& call) {
     if (links.size() > maxLinks || std::ranges::any_of(links, isTooLong))
         return call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("too many or too long links"));
     applyPlatformData(qdbus_cast<QVariantMap>(call.arguments().at(1)));
-    // The links are accepted before the reply, because the caller may drop them after it.
+    // The links are accepted before the reply, because the caller may drop them after the reply.
     for (const QString& link : links) requests_->open(link.toStdString());
     return call.createReply();
 }

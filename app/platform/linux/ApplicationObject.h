@@ -11,16 +11,16 @@
 
 namespace tarnik {
 
-// Our object on the session bus. It implements org.freedesktop.Application for desktops, and one method of
-// our own with which a later instance waits for the end of this one. Main thread.
+// Our object on the session bus. It implements org.freedesktop.Application for desktops. It also has a method
+// of our own, by which a later instance waits for the end of this instance. Main thread only.
 class ApplicationObject : public QDBusVirtualObject {
 public:
     static constexpr const char* path = "/com/tarnik/node";
     static constexpr const char* interface = "org.freedesktop.Application";
     static constexpr const char* ownInterface = "com.tarnik.node";
 
-    // A running instance replies at once. An ending instance never replies, so the caller gets the bus's
-    // error when it exits.
+    // A running instance replies at once. An ending instance never replies, so the caller gets an error from
+    // the bus when the instance exits.
     static constexpr const char* waitForEnd = "WaitForEnd";
     // The error reply of an ending instance. The request was not accepted.
     static constexpr const char* endingError = "com.tarnik.node.Error.Ending";
@@ -44,8 +44,8 @@ private:
     bool isEnding_ = false;
 };
 
-// Converts the activation token of a start to the `platform_data` argument of org.freedesktop.Application,
-// and applies received data to this process. The token lets our window get the focus on Wayland.
+// Convert the activation token of a start to the `platform_data` argument of org.freedesktop.Application, and
+// apply a received argument to this process. With the token our window can get the focus on Wayland.
 QVariantMap platformData(const std::optional<std::string>& activationToken);
 void applyPlatformData(const QVariantMap& data);
 

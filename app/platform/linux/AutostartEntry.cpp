@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t maxEntryBytes = 65536;
 
-// Returns the keys of the group [Desktop Entry], or an empty map if there is none.
+// Returns the keys of the group [Desktop Entry], or an empty map if the group is absent.
 std::map<std::string, std::string> desktopEntry(std::string_view text) {
     std::map<std::string, std::string> keys;
     bool inGroup = false;
@@ -105,7 +105,7 @@ bool AutostartEntry::isEnabled() const {
 bool AutostartEntry::write() const {
     const bool isValid = program_.starts_with('/') && program_.find_first_of("\n\r\t=") == std::string::npos;
     if (!isValid || entryExists(entry_) || entryExists(marker_)) return false;
-    // The entry is written first, so that after a crash it may be written again but is never missing.
+    // The entry is written before the marker. After a crash the entry may be written again, but isn't lost.
     return writeFileAtomically(entry_, entryText(program_)) && writeFileAtomically(marker_, "");
 }
 

@@ -7,11 +7,11 @@
 
 namespace tarnik {
 
-// The desktop entry in the user's "autostart" folder, which starts the program at login.
+// The desktop entry in the user's "autostart" folder. It starts the program at login.
 //
-// A value. Call from any thread. An existing entry is never changed, whether it is disabled (Hidden, or
-// X-GNOME-Autostart-enabled=false) or a link to /dev/null. We write an entry only once, as recorded in the
-// preferences folder, so that a deleted entry stays deleted.
+// A value. Call from any thread. An existing entry is never changed, even if it is disabled (Hidden=true or
+// X-GNOME-Autostart-enabled=false) or a link to /dev/null. A marker file in the preferences folder records
+// that the entry was written. The entry is written only once, so a deleted entry stays deleted.
 class AutostartEntry {
 public:
     // The argument that the entry passes to the program.
@@ -27,7 +27,7 @@ public:
 
 private:
     std::string entry_;
-    std::string marker_;  // this file exists once we have written the entry
+    std::string marker_;  // the path of the marker file
     std::string program_;
 };
 

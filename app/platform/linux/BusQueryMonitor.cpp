@@ -13,14 +13,15 @@ BusQueryMonitor::BusQueryMonitor(const QDBusConnection& bus, Query query, OnRepl
                .name = QStringLiteral("NameOwnerChanged"),
                .firstArgument = query_.call.service()},
               [this](const QDBusMessage& signal) { ownerChanged(signal); });
-    // libdbus itself emits this when the bus is lost. The refresh then fails at once.
+    // libdbus itself emits this signal when the bus is lost. The refresh then fails at once.
     subscribe({.path = QStringLiteral("/org/freedesktop/DBus/Local"),
                .interface = QStringLiteral("org.freedesktop.DBus.Local"),
                .name = QStringLiteral("Disconnected")},
               [this](const QDBusMessage&) { refresh(); });
     for (const auto& match : query_.signals) subscribe(match, [this](const QDBusMessage&) { refresh(); });
     refresh();
-    // Later calls don't start the service, because one that crashes on our call would be restarted for ever.
+    // Later calls don't start the service. Otherwise a service that crashes on our call would be restarted
+    // without end.
     query_.call.setAutoStartService(false);
 }
 

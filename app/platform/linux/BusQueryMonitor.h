@@ -11,28 +11,28 @@
 
 namespace tarnik {
 
-// Keeps the reply to one D-Bus call up to date. Sends the call at the start, when one of its signals arrives,
-// and when the service appears or disappears. Never polls.
+// Keeps the reply to one D-Bus call up to date. Sends the call at the start, when one of the query's signals
+// arrives, when the service starts or ends, and when the bus is lost. Doesn't poll.
 //
-// Main thread. At most one call is pending, however many signals arrive.
+// Main thread only. At most one call is pending. Signals that arrive meanwhile cause one more call.
 class BusQueryMonitor {
 public:
-    // Reaction to the end of the service's process.
+    // The reaction to the end of the service: send the call again, or keep the last reply.
     enum class OnServiceEnd { query, keepReply };
 
     struct Query {
-        QDBusMessage call;  // to a well-known name; only the first call may start the service
+        QDBusMessage call;  // to a well-known name; only the first call can start the service
         std::vector<BusSignal::Match> signals = {};
         OnServiceEnd onServiceEnd = OnServiceEnd::query;
     };
-    // Receives replies and errors. Never called by the constructor. May repeat the previous reply.
+    // Receives replies and errors. Not called by the constructor. May repeat the previous reply.
     using OnReply = std::function<void(const QDBusMessage& reply)>;
 
     BusQueryMonitor(const QDBusConnection& bus, Query query, OnReply onReply);
 
     bool hasReply() const { return hasReply_; }
 
-    // Sends the call again, for callers that may have changed the value.
+    // Sends the call again. Call it after an operation that may have changed the value.
     void refresh();
 
 private:

@@ -17,8 +17,8 @@ public:
         QString path;
         QString interface;
         QString name;
-        QString firstArgument = {};  // empty matches any
-        // The sender. Empty matches any, which is safe if the handler only queries the value again.
+        QString firstArgument = {};  // empty matches every argument
+        // The sender. Empty matches every sender. That is safe if the handler only queries the value again.
         QString service = {};
     };
     using Handler = std::function<void(const QDBusMessage&)>;

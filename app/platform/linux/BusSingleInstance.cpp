@@ -11,7 +11,7 @@ namespace {
 using Outcome = SingleInstance::Outcome;
 using LaunchRequest = SingleInstance::LaunchRequest;
 
-// Bounds the loop. Each round ends with the exit of another instance.
+// The limit for the rounds of acquire(). The next round begins after another instance has exited.
 constexpr int maxRounds = 8;
 
 QDBusMessage endCall(const QString& owner) {
@@ -64,7 +64,7 @@ std::optional<QString> BusSingleInstance::owner() const {
     return owner.isEmpty() ? std::nullopt : std::optional(owner);
 }
 
-// Calls the owner by its unique name, because the well-known name may get another owner meanwhile.
+// `owner` is the owner's unique name, because the well-known name may get another owner meanwhile.
 BusSingleInstance::Reply BusSingleInstance::handOver(const QString& owner,
                                                      const LaunchRequest& request) const {
     const QDBusMessage reply = call(requestCall(owner, request), timeouts_.handOver);
@@ -78,7 +78,7 @@ QDBusMessage BusSingleInstance::requestCall(const QString& owner, const LaunchRe
     const BusObject object{owner, QLatin1String(ApplicationObject::path)};
     const QString interface = QLatin1String(ApplicationObject::interface);
     const QVariantMap data = platformData(activationToken_);
-    // A longer text can't be one of our links.
+    // A longer text isn't a link that the owner accepts.
     if (request.link && request.link->size() <= static_cast<std::size_t>(ApplicationObject::maxLinkBytes))
         return busCall(object, interface, QStringLiteral("Open"),
                        {QStringList(QString::fromStdString(*request.link)), data});

@@ -13,20 +13,22 @@
 
 namespace tarnik {
 
-// Allows one instance per session bus: the owner of our bus name. A later instance hands its request to the
-// owner. Main thread.
+// Allows one instance per session bus: the owner of our bus name. A later instance passes its request to the
+// owner. Main thread only.
 //
 //   reaction of the owner            result of acquire
 //   replies                          handedOver
-//   reports that it is ending        waits for its end, then claims the name again
-//   exits without a reply            claims the name again: the request was not accepted
-//   doesn't reply within the time    handedOver: the link may be in its queue and must not be used twice
-//   lacks the interface              unavailable
+//   reports that it is ending        waits for its end, then claims the name again; unavailable if it stays
+//   exits without a reply            claims the name again, because the request was not accepted
+//   doesn't reply within the time    handedOver, because the owner may use the link later
+//   replies with another error       unavailable
+//
+// Without a bus, and after too many claims, the result is unavailable.
 class BusSingleInstance {
 public:
     struct Timeouts {
-        Seconds handOver = std::chrono::seconds(30);  // the owner may be starting
-        Seconds end = std::chrono::seconds(45);       // longer than a whole shutdown takes
+        Seconds handOver = std::chrono::seconds(30);  // for the reply; the owner may still be starting
+        Seconds end = std::chrono::seconds(45);       // for the end of an owner; longer than a shutdown
     };
 
     // `activationToken` is the token that the desktop gave this instance.

@@ -13,9 +13,9 @@ namespace tarnik {
 
 // Stores the user defaults in a small file that contains one JSON object.
 //
-// Owned by its operations. Main thread. The file is read at the start, and again before each change, so that
-// changes by other programs are kept. A file that is too long, is a symbolic link or contains no JSON object
-// counts as empty; the first change renames it.
+// Owned by its operations. Main thread only. Reads the file at the start and before each change, so that
+// changes by other programs are kept. A file that is too long, is no regular file or contains no JSON object
+// counts as empty. The first change renames that file.
 class DefaultsFile {
 public:
     static constexpr std::size_t maxBytes = 65536;
@@ -25,7 +25,7 @@ public:
 
     std::optional<std::string> text(const std::string& key) const;
     bool flag(const std::string& key) const;
-    // Keeps the flag for this run and logs the error if the file can't be written.
+    // Stores the flag. If the file can't be written, keeps the flag for this run and logs the error.
     void setFlag(const std::string& key);
 
     static UserDefaults operations(const std::string& path, const SystemLog& log);

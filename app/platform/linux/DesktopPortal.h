@@ -6,11 +6,11 @@
 
 namespace tarnik {
 
-// The address of the desktop portal, which shows permission dialogs for programs.
+// Returns the address of the desktop portal. The portal shows permission dialogs for programs.
 const BusObject& desktopPortal();
 
 // Registers our desktop entry with the portal. Call it before any other call to the portal. Older portals
-// lack this method and guess the entry.
+// lack this method and determine the entry themselves.
 void registerWithPortal(const QDBusConnection& bus);
 
 }  // namespace tarnik

@@ -26,7 +26,7 @@ namespace {
 // The bundle folder of the installed package.
 constexpr const char* packagedBundle = "/usr/lib/tarnik";
 
-// Upper bound for the time from the start of the program to its first window, if it shows one.
+// The upper bound for the time from the start of the program to its first window.
 constexpr std::chrono::seconds maxStartTime(4);
 
 std::optional<std::string> activationToken(const Environment& environment) {
@@ -36,9 +36,9 @@ std::optional<std::string> activationToken(const Environment& environment) {
 }
 
 // Ends the busy pointer that a desktop shows from the click on a program until its first window. Only X11
-// needs this. On Wayland the pointer ends with the click's token, which another instance receives. Qt
+// needs this. On Wayland another instance receives the click's token, and its use ends the pointer. Qt
 // notifies the desktop only when a window is shown, and has removed the click's id from the environment. So
-// this shows a window outside the screen, which no window manager manages, and closes it at once.
+// this function shows an unmanaged window outside the screen and closes it at once.
 void endStartupNotification(const Environment& environment) {
     if (environmentValue(environment, "DESKTOP_STARTUP_ID").empty()) return;
     if (QGuiApplication::platformName() != QLatin1String("xcb")) return;
@@ -84,7 +84,7 @@ SingleInstance operationsOf(const std::shared_ptr<BusSingleInstance>& instance,
     return {.acquire = acquire, .refuseRequests = [instance] { instance->refuseRequests(); }};
 }
 
-// Returns an operation that owns a monitor, which it makes when a handler is registered.
+// Returns an operation that registers a handler. The operation creates and owns the handler's monitor.
 template <class Monitor, class Handler>
 std::function<void(Handler)> registering(const QDBusConnection& bus) {
     return [bus, monitor = std::make_shared<std::unique_ptr<Monitor>>()](Handler handler) {

@@ -9,7 +9,7 @@
 namespace tarnik {
 namespace {
 
-// Upper bound for the first replies. A portal may have to be started.
+// The time limit for the first replies. A portal may have to be started.
 constexpr std::chrono::seconds knownLimit(2);
 
 }  // namespace

@@ -18,10 +18,10 @@
 
 namespace tarnik {
 
-// The two switches of a Linux desktop. D-Bus signals keep them up to date, so a read sends no message.
+// The two switches of a Linux desktop. D-Bus signals update their states, so a read sends no message.
 //
-// Main thread. On X11 every program may read the screen, so Screen Recording is always on there. Without a
-// display it is off.
+// Main thread only. On X11 every program may read the screen, so Screen Recording is always on. Without a
+// display Screen Recording is off.
 class LinuxSwitches {
 public:
     // `environment` names the display and the desktop.
@@ -29,14 +29,16 @@ public:
 
     bool isOn(Switch which) const;
 
-    // Calls `handler` once, when the desktop has replied or a time limit has passed.
+    // Calls `handler` once, when the desktop has replied or a time-out of 2 s has passed. Calls it before
+    // whenKnown() returns if the desktop has already replied.
     void whenKnown(std::function<void()> handler);
 
-    // Turns Accessibility on; asks the user through the portal for Screen Recording. Returns true if the
-    // switch is on already.
+    // Turns Accessibility on, or asks the user through the portal for Screen Recording. Returns true if the
+    // switch is already on.
     bool prompt(Switch which);
 
-    // Opens the settings. If a prompt is open, opens them after it, unless the user accepts.
+    // Opens the settings program. If a prompt is open, waits for its end, and does nothing if the user
+    // accepts.
     void openSettings(Switch which);
 
     // Sets the handler that the event loop calls when isOn may have changed.
@@ -60,7 +62,7 @@ private:
     const Display display_;
     std::function<void()> changed_;
     SwitchSnapshot reported_;
-    std::function<void()> known_;  // null after it was called
+    std::function<void()> known_;  // the waiting handler of whenKnown(), or null
     QTimer knownTimeout_;
     std::array<Prompt, 2> prompts_;
     AccessibilityBus bus_;

@@ -10,28 +10,29 @@
 
 namespace tarnik {
 
-// Queues the requests of the desktop until their handlers are registered: links to open, and second starts.
-// Each request is delivered once, links in order.
+// Queues the desktop's requests (links to open and second starts) until their handlers are registered. Each
+// link is delivered once, in order. Second starts that wait are merged into one.
 //
-// Shared by the operations that use it. Main thread.
+// Shared by the operations that use it. Main thread only.
 class OpenRequests : public std::enable_shared_from_this<OpenRequests> {
 public:
     using OnLink = std::function<void(const std::string& link)>;
     using OnSecondOpen = std::function<void()>;
 
-    // Capacity of the link queue. The oldest links are dropped.
+    // The capacity of the link queue. A full queue drops its oldest link.
     static constexpr std::size_t maxWaiting = 16;
 
     explicit OpenRequests(MainThread mainThread) : mainThread_(std::move(mainThread)) {}
 
-    // These call the handler before they return if there is one.
+    // Deliver or queue the request. A registered handler is called before they return, unless older links
+    // wait.
     void open(const std::string& link);
     void secondOpen();
 
-    // Always calls the handler later, from the event loop.
+    // Queues the link. The handler is called later, from the event loop.
     void openLater(const std::string& link);
 
-    // Registers the handler. It receives the queued requests later, from the event loop.
+    // Register the handler. It receives the queued requests later, from the event loop.
     void onLink(OnLink handler);
     void onSecondOpen(OnSecondOpen handler);
 

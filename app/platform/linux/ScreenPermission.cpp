@@ -18,7 +18,7 @@ const BusObject& permissionStore() {
 }
 
 QString table() {
-    return QStringLiteral("screenshot");  // also the name of its only entry
+    return QStringLiteral("screenshot");  // also the name of the table's only entry
 }
 
 // Returns a query whose first call starts the service.
@@ -29,8 +29,8 @@ BusQueryMonitor::Query startingQuery(QDBusMessage call, std::vector<BusSignal::M
             .onServiceEnd = BusQueryMonitor::OnServiceEnd::keepReply};
 }
 
-// The store lists a program outside a sandbox by the name of its desktop entry, or by an empty name if the
-// portal could not determine the entry.
+// The store lists a program outside a sandbox under the name of its desktop entry. If the portal could not
+// determine the entry, the name is empty.
 std::optional<bool> storedIn(const QDBusMessage& reply) {
     if (reply.type() != QDBusMessage::ReplyMessage || !reply.signature().startsWith(QLatin1String("a{sas}")))
         return std::nullopt;

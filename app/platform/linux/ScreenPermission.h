@@ -9,11 +9,11 @@
 
 namespace tarnik {
 
-// Monitors whether the portal's permission store allows this program to take screenshots. Off if the portal
-// has no Screenshot interface. Permissions for recordings are ignored, because each is for one recording and
-// is not stored in a readable place.
+// Monitors whether the portal's permission store allows this program to take screenshots. If the portal has
+// no Screenshot interface, the permission is off. Permissions for recordings are ignored, because each is
+// valid for one recording and can't be read.
 //
-// Main thread. Starts the portal and its store, because only some desktops start them by themselves.
+// Main thread only. Starts the portal and its store, because some desktops don't start them.
 class ScreenPermission {
 public:
     // Calls `onChange` when isOn or isKnown changes.
@@ -22,8 +22,8 @@ public:
     bool isOn() const { return hasScreenshots_ && stored_.value_or(wasGranted_); }
     bool isKnown() const { return isKnown_; }
 
-    // Reports the user's answer to a prompt. It applies to this run if no store records it, as on older
-    // desktops.
+    // Records the user's answer to a prompt. The answer is valid for this run if the store has no entry, as
+    // on older desktops.
     void prompted(bool granted);
 
 private:

@@ -29,8 +29,8 @@ QString requestInterface() {
 
 constexpr std::time_t maxScreenshotAge = 600;  // in seconds
 
-// Opens the folder and follows links. Returns an empty descriptor unless it is one of `folders` or inside
-// one.
+// Resolves the links in `path` and opens the folder. Returns an empty descriptor unless the folder is one of
+// `folders` or below one of them.
 UniqueFd openFolder(const std::string& path, const std::vector<std::string>& folders) {
     const auto folder = realPath(path);
     const bool isBelow = folder && std::ranges::any_of(folders, [&](const std::string& other) {
@@ -57,7 +57,7 @@ void ScreenPrompt::ask(OnDone onDone) {
     onDone_ = std::move(onDone);
     const QString token = QStringLiteral("tarnik%1_%2").arg(::getpid()).arg(++count_);
     const QString sender = bus_.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
-    // The response may arrive before the reply that names its path.
+    // Subscribes before the call, because the response may arrive before the reply that names its path.
     subscribe(desktopPortal().path + QStringLiteral("/request/%1/%2").arg(sender, token));
     timer_.start();
 
@@ -97,7 +97,7 @@ void ScreenPrompt::responded(const QDBusMessage& response) {
 
 void ScreenPrompt::done(bool granted) {
     timer_.stop();
-    if (response_) response_.release()->deleteLater();  // this may run inside its handler
+    if (response_) response_.release()->deleteLater();  // not deleted now, because its handler may be running
     if (const auto onDone = std::exchange(onDone_, nullptr)) onDone(granted);
 }
 

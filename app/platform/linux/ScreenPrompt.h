@@ -17,7 +17,7 @@ namespace tarnik {
 // Makes the portal ask the user whether this program may read the screen. Only a request for a screenshot
 // prompts the user. The screenshot is deleted at once.
 //
-// Main thread. One dialog at a time.
+// Main thread only. Call ask() again only after its `onDone` was called.
 class ScreenPrompt {
 public:
     using OnDone = std::function<void(bool granted)>;
@@ -28,7 +28,8 @@ public:
     // Screenshots are deleted only inside `pictureFolders`.
     ScreenPrompt(const QDBusConnection& bus, std::vector<std::string> pictureFolders);
 
-    // Calls `onDone` once, after this returns. Passes false if the user refuses or there is no portal.
+    // Calls `onDone` once, after ask() has returned. Passes true if the user allows it. Passes false if the
+    // user refuses, the portal fails or is absent, or the time-out has passed.
     void ask(OnDone onDone);
 
 private:
@@ -46,8 +47,8 @@ private:
     int count_ = 0;
 };
 
-// Deletes a screenshot that was just made for us: a regular file that this user owns, inside one of
-// `folders`, and written within the last ten minutes. Ignores every other file.
+// Deletes a screenshot that was just made for us. It is a regular file with one name that this user owns. It
+// is below one of `folders` and was written within the last ten minutes. Ignores every other file.
 void removeScreenshot(const std::string& path, const std::vector<std::string>& folders);
 
 }  // namespace tarnik

@@ -20,7 +20,7 @@ std::string variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-// Returns true for a socket of this user. The D-Bus library accepts no other file as the bus.
+// Returns true if this user owns a socket at the path. The D-Bus library accepts no other file as the bus.
 bool isOwnSocket(const std::string& path) {
     struct stat found{};
     return ::lstat(path.c_str(), &found) == 0 && S_ISSOCK(found.st_mode) && found.st_uid == ::getuid();

@@ -11,12 +11,13 @@
 
 namespace tarnik {
 
-// Upper bound for the reply of a service that already runs.
+// The time limit for the reply of a service that already runs.
 inline constexpr Seconds busCallTimeout = std::chrono::seconds(10);
 
-// Keeps the D-Bus library from starting a private session bus if it finds none: such a bus would be useless
-// and would outlive this program. Changes this process's environment, not the one that children inherit. Call
-// it before anything connects to the bus, while no other thread reads the environment.
+// Keeps the D-Bus library from starting a private session bus if no bus exists. A private bus would be
+// useless and would outlive this program. Changes this process's environment, but not the environment that
+// children inherit. Call it before the first connection to the bus, while no other thread reads the
+// environment.
 void disableBusAutolaunch();
 
 // Returns our well-known name on the bus. It equals the name of our desktop entry.
@@ -28,18 +29,21 @@ struct BusObject {
     QString path;
 };
 
-// Makes a method call. It does not start the service unless the caller enables that in the message.
+// Returns the message of a method call. The call doesn't start the service unless the caller enables the
+// start in the message.
 QDBusMessage busCall(const BusObject& object, const QString& interface, const QString& operation,
                      const QVariantList& arguments = {});
-// Makes a call that reads a property.
+// Returns the message of a call that reads a property.
 QDBusMessage propertyCall(const BusObject& object, const QString& interface, const QString& property);
 
-// Sends the call and passes the reply to `onReply`. A missing bus and a timeout yield an error reply. Never
-// calls `onReply` before it returns, nor after `context` is destroyed. Main thread.
+// Sends the call and passes the reply to `onReply`. If the bus is missing or the call times out, the reply is
+// no ReplyMessage. Calls `onReply` after this function has returned, and not after `context` was destroyed.
+// Main thread only.
 void callBusAsync(const QDBusConnection& bus, const QDBusMessage& call, Seconds timeout, QObject& context,
                   std::function<void(const QDBusMessage& reply)> onReply);
 
-// Returns the only value of a reply, unwrapped from its variants. Returns an invalid value for an error.
+// Returns the value of a reply with one argument, unwrapped from its variants. Returns an invalid value for
+// any other reply.
 QVariant replyValue(const QDBusMessage& reply);
 
 }  // namespace tarnik

@@ -14,7 +14,7 @@ namespace tarnik {
 namespace {
 
 struct Page {
-    std::string_view desktop;  // its name in XDG_CURRENT_DESKTOP
+    std::string_view desktop;  // the desktop's name in XDG_CURRENT_DESKTOP
     Switch which;
     std::string_view program;
     std::string_view argument;
@@ -47,7 +47,8 @@ std::vector<std::string> splitVariable(const Environment& environment, const std
     return found;
 }
 
-// Searches the absolute folders of `path`. Relative folders depend on the working directory and are ignored.
+// Searches the absolute folders of `path`. Ignores relative folders, because they depend on the working
+// directory.
 std::optional<std::string> programOnPath(std::string_view name, const std::vector<std::string>& path) {
     for (const auto& folder : path) {
         std::string program = folder + "/" + std::string(name);

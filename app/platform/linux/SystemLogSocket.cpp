@@ -16,7 +16,7 @@
 namespace tarnik {
 namespace {
 
-// Formats the current local time as syslog requires, independent of the locale: "Jan  2 03:04:05".
+// Returns the current local time in the format of syslog, independent of the locale: "Jan  2 03:04:05".
 std::string timestamp() {
     constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};

@@ -8,12 +8,12 @@
 
 namespace tarnik {
 
-// Sends lines to the system's log through its datagram socket. Call from any thread. Never blocks: lines that
-// the socket can't accept at once are dropped.
+// Sends lines to the system's log through its datagram socket. Call from any thread. Doesn't block. A line
+// that the socket can't accept at once is dropped.
 class SystemLogSocket {
 public:
     static constexpr const char* standardPath = "/dev/log";
-    static constexpr std::size_t maxLineLength = 2000;  // characters
+    static constexpr std::size_t maxLineLength = 2000;  // in characters
 
     explicit SystemLogSocket(std::string path);
 

@@ -23,7 +23,7 @@ TrayHostMonitor::TrayHostMonitor(const QDBusConnection& bus, OnHost onHost)
     : onHost_(std::move(onHost)),
       monitor_(bus, query(), [this](const QDBusMessage& reply) { replied(reply); }) {}
 
-// A lost bus counts as an absent tray, because its error reply has no value.
+// If the bus is lost, the error reply has no value, and the tray counts as absent.
 void TrayHostMonitor::replied(const QDBusMessage& reply) {
     const TrayHost host = replyValue(reply).toBool() ? TrayHost::present : TrayHost::absent;
     if (std::exchange(reported_, host) == host) return;

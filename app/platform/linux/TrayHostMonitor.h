@@ -9,8 +9,8 @@
 
 namespace tarnik {
 
-// Reports whether a StatusNotifierItem tray is running: the initial state and then each change. Trays with
-// other protocols count as absent. Main thread.
+// Reports whether a StatusNotifierItem tray is running: first the initial state and then each change. A tray
+// with another protocol counts as absent. Main thread only.
 class TrayHostMonitor {
 public:
     using OnHost = std::function<void(TrayHost)>;

@@ -27,7 +27,7 @@ public:
     explicit operator bool() const { return ref_ != nullptr; }
     Ref get() const { return ref_; }
 
-    // For functions that return a reference through a pointer. Call it only while this is empty.
+    // For functions that return a reference through a pointer. Call it only while the owner is empty.
     Ref* receive() { return &ref_; }
 
 private:

@@ -12,7 +12,7 @@ namespace tarnik {
 
 namespace {
 
-// Returns the errno value that Foundation's error wraps, or EIO if there is none.
+// Returns the errno value that Foundation's error wraps, or EIO if it wraps none.
 SystemError fileError(const std::string& call, NSError* error) {
     for (; error; error = error.userInfo[NSUnderlyingErrorKey]) {
         if ([error.domain isEqualToString:NSPOSIXErrorDomain]) return {call, static_cast<int>(error.code)};

@@ -11,7 +11,7 @@ namespace {
 using IsTranslocated = Boolean (*)(CFURLRef path, bool* isTranslocated, CFErrorRef* error);
 using CreateOriginalPath = CFURLRef (*)(CFURLRef path, CFErrorRef* error);
 
-// Security.framework exports these functions without a header. Returns null on a system without them.
+// Security.framework exports these functions without a header. Returns null if the system lacks the function.
 template <class Function>
 Function find(const char* name) {
     void* library = ::dlopen("/System/Library/Frameworks/Security.framework/Security", RTLD_LAZY);

@@ -6,7 +6,7 @@ namespace tarnik {
 
 namespace {
 
-// Returns our preferences domain. The default domain of a program outside a bundle is another one.
+// Returns our preferences domain. A program outside a bundle would use another domain by default.
 CfOwner<CFStringRef> domain() {
     return CfText::of(TarnikIdentity::bundleIdentifier);
 }

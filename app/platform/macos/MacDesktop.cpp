@@ -16,8 +16,8 @@ std::optional<std::string> menuBarImage(const std::optional<std::string>& bundle
 
 }  // namespace
 
-// Keeps Qt from activating the program when it has launched. At login and after an update that would take the
-// focus from the application that the user types into.
+// Keeps Qt from activating the program at its launch. At login and after an update, an activation would take
+// the focus from the application that the user types into.
 void DesktopPlatform::prepare() {
     ::setenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1", 1);
 }
@@ -26,8 +26,8 @@ std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment&) {
     return std::nullopt;
 }
 
-// There is no SingleInstance: the relocator ends other copies, and the system delivers links to the running
-// one.
+// SingleInstance has no operations. The relocator ends other copies, and the system delivers links to the
+// running copy.
 DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
     becomeAccessory();
     return {.installPath = std::string(TarnikIdentity::installPath),

@@ -11,7 +11,7 @@ namespace tarnik {
 
 namespace {
 
-// Returns an operation that makes a listener for each handler, and owns the latest one.
+// Returns an operation that makes a listener for each handler. The operation owns the latest listener.
 template <class Listener>
 std::function<void(std::function<void()>)> registering() {
     return [listener = std::make_shared<std::unique_ptr<Listener>>()](std::function<void()> handler) {

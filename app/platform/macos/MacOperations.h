@@ -22,7 +22,8 @@ UserDefaults macDefaults();
 // The switches that the system keeps for this program's code signature.
 SwitchOperations macSwitches();
 
-// Opens the address in the user's program for it. Ignores a malformed address. Main thread; returns at once.
+// Opens the address in the program that the user chose for its scheme. Ignores a malformed address. Returns
+// at once. Main thread only.
 void openInWorkspace(std::string_view url);
 
 // The unified log with our bundle identifier as subsystem. Messages are public and persistent.
@@ -31,7 +32,8 @@ SystemLog macLog(const std::string& category);
 // The login item of this application.
 LoginItemService macLoginItem();
 
-// Sparkle. The operations are absent in a build without it. `log` receives start failures.
+// The update framework Sparkle. The operations are absent in a build without Sparkle. `log` receives start
+// failures.
 UpdateFramework macUpdates(SystemLog log);
 
 // Has no operations if the program runs outside a bundle, because such a program can't be moved.
@@ -40,17 +42,17 @@ CodeSignatures macSignatures();
 BundleFiles macBundleFiles();
 OtherCopies macCopies();
 
-// Call it after the application object exists and before the event loop runs.
+// Call it when the application object exists and before the event loop runs.
 SystemEvents macEvents();
 
-// Sets the name of the shown status item for VoiceOver, because Qt sets none. Main thread.
+// Sets the name of the shown status item for VoiceOver, because Qt doesn't set a name. Main thread only.
 void nameMacStatusItem(std::string_view name);
 
-// Shows the application in the menu bar only, without a Dock icon, even if it runs outside a bundle. Main
-// thread, after the application object exists.
+// Shows the application in the menu bar only, without a Dock icon, even if it runs outside a bundle. Call on
+// the main thread when the application object exists.
 void becomeAccessory();
 
-// Activates the application and brings it to the front. Main thread.
+// Activates the application and brings it to the front. Main thread only.
 void activateApplication();
 
 }  // namespace tarnik

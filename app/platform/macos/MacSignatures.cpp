@@ -20,7 +20,7 @@ CfOwner<SecStaticCodeRef> codeAt(const std::string& bundle) {
     return code;
 }
 
-// Checks the signature, and also the requirement unless it is null.
+// Returns true if the signature is valid and satisfies the requirement. A null requirement is not checked.
 bool isValid(SecStaticCodeRef code, SecRequirementRef requirement) {
     return ::SecStaticCodeCheckValidityWithErrors(code, whole, requirement, nullptr) == errSecSuccess;
 }
@@ -36,8 +36,9 @@ std::optional<std::string> teamIdentifier(const std::string& bundle) {
     return CfText::text(::CFDictionaryGetValue(information.get(), kSecCodeInfoTeamIdentifier)).value_or("");
 }
 
-// Requires a certificate that Apple issued to this team, and our bundle identifier. The team becomes part of
-// the requirement's source text, so only letters and digits are accepted.
+// Returns a requirement of our bundle identifier and of a certificate that Apple issued to this team. The
+// team becomes part of the requirement's source text, so only capital letters and digits are accepted.
+// Returns an empty owner for any other team.
 CfOwner<SecRequirementRef> requirementNaming(const std::string& team) {
     CfOwner<SecRequirementRef> requirement;
     const bool isPlain =

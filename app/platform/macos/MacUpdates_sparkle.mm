@@ -5,7 +5,7 @@
 #include "app/platform/macos/CocoaText.h"
 #include "app/platform/macos/MacOperations.h"
 
-// Owns the controller and is its delegate, which the controller references weakly.
+// Owns the controller and is its delegate. The controller references its delegate weakly.
 @interface TarnikUpdates : NSObject <SPUUpdaterDelegate>
 @property(nonatomic, readonly, strong) SPUStandardUpdaterController* controller;
 @property(nonatomic) BOOL hasStarted;
@@ -41,7 +41,7 @@ namespace tarnik {
 
 namespace {
 
-// Starts the updater without an alert. The controller's own start would show one at every launch that fails.
+// Starts the updater without an alert. The controller's own start would show an alert at each failed start.
 void start(TarnikUpdates* updates, const SystemLog& log) {
     NSError* error = nil;
     updates.hasStarted = [updates.controller.updater startUpdater:&error];

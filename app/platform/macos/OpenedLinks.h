@@ -8,15 +8,15 @@
 namespace tarnik {
 
 // Receives the links with our scheme that the system opens. Qt turns the system's event into a QFileOpenEvent
-// for the application object, which this class filters. The event for the link that started the program
-// arrives once the event loop runs. Links are queued until a handler is set.
+// for the application object. This class filters that event. If a link started the program, its event arrives
+// when the event loop runs. Links are queued until a handler is set.
 //
-// Main thread.
+// Main thread only.
 class OpenedLinks : public QObject {
 public:
     using Handler = std::function<void(const std::string& link)>;
 
-    // Make it after the application object exists and before the event loop runs.
+    // Call it when the application object exists and before the event loop runs.
     OpenedLinks();
 
     void setHandler(Handler handler);

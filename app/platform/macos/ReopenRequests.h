@@ -5,10 +5,10 @@
 
 namespace tarnik {
 
-// Calls a handler when the user opens the running application again, for instance in the Finder. It handles
-// the system's Apple event itself, because Qt reports AppKit's callback as an ordinary activation.
+// Calls a handler when the user opens the running application again, for instance in the Finder. Handles the
+// system's Apple event itself, because Qt reports AppKit's callback as an ordinary activation.
 //
-// Main thread. Make it after the event loop runs, because AppKit installs its own handler when the loop
+// Main thread only. Create it when the event loop runs, because AppKit installs its own handler when the loop
 // starts.
 class ReopenRequests {
 public:

@@ -30,7 +30,7 @@
 namespace tarnik {
 
 struct ReopenRequests::Receiver {
-    TarnikReopenReceiver* object;  // the event manager does not retain it
+    TarnikReopenReceiver* object;  // owned here, because the event manager does not retain it
 };
 
 ReopenRequests::ReopenRequests(std::function<void()> handler)

@@ -18,7 +18,7 @@ void received(CFNotificationCenterRef, void* handler, CFNotificationName, const 
 
 }  // namespace
 
-// The observer and the sender request immediate delivery, because the system delays notifications to an
+// The observer and the sender request immediate delivery. The system delays other notifications to an
 // inactive application, and ours is rarely active.
 ShowWindowNotice::ShowWindowNotice(std::function<void()> handler) : handler_(std::move(handler)) {
     ::CFNotificationCenterAddObserver(::CFNotificationCenterGetDistributedCenter(), &handler_, received,

@@ -4,10 +4,10 @@
 
 namespace tarnik {
 
-// Observes the distributed notification with which a second copy of the application asks the running one to
-// show its window. Any program of the user can post it, so the handler must be harmless.
+// Observes the distributed notification by which a second copy of the application asks the running copy to
+// show its window. Any program of the user can post the notification, so the handler must be harmless.
 //
-// Main thread, the handler included.
+// Main thread only. The handler also runs on the main thread.
 class ShowWindowNotice {
 public:
     explicit ShowWindowNotice(std::function<void()> handler);
