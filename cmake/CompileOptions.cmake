@@ -1,4 +1,4 @@
-# tarnik_options: the compile options of all targets of this project, which link it privately.
+# The compile options of this project. Each target of the project links tarnik_options privately.
 add_library(tarnik_options INTERFACE)
 target_include_directories(tarnik_options INTERFACE ${CMAKE_SOURCE_DIR})
 

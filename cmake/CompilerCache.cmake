@@ -1,5 +1,5 @@
-# Compiles with ccache if it is installed. ccache needs this sloppiness to cache precompiled headers. The command sets it,
-# so that it applies to builds without ./dev too.
+# Compiles with ccache if it is installed. ccache needs this sloppiness to cache precompiled headers. The launcher sets
+# the variable, so the sloppiness also applies to builds without ./dev.
 find_program(TARNIK_CCACHE ccache)
 if(TARNIK_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER

@@ -1,7 +1,7 @@
 # tarnik_core_library(<folder> [LINKS <folder>...])
 #
-# Makes core/<folder> the static library tarnik_<folder>. LINKS names the folders of lower layers that it may use; code
-# that uses another folder doesn't link. A folder without sources becomes a header-only library.
+# Makes core/<folder> the static library tarnik_<folder>. LINKS names the folders of lower layers that the library may
+# use. Code that uses another folder doesn't link. A folder without sources becomes a header-only library.
 function(tarnik_core_library folder)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS")
   set(name tarnik_${folder})
@@ -19,8 +19,9 @@ function(tarnik_core_library folder)
   target_precompile_headers(${name} PRIVATE ${TARNIK_STANDARD_HEADERS})
 endfunction()
 
-# tarnik_quick_sources(<file>...): compiles these sources for speed. The rest of a release is compiled for size, which
-# would make these many times slower. Precompiled headers fit one optimisation level only and are skipped.
+# tarnik_quick_sources(<file>...): compiles these sources for speed. All other sources of a release are compiled for
+# size. That would make these sources many times slower. They use no precompiled header, because a precompiled header
+# fits one optimisation level only.
 function(tarnik_quick_sources)
   set_source_files_properties(${ARGN} PROPERTIES
     COMPILE_OPTIONS $<$<CONFIG:Release>:-O2> SKIP_PRECOMPILE_HEADERS ON)

@@ -8,8 +8,8 @@ endif()
 include(GNUInstallDirs)
 include(cmake/BundleSettings.cmake)
 
-# The program is in a bundle folder as on macOS, so one reader finds its settings and its driver on both systems.
-# app/platform/linux/ has this folder as the install path; it is the same on every architecture.
+# The program is in a bundle folder as on macOS, so the same code finds its settings and its driver on both systems.
+# app/platform/linux/LinuxDesktop.cpp names this folder, so the folder is the same on every architecture.
 set(bundle lib/tarnik)
 set(contents ${bundle}/Contents)
 set(made ${CMAKE_BINARY_DIR}/install)
@@ -43,7 +43,8 @@ endif()
 install(FILES ${linux}/com.tarnik.node.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT window)
 install(FILES ${linux}/com.tarnik.node.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT window)
 
-# tarnik_icon(<template> <name> <folder>): makes an icon from packaging/icons/<template>.svg.in, and again when a part changes.
+# tarnik_icon(<template> <name> <folder>): makes an icon from packaging/icons/<template>.svg.in. A build after a change of
+# one of its parts makes the icon again.
 function(tarnik_icon template name folder)
   set(parts ${CMAKE_SOURCE_DIR}/packaging/icons)
   set(sources ${parts}/compose.sh ${parts}/mark.svg ${parts}/${template}.svg.in)

@@ -1,5 +1,5 @@
-# Makes the Info.plist of the macOS bundle. Every system makes it, so that the tests can read it. As a script
-# (cmake -D... -P cmake/MacInfoPlist.cmake) this file writes it to TARNIK_INFO_PLIST.
+# Makes the Info.plist of the macOS bundle. Builds on every system make the file, so that the tests can read it. If run
+# as a script (cmake -D... -P cmake/MacInfoPlist.cmake), writes the Info.plist to TARNIK_INFO_PLIST.
 include(${CMAKE_CURRENT_LIST_DIR}/BundleSettings.cmake)
 
 set(TARNIK_OLDEST_MACOS "13.0" CACHE STRING "The oldest supported macOS")

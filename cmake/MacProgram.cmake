@@ -18,15 +18,15 @@ if(CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
 endif()
 
-# tarnik_mac_program(<target>): adds the Objective-C++ sources and the frameworks to the target, and Sparkle if it is set.
-# app/CMakeLists.txt calls it for a target that already has the .cpp files.
+# tarnik_mac_program(<target>): adds the Objective-C++ sources and the frameworks to the target, and Sparkle if
+# TARNIK_SPARKLE is set. The target must already have the .cpp files.
 function(tarnik_mac_program target)
   set(macos ${CMAKE_CURRENT_SOURCE_DIR}/platform/macos)
   file(GLOB sources CONFIGURE_DEPENDS ${macos}/*.mm)
   if(TARNIK_SPARKLE)
     set_source_files_properties(${macos}/MacUpdates_absent.cpp PROPERTIES HEADER_FILE_ONLY ON)
     cmake_path(GET TARNIK_SPARKLE PARENT_PATH sparkleFolder)
-    # A system folder, so that our warnings don't apply to its headers.
+    # Sparkle's folder counts as a system folder, so our warnings don't apply to its headers.
     target_compile_options(${target} PRIVATE -iframework${sparkleFolder})
     target_link_options(${target} INTERFACE -F${sparkleFolder} "LINKER:-rpath,${sparkleFolder}")
     target_link_libraries(${target} PRIVATE "-framework Sparkle")

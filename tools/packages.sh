@@ -71,7 +71,7 @@ missingPackages() {
     installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' $names 2>/dev/null || true)
     while IFS='|' read -r name reason; do
         [[ -n $name ]] || continue
-        # A Node.js that was not installed from Debian is accepted too.
+        # A Node.js or npm that was not installed from Debian is also accepted.
         case $name in
             nodejs) command -v node >/dev/null && continue ;;
             npm) command -v npm >/dev/null && continue ;;

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # test.sh PRESET [--repeat N] [NAME]: builds the preset and runs its tests, or the tests whose name matches NAME. With
-# --repeat it runs each test N times, or until it fails.
+# --repeat, runs each test N times or until the test fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1
