@@ -1,4 +1,4 @@
-// Kills the program at random moments of its first install and starts it again. Each second start must end with a
+// Kills the program at random moments of its first install and starts it again. Each second start must result in a
 // working helper.
 //
 //     node devkit/interruptions.mjs --program PATH [--times N] [--seed N]
@@ -24,7 +24,7 @@ function problemOf({ program, times, seed }) {
   return areNumbers ? undefined : '--times and --seed must be numbers';
 }
 
-// Generates the same numbers from 0 to 1 on every machine.
+// Generates numbers from 0 to 1. The same seed generates the same numbers on every machine.
 function* randomNumbers(seed) {
   for (let state = seed; ;) {
     state = (state + 0x6d2b79f5) | 0;
@@ -40,7 +40,7 @@ async function install(run) {
   await run.expect('state', 'waitingForLink', 0);
 }
 
-// Proves that the helper works: with a join record the program starts it.
+// Proves that the helper works: the program starts the helper if a join record exists.
 async function helperWorks(run) {
   const { joinRecord, home } = run.place;
   installedHelper(run.place);

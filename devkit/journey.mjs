@@ -1,13 +1,13 @@
-// Runs the program against the stand-ins. The home is empty and lies in a private folder, which is removed afterwards.
+// Runs the program against the stand-ins. The home is empty, in a private folder that is removed at the end.
 //
 //     node devkit/journey.mjs --program PATH [--face NAME] [--keep] [--misbehave WHAT=HOW] [--fault NAME]
 //                             [--stand-ins DIR]
 //
-// DIR holds the compiled stand-ins; the default is the folder that was built with the program.
+// DIR contains the compiled stand-ins. The default is the folder that was built with the program.
 //
-// NAME is window, console or walk. walk drives the console through all stages without input, and exits with status 0
-// only if it reached every stage. The default is window if there is a display, console if there is a terminal, and
-// walk otherwise.
+// NAME is window, console or walk. walk drives the console through all stages without a user. It exits with status 0
+// only if it reached every stage. The default is window on a display, console in a terminal without a display, and walk
+// otherwise.
 import { existsSync } from 'node:fs';
 import path from 'node:path';
 import { readArguments } from './commandLine.mjs';

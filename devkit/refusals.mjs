@@ -1,5 +1,5 @@
 // Runs the program on an empty home against every fault of a release, of the service and of the network. Checks the
-// one sentence that it prints, its exit status and the files that it leaves.
+// only sentence that the program prints, its exit status and the files that it leaves.
 //
 //     node devkit/refusals.mjs --program PATH [--only NAME] [--patient]
 //

@@ -3,7 +3,7 @@
 //     node devkit/release.mjs --folder DIR [--key FILE] [--version V] [--platform KEY] [--channel NAME]
 //                             [--helper-size MIB] [--runtime real|tiny|none] [--cache DIR] [--fault NAME]
 //
-// Without --key it signs the release with a new key, which is not stored.
+// Without --key, signs the release with a new key and doesn't store the key.
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { readArguments } from './commandLine.mjs';

@@ -2,7 +2,7 @@
 //
 //     node devkit/service.mjs --folder DIR [--port N] [--misbehave PATH=HOW]...
 //
-// Prints one JSON line with its origin when it listens.
+// When the stand-in listens, prints one JSON line with its origin.
 import path from 'node:path';
 import { readArguments, refuse } from './commandLine.mjs';
 import { startService } from './service/startService.mjs';

@@ -14,7 +14,7 @@ const linkField = 'Link from tarnik';
 const connected = /^This Mac is connected/;
 const prompt = /Press Enter to connect it/;
 
-// Waits until the pairing command shows its prompt. Records its pid, so that a failed run can end it.
+// Waits until the pairing command shows its prompt. Records the command's pid, so that a failed run can end the command.
 async function atThePrompt(run) {
   const { text } = await run.seesText(prompt, 'text');
   const pid = Number(text.match(/connect pid (\d+)/)[1]);

@@ -1,5 +1,5 @@
-// Tests starts, second starts, links and calls over the session bus, before the program runs and while it runs. Each link
-// must be used exactly once:
+// Tests starts, second starts, links and calls over the session bus. Some arrive before the program runs and some while
+// it runs. Each link must be used exactly once:
 //
 //     node devkit/windowStarts.mjs --program PATH [--stand-ins DIR]
 import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
@@ -47,8 +47,8 @@ function buses(run) {
   return processesOf(run.place.root).filter(isBus).map(({ pid }) => pid).sort().join();
 }
 
-// Returns environment changes that make a program assume GNOME on Wayland while it draws on X11, and a function that
-// returns the settings page that was opened.
+// Returns environment changes and a function. With the changes a program assumes GNOME on Wayland but draws on X11. The
+// function returns the settings page that was opened.
 function wayland({ root, environment }) {
   const file = path.join(root, 'opened');
   const folder = path.join(root, 'settings');
@@ -61,7 +61,7 @@ function wayland({ root, environment }) {
   };
 }
 
-// Waits until one of several simultaneous starts is left, and checks that the others have handed over to it.
+// Waits until only one of several simultaneous starts still runs. Checks that the others handed over to it.
 async function oneRemains(run, programs) {
   const isLast = () => programs.filter((program) => !program.exit).length === 1;
   await run.until(isLast, 'several copies run, or none');

@@ -6,7 +6,7 @@ import { demand } from './journey/proof.mjs';
 import { installHelper, join } from './window/prepared.mjs';
 import { play } from './window/play.mjs';
 
-// A start at login waits 20 s for a tray.
+// Less than the 20 s that a start at login waits for a tray.
 const patienceMs = 15_000;
 
 async function registered(run, tray, from = 0) {

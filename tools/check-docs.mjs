@@ -17,7 +17,7 @@ function withoutCodeBlocks(text) {
     return text.replace(/^```[\s\S]*?^```/gm, '');
 }
 
-// Anchors as common renderers derive them from headings.
+// Returns the anchors that common renderers derive from the headings.
 function anchors(text) {
     return new Set([...withoutCodeBlocks(text).matchAll(/^#+\s+(.*)$/gm)].map(([, heading]) =>
         heading.toLowerCase().replace(/[^\p{L}\p{N}\s_-]/gu, '').trim().replace(/\s/g, '-')));
@@ -42,7 +42,7 @@ const code = tracked.filter((file) => /\.(h|cpp|mm|mjs|cmake|in)$|CMakeLists\.tx
 const identifiers = new Set(code.match(/[A-Za-z_]\w*/g));
 const options = new Set(code.match(/--[a-z][a-z-]+/g));
 
-// Returns true if `name` is a path from the root or from the page's folder. `*` matches any name, `{a,b}` either word.
+// Returns true if `name` is a path from the root or from the page's folder. `*` matches any name. `{a,b}` matches a or b.
 function namesFile(page, name) {
     const pattern = name.replace(/\/$/, '').replace(/[.+^$()|[\]\\]/g, '\\$&')
         .replace(/\{([^}]*)\}/g, (_, words) => `(${words.replace(/,/g, '|')})`).replace(/\*+|\b[A-Z]{2,}\b|_NAME\b/g, '[^/]*');
@@ -51,7 +51,7 @@ function namesFile(page, name) {
     return tracked.some((file) => wanted.test(file));
 }
 
-// `NodeSupervisor`, `NodeHome::claim` and `runConsole()` are identifiers and must exist; other words in backticks are ignored.
+// `NodeSupervisor`, `NodeHome::claim` and `runConsole()` are identifiers and must exist. Ignores other words in backticks.
 function checkNames(file, text) {
     for (const [, span] of withoutCodeBlocks(text).matchAll(/`([^`\n]+)`/g)) {
         const ours = topFolders.has(span.split('/')[0]) && /^[\w.*{},/-]+\/[\w.*{},/-]*$/.test(span);

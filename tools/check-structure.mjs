@@ -1,13 +1,12 @@
-// check-structure.mjs [ROOT]: includes go downward only, names say something, files, functions and classes stay small.
-//
-// Prints one line per fault and exits 1 if there is one.
+// check-structure.mjs [ROOT]: checks that includes point downward only, that names have a meaning, and that files,
+// functions and classes are small. Prints one line per fault. Exits with 1 if it finds a fault.
 import fs from 'node:fs';
 import path from 'node:path';
 import { outlineOf } from './outline.mjs';
 
 const root = path.resolve(process.argv[2] ?? path.join(path.dirname(new URL(import.meta.url).pathname), '..'));
 
-// A folder of core/ may include itself and what lies on a lower floor.
+// A folder of core/ may include itself and the folders on lower floors.
 const floors = {
     foundation: 1, switches: 1,
     process: 2,
@@ -20,12 +19,13 @@ const systemHeader = /^((sys|net|netinet|arpa|linux|mach)\/)?[a-z0-9_]+\.h$/;
 const thirdPartyHeader = /^(boost|openssl|curl)\/|^utf8proc\.h$/;
 const toolkitHeader = /^Q[A-Z]|^Qt/;
 
-// "helper" alone is a word of the product: the helper node.
+// Names without a meaning. "helper" is allowed, because the product has a helper node.
 const emptyNames = new Set(['util', 'utils', 'common', 'helpers', 'misc', 'manager']);
-// Stand in for headers of the system, and have their names.
+// The headers in this folder replace headers of the system and have the same names.
 const systemNames = 'tools/darwin/include/';
 
-// Lines; public operations and fields of a class; std::function fields of a record of operations.
+// Limits for the lines of a header, source and function, the public operations and fields of a class, and the
+// std::function fields of a record of operations.
 const limits = { header: 120, source: 400, function: 70, operations: 10, fields: 10, callables: 8 };
 // Types of core/ and app/ that may pass the limits of a class, each with the reason.
 const largeTypes = new Map(Object.entries({
@@ -60,7 +60,7 @@ function filesBelow(folder) {
         });
 }
 
-// FooManager.h: foo, manager, h. old_util.cpp: old, util, cpp.
+// Returns the words of a file name: foo, manager, h for FooManager.h, and old, util, cpp for old_util.cpp.
 function words(name) {
     return name.replace(/([a-z0-9])([A-Z])/g, '$1 $2').split(/[^A-Za-z0-9]+/).map((word) => word.toLowerCase());
 }
@@ -69,7 +69,7 @@ function emptyName(name) {
     return words(name).find((word) => emptyNames.has(word));
 }
 
-// Why `file` may not include `name`; nothing when it may.
+// Returns the reason why `file` must not include `name`, or undefined if it may.
 function whyNotInclude(file, name, quoted) {
     const [area, folder] = file.split('/');
     if (quoted) {
@@ -110,7 +110,7 @@ function whyNotPlatform(file, name) {
     return 'is of one platform, which only app/main_darwin.cpp names';
 }
 
-// A type has a comment above it, or behind the brace that opens it.
+// Returns true if the type has a comment above it or on the line of its opening brace.
 function isExplained(lines, index) {
     let above = index - 1;
     while (/^template\b|^\s*requires\b/.test(lines[above] ?? '')) above -= 1;
@@ -138,7 +138,7 @@ function checkCode(file, lines) {
     const header = file.endsWith('.h');
     if (area === 'core' && !(folder in floors)) fault(file, 1, 'stands on no floor; floors are listed in tools/check-structure.mjs');
 
-    // Lines as an editor counts them: the last newline ends a line and starts none.
+    // Counts lines as an editor does: no line follows the last line feed.
     const length = lines.at(-1) === '' ? lines.length - 1 : lines.length;
     if (header && length > limits.header) fault(file, length, `a header of more than ${limits.header} lines`);
     if (!header && length > limits.source) fault(file, length, `a source of more than ${limits.source} lines`);
@@ -165,7 +165,7 @@ for (const file of folders.flatMap(filesBelow)) {
     }
 }
 
-// Only this tree has the listed types.
+// Checks the list of exceptions only for this tree, because another tree lacks the listed types.
 if (!process.argv[2]) for (const name of unusedExceptions) fault('tools/check-structure.mjs', 1, `${name} is no large type`);
 
 if (faults > 0) console.log(`${faults} fault${faults === 1 ? '' : 's'} in the structure`);

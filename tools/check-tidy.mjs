@@ -1,11 +1,11 @@
 // check-tidy.mjs BUILD: runs clang-tidy over the sources that the finished build folder BUILD compiled.
 //
-// Most of the time for one source goes into the headers of the standard library, so up to 12 sources with the same
-// flags are joined into one unit; the output names the original files and lines. Sources that cannot be
-// compiled together, such as two with a helper of the same name, end up in different units.
+// For one source, clang-tidy spends most of its time in the headers of the standard library. So this script joins up to
+// 12 sources with the same flags into one unit. The output names the original files and lines. Sources that can't be
+// compiled together, for example because both define a helper with the same name, are put into different units.
 //
-// A source that passed is remembered in build/tidy by the content of all its inputs, and is not checked again until
-// it or one of its headers changes.
+// build/tidy records each source that passed, under a hash of all its inputs. The source is not checked again until the
+// source or one of its headers changes.
 import { execFileSync, spawn } from 'node:child_process';
 import { createHash } from 'node:crypto';
 import fs from 'node:fs';
@@ -18,7 +18,7 @@ const root = path.resolve(path.dirname(new URL(import.meta.url).pathname), '..')
 const build = path.resolve(process.argv[2]);
 const memory = path.join(root, 'build/tidy/passed');
 const units = path.join(root, 'build/tidy/units');
-// Tests and benchmarks are left out: most of their code is the frameworks' macros.
+// Tests and benchmarks are not checked, because most of their code consists of the frameworks' macros.
 const checkedFolders = ['core', 'app', 'devkit'].map((folder) => path.join(root, folder) + path.sep);
 
 const fixedInputs = [
@@ -42,7 +42,7 @@ function readDependencies() {
     return byObject;
 }
 
-// Returns the name under which a pass of this source is remembered, or undefined if its inputs are unknown.
+// Returns the name under which a pass of this source is recorded, or undefined if its inputs are unknown.
 function keyOf(entry, dependencies) {
     const files = dependencies.get(/ -o (\S+)/.exec(entry.command)?.[1]);
     if (!files || files.some((file) => !fs.existsSync(file))) return undefined;
@@ -63,7 +63,7 @@ function run(command, words) {
     });
 }
 
-// Several sources as one file, in a folder that clang-tidy reads like a build folder.
+// A file that joins several sources, in a folder that clang-tidy reads like a build folder.
 class Unit {
     constructor(number, entries) {
         this.folder = path.join(units, String(number));
@@ -73,7 +73,7 @@ class Unit {
         this.write(entries);
     }
 
-    // Repeats no #include of an earlier source: each source includes what it needs once.
+    // Writes the unit's files. Leaves out an #include that an earlier source of the unit has.
     write(entries) {
         this.entries = entries;
         this.origins = [];
@@ -86,7 +86,7 @@ class Unit {
             return text.map((line, index) => (repeated[index] ? '' : line));
         });
         fs.mkdirSync(this.folder, { recursive: true });
-        // The root's .clang-tidy applies to all below; that of a folder is repeated here.
+        // The .clang-tidy of the root applies to all folders. The .clang-tidy of the sources' folder is copied here.
         if (this.settings) fs.copyFileSync(this.settings, path.join(this.folder, '.clang-tidy'));
         fs.writeFileSync(this.file, lines.join('\n') + '\n');
         fs.writeFileSync(path.join(this.folder, 'compile_commands.json'), JSON.stringify([
@@ -94,12 +94,12 @@ class Unit {
         ]));
     }
 
-    // Replaces lines of the unit by those of the sources.
+    // Replaces places in the unit with places in the sources.
     translate(output) {
         return output.replaceAll(new RegExp(`${this.file}:(\\d+)`, 'g'), (whole, line) => this.origins[line - 1] ?? whole);
     }
 
-    // Removes and returns the sources that do not compile behind the others.
+    // Removes and returns the sources that don't compile after the other sources.
     async separate() {
         const removed = [];
         while (this.entries.length > 1) {
@@ -139,16 +139,17 @@ const entries = JSON.parse(fs.readFileSync(path.join(build, 'compile_commands.js
 const due = entries.filter((entry) => !entry.key || !fs.existsSync(path.join(memory, entry.key)));
 console.log(`${entries.length} sources, ${due.length} to check`);
 
-// Sources with the same flags and settings, largest group first.
+// The groups of sources with the same flags and settings.
 const groups = new Map();
 for (const entry of due) {
-    // A source that compiles a library along is checked alone: behind it, calls into the library would be analysed.
+    // A source that includes the sources of a library is checked alone. Otherwise calls into the library by the sources
+    // after it would be analysed.
     const alone = /^#include <\S+\/src\.hpp>/m.test(fs.readFileSync(entry.file, 'utf8')) ? entry.file : '';
     const kind = `${entry.settings}\0${entry.flags}\0${alone}`;
     groups.set(kind, [...(groups.get(kind) ?? []), entry]);
 }
 const queue = [...groups.values()].flatMap((group) => {
-    // Equal shares: 13 sources make 7 and 6.
+    // The units have almost equal sizes: 13 sources become 7 and 6.
     const share = Math.ceil(group.length / Math.ceil(group.length / unitSize));
     return Array.from({ length: Math.ceil(group.length / share) }, (_, index) => group.slice(index * share, (index + 1) * share));
 }).sort((one, other) => other.length - one.length);

@@ -1,12 +1,13 @@
-// mutants.mjs [N] [SEED] [--file GLOB] [--list]: changes the code in N small ways, and prints the changes that no unit
-// test notices. 60 changes and the seed 1, if nothing is said.
+// mutants.mjs [N] [SEED] [--file GLOB] [--list]: makes N small changes to the code, one at a time. Prints the changes
+// that no unit test detects. The default is 60 changes with the seed 1.
 //
-// GLOB limits the changes to matching files, or to FILE:LINE. --list prints the changes and tries none. The same words
-// on the same tree pick the same changes. A change that does not compile, or compiles to the same program, is replaced
-// by another. Stress tests and the end-to-end programs are left out: code that only those run survives, and is marked.
+// GLOB limits the changes to matching files, or to FILE:LINE. --list prints the changes without trying them. The same
+// arguments on the same tree select the same changes. A change that doesn't compile or doesn't change the program is
+// replaced by another change. Stress tests and end-to-end tests don't run. A change in code that no test program links
+// survives and is marked.
 //
-// Every worker changes a copy of the tree in build/mutants/, never the checkout. The tests run in a process namespace
-// of their own where the system allows it, as a changed program may signal and leave behind anything.
+// Each worker changes a copy of the tree in build/mutants/, not the checkout. If the system allows it, the tests run in
+// their own process namespace, because a changed program may send signals and leave processes behind.
 import { execFileSync, spawn, spawnSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
 import fs from 'node:fs';
@@ -15,7 +16,7 @@ import { parseArgs } from 'node:util';
 import { applyMutation, mutationsOf, shuffled } from './mutations.mjs';
 
 const workers = 2;
-const leastSilence = 20_000;  // milliseconds without a word from the tests, after which they hang
+const leastSilence = 20_000;  // in milliseconds; tests without output for longer count as hung
 const root = path.resolve(path.dirname(new URL(import.meta.url).pathname), '..');
 const { values: options, positionals } = parseArgs({
     allowPositionals: true,
@@ -27,7 +28,7 @@ if (!Number.isInteger(wanted) || wanted < 1 || !Number.isInteger(seed) || positi
     process.exit(2);
 }
 
-// What is built here and linked into the test programs, but for the views.
+// Files that are not changed, because this system doesn't build them or no unit test links them, and the views.
 const untested = /_darwin\.|\/macos\/|^app\/views\/|\/main(_linux)?\.cpp$|_release\.cpp$/;
 const treeFiles = execFileSync('git', ['ls-files', '--cached', '--others', '--exclude-standard'], { cwd: root, encoding: 'utf8' })
     .split('\n').filter((file) => file && fs.existsSync(path.join(root, file))).sort();
@@ -47,7 +48,7 @@ if (options.list) {
     process.exit(0);
 }
 
-// The suites of each test file, and the program that holds them.
+// The suites of each test file, and the program that contains them.
 const suites = treeFiles.filter((file) => /^tests\/(?!fuzz\/).*Test\.cpp$/.test(file)).map((file) => {
     const [, folder] = file.split('/');
     const text = fs.readFileSync(path.join(root, file), 'utf8');
@@ -61,7 +62,7 @@ const suites = treeFiles.filter((file) => /^tests\/(?!fuzz\/).*Test\.cpp$/.test(
 const stress = '-Stress*';
 const programs = ['tarnik_tests', 'tarnik_view_tests', 'tarnik_development_tests', 'tarnik_release_tests'];
 
-// Which tests to run one after the other: those most likely to notice first.
+// Returns the tests to run for a change in `file`, in stages. The first stage is the most likely to detect the change.
 function stagesFor(file) {
     const [area, folder] = file.split('/');
     const subject = path.basename(file).replace(/(_linux|_development)?\.\w+$/, '');
@@ -85,10 +86,10 @@ const running = new Set();
 function end(child) {
     try {
         process.kill(-child.pid, 'SIGKILL');
-    } catch { /* it has gone by itself */ }
+    } catch { /* it has already ended */ }
 }
 
-// Runs a command in a process group of its own. `onText` gets what it prints.
+// Runs a command in its own process group. `onText` receives the standard output.
 function run(command, words, settings, onText = () => {}) {
     return new Promise((resolve) => {
         const child = spawn(command, words, { detached: true, stdio: ['ignore', 'pipe', 'pipe'], ...settings });
@@ -97,14 +98,14 @@ function run(command, words, settings, onText = () => {}) {
         child.stderr.resume();
         child.on('error', () => resolve(-1));
         child.on('exit', (code) => {
-            end(child);  // whatever it left behind
+            end(child);  // ends the processes that the command left behind
             running.delete(child);
             resolve(code ?? -1);
         });
     });
 }
 
-// The shell is the namespace's first process, and bounds what a program gone wild takes of memory and disk.
+// The shell is the first process of the namespace. It limits the memory and the file sizes of a changed program.
 const asUser = process.getuid() === 0 ? [] : ['--user', '--map-current-user'];
 const apart = ['unshare', ...asUser, '--pid', '--fork', '--kill-child', '--mount-proc'];
 const fence = [...(spawnSync(apart[0], [...apart.slice(1), 'true']).status === 0 ? apart : []),
@@ -118,7 +119,7 @@ class Worker {
         this.clean = {};
     }
 
-    // Only what differs is written, so that the build of the run before still counts.
+    // Writes only the files that differ, so that the build of an earlier run stays valid.
     copyTree() {
         const known = new Set(treeFiles);
         for (const entry of fs.existsSync(this.tree) ? fs.readdirSync(this.tree, { recursive: true, withFileTypes: true }) : []) {
@@ -147,7 +148,7 @@ class Worker {
         return createHash('sha1').update(fs.readFileSync(this.program(name))).digest('hex');
     }
 
-    // Of all that was compiled, in a test program or not.
+    // Returns a digest of all compiled code, including code that no test program links.
     digestOfLibraries() {
         const folder = path.join(this.tree, 'build/mutants');
         const libraries = ['core', 'app'].flatMap((area) => fs.readdirSync(path.join(folder, area), { recursive: true })
@@ -157,11 +158,11 @@ class Worker {
         return hash.digest('hex');
     }
 
-    // The name of the test that failed or hung; nothing when all passed.
+    // Returns the test that failed or hung, or undefined if all tests passed.
     async failingTest(name, filter) {
         fs.rmSync(this.scratch, { recursive: true, force: true });
         fs.mkdirSync(this.scratch, { recursive: true });
-        fs.chmodSync(this.scratch, 0o1777);  // as /tmp, for tests that drop root
+        fs.chmodSync(this.scratch, 0o1777);  // the mode of /tmp, for tests that drop root
         let [text, hung, longest, last] = ['', false, 0, Date.now()];
         let watch;
         const environment = { ...process.env, TMPDIR: this.scratch };
@@ -200,7 +201,7 @@ class Worker {
         this.silence = Math.max(leastSilence, 4 * this.longest);
     }
 
-    // As failingTest, but what fails once in two runs is a test that can't be relied on, and no verdict.
+    // Like failingTest(), but runs a failed test again. A test that then passes is unreliable and is left out.
     async noticed(name, filter) {
         const unsteady = [];
         for (;;) {
@@ -213,7 +214,8 @@ class Worker {
         }
     }
 
-    // 'uncompiled', 'same', 'survived', 'unlinked' for what survived outside the test programs, or the test that noticed.
+    // Returns 'uncompiled', 'same', 'survived', 'unlinked' (survived in code that no test program links), or the test that
+    // detected the change.
     async judge(mutation) {
         const file = path.join(this.tree, mutation.file);
         const original = fs.readFileSync(file, 'utf8');
@@ -239,7 +241,7 @@ class Worker {
 for (const signal of ['SIGINT', 'SIGTERM', 'SIGHUP']) {
     process.on(signal, () => {
         for (const child of running) end(child);
-        process.exit(130);  // the next run mends the copies
+        process.exit(130);  // the next run restores the copies
     });
 }
 
@@ -249,7 +251,7 @@ const survivors = [];
 let next = 0;
 
 async function work(worker) {
-    // Never more than can still count: so the changes that count are the first N in the order that do.
+    // Starts no more changes than can still count. So the counted changes are the first N in the order of the list.
     while (next < picks.length) {
         if (judged() + count.judging >= wanted) {
             if (count.judging === 0) return;

@@ -1,5 +1,5 @@
-// Finds the small changes of a C++ source that a test should detect. It works on the text, with comments and literals
-// blanked out, and relies on clang-format's layout: binary operators have spaces around them.
+// Finds the small changes of a C++ source that a test should detect. Works on the text, with comments and literals
+// blanked out. Relies on clang-format's layout, for example on the spaces around binary operators.
 
 // Replaces comments, preprocessor lines and the content of literals with spaces. All other characters keep their position.
 export function maskSource(text) {
@@ -18,7 +18,7 @@ export function maskSource(text) {
 
 const closing = { '(': ')', '[': ']', '{': '}' };
 
-// Returns the index of the bracket that closes the one at `start`, or -1.
+// Returns the index of the bracket that closes the bracket at `start`, or -1.
 function closingBracket(masked, start) {
     const open = [];
     for (let index = start; index < masked.length; ++index) {
@@ -104,14 +104,14 @@ function* negatedConditions(masked, text) {
         if (declared && match[0].startsWith('while')) continue;
         yield { at, old, replacement: declared ? `${old}; !${declared[1]}` : `!(${old})` };
     }
-    // Only simple conditions: the start of others can't be found without a parser.
+    // Changes only simple conditions, because the start of other conditions can't be found without a parser.
     for (const match of masked.matchAll(/(?:(?<![=!<>])= |return |[(,] ?)([!\w][\w.:>*-]*(?:\([\w.:]*\))?) \? /g)) {
         const at = match.index + match[0].length - match[1].length - 3;
         yield { at, old: text.slice(at, at + match[1].length), replacement: `!(${match[1]})` };
     }
 }
 
-// Returns the index of the `;` that ends the statement at `start`, or -1 if there is no statement that can be deleted.
+// Returns the index of the `;` that ends the statement at `start`, or -1 if no statement can be deleted.
 function statementEnd(masked, start) {
     let assigned = false;
     for (let index = start; index < masked.length; ++index) {
@@ -172,11 +172,11 @@ function* swappedArguments(masked, text) {
     }
 }
 
-// Lines that don't run, or whose change has no effect.
+// Lines that don't run, and lines whose change has no effect.
 const meaningless = /\breserve\(|shrink_to_fit|static_assert|\boperator\b|^\s*(using|template|namespace|friend)\b|[bB]uffer/;
 const written = /^(?:\w+\.)*(log_?|note)\(/;
 
-// Returns all mutations of a source in the order of the text: offset, line, old text and new text.
+// Returns all mutations of a source in the order of the text. Each has an offset, a line, the old and the new text.
 export function mutationsOf(file, text) {
     const masked = maskSource(text);
     const lines = masked.split('\n');

@@ -1,6 +1,6 @@
-// outline.mjs: finds the types and functions of a C++ source, as far as the structure check needs them.
+// Finds the types and functions of a C++ source for check-structure.mjs.
 //
-// It knows this project's layout (clang-format, no macros around declarations), not the language.
+// Relies on this project's layout (clang-format, no macros around declarations) and doesn't parse the language.
 
 // Returns the text with comments, literals and preprocessor lines blanked out. Lines keep their numbers.
 export function withoutComments(text) {
@@ -25,7 +25,7 @@ function kindOf(head, scope) {
 function countMember(type, statement) {
     const text = statement.replace(/^(\s*(public|private|protected)\s*:(?!:))+/, '').replace(/\s+/g, ' ').trim();
     if (text === '' || /^(using|friend|static_assert|template|enum|struct|class|union|typedef)\b/.test(text)) return;
-    // What stands in <> may hold the parentheses of a signature.
+    // Removes the text in <>, because it may contain the parentheses of a signature.
     let plain = text;
     while (/<[^<>]*>/.test(plain)) plain = plain.replace(/<[^<>]*>/g, '');
     plain = plain.replace(/\b[A-Z][A-Z_]+\([^)]*\)/g, '');
@@ -42,8 +42,8 @@ function countMember(type, statement) {
     if (/std::function</.test(text)) type.callables += 1;
 }
 
-// Returns { types, functions } of a source's text. Lines count from 1. Of a type: its operations are the public member
-// functions without constructors, destructor and operators; `callables` are fields of std::function.
+// Returns { types, functions } of a source's text. Lines count from 1. The operations of a type are its public member
+// functions without constructors, destructor and operators. Its `callables` are fields of std::function.
 export function outlineOf(text) {
     const code = withoutComments(text);
     const [types, functions] = [[], []];
@@ -75,7 +75,7 @@ export function outlineOf(text) {
         } else if (char === '}') {
             const ended = scopes.length > 1 ? scopes.pop() : scope;
             if (ended.kind === 'function') functions.push({ name: ended.name, line: ended.line, length: line - ended.line + 1 });
-            // A brace that initialises belongs to its statement.
+            // An initialiser in braces belongs to its statement.
             head = ended.kind === 'braces' ? `${ended.head}{}` : '';
             if (ended.kind === 'braces') headLine = ended.line;
         } else if (char === ';') {

@@ -1,5 +1,5 @@
 // hold_output SECONDS: starts a background process that keeps the output (a pipe or a terminal) open for this
-// long, prints its process id and exits at once.
+// time. Prints the id of that process and exits at once.
 //
 // On macOS a terminal is closed for all processes when its session leader ends, so only a pipe can be kept
 // open.

@@ -1,5 +1,5 @@
-// write_bytes COUNT: writes this many bytes to standard output. Byte number i is 'a' + i % 26. Exits with 1
-// if a write fails.
+// write_bytes COUNT: writes COUNT bytes to standard output. Byte number i is 'a' + i % 26. Exits with 1 if a
+// write fails.
 #include <algorithm>
 #include <array>
 #include <cerrno>

@@ -1,12 +1,12 @@
 // cua-driver: stand-in for the desktop driver. It accepts exactly the arguments and the environment that
-// tarnik passes, listens on its private socket, and answers each line with another line:
+// tarnik passes. It listens on its private socket and answers each line with another line:
 //
 //     hello from tarnik-node
 //     hello from cua-driver, pid 4711, permission mode unrestricted
 //
 // At the end of its standard input or on SIGTERM it removes its socket and exits with status 0. It exits with
-// 64 for wrong arguments, a wrong environment or a malformed switch, and with 1 for other failures; the
-// reason is printed on standard error. devkit/README.md lists the switches that make it misbehave.
+// 64 for wrong arguments, a wrong environment or a malformed switch, and with 1 for other failures. It prints
+// the reason on standard error. devkit/README.md lists the switches that make it misbehave.
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -129,7 +129,7 @@ struct Switches {
     std::string say;
 };
 
-// Returns the switch's value, or an empty text if it isn't set.
+// Returns the switch's value, or an empty text if the switch isn't set.
 std::string switchValue(const std::string& name) {
     const char* value = std::getenv(("TARNIK_STANDIN_DRIVER_" + name).c_str());
     return value == nullptr ? "" : value;
@@ -259,7 +259,7 @@ void forwardTermination(int) {
     errno = before;
 }
 
-// Returns a descriptor that becomes readable on SIGTERM. If `ignored`, it never does.
+// Returns a descriptor that becomes readable on SIGTERM. If `ignored` is true, it never becomes readable.
 Descriptor watchTermination(bool ignored) {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) return Descriptor();
@@ -284,7 +284,7 @@ public:
     int run() {
         for (;;) {
             const Moment now = Clock::now();
-            if (exitAt_ && now >= *exitAt_) return EXIT_SUCCESS;  // leaves its socket, as a crash would
+            if (exitAt_ && now >= *exitAt_) return EXIT_SUCCESS;  // leaves the socket, as a crash would
             if (readyAt_ && now >= *readyAt_) {
                 readyAt_.reset();
                 if (switches_.exitBeforeReady) return *switches_.exitBeforeReady;
@@ -300,7 +300,7 @@ private:
     }
 
     bool becomeReady() {
-        // A full queue is filled under another name first, so that no client can connect before it is full.
+        // Fills the queue under another name first, so that no client can connect before the queue is full.
         const std::string path = switches_.fullQueue ? besideSocket() : socketPath_;
         listener_ = listenAt(path, switches_.fullQueue ? 0 : SOMAXCONN);
         if (listener_.isOpen() && switches_.fullQueue) queued_ = fillQueue(path);
@@ -382,7 +382,7 @@ int main(int count, char** arguments) {
     std::signal(SIGPIPE, SIG_IGN);
     const Switches switches = readSwitches();
     Descriptor termination = watchTermination(switches.ignoreTerm);
-    if (switches.ignoreEnd) alarm(120);  // a process that its test lost must not stay
+    if (switches.ignoreEnd) alarm(120);  // in case the test doesn't end it
     if (!switches.say.empty()) say(switches.say);
     const Invocation invocation = readArguments(std::vector<std::string>(arguments + 1, arguments + count));
     checkEnvironment(invocation.hostBundleID);

@@ -1,12 +1,12 @@
-// keep_awake: stand-in for the program that keeps a machine awake. It sleeps until it is signalled or its
-// standard input ends.
+// keep_awake: stand-in for the program that keeps a machine awake. It waits for a signal or for the end of
+// its standard input.
 #include <array>
 #include <cerrno>
 
 #include <unistd.h>
 
 int main() {
-    alarm(120);  // a process that its test lost must not stay
+    alarm(120);  // in case the test doesn't end it
     std::array<char, 256> ignored;
     for (;;) {
         const ssize_t got = read(STDIN_FILENO, ignored.data(), ignored.size());

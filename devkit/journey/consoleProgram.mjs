@@ -12,7 +12,7 @@ export function event(word, rest) {
 
 export class ConsoleProgram {
   lines = [];
-  exit = undefined;  // { code, signal } after the program has ended and all its output was read
+  exit = undefined;  // { code, signal } when the program has ended and all its output was read
 
   #child;
   #changed = new EventEmitter();
@@ -59,7 +59,7 @@ export class ConsoleProgram {
     return this.lines.slice(from).find((line) => pattern.test(line.text))?.text;
   }
 
-  // Waits for a line that matches, at or after `from`. Returns the first.
+  // Waits for a matching line at or after `from`. Returns the first matching line.
   expect(pattern, from, deadline) {
     return this.#until(() => this.find(pattern, from), `no line like ${pattern}`, deadline);
   }

@@ -1,4 +1,4 @@
-// Runs the console program in its folders: starts, commands, waits, and the end of all processes that it started.
+// Runs the console program in its folders: starts it, sends commands, waits, and ends all processes that it started.
 import { readFileSync } from 'node:fs';
 import path from 'node:path';
 import { setTimeout as pause } from 'node:timers/promises';
@@ -52,7 +52,7 @@ export class ConsoleRun {
     return this.console.expect(event(word, rest), from, this.deadline);
   }
 
-  // Polls for a change that no line reports, such as a file or a process. Returns the first true value of `check`.
+  // Polls for a change that no output line reports, such as a new file. Returns the first true value of `check`.
   async until(check, complaint, limitMs = Infinity) {
     const end = Math.min(this.deadline, Date.now() + limitMs);
     for (;;) {

@@ -9,8 +9,8 @@ export function driverFolders({ driverRoot }) {
   return existsSync(driverRoot) ? readdirSync(driverRoot).map((name) => path.join(driverRoot, name)) : [];
 }
 
-// Waits for a driver that started after `from`: it is ready, its endpoint is published, and a helper that was started
-// with that endpoint has greeted it.
+// Waits until a driver that started after `from` is ready, its endpoint is published, and a helper that was started with
+// that endpoint has greeted the driver.
 export async function driverComesUp(walk, from) {
   const ready = await walk.console.expect(/ desktop driver ready$/, from, walk.deadline);
   const published = await walk.expect('endpoint', '/.*', from);
@@ -33,7 +33,7 @@ export function privateEndpoint({ pid, socket, folder }) {
   return [`${socket} (600 in 700)`, `${pidFile} (600): ${text}`];
 }
 
-// Checks that the driver has ended and left nothing on the disk or in the status.
+// Checks that the driver has ended, that its files are removed, and that the status doesn't mention it.
 export async function driverIsGone(walk, { pid, folder }) {
   const { line, fields } = await walk.status();
   demand(fields.driver === 'none' && fields.endpoint === 'none', `there is still a driver: ${line}`);

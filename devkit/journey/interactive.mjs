@@ -2,7 +2,7 @@
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 
-// Issues three links: two good ones, one in each form, and one that is already used.
+// Issues three links: a fresh link in each of the two forms, and a used link.
 function handOutLinks({ links }) {
   const [first, second, used] = [links.handOut(), links.handOut(), links.handOut()];
   links.use(used.code);
@@ -50,7 +50,7 @@ ${more(service)}`;
 
 async function playTogether(program, place, words) {
   const child = spawn(program, [...words, ...place.words], { stdio: 'inherit', env: place.environment });
-  // The terminal sends its signals to both processes. This one waits until the program has stopped.
+  // The terminal sends its signals to both processes. This process waits until the program has stopped.
   process.on('SIGINT', () => {});
   process.on('SIGHUP', () => {});
   process.on('SIGTERM', () => child.kill('SIGTERM'));

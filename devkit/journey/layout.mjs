@@ -27,7 +27,7 @@ function installDriver(bundle, source) {
   return driver;
 }
 
-// Returns the folders of the user's data: on macOS below the home, on Linux those of the XDG variables.
+// Returns the folders of the user's data. On macOS they are below the home. On Linux the XDG variables name them.
 function foldersFor(root, home) {
   if (process.platform === 'darwin') {
     return {
@@ -47,8 +47,8 @@ function foldersFor(root, home) {
   };
 }
 
-// `settings` replaces default settings; a key without a value is removed. `standIns` is the folder with the compiled
-// driver stand-ins; without it the bundle has no driver.
+// `settings` replaces default settings. A key without a value is removed. `standIns` is the folder with the compiled
+// driver stand-ins. Without this folder the bundle has no driver.
 export async function layOut(
   { runtime = 'real', helperSizeMiB = 0, fault, settings: changes = {}, standIns } = {},
 ) {

@@ -28,11 +28,11 @@ function inspectByPs(pid) {
   }
 }
 
-// Returns the command line and, where /proc exists, the executable of a running process; undefined if it has ended,
-// even if it was not reaped.
+// Returns the command line of a running process and, if /proc exists, its executable. Returns undefined if the process
+// has ended, even if it was not reaped.
 export const inspect = hasProc ? inspectByProc : inspectByPs;
 
-// Also compares the command line, because another process may have the pid by now.
+// Also compares the command line, because the pid may belong to another process now.
 export function isRunning(pid, script) {
   return inspect(pid)?.command.includes(script) ?? false;
 }

@@ -5,7 +5,7 @@ import { inspect } from './processes.mjs';
 
 const markerText = "This folder is tarnik-node's own. `tarnik-node uninstall` removes it whole.\n";
 const versionLimitMs = 10_000;
-// A stop that takes longer means that the helper ignored the end of its input: it is signalled after 10 s.
+// If a stop takes longer, the helper has ignored the end of its input. The program signals such a helper after 10 s.
 export const politeStopMs = 5000;
 
 export function demand(condition, complaint) {

@@ -191,7 +191,7 @@ export const stages = [
     },
   },
   {
-    // The pairing run was short too, so this second short run in a row has the longer delay.
+    // The pairing run was also short. This run is the second short run in a row, so it has the longer delay.
     name: 'a killed helper is restarted',
     reach: async (walk) => {
       const from = walk.console.mark;

@@ -1,8 +1,8 @@
-// The faults that the installer must refuse, and those that it must tolerate.
+// The faults that the installer must refuse, and the faults that it must tolerate.
 //
 //     misbehave   [what, how]: how the service answers for 'release', 'runtime' or 'helper'
 //     fault       the fault of the release
-//     settings    replaces default settings; undefined removes one
+//     settings    replaces default settings; undefined removes a setting
 //     prepare     writes files into the home before the program starts
 //     outcome     'refused' (the default), 'installed', or 'either' if only the files matter
 //     sentence    the printed sentence: its whole text, or a pattern
@@ -84,7 +84,7 @@ const unpacked = [
   ['not-a-tar', /^What tarnik downloaded is damaged[^\n]+\(Couldn't unpack tarnik's helper \([^\n]+\)\. Nothing was installed\.\)$/],
 ].map(([fault, sentence]) => ({ fault, sentence, leaves: 'runtime' }));
 
-// The tar of the system decides which of these it refuses.
+// The tar of the system determines which of these packages are refused.
 const hostile = ['dot-dot-member', 'absolute-member', 'through-a-link', 'hard-link-out'].map((fault) => ({
   fault, outcome: 'either', leaves: 'all',
 }));
@@ -114,7 +114,7 @@ const before = [
   },
 ];
 
-// The slow cases are first, so that the others run beside them.
+// The slow cases are first, so that the other cases run beside them.
 export const cases = [
   ...release.reverse(), ...helper.reverse(), ...tolerated, ...runtime,
   ...signed, ...unpacked, ...hostile, ...built, ...before,

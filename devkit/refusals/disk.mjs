@@ -3,9 +3,9 @@ import { lstatSync, readFileSync, readdirSync, readlinkSync } from 'node:fs';
 import path from 'node:path';
 import { demand } from '../journey/proof.mjs';
 
-// Logs are written in every case.
+// Every case writes logs.
 const ignored = /^Library(\/|$)/;
-// The node home is created for its lock before anything is refused.
+// The program creates the node home for its lock before it can refuse a release.
 const nothing = [/^\.tarnik(\/node)?$/];
 const claim = [...nothing, /^\.tarnik\/node\/(\.tarnik-node-home|runtime|tmp)$/];
 const runtime = [...claim, /^\.tarnik\/node\/(runtime\/node(\/|$)|provenance\.json$)/];

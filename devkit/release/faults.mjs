@@ -45,7 +45,7 @@ export const faults = {
       ...members, hardLink(inside('shared'), `${outside}/precious`), file(inside('shared'), escaped),
     ],
   },
-  // A folder that can't be listed, in a package that is refused. The installer must remove it nevertheless.
+  // A refused package contains a folder that can't be listed. The installer must still remove that folder.
   'locked-folder': {
     members: (members) => [
       ...without(wrapper)(members), file(inside('locked/file'), escaped), folder(inside('locked'), 0),

@@ -20,7 +20,7 @@ async function digest(target) {
   return hash.digest('hex');
 }
 
-// Makes a folder that no package may change when it is unpacked.
+// Makes a folder that must not change when a package is unpacked.
 function makeOutside(folder) {
   const outside = path.join(folder, 'outside');
   mkdirSync(outside, { recursive: true });
@@ -56,7 +56,7 @@ function releaseFile(manifest, key, fault) {
   return typeof signed === 'string' ? signed : `${JSON.stringify(signed)}\n`;
 }
 
-// `fault` is a name of faults.mjs. `runtime` is 'real', 'tiny' or 'none'; `cache` keeps the archive of the real one.
+// `fault` is a name of faults.mjs. `runtime` is 'real', 'tiny' or 'none'. `cache` keeps the archive of the real runtime.
 export async function makeRelease({
   folder, version: asked = defaultVersion, platform = machinePlatform, channel = 'stable',
   key = freshKey(), helperSizeMiB = 0, runtime = 'real', cache, fault: faultName,

@@ -17,7 +17,7 @@ function place(cached, target) {
   }
 }
 
-// Packing takes seconds, so the cache keeps the archive. Its name has the version and the size of what it was made from.
+// Packing takes seconds, so the cache keeps the archive. The archive's name has the version and the size of its sources.
 async function packReal(target, leading, cache) {
   mkdirSync(cache, { recursive: true });
   const size = [executable, ...libraries].reduce((sum, name) => sum + statSync(name).size, 0);
@@ -30,7 +30,7 @@ async function packReal(target, leading, cache) {
   place(cached, target);
 }
 
-// Packs a shell script that executes the machine's Node.js: a thousandth of the size of the real runtime.
+// Packs a shell script that executes the machine's Node.js. It has a thousandth of the real runtime's size.
 async function packTiny(target, leading) {
   const script = `#!/bin/sh\nexec '${executable}' "$@"\n`;
   await writeTarball(target, [folder(leading), file(`${leading}/bin/node`, Buffer.from(script), 0o755)]);

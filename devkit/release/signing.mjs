@@ -9,7 +9,7 @@ class ReleaseKey {
 
   constructor(privateKey) {
     this.#privateKey = privateKey;
-    // A JSON web key has the 32 raw bytes as base64url, the form that a build has too.
+    // A JSON web key has the 32 raw bytes as base64url. The settings of a build use the same form.
     this.publicKey = createPublicKey(privateKey).export({ format: 'jwk' }).x;
     const raw = Buffer.from(this.publicKey, 'base64url');
     this.keyId = createHash('sha256').update(raw).digest('hex').slice(0, 16);
@@ -28,7 +28,7 @@ export function freshKey() {
   return new ReleaseKey(generateKeyPairSync('ed25519').privateKey);
 }
 
-// Returns the key in `file`, and creates the file if it doesn't exist.
+// Returns the key in `file`. Creates the file with a new key if it doesn't exist.
 export function keyInFile(file) {
   if (existsSync(file)) {
     const privateKey = createPrivateKey(readFileSync(file));

@@ -6,7 +6,7 @@ import { createGzip } from 'node:zlib';
 
 const blockSize = 512;
 const types = { file: '0', hardLink: '1', link: '2', folder: '5' };
-// All members have one date, so that the same input gives the same archive.
+// All members have one date, so that the same input results in the same archive.
 const modified = Date.UTC(2026, 0, 1) / 1000;
 
 export function file(name, body, mode = 0o644) {

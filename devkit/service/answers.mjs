@@ -1,4 +1,4 @@
-// The correct answers of the service; delivery.mjs sends or spoils them.
+// The correct answers of the service. delivery.mjs sends them, with or without a fault.
 import { createReadStream, readFileSync, statSync } from 'node:fs';
 import path from 'node:path';
 import { Readable } from 'node:stream';

@@ -1,4 +1,4 @@
-// The pairing links that the service has issued. Each can be used once.
+// The pairing links that the service has issued. Each link can be used once.
 import { randomBytes } from 'node:crypto';
 
 const codeBytes = 16;  // 22 characters of base64url
@@ -26,7 +26,7 @@ export class Links {
     return this.#used.get(code) === false;
   }
 
-  // Marks the code as used. Returns false if it is unknown or already used.
+  // Marks the code as used. Returns false if the code is unknown or already used.
   use(code) {
     if (!this.isFresh(code)) return false;
     this.#used.set(code, true);

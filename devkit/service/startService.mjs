@@ -5,7 +5,7 @@
 //     POST /c/CODE               joins with the code: 200 once, then 410
 //     GET  /NAME                 a file of the release folder
 //     POST /devkit/links         issues a link
-//     POST /devkit/misbehave     {"path": PATH, "how": NAME}; without "how" the path is answered correctly again
+//     POST /devkit/misbehave     {"path": PATH, "how": NAME}; without "how", the answers for PATH are correct again
 import { once } from 'node:events';
 import { createServer } from 'node:http';
 import { json, notFound, releaseFile } from './answers.mjs';
@@ -43,7 +43,7 @@ class Service {
     this.links = new Links(this.origin);
   }
 
-  // Without `how` the path is answered correctly again.
+  // Without `how`, the answers for `path` are correct again.
   misbehave(path, how) {
     if (how === undefined) this.#misbehaving.delete(path);
     else if (Object.hasOwn(misbehaviours, how)) this.#misbehaving.set(path, misbehaviours[how]);
@@ -101,7 +101,7 @@ class Service {
   }
 }
 
-// Serves `folder` until close(). The default port is a free one.
+// Serves `folder` until close(). By default the system chooses a free port.
 export async function startService({ folder, port = 0 }) {
   const service = new Service(folder);
   await service.listen(port);

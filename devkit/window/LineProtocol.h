@@ -8,8 +8,8 @@
 
 #include <unistd.h>
 
-// The protocol between these programs and the scripts: JSON lines on standard output, command lines on
-// standard input.
+// The protocol between these programs and the scripts. Standard output has JSON lines. Standard input has
+// command lines.
 namespace devkit {
 
 inline void say(const QJsonObject& what) {
@@ -20,8 +20,8 @@ inline void say(const QJsonObject& what) {
 // Splits standard input into lines.
 class StandardInput {
 public:
-    // Passes complete lines to `take`, without their line feeds. Blocks until input arrives. Returns false at
-    // its end.
+    // Blocks until input arrives. Passes complete lines to `take`, without their line feeds. Returns false at
+    // the end of the input.
     bool read(const std::function<void(const std::string&)>& take) {
         char buffer[4096];
         const auto count = ::read(STDIN_FILENO, buffer, sizeof buffer);

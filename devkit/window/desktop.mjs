@@ -1,5 +1,5 @@
 // A private desktop for programs with a window: an X server, a session bus without service activation, the accessibility
-// bus, and the programs that act as the user. It shares nothing with the real desktop.
+// bus, and the programs that act as the user. It uses no server and no bus of the real desktop.
 import { execFile, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
@@ -35,8 +35,8 @@ function withoutDesktop(environment) {
   return Object.fromEntries(Object.entries(environment).filter(([name]) => !desktopVariables.test(name)));
 }
 
-// Starts a server that writes one line to descriptor 3 when it is ready. The kernel kills it when this process ends;
-// all other programs of the desktop end without it.
+// Starts a server that writes one line to descriptor 3 when it is ready. The kernel kills the server when this process
+// ends. All other programs of the desktop end when the server ends.
 async function startServer(program, words, environment) {
   const all = ['--pdeathsig', 'KILL', program, ...words];
   const child = spawn('setpriv', all, { env: environment, stdio: ['ignore', 'ignore', 'pipe', 'pipe'] });
@@ -70,7 +70,7 @@ export class Desktop {
     this.#tools = tools;
   }
 
-  // `root` is a private folder; `tools` is the folder with the compiled programs of devkit/window/.
+  // `root` is a private folder. `tools` is the folder with the compiled programs of devkit/window/.
   static async open(root, tools) {
     const desktop = new Desktop(root, tools);
     try {
@@ -158,7 +158,7 @@ export class Desktop {
       'org.a11y.Status', 'IsEnabled', `<${on}>`);
   }
 
-  // Moves the mouse or types, through the X server.
+  // Moves the mouse or types keys through the X server.
   async act(...words) {
     await run('xdotool', words.map(String), { env: this.environment(), timeout: startLimitMs });
   }
@@ -178,7 +178,7 @@ export class Desktop {
       await program.expectExit(Date.now() + endLimitMs).catch(() => {});
     }
     await endAll(this.#children.reverse());
-    // Processes that were started by others, such as the accessibility bus and its registry.
+    // Ends processes that other programs started, such as the accessibility bus and its registry.
     await endAll(processesOf(this.#root));
   }
 }

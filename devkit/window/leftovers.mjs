@@ -30,7 +30,7 @@ function signal(pid, which) {
   }
 }
 
-// Ends the processes in this order: SIGTERM, then SIGKILL if that is not enough.
+// Ends the processes with SIGTERM, and with SIGKILL if they still run.
 export async function endAll(processes) {
   for (const { pid } of processes) {
     signal(pid, 'SIGTERM');

@@ -36,8 +36,8 @@ async function explain(error, one, run) {
   console.log(await run.describe(path.join(tmpdir(), `tarnik-window-${process.pid}.png`)));
 }
 
-// `layout` has the options of layOut(), and `prepare` runs before the first case. Sets the exit status: 0 only if every
-// case passed.
+// `layout` has the options of layOut(). `prepare` runs before the first case. Sets the exit status to 0 only if every case
+// passed.
 export async function play(script, cases, { layout = {}, prepare } = {}) {
   const values = readArguments(`usage: node devkit/${script} --program PATH [--stand-ins DIR]`, options, problemOf);
   const program = path.resolve(values.program);

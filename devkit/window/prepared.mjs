@@ -5,7 +5,7 @@ import { ConsoleRun } from '../journey/consoleRun.mjs';
 
 const installLimitMs = 30_000;
 
-// Lets the program install the helper, in its console.
+// Installs the helper with the program's console.
 export async function installHelper({ program, place }) {
   const run = new ConsoleRun(program, place);
   run.allow(installLimitMs);

@@ -1,8 +1,8 @@
 // Reads a program's window over the accessibility bus, as a screen reader does.
 //
-// For each line "read PID" on standard input it prints one JSON line with the accessibility tree of that
-// process, or with null if the process is not on the bus. After each answer it prints {"changed":true} once,
-// at the first change that any program announces. It exits at the end of its input.
+// For each line "read PID" on standard input, prints one JSON line with the accessibility tree of that
+// process, or with null if the process is not on the bus. After each answer, prints {"changed":true} once, at
+// the first change that any program announces. Exits at the end of standard input.
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -125,11 +125,12 @@ private:
         return {x, y, width, height};
     }
 
-    // Leaves out elements that are not on the screen, except the program itself.
+    // Returns an empty object for an element that is not on the screen. The program itself is always
+    // described.
     QJsonObject describe(const Place& place, int depth) const {
         const auto role = call(place, accessible, "GetRoleName");
         const auto stateWords = call(place, accessible, "GetState");
-        if (role.isEmpty() || stateWords.isEmpty()) return {};  // it has gone
+        if (role.isEmpty() || stateWords.isEmpty()) return {};  // the element no longer exists
         const auto words = qdbus_cast<QList<unsigned>>(stateWords[0]);
         if (depth > 0 && !has(words, showing)) return {};
         QJsonArray names;
@@ -160,7 +161,7 @@ private:
     bool reportedChange_ = false;
 };
 
-// Returns the address of the accessibility bus, which a service on the session bus knows.
+// Returns the address of the accessibility bus. A service on the session bus reports it.
 QString accessibilityBus() {
     const auto asked =
         QDBusMessage::createMethodCall("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress");

@@ -1,9 +1,9 @@
-// A tray: accepts status items over the session bus, as the panel of a desktop does, and prints them as JSON
-// lines.
+// A tray. Accepts status items over the session bus, as the panel of a desktop does, and prints JSON lines
+// about them.
 //
-// It prints "ready" when it runs, and "registered" and "gone" for each item. Commands on standard input:
-// "show" prints the properties and the menu of the last item, "choose ID" activates an entry of its menu, and
-// "click" clicks on the item. It exits at the end of its input.
+// Prints "ready" when it runs, and "registered" and "gone" for each item. Commands on standard input: "show"
+// prints the properties and the menu of the last item, "choose ID" activates an entry of that menu, and
+// "click" clicks on that item. Exits at the end of standard input.
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -32,7 +32,7 @@ const QString itemInterface = "org.kde.StatusNotifierItem";
 const QString menuInterface = "com.canonical.dbusmenu";
 const QString propertiesInterface = "org.freedesktop.DBus.Properties";
 
-// The introspection data, which programs request first.
+// The introspection data. Programs request it first.
 const QString introduction = R"(
   <interface name="org.kde.StatusNotifierWatcher">
     <method name="RegisterStatusNotifierItem"><arg name="service" type="s" direction="in"/></method>
@@ -97,7 +97,7 @@ private:
                 {"ProtocolVersion", 0}};
     }
 
-    // `given` is the name of the item's service, or a path of the sender.
+    // `given` is the name of the item's service, or the path of an object of the sender.
     void add(const QString& given, const QString& sender) {
         const auto service = given.startsWith('/') ? sender : given;
         items_.append(service);

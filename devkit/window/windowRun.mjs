@@ -1,11 +1,11 @@
-// Runs the program with its window on a private desktop: a user's input, and waits for what the window shows.
+// Runs the program with its window on a private desktop. Simulates a user's input and waits for the window's contents.
 import { setTimeout } from 'node:timers/promises';
 import { ConsoleRun } from '../journey/consoleRun.mjs';
 import { find, is, middle, print } from './screen.mjs';
 
 // The window is read again after this time, even if no change was announced.
 const readAgainMs = 200;
-// A new button ignores input for the double-click interval, so every answer waits for longer than that.
+// A new button ignores input for the double-click interval, so every answer waits longer than this interval.
 const readingMs = 500;
 const readLimitMs = 5000;
 
@@ -34,7 +34,7 @@ export class WindowRun extends ConsoleRun {
     return this.#desktop.start(this.program, [...this.place.words, ...words], this.place.environment);
   }
 
-  // The number of window events so far, for `from` of the other operations.
+  // The number of window events so far. The other operations accept it as `from`.
   get windowMark() {
     return this.#desktop.windows.mark;
   }
@@ -65,7 +65,7 @@ export class WindowRun extends ConsoleRun {
     this.#desktop.windows.send(`close ${this.window.mapped}`);
   }
 
-  // Returns the accessibility tree of the program's window, or null if there is no window.
+  // Returns the accessibility tree of the program's window, or null if no window exists.
   async read() {
     const { reader } = this.#desktop;
     const from = reader.mark;
@@ -95,7 +95,7 @@ export class WindowRun extends ConsoleRun {
     return this.sees((tree) => !find(tree, wanted), `the window still shows ${wanted}`);
   }
 
-  // Waits for an enabled element that has not moved for a moment.
+  // Waits until an enabled element has not moved for a moment.
   async #settled(wanted, role) {
     let place;
     let since;
@@ -129,7 +129,7 @@ export class WindowRun extends ConsoleRun {
     await this.press(key);
   }
 
-  // Describes the window, the screen and the output for the report of a failure.
+  // Returns a description of the window, the screen and the output for the report of a failure.
   async describe(file) {
     const shown = this.console && !this.console.exit && this.#desktop.reader
       ? print(await this.read().catch((error) => `(can't be read: ${error.message})`)) : '(no window)';

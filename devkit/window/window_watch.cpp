@@ -1,10 +1,10 @@
-// Watches the windows of an X server, and closes one as a window manager does.
+// Watches the windows of an X server. On request it closes a window as a window manager does.
 //
-// It prints JSON lines: "watching" at the start; "mapped" for a window that appears, with the time on the
-// steady clock in milliseconds, title, process, position and size; "ground" when that window has a background
-// and "content" when something is drawn on it, both checked every millisecond; "unmapped" for a window that
-// disappears. Commands on standard input: "close ID" asks that window to close, and "picture FILE" writes the
-// screen to a PNG file. It exits at the end of its input.
+// Prints JSON lines. "watching": the program has started. "mapped": a window has appeared; the line has the
+// time on the steady clock in milliseconds, title, process, position and size. "ground": that window has a
+// background. "content": that window has content. Both are checked every millisecond. "unmapped": a window
+// has disappeared. Commands on standard input: "close ID" asks that window to close, and "picture FILE"
+// writes the screen to a PNG file. Exits at the end of standard input.
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -49,7 +49,7 @@ struct Empty {
 };
 
 constexpr double longestEmptyMs = 1000;
-constexpr std::uint16_t stripHeight = 64;  // the top of the window, where its first text is
+constexpr std::uint16_t stripHeight = 64;  // the top of a window contains its first text
 
 class WindowWatch {
 public:
