@@ -22,7 +22,8 @@ struct AppDelegateDeps {
     std::string installPath{TarnikIdentity::installPath};
     std::function<void(std::function<void(RelocationOutcome)> done)> relocateIfNeeded;
     std::function<void(const std::string& reason)> recordWindow;
-    std::function<void(const std::string& link)> handLinkOn;  // to the copy that replaces this one
+    std::function<void(const std::string& link)>
+        handLinkOn;  // passes a link to the copy that replaces this one
     std::function<std::optional<std::string>()> takeHandedLink;
     // Locks the node home. Passes std::nullopt to `done`, or a sentence if another program uses the home.
     std::function<void(std::function<void(const std::optional<std::string>& inUse)> done)> takeNodeHome;
@@ -73,7 +74,7 @@ private:
     void stateChanged(const AppState& state);
     void showWindow(const std::string& reason);
 
-    // The checks that have been made after launch whether the user has to act. Each check is made once.
+    // The checks after the launch whether the user has to act. A flag is true when its check was made.
     struct AttentionChecks {
         bool afterSetup = false;
         bool afterNodeReport = false;

@@ -46,8 +46,8 @@ public:
     NodeHomeOwner& operator=(const NodeHomeOwner&) = delete;
 
     // Calls `done` once, possibly before take() returns. Passes std::nullopt if this program has locked the
-    // home, or if the system can't lock it. Passes a sentence for the user if another program holds the lock
-    // for lockTimeout.
+    // home, or if the system can't lock the home. Passes a sentence for the user if another program holds the
+    // lock for lockTimeout.
     void take(std::function<void(const std::optional<std::string>& inUse)> done);
 
 private:

@@ -7,7 +7,7 @@ namespace tarnik {
 // - Opens /dev/null at each closed descriptor of 0, 1 and 2, so that no other file gets these numbers.
 // - Ignores SIGPIPE. So a write to a dead child fails and doesn't end the program. Children get the default
 //   action.
-// - Resets SIGCHLD, because the exit statuses of children are lost if it is ignored.
+// - Resets SIGCHLD, because the exit statuses of children are lost if SIGCHLD is ignored.
 // - Makes the program exit with a message if a required thread can't be started.
 void setUpProcess();
 

@@ -13,7 +13,7 @@ namespace tarnik {
 
 // The location of the running program and of its folders.
 struct ProgramLocation {
-    std::string executable;  // the program that users start; on Linux "tarnik", even in a program it executes
+    std::string executable;  // the program that users start; on Linux always "tarnik", not its siblings
     std::optional<std::string> bundle;
     SystemFolders folders;
 };
@@ -39,7 +39,7 @@ using ProgramFace =
 // Prints the program's name and the message as one line on standard error.
 void printError(const std::string& what);
 
-// Prints the reason why the program can't start. Returns the exit status for a wrong use.
+// Prints the reason why the program can't start. Returns the exit status of ExitCode::wrongUse.
 int refuseStart(const std::string& why);
 
 // Checks the folders of the command line, creates the application support folder, and runs `face`. Returns

@@ -31,7 +31,7 @@ public:
     // `wake` is a new pipe. post() writes to it to wake the loop.
     ConsoleLoop(int inputFd, Spawner::Pipe wake);
 
-    // Runs `task` on the main thread. Call from any thread.
+    // Queues `task` for the main thread. Call from any thread.
     void post(Task task);
 
     // Returns operations that do nothing after the loop has been destroyed.

@@ -8,8 +8,7 @@
 
 namespace tarnik {
 
-// Writes the lines of the console, each with a time, a word and a text. Uses colours on a terminal, unless
-// NO_COLOR is set. Main thread.
+// Writes the lines of the console. Uses colours on a terminal, unless NO_COLOR is set. Main thread only.
 class ConsoleOutput {
 public:
     ConsoleOutput();

@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// The simulated privacy switches of the console, set by typed commands. Main thread.
+// The simulated privacy switches of the console. The user sets them with typed commands. Main thread only.
 class SimulatedSwitches {
 public:
     SimulatedSwitches(ConsoleOutput& output, SwitchSnapshot atStart) : output_(output), snapshot_(atStart) {}

@@ -107,8 +107,9 @@ private:
     std::optional<NodeHome> home_;
     AppState state_;
     std::vector<WillChange> observers_;
-    CoalescingQueue nodeCalls_;    // calls to the supervisor and to sessions; updates set the endpoint
-    CoalescingQueue driverCalls_;  // calls to the driver host, samples; updates enable or disable the driver
+    CoalescingQueue nodeCalls_;  // calls to the supervisor and to sessions; updates set the endpoint
+    CoalescingQueue
+        driverCalls_;  // calls to the driver host and samples; updates enable or disable the driver
     std::unique_ptr<LinkPairing> pairing_;
     std::unique_ptr<Running> running_;  // null before start()
     const CallbackGuard guard_;

@@ -18,13 +18,13 @@ namespace tarnik {
 namespace Setups {
 
 struct Installing {    // also during the check whether the helper is installed
-    std::string text;  // the installer's latest line; empty before the first one
+    std::string text;  // the installer's latest line; empty before the first line
     bool operator==(const Installing&) const = default;
 };
 struct Failed {                 // final for this run
     std::string text;           // the description of the error; its length is not bounded
     std::string sentence = {};  // shown before `text`; empty if `text` is already a plain sentence
-    std::optional<FailureCause> cause = {};  // shown below both, unless they contain the cause
+    std::optional<FailureCause> cause = {};  // shown below the message, unless the message contains it
     bool operator==(const Failed&) const = default;
 };
 struct Ready {  // the helper is installed; the supervisor is started next

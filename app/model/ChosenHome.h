@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// Returns the node home that the preferences choose, or the default one below the user's home folder.
+// Returns the node home that the preferences name, or the default node home below the user's home folder.
 std::expected<NodeHome, NodeHome::ResolveError> chosenHome(const UserDefaults& defaults,
                                                            const std::string& userFolder);
 

@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// Whether the menu has the entry that checks for updates. The entry requires a configured updater.
+// States whether the menu has an entry that checks for updates. The entry requires a configured updater.
 enum class UpdateCheck { unavailable, available };
 
 // The menu of the status item, ready to be drawn.

@@ -49,7 +49,7 @@ public:
     // The effects of LinkPairing.
     struct Deps {
         Url webOrigin;
-        std::function<bool()> isInstalled;  // the helper is installed and the supervisor exists
+        std::function<bool()> isInstalled;  // true if the helper is installed and its supervisor exists
         std::function<bool()> hasJoined;
 
         // Returns the service's answer at this address. Blocks. Called on a detached thread.

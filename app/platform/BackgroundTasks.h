@@ -7,8 +7,8 @@
 
 namespace tarnik {
 
-// Runs each slow task, such as a download, on a detached thread. A task owns all that it uses and posts its
-// result to the main thread.
+// Runs each slow task, such as a download, on its own detached thread. A task owns all that it uses and posts
+// its result to the main thread.
 //
 // Created by Application. Copies share one count of running tasks.
 class BackgroundTasks {

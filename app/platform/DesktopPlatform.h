@@ -40,8 +40,8 @@ struct DesktopPlatform {
     UserDefaults defaults;
     SwitchOperations switches;
 
-    // Registers a handler. It runs on the main thread when a switch may have changed. Absent if the system
-    // does not report changes.
+    // Registers a handler. The handler runs on the main thread when a switch may have changed. Absent if the
+    // system does not report changes.
     std::function<void(std::function<void()>)> onSwitchesChanged;
 
     std::function<SystemLog(const std::string& category)> log;
@@ -66,13 +66,13 @@ struct DesktopPlatform {
     // application itself.
     std::function<void()> activate;
 
-    // Registers a handler for the appearance settings. It runs on the main thread when the settings are first
-    // known and after each change. Absent if the toolkit follows the settings itself.
+    // Registers a handler for the appearance settings. The handler runs on the main thread when the settings
+    // are first known and after each change. Absent if the toolkit follows the settings itself.
     std::function<void(std::function<void(const AppearanceSettings&)>)> onAppearanceChanged;
 
-    // Registers a handler for the tray. It runs on the main thread, first with the initial state and then
-    // after each change. Absent if the system always has a tray. Do not query the toolkit for a tray before
-    // the handler has run, because Qt caches the first result.
+    // Registers a handler for the tray. The handler runs on the main thread, first with the initial state and
+    // then after each change. Absent if the system always has a tray. Do not query the toolkit for a tray
+    // before the handler has run, because Qt caches the first result.
     std::function<void(std::function<void(TrayHost)>)> onTrayHost;
 
     // Call it before the toolkit's application object exists, while no other thread reads the environment.

@@ -28,7 +28,7 @@ private:
     std::function<void()> end_;
 };
 
-// The main thread's event loop. The application's state is used only on this thread. No thread waits for it.
+// The main thread's event loop. The application's state is used only on this thread.
 struct MainThread {
     using Task = std::function<void()>;
 

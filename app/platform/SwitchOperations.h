@@ -11,7 +11,7 @@ struct SwitchOperations {
     // Returns the last known state. Doesn't prompt.
     std::function<bool(Switch)> isOn;
 
-    // Calls `handler` when the state is known or after a time-out of a few seconds. May call it before
+    // Calls `handler` when the state is known or after a time-out of a few seconds. May call `handler` before
     // whenKnown() returns. Absent if the state is known from the start.
     std::function<void(std::function<void()> handler)> whenKnown;
 

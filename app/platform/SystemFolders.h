@@ -16,7 +16,7 @@ struct SystemFolders {
     // Returns the folder of the program's own logs: "tarnik" in the folder for logs.
     std::string stateFolder() const;
 
-    // On Linux this uses the XDG base directories and ignores a variable that is not an absolute path.
+    // On Linux, uses the XDG base directories. Ignores a variable that is not an absolute path.
     static SystemFolders of(const Environment& environment, const std::string& userFolder);
 };
 

@@ -10,7 +10,7 @@ namespace tarnik {
 // Passes a pairing link to the copy of the application that replaces this one. The link is in a private file,
 // because every user can read the arguments of a process.
 //
-// Both operations block for the file access. A link that can't be written is lost without a report.
+// Both operations block while they access the file. A link that can't be written is lost without a report.
 class HandedLink {
 public:
     explicit HandedLink(const std::string& applicationSupport);

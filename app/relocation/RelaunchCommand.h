@@ -8,8 +8,8 @@
 
 namespace tarnik {
 
-// Returns a shell command that waits until the process `old` has ended. Then it opens the bundle with
-// Relocation::relaunchArgument. The shell outlives this process. It inherits no descriptors, and its
+// Returns a shell command that waits until the process `old` has ended and then opens the bundle with
+// Relocation::relaunchArgument. The shell outlives this process. The shell inherits no descriptors, and its
 // environment contains only PATH.
 SpawnRequest relaunchAfter(pid_t old, const std::string& bundle);
 

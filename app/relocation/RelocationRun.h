@@ -15,7 +15,7 @@
 namespace tarnik {
 
 // The relocation of one launch, from the facts to the outcome. Runs on the relocator's queue. Blocks while it
-// checks signatures, copies bundles, waits for another copy to quit, or a prompt of the trash is open.
+// checks signatures, copies bundles, waits for another copy to quit, or moves the original to the trash.
 //
 //   decision                  action                                                    outcome
 //   stay                      clear quarantine below the install path                   stay

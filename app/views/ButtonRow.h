@@ -37,8 +37,8 @@ private:
 };
 
 // A row of buttons. Cancel is always the rightmost button, even when it is the only one. So no other button
-// appears under a pointer that has just clicked Cancel. A button keeps its widget while the content has its
-// intent.
+// appears under a pointer that has just clicked Cancel. While an intent remains in the content, its button
+// remains the same widget.
 class ButtonRow : public QWidget {
 public:
     // If the buttons need more than `width`, they are stacked with Cancel at the bottom.

@@ -14,7 +14,7 @@ enum class Appearance { light, dark };
 // contrast of at least 4.5 on its background with every accent.
 QPalette paletteFor(Appearance appearance, const PaletteOptions& options = {});
 
-// These also work for palettes of the system.
+// Both functions also work for palettes of the system.
 Appearance appearanceOf(const QPalette& palette);
 Contrast contrastOf(const QPalette& palette);  // `higher` if secondary text has the colour of normal text
 

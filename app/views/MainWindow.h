@@ -20,8 +20,8 @@ public:
     // The text appears once a page has a link field.
     void fillLinkField(const std::string& link);
 
-    // Shows the window in front with the focus. The first call centres the window. Later calls use its
-    // previous position. A visible window is not moved.
+    // Shows the window in front with the focus. The first call centres the window. Later calls use the
+    // previous position of the window. A visible window is not moved.
     void present();
 
     // Called in this order when the user closes the window.

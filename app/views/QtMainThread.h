@@ -6,8 +6,9 @@
 
 namespace tarnik {
 
-// The main thread with Qt's event loop. Create it on that thread, even before the application object exists.
-// Tasks that are posted before the loop runs are queued. The destructor drops the tasks that have not run.
+// The main thread with Qt's event loop. Create it on that thread. The application object may be created
+// later. Tasks that are posted before the loop runs are queued. The destructor drops the tasks that have not
+// run.
 class QtMainThread {
 public:
     QtMainThread();

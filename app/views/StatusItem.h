@@ -11,7 +11,7 @@ class QSystemTrayIcon;
 
 namespace tarnik {
 
-// The status item and its menu. Owned by DesktopFace. Main thread.
+// The status item and its menu. Owned by DesktopFace. Main thread only.
 class StatusItem {
 public:
     using OnAction = std::function<void(MenuContent::Action)>;

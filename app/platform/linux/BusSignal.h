@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// A subscription to a D-Bus signal. It ends when this object is destroyed. Main thread.
+// A subscription to a D-Bus signal. The subscription ends when this object is destroyed. Main thread only.
 class BusSignal : public QObject {
     Q_OBJECT
 

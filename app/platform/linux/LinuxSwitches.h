@@ -37,8 +37,8 @@ public:
     // switch is already on.
     bool prompt(Switch which);
 
-    // Opens the settings program. If a prompt is open, waits for its end, and does nothing if the user
-    // accepts.
+    // Opens the settings program. If a prompt is open, the program is opened when the prompt ends, and only
+    // if the user did not accept.
     void openSettings(Switch which);
 
     // Sets the handler that the event loop calls when isOn may have changed.

@@ -28,8 +28,8 @@ public:
     // Screenshots are deleted only inside `pictureFolders`.
     ScreenPrompt(const QDBusConnection& bus, std::vector<std::string> pictureFolders);
 
-    // Calls `onDone` once, after ask() has returned. Passes true if the user allows it. Passes false if the
-    // user refuses, the portal fails or is absent, or the time-out has passed.
+    // Calls `onDone` once, after ask() has returned. Passes true if the user allows the access. Passes false
+    // if the user refuses, the portal fails or is absent, or the time-out has passed.
     void ask(OnDone onDone);
 
 private:
@@ -47,8 +47,8 @@ private:
     int count_ = 0;
 };
 
-// Deletes a screenshot that was just made for us. It is a regular file with one name that this user owns. It
-// is below one of `folders` and was written within the last ten minutes. Ignores every other file.
+// Deletes a screenshot that was just made for us. Ignores the file unless it is regular, this user owns it,
+// it has one hard link, it is below one of `folders`, and it was written within the last ten minutes.
 void removeScreenshot(const std::string& path, const std::vector<std::string>& folders);
 
 }  // namespace tarnik

@@ -12,8 +12,8 @@
 #include "app/platform/UpdateFramework.h"
 #include "app/platform/UserDefaults.h"
 
-// The macOS operations that MacDesktop.cpp puts into a DesktopPlatform. Each is defined in the source that
-// its name suggests: macDefaults in MacDefaults.cpp.
+// The macOS operations that MacDesktop.cpp puts into a DesktopPlatform. Each operation is defined in a source
+// with a similar name. For example, MacDefaults.cpp defines macDefaults.
 namespace tarnik {
 
 // The preferences of our bundle identifier.
