@@ -139,8 +139,7 @@ void Console::setSwitch(const std::string& words) {
     report_.error(ConsoleTexts::switchUsage);
 }
 
-// Pairs with the link. If the same refusal is repeated, the state doesn't change; then prints the current
-// message.
+// Pairs with the link. A repeated refusal doesn't change the state, so this function prints it again.
 void Console::pair(const std::string& link) {
     const int answers = report_.linkAnswers();
     model_->pairing().connect(link);

@@ -73,7 +73,7 @@ private:
     AppDelegate& delegate_;
 };
 
-// Returns false if another instance took the request. Prints every outcome but `primary`.
+// Returns false if another instance took the request. Prints a message unless the outcome is `primary`.
 bool isPrimaryInstance(const SingleInstance& singleInstance, const SingleInstance::LaunchRequest& request) {
     if (!singleInstance.acquire) return true;
     const auto outcome = singleInstance.acquire(request);

@@ -29,7 +29,7 @@ Cause causeOfCode(int code) {
     }
 }
 
-// Searches the output of tar for the system's messages, which tar prints without their codes.
+// Searches the output of tar for the system's messages, because tar doesn't print their codes.
 Cause causeInOutput(const std::string& output) {
     for (const int code : {ENOSPC, EDQUOT, EACCES, EPERM, EROFS})
         if (output.contains(systemMessage(code))) return causeOfCode(code);

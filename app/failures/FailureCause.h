@@ -9,8 +9,8 @@
 
 namespace tarnik {
 
-// A cause of a failure that the user can remove. The doctor, a failed install and a failed check of a link
-// use the same classification.
+// A cause that the user can remove. The doctor, a failed install and a failed check of a link use the same
+// causes.
 enum class FailureCause {
     offline,  // no connection, or no answer from the name service
     proxyLogin,
@@ -21,13 +21,13 @@ enum class FailureCause {
     notAllowed,
 };
 
-// Return std::nullopt if the failure has another cause.
+// Return the cause of the failure, or std::nullopt if the failure has another cause.
 std::optional<FailureCause> causeOf(const HttpError& error);
 std::optional<FailureCause> causeOf(const SystemError& error);
 std::optional<FailureCause> causeOf(const InstallError& error);
 
-// Returns the cause of an answer to a link or a release file that isn't JSON: a network that answers in place
-// of the server.
+// Returns captivePortal if the answer isn't JSON, because then a network answered in place of the server.
+// Returns std::nullopt for JSON. `body` is the answer to a link or a release file.
 std::optional<FailureCause> causeOfAnswer(std::string_view body);
 
 // Returns a sentence with the cause and what the user can do.

@@ -5,7 +5,7 @@
 
 namespace tarnik {
 
-// The file of DefaultsFile, which doesn't follow links.
+// Reads the file of DefaultsFile. Like DefaultsFile, ignores a symbolic link.
 std::optional<std::string> storedText(const SystemFolders& folders, const std::string& key) {
     constexpr std::size_t maxBytes = 65'536;
     const auto path = folders.preferences + "/tarnik/defaults.json";

@@ -7,7 +7,7 @@ namespace {
 
 using ExplanationTexts::duration;
 
-// A reason that ends like a sentence gets no second full stop.
+// Appends a full stop unless the reason already ends like a sentence.
 std::string sentence(const std::string& beginning, const std::string& reason) {
     const std::string text = beginning + ": " + reason;
     return reason.ends_with('.') ? text : text + ".";

@@ -43,7 +43,7 @@ std::string switches(const SwitchSnapshot& switches);
 std::string updateWaiting(const std::string& version);
 std::string updateInstalled(const std::string& version);
 
-// The sentences of a child, which is `helper` or `driver`.
+// Return the sentences about a child. `child` is `helper` or `driver`.
 std::string started(Text child, int pid, const std::optional<std::string>& version);
 std::string startFailed(Text child, const std::string& reason);
 std::string ended(Text child, const ExitStatus& status, std::optional<Seconds> ranFor);

@@ -6,7 +6,7 @@ namespace tarnik::Relocation {
 
 namespace {
 
-// Returns the folder of the user's copy between typographic quotes.
+// Returns the folder of the user's copy in typographic quotes.
 std::string quotedFolder(const Launch& launch) {
     return "“" + parentFolder(launch.realPath()) + "”";
 }

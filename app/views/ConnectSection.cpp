@@ -34,8 +34,7 @@ bool isLinkUsed(const WindowContent& content) {
 
 }  // namespace
 
-// Creates the children in their order on the screen, because screen readers read them in the order of
-// creation.
+// Creates the children in their order on the screen, because screen readers use the order of creation.
 ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
     : QWidget(parent),
       header_(new PageHeader(this)),
