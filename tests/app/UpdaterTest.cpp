@@ -3,16 +3,18 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/ManualMainThread.h"
+#include "tests/support/Words.h"
 
 namespace tarnik {
 namespace {
 
 using namespace std::chrono_literals;
-using Words = std::vector<std::string>;
 
-const std::string ready = "update 1.2 is ready; installing at the first quiet moment";
-const std::string quiet = "quiet for 600 s: installing the update and relaunching";
-const std::string byMenu = "Check for Updates… with an update waiting: installing it now";
+const std::map<std::string, std::string> lines{
+    {"update 1.2 is ready; installing at the first quiet moment", "ready"},
+    {"quiet for 600 s: installing the update and relaunching", "quiet"},
+    {"Check for Updates… with an update waiting: installing it now", "by menu"},
+    {"quitting with an update ready: it installs as the app quits", "at quit"}};
 
 // An updater with a fake framework and a fake source of samples.
 struct Fixture {
@@ -23,16 +25,18 @@ struct Fixture {
     std::vector<std::function<void()>> undelivered;
     int looks = 0;
     UpdateFramework::WillInstallOnQuit willInstall;
-    Words calls;  // log lines, and calls of the framework
+    std::string calls;  // log lines, and calls of the framework
     std::unique_ptr<Updater> updater;
 
     explicit Fixture(const UpdateSettings& settings = {"https://feed/", "key"}) {
-        const auto records = [this](const char* word) { return [this, word] { calls.emplace_back(word); }; };
+        const auto records = [this](const std::string& word) {
+            return [this, word] { calls += word + ", "; };
+        };
         const auto make = [this, records](auto handler) -> UpdateFramework::Controller {
             willInstall = handler;
             return {records("start"), records("checks"), records("downloads"), records("check")};
         };
-        const auto log = [this](const auto& line) { calls.push_back(line); };
+        const auto log = [this](const auto& line) { calls += lines.at(line) + ", "; };
         const auto now = [this] { return clock->now(); };
         updater = std::make_unique<Updater>(settings, Updater::Deps{{make}, main.record(), log, now});
         updater->setSampleSource([this](auto done) {
@@ -46,88 +50,64 @@ struct Fixture {
     void deliver() {
         for (const auto& sample : std::exchange(undelivered, {})) sample();
     }
-    bool announce(const std::string& name = "install") {
-        return willInstall("1.2", [this, name] { calls.push_back(name); });
+    // "+5" advances five minutes.
+    void act(const std::string& event) {
+        if (event.starts_with('+')) main.advance(Seconds(60 * std::stod(event)));
+        if (event == "update") willInstall("1.2", [this] { calls += "install, "; });
+        if (event == "menu") updater->checkForUpdates();
+        if (event == "quit") updater->appWillQuit();
+        if (event == "busy" || event == "idle") busy = event == "busy";
+        if (event == "slow" || event == "fast") slow = event == "slow";
+        if (event == "deliver") deliver();
+        if (event == "without-samples") updater->setSampleSource(nullptr);
     }
-    // Returns the calls since the last time.
-    Words takeCalls() { return std::exchange(calls, {}); }
 };
 
 TEST(Updater, doesNothingWithoutCompleteSettings) {
     for (const auto& settings : {UpdateSettings{"https://feed/", {}}, UpdateSettings{{}, "key"}}) {
         Fixture f(settings);
         EXPECT_FALSE(f.updater->isAvailable());
-        f.main.advance(1h);
-        f.updater->checkForUpdates();
-        f.updater->appWillQuit();
-        EXPECT_EQ(f.takeCalls(), Words{});
+        for (const char* event : {"+60", "menu", "quit"}) f.act(event);
+        EXPECT_EQ(f.calls, "");
         EXPECT_EQ(f.looks, 0);
     }
     EXPECT_FALSE(Updater({"https://feed/", "key"}, {}).isAvailable()) << "a system without a framework";
 }
 
-TEST(Updater, samplesEveryMinuteAndChecksOnRequest) {
-    Fixture f;
-    EXPECT_TRUE(f.updater->isAvailable());
-    f.updater->checkForUpdates();
-    f.main.advance(1h);
-    EXPECT_EQ(f.looks, 60);
-    EXPECT_EQ(f.takeCalls(), (Words{"start", "checks", "downloads", "check"}));
-
-    f.busy = true;
-    f.announce();
-    f.main.advance(1h);
-    f.updater->checkForUpdates();
-    f.updater->checkForUpdates();
-    EXPECT_EQ(f.takeCalls(), (Words{ready, byMenu, "install", "check"}));
-}
-
-TEST(Updater, leavesAnUpdateToTheFrameworkAtQuit) {
-    Fixture f;
-    f.announce();
-    f.main.advance(610s);
-    f.slow = true;
-    f.main.advance(60s);
-    f.takeCalls();
-    f.updater->appWillQuit();
-    EXPECT_EQ(f.takeCalls(), Words{"quitting with an update ready: it installs as the app quits"});
-    f.deliver();
-    f.main.advance(1h);
-    f.updater->checkForUpdates();
-    f.updater->appWillQuit();
-    EXPECT_TRUE(f.announce());
-    EXPECT_EQ(f.takeCalls(), Words{ready}) << "not installed by the updater";
-    EXPECT_EQ(f.looks, 11);
-}
-
-TEST(Updater, samplesAgainAfterALostSample) {
-    Fixture f;
-    f.announce();
-    f.main.advance(5min);
-    f.slow = true;
-    f.main.advance(5min);
-    EXPECT_EQ(f.looks, 6) << "one at a time";
-    f.main.advance(1min);
-    EXPECT_EQ(f.looks, 7);
-    f.slow = false;
-    f.deliver();  // a late sample, and the first one of the new stretch
-    f.main.advance(9min);
-    EXPECT_EQ(f.takeCalls().back(), ready);
-    f.main.advance(1min);
-    EXPECT_EQ(f.takeCalls(), (Words{quiet, "install"}));
+TEST(Updater, installsAtAQuietMoment) {
+    const std::tuple<std::string, std::string, int> cases[] = {
+        // the events, the calls, and the number of samples
+        {"menu +60", "check, ", 60},
+        {"busy update +60 menu menu", "ready, by menu, install, check, ", 60},
+        {"+30 update +10", "ready, ", 40},  // earlier quiet time doesn't count
+        {"+30 update +11", "ready, quiet, install, ", 41},
+        {"update +5 busy +1 idle +9", "ready, ", 15},
+        {"update +5 busy +1 idle +10", "ready, quiet, install, ", 16},
+        {"+30 without-samples update +60", "ready, ", 30},
+        {"update +5 slow +5", "ready, ", 6},  // one sample at a time
+        {"update +5 slow +6", "ready, ", 7},  // the first one is lost
+        {"update +5 slow +6 fast deliver +9", "ready, ", 16},
+        {"update +5 slow +6 fast deliver +10", "ready, quiet, install, ", 17},
+        {"update +10 slow +1 quit deliver +60 menu quit update", "ready, at quit, ready, ", 11},
+    };
+    for (const auto& [events, calls, looks] : cases) {
+        Fixture f;
+        EXPECT_TRUE(f.updater->isAvailable());
+        for (const auto& event : words(events)) f.act(event);
+        EXPECT_EQ(f.calls, "start, checks, downloads, " + calls) << events;
+        EXPECT_EQ(f.looks, looks) << events;
+    }
 }
 
 TEST(Updater, ignoresAnswersAfterItsEnd) {
     Fixture f;
-    f.slow = true;
-    f.main.advance(1min);
-    f.takeCalls();
+    for (const char* event : {"slow", "+1"}) f.act(event);
     f.willInstall("1.2", [&f] { f.updater.reset(); });
     f.updater->checkForUpdates();
     f.deliver();
-    EXPECT_FALSE(f.announce());
+    EXPECT_FALSE(f.willInstall("1.2", [] {}));
     f.main.advance(1h);
-    EXPECT_EQ(f.takeCalls(), (Words{ready, byMenu}));
+    EXPECT_EQ(f.calls, "start, checks, downloads, ready, by menu, ");
 }
 
 }  // namespace
