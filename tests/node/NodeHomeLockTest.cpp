@@ -50,13 +50,12 @@ TEST(NodeHomeLock, isHeldUntilItsProcessEnds) {
 
 TEST(NodeHomeLock, isUnavailableWithoutAFolder) {
     const TemporaryFolder folder;
-    const NodeHome file{.path = folder.path() + "/file"}, dangling{.path = folder.path() + "/dangling"};
-    std::ofstream(file.path) << "x";
-    fs::create_symlink(folder.path() + "/nowhere", dangling.path);
-    for (const auto& home : {file, dangling, NodeHome{.path = file.path + "/below"}})
-        EXPECT_EQ(refusal(home), unavailable) << home.path;
+    const std::string file = folder.write("file", "x"), dangling = folder.path() + "/dangling";
+    fs::create_symlink(folder.path() + "/nowhere", dangling);
+    for (const auto& path : {file, dangling, file + "/below"})
+        EXPECT_EQ(refusal({.path = path}), unavailable) << path;
     EXPECT_FALSE(fs::exists(folder.path() + "/nowhere"));
-    EXPECT_EQ(fs::file_size(file.path), 1U);
+    EXPECT_EQ(folder.read("file"), "x");
 }
 
 }  // namespace

@@ -54,10 +54,8 @@ TEST(MacProcesses, distinguishesProcessesByTheirStart) {
     const ProcessTime between = ProcessClock::now();
     ASSERT_TRUE(eventually([&] { return ProcessClock::now() > between + 2 * tick; }));
     const auto second = ForkedChild::waiting();
-
     const auto table = MacProcesses::table();
-    const auto one = in(table, first.pid());
-    const auto other = in(table, second.pid());
+    const auto one = in(table, first.pid()), other = in(table, second.pid());
     ASSERT_TRUE(one && other && one->started && other->started);
     EXPECT_GE(*one->started, before - tick);
     EXPECT_GT(*other->started, *one->started);

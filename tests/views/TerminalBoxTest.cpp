@@ -36,15 +36,14 @@ TEST(TerminalBox, scrollsToItsEndUnlessTheUserScrolledUp) {
         f.say(lines(1, last));
         EXPECT_TRUE(f.atEnd());
     }
-    f.box.verticalScrollBar()->setValue(5);
+    auto* bar = f.box.verticalScrollBar();
+    bar->setValue(5);
     f.say(lines(1, 80));
-    EXPECT_EQ(f.box.verticalScrollBar()->value(), 5);
-
-    f.box.verticalScrollBar()->setValue(f.box.verticalScrollBar()->maximum());
+    EXPECT_EQ(bar->value(), 5);
+    bar->setValue(bar->maximum());
     f.say(lines(1, 100));
     EXPECT_TRUE(f.atEnd());
-
-    f.box.verticalScrollBar()->setValue(0);
+    bar->setValue(0);
     f.box.reset();
     f.say(lines(1, 50));
     EXPECT_TRUE(f.atEnd()) << "a new program's text";
