@@ -64,6 +64,7 @@ TEST(Console, carriesOutWhatIsTyped) {
     Fixture f;
     f.install();
     f.launch();
+    const std::string home = f.texts["NodeHome"];
     const auto error = [](std::string_view text) { return "error " + std::string(text) + "\n"; };
     const std::pair<const char*, std::string> cases[] = {
         {"", ""},
@@ -81,7 +82,7 @@ TEST(Console, carriesOutWhatIsTyped) {
         {"status",
          "status state=waitingForLink pid=none pairing=none restarts=0 driver=none "
          "driverRestarts=0 switches=accessibility:off,screen:on endpoint=none home=" +
-             f.texts["NodeHome"] + "\n"},
+             home + "\n"},
         {"sample",
          "sample at=3600 nodePID=none nodeHoldsAwake=no holders=0 driverPID=none "
          "driverCPUSeconds=unknown settingUp=no windowInUse=no\n"},

@@ -23,8 +23,7 @@ TEST(PairingTranscript, showsEachLineOnce) {
         {"a line without end", {"", Connecting{}, std::string(200'000, 'x'), 110 + many.size()}, {longest}},
     };
     PairingTranscript transcript;
-    for (const auto& [why, snapshot, lines] : cases)
-        EXPECT_EQ(transcript.update(snapshot).lines, lines) << why;
+    for (const auto& [why, seen, lines] : cases) EXPECT_EQ(transcript.update(seen).lines, lines) << why;
 }
 
 }  // namespace tarnik

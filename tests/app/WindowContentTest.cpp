@@ -36,8 +36,8 @@ std::string summary(const WindowContent::Button& button) {
 std::string summary(const WindowContent& content) {
     std::string text = content.symbol ? std::string(content.symbol->name) : "";
     if (std::holds_alternative<WindowContent::Busy>(content.progress)) text += " (busy)";
-    if (const auto* download = std::get_if<DownloadProgress>(&content.progress))
-        text += " (" + download->text + ")";
+    const auto* download = std::get_if<DownloadProgress>(&content.progress);
+    if (download) text += " (" + download->text + ")";
     if (content.terminal) text += " (terminal)";
     if (content.linkField) text += content.linkField->enabled ? " link" : " link off";
     if (content.message) text += " | " + content.message->substr(0, content.message->find(' '));
@@ -192,14 +192,14 @@ TEST(DownloadProgress, showsTheReceivedAndTheTotalSize) {
 }
 
 TEST(WindowContent, announcesImportantChanges) {
+    const std::string connected = contentOf(sample("connected")).heading;
     const std::tuple<const char*, const char*, std::string> cases[] = {
         {"connect", "expired-link", *sample("expired-link").linkMessage},
-        {"refused-link", "connected-refused-link", contentOf(sample("connected")).heading},
+        {"refused-link", "connected-refused-link", connected},
         {"pairing-reading", "pairing-confirm", contentOf(sample("pairing-confirm")).announcement},
         {"pairing-confirm", "pairing-long-text", ""},
         {"connected-one-switch", "connected", "Screen Recording is on"},
-        {"reconnecting", "connected-one-switch",
-         contentOf(sample("connected")).heading + " Accessibility is on"},
+        {"reconnecting", "connected-one-switch", connected + " Accessibility is on"},
     };
     for (const auto& [before, now, news] : cases)
         EXPECT_EQ(contentOf(sample(now)).newsSince(contentOf(sample(before))), news) << before << now;

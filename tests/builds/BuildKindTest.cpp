@@ -20,8 +20,8 @@ TEST(BuildKind, decidesAboutADevelopmentRuntime) {
                                      {"File", runtime.file},
                                      {"SHA256", runtime.sha256}}) {
         entries += "<key>TKDevRuntime" + std::string(key) + "</key><string>" + value + "</string>";
-        const auto settings =
-            BuildSettings::of(BundleInfo::parse(propertyLists::xml("<dict>" + entries + "</dict>")));
+        const auto info = BundleInfo::parse(propertyLists::xml("<dict>" + entries + "</dict>"));
+        const auto settings = BuildSettings::of(info);
         const bool isUsed = TARNIK_IS_DEVELOPMENT && key == std::string("SHA256");
         EXPECT_EQ(settings.developmentRuntime, isUsed ? std::optional(runtime) : std::nullopt) << key;
         EXPECT_EQ(settings.nodeMinVersion, "2026.4.9");

@@ -36,8 +36,7 @@ TEST(DriverSocketDirectory, isPrivateWhateverTheUmaskAndTheParent) {
     const TemporaryFolder folder;
     const uid_t before = ::geteuid();
     const uid_t user = before == 0 ? 4711 : before;
-    if (::chown(folder.path().c_str(), user, static_cast<gid_t>(-1)) != 0)
-        GTEST_SKIP() << "no other user exists here";
+    if (::chown(folder.path().c_str(), user, static_cast<gid_t>(-1)) != 0) GTEST_SKIP() << "no other user";
     ASSERT_EQ(::chmod(folder.path().c_str(), 02333), 0);
     ASSERT_EQ(::seteuid(user), 0);
     const mode_t umask = ::umask(0777);

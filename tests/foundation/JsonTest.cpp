@@ -52,8 +52,7 @@ TEST(Json, convertsOnlyIntegers) {
         {{}, "9223372036854775808 1e19 1.5 1.0000000000000000000000000001 1e-2147483646 true \"1\""},
     };
     for (const auto& [integer, texts] : cases)
-        for (const auto& text : words(texts))
-            EXPECT_EQ(Json::parse(text, manyBytes)->asInteger(), integer) << text;
+        for (const auto& text : words(texts)) EXPECT_EQ(Json::parse(text, 100)->asInteger(), integer) << text;
 }
 
 }  // namespace

@@ -52,8 +52,8 @@ TEST(NodeHomeLock, isUnavailableWithoutAFolder) {
     const TemporaryFolder folder;
     const std::string file = folder.write("file", "x"), dangling = folder.path() + "/dangling";
     fs::create_symlink(folder.path() + "/nowhere", dangling);
-    for (const auto& path : {file, dangling, file + "/below"})
-        EXPECT_EQ(refusal({.path = path}), unavailable) << path;
+    for (const auto& at : {file, dangling, file + "/below"})
+        EXPECT_EQ(refusal({.path = at}), unavailable) << at;
     EXPECT_FALSE(fs::exists(folder.path() + "/nowhere"));
     EXPECT_EQ(folder.read("file"), "x");
 }

@@ -46,8 +46,7 @@ TEST(NodeHome, resolvesLinksBeforeComparingWithTheDefault) {
     const std::string home = folder.path() + "/home";
     shell(folder.path(), "mkdir -p home/.tarnik/node; ln -s home/.tarnik/node node; ln -s home link");
     for (const char* chosen : {"/node/new/er", "/link"})
-        EXPECT_TRUE(text(NodeHome::resolve(folder.path() + chosen, home)).contains("inside ~/.tarnik/node"))
-            << chosen;
+        EXPECT_TRUE(text(NodeHome::resolve(folder.path() + chosen, home)).contains("inside ~/.tarnik/node"));
     EXPECT_EQ(text(NodeHome::resolve(folder.path() + "/link/new", home)), folder.path() + "/link/new");
 }
 

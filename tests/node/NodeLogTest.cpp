@@ -63,7 +63,7 @@ TEST(NodeLog, rotatesAFullFileBetweenChunks) {
 
 TEST(NodeLog, opensOnlyARegularFileOfOurs) {
     std::vector<std::string> blocks{"mkdir node.log", "mkfifo node.log", "ln -s other node.log",
-                                    "ln -s others node.log"};
+                                    "ln -s none node.log"};
     if (::geteuid() == 0) blocks.emplace_back("echo theirs > node.log; chown 1:1 node.log");
     for (const auto& block : blocks) {
         for (const bool isRead : {false, true}) {  // a FIFO without a reader can't be opened
@@ -73,7 +73,7 @@ TEST(NodeLog, opensOnlyARegularFileOfOurs) {
             log->append("lost");
             EXPECT_FALSE(log->attach().writeEnd) << block;
             EXPECT_EQ(contents(f.logs + "/other"), "") << block;
-            EXPECT_EQ(contents(f.logs + "/others"), nothing) << block;
+            EXPECT_EQ(contents(f.logs + "/none"), nothing) << block;
             fs::remove(f.path);
             log->append("written");
             EXPECT_EQ(contents(f.path), "written") << block;

@@ -139,8 +139,7 @@ TEST(NodeRelease, checksEveryMemberOfTheManifest) {
     };
     for (const auto& [from, replacements] : misshapen)
         for (const auto& to : replacements)
-            EXPECT_EQ(parse(from, to), Outcome(std::unexpect, Failure{Reason::shape}))
-                << from << " -> " << to;
+            EXPECT_EQ(parse(from, to), Outcome(std::unexpect, Failure{Reason::shape})) << from << " " << to;
 }
 
 }  // namespace

@@ -54,8 +54,7 @@ struct Fixture {
     NodeSupervisor& supervisor() {
         const auto log = [this](const std::string& text) { messages.push_back(text); };
         const auto report = [this](const NodeState& state) { states.push_back(state); };
-        if (!made)
-            made.emplace(home, Environment{{"PATH", "/bin"}, {"HOME", "/Users/me"}}, deps, log, report);
+        if (!made) made.emplace(home, Environment{{"PATH", "/bin"}, {"HOME", "/h"}}, deps, log, report);
         return *made;
     }
     void startJoined() {
@@ -166,8 +165,8 @@ TEST(NodeSupervisor, startsNothingOnceTheProgramEnds) {
 TEST(NodeSupervisor, reportsEachStateOnce) {
     const std::string up = "install join start ";
     const std::tuple<const char*, std::string, std::string, std::size_t> cases[] = {
-        {"something is missing", "start start install start start join start",
-         "notInstalled waitingForLink running ", 1},
+        {"parts are missing", "start start install start join start", "notInstalled waitingForLink running ",
+         1},
         {"it ends at once", up + "exit +0.999", "running 1s ", 1},
         {"it ends often", up + "exit +1 +59.9 exit +2 exit +4 exit +8 exit +16 exit +30 exit +60 exit +60",
          "running 1s running 2s running 4s running 8s running 16s running 30s running 60s running 60s "

@@ -273,9 +273,8 @@ TEST(PairingSession, canBeConfirmedFromInsideAnUpdate) {
 TEST(PairingSession, showsTheLastOutputOfARealCommand) {
     Fixture f;
     auto setup = f.setup();
-    setup.request = {.executable = "/bin/sh",
-                     .arguments = {"-c", "seq 1 20000; echo The link has expired.; exit 1"},
-                     .environment = {{"PATH", Spawner::defaultPath}}};
+    const char* script = "seq 1 20000; echo The link has expired.; exit 1";
+    setup.request = {"/bin/sh", {"-c", script}, {{"PATH", Spawner::defaultPath}}};
     setup.spawnPty = PtyProcess::spawn;
     f.session = PairingSession::start(std::move(setup)).value();
     EXPECT_TRUE(eventually([&] { return f.hasReported("exit 1"); }));

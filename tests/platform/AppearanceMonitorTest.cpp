@@ -27,10 +27,8 @@ TEST(AppearanceMonitor, reportsEachChange) {
     qDBusRegisterMetaType<Settings>();
     const PrivateBus bus;
     std::vector<AppearanceSettings> reported;
-    const AppearanceMonitor monitor(bus.connect(),
-                                    [&](const auto& settings) { reported.push_back(settings); });
-    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{AppearanceSettings()}; }))
-        << "without a portal";
+    const AppearanceMonitor monitor(bus.connect(), [&](const auto& seen) { reported.push_back(seen); });
+    EXPECT_TRUE(comesTrue([&] { return reported == std::vector{AppearanceSettings()}; }));
 
     QVariantMap chosen{{"color-scheme", 1U}};
     FakeService portal(bus.connect(), "org.freedesktop.portal.Desktop", [&](const QDBusMessage& call) {

@@ -58,8 +58,7 @@ TEST(AutostartEntry, keepsAnExistingEntry) {
 }
 
 TEST(AutostartEntry, refusesAProgramThatExecCannotName) {
-    for (const char* program : {"tarnik", "/a\nHidden=true"})
-        EXPECT_FALSE(Preferences().entry(program).write());
+    for (const char* name : {"tarnik", "/a\nHidden=true"}) EXPECT_FALSE(Preferences().entry(name).write());
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ struct Desktop {
     Desktop() {
         for (const char* name : {"mate-at-properties", "gnome-control-center"}) {
             const auto program =
-                folder.write(name, "#!/bin/sh\necho \"$*\" >> '" + folder.path() + "/opened'\n");
+                folder.write(name, "#!/bin/sh\necho \"$*\" >> " + folder.path() + "/opened\n");
             std::filesystem::permissions(program, std::filesystem::perms::owner_all);
         }
     }

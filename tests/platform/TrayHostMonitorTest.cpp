@@ -30,8 +30,7 @@ TEST(TrayHostMonitor, reportsATrayThatStartsAndEnds) {
 
 TEST(TrayHostMonitor, reportsAMissingBus) {
     std::optional<TrayHost> reported;
-    const TrayHostMonitor monitor(QDBusConnection("no such connection"),
-                                  [&](TrayHost host) { reported = host; });
+    const TrayHostMonitor monitor(QDBusConnection("no such connection"), [&](auto host) { reported = host; });
     EXPECT_TRUE(comesTrue([&] { return reported == TrayHost::absent; }));
 }
 

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "core/process/Spawner.h"
@@ -21,11 +22,15 @@ namespace {
 TEST(FDReader, deliversAllChunksInOrderAndThenTheEnd) {
     auto pipe = Spawner::pipe();
     const int number = pipe->readEnd.get();
+    const auto inode = [number] {
+        struct stat status{};
+        return ::fstat(number, &status) == 0 ? status.st_ino : 0;
+    };
     std::string received;
     std::promise<bool> closedAtEnd;
     const auto reader = FDReader::start(
         std::move(pipe->readEnd), [&](std::string_view chunk) { received += chunk; },
-        [&] { closedAtEnd.set_value(::fcntl(number, F_GETFD) == -1); });
+        [&, ours = inode()] { closedAtEnd.set_value(inode() != ours); });  // the number may be reused
     EXPECT_FALSE((*reader)->waitForEOF(Seconds(0)));
 
     const auto output = Stdio::fd(pipe->writeEnd.get());

@@ -69,8 +69,7 @@ TEST(Spawner, passesNoOtherDescriptor) {
     EXPECT_EQ(terminalOutput("list_descriptors"), "0\n1\n2\n");
     EXPECT_EQ(::fcntl(Spawner::pipe()->readEnd.get(), F_GETFD), FD_CLOEXEC);
     // The child can read its standard input and write its outputs: all three are /dev/null.
-    const auto child =
-        Spawner::spawn({.executable = "/bin/sh", .arguments = {"-c", "/bin/cat && echo && echo >&2"}});
+    const auto child = Spawner::spawn({"/bin/sh", {"-c", "/bin/cat && echo && echo >&2"}});
     EXPECT_EQ((*child)->waitForExit(limit), ExitStatus::exited(0));
 }
 

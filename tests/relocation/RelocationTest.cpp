@@ -69,20 +69,6 @@ TEST(Relocation, decidesByPlaceVersionsAndWhatItMayWrite) {
     for (const auto& [why, facts, decision] : cases) EXPECT_EQ(decide(facts), decision) << why;
 }
 
-TEST(Relocation, checksOtherCopies) {
-    EXPECT_EQ(runningCopyAction("2026.1.2", "2026.1.10"), RunningCopyAction::takeover);
-    EXPECT_EQ(runningCopyAction("1.9", "1.9"), RunningCopyAction::activate);
-    EXPECT_EQ(runningCopyAction("1.10", "1.9"), RunningCopyAction::activate);
-
-    using enum InstalledCopy;
-    using Team = std::optional<std::string>;
-    const std::tuple<Team, Team, InstalledCopy> teams[] = {
-        {{}, "", notOurs}, {"", {}, notOurs},  {"A", {}, notOurs},
-        {"", "", lenient}, {"", "A", notOurs}, {"A", "", needsDesignatedRequirement}};
-    for (const auto& [ours, theirs, judged] : teams)
-        EXPECT_EQ(installedCopy(ours, theirs), judged) << ours.value_or("-") << " " << theirs.value_or("-");
-}
-
 TEST(RelocationTexts, nameTheFolderOfTheUsersCopy) {
     for (const auto& [message, place] :
          {std::pair(differentBuildMessage(translocated("/Volumes/tarnik/tarnik.app/")), "“/Volumes/tarnik”"),

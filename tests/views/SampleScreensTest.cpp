@@ -57,8 +57,8 @@ TEST(SampleScreens, fitIntoTheWindow) {
     for (const auto& screen : sampleScreens()) {
         const ShownView view(sampleContent(screen.name));
         for (const auto* widget : view.window.findChildren<QWidget*>()) {
-            if (!widget->isVisible() || !(widget->inherits("QLabel") || widget->inherits("QPushButton")))
-                continue;
+            const bool hasText = widget->inherits("QLabel") || widget->inherits("QPushButton");
+            if (!hasText || !widget->isVisible()) continue;
             EXPECT_TRUE(
                 view.window.rect().contains(QRect(widget->mapTo(&view.window, QPoint()), widget->size())))
                 << screen.name << ": " << widget->accessibleName().toStdString();
