@@ -84,7 +84,8 @@ rm -r "$app"
 
 echo @rpath/libb.dylib >"$work/needs"
 "$scripts/bundle.sh" "$build" "$app" >/dev/null || complain "the bundle isn't made"
-for file in MacOS/tarnik Info.plist Resources/cua-driver Resources/tarnik.icns Resources/MenuBarIcon@2x.png Frameworks/libcrypto.3.dylib Frameworks/Sparkle.framework/Versions/B/Autoupdate; do
+for file in MacOS/tarnik Info.plist Resources/{cua-driver,tarnik.icns,MenuBarIcon@2x.png} \
+    Frameworks/{libcrypto.3.dylib,Sparkle.framework/Versions/B/Autoupdate}; do
     [[ -f $app/Contents/$file ]] || complain "$file isn't in the bundle"
 done
 grep -q "install_name_tool -delete_rpath /opt/x/lib" "$LOG" || complain "the build machine's folder is still in the program"
