@@ -183,6 +183,7 @@ TEST(NodeSupervisor, reportsEachStateOnce) {
         {"no node to pair with", "pair", "", 0},
         {"a second pairing", "install pair pair", "pairing ", 1},
         {"a pairing that can't be started", up + "fail pair heal +1", "running 1s running ", 2},
+        {"a pairing cancels a restart", up + "exit pair +10", "running 1s pairing ", 2},
         {"a pairing that fails", "install pair exit +3600", "pairing waitingForLink ", 1},
         {"pairings that fail", up + "pair +120 exit pair +120 exit", "running pairing 1s pairing 2s ", 3},
         {"a pairing that is connected", up + "pair confirm +15", "running pairing running ", 2},
