@@ -1,5 +1,7 @@
 #include "app/AppDelegate.h"
 
+#include <map>
+
 #include <gtest/gtest.h>
 
 #include "app/Application.h"
@@ -99,31 +101,36 @@ struct Fixture : FakeMachine {
     }
     // Performs the events of a fake machine, and those of its user and of the launch.
     void perform(const std::string& events) {
+        static const std::map<std::string, void (*)(Fixture&)> actions{
+            {"installed", [](auto& f) { f.install(); }},
+            {"on", [](auto& f) { f.switches = {true, true}; }},
+            {"off", [](auto& f) { f.switches = {}; }},
+            {"updates", [](auto& f) { f.updates = {.feedURL = "https://feed.example", .publicKey = "key"}; }},
+            {"at-place", [](auto& f) { f.bundlePath = TarnikIdentity::installPath; }},
+            {"elsewhere", [](auto& f) { f.bundlePath = "/Users/me/Downloads/tarnik.app"; }},
+            {"shows", [](auto& f) { f.showsWindow = true; }},
+            {"used", [](auto& f) { f.inUse = "in use"; }},
+            {"homeless", [](auto& f) { f.texts["NodeHome"] = "not/absolute"; }},
+            {"will", [](auto& f) { f.delegate().willFinishLaunching(); }},
+            {"did", [](auto& f) { f.delegate().didFinishLaunching(); }},
+            {"stay", [](auto& f) { f.relocated(RelocationOutcomes::Stay{}); }},
+            {"moving", [](auto& f) { f.relocated(RelocationOutcomes::Moving{}); }},
+            {"message",
+             [](auto& f) { f.relocated(RelocationOutcomes::StayWithMessage{"Move tarnik", "…"}); }},
+            {"open:a", [](auto& f) { f.openLink(link('a')); }},
+            {"open:b", [](auto& f) { f.openLink(link('b')); }},
+            {"second", [](auto& f) { f.secondOpen(); }},
+            {"reopen", [](auto& f) { f.delegate().reopen(); }},
+            {"window", [](auto& f) { f.delegate().openWindow(); }},
+            {"close", [](auto& f) { f.delegate().windowClosed(); }},
+            {"check", [](auto& f) { f.delegate().checkForUpdates(); }},
+            {"update", [](auto& f) { f.updateIsReady("2", f.calling("install")); }},
+            {"quit", [](auto& f) { f.delegate().quit(); }},
+            {"clear", [](auto& f) { f.calls.clear(); }},
+        };
         for (const auto& event : words(events)) {
-            act(event);
-            if (event == "installed" || event == "joined") install();
-            if (event == "joined") join();
-            if (event == "on" || event == "off") switches = {event == "on", event == "on"};
-            if (event == "updates") updates = {.feedURL = "https://feed.example", .publicKey = "key"};
-            if (event == "at-place") bundlePath = TarnikIdentity::installPath;
-            if (event == "elsewhere") bundlePath = "/Users/me/Downloads/tarnik.app";
-            if (event == "shows") showsWindow = true;
-            if (event == "used") inUse = "in use";
-            if (event == "homeless") texts["NodeHome"] = "not/absolute";
-            if (event == "will") delegate().willFinishLaunching();
-            if (event == "did") delegate().didFinishLaunching();
-            if (event == "stay") relocated(RelocationOutcomes::Stay{});
-            if (event == "moving") relocated(RelocationOutcomes::Moving{});
-            if (event == "message") relocated(RelocationOutcomes::StayWithMessage{"Move tarnik", "…"});
-            if (event.starts_with("open:")) openLink(link(event.back()));
-            if (event == "second") secondOpen();
-            if (event == "reopen") delegate().reopen();
-            if (event == "window") delegate().openWindow();
-            if (event == "close") delegate().windowClosed();
-            if (event == "check") delegate().checkForUpdates();
-            if (event == "update") updateIsReady("2", calling("install"));
-            if (event == "quit") delegate().quit();
-            if (event == "clear") calls.clear();
+            const auto own = actions.find(event);
+            own != actions.end() ? own->second(*this) : act(event);
         }
     }
 };
@@ -131,12 +138,12 @@ struct Fixture : FakeMachine {
 TEST(AppDelegate, performsItsStepsInOrder) {
     const std::string launch = "will did stay ", begins = "links, relocate, take home, ";
     const std::string menu = begins + "updater, menu of 3, ", open = "record open, window, ";
-    const std::string inUse = "updates joined on " + launch + "settle update ";
+    const std::string inUse = "updates installed join on " + launch + "settle update ";
     const std::tuple<std::string, std::string, bool> cases[] = {
         // the events, the calls, and whether the model starts
         {"at-place updates will did message",
          begins + "login item, updater, menu of 4, " + open + "alert Move tarnik, ", true},
-        {"elsewhere joined on " + launch + "settle", menu, true},
+        {"elsewhere installed join on " + launch + "settle", menu, true},
         {launch + "clear second reopen window", "record secondOpen, window, record reopen, window, " + open,
          true},
         {"on " + launch, menu, true},
@@ -148,7 +155,7 @@ TEST(AppDelegate, performsItsStepsInOrder) {
         {"used " + launch + "open:a settle", begins + "refuse: in use, end 5, ", false},
         {"homeless on " + launch, menu + open, false},
         {"will open:b did moving open:a settle", "links, " + open + "relocate, end 0, ", false},
-        {"updates joined on check " + launch + "settle clear check", "check for updates, ", true},
+        {"updates installed join on check " + launch + "settle clear check", "check for updates, ", true},
         {inUse + "clear +720", "install, ", true},
         {inUse + "clear quit quit open:a window +900", open + "end 0, ", true},
         {"will did quit settle stay", "links, relocate, end 0, ", false},
@@ -165,7 +172,7 @@ TEST(AppDelegate, performsItsStepsInOrder) {
 
 TEST(AppDelegate, readsTheSwitchesWhenItBecomesActive) {
     Fixture f;
-    f.perform("joined on will did stay settle off");
+    f.perform("installed join on will did stay settle off");
     f.becomeActive();
     EXPECT_FALSE(f.state().switches.accessibility);
 }

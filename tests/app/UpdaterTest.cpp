@@ -1,5 +1,7 @@
 #include "app/updates/Updater.h"
 
+#include <map>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/ManualMainThread.h"
@@ -52,14 +54,19 @@ struct Fixture {
     }
     // "+5" advances five minutes.
     void act(const std::string& event) {
-        if (event.starts_with('+')) main.advance(Seconds(60 * std::stod(event)));
-        if (event == "update") willInstall("1.2", [this] { calls += "install, "; });
-        if (event == "menu") updater->checkForUpdates();
-        if (event == "quit") updater->appWillQuit();
-        if (event == "busy" || event == "idle") busy = event == "busy";
-        if (event == "slow" || event == "fast") slow = event == "slow";
-        if (event == "deliver") deliver();
-        if (event == "without-samples") updater->setSampleSource(nullptr);
+        static const std::map<std::string, void (*)(Fixture&)> actions{
+            {"update", [](auto& f) { f.willInstall("1.2", [&f] { f.calls += "install, "; }); }},
+            {"menu", [](auto& f) { f.updater->checkForUpdates(); }},
+            {"quit", [](auto& f) { f.updater->appWillQuit(); }},
+            {"busy", [](auto& f) { f.busy = true; }},
+            {"idle", [](auto& f) { f.busy = false; }},
+            {"slow", [](auto& f) { f.slow = true; }},
+            {"fast", [](auto& f) { f.slow = false; }},
+            {"deliver", [](auto& f) { f.deliver(); }},
+            {"without-samples", [](auto& f) { f.updater->setSampleSource(nullptr); }},
+        };
+        if (event.starts_with('+')) return main.advance(Seconds(60 * std::stod(event)));
+        actions.at(event)(*this);
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <map>
 
 #include <gtest/gtest.h>
 
@@ -55,13 +56,17 @@ struct Fixture {
         return *made;
     }
     void act(const std::string& event) {
-        if (event.starts_with('+')) queue->advance(Seconds(std::stod(event)));
-        if (event == "on" || event == "off") host().setEnabled(event == "on");
-        if (event == "change") host().permissionsChanged();
-        if (event == "die") spawner.last().end(ExitStatus::signaled(SIGSEGV));
-        if (event == "fail") spawner.failure = SystemError{"pipe", EMFILE};
-        if (event == "no-driver") setup.executable.reset();
-        if (event == "no-folder") setup.applicationSupport += "/a/b";
+        static const std::map<std::string, void (*)(Fixture&)> actions{
+            {"on", [](auto& f) { f.host().setEnabled(true); }},
+            {"off", [](auto& f) { f.host().setEnabled(false); }},
+            {"change", [](auto& f) { f.host().permissionsChanged(); }},
+            {"die", [](auto& f) { f.spawner.last().end(ExitStatus::signaled(SIGSEGV)); }},
+            {"fail", [](auto& f) { f.spawner.failure = SystemError{"pipe", EMFILE}; }},
+            {"no-driver", [](auto& f) { f.setup.executable.reset(); }},
+            {"no-folder", [](auto& f) { f.setup.applicationSupport += "/a/b"; }},
+        };
+        if (event.starts_with('+')) return queue->advance(Seconds(std::stod(event)));
+        actions.at(event)(*this);
     }
     std::size_t startsAfter(Seconds time) {
         queue->advance(time);

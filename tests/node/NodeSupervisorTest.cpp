@@ -1,6 +1,7 @@
 #include "core/node/NodeSupervisor.h"
 
 #include <csignal>
+#include <map>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -73,18 +74,21 @@ struct Fixture {
         ASSERT_TRUE(eventually([&] { return session->phase() == waiting; }));
     }
     void act(const std::string& event) {
-        if (event.starts_with('+')) queue->advance(Seconds(std::stod(event)));
-        if (event == "install") install();
-        if (event == "join") join();
-        if (event == "start") supervisor().start();
-        if (event == "stop") supervisor().stop();
-        if (event == "A") supervisor().setEndpoint(endpointA);
-        if (event == "B") supervisor().setEndpoint(endpointB);
-        if (event == "fail") spawner.failure = SystemError{"spawn", EAGAIN};
-        if (event == "heal") spawner.failure.reset();
-        if (event == "exit") spawner.last().end(ExitStatus::exited(1));
-        if (event == "pair") pair();
-        if (event == "confirm") session->confirm();
+        static const std::map<std::string, void (*)(Fixture&)> actions{
+            {"install", [](auto& f) { f.install(); }},
+            {"join", [](auto& f) { f.join(); }},
+            {"start", [](auto& f) { f.supervisor().start(); }},
+            {"stop", [](auto& f) { f.supervisor().stop(); }},
+            {"A", [](auto& f) { f.supervisor().setEndpoint(endpointA); }},
+            {"B", [](auto& f) { f.supervisor().setEndpoint(endpointB); }},
+            {"fail", [](auto& f) { f.spawner.failure = SystemError{"spawn", EAGAIN}; }},
+            {"heal", [](auto& f) { f.spawner.failure.reset(); }},
+            {"exit", [](auto& f) { f.spawner.last().end(ExitStatus::exited(1)); }},
+            {"pair", [](auto& f) { f.pair(); }},
+            {"confirm", [](auto& f) { f.session->confirm(); }},
+        };
+        if (event.starts_with('+')) return queue->advance(Seconds(std::stod(event)));
+        actions.at(event)(*this);
     }
     std::string reported() const {
         std::string text;

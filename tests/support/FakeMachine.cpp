@@ -124,33 +124,45 @@ void FakeMachine::advance(Seconds by) {
 }
 
 void FakeMachine::act(const std::string& events) {
-    const auto pairing = [this]() -> LinkPairing& { return model().pairing(); };
-    const auto endLast = [](FakeSpawner& from) {
+    using Action = void (*)(FakeMachine&, char letter);
+    static constexpr auto endLast = [](FakeSpawner& from) {
         if (from.count() > 0) from.last().end(ExitStatus::exited(1));
     };
+    static constexpr auto print = [](FakeMachine& f) {
+        if (live(f.terminals) > 0) f.terminals.last().print("Press Enter to connect it");
+    };
+    static const std::map<std::string, Action> actions{
+        {"check", [](auto& f, char letter) { f.model().pairing().connect(link(letter)); }},
+        {"link", [](auto& f, char letter) { f.model().pairing().connect(link(letter)), f.settle(); }},
+        {"replace", [](auto& f, char letter) { f.replaceBy(letter); }},
+        {"settle", [](auto& f, char) { f.settle(); }},
+        {"cancel", [](auto& f, char) { f.model().pairing().cancel(); }},
+        {"confirm", [](auto& f, char) { f.model().pairing().confirm(); }},
+        {"decline", [](auto& f, char) { f.model().pairing().declineOffer(); }},
+        {"dismiss", [](auto& f, char) { f.model().pairing().dismissOutcome(); }},
+        {"hide", [](auto& f, char) { f.model().pairing().dismissMessage(); }},
+        {"join", [](auto& f, char) { f.join(); }},
+        {"busy", [](auto& f, char) { f.threadsAreLeft = false; }},
+        {"fail", [](auto& f, char) { f.terminals.failure = SystemError{"forkpty", EAGAIN}; }},
+        {"heal", [](auto& f, char) { f.terminals.failure.reset(); }},
+        {"print", [](auto& f, char) { print(f); }},
+        {"prompt", [](auto& f, char) { print(f), f.pairingIs(PairingPhases::WaitingForYes{}); }},
+        {"exit", [](auto& f, char) { endLast(f.terminals); }},
+        {"ended",
+         [](auto& f, char) {
+             endLast(f.terminals), f.pairingIs(PairingPhases::Ended{ExitStatus::exited(1)});
+         }},
+        {"crash", [](auto& f, char) { endLast(f.nodes); }},
+        {"die", [](auto& f, char) { endLast(f.drivers); }},
+        {"hold", [](auto& f, char) { f.queues.at("tarnik.node")->hold(); }},
+        {"go", [](auto& f, char) { f.queues.at("tarnik.node")->letGo(); }},
+    };
     for (const auto& event : words(events)) {
-        if (event.starts_with('+')) advance(Seconds(std::stod(event)));
-        if (event.starts_with("check:") || event.starts_with("link:")) pairing().connect(link(event.back()));
-        if (event.starts_with("replace:")) replaceBy(event.back());
-        if (event == "settle" || event.starts_with("link:")) settle();
-        if (event == "cancel") pairing().cancel();
-        if (event == "confirm") pairing().confirm();
-        if (event == "decline") pairing().declineOffer();
-        if (event == "dismiss") pairing().dismissOutcome();
-        if (event == "hide") pairing().dismissMessage();
-        if (event == "join") join();
-        if (event == "busy") threadsAreLeft = false;
-        if (event == "fail") terminals.failure = SystemError{"forkpty", EAGAIN};
-        if (event == "heal") terminals.failure.reset();
-        if ((event == "print" || event == "prompt") && live(terminals) > 0)
-            terminals.last().print("Press Enter to connect it");
-        if (event == "prompt") pairingIs(PairingPhases::WaitingForYes{});
-        if (event == "exit" || event == "ended") endLast(terminals);
-        if (event == "ended") pairingIs(PairingPhases::Ended{ExitStatus::exited(1)});
-        if (event == "crash") endLast(nodes);
-        if (event == "die") endLast(drivers);
-        if (event == "hold") queues.at("tarnik.node")->hold();
-        if (event == "go") queues.at("tarnik.node")->letGo();
+        if (event.starts_with('+')) {
+            advance(Seconds(std::stod(event)));
+        } else {
+            actions.at(event.substr(0, event.find(':')))(*this, event.back());
+        }
     }
 }
 
