@@ -1,14 +1,10 @@
 #include "app/model/AppModel.h"
 
-#include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <random>
 
 #include <gtest/gtest.h>
 
 #include "app/texts/LinkTexts.h"
-#include "tests/support/Eventually.h"
 #include "tests/support/FakeMachine.h"
 #include "tests/support/Words.h"
 

@@ -13,7 +13,6 @@
 #include "tests/support/FakeMac.h"
 #include "tests/support/ForkedChild.h"
 #include "tests/support/ManualMainThread.h"
-#include "tests/support/PropertyLists.h"
 #include "tests/support/Shell.h"
 
 namespace tarnik {

@@ -12,7 +12,6 @@
 
 #include "core/foundation/UniqueFd.h"
 #include "core/process/Spawner.h"
-#include "tests/support/ChildPrograms.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Words.h"

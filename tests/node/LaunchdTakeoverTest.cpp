@@ -1,7 +1,5 @@
 #include "core/node/LaunchdTakeover.h"
 
-#include <tuple>
-
 #include <gtest/gtest.h>
 
 #include "tests/support/PropertyLists.h"

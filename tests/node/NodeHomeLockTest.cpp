@@ -1,7 +1,6 @@
 #include "core/node/NodeHomeLock.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include <gtest/gtest.h>
 

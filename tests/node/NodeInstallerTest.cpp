@@ -7,7 +7,6 @@
 #include <sys/stat.h>
 
 #include "core/foundation/Json.h"
-#include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {

@@ -1,7 +1,6 @@
 #include "core/pairing/PairingReporter.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>

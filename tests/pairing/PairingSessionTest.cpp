@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <tuple>
 
 #include <gtest/gtest.h>
 #include <poll.h>

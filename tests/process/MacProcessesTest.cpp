@@ -1,6 +1,5 @@
 #include "core/process/MacProcesses.h"
 
-#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <future>

@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <atomic>
-#include <memory>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
