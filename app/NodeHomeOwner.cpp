@@ -51,8 +51,12 @@ std::optional<std::string> noteName(const NodeHome& home) {
     return "owner-" + std::to_string(found.st_dev) + "-" + std::to_string(found.st_ino);
 }
 
+std::string notesPath(const std::string& applicationSupport) {
+    return applicationSupport + "/" + std::string(TarnikIdentity::appName);
+}
+
 std::optional<PrivateFolder> notesFolder(const std::string& applicationSupport) {
-    return PrivateFolder::open(applicationSupport + "/" + std::string(TarnikIdentity::appName));
+    return PrivateFolder::open(notesPath(applicationSupport));
 }
 
 }  // namespace
@@ -102,12 +106,16 @@ void NodeHomeOwner::noteOwner() const {
 
 // The note may be missing or older than the lock, so it only adds details to the sentence.
 std::string NodeHomeOwner::inUse() const {
-    const auto folder = notesFolder(deps_.applicationSupport);
-    const auto name = noteName(*home_);
-    const auto note = folder && name ? folder->read(*name, longestNote) : std::nullopt;
-    auto owner = note ? parseOwner(*note) : std::nullopt;
-    if (owner && ::kill(owner->pid, 0) != 0) owner.reset();
-    return ProgramTexts::nodeHomeInUse(home_->path, owner);
+    return ProgramTexts::nodeHomeInUse(home_->path, noted(*home_, deps_.applicationSupport));
+}
+
+std::optional<Owner> NodeHomeOwner::noted(const NodeHome& home, const std::string& applicationSupport) {
+    const auto name = noteName(home);
+    const auto path = notesPath(applicationSupport) + "/" + name.value_or("");
+    if (!name || !isRegularFile(path)) return std::nullopt;
+    const auto note = readFile(path, longestNote);
+    const auto owner = note ? parseOwner(*note) : std::nullopt;
+    return owner && ::kill(owner->pid, 0) == 0 ? owner : std::nullopt;
 }
 
 }  // namespace tarnik

@@ -50,6 +50,9 @@ public:
     // lock for lockTimeout.
     void take(std::function<void(const std::optional<std::string>& inUse)> done);
 
+    // Returns the process that the home's note names, if it runs. Changes nothing.
+    static std::optional<Owner> noted(const NodeHome& home, const std::string& applicationSupport);
+
 private:
     using Done = std::function<void(const std::optional<std::string>&)>;
 

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
@@ -5,6 +6,7 @@
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <sys/file.h>
+#include <sys/socket.h>
 
 #include "app/doctor/Doctor.h"
 #include "app/doctor/DoctorDesktop.h"

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "app/NodeHomeOwner.h"
 #include "app/doctor/DoctorCheck.h"
 #include "core/foundation/Paths.h"
 
@@ -109,8 +110,11 @@ std::optional<Finding> checkCopies(Examination& examination) {
         return fine("tarnik is running" + pid + ".");
     }
     const auto& home = examination.subject().home;
-    if (home && examination.deps().isLocked(*home))
-        return finding(Severity::warning, DoctorTexts::homeIsHeld, home->path);
+    if (home && examination.deps().isLocked(*home)) {
+        const auto owner = NodeHomeOwner::noted(*home, examination.subject().host.applicationSupport);
+        const auto holder = owner ? "Process " + std::to_string(owner->pid) : "A program";
+        return finding(Severity::warning, DoctorTexts::homeIsHeld, holder);
+    }
     return finding(Severity::note, DoctorTexts::notRunning);
 }
 

@@ -33,8 +33,9 @@ std::string withoutTokens(std::string_view text) {
 
 // Returns true if values behind this name are secret: "token", "api_key", "X-Secret".
 bool namesSecret(std::string_view name) {
-    constexpr std::array<std::string_view, 8> words{"token", "key",      "secret",        "code",
-                                                    "sig",   "password", "authorization", "bearer"};
+    constexpr std::array<std::string_view, 11> words{"token",  "key",           "secret", "code",
+                                                     "sig",    "password",      "passwd", "pwd",
+                                                     "cookie", "authorization", "bearer"};
     std::string lower(name);
     std::ranges::transform(lower, lower.begin(), [](char character) {
         return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;

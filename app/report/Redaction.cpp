@@ -51,14 +51,14 @@ std::string editRuns(std::string_view text, const Belongs& belongs, const Edit& 
     return result;
 }
 
-// Replaces each e-mail address: text around "@", with a dot behind it or not.
+// Replaces each e-mail address: text before "@", whatever is behind it.
 std::string withoutEmails(std::string_view text) {
     const auto belongs = [](char c) {
         return isWordCharacter(c) || std::string_view(".!#$%&'*+-/=?^_`{|}~@").contains(c);
     };
     return editRuns(text, belongs, [](std::string_view run) {
         const auto at = run.find('@');
-        const bool isAddress = at != std::string_view::npos && at > 0 && at + 1 < run.size();
+        const bool isAddress = at != std::string_view::npos && at > 0;
         return isAddress ? std::string(email) : std::string(run);
     });
 }
@@ -171,7 +171,10 @@ Redaction::Redaction(Names names)
           };
           for (auto* list : {&names.users, &names.hosts}) {
               std::erase_if(*list, isCommon);
-              std::ranges::sort(*list, std::ranges::greater(), &std::string::size);  // the longest first
+              const auto isLonger = [](const auto& one, const auto& other) {
+                  return one.size() > other.size();
+              };
+              std::ranges::sort(*list, isLonger);  // a short name may be a part of a longer one
           }
           return std::move(names);
       }()) {}
@@ -186,9 +189,9 @@ std::string Redaction::withoutNames(std::string text) const {
 // The names come first, because another pass could hide a part of one and leave the rest.
 std::string Redaction::apply(std::string_view text) const {
     std::string result = withoutNames(std::string(text));
-    result = withoutEmails(result);
     result = withoutColonAddresses(result);
     result = withoutIPv4(result);
+    result = withoutEmails(result);
     return withoutSecrets(result);
 }
 

@@ -42,7 +42,7 @@ inline constexpr Text homeIsForeign{" has files that tarnik didn't put there, so
 inline constexpr Text notInstalled{"The helper isn't installed yet.",
                                    "Start tarnik; it installs the helper."};
 inline constexpr Text notRunning{"tarnik isn't running.", "Start it with: tarnik (or: tarnik serve)"};
-inline constexpr Text homeIsHeld{" is used by a program that doesn't answer.",
+inline constexpr Text homeIsHeld{" uses the helper's folder and doesn't answer.",
                                  "End that program, or wait until it has ended, and start tarnik."};
 inline constexpr Text diskFull{" is on a disk that is full.", "Make room: an install needs about 500 MB."};
 inline constexpr Text diskLow{" is on a disk with little room.",
