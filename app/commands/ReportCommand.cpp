@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t journalEvents = 200;
 constexpr std::size_t logLines = 200;
-constexpr std::size_t logBytes = 100 * 1024;
+constexpr std::size_t logBytes = 100'000;
 
 std::string versions(const DoctorSubject& subject) {
     utsname system{};

@@ -77,8 +77,8 @@ std::optional<Finding> checkAccount(Examination& examination) {
 
 std::vector<DoctorCheck> helperChecks() {
     return {
-        {.code = "helper.runtime", .causes = {"home.claim"}, .run = checkRuntime},
-        {.code = "helper.package", .causes = {"home.claim"}, .run = checkPackage},
+        {.code = "helper.runtime", .causes = {"home.claim", "home.disk"}, .run = checkRuntime},
+        {.code = "helper.package", .causes = {"home.claim", "home.disk"}, .run = checkPackage},
         {.code = "helper.provenance",
          .causes = {"helper.runtime", "helper.package", "build.settings"},
          .run = checkProvenance},

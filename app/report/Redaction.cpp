@@ -7,7 +7,6 @@
 #include <utility>
 
 #include <pwd.h>
-#include <strings.h>
 #include <unistd.h>
 
 #include "app/journal/SecretFilter.h"
@@ -24,6 +23,10 @@ bool isDigit(char character) {
 
 bool isLetter(char character) {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+}
+
+char lower(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
 bool isHexDigit(char character) {
@@ -57,8 +60,7 @@ std::string withoutEmails(std::string_view text) {
         return isWordCharacter(c) || std::string_view(".!#$%&'*+-/=?^_`{|}~@").contains(c);
     };
     return editRuns(text, belongs, [](std::string_view run) {
-        const auto at = run.find('@');
-        const bool isAddress = at != std::string_view::npos && at > 0;
+        const bool isAddress = run.find('@', 1) != std::string_view::npos;
         return isAddress ? std::string(email) : std::string(run);
     });
 }
@@ -105,7 +107,8 @@ std::string withoutColonAddresses(std::string_view text) {
 }
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view start) {
-    return text.size() >= start.size() && ::strncasecmp(text.data(), start.data(), start.size()) == 0;
+    const auto isSame = [](char one, char other) { return lower(one) == lower(other); };
+    return text.size() >= start.size() && std::ranges::equal(text.substr(0, start.size()), start, isSame);
 }
 
 // Replaces the name where no letter or digit is beside it.

@@ -16,7 +16,7 @@ namespace tarnik {
 namespace {
 
 constexpr std::size_t longestLine = 2000;
-constexpr std::size_t maxSectionBytes = 120 * 1024;
+constexpr std::size_t maxSectionBytes = 120'000;
 
 // Returns the last whole lines of the text, cleaned one by one.
 std::string cleaned(std::string_view text, std::size_t maxBytes) {

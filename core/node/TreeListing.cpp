@@ -50,26 +50,34 @@ std::string textOf(const std::string& path, mode_t mode, const TreeListing::Dige
     return "o";
 }
 
+std::string joined(const std::string& folder, std::string_view name) {
+    std::string path = folder;
+    if (!name.empty()) path.append("/").append(name);
+    return path;
+}
+
 }  // namespace
 
 std::optional<TreeListing> TreeListing::of(const std::string& folder, const Digest& digest) {
     TreeListing listing;
-    std::vector<std::string> waiting{""};  // folders below `folder`, each with a trailing slash
+    std::vector<std::string> waiting{""};  // folders below `folder`
     while (!waiting.empty()) {
         const std::string below = std::move(waiting.back());
         waiting.pop_back();
-        const std::string path = folder + "/" + below;
-        constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-        // `folder` itself may be a link, because the node home may be a link.
-        DirectoryReader names(UniqueFd(::open(path.c_str(), below.empty() ? flags & ~O_NOFOLLOW : flags)));
+        // `folder` itself may be a link, because the node home may be a link. A trailing slash would follow
+        // any link.
+        constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+        DirectoryReader names(
+            UniqueFd(::open(joined(folder, below).c_str(), below.empty() ? flags : flags | O_NOFOLLOW)));
         if (below.empty() && names.hasFailed()) return std::nullopt;
         while (const char* name = names.next()) {
             struct stat found{};
-            const std::string entry = path + name;
+            auto inside = below.empty() ? std::string(name) : joined(below, name);
+            const auto entry = joined(folder, inside);
             if (::lstat(entry.c_str(), &found) != 0) continue;  // removed since the folder was read
             if (listing.entries.size() == maxEntries) return std::nullopt;
-            listing.entries.emplace(escaped(below + name), textOf(entry, found.st_mode, digest));
-            if (S_ISDIR(found.st_mode)) waiting.push_back(below + name + "/");
+            listing.entries.emplace(escaped(inside), textOf(entry, found.st_mode, digest));
+            if (S_ISDIR(found.st_mode)) waiting.push_back(std::move(inside));
         }
     }
     return listing;
@@ -77,7 +85,7 @@ std::optional<TreeListing> TreeListing::of(const std::string& folder, const Dige
 
 std::string TreeListing::text() const {
     std::string text;
-    for (const auto& [path, entry] : entries) text += entry + " " + path + "\n";
+    for (const auto& [path, entry] : entries) text.append(entry).append(" ").append(path).append("\n");
     return text;
 }
 
