@@ -47,12 +47,22 @@ std::string journal(const DoctorSubject& subject) {
     return text;
 }
 
+// Puts each member on a line of its own, because a report cuts long lines.
+std::string memberLines(const Json& status) {
+    std::string lines;
+    for (const char character : status.text()) {
+        if (character == '"' && (lines.ends_with(',') || lines.ends_with('{'))) lines += '\n';
+        lines += character;
+    }
+    return lines;
+}
+
 std::string gathered(const DoctorSubject& subject, const ProgramRun& run, const BackgroundTasks& tasks) {
     const auto status = statusOfRunningCopy(run);
     const ReportSources sources{.versions = versions(subject),
                                 .settings = settings(subject),
                                 .findings = examine(subject, examinationDeps(subject, status, tasks)),
-                                .status = status ? status->text() : ReportTexts::statusNotRunning,
+                                .status = status ? memberLines(*status) : ReportTexts::statusNotRunning,
                                 .journal = journal(subject),
                                 .helperLog = lastLines(subject.host.nodeLog, logLines, logBytes)};
     return reportText(sources, Redaction(Redaction::Names::ofThisMachine(run.environment, run.userFolder)));
