@@ -59,6 +59,7 @@ public:
     void openWindow() { showWindow("open"); }
     void windowClosed();
     void checkForUpdates();
+    bool hasUpdater() const { return updater_ && updater_->isAvailable(); }
 
     // Stops the updater and the model, then ends the event loop. Later calls are ignored.
     void quit();

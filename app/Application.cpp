@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+#include "app/bundle/BuildKind.h"
+#include "app/control/ControlFolder.h"
 #include "app/journal/ChildRecorder.h"
 #include "app/journal/RecordedOperations.h"
 #include "app/journal/StateRecorder.h"
@@ -91,7 +93,14 @@ AppDelegate& Application::attach(Face face) {
             .recordWindow = [this](const std::string& reason) { relocator_->recordWindow(reason); },
             .handLinkOn = [this](const std::string& link) { relocator_->handLinkOn(link); },
             .takeHandedLink = [this] { return relocator_->takeHandedLink(); },
-            .takeNodeHome = [this](auto done) { homeOwner_->take(recordedOwner(journal_, std::move(done))); },
+            .takeNodeHome =
+                [this, kind = face.kind](auto done) {
+                    homeOwner_->take(
+                        recordedOwner(journal_, [this, kind, done = std::move(done)](const auto& inUse) {
+                            if (!inUse) startControl(kind);
+                            done(inUse);
+                        }));
+                },
             .ensureLoginItem =
                 [this] {
                     if (!platform_.loginItem.registerItem) return;
@@ -120,7 +129,33 @@ void Application::launch() {
     platform_.model.mainThread.post([this] { delegate_->didFinishLaunching(); });
 }
 
+// A second program on the same node home has no socket, so a command always reaches the first one.
+void Application::startControl(NodeHomeOwner::Face face) {
+    const auto& host = model_->host();
+    const auto& home = model_->home();
+    const bool isConsole = face == NodeHomeOwner::Face::console;
+    control_.emplace(ControlService::Deps{
+                         .mainThread = platform_.model.mainThread,
+                         .log = platform_.model.log,
+                         .journal = journal_,
+                         .folders = ControlFolder::candidates(host.inherited, place_.folders),
+                         .source = {.program = {.isRunning = true,
+                                                .version = std::string(programVersion()),
+                                                .pid = ::getpid(),
+                                                .face = isConsole ? "console" : "window"},
+                                    .folders = {.nodeHome = home ? std::optional(home->path) : std::nullopt,
+                                                .applicationSupport = place_.folders.applicationSupport,
+                                                .logs = place_.folders.stateFolder()},
+                                    .webOrigin = model_->webOrigin(),
+                                    .hasDriver = host.driverExecutable.has_value(),
+                                    .checksForUpdates = [this] { return delegate_->hasUpdater(); }},
+                         .openWindow = [this] { delegate_->openWindow(); },
+                         .quit = [this] { delegate_->quit(); }},
+                     model_);
+}
+
 int Application::finish(int exitStatus) {
+    control_.reset();
     recordEnd(*journal_, exitStatus);
     if (!tasks_.isIdle()) ::_exit(exitStatus);
     return exitStatus;

@@ -9,6 +9,7 @@
 #include "app/CommandLine.h"
 #include "app/NodeHomeOwner.h"
 #include "app/ProgramStart.h"
+#include "app/control/ControlService.h"
 #include "app/journal/Journal.h"
 #include "app/model/AppModel.h"
 #include "app/platform/AppPlatform.h"
@@ -17,8 +18,8 @@
 
 namespace tarnik {
 
-// Creates and owns the journal, the model, the relocator, the lock of the node home, and the delegate. Works
-// with each face (the window or the console).
+// Creates and owns the journal, the model, the relocator, the lock of the node home, the delegate, and the
+// control socket. Works with each face (the window or the console).
 //
 // Owned by runDesktop() or runConsole(). Main thread only. The constructor creates the model. The caller then
 // creates the face, and attach() creates the delegate.
@@ -59,12 +60,13 @@ public:
     // Starts to receive links, and posts the rest of the launch to the event loop.
     void launch();
 
-    // Records the end and returns `exitStatus`. If a background task such as a download still runs, ends the
-    // process with this status instead of returning. Tasks are never joined, and each can be interrupted at
-    // any moment.
+    // Closes the control socket, records the end and returns `exitStatus`. If a background task such as a
+    // download still runs, ends the process with this status instead of returning. Tasks are never joined,
+    // and each can be interrupted at any moment.
     int finish(int exitStatus);
 
 private:
+    void startControl(NodeHomeOwner::Face face);
     std::shared_ptr<AppModel> makeModel(const CommandLine& line, HostEnvironment host) const;
 
     const BackgroundTasks tasks_;
@@ -75,6 +77,7 @@ private:
     const std::shared_ptr<AppModel> model_;
     std::optional<Relocator> relocator_;
     std::optional<AppDelegate> delegate_;
+    std::optional<ControlService> control_;  // while the program owns its node home
 };
 
 // Adds the application to the programs that start at login. Ignores a failure; the next launch tries again.

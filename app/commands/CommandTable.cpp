@@ -16,6 +16,13 @@ namespace {
 
 constexpr std::size_t longestQuote = 200;
 
+constexpr std::array statusOptions{StandardOptions::json,
+                                   OptionSpec{.name = "watch", .summary = "show each change until Ctrl-C"},
+                                   StandardOptions::nodeHome};
+constexpr std::array connectOptions{
+    StandardOptions::yes,
+    OptionSpec{.name = "replace", .summary = "end the connection to the present account"}};
+constexpr std::array quitOptions{OptionSpec{.name = "wait", .summary = "wait until everything has ended"}};
 constexpr std::array examinationOptions{StandardOptions::json, StandardOptions::nodeHome,
                                         StandardOptions::bundle};
 constexpr std::array reportOptions{StandardOptions::nodeHome, StandardOptions::bundle};
@@ -23,6 +30,22 @@ constexpr std::array serveOptions{StandardOptions::nodeHome, StandardOptions::co
                                   StandardOptions::bundle, StandardOptions::keepAwake};
 
 constexpr std::array commands{
+    Command{.name = "status",
+            .summary = "show whether this computer is connected, or why not",
+            .options = statusOptions,
+            .run = runStatus},
+    Command{.name = "connect",
+            .summary = "connect this computer by a link from your chat",
+            .details = "Without LINK, reads it from standard input.\n",
+            .options = connectOptions,
+            .argument = "[LINK]",
+            .run = runConnect},
+    Command{.name = "restart", .summary = "restart the helper now", .run = runRestart},
+    Command{.name = "open", .summary = "open the window of the running tarnik", .run = runOpen},
+    Command{.name = "quit",
+            .summary = "end the running tarnik and its helper",
+            .options = quitOptions,
+            .run = runQuit},
     Command{.name = "doctor",
             .summary = "find out what is wrong, and what to do",
             .details = "It changes nothing and takes up to 20 seconds. The exit status is 0 if nothing is\n"

@@ -52,7 +52,7 @@ std::expected<ControlAnswer, Failure> ControlClient::receive(std::optional<Secon
         }
         if (input_.size() > ControlProtocol::maxAnswerBytes) return std::unexpected(Failure::malformed);
         if (!wait(POLLIN, deadline)) return std::unexpected(Failure::timedOut);
-        std::array<char, 16'384> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): recv() fills it
+        std::array<char, 16'384> buffer{};
         const ssize_t count = ::recv(socket_.get(), buffer.data(), buffer.size(), 0);
         if (count < 0 && (errno == EAGAIN || errno == EINTR)) continue;
         if (count <= 0) return std::unexpected(Failure::ended);

@@ -1,5 +1,6 @@
 #include "app/control/ControlConnection.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <utility>
@@ -30,7 +31,7 @@ std::optional<TimePoint> ControlConnection::due() const {
 
 void ControlConnection::read() {
     if (!wantsInput()) return;
-    std::array<char, 16'384> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): recv() fills it
+    std::array<char, 16'384> buffer{};
     const ssize_t count = ::recv(socket_.get(), buffer.data(), buffer.size(), 0);
     if (count < 0) {
         broken_ = errno != EAGAIN && errno != EINTR;
@@ -46,9 +47,10 @@ void ControlConnection::read() {
 
 std::optional<std::string> ControlConnection::nextLine() {
     if (turn_ != Turn::client) return std::nullopt;
-    const auto end = input_.find('\n');
-    if (end == std::string::npos && input_.size() <= ControlProtocol::maxRequestBytes) return std::nullopt;
-    if (end == std::string::npos || end > ControlProtocol::maxRequestBytes) {
+    const auto end = std::min(input_.find('\n'), input_.size());
+    const bool isTooLong = end > ControlProtocol::maxRequestBytes;
+    if (end == input_.size() && !isTooLong) return std::nullopt;
+    if (isTooLong) {
         inputEnded_ = true;
         input_.clear();
         add(ControlProtocol::printError(

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "app/texts/JournalTexts.h"
-#include "core/node/NodeInstaller.h"
+#include "core/node/InstalledVersion.h"
 
 namespace tarnik {
 namespace {
@@ -106,7 +106,7 @@ OnChildEvent callbackOf(std::shared_ptr<ChildRecorder> recorder) {
 
 OnChildEvent recordHelper(const std::shared_ptr<Journal>& journal, std::optional<NodeHome> home) {
     const Version version = [home = std::move(home)] {
-        return home ? NodeInstaller(*home, {}, {}).installedVersion() : std::nullopt;
+        return home ? installedVersion(*home) : std::nullopt;
     };
     return callbackOf(std::make_shared<ChildRecorder>(journal, helperNames, version));
 }

@@ -211,6 +211,13 @@ void AppModel::stop(std::function<void()> done) {
     });
 }
 
+void AppModel::restartHelper(std::function<void(bool restarted)> done) {
+    nodeCalls_.call([this, done = std::move(done)] {
+        const bool restarted = running_->supervisor->restart();
+        deps_.platform.mainThread.post([done, restarted] { done(restarted); });
+    });
+}
+
 void AppModel::refreshSwitches() {
     if (state_.stopping) return;
     const auto& isOn = deps_.platform.switches.isOn;

@@ -60,6 +60,7 @@ public:
 
     void observe(WillChange observer);  // observers are never removed
     const AppState& state() const { return state_; }
+    const HostEnvironment& host() const { return host_; }
     const Url& webOrigin() const { return host_.settings.webOrigin; }
     const std::optional<NodeHome>& home() const { return home_; }
 
@@ -68,15 +69,16 @@ public:
     // stop(), `done` is not called. Later calls are ignored.
     void start(const std::function<void()>& done = [] {});
     bool hasStarted() const { return running_ && running_->supervisor; }
-
     // Stops the polling, the pairing, the node and the driver, in this order. Calls `done` on the main thread
     // within 40 s, when all have stopped. Later calls are ignored.
     void stop(std::function<void()> done);
 
+    // Restarts the helper and calls `done` on the main thread, unless stop() was called. Requires
+    // hasStarted().
+    void restartHelper(std::function<void(bool restarted)> done);
     LinkPairing& pairing() { return *pairing_; }
     void refreshSwitches();
     void request(Switch which);
-
     // Takes a sample on a queue, because the sample lists processes. Then calls `done` on the main thread.
     // stop() drops waiting samples.
     void activitySample(std::function<void(ActivitySample)> done);

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "core/foundation/Files.h"
-#include "core/foundation/Json.h"
 #include "core/foundation/Uuid.h"
 #include "core/node/InstallRecord.h"
 #include "core/node/InstallTexts.h"
+#include "core/node/InstalledVersion.h"
 #include "core/node/ReleaseVersion.h"
 
 namespace tarnik {
@@ -15,7 +15,6 @@ namespace {
 
 using Kind = InstallFailure::Kind;
 
-constexpr std::size_t versionFileBytes = 65536;
 constexpr mode_t privateFolder = 0700;
 
 std::unexpected<InstallError> fail(Kind kind, std::string what = {}) {
@@ -86,14 +85,7 @@ std::expected<void, InstallError> NodeInstaller::install(const Progress& progres
 }
 
 std::optional<std::string> NodeInstaller::installedVersion() const {
-    const std::string path = home_.appDir() + "/lib/node_modules/openclaw/tarnik-node.json";
-    const UniqueFd file = openRegularFile(path);
-    if (!file) return std::nullopt;
-    const auto text = readFile(path, versionFileBytes);
-    if (!text) return "";
-    const auto json = Json::parse(*text, versionFileBytes);
-    const Json* version = json ? json->member("version") : nullptr;
-    return version != nullptr ? version->asString() : std::nullopt;
+    return tarnik::installedVersion(home_);
 }
 
 // Makes all checks that are possible without a change of the disk.

@@ -66,9 +66,8 @@ public:
 
     std::expected<void, InstallError> install(const Progress& progress) const;
 
-    // Returns the version in the installed package's description file. Returns std::nullopt if the file can't
-    // be opened or contains no version. Returns an empty version if the file can't be read or is too large.
-    // An empty version blocks every install.
+    // Returns the version of the installed package; see InstalledVersion.h. An empty version blocks every
+    // install.
     std::optional<std::string> installedVersion() const;
 
 private:

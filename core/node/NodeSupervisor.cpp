@@ -41,6 +41,19 @@ void NodeSupervisor::stop() {
     });
 }
 
+bool NodeSupervisor::restart() {
+    bool mayRestart = false;
+    queue_->run([&] {
+        const auto* pairing = std::get_if<Pairing>(&current_);
+        mayRestart = pairing == nullptr || !(*pairing)->isInProgress();
+        if (!mayRestart) return;
+        stopCurrent();
+        backoff_.reset();
+        startIfNeeded();
+    });
+    return mayRestart;
+}
+
 void NodeSupervisor::setEndpoint(std::optional<CuaDriverEndpoint> endpoint) {
     queue_->run([this, &endpoint] {
         if (endpoint == endpoint_) return;

@@ -30,7 +30,6 @@ struct NodeSupervisorDeps {
     std::function<bool()> isEnding = [] { return false; };  // if true, no child is started
     OnChildEvent onEvent = [](const ChildEvent&) {};  // until connected, a pairing only reports restarts
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
-
     static NodeSupervisorDeps production();  // real children, the steady clock, no log
 };
 
@@ -45,6 +44,7 @@ struct NodeSupervisorDeps {
 //   any, without a child   start, otherwise                        running; restarting(delay) on failure
 //   restarting             delay passed                            as for start
 //   running                node exits                              restarting(delay)
+//   any but pairing        restart                                 as for start
 //   any                    beginPairing, unless refused or ending  pairing; restarting(delay) on failure
 //   pairing                session connected                       running, without a runningPID
 //   pairing, running       connect command exits, no join record   waitingForLink
@@ -69,13 +69,13 @@ public:
     void start();
     // Stops the node or the pairing. Blocks for up to 20 s. Returns even if the child survives SIGKILL.
     void stop();
+    // Restarts the node now, with fresh delays. Blocks for up to 20 s. Returns false during a pairing.
+    bool restart();
     // Stores the endpoint and restarts a running node. Blocks for up to 20 s. During a pairing, restarts once
     // the session has ended or pairingGrace has passed since the confirmation.
     void setEndpoint(std::optional<CuaDriverEndpoint> endpoint);
-
     // Stops the current child and starts a pairing. Blocks for up to 20 s. A PairingFailure changes nothing.
     PairingStart beginPairing(const std::string& joinURL, OnPairingUpdate onUpdate);
-
     NodeState currentState() const;
     std::optional<CuaDriverEndpoint> currentEndpoint() const;
     // Returns std::nullopt if no node runs or a pairing runs. The id may be stale once returned.

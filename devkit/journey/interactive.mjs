@@ -1,6 +1,8 @@
 // Runs the program for a user at the window or at the terminal.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
+import { writeFileSync } from 'node:fs';
+import path from 'node:path';
 
 // Issues three links: a fresh link in each of the two forms, and a used link.
 function handOutLinks({ links }) {
@@ -9,11 +11,21 @@ function handOutLinks({ links }) {
   return { first: first.link, second: second.appLink, used: used.link };
 }
 
+// Writes a script that runs a command on the program of this run, from any terminal. Returns its path.
+function writeCommand(program, { root, environment }) {
+  const names = ['HOME', 'XDG_DATA_HOME', 'XDG_STATE_HOME', 'XDG_CONFIG_HOME', 'XDG_RUNTIME_DIR'];
+  const quoted = (text) => `'${text.replaceAll("'", "'\\''")}'`;
+  const lines = names.map((name) => (environment[name] ? `export ${name}=${quoted(environment[name])}` : `unset ${name}`));
+  const file = path.join(root, 'tarnik');
+  writeFileSync(file, `#!/bin/sh\n${lines.join('\n')}\nexec ${quoted(program)} "$@"\n`, { mode: 0o755 });
+  return file;
+}
+
 const where = `with stand-ins for its service, helper and driver. Nothing leaves this
 machine. The home is empty, so it installs the helper first.`;
 const more = ({ origin }) => `More links: curl -X POST ${origin}/devkit/links\n`;
 
-function windowWelcome(service) {
+function windowWelcome(service, command) {
   const { first, second, used } = handOutLinks(service);
   return `
 This is tarnik, ${where}
@@ -25,11 +37,13 @@ This is tarnik, ${where}
   3. Paste a link while connected: it offers to replace the account. A second start with a link does the same.
   4. The two switches are those of this desktop. The driver runs while both are on.
   5. Quit from the menu or with Ctrl-C here. On a desktop without a tray, close the window.
+  6. In another terminal: ${command} status
+     also with connect, restart, open, history, doctor, report, quit and --help.
 
 ${more(service)}`;
 }
 
-function consoleWelcome(service) {
+function consoleWelcome(service, command) {
   const { first, second, used } = handOutLinks(service);
   return `
 This is tarnik without a window, ${where}
@@ -44,12 +58,14 @@ This is tarnik without a window, ${where}
   5. sample prints the activity. kill -USR1 PID, with the pid that status prints, makes the helper keep the
      machine awake; kill -USR2 PID ends that.
   6. Commands: status, sample, window, switch, request, confirm, cancel, replace, keep, done, help, quit.
+  7. In another terminal: ${command} status
+     also with connect, restart, open, history, doctor, report, quit and --help.
 
 ${more(service)}`;
 }
 
-async function playTogether(program, place, words) {
-  const child = spawn(program, [...words, ...place.words], { stdio: 'inherit', env: place.environment });
+async function playTogether(program, { environment, words: placeWords }, words) {
+  const child = spawn(program, [...words, ...placeWords], { stdio: 'inherit', env: environment });
   // The terminal sends its signals to both processes. This process waits until the program has stopped.
   process.on('SIGINT', () => {});
   process.on('SIGHUP', () => {});
@@ -63,12 +79,15 @@ async function playTogether(program, place, words) {
   }
 }
 
+// The window needs the session's runtime folder.
 export function playInWindow(program, place) {
-  console.log(windowWelcome(place.service));
-  return playTogether(program, place, []);
+  const environment = { ...place.environment, XDG_RUNTIME_DIR: process.env.XDG_RUNTIME_DIR };
+  const own = { ...place, environment };
+  console.log(windowWelcome(place.service, writeCommand(program, own)));
+  return playTogether(program, own, []);
 }
 
 export function playInTerminal(program, place) {
-  console.log(consoleWelcome(place.service));
+  console.log(consoleWelcome(place.service, writeCommand(program, place)));
   return playTogether(program, place, ['--console']);
 }

@@ -43,6 +43,7 @@ function foldersFor(root, home) {
       XDG_DATA_HOME: folders.applicationSupport,
       XDG_STATE_HOME: folders.logs,
       XDG_CONFIG_HOME: path.join(root, 'config'),
+      XDG_RUNTIME_DIR: undefined,  // another program's control socket may be there
     },
   };
 }

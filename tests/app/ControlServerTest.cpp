@@ -34,6 +34,7 @@ public:
              .onClosed = [this](auto) { ++closed; }},
             limits);
         if (started) server = *std::move(started);
+        serving = server.get();
     }
 
     ControlClient client() const { return *ControlClient::connect({folder.path() + "/a"}); }
@@ -41,6 +42,7 @@ public:
 
     const TemporaryFolder folder;
     std::unique_ptr<ControlServer> server;
+    std::atomic<ControlServer*> serving = nullptr;  // for its thread
     std::atomic<int> asked = 0;
     std::atomic<int> closed = 0;
     std::atomic<ControlServer::Client> last = 0;
@@ -51,8 +53,8 @@ private:
         last = client;
         ++asked;
         if (answersLater) return;
-        server->answer(client, request.id, "{}",
-                       request.kind == Kind::watch ? Position::update : Position::last);
+        serving.load()->answer(client, request.id, "{}",
+                               request.kind == Kind::watch ? Position::update : Position::last);
     }
 };
 

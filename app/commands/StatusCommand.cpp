@@ -1,0 +1,144 @@
+#include <chrono>
+#include <string>
+
+#include "app/commands/Commands.h"
+#include "app/commands/RunningProgram.h"
+#include "app/control/StatusOnDisk.h"
+#include "app/control/StatusText.h"
+#include "app/platform/StoredPreferences.h"
+#include "core/foundation/TarnikIdentity.h"
+
+namespace tarnik {
+namespace {
+
+constexpr std::size_t labelWidth = 16;
+constexpr const char* clearScreen = "\x1b[H\x1b[2J";
+constexpr Seconds redrawInterval = Seconds(1);  // the ages on the screen grow
+
+WallTime now() {
+    return std::chrono::system_clock::now();
+}
+
+CommandOutput::Style styleOf(const Status& status) {
+    if (status.isConnected()) return CommandOutput::Style::green;
+    return status.connection.state == ConnectionState::problem ? CommandOutput::Style::red
+                                                               : CommandOutput::Style::yellow;
+}
+
+std::string screen(const Status& status, const CommandOutput& output) {
+    std::string text;
+    for (const auto& row : statusRows(status, now())) {
+        for (const auto& line : row.lines) {
+            const bool isFirst = &line == row.lines.data();
+            if (row.label.empty()) {
+                text += isFirst ? output.styled(styleOf(status), line) : line;
+            } else {
+                std::string label = isFirst ? row.label : "";
+                label.resize(labelWidth, ' ');
+                text += output.styled(CommandOutput::Style::dim, label) + line;
+            }
+            text += '\n';
+        }
+        if (row.label.empty()) text += '\n';
+    }
+    return text;
+}
+
+// Shows one status after another in the form that the user chose.
+class Display {
+public:
+    Display(const CommandOptions& options, CommandOutput& output)
+        : output_(output), asJson_(options.has(StandardOptions::json.name)), watches_(options.has("watch")) {}
+
+    // Returns false if the answer isn't a status.
+    bool show(const Json& json) {
+        auto status = Status::of(json);
+        if (!status) return false;
+        code_ = status->isConnected() ? ExitCode::done : ExitCode::notConnected;
+        shown_ = std::move(status);
+        if (asJson_) {
+            output_.line(json.text());
+        } else {
+            draw();
+        }
+        return true;
+    }
+
+    void showOnDisk(const Status& status) {
+        code_ = ExitCode::notRunning;
+        if (asJson_) return output_.line(status.json());
+        shown_ = status;
+        draw();
+    }
+
+    // Draws the last status again, with the present ages. Only on a terminal.
+    void redraw() {
+        if (redraws() && shown_) draw();
+    }
+
+    bool redraws() const { return watches_ && !asJson_ && output_.onTerminal(); }
+    ExitCode code() const { return code_; }
+
+private:
+    void draw() {
+        output_.write((redraws() ? clearScreen : "") + screen(*shown_, output_) +
+                      (watches_ && !redraws() ? "\n" : ""));
+    }
+
+    CommandOutput& output_;
+    const bool asJson_;
+    const bool watches_;
+    std::optional<Status> shown_;
+    ExitCode code_ = ExitCode::failed;
+};
+
+Status onDisk(const CommandOptions& options, const CommandDeps& deps) {
+    const auto& folders = deps.run.place.folders;
+    auto chosen = options.value(StandardOptions::nodeHome.name);
+    if (!chosen) chosen = storedText(folders, std::string(TarnikIdentity::nodeHomeDefaultsKey));
+    return statusOnDisk(NodeHome::resolve(chosen, deps.run.userFolder), folders, now());
+}
+
+// Shows each new status until the program ends.
+ExitCode watch(ControlClient& client, Display& display, const CommandOptions& options,
+               const CommandDeps& deps) {
+    using Failure = ControlClient::Failure;
+    if (const auto sent = client.send({.kind = ControlRequest::Kind::watch}); !sent)
+        return RunningProgram::report(deps, sent.error());
+    while (!deps.output.hasFailed()) {
+        const auto answer = client.receive(display.redraws() ? std::optional(redrawInterval) : std::nullopt);
+        if (!answer && answer.error() == Failure::timedOut) {
+            display.redraw();
+            continue;
+        }
+        if (!answer && answer.error() == Failure::ended) break;
+        if (!answer) return RunningProgram::report(deps, answer.error());
+        if (const auto* error = std::get_if<ControlError>(&answer->content))
+            return RunningProgram::report(deps, *error);
+        if (!display.show(std::get<Json>(answer->content)))
+            return RunningProgram::report(deps, Failure::malformed);
+    }
+    display.showOnDisk(onDisk(options, deps));
+    return display.code();
+}
+
+}  // namespace
+
+ExitCode runStatus(const CommandOptions& options, const CommandDeps& deps) {
+    Display display(options, deps.output);
+    auto client = RunningProgram::find(deps);
+    if (!client) {
+        display.showOnDisk(onDisk(options, deps));
+        return display.code();
+    }
+    if (options.has("watch")) return watch(*client, display, options, deps);
+    const auto answer = client->ask({.kind = ControlRequest::Kind::status});
+    if (!answer) return RunningProgram::report(deps, answer.error());
+    if (const auto* error = std::get_if<ControlError>(&answer->content))
+        return RunningProgram::report(deps, *error);
+    if (!display.show(std::get<Json>(answer->content)))
+        return RunningProgram::report(deps, ControlClient::Failure::malformed);
+    return display.code();
+}
+
+}  // namespace tarnik

@@ -1,0 +1,60 @@
+#include "app/control/ControlService.h"
+
+#include <chrono>
+#include <utility>
+
+#include "core/node/InstalledVersion.h"
+
+namespace tarnik {
+
+ControlService::ControlService(Deps deps, const std::shared_ptr<AppModel>& model)
+    : deps_(std::move(deps)),
+      source_(deps_.source),
+      handler_(
+          {.mainThread = deps_.mainThread,
+           .status = [this](const AppState& state) { return status(state); },
+           .openWindow = deps_.openWindow,
+           .quit = deps_.quit,
+           .answer = [this](auto client, auto id, const auto& result,
+                            auto position) { server_->answer(client, id, result, position); },
+           .refuse = [this](auto client, auto id, const auto& error) { server_->refuse(client, id, error); }},
+          model) {
+    followJournal();
+    source_.helperVersion = [this, home = model->home()] {
+        if (!helperVersion_ && home) helperVersion_ = installedVersion(*home);
+        return helperVersion_;
+    };
+    const auto post = guard_.wrapPost(deps_.mainThread.post);
+    auto started = ControlServer::start(
+        deps_.folders,
+        {.onRequest =
+             [this, post](auto client, const auto& request) {
+                 post([this, client, request] { handler_.handle(client, request); });
+             },
+         .onClosed = [this, post](auto client) { post([this, client] { handler_.closed(client); }); }});
+    if (!started) {
+        deps_.log(started.error());
+        return;
+    }
+    source_.folders.socket = (*started)->path();
+    server_ = *std::move(started);
+}
+
+ControlService::~ControlService() = default;
+
+// The events in memory are only the latest ones, so the history of the run is kept beside them.
+void ControlService::followJournal() {
+    history_ = RunHistory::of(deps_.journal->events());
+    const auto post = guard_.wrapPost(deps_.mainThread.post);
+    deps_.journal->observe(
+        [this, post](const JournalEvent& event) { post([this, event] { history_.apply(event); }); });
+    source_.events = [journal = deps_.journal] { return journal->events(); };
+    source_.history = [this] { return history_; };
+}
+
+Status ControlService::status(const AppState& state) {
+    if (!std::holds_alternative<Setups::Ready>(state.setup)) helperVersion_.reset();
+    return source_.at(state, std::chrono::system_clock::now());
+}
+
+}  // namespace tarnik

@@ -1,0 +1,58 @@
+#pragma once
+
+// The words of `tarnik status`.
+namespace tarnik::StatusTexts {
+
+using Text = const char*;
+
+inline constexpr Text notRunning = "tarnik isn't running.";
+inline constexpr Text joined = "This computer has an account. Start tarnik to connect it.";
+inline constexpr Text notJoined = "This computer has no account yet. Start tarnik, then use tarnik connect.";
+
+// The labels of the rows.
+inline constexpr Text program = "Program";
+inline constexpr Text helper = "Helper";
+inline constexpr Text driver = "Desktop driver";
+inline constexpr Text switches = "Switches";
+inline constexpr Text update = "Update";
+inline constexpr Text install = "Install";
+inline constexpr Text folders = "Folders";
+
+// The states.
+inline constexpr Text helperRunning = "running";
+inline constexpr Text helperRestarting = "restarting";
+inline constexpr Text helperPairing = "pairing";
+inline constexpr Text helperWaits = "waits for a link";
+inline constexpr Text helperMissing = "not installed";
+inline constexpr Text stopped = "not running";
+inline constexpr Text driverReady = "ready";
+inline constexpr Text driverStarting = "starting";
+inline constexpr Text driverOff = "off until both switches are on";
+inline constexpr Text driverAbsent = "not part of this build";
+inline constexpr Text switchOn = " on";
+inline constexpr Text switchOff = " off";
+inline constexpr Text switchStale = " off, although the settings may show it on";
+inline constexpr Text switchesUnknown = "unknown while tarnik isn't running";
+inline constexpr Text updatesElsewhere = "the system installs updates";
+inline constexpr Text noUpdate = "none is waiting";
+inline constexpr Text updateWaits = " is installed at the first quiet moment";  // after the version
+inline constexpr Text installing = "the helper is being installed";
+inline constexpr Text installed = "the helper is installed";
+inline constexpr Text installMissing = "the helper isn't installed";
+inline constexpr Text installFailed = "failed: ";
+
+// The details.
+inline constexpr Text version = "version ";
+inline constexpr Text process = "process ";
+inline constexpr Text withWindow = "with a window";
+inline constexpr Text inTerminal = "without a window";
+inline constexpr Text runningFor = "for ";
+inline constexpr Text lastExit = "last exit: ";
+inline constexpr Text after = " after ";
+inline constexpr Text ago = " ago";
+inline constexpr Text home = "helper  ";
+inline constexpr Text data = "data    ";
+inline constexpr Text logs = "logs    ";
+inline constexpr Text socket = "socket  ";
+
+}  // namespace tarnik::StatusTexts
