@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "app/bundle/BuildKind.h"
 #include "app/commands/Command.h"

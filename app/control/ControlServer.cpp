@@ -89,7 +89,8 @@ void ControlServer::run() {
         entries = {pollfd{wake_.readEnd.get(), POLLIN, 0},
                    pollfd{acceptsAgain_ ? -1 : listener_.descriptor(), POLLIN, 0}};
         clients_.appendEntries(entries);
-        if (::poll(entries.data(), entries.size(), millisecondsToNextDue()) < 0) continue;  // EINTR
+        if (::poll(entries.data(), static_cast<nfds_t>(entries.size()), millisecondsToNextDue()) < 0)
+            continue;  // EINTR
         if (acceptsAgain_ && steadyNow() >= *acceptsAgain_) acceptsAgain_.reset();
         char byte = 0;  // send() writes one for all waiting answers
         if (entries[0].revents != 0) (void)!::read(wake_.readEnd.get(), &byte, 1);
