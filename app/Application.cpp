@@ -39,8 +39,7 @@ Application::Application(const CommandLine& line, HostEnvironment host, const Pr
                          Platform platform)
     : place_(place),
       platform_(std::move(platform)),
-      journal_(
-          std::make_shared<Journal>(place_.folders.stateFolder() + "/" + std::string(Journal::fileName))),
+      journal_(std::make_shared<Journal>(Journal::pathIn(place_.folders))),
       model_(makeModel(line, std::move(host))) {
     recordStart(*journal_, model_->state().homeError);
     model_->observe([journal = journal_](const AppState& now, const AppState& next) {

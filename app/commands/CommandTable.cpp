@@ -23,6 +23,14 @@ constexpr std::array connectOptions{
     StandardOptions::yes,
     OptionSpec{.name = "replace", .summary = "end the connection to the present account"}};
 constexpr std::array quitOptions{OptionSpec{.name = "wait", .summary = "wait until everything has ended"}};
+constexpr std::array historyOptions{
+    OptionSpec{.name = "lines", .letter = 'n', .value = "N", .summary = "show the last N events (50)"},
+    StandardOptions::json,
+};
+constexpr std::array logsOptions{
+    OptionSpec{.name = "follow", .letter = 'f', .summary = "print new lines as they are written"},
+    OptionSpec{.name = "lines", .letter = 'n', .value = "N", .summary = "show the last N lines (50)"},
+};
 constexpr std::array examinationOptions{StandardOptions::json, StandardOptions::nodeHome,
                                         StandardOptions::bundle};
 constexpr std::array reportOptions{StandardOptions::nodeHome, StandardOptions::bundle};
@@ -46,6 +54,17 @@ constexpr std::array commands{
             .summary = "end the running tarnik and its helper",
             .options = quitOptions,
             .run = runQuit},
+    Command{.name = "history",
+            .summary = "show what happened: starts, failures, pairings, updates",
+            .details = "With --json each line is one JSON object.\n",
+            .options = historyOptions,
+            .run = runHistory},
+    Command{.name = "logs",
+            .summary = "show the log of the helper, or of tarnik itself",
+            .details = "Without an argument it shows the log of the helper.\n",
+            .options = logsOptions,
+            .argument = "[helper|tarnik]",
+            .run = runLogs},
     Command{.name = "doctor",
             .summary = "find out what is wrong, and what to do",
             .details = "It changes nothing and takes up to 20 seconds. The exit status is 0 if nothing is\n"

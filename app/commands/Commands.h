@@ -9,6 +9,8 @@ ExitCode runCompletion(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runConnect(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runDoctor(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runHelp(const CommandOptions& options, const CommandDeps& deps);
+ExitCode runHistory(const CommandOptions& options, const CommandDeps& deps);
+ExitCode runLogs(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runOpen(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runQuit(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runReport(const CommandOptions& options, const CommandDeps& deps);

@@ -4,10 +4,9 @@
 
 #include <unistd.h>
 
+#include "app/commands/CommandHome.h"
 #include "app/control/ControlClient.h"
 #include "app/control/ControlFolder.h"
-#include "app/platform/StoredPreferences.h"
-#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 namespace {
@@ -31,13 +30,11 @@ RunningCopy copyOf(const Json& status) {
 }  // namespace
 
 DoctorSubject examinedInstallation(const CommandOptions& options, const ProgramRun& run) {
-    auto chosen = options.value(StandardOptions::nodeHome.name);
-    if (!chosen) chosen = storedText(run.place.folders, std::string(TarnikIdentity::nodeHomeDefaultsKey));
     return {.host = run.host(),
             .folders = run.place.folders,
             .executable = run.place.executable,
             .bundle = run.place.bundle,
-            .home = NodeHome::resolve(chosen, run.userFolder)};
+            .home = homeOf(options, run)};
 }
 
 std::optional<Json> statusOfRunningCopy(const ProgramRun& run) {

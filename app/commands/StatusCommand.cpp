@@ -1,12 +1,11 @@
 #include <chrono>
 #include <string>
 
+#include "app/commands/CommandHome.h"
 #include "app/commands/Commands.h"
 #include "app/commands/RunningProgram.h"
 #include "app/control/StatusOnDisk.h"
 #include "app/control/StatusText.h"
-#include "app/platform/StoredPreferences.h"
-#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 namespace {
@@ -93,10 +92,7 @@ private:
 };
 
 Status onDisk(const CommandOptions& options, const CommandDeps& deps) {
-    const auto& folders = deps.run.place.folders;
-    auto chosen = options.value(StandardOptions::nodeHome.name);
-    if (!chosen) chosen = storedText(folders, std::string(TarnikIdentity::nodeHomeDefaultsKey));
-    return statusOnDisk(NodeHome::resolve(chosen, deps.run.userFolder), folders, now());
+    return statusOnDisk(homeOf(options, deps.run), deps.run.place.folders, now());
 }
 
 // Shows each new status until the program ends.

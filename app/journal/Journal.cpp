@@ -31,6 +31,10 @@ Journal::Deps Journal::Deps::production() {
     return {.now = &std::chrono::system_clock::now, .makeQueue = &SerialQueue::withThread};
 }
 
+std::string Journal::pathIn(const SystemFolders& folders) {
+    return folders.stateFolder() + "/" + std::string(fileName);
+}
+
 Journal::Journal(const std::string& path, Deps deps)
     : deps_(std::move(deps)),
       file_{.file = RotatingFile(path, capBytes)},

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/journal/JournalEvent.h"
+#include "app/platform/SystemFolders.h"
 #include "core/foundation/Mutex.h"
 #include "core/foundation/RotatingFile.h"
 #include "core/foundation/SerialQueue.h"
@@ -39,6 +40,8 @@ public:
 
         static Deps production();
     };
+
+    static std::string pathIn(const SystemFolders& folders);
 
     // `path` is absolute. Its folder is created when the first line is written.
     explicit Journal(const std::string& path, Deps deps = Deps::production());

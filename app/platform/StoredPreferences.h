@@ -1,14 +1,13 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "app/platform/SystemFolders.h"
+#include "app/platform/SystemLog.h"
+#include "app/platform/UserDefaults.h"
 
 namespace tarnik {
 
-// Returns a text from the user's stored preferences, for commands that run without the desktop's libraries.
-// Returns std::nullopt if the value is absent or not a text, or if the file can't be read.
-std::optional<std::string> storedText(const SystemFolders& folders, const std::string& key);
+// Opens the preferences of the program with a window: a file on Linux, the domain of our bundle identifier on
+// macOS. `log` receives failures.
+UserDefaults storedPreferences(const SystemFolders& folders, const SystemLog& log);
 
 }  // namespace tarnik

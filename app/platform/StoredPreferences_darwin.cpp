@@ -1,17 +1,35 @@
 #include "app/platform/StoredPreferences.h"
 
-#include "core/foundation/Files.h"
-#include "core/foundation/PropertyList.h"
+#include "app/platform/CfText.h"
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 
-// The system writes changes to this file with a delay.
-std::optional<std::string> storedText(const SystemFolders& folders, const std::string& key) {
-    const auto path = folders.preferences + "/" + std::string(TarnikIdentity::bundleIdentifier) + ".plist";
-    const auto list = PropertyList::parse(readFile(path, PropertyList::maxBytes).value_or(""));
-    const PropertyList* value = list ? list->entry(key) : nullptr;
-    return value != nullptr ? value->asString() : std::nullopt;
+namespace {
+
+// Returns our preferences domain. A program outside a bundle would use another domain by default.
+CfOwner<CFStringRef> domain() {
+    return CfText::of(TarnikIdentity::bundleIdentifier);
+}
+
+std::optional<std::string> text(const std::string& key) {
+    const CfOwner value(::CFPreferencesCopyAppValue(CfText::of(key).get(), domain().get()));
+    return CfText::text(value.get());
+}
+
+bool flag(const std::string& key) {
+    return ::CFPreferencesGetAppBooleanValue(CfText::of(key).get(), domain().get(), nullptr);
+}
+
+void setFlag(const std::string& key) {
+    ::CFPreferencesSetAppValue(CfText::of(key).get(), kCFBooleanTrue, domain().get());
+    ::CFPreferencesAppSynchronize(domain().get());
+}
+
+}  // namespace
+
+UserDefaults storedPreferences(const SystemFolders&, const SystemLog&) {
+    return {.text = text, .flag = flag, .setFlag = setFlag};
 }
 
 }  // namespace tarnik

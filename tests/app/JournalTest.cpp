@@ -7,7 +7,6 @@
 
 #include "app/journal/JournalReader.h"
 #include "app/journal/SecretFilter.h"
-#include "core/foundation/LogTail.h"
 #include "tests/support/FullDisk.h"
 #include "tests/support/ManualQueue.h"
 #include "tests/support/Shell.h"
@@ -102,29 +101,6 @@ TEST(JournalReader, skipsDamagedLines) {
     f.folder.write("state/tarnik.log", good + "\n" + good.substr(9) + std::string(9000, '{') + "\n" + late +
                                            "\n" + unknown + "\n\xff\n" + good + good.substr(0, 40));
     EXPECT_EQ(f.sentences(), (Sentences{"good", "good"}));
-}
-
-TEST(LogTail, returnsTheLastWholeLines) {
-    struct Case {
-        std::string older, newer;
-        std::size_t maxBytes;
-        std::string tail;
-    };
-    const Case cases[] = {
-        {"a\nb\n", "c\nd", 100, "a\nb\nc\nd"}, {"a\nb", "c\n", 100, "a\nb\nc\n"},
-        {"", "ab\ncd\nef\n", 4, "ef\n"},       {"", "abcdef", 4, ""},
-        {"ab\ncd\n", "e\n", 6, "cd\ne\n"},
-    };
-    for (const auto& [older, newer, maxBytes, tail] : cases) {
-        const TemporaryFolder folder;
-        const std::string path = folder.write("log", newer);
-        folder.write("log.1", older);
-        EXPECT_EQ(readLogTail(path, maxBytes), tail);
-    }
-    EXPECT_EQ(lastLines("a\nb\nc\n", 2), "b\nc\n");
-    EXPECT_EQ(lastLines("a\n\nc", 2), "\nc");
-    EXPECT_EQ(lastLines("a\n", 5), "a\n");
-    EXPECT_EQ(lastLines("a\n", 0), "");
 }
 
 TEST(SecretFilter, removesAddressesCodesTokensAndKeys) {

@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-#include "app/platform/linux/DefaultsFile.h"
+#include "app/platform/DefaultsFile.h"
 #include "core/foundation/Files.h"
 #include "tests/fuzz/Require.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "app/platform/linux/AutostartEntry.h"
+#include "app/platform/AutostartEntry.h"
 
 #include <filesystem>
 

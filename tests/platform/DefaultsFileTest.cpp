@@ -1,4 +1,4 @@
-#include "app/platform/linux/DefaultsFile.h"
+#include "app/platform/DefaultsFile.h"
 
 #include <filesystem>
 

@@ -9,11 +9,11 @@
 #include <string>
 #include <utility>
 
+#include "app/platform/AutostartEntry.h"
 #include "app/platform/DesktopPlatform.h"
+#include "app/platform/StoredPreferences.h"
 #include "app/platform/linux/AppearanceMonitor.h"
-#include "app/platform/linux/AutostartEntry.h"
 #include "app/platform/linux/BusSingleInstance.h"
-#include "app/platform/linux/DefaultsFile.h"
 #include "app/platform/linux/LinuxSwitches.h"
 #include "app/platform/linux/OpenRequests.h"
 #include "app/platform/linux/SessionBus.h"
@@ -114,8 +114,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
                                                               BusSingleInstance::Timeouts());
     return {
         .installPath = packagedBundle,
-        .defaults = DefaultsFile::operations(run.folders.preferences + "/tarnik/defaults.json",
-                                             SystemLogSocket::channel(socket, "defaults")),
+        .defaults = storedPreferences(run.folders, SystemLogSocket::channel(socket, "defaults")),
         .switches = operationsOf(switches),
         .onSwitchesChanged = [switches](auto handler) { switches->onChange(std::move(handler)); },
         .log = [socket](const std::string& category) { return SystemLogSocket::channel(socket, category); },

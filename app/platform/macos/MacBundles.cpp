@@ -1,7 +1,7 @@
 #include <crt_externs.h>
 #include <dlfcn.h>
 
-#include "app/platform/macos/CfText.h"
+#include "app/platform/CfText.h"
 #include "app/platform/macos/MacOperations.h"
 
 namespace tarnik {

@@ -1,6 +1,7 @@
 #include <cstdlib>
 
 #include "app/platform/DesktopPlatform.h"
+#include "app/platform/StoredPreferences.h"
 #include "app/platform/macos/MacOperations.h"
 #include "core/foundation/TarnikIdentity.h"
 
@@ -31,7 +32,7 @@ std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment&) {
 DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
     becomeAccessory();
     return {.installPath = std::string(TarnikIdentity::installPath),
-            .defaults = macDefaults(),
+            .defaults = storedPreferences(run.folders, macLog("defaults")),
             .switches = macSwitches(),
             .log = macLog,
             .loginItem = macLoginItem(),

@@ -10,14 +10,10 @@
 #include "app/platform/SystemEvents.h"
 #include "app/platform/SystemLog.h"
 #include "app/platform/UpdateFramework.h"
-#include "app/platform/UserDefaults.h"
 
 // The macOS operations that MacDesktop.cpp puts into a DesktopPlatform. Each operation is defined in a source
-// with a similar name. For example, MacDefaults.cpp defines macDefaults.
+// with a similar name. For example, MacSwitches.cpp defines macSwitches.
 namespace tarnik {
-
-// The preferences of our bundle identifier.
-UserDefaults macDefaults();
 
 // The switches that the system keeps for this program's code signature.
 SwitchOperations macSwitches();

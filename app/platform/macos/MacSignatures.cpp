@@ -2,7 +2,7 @@
 
 #include <Security/Security.h>
 
-#include "app/platform/macos/CfText.h"
+#include "app/platform/CfText.h"
 #include "app/platform/macos/MacOperations.h"
 #include "core/foundation/TarnikIdentity.h"
 

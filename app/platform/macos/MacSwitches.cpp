@@ -2,7 +2,7 @@
 
 #include <ApplicationServices/ApplicationServices.h>
 
-#include "app/platform/macos/CfOwner.h"
+#include "app/platform/CfOwner.h"
 #include "app/platform/macos/MacOperations.h"
 
 namespace tarnik {

@@ -1,4 +1,4 @@
-#include "app/platform/linux/AutostartEntry.h"
+#include "app/platform/AutostartEntry.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 #include <sys/stat.h>
 
-#include "app/platform/linux/AtomicWrite.h"
+#include "app/platform/AtomicWrite.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/TarnikIdentity.h"
 #include "core/foundation/TextCleanup.h"
@@ -88,11 +88,16 @@ bool entryExists(const std::string& path) {
 
 }  // namespace
 
+std::string AutostartEntry::entryPath(const SystemFolders& folders) {
+    return folders.preferences + "/autostart/" + std::string(TarnikIdentity::bundleIdentifier) + ".desktop";
+}
+
+std::string AutostartEntry::markerPath(const SystemFolders& folders) {
+    return folders.preferences + "/tarnik/autostart-entry-written";
+}
+
 AutostartEntry::AutostartEntry(const SystemFolders& folders, std::string program)
-    : entry_(folders.preferences + "/autostart/" + std::string(TarnikIdentity::bundleIdentifier) +
-             ".desktop"),
-      marker_(folders.preferences + "/tarnik/autostart-entry-written"),
-      program_(std::move(program)) {}
+    : entry_(entryPath(folders)), marker_(markerPath(folders)), program_(std::move(program)) {}
 
 bool AutostartEntry::isEnabled() const {
     const auto text = readFile(entry_, maxEntryBytes);

@@ -1,4 +1,4 @@
-#include "app/platform/macos/CfText.h"
+#include "app/platform/CfText.h"
 
 #include <array>
 #include <climits>

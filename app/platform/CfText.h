@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/platform/macos/CfOwner.h"
+#include "app/platform/CfOwner.h"
 
 // Converts texts and paths to and from Core Foundation.
 namespace tarnik::CfText {

@@ -17,6 +17,10 @@ public:
     // The argument that the entry passes to the program.
     static constexpr const char* argument = "--at-login";
 
+    // Return the path of the entry, and of the empty file that exists once we have written it.
+    static std::string entryPath(const SystemFolders& folders);
+    static std::string markerPath(const SystemFolders& folders);
+
     // `program` is an absolute path.
     AutostartEntry(const SystemFolders& folders, std::string program);
 

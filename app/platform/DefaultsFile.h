@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/platform/SystemFolders.h"
 #include "app/platform/SystemLog.h"
 #include "app/platform/UserDefaults.h"
 #include "core/foundation/Json.h"
@@ -27,6 +28,9 @@ public:
     bool flag(const std::string& key) const;
     // Stores the flag. If the file can't be written, keeps the flag for this run and logs the error.
     void setFlag(const std::string& key);
+
+    // Returns the path of the program's file.
+    static std::string pathIn(const SystemFolders& folders);
 
     static UserDefaults operations(const std::string& path, const SystemLog& log);
 

@@ -1,4 +1,4 @@
-#include "app/platform/linux/DefaultsFile.h"
+#include "app/platform/DefaultsFile.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -8,7 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "app/platform/linux/AtomicWrite.h"
+#include "app/platform/AtomicWrite.h"
 #include "core/foundation/Files.h"
 
 namespace tarnik {
@@ -78,6 +78,10 @@ void DefaultsFile::setFlag(const std::string& key) {
     assign(contents.members, key, jsonTrue);
     if (const auto done = writeFileAtomically(path_, formatted(contents.members)); !done)
         log_(couldNotSave + describe(done.error()));
+}
+
+std::string DefaultsFile::pathIn(const SystemFolders& folders) {
+    return folders.preferences + "/tarnik/defaults.json";
 }
 
 UserDefaults DefaultsFile::operations(const std::string& path, const SystemLog& log) {

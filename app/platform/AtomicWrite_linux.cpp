@@ -1,4 +1,4 @@
-#include "app/platform/linux/AtomicWrite.h"
+#include "app/platform/AtomicWrite.h"
 
 #include <cstdio>
 #include <cstdlib>
