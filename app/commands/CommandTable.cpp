@@ -34,6 +34,11 @@ constexpr std::array logsOptions{
 constexpr std::array examinationOptions{StandardOptions::json, StandardOptions::nodeHome,
                                         StandardOptions::bundle};
 constexpr std::array reportOptions{StandardOptions::nodeHome, StandardOptions::bundle};
+constexpr std::array uninstallOptions{
+    OptionSpec{.name = "dry-run", .summary = "show what would be removed, and change nothing"},
+    StandardOptions::yes,
+    StandardOptions::nodeHome,
+};
 constexpr std::array serveOptions{StandardOptions::nodeHome, StandardOptions::connectedAfter,
                                   StandardOptions::bundle, StandardOptions::keepAwake};
 
@@ -87,6 +92,11 @@ constexpr std::array commands{
                 "and prints one line for each event. The package has a unit for it:\n"
                 "systemctl --user enable --now tarnik\n",
             .options = serveOptions},
+    Command{.name = "uninstall",
+            .summary = "stop tarnik and remove the helper, the logs and the settings",
+            .details = "It removes only what is from tarnik, and shows it before. The program itself is\n"
+                       "removed by the package manager, or by moving the application to the Trash.\n",
+            .options = uninstallOptions},
     Command{.name = "completion",
             .summary = "print the completions for a shell",
             .argument = "bash|zsh|fish",

@@ -17,6 +17,7 @@ ExitCode runReport(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runRestart(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runServeCommand(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runStatus(const CommandOptions& options, const CommandDeps& deps);
+ExitCode runUninstall(const CommandOptions& options, const CommandDeps& deps);
 ExitCode runVerify(const CommandOptions& options, const CommandDeps& deps);
 
 }  // namespace tarnik

@@ -20,6 +20,7 @@ constexpr std::array heavyCommands{
     HeavyCommand{"report", runReport},
     HeavyCommand{"verify", runVerify},
     HeavyCommand{"serve", runServeCommand},
+    HeavyCommand{"uninstall", runUninstall},
 };
 
 }  // namespace
