@@ -7,6 +7,7 @@
 #include "app/bundle/BuildKind.h"
 #include "app/control/ControlFolder.h"
 #include "app/journal/ChildRecorder.h"
+#include "app/journal/Explanation.h"
 #include "app/journal/RecordedOperations.h"
 #include "app/journal/StateRecorder.h"
 #include "app/model/ChosenHome.h"
@@ -42,6 +43,7 @@ Application::Application(const CommandLine& line, HostEnvironment host, const Pr
       journal_(std::make_shared<Journal>(Journal::pathIn(place_.folders))),
       model_(makeModel(line, std::move(host))) {
     recordStart(*journal_, model_->state().homeError);
+    journal_->observe(troubleReporter());
     model_->observe([journal = journal_](const AppState& now, const AppState& next) {
         recordChange(*journal, now, next);
     });
@@ -70,6 +72,20 @@ std::shared_ptr<AppModel> Application::makeModel(const CommandLine& line, HostEn
         };
     }
     return std::make_shared<AppModel>(std::move(host), std::move(deps));
+}
+
+// Events are recorded on many threads; the model is changed on the main thread.
+Journal::Observer Application::troubleReporter() const {
+    return [post = platform_.model.mainThread.post, weakJournal = std::weak_ptr(journal_),
+            weakModel = std::weak_ptr(model_)](const JournalEvent& event) {
+        if (event.code != EventCode::helperRestart && event.code != EventCode::helperStarted) return;
+        post([weakJournal, weakModel] {
+            const auto journal = weakJournal.lock();
+            const auto model = weakModel.lock();
+            if (journal && model)
+                model->setHelperTrouble(helperTrouble(journal->events(), std::chrono::system_clock::now()));
+        });
+    };
 }
 
 AppDelegate& Application::attach(Face face) {

@@ -68,6 +68,7 @@ public:
 private:
     void startControl(NodeHomeOwner::Face face);
     std::shared_ptr<AppModel> makeModel(const CommandLine& line, HostEnvironment host) const;
+    Journal::Observer troubleReporter() const;
 
     const BackgroundTasks tasks_;
     const ProgramLocation place_;

@@ -90,8 +90,8 @@ Failures failuresOf(const Child& child, const Events& events) {
     return failures;
 }
 
-std::string failureSentence(const Child& child, const Failures& failures, WallTime now) {
-    const auto age = ageOf(failures.last, now);
+// Without an age the sentence stays true.
+std::string failureSentence(const Child& child, const Failures& failures, std::optional<Seconds> age) {
     if (failures.last.code == child.ended)
         return Texts::stopped(child.name, failures.count, endOf(failures.last), age);
     return Texts::startFailed(child.name, failures.count, reasonOf(failures.last), age);
@@ -102,7 +102,8 @@ std::optional<Explanation> explainChild(const Child& child, const Events& events
     if (failures.count == 0) return std::nullopt;
     const auto& latest = events.back();
     Explanation result{.subject = child.subject,
-                       .sentence = failureSentence(child, failures, now),
+                       .sentence = failureSentence(child, failures, ageOf(failures.last, now)),
+                       .summary = failureSentence(child, failures, std::nullopt),
                        .failures = failures.count};
     if (latest.code == child.restart) {
         const auto delay = millisecondsOf(latest, EventField::delay);
@@ -196,6 +197,15 @@ std::vector<Explanation> explain(std::span<const JournalEvent> events, WallTime 
     add(explainPairing(run, now));
     add(explainUpdate(run));
     return found;
+}
+
+std::string helperTrouble(std::span<const JournalEvent> events, WallTime now) {
+    constexpr std::int64_t several = 2;
+    for (const auto& explanation : explain(events, now)) {
+        const bool isRepeated = explanation.subject == Subject::helper && explanation.failures >= several;
+        if (isRepeated && explanation.nextTry) return explanation.summary;
+    }
+    return "";
 }
 
 std::string endOf(const JournalEvent& event) {

@@ -15,8 +15,9 @@ struct Explanation {
     enum class Subject { program, install, helper, driver, pairing, update };
 
     Subject subject = Subject::program;
-    std::string sentence;                  // one or more sentences; ages are relative to `now` of explain()
-    std::int64_t failures = 0;             // of a child, in a row
+    std::string sentence;       // one or more sentences; ages are relative to `now` of explain()
+    std::string summary = {};   // of a child: the failures without ages, for a face that isn't redrawn
+    std::int64_t failures = 0;  // of a child, in a row
     std::optional<WallTime> nextTry = {};  // of a child whose restart is planned
 
     bool operator==(const Explanation&) const = default;
@@ -25,6 +26,10 @@ struct Explanation {
 // Explains the latest run of the program in `events`, which are ordered by time. Returns at most one
 // explanation for each subject, in the order of Subject. A part that works has none.
 std::vector<Explanation> explain(std::span<const JournalEvent> events, WallTime now);
+
+// Returns a sentence about a helper that failed several times in a row and is going to be started again,
+// otherwise an empty text.
+std::string helperTrouble(std::span<const JournalEvent> events, WallTime now);
 
 // Returns how the child of a helper.ended, driver.ended or pairing.ended event ended: "exit 3", "signal 9".
 std::string endOf(const JournalEvent& event);

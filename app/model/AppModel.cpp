@@ -243,6 +243,10 @@ void AppModel::refreshSwitches() {
     });
 }
 
+void AppModel::setHelperTrouble(const std::string& sentence) {
+    change([&](AppState& next) { next.helperTrouble = sentence; });
+}
+
 void AppModel::request(Switch which) {
     const auto& operations = deps_.platform.switches;
     // Only the prompt for Accessibility returns the real state. It shows no dialog while the switch is on.

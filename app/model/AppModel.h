@@ -73,9 +73,9 @@ public:
     // within 40 s, when all have stopped. Later calls are ignored.
     void stop(std::function<void()> done);
 
-    // Restarts the helper and calls `done` on the main thread, unless stop() was called. Requires
-    // hasStarted().
+    // Restarts the helper and calls `done` on the main thread, unless stop() was called. Needs hasStarted().
     void restartHelper(std::function<void(bool restarted)> done);
+    void setHelperTrouble(const std::string& sentence);
     LinkPairing& pairing() { return *pairing_; }
     void refreshSwitches();
     void request(Switch which);

@@ -59,6 +59,7 @@ struct AppState {
 
     std::optional<Download> download;           // of the file that Installing::text names
     std::optional<CuaDriverEndpoint> endpoint;  // std::nullopt unless the desktop driver is ready
+    std::string helperTrouble;                  // a sentence while the helper fails again and again
     bool joined = false;                        // this machine belongs to an account
     bool checkingLink = false;                  // a link was accepted; its session has no snapshot yet
     bool accessibilityWasOn = false;            // in this run or an earlier one

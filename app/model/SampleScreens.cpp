@@ -116,6 +116,8 @@ std::vector<SampleScreen> sampleScreens() {
     const AppState::Download unknown{.received = 18'100'000, .total = std::nullopt};
     auto starting = installing("");
     starting.joined = true;
+    auto failing = joined(NodeStates::Restarting{Seconds(16)});
+    failing.helperTrouble = "The helper stopped 5 times in a row, last with exit 3.";
     auto halfStale = switched(joined(), {.screenRecording = true});
 
     return {
@@ -151,6 +153,7 @@ std::vector<SampleScreen> sampleScreens() {
         {"connected-checking", checking(joined())},
         {"reconnecting", joined(NodeStates::Restarting{Seconds(4)})},
         {"reconnecting-at-start", std::move(starting)},
+        {"reconnecting-again", std::move(failing)},
         {"replace-offer", offered()},
         {"stopping", stopping()},
         {"alert", unjoined(), Relocation::runHereMessage({.bundlePath = "/Users/ada/Downloads/tarnik.app"})},

@@ -117,9 +117,11 @@ WindowContent connectedPage() {
     return content;
 }
 
-WindowContent reconnectingPage() {
+WindowContent reconnectingPage(const AppState& state) {
     auto content = page(Section::reconnecting, WindowTexts::reconnecting);
     setSymbol(content, SymbolName::arrows, WindowTexts::reconnecting);
+    if (!state.helperTrouble.empty())
+        content.paragraphs.push_back(sanitizedLine(state.helperTrouble, longestFailure));
     return content;
 }
 
@@ -142,7 +144,7 @@ WindowContent problemPage(std::string_view heading, const Setups::Failed& failur
 
 WindowContent installingPage(const AppState& state, std::string_view text) {
     const std::string line = sanitizedLine(text, longestLine);
-    if (line.empty() && state.joined) return reconnectingPage();
+    if (line.empty() && state.joined) return reconnectingPage(state);
 
     auto content = page(Section::installing, line.empty() ? WindowTexts::gettingReady : line);
     setBusy(content);
@@ -180,7 +182,7 @@ std::optional<WindowContent> blockingPage(const AppState& state) {
 
 WindowContent restingPage(const AppState& state, const Url& webOrigin) {
     if (state.joined && is<NodeStates::Running>(state.node)) return connectedPage();
-    if (state.joined && isReconnecting(state)) return reconnectingPage();
+    if (state.joined && isReconnecting(state)) return reconnectingPage(state);
     if (auto blocking = blockingPage(state)) return *std::move(blocking);
     return linkPage(state, webOrigin);
 }

@@ -16,6 +16,10 @@ std::string withDetail(std::string sentence, const std::string& detail) {
     return detail.ends_with('.') || detail.ends_with("…") ? sentence : sentence + ".";
 }
 
+std::string optionalAge(std::optional<Seconds> age) {
+    return age ? ", " + duration(*age) + " ago" : "";
+}
+
 }  // namespace
 
 std::string duration(Seconds time) {
@@ -38,17 +42,18 @@ std::string ongoing(Text what, Seconds age, const std::string& detail) {
     return withDetail(what + (", for " + duration(age)), detail);
 }
 
-std::string stopped(Text child, std::int64_t times, const std::string& status, Seconds age) {
+std::string stopped(Text child, std::int64_t times, const std::string& status, std::optional<Seconds> age) {
     const std::string how =
         times > 1 ? " stopped " + std::to_string(times) + " times in a row, last with " : " stopped with ";
-    return child + how + status + ", " + duration(age) + " ago.";
+    return child + how + status + optionalAge(age) + ".";
 }
 
-std::string startFailed(Text child, std::int64_t times, const std::string& reason, Seconds age) {
+std::string startFailed(Text child, std::int64_t times, const std::string& reason,
+                        std::optional<Seconds> age) {
     const std::string how = times > 1 ? " failed " + std::to_string(times) +
-                                            " times in a row. The last time it couldn't be started, "
-                                      : " couldn't be started, ";
-    return withDetail(child + how + duration(age) + " ago", reason);
+                                            " times in a row. The last time it couldn't be started"
+                                      : " couldn't be started";
+    return withDetail(child + how + optionalAge(age), reason);
 }
 
 std::string nextTry(Seconds in) {

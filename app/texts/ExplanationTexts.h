@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "core/foundation/Time.h"
@@ -38,8 +39,9 @@ std::string ongoing(Text what, Seconds age, const std::string& detail = {});
 
 // Return "The helper stopped 5 times in a row, last with exit 3, 12 s ago." and a similar sentence for a
 // child that couldn't be started. `times` is at least 1.
-std::string stopped(Text child, std::int64_t times, const std::string& status, Seconds age);
-std::string startFailed(Text child, std::int64_t times, const std::string& reason, Seconds age);
+std::string stopped(Text child, std::int64_t times, const std::string& status, std::optional<Seconds> age);
+std::string startFailed(Text child, std::int64_t times, const std::string& reason,
+                        std::optional<Seconds> age);
 
 std::string nextTry(Seconds in);       // "Next try in 8 s."
 std::string runsAgain(Seconds since);  // "It is running again, for 4 s."
