@@ -16,10 +16,8 @@ struct HeavyCommand {
 };
 
 constexpr std::array heavyCommands{
-    HeavyCommand{"doctor", runDoctor},
-    HeavyCommand{"report", runReport},
-    HeavyCommand{"verify", runVerify},
-    HeavyCommand{"serve", runServeCommand},
+    HeavyCommand{"doctor", runDoctor},       HeavyCommand{"report", runReport},
+    HeavyCommand{"verify", runVerify},       HeavyCommand{"serve", runServeCommand},
     HeavyCommand{"uninstall", runUninstall},
 };
 
