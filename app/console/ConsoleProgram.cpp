@@ -39,7 +39,7 @@ int runConsole(const CommandLine& line, HostEnvironment host, const ProgramLocat
     platform.driver = std::move(driver);
     Application application(line, std::move(host), place, std::move(platform));
     const auto& model = application.model();
-    if (model->state().homeError) return refuseStart(*model->state().homeError);
+    if (model->state().homeError) return application.finish(refuseStart(*model->state().homeError));
     Console console(mainThread, output, switches, model, [&loop] { loop->closeInput(); });
     AppDelegate& delegate =
         application.attach({.kind = NodeHomeOwner::Face::console,

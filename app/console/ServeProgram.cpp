@@ -75,7 +75,7 @@ int runServe(const CommandLine& line, HostEnvironment host, const ProgramLocatio
     Application application(line, std::move(host), place,
                             headlessPlatform(mainThread, switchesOff(), [](const std::string&) {}));
     const auto& model = application.model();
-    if (model->state().homeError) return refuseStart(*model->state().homeError);
+    if (model->state().homeError) return application.finish(refuseStart(*model->state().homeError));
     for (const auto& event : application.journal()->events()) report.show(event);
     application.journal()->observe([mainThread, &report](const JournalEvent& event) {
         mainThread.post([&report, event] { report.show(event); });

@@ -60,10 +60,13 @@ std::string reasonOf(const JournalEvent& event) {
     return event.text(EventField::reason).value_or("");
 }
 
-Events eventsOf(std::span<const JournalEvent> events, std::string_view prefix) {
+// `also` is one more code.
+Events eventsOf(std::span<const JournalEvent> events, std::string_view prefix,
+                std::optional<EventCode> also = std::nullopt) {
     Events found;
-    std::ranges::copy_if(events, std::back_inserter(found),
-                         [&](const auto& event) { return nameOf(event.code).starts_with(prefix); });
+    std::ranges::copy_if(events, std::back_inserter(found), [&](const auto& event) {
+        return nameOf(event.code).starts_with(prefix) || event.code == also;
+    });
     return found;
 }
 
@@ -120,7 +123,8 @@ std::optional<Explanation> explainChild(const Child& child, const Events& events
 }
 
 std::optional<Explanation> explainHelper(std::span<const JournalEvent> run, WallTime now) {
-    const auto events = eventsOf(run, "helper.");
+    // The connect command becomes the helper when the pairing has connected.
+    const auto events = eventsOf(run, "helper.", EventCode::pairingConnected);
     if (events.empty()) return std::nullopt;
     if (events.back().code == EventCode::helperWaiting)
         return Explanation{Subject::helper, Texts::helperWaiting};

@@ -78,6 +78,8 @@ TEST(Explanation, namesTheFailureAndTheNextTry) {
          "try once "
          "more."},
         {{{0, installBegun}, {3, installStep}}, 5, "tarnik's helper is being installed, for 5 s: S."},
+        {{{0, helperWaiting}, {9, pairingConnected}}, 10, ""},
+        {{{0, helperWaiting}}, 10, "The helper is installed and waits for a link from your chat."},
         {{{0, pairingPrompted}}, 2, "tarnik's helper waits for your confirmation, for 2 s."},
         {{{0, pairingEnded}}, 2, "The last pairing ended with exit 3, 2 s ago."},
         {{{0, pairingEnded}}, 3600, ""},
