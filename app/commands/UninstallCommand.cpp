@@ -48,18 +48,18 @@ bool stopProgram(const std::vector<std::string>& controlFolders, CommandOutput& 
     }
 }
 
+// Ends at the first failure. The homes come first, so nothing is removed while a program uses one.
 ExitCode removeAll(const UninstallPlan& plan, CommandOutput& output) {
-    auto result = ExitCode::done;
     for (const auto& item : plan.items) {
-        if (const auto removed = item.remove(); removed) {
-            output.line(Texts::removed(item.what));
-        } else {
+        if (const auto removed = item.remove(); !removed) {
             output.error(removed.error());
-            result = ExitCode::failed;
+            output.note(Texts::ended);
+            return ExitCode::failed;
         }
+        output.line(Texts::removed(item.what));
     }
-    if (result == ExitCode::done) output.line(Texts::done);
-    return result;
+    output.line(Texts::done);
+    return ExitCode::done;
 }
 
 // Returns the home of the command line, or the chosen and the default one.

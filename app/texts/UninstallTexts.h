@@ -37,6 +37,7 @@ inline constexpr Text notConfirmed = "Nothing was removed.";
 inline constexpr Text needsYes = "uninstall asks before it removes anything; without a terminal, add --yes";
 inline constexpr Text stillRunning =
     "the running tarnik didn't end; quit it, then run tarnik uninstall again. Nothing was removed.";
+inline constexpr Text ended = "Nothing more was removed. Run tarnik uninstall again to continue.";
 inline constexpr Text done = "Everything was removed.";
 inline constexpr Text preferencesKept = "the settings couldn't be removed";
 
