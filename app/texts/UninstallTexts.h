@@ -22,7 +22,6 @@ inline constexpr Text supportFolder = "the folder of tarnik's own files";
 inline constexpr Text autostart = "the entry that starts tarnik at login";
 inline constexpr Text autostartNote = "the note that this entry was written";
 inline constexpr Text preferences = "tarnik's settings";
-inline constexpr Text preferencesFile = "the file of the settings";
 inline constexpr Text preferencesFolder = "the folder of the settings";
 
 inline constexpr Text nothing = "Nothing of tarnik was found.";

@@ -1,28 +1,23 @@
 #include "app/uninstall/UninstallPlan.h"
 
-#include <CoreFoundation/CoreFoundation.h>
-
 #include "app/texts/UninstallTexts.h"
 #include "core/foundation/Files.h"
 #include "core/foundation/TarnikIdentity.h"
+#include "core/process/Spawner.h"
 
 namespace tarnik {
 namespace {
 
 // Removes the preferences through the system, whose cache would otherwise write the file again.
 std::expected<void, std::string> removePreferences() {
-    const CFStringRef domain =
-        ::CFStringCreateWithCString(nullptr, TarnikIdentity::bundleIdentifier.data(), kCFStringEncodingUTF8);
-    const CFArrayRef keys =
-        ::CFPreferencesCopyKeyList(domain, kCFPreferencesCurrentUser, kCFPreferencesAnyHost);
-    if (keys != nullptr) {
-        ::CFPreferencesSetMultiple(nullptr, keys, domain, kCFPreferencesCurrentUser, kCFPreferencesAnyHost);
-        ::CFRelease(keys);
-    }
-    const bool isDone =
-        ::CFPreferencesSynchronize(domain, kCFPreferencesCurrentUser, kCFPreferencesAnyHost) != 0;
-    ::CFRelease(domain);
-    if (!isDone) return std::unexpected(std::string(UninstallTexts::preferencesKept));
+    constexpr Seconds timeout = Seconds(10);
+    constexpr std::size_t outputLimit = 4096;
+    const auto run = Spawner::run({.executable = "/usr/bin/defaults",
+                                   .arguments = {"delete", std::string(TarnikIdentity::bundleIdentifier)},
+                                   .timeout = timeout,
+                                   .limit = outputLimit});
+    if (!run || !run->status.succeeded())
+        return std::unexpected(std::string(UninstallTexts::preferencesKept));
     return {};
 }
 
@@ -33,7 +28,6 @@ void addDesktopItems(UninstallPlan& plan, const SystemFolders& folders) {
     const auto path = folders.preferences + "/" + std::string(TarnikIdentity::bundleIdentifier) + ".plist";
     if (!isRegularFile(path)) return;
     plan.items.push_back({path, UninstallTexts::preferences, removePreferences});
-    addFile(plan, path, UninstallTexts::preferencesFile);
 }
 
 }  // namespace tarnik
