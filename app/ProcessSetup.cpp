@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "app/ProgramStart.h"
+#include "app/texts/ProgramTexts.h"
 
 namespace tarnik {
 namespace {
@@ -39,7 +40,7 @@ void openStandardDescriptors() {
 
 // Stops no child. The helper and the driver quit when their pipes close.
 void exitOutOfThreads() {
-    printError("the system has no thread to spare; end other programs, then start this one again");
+    printError(ProgramTexts::outOfThreads);
     ::_exit(EXIT_FAILURE);
 }
 

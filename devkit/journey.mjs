@@ -5,22 +5,22 @@
 //
 // DIR contains the compiled stand-ins. The default is the folder that was built with the program.
 //
-// NAME is window, console or walk. walk drives the console through all stages without a user. It exits with status 0
-// only if it reached every stage. The default is window on a display, console in a terminal without a display, and walk
+// NAME is window, console, serve or walk. walk drives the console through all stages without a user. It exits with
+// status 0 only if it reached every stage. The default is window on a display, console in a terminal without a display, and walk
 // otherwise.
 import { existsSync } from 'node:fs';
 import path from 'node:path';
 import { readArguments } from './commandLine.mjs';
 import { layOut } from './journey/layout.mjs';
-import { playInTerminal, playInWindow } from './journey/interactive.mjs';
+import { playAsService, playInTerminal, playInWindow } from './journey/interactive.mjs';
 import { walk } from './journey/walk.mjs';
 import { faults } from './release/faults.mjs';
 import { misbehaviours } from './service/delivery.mjs';
 
-const usage = 'usage: node devkit/journey.mjs --program PATH [--face window|console|walk] [--keep]'
+const usage = 'usage: node devkit/journey.mjs --program PATH [--face window|console|serve|walk] [--keep]'
   + ' [--misbehave WHAT=HOW] [--fault NAME] [--stand-ins DIR]';
 const served = ['release', 'runtime', 'helper'];
-const faces = { window: playInWindow, console: playInTerminal, walk };
+const faces = { window: playInWindow, console: playInTerminal, serve: playAsService, walk };
 
 function defaultFace() {
   const { DISPLAY, WAYLAND_DISPLAY } = process.env;

@@ -21,9 +21,12 @@ const units = path.join(root, 'build/tidy/units');
 // Tests and benchmarks are not checked, because most of their code consists of the frameworks' macros.
 const checkedFolders = ['core', 'app', 'devkit'].map((folder) => path.join(root, folder) + path.sep);
 
+// Folders with settings of their own.
+const ownSettings = ['app/views/', 'app/desktop/'].map((folder) => path.join(root, folder, '.clang-tidy'));
+
 const fixedInputs = [
     execFileSync(tool, ['--version'], { encoding: 'utf8' }),
-    ...['.clang-tidy', 'app/views/.clang-tidy'].map((file) => fs.readFileSync(path.join(root, file), 'utf8')),
+    ...[path.join(root, '.clang-tidy'), ...ownSettings].map((file) => fs.readFileSync(file, 'utf8')),
 ];
 
 // Maps each object to the files of this project that it was made from. `ninja -t deps` prints:
@@ -134,7 +137,7 @@ const entries = JSON.parse(fs.readFileSync(path.join(build, 'compile_commands.js
         file: entry.file,
         key: keyOf(entry, dependencies),
         flags: entry.command.replace(/ -o \S+/, '').replace(/ -c \S+/, ''),
-        settings: entry.file.startsWith(path.join(root, 'app/views/')) ? path.join(root, 'app/views/.clang-tidy') : '',
+        settings: ownSettings.find((file) => entry.file.startsWith(path.dirname(file) + path.sep)) ?? '',
     }));
 const due = entries.filter((entry) => !entry.key || !fs.existsSync(path.join(memory, entry.key)));
 console.log(`${entries.length} sources, ${due.length} to check`);

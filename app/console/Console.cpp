@@ -97,7 +97,10 @@ void Console::onLine(const std::string& line) {
     if (line == "request accessibility") return model_->request(Switch::accessibility);
     if (line == "request screen") return model_->request(Switch::screenRecording);
     if (line == "quit") return quit();
-    if (line == "help") return report_.line("help", ConsoleTexts::help);
+    if (line == "help") {
+        for (const auto* help : ConsoleTexts::helpLines) report_.line("help", help);
+        return;
+    }
     if (resemblesLink(line)) return pair(line);
     report_.error("unknown command " + line + " (help lists them)");
 }

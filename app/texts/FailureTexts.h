@@ -14,17 +14,17 @@ namespace FailureTexts {
 using Text = std::string_view;
 
 inline constexpr Text tooBusy = "This computer is too busy right now. Close some programs and try again.";
-inline constexpr Text diskFull = "The disk is full. Make room on it and try again.";
+inline constexpr Text diskFull = "The disk is full. Free some space and try again.";
 inline constexpr Text notAllowed =
-    "tarnik isn't allowed to use a file or folder that it needs. Change who may use it and try again.";
+    "tarnik isn't allowed to use a file or folder that it needs. Change its permissions and try again.";
 inline constexpr Text fileFailed =
-    "tarnik couldn't use a file or folder that it needs. Look whether something else is in its place.";
+    "tarnik couldn't use a file or folder that it needs. Check that nothing else is in its place.";
 inline constexpr Text programFailed =
-    "tarnik couldn't start a program that it needs. Look whether that is installed.";
+    "tarnik couldn't start a program that it needs. Check that the program is installed.";
 inline constexpr Text downloadFailed =
     "tarnik couldn't download its helper. Check your connection and try again.";
 inline constexpr Text unpackFailed =
-    "What tarnik downloaded is damaged, or the disk is full. Make room on it and try again.";
+    "The downloaded file is damaged, or the disk is full. Free some space and try again.";
 inline constexpr Text releaseRefused =
     "tarnik can't be sure that its helper is genuine, so nothing was installed. Try again later.";
 

@@ -10,13 +10,17 @@ namespace tarnik::ProgramTexts {
 using Text = const char*;
 
 // Printed after the running instance has accepted this start.
-inline constexpr Text handedOver = "another copy is running, and goes on";
-inline constexpr Text noSessionBus = "no session bus, so links opened elsewhere don't get here";
+inline constexpr Text handedOver = "tarnik is already running; this start was passed to it";
+inline constexpr Text noSessionBus =
+    "there is no session bus, so links that are opened in other programs can't reach tarnik";
 
+inline constexpr Text noDisplay = "no display was found; tarnik serve runs without one";
+inline constexpr Text outOfThreads =
+    "the system can't create another thread; end other programs, then start tarnik again";
 inline constexpr Text cantOpenWindow = "the window can't be opened: ";  // before Qt's reason
 inline constexpr Text startTheFront = "this executable is a part of tarnik; start tarnik instead";
 inline constexpr Text noWindow =
-    "the window isn't installed; install the package tarnik, or use --console, which needs no display";
+    "the window isn't installed; install the package tarnik, or use tarnik serve, which needs no display";
 inline constexpr Text noConsole = "tarnik-console isn't installed; install the package tarnik-console";
 
 // Returns the sentence for a second program on the same node home. `owner` is std::nullopt if it is unknown.

@@ -12,12 +12,16 @@ function handOutLinks({ links }) {
 }
 
 // Writes a script that runs a command on the program of this run, from any terminal. Returns its path.
-function writeCommand(program, { root, environment }) {
-  const names = ['HOME', 'XDG_DATA_HOME', 'XDG_STATE_HOME', 'XDG_CONFIG_HOME', 'XDG_RUNTIME_DIR'];
+function writeCommand(program, { root, environment, words: [, bundle] }) {
+  const names = ['HOME', 'XDG_DATA_HOME', 'XDG_STATE_HOME', 'XDG_CONFIG_HOME', 'XDG_RUNTIME_DIR', 'NO_PROXY', 'no_proxy'];
   const quoted = (text) => `'${text.replaceAll("'", "'\\''")}'`;
   const lines = names.map((name) => (environment[name] ? `export ${name}=${quoted(environment[name])}` : `unset ${name}`));
   const file = path.join(root, 'tarnik');
-  writeFileSync(file, `#!/bin/sh\n${lines.join('\n')}\nexec ${quoted(program)} "$@"\n`, { mode: 0o755 });
+  writeFileSync(file, `#!/bin/sh
+${lines.join('\n')}
+case $(${quoted(program)} "$1" --help 2>/dev/null) in *--bundle*) set -- "$@" --bundle ${quoted(bundle)} ;; esac
+exec ${quoted(program)} "$@"
+`, { mode: 0o755 });
   return file;
 }
 
@@ -64,6 +68,20 @@ This is tarnik without a window, ${where}
 ${more(service)}`;
 }
 
+function serviceWelcome(service, command) {
+  const { first, used } = handOutLinks(service);
+  return `
+This is tarnik as a service, ${where}
+
+  1. In another terminal: ${command} connect ${first}
+     with a used link:    ${command} connect ${used}
+     and                  ${command} status
+     also with restart, history, doctor, report, quit and --help.
+  2. End it with Ctrl-C or ${command} quit.
+
+${more(service)}`;
+}
+
 async function playTogether(program, { environment, words: placeWords }, words) {
   const child = spawn(program, [...words, ...placeWords], { stdio: 'inherit', env: environment });
   // The terminal sends its signals to both processes. This process waits until the program has stopped.
@@ -90,4 +108,9 @@ export function playInWindow(program, place) {
 export function playInTerminal(program, place) {
   console.log(consoleWelcome(place.service, writeCommand(program, place)));
   return playTogether(program, place, ['--console']);
+}
+
+export function playAsService(program, place) {
+  console.log(serviceWelcome(place.service, writeCommand(program, place)));
+  return playTogether(program, place, ['serve']);
 }

@@ -81,7 +81,7 @@ const signed = [
 const unpacked = [
   ['missing-wrapper', `tarnik's helper is missing a file. ${notUsed}`],
   ['locked-folder', `tarnik's helper is missing a file. ${notUsed}`],
-  ['not-a-tar', /^What tarnik downloaded is damaged[^\n]+\(Couldn't unpack tarnik's helper \([^\n]+\)\. Nothing was installed\.\)$/],
+  ['not-a-tar', /^The downloaded file is damaged[^\n]+\(Couldn't unpack tarnik's helper \([^\n]+\)\. Nothing was installed\.\)$/],
 ].map(([fault, sentence]) => ({ fault, sentence, leaves: 'runtime' }));
 
 // The tar of the system determines which of these packages are refused.

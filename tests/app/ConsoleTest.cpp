@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/console/DriverOutput.h"
+#include "app/texts/ConsoleTexts.h"
 #include "app/texts/LinkTexts.h"
 #include "core/foundation/Files.h"
 #include "tests/support/Eventually.h"
@@ -68,16 +69,16 @@ TEST(Console, carriesOutWhatIsTyped) {
     const auto error = [](std::string_view text) { return "error " + std::string(text) + "\n"; };
     const std::pair<const char*, std::string> cases[] = {
         {"", ""},
-        {"confirm", error("there is nothing to confirm")},
-        {"cancel", error("no pairing is in progress")},
-        {"replace", error("there is no offer to answer")},
+        {"confirm", error(ConsoleTexts::nothingToConfirm)},
+        {"cancel", error(ConsoleTexts::noPairing)},
+        {"replace", error(ConsoleTexts::noOffer)},
         {"stats", error("unknown command stats (help lists them)")},
         {"twenty characters or", error(LinkTexts::notALink)},
         {"twenty characters or", error(LinkTexts::notALink)},  // an unchanged state is printed again
         {"x://", error(LinkTexts::notALink)},
         {"request screen",
          "prompt Screen Recording\nsettings " + std::string(settingsURL(Switch::screenRecording)) + "\n"},
-        {"switch screen", error("that is: switch accessibility on, or off; switch screen on, or off")},
+        {"switch screen", error(ConsoleTexts::switchUsage)},
         {"switch screen on", "switches accessibility=off screenRecording=on\n"},
         {"status",
          "status state=waitingForLink pid=none pairing=none restarts=0 driver=none "

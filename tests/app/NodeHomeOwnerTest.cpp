@@ -41,12 +41,12 @@ void take(NodeHomeOwner& owner) {
 TEST(NodeHomeOwner, namesTheOtherProgramAfterATimeout) {
     const std::string self = " (process " + std::to_string(::getpid());
     const std::string gone = std::to_string(ForkedChild::waiting().pid()) + " console\n";
-    const std::string unknown = "quit that one first.";
+    const std::string unknown = "Quit it first.";
     // The face, a note that replaces the owner's, and the parts of the sentence.
     const std::tuple<Face, std::optional<std::string>, std::string, std::string> cases[] = {
-        {Face::console, {}, self + ", in a terminal)", "type quit there first."},
-        {Face::window, {}, self + ", with a window)", "use that one, or quit it first."},
-        {Face::service, {}, self + ", in the background)", "stop it with tarnik quit first."},
+        {Face::console, {}, self + ", in a terminal)", "Type quit there first."},
+        {Face::window, {}, self + ", with a window)", "Use that one, or quit it first."},
+        {Face::service, {}, self + ", in the background)", "End it with tarnik quit first."},
         {Face::window, gone, "", unknown},
         {Face::window, "-1 console\n", "", unknown},
         {Face::window, std::string(100'000, '9'), "", unknown},
@@ -62,7 +62,7 @@ TEST(NodeHomeOwner, namesTheOtherProgramAfterATimeout) {
         f.main.advance(Seconds(2.8));
         EXPECT_EQ(answer, "later");
         f.main.advance(Seconds(0.4));
-        EXPECT_EQ(answer, "Another tarnik" + who + " uses the node folder " + f.home.path + ": " + advice);
+        EXPECT_EQ(answer, "Another tarnik" + who + " uses the node folder " + f.home.path + ". " + advice);
     }
 }
 

@@ -22,7 +22,7 @@ TEST(ProcessSetupDeathTest, exitsWithAMessageIfNoThreadCanBeStarted) {
         setUpProcess();
         makeThread();
     };
-    EXPECT_EXIT(start(), testing::ExitedWithCode(EXIT_FAILURE), "^tarnik: the system has no thread");
+    EXPECT_EXIT(start(), testing::ExitedWithCode(EXIT_FAILURE), "^tarnik: the system can.t create another thread");
 }
 
 // No other test checks the numbers of new descriptors.

@@ -19,6 +19,7 @@
 #include "app/platform/linux/SessionBus.h"
 #include "app/platform/linux/SystemLogSocket.h"
 #include "app/platform/linux/TrayHostMonitor.h"
+#include "app/texts/ProgramTexts.h"
 
 namespace tarnik {
 namespace {
@@ -102,7 +103,7 @@ void DesktopPlatform::prepare() {
 std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment& environment) {
     for (const char* variable : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"})
         if (!environmentValue(environment, variable).empty()) return std::nullopt;
-    return "there is no display; --console runs in the terminal";
+    return ProgramTexts::noDisplay;
 }
 
 DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
