@@ -23,12 +23,17 @@ constexpr std::array heavyCommands{
 
 }  // namespace
 
+RunCommand heavyCommand(std::string_view name) {
+    for (const auto& command : heavyCommands) {
+        if (command.name == name) return command.run;
+    }
+    return nullptr;
+}
+
 int runConsolePart(char** argv) {
     const auto words = wordsOf(argv);
-    for (const auto& [name, run] : heavyCommands) {
-        if (!words.empty() && words.front() == name)
-            return runCommand(*findCommand(name), run, {words.begin() + 1, words.end()}, argv[0]);
-    }
+    if (const auto run = words.empty() ? nullptr : heavyCommand(words.front()))
+        return runCommand(*findCommand(words.front()), run, {words.begin() + 1, words.end()}, argv[0]);
     const auto line = CommandLine::parse(words, CommandLine::thisBuild());
     if (!line) return refuseStart(line.error());
     if (line->task != CommandLine::Task::runConsole) return refuseStart(ProgramTexts::startTheFront);

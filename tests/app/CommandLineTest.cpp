@@ -1,9 +1,15 @@
 #include "app/CommandLine.h"
 
+#include <csignal>
+#include <cstdlib>
+
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include "app/commands/CommandHelp.h"
 #include "app/commands/CommandTable.h"
+#include "app/commands/HeavyCommands.h"
+#include "core/process/Spawner.h"
 #include "tests/support/Words.h"
 
 namespace tarnik {
@@ -61,6 +67,32 @@ TEST(CommandTable, namesTheNearestCommand) {
         {"something-else", "(tarnik --help lists the commands)"}};
     for (const auto& [word, end] : cases)
         EXPECT_TRUE(unknownCommand(word).ends_with(end)) << unknownCommand(word);
+}
+
+TEST(CommandTable, hasOneFunctionForEachCommand) {
+    for (const auto& command : commandTable())
+        EXPECT_NE(command.run == nullptr, heavyCommand(command.name) == nullptr) << command.name;
+}
+
+TEST(CommandOutput, hasColoursOnTerminalsOnly) {
+    const auto styled = [](int fd) {
+        return CommandOutput(fd, fd).styled(CommandOutput::Style::red, "text");
+    };
+    const UniqueFd terminal(::posix_openpt(O_RDWR | O_NOCTTY));
+    ::setenv("TERM", "xterm", 1);
+    ::unsetenv("NO_COLOR");
+    EXPECT_EQ(styled(terminal.get()), "\x1b[31mtext\x1b[0m");
+    EXPECT_EQ(styled(Spawner::pipe()->writeEnd.get()), "text");
+    ::setenv("NO_COLOR", "1", 1);
+    EXPECT_EQ(styled(terminal.get()), "text");
+}
+
+TEST(CommandOutputDeathTest, endsQuietlyIfItsReaderHasGone) {
+    std::signal(SIGPIPE, SIG_IGN);
+    auto pipe = *Spawner::pipe();
+    pipe.readEnd.reset();
+    EXPECT_EXIT(CommandOutput(pipe.writeEnd.get(), STDERR_FILENO).line("text"),
+                testing::KilledBySignal(SIGPIPE), "^$");
 }
 
 }  // namespace tarnik
