@@ -40,6 +40,7 @@ stage() {
     install -D -m 644 "$changelog" "$documents/changelog"
     gzip -9n "$documents/changelog"
 }
+install -D -m 644 packaging/linux/debian/tarnik.lintian-overrides "$work/debian/tarnik/usr/share/lintian/overrides/tarnik"
 for package in "${packages[@]}"; do stage "${package%:*}" "${package#*:}"; done
 gzip -9n "$work/debian/tarnik-console/usr/share/man/man1/tarnik.1"
 
