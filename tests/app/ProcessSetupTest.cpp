@@ -22,7 +22,8 @@ TEST(ProcessSetupDeathTest, exitsWithAMessageIfNoThreadCanBeStarted) {
         setUpProcess();
         makeThread();
     };
-    EXPECT_EXIT(start(), testing::ExitedWithCode(EXIT_FAILURE), "^tarnik: the system can.t create another thread");
+    EXPECT_EXIT(start(), testing::ExitedWithCode(EXIT_FAILURE),
+                "^tarnik: the system can.t create another thread");
 }
 
 // No other test checks the numbers of new descriptors.
