@@ -13,14 +13,14 @@ namespace tarnik {
 namespace {
 
 using Task = CommandLine::Task;
-using enum OptionSpec::Audience;
+using enum OptionEntry::Audience;
 
 constexpr std::size_t shortestLink = 20;  // shorter words are mistyped commands; a bare code has 22 letters
 constexpr std::size_t longestQuote = 200;
 
 // An option of the program and its effect on the parsed line.
 struct ProgramOption {
-    OptionSpec spec;
+    OptionEntry entry;
     void (*apply)(CommandLine& line, const std::string& value);
 };
 
@@ -98,7 +98,7 @@ static_assert(Relocation::relaunchArgument == "--tarnik-relocation-relaunch");
 
 const ProgramOption& findOption(const std::string& name) {
     return *std::ranges::find_if(programOptions,
-                                 [&](const auto& option) { return option.spec.name == name; });
+                                 [&](const auto& option) { return option.entry.name == name; });
 }
 
 }  // namespace
@@ -107,16 +107,16 @@ CommandLine::Build CommandLine::thisBuild() {
     return isDevelopmentBuild() ? Build::development : Build::release;
 }
 
-std::vector<OptionSpec> CommandLine::options(Build build) {
-    std::vector<OptionSpec> specs;
-    for (const auto& option : programOptions) specs.push_back(option.spec);
-    return acceptedOptions(specs, build);
+std::vector<OptionEntry> CommandLine::options(Build build) {
+    std::vector<OptionEntry> entries;
+    for (const auto& option : programOptions) entries.push_back(option.entry);
+    return acceptedOptions(entries, build);
 }
 
 std::expected<CommandLine, std::string> CommandLine::parse(const std::vector<std::string>& words,
                                                            Build build) {
-    const auto specs = options(build);
-    const auto parsed = CommandOptions::parse(specs, words);
+    const auto entries = options(build);
+    const auto parsed = CommandOptions::parse(entries, words);
     if (!parsed) return std::unexpected(parsed.error());
     CommandLine line;
     for (const auto& [name, value] : parsed->given()) findOption(name).apply(line, value);
@@ -130,10 +130,10 @@ std::expected<CommandLine, std::string> CommandLine::parse(const std::vector<std
     return line;
 }
 
-std::vector<OptionSpec> acceptedOptions(std::span<const OptionSpec> specs, CommandLine::Build build) {
-    std::vector<OptionSpec> accepted;
-    std::ranges::copy_if(specs, std::back_inserter(accepted), [build](const auto& spec) {
-        return build == CommandLine::Build::development || spec.audience != developmentBuilds;
+std::vector<OptionEntry> acceptedOptions(std::span<const OptionEntry> entries, CommandLine::Build build) {
+    std::vector<OptionEntry> accepted;
+    std::ranges::copy_if(entries, std::back_inserter(accepted), [build](const auto& entry) {
+        return build == CommandLine::Build::development || entry.audience != developmentBuilds;
     });
     return accepted;
 }

@@ -49,13 +49,13 @@ struct CommandLine {
     static std::expected<CommandLine, std::string> parse(const std::vector<std::string>& words, Build build);
 
     // Returns the options that parse() accepts.
-    static std::vector<OptionSpec> options(Build build);
+    static std::vector<OptionEntry> options(Build build);
 
     bool operator==(const CommandLine&) const = default;
 };
 
-// Returns the options of `specs` that this kind of build accepts.
-std::vector<OptionSpec> acceptedOptions(std::span<const OptionSpec> specs, CommandLine::Build build);
+// Returns the options of `entries` that this kind of build accepts.
+std::vector<OptionEntry> acceptedOptions(std::span<const OptionEntry> entries, CommandLine::Build build);
 
 // Returns true if the word contains "://" or is long enough for a bare code. Any other word is treated as a
 // mistyped command.

@@ -9,7 +9,7 @@
 
 namespace tarnik {
 
-// What a command gets from the program.
+// The parts of the program that a command uses.
 struct CommandDeps {
     CommandOutput& output;
     const ProgramRun& run;  // environment, folders and bundle
@@ -22,32 +22,32 @@ struct Command {
     const char* name;
     const char* summary;       // one line, begins with a lower-case verb
     const char* details = "";  // more lines for the command's own help, each of at most 78 characters
-    std::span<const OptionSpec> options = {};
-    const char* argument = "";  // a placeholder as in OptionSpec, "[FILE]" if it may be missing
+    std::span<const OptionEntry> options = {};
+    const char* argument = "";  // a placeholder as in OptionEntry, "[FILE]" if it may be missing
     RunCommand run = nullptr;   // null if tarnik-console runs the command; see HeavyCommands.cpp
 };
 
 // Options that several commands have.
 namespace StandardOptions {
 
-inline constexpr OptionSpec json{.name = "json", .summary = "print JSON"};
-inline constexpr OptionSpec yes{.name = "yes", .letter = 'y', .summary = "ask nothing"};
-inline constexpr OptionSpec nodeHome{
+inline constexpr OptionEntry json{.name = "json", .summary = "print JSON"};
+inline constexpr OptionEntry yes{.name = "yes", .letter = 'y', .summary = "ask nothing"};
+inline constexpr OptionEntry nodeHome{
     .name = "node-home", .value = "DIR", .summary = "use the helper in DIR instead of ~/.tarnik/node"};
-inline constexpr OptionSpec bundle{.name = "bundle",
-                                   .value = "DIR",
-                                   .summary = "use the settings and the driver of this bundle folder",
-                                   .audience = OptionSpec::Audience::developmentBuilds};
+inline constexpr OptionEntry bundle{.name = "bundle",
+                                    .value = "DIR",
+                                    .summary = "use the settings and the driver of this bundle folder",
+                                    .audience = OptionEntry::Audience::developmentBuilds};
 
-inline constexpr OptionSpec keepAwake{.name = "keep-awake",
-                                      .value = "FILE",
-                                      .summary = "the program by which the helper keeps the computer awake",
-                                      .audience = OptionSpec::Audience::developmentBuilds};
-inline constexpr OptionSpec connectedAfter{
+inline constexpr OptionEntry keepAwake{.name = "keep-awake",
+                                       .value = "FILE",
+                                       .summary = "the program by which the helper keeps the computer awake",
+                                       .audience = OptionEntry::Audience::developmentBuilds};
+inline constexpr OptionEntry connectedAfter{
     .name = "connected-after",
     .value = "SECONDS",
     .summary = "count a pairing as connected after this time; the default is 15",
-    .audience = OptionSpec::Audience::developers};
+    .audience = OptionEntry::Audience::developers};
 
 }  // namespace StandardOptions
 

@@ -9,7 +9,7 @@
 namespace tarnik {
 namespace {
 
-using enum OptionSpec::Audience;
+using enum OptionEntry::Audience;
 
 // A table of two columns.
 using Rows = std::vector<std::pair<std::string, std::string>>;
@@ -24,17 +24,18 @@ std::string printed(const Rows& rows) {
 }
 
 // Returns "-n, --lines N".
-std::string nameOf(const OptionSpec& spec) {
-    std::string name = spec.letter == '\0' ? "" : std::string("-") + spec.letter + ", ";
-    name += std::string("--") + spec.name;
-    return spec.takesValue() ? name + " " + spec.value : name;
+std::string nameOf(const OptionEntry& entry) {
+    std::string name = entry.letter == '\0' ? "" : std::string("-") + entry.letter + ", ";
+    name += std::string("--") + entry.name;
+    return entry.takesValue() ? name + " " + entry.value : name;
 }
 
-Rows optionRows(const std::vector<OptionSpec>& specs, std::initializer_list<OptionSpec::Audience> audiences) {
+Rows optionRows(const std::vector<OptionEntry>& entries,
+                std::initializer_list<OptionEntry::Audience> audiences) {
     Rows rows;
-    for (const auto& spec : specs) {
-        if (std::ranges::find(audiences, spec.audience) != audiences.end())
-            rows.emplace_back(nameOf(spec), spec.summary);
+    for (const auto& entry : entries) {
+        if (std::ranges::find(audiences, entry.audience) != audiences.end())
+            rows.emplace_back(nameOf(entry), entry.summary);
     }
     return rows;
 }
@@ -48,10 +49,10 @@ Rows exitRows() {
 
 }  // namespace
 
-std::vector<OptionSpec> optionsOf(const Command& command, CommandLine::Build build) {
-    auto specs = acceptedOptions(command.options, build);
-    specs.push_back(helpOption);
-    return specs;
+std::vector<OptionEntry> optionsOf(const Command& command, CommandLine::Build build) {
+    auto entries = acceptedOptions(command.options, build);
+    entries.push_back(helpOption);
+    return entries;
 }
 
 std::string_view placeholderOf(const Command& command) {

@@ -10,10 +10,10 @@
 // The help pages, generated from the tables of commands and options.
 namespace tarnik {
 
-inline constexpr OptionSpec helpOption{.name = "help", .letter = 'h', .summary = "show this help"};
+inline constexpr OptionEntry helpOption{.name = "help", .letter = 'h', .summary = "show this help"};
 
 // Returns all options of the command, with --help.
-std::vector<OptionSpec> optionsOf(const Command& command, CommandLine::Build build);
+std::vector<OptionEntry> optionsOf(const Command& command, CommandLine::Build build);
 
 // Returns the placeholder of the command's argument without the brackets of an optional one.
 std::string_view placeholderOf(const Command& command);

@@ -67,20 +67,20 @@ struct GetoptInput {
     std::vector<std::string> words{"tarnik"};
     std::vector<char*> argv;
     std::vector<option> longOptions;
-    // "-" returns arguments in their order, ":" tells a missing value from an unknown option.
+    // "-" returns arguments in their order, ":" separates a missing value from an unknown option.
     std::string letters = "-:";
 
-    GetoptInput(std::span<const OptionSpec> specs, const std::vector<std::string>& given) {
+    GetoptInput(std::span<const OptionEntry> entries, const std::vector<std::string>& given) {
         words.insert(words.end(), given.begin(), given.end());
         for (auto& word : words) argv.push_back(word.data());
         argv.push_back(nullptr);
-        for (const auto& spec : specs) {
+        for (const auto& entry : entries) {
             const int code = firstCode + static_cast<int>(longOptions.size());
             longOptions.push_back(
-                {spec.name, spec.takesValue() ? required_argument : no_argument, nullptr, code});
-            if (spec.letter == '\0') continue;
-            letters += spec.letter;
-            if (spec.takesValue()) letters += ':';
+                {entry.name, entry.takesValue() ? required_argument : no_argument, nullptr, code});
+            if (entry.letter == '\0') continue;
+            letters += entry.letter;
+            if (entry.takesValue()) letters += ':';
         }
         longOptions.push_back({nullptr, 0, nullptr, 0});
     }
@@ -89,18 +89,18 @@ struct GetoptInput {
     int argc() const { return static_cast<int>(words.size()); }
 };
 
-const OptionSpec* findSpec(std::span<const OptionSpec> specs, int code) {
-    if (code >= firstCode) return &specs[static_cast<std::size_t>(code - firstCode)];
+const OptionEntry* findEntry(std::span<const OptionEntry> entries, int code) {
+    if (code >= firstCode) return &entries[static_cast<std::size_t>(code - firstCode)];
     const auto found = std::ranges::find_if(
-        specs, [code](const auto& spec) { return code != 0 && spec.letter == static_cast<char>(code); });
-    return found == specs.end() ? nullptr : &*found;
+        entries, [code](const auto& entry) { return code != 0 && entry.letter == static_cast<char>(code); });
+    return found == entries.end() ? nullptr : &*found;
 }
 
-std::string unknownOption(std::span<const OptionSpec> specs, std::string word) {
+std::string unknownOption(std::span<const OptionEntry> entries, std::string word) {
     word = word.substr(0, word.find('='));
     std::vector<std::string> names;
-    for (const auto& spec : specs) {
-        if (spec.audience != OptionSpec::Audience::nobody) names.push_back(std::string("--") + spec.name);
+    for (const auto& entry : entries) {
+        if (entry.audience != OptionEntry::Audience::nobody) names.push_back(std::string("--") + entry.name);
     }
     const std::vector<std::string_view> views(names.begin(), names.end());
     const auto nearest = nearestName(word, views);
@@ -108,20 +108,20 @@ std::string unknownOption(std::span<const OptionSpec> specs, std::string word) {
            (nearest ? "; did you mean " + std::string(*nearest) + "?" : "");
 }
 
-std::string describeFault(std::span<const OptionSpec> specs, const GetoptInput& input) {
-    const auto* spec = findSpec(specs, optopt);
-    if (spec == nullptr && optopt != 0)
-        return unknownOption(specs, std::string("-") + static_cast<char>(optopt));
-    if (spec == nullptr) return unknownOption(specs, input.argv[static_cast<std::size_t>(optind - 1)]);
-    return std::string("--") + spec->name + (spec->takesValue() ? " needs a value" : " takes no value");
+std::string describeFault(std::span<const OptionEntry> entries, const GetoptInput& input) {
+    const auto* entry = findEntry(entries, optopt);
+    if (entry == nullptr && optopt != 0)
+        return unknownOption(entries, std::string("-") + static_cast<char>(optopt));
+    if (entry == nullptr) return unknownOption(entries, input.argv[static_cast<std::size_t>(optind - 1)]);
+    return std::string("--") + entry->name + (entry->takesValue() ? " needs a value" : " takes no value");
 }
 
 }  // namespace
 
-std::expected<CommandOptions, std::string> CommandOptions::parse(std::span<const OptionSpec> specs,
+std::expected<CommandOptions, std::string> CommandOptions::parse(std::span<const OptionEntry> entries,
                                                                  const std::vector<std::string>& words) {
     CommandOptions options;
-    GetoptInput input(specs, words);
+    GetoptInput input(entries, words);
     ::opterr = 0;
     ::optind = 0;  // makes getopt_long start over
     for (int code = input.next(); code != -1; code = input.next()) {
@@ -129,13 +129,13 @@ std::expected<CommandOptions, std::string> CommandOptions::parse(std::span<const
             options.arguments_.emplace_back(::optarg);
             continue;
         }
-        if (code == '?' || code == ':') return std::unexpected(describeFault(specs, input));
-        const auto& spec = *findSpec(specs, code);
-        const std::string value = spec.takesValue() ? ::optarg : "";
-        const std::string name = std::string("--") + spec.name;
-        if (spec.takesValue() && value.empty()) return std::unexpected(name + " needs a value");
-        if (auto problem = problemWithValue(spec.value, name, value)) return std::unexpected(*problem);
-        options.given_.push_back({.name = spec.name, .value = value});
+        if (code == '?' || code == ':') return std::unexpected(describeFault(entries, input));
+        const auto& entry = *findEntry(entries, code);
+        const std::string value = entry.takesValue() ? ::optarg : "";
+        const std::string name = std::string("--") + entry.name;
+        if (entry.takesValue() && value.empty()) return std::unexpected(name + " needs a value");
+        if (auto problem = problemWithValue(entry.value, name, value)) return std::unexpected(*problem);
+        options.given_.push_back({.name = entry.name, .value = value});
     }
     for (int i = ::optind; i < input.argc(); ++i)
         options.arguments_.push_back(input.words[static_cast<std::size_t>(i)]);

@@ -13,7 +13,7 @@ namespace tarnik {
 //
 // The placeholder `value` determines which values are accepted and completed: "on|off" is a list of words,
 // "N" a whole number from 1 to 100000, "SECONDS" a number up to 3600, and "DIR" and "FILE" are paths.
-struct OptionSpec {
+struct OptionEntry {
     // The help that describes the option. Only development builds accept the last kind.
     enum class Audience { users, developers, developmentBuilds, nobody };
 
@@ -37,7 +37,7 @@ public:
     // Parses the words after the program's or command's name. An option may stand behind an argument, "--"
     // ends the options, and unambiguous abbreviations are accepted. The error is one line that names the
     // faulty word. Not thread-safe, because getopt_long(3) isn't.
-    static std::expected<CommandOptions, std::string> parse(std::span<const OptionSpec> specs,
+    static std::expected<CommandOptions, std::string> parse(std::span<const OptionEntry> entries,
                                                             const std::vector<std::string>& words);
 
     bool has(std::string_view name) const { return value(name).has_value(); }

@@ -17,25 +17,25 @@ namespace {
 constexpr std::size_t longestQuote = 200;
 
 constexpr std::array statusOptions{StandardOptions::json,
-                                   OptionSpec{.name = "watch", .summary = "show each change until Ctrl-C"},
+                                   OptionEntry{.name = "watch", .summary = "show each change until Ctrl-C"},
                                    StandardOptions::nodeHome};
 constexpr std::array connectOptions{
     StandardOptions::yes,
-    OptionSpec{.name = "replace", .summary = "end the connection to the present account"}};
-constexpr std::array quitOptions{OptionSpec{.name = "wait", .summary = "wait until everything has ended"}};
+    OptionEntry{.name = "replace", .summary = "end the connection to the present account"}};
+constexpr std::array quitOptions{OptionEntry{.name = "wait", .summary = "wait until everything has ended"}};
 constexpr std::array historyOptions{
-    OptionSpec{.name = "lines", .letter = 'n', .value = "N", .summary = "show the last N events (50)"},
+    OptionEntry{.name = "lines", .letter = 'n', .value = "N", .summary = "show the last N events (50)"},
     StandardOptions::json,
 };
 constexpr std::array logsOptions{
-    OptionSpec{.name = "follow", .letter = 'f', .summary = "print new lines as they are written"},
-    OptionSpec{.name = "lines", .letter = 'n', .value = "N", .summary = "show the last N lines (50)"},
+    OptionEntry{.name = "follow", .letter = 'f', .summary = "print new lines as they are written"},
+    OptionEntry{.name = "lines", .letter = 'n', .value = "N", .summary = "show the last N lines (50)"},
 };
 constexpr std::array examinationOptions{StandardOptions::json, StandardOptions::nodeHome,
                                         StandardOptions::bundle};
 constexpr std::array reportOptions{StandardOptions::nodeHome, StandardOptions::bundle};
 constexpr std::array uninstallOptions{
-    OptionSpec{.name = "dry-run", .summary = "show what would be removed, and change nothing"},
+    OptionEntry{.name = "dry-run", .summary = "show what would be removed, and change nothing"},
     StandardOptions::yes,
     StandardOptions::nodeHome,
 };

@@ -12,14 +12,14 @@ namespace {
 // A command with its options, or the start of the program without a command, whose name is empty.
 struct Completed {
     std::string name;
-    std::vector<OptionSpec> options;
+    std::vector<OptionEntry> options;
     std::string_view argument;
 };
 
-std::vector<OptionSpec> forUsers(const std::vector<OptionSpec>& specs) {
-    std::vector<OptionSpec> shown;
-    for (const auto& spec : specs) {
-        if (spec.audience == OptionSpec::Audience::users) shown.push_back(spec);
+std::vector<OptionEntry> forUsers(const std::vector<OptionEntry>& entries) {
+    std::vector<OptionEntry> shown;
+    for (const auto& entry : entries) {
+        if (entry.audience == OptionEntry::Audience::users) shown.push_back(entry);
     }
     return shown;
 }

@@ -6,7 +6,7 @@
 namespace tarnik {
 
 // Sends the state of the program to the service manager that started it, by the protocol of sd_notify(3).
-// Does nothing if there is no such manager, as on macOS.
+// Does nothing without such a manager, as on macOS.
 class ServiceNotification {
 public:
     static constexpr const char* variable = "NOTIFY_SOCKET";

@@ -48,7 +48,8 @@ public:
     bool isOver(TimePoint now) const;
 
 private:
-    // Who acts next: the client sends a request, the program executes it, or the client reads the reply.
+    // The side that acts next: the client sends a request, the program executes it, or the client reads the
+    // reply.
     enum class Turn { client, program, reader };
 
     bool wantsInput() const;

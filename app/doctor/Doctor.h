@@ -33,7 +33,7 @@ struct DoctorSubject {
     std::string journal() const;  // the path of the journal file
 };
 
-// What the running program reports about itself.
+// Facts that the running program reports.
 struct RunningCopy {
     std::optional<pid_t> pid;
     std::optional<bool> accessibility;

@@ -28,7 +28,7 @@ struct JournalEvent {
     std::string sentence;
     Fields fields;
 
-    // Return std::nullopt if there is no such field, or if it has another type.
+    // Return std::nullopt if the field is absent or has another type.
     std::optional<std::int64_t> number(std::string_view field) const;
     std::optional<std::string> text(std::string_view field) const;
 

@@ -18,7 +18,6 @@
 #include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
-
 namespace {
 
 using Kind = HttpError::Kind;
@@ -296,8 +295,9 @@ Kind Transfer::kindOf(CURLcode result) const {
 }
 
 void Transfer::takeHeader(std::string_view line) {
-    if (!line.starts_with("Date:") && !line.starts_with("date:")) return;
-    const auto seconds = curl_.parseDate(std::string(line.substr(sizeof "date")).c_str(), nullptr);
+    constexpr std::string_view name = "date:";  // in upper or lower case: RFC 9110, section 5.1
+    if (line.size() < name.size() || ::strncasecmp(line.data(), name.data(), name.size()) != 0) return;
+    const auto seconds = curl_.parseDate(std::string(line.substr(name.size())).c_str(), nullptr);
     if (seconds >= 0) date_ = std::chrono::sys_seconds(std::chrono::seconds(seconds));
 }
 
