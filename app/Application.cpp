@@ -148,25 +148,27 @@ void Application::launch() {
 void Application::startControl(NodeHomeOwner::Face face) {
     const auto& host = model_->host();
     const auto& home = model_->home();
-    const bool isConsole = face == NodeHomeOwner::Face::console;
-    control_.emplace(ControlService::Deps{
-                         .mainThread = platform_.model.mainThread,
-                         .log = platform_.model.log,
-                         .journal = journal_,
-                         .folders = ControlFolder::candidates(host.inherited, place_.folders),
-                         .source = {.program = {.isRunning = true,
-                                                .version = std::string(programVersion()),
-                                                .pid = ::getpid(),
-                                                .face = isConsole ? "console" : "window"},
-                                    .folders = {.nodeHome = home ? std::optional(home->path) : std::nullopt,
-                                                .applicationSupport = place_.folders.applicationSupport,
-                                                .logs = place_.folders.stateFolder()},
-                                    .webOrigin = model_->webOrigin(),
-                                    .hasDriver = host.driverExecutable.has_value(),
-                                    .checksForUpdates = [this] { return delegate_->hasUpdater(); }},
-                         .openWindow = [this] { delegate_->openWindow(); },
-                         .quit = [this] { delegate_->quit(); }},
-                     model_);
+    std::function<void()> openWindow = [this] { delegate_->openWindow(); };
+    if (face == NodeHomeOwner::Face::service) openWindow = nullptr;
+    control_.emplace(
+        ControlService::Deps{
+            .mainThread = platform_.model.mainThread,
+            .log = platform_.model.log,
+            .journal = journal_,
+            .folders = ControlFolder::candidates(host.inherited, place_.folders),
+            .source = {.program = {.isRunning = true,
+                                   .version = std::string(programVersion()),
+                                   .pid = ::getpid(),
+                                   .face = std::string(NodeHomeOwner::wordOf(face))},
+                       .folders = {.nodeHome = home ? std::optional(home->path) : std::nullopt,
+                                   .applicationSupport = place_.folders.applicationSupport,
+                                   .logs = place_.folders.stateFolder()},
+                       .webOrigin = model_->webOrigin(),
+                       .hasDriver = host.driverExecutable.has_value(),
+                       .checksForUpdates = [this] { return delegate_->hasUpdater(); }},
+            .openWindow = std::move(openWindow),
+            .quit = [this] { delegate_->quit(); }},
+        model_);
 }
 
 int Application::finish(int exitStatus) {

@@ -21,14 +21,9 @@ constexpr std::size_t longestNote = 64;
 using Owner = NodeHomeOwner::Owner;
 using Face = NodeHomeOwner::Face;
 
-// The end of the note of a program with this face.
-std::string_view wordOf(Face face) {
-    switch (face) {
-        case Face::window: return " window\n";
-        case Face::console: return " console\n";
-        case Face::service: return " service\n";
-    }
-    return "";
+// Returns the end of the note of a program with this face.
+std::string noteEnd(Face face) {
+    return " " + std::string(NodeHomeOwner::wordOf(face)) + "\n";
 }
 
 // Parses "1234 console".
@@ -39,7 +34,7 @@ std::optional<Owner> parseOwner(std::string_view note) {
     if (error != std::errc() || owner.pid < 2) return std::nullopt;
     for (const Face face : {Face::window, Face::console, Face::service}) {
         owner.face = face;
-        if (word == wordOf(face)) return owner;
+        if (word == noteEnd(face)) return owner;
     }
     return std::nullopt;
 }
@@ -60,6 +55,15 @@ std::optional<PrivateFolder> notesFolder(const std::string& applicationSupport) 
 }
 
 }  // namespace
+
+std::string_view NodeHomeOwner::wordOf(Face face) {
+    switch (face) {
+        case Face::window: return "window";
+        case Face::console: return "console";
+        case Face::service: break;
+    }
+    return "service";
+}
 
 NodeHomeOwner::NodeHomeOwner(std::optional<NodeHome> home, Deps deps)
     : home_(std::move(home)), deps_(std::move(deps)) {}
@@ -101,7 +105,7 @@ bool NodeHomeOwner::acquire() {
 void NodeHomeOwner::noteOwner() const {
     const auto folder = notesFolder(deps_.applicationSupport);
     const auto name = noteName(*home_);
-    if (folder && name) folder->replace(*name, std::to_string(::getpid()) + std::string(wordOf(deps_.face)));
+    if (folder && name) folder->replace(*name, std::to_string(::getpid()) + noteEnd(deps_.face));
 }
 
 // The note may be missing or older than the lock, so it only adds details to the sentence.

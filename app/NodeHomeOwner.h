@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <sys/types.h>
 
@@ -23,6 +24,7 @@ public:
     static constexpr Seconds lockTimeout = Seconds(3);  // gives another program time to end
 
     enum class Face { window, console, service };
+    static std::string_view wordOf(Face face);  // "window", "console" or "service"
 
     // The process that locked a home. That process writes a note into the application support folder.
     struct Owner {

@@ -42,7 +42,11 @@ void ControlHandler::handle(Client client, const ControlRequest& request) {
         case Kind::watch: return open(client, request, StreamKind::watch);
         case Kind::connect: return connect(client, request);
         case Kind::restart: return restart(client, request);
-        case Kind::open: deps_.openWindow(); return answer(client, request);
+        case Kind::open:
+            if (!deps_.openWindow)
+                return refuse(client, request, ControlErrors::refused, ControlTexts::noWindow);
+            deps_.openWindow();
+            return answer(client, request);
         case Kind::confirm:
             if (!state.pairing || !std::holds_alternative<PairingPhases::WaitingForYes>(state.pairing->phase))
                 return refuse(client, request, ControlErrors::refused, ControlTexts::nothingToConfirm);

@@ -19,7 +19,7 @@ namespace tarnik {
 struct ControlHandlerDeps {
     MainThread mainThread;
     std::function<Status(const AppState&)> status;
-    std::function<void()> openWindow;
+    std::function<void()> openWindow;  // empty if the program has no window
     std::function<void()> quit;
 
     // Send an answer: see ControlServer.

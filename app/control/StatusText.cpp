@@ -86,7 +86,9 @@ StatusRow programRow(const Status& status, WallTime now) {
     Details details;
     details.add(prefixed(Texts::version, program.version));
     details.add(processText(program.pid));
-    if (program.face) details.add(*program.face == "window" ? Texts::withWindow : Texts::inTerminal);
+    if (program.face == "window") details.add(Texts::withWindow);
+    if (program.face == "console") details.add(Texts::inTerminal);
+    if (program.face == "service") details.add(Texts::asService);
     details.add(ageText(program.since, now));
     return {.label = Texts::program, .lines = {details.text()}};
 }

@@ -23,8 +23,8 @@ inline constexpr Text untrustedCertificate =
     "The server's certificate isn't trusted, so this network may read the connection. Use another network, "
     "or "
     "ask who runs this one.";
-inline constexpr Text diskFull = "The disk is full. Make room on it.";
+inline constexpr Text diskFull = "The disk is full. Free some space.";
 inline constexpr Text notAllowed =
-    "tarnik isn't allowed to use a file or folder that it needs. Change who may use it.";
+    "tarnik isn't allowed to use a file or folder that it needs. Change its permissions.";
 
 }  // namespace tarnik::CauseTexts

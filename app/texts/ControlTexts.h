@@ -21,6 +21,8 @@ inline constexpr Text replaceHint =
     "add "
     "--replace.";
 inline constexpr Text pairingCancelled = "The pairing was cancelled.";
+inline constexpr Text noWindow =
+    "The running tarnik has no window. To see one, quit it (tarnik quit) and start tarnik.";
 inline constexpr Text nothingToConfirm = "No pairing waits for a confirmation.";
 inline constexpr Text noPairing = "No pairing is in progress.";
 inline constexpr Text pairingInProgress = "A pairing is in progress. Wait until it has ended.";
