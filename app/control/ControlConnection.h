@@ -12,14 +12,15 @@ namespace tarnik {
 
 // The time limits of a connection to the control socket.
 struct ControlLimits {
-    Seconds request = Seconds(10);  // for the next complete request, while no request is executed
-    Seconds answer = Seconds(10);   // for reading an answer
+    Seconds request = Seconds(10);  // for the next complete request, while none is running
+    Seconds answer = Seconds(10);   // for the client to read the answers
 };
 
 // One client of the control socket: the bytes of its next requests, and the answers that it has not read yet.
 //
-// Owned by ControlServer and used on its thread only. Its memory is bounded: it reads no further while a
-// request is executed or an answer waits, and a newer update of a stream replaces one that waits.
+// Owned by ControlServer and used on its thread only. Its memory is bounded: it stops reading while a
+// request is running, while a reply is not sent completely, or while a complete line waits. A newer update of
+// a stream replaces one that waits.
 class ControlConnection {
 public:
     ControlConnection(UniqueFd socket, ControlLimits limits);
@@ -29,13 +30,15 @@ public:
     // Returns the events for poll(2); 0 if the connection waits for the program.
     short events() const;
 
-    // Returns the time at which the connection is closed if nothing happens before.
+    // Returns when the connection times out, or std::nullopt while it has no time limit: a request is
+    // running, or a stream is open and has nothing to send.
     std::optional<TimePoint> due() const;
 
     void read();
     void write();
 
-    // Returns the next complete line, or std::nullopt if there is none or if a request is executed.
+    // Returns the next complete line, or std::nullopt if none waits or the current reply is not sent
+    // yet. Answers a line that is too long with an error, and reads no more.
     std::optional<std::string> nextLine();
 
     // Adds the line of an answer. Returns at once.
@@ -44,7 +47,7 @@ public:
     // Call after nextLine() has returned a request that the program executes.
     void beginRequest() { turn_ = Turn::program; }
 
-    // Returns true if the connection can be closed.
+    // Returns true if the connection has to be closed: it failed, timed out, or has nothing more to do.
     bool isOver(TimePoint now) const;
 
 private:

@@ -110,7 +110,7 @@ std::expected<void, Failure> ControlListener::listen() {
     inode_ = found->st_ino;
     socket_ = std::move(socket);  // from here the destructor removes the file
     // May fail where /proc isn't mounted. The folder keeps other users out all the same.
-    (void)::fchmodat(folder_.descriptor(), ControlFolder::socketName, socketMode, AT_SYMLINK_NOFOLLOW);
+    (void)!::fchmodat(folder_.descriptor(), ControlFolder::socketName, socketMode, AT_SYMLINK_NOFOLLOW);
     if (::listen(socket_.get(), waitingConnections) != 0) return failed(Failure::Reason::system, "listen at");
     return {};
 }

@@ -44,9 +44,9 @@ struct AppModelDeps {
 // Runs the application: installs the helper node, starts the node and the desktop driver, watches the privacy
 // switches, and publishes the state that the faces show.
 //
-// Shared by Application and the face, one per run. Main thread only. No operation blocks, except that the
-// destructor waits for running calls. Blocking calls run on two queues or on detached threads. They post
-// their results to the main thread.
+// One per run, shared by Application, the delegate, the face and the control handler. Main thread only. No
+// operation blocks, except that the destructor waits for running calls. Blocking calls run on two queues or
+// on detached threads. They post their results to the main thread.
 class AppModel {
 public:
     // Called before each change of the state. The observer must not call the model.
@@ -65,22 +65,22 @@ public:
     const std::optional<NodeHome>& home() const { return home_; }
 
     // Removes an old launchd agent in the background, then starts everything else. Calls `done` when the
-    // supervisor exists or nothing can be started. Without an agent, calls `done` before it returns. After
-    // stop(), `done` is not called. Later calls are ignored.
+    // supervisor exists or nothing can be started. Without an agent, calls `done` before it returns. `done`
+    // is not called after stop(). Later calls of start() are ignored.
     void start(const std::function<void()>& done = [] {});
     bool hasStarted() const { return running_ && running_->supervisor; }
     // Stops the polling, the pairing, the node and the driver, in this order. Calls `done` on the main thread
     // within 40 s, when all have stopped. Later calls are ignored.
     void stop(std::function<void()> done);
 
-    // Restarts the helper and calls `done` on the main thread, unless stop() was called. Needs hasStarted().
+    // Restarts the helper and calls `done` on the main thread, with false if a pairing is in progress. Never
+    // calls it if stop() drops the call. Needs hasStarted().
     void restartHelper(std::function<void(bool restarted)> done);
     void setHelperTrouble(const std::string& sentence);
     LinkPairing& pairing() { return *pairing_; }
     void refreshSwitches();
     void request(Switch which);
-    // Takes a sample on a queue, because the sample lists processes. Then calls `done` on the main thread.
-    // stop() drops waiting samples.
+    // Takes a sample on the driver queue and calls `done` on the main thread. stop() drops waiting samples.
     void activitySample(std::function<void(ActivitySample)> done);
 
 private:
@@ -90,7 +90,7 @@ private:
         std::unique_ptr<NodeSupervisor> supervisor;
         std::unique_ptr<DriverHost> driver;
         std::optional<bool> driverEnabled;  // the last value that was put on the driver queue
-        bool driverIsOn = false;  // the last value that the host received; used on the driver queue only
+        bool driverIsOn = false;  // the last value passed to `driver`; used on the driver queue only
         std::optional<RepeatingTimer> pollTimer;
     };
 

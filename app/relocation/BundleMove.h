@@ -17,7 +17,7 @@ namespace tarnik {
 // `to` never contains a partial bundle. `from` is not changed.
 struct BundleMove {
     struct Failure {
-        std::string step;                  // for the record: "copy", "check", "exchange"
+        std::string step;                  // for the record, such as "copy", "check" or "exchange"
         std::optional<SystemError> error;  // std::nullopt if no system call failed
 
         std::string describe() const;
@@ -30,8 +30,8 @@ struct BundleMove {
     std::function<bool(const std::string& bundle)> isOurs;
     std::function<bool()> isCancelled;  // checked before the exchange or the move
 
-    // Blocks while the bundle is copied. A process runs one move at a time, because `pid` is part of the
-    // hidden name.
+    // Blocks while the bundle is copied. Run one move at a time in a process, because only `pid` makes
+    // the hidden name unique.
     std::expected<QuarantineReport, Failure> run(const BundleFiles& files, pid_t pid) const;
 
     // Removes the hidden copies that ended processes left in the folder. `pid` is this process. A copy with

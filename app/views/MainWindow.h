@@ -10,18 +10,18 @@
 namespace tarnik {
 
 // The only window. Its size is 460 by 560. On a smaller screen the window has the available size and its
-// contents scroll. Closing hides the window. It then keeps its position. Main thread only.
+// contents scroll. Closing hides the window. Main thread only.
 class MainWindow : public QWidget {
 public:
     MainWindow(WindowContent content, MainView::OnIntent onIntent);
 
     void setContent(const WindowContent& content);
 
-    // The text appears once a page has a link field.
+    // The link appears as soon as the window shows a link field.
     void fillLinkField(const std::string& link);
 
-    // Shows the window in front with the focus. The first call centres the window. Later calls use the
-    // previous position of the window. A visible window is not moved.
+    // Shows the window in front with the focus. The first call centres the window. Later calls restore
+    // its last position, or centre it if that screen is gone. A visible window is not moved.
     void present();
 
     // Called in this order when the user closes the window.

@@ -22,7 +22,7 @@ struct HttpError {
         file,         // the destination can't be written
         unresolved,   // the host name or the proxy's name has no address
         unreachable,  // no connection to the server or the proxy
-        proxyLogin,   // the proxy requires a name and a password; a proxy for http reports badStatus 407
+        proxyLogin,   // the proxy requires a name and a password; for https only
         untrusted,    // the server's certificate isn't trusted
         notValidNow,  // the server's certificate has expired or isn't valid yet
         transport,    // any other failure
@@ -30,7 +30,7 @@ struct HttpError {
 
     Kind kind = Kind::transport;
     int code = 0;      // the HTTP status for badStatus, an errno value for file
-    std::string text;  // for the kinds from unresolved on: one short line from libcurl or the loader
+    std::string text;  // for the kinds from unresolved on: one short line that explains the failure
 
     bool operator==(const HttpError&) const = default;
 };
@@ -40,7 +40,7 @@ std::string describe(const HttpError& error);
 
 // Limits of a request. The name resolution, the connection and the TLS handshake must together complete
 // within `timeout`. After that the average rate over each period of `timeout` must be at least
-// `floorBytesPerSecond`. A faster transfer may take any time.
+// `floorBytesPerSecond`. The total time has no limit.
 struct HttpOptions {
     std::int64_t bodyBytes = std::int64_t{1} << 20;  // a larger body fails
     Seconds timeout = Seconds(20);
@@ -82,8 +82,8 @@ struct Http {
     }
 
     // Stores the body in the file `destination`, which only this user can read. Replaces a file or link
-    // there. An incomplete body is kept in a temporary file in the same folder. On failure the temporary file
-    // is removed and the destination is unchanged. The last call of `progress` follows the replacement.
+    // there. The body is first written to a temporary file in the same folder. On failure that file is
+    // removed and the destination is unchanged. The last call of `progress` follows the replacement.
     static std::expected<void, HttpError> download(const std::string& url, const std::string& destination,
                                                    const HttpOptions& options = downloadOptions(),
                                                    const Progress& progress = {});

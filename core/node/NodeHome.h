@@ -58,7 +58,7 @@ struct NodeHome {
     std::string runtimeDir() const;
     std::string nodeBinary() const;
     std::string appDir() const;
-    std::string entry() const;       // the script for the runtime
+    std::string entry() const;       // the helper's main script, which the runtime runs
     std::string wrapper() const;     // the helper's command for terminals
     std::string joinRecord() const;  // written by the helper once this machine has joined an account
 

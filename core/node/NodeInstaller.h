@@ -39,7 +39,8 @@ struct NodeInstallerDeps {
 
 // Installs the pinned Node.js runtime and the signed helper package in the node home.
 //
-// Each archive is downloaded into a staging folder, checked and unpacked. Two renames then replace the
+// The runtime is kept if it has the pinned version. Any other archive is downloaded into a staging folder,
+// checked and unpacked. Two renames then replace the
 // installed folder: the old folder moves into the staging folder, and the new folder takes its place. So the
 // runtime and the package are each complete or absent at every moment. After a crash, the next install adds
 // the missing folder. The provenance record is updated after each replacement.
@@ -66,8 +67,8 @@ public:
 
     std::expected<void, InstallError> install(const Progress& progress) const;
 
-    // Returns the version of the installed package; see InstalledVersion.h. An empty version blocks every
-    // install.
+    // Returns the version of the installed package; see InstalledVersion.h. Returns an empty text if the
+    // version can't be read. install() then refuses every release.
     std::optional<std::string> installedVersion() const;
 
 private:

@@ -27,7 +27,7 @@ public:
     using RealTime = std::function<Seconds(Seconds)>;
 
     // `kill` sends a signal, as kill(2) does. It is called only before the child is reaped. `realTime`
-    // converts a time-out to the time to block. Tests with a fake clock replace it.
+    // returns the real time to wait for a time-out; tests shorten it.
     explicit ChildProcess(pid_t pid);
     ChildProcess(pid_t pid, Kill kill, RealTime realTime = std::identity());
 

@@ -18,7 +18,7 @@ inline constexpr Seconds margin{120};
 }  // namespace KeepAwakeCap
 
 // Decides from samples whether the helper node, the driver and this application have been quiet for long
-// enough. A value, owned by an UpdateLoop.
+// enough to install an update. A value, owned by an UpdateLoop.
 struct QuietWatch {
     static constexpr Seconds defaultQuietFor{600};
     static constexpr double defaultDriverAllowancePerMinute = 0.25;
@@ -34,14 +34,15 @@ struct QuietWatch {
 
     Seconds quietFor = defaultQuietFor;
     double driverAllowancePerMinute =
-        defaultDriverAllowancePerMinute;     // processor seconds per minute that count as idle
+        defaultDriverAllowancePerMinute;     // an idle driver uses at most these processor seconds a minute
     std::optional<TimePoint> watchingSince;  // the time of the first sample since a reset
     std::optional<TimePoint> lastBusy;
-    std::optional<Driver> lastDriver;  // of the last sample, if that had the driver's processor time
+    std::optional<Driver> lastDriver;  // from the last sample; std::nullopt if that had no time of the driver
     std::optional<pid_t> holdersNode;  // the node of holdersSeen
     std::unordered_set<KeepAwakeHolder::Seen> holdersSeen;
-    // Set when the cap ended a holder, because the node's work may continue without a holder. Cleared when a
-    // later holder runs, when KeepAwakeCap::maxHold has passed, and when the node is replaced.
+    // Set when the cap ended a holder, because the node's work may continue without one. While it is set, the
+    // node counts as busy. The value is the earliest start of the next holder. Cleared when a holder starts
+    // after it, KeepAwakeCap::maxHold after it, or when the node is replaced.
     std::optional<ActivitySample::Moment> stretchMayContinueUntilHolderAfter;
 
     void observe(const ActivitySample& sample);
@@ -49,7 +50,7 @@ struct QuietWatch {
     // Returns true if the current quiet stretch is at least quietFor long.
     bool isQuiet(TimePoint now) const;
 
-    // Returns the start of the current quiet stretch, or std::nullopt before the first sample.
+    // Returns the start of the current quiet stretch, or std::nullopt before the first sample after a reset.
     std::optional<TimePoint> quietSince() const;
 
     // Starts a new quiet stretch at the next sample. Keeps the data about the driver and the holders.
