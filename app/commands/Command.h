@@ -31,7 +31,7 @@ struct Command {
 namespace StandardOptions {
 
 inline constexpr OptionEntry json{.name = "json", .summary = "print JSON"};
-inline constexpr OptionEntry yes{.name = "yes", .letter = 'y', .summary = "ask nothing"};
+inline constexpr OptionEntry yes{.name = "yes", .letter = 'y', .summary = "don't ask for confirmation"};
 inline constexpr OptionEntry nodeHome{
     .name = "node-home", .value = "DIR", .summary = "use the helper in DIR instead of ~/.tarnik/node"};
 inline constexpr OptionEntry bundle{.name = "bundle",

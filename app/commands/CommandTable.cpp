@@ -21,15 +21,17 @@ constexpr std::array statusOptions{StandardOptions::json,
                                    StandardOptions::nodeHome};
 constexpr std::array connectOptions{
     StandardOptions::yes,
-    OptionEntry{.name = "replace", .summary = "end the connection to the present account"}};
+    OptionEntry{.name = "replace", .summary = "end the connection to the current account"}};
 constexpr std::array quitOptions{OptionEntry{.name = "wait", .summary = "wait until everything has ended"}};
 constexpr std::array historyOptions{
-    OptionEntry{.name = "lines", .letter = 'n', .value = "N", .summary = "show the last N events (50)"},
+    OptionEntry{
+        .name = "lines", .letter = 'n', .value = "N", .summary = "show the last N events (default 50)"},
     StandardOptions::json,
 };
 constexpr std::array logsOptions{
     OptionEntry{.name = "follow", .letter = 'f', .summary = "print new lines as they are written"},
-    OptionEntry{.name = "lines", .letter = 'n', .value = "N", .summary = "show the last N lines (50)"},
+    OptionEntry{
+        .name = "lines", .letter = 'n', .value = "N", .summary = "show the last N lines (default 50)"},
 };
 constexpr std::array examinationOptions{StandardOptions::json, StandardOptions::nodeHome,
                                         StandardOptions::bundle};
@@ -76,7 +78,7 @@ constexpr std::array commands{
                        "wrong.\n",
             .options = examinationOptions},
     Command{.name = "report",
-            .summary = "gather what support needs, without anything private",
+            .summary = "gather what support needs, with private data hidden",
             .details = "The report is shown, or written to FILE, which must not exist. It is never sent.\n"
                        "Read it before you pass it on.\n",
             .options = reportOptions,
@@ -102,7 +104,7 @@ constexpr std::array commands{
             .argument = "bash|zsh|fish",
             .run = runCompletion},
     Command{.name = "help",
-            .summary = "show this page, or the help of a command",
+            .summary = "show this help, or the help of a command",
             .argument = "[COMMAND]",
             .run = runHelp},
 };

@@ -48,7 +48,7 @@ ExitCode runDoctor(const CommandOptions& options, const CommandDeps& deps) {
         deps.output.line("");
         deps.output.line(problems == 0   ? DoctorTexts::allIsWell
                          : problems == 1 ? DoctorTexts::oneProblem
-                                         : std::to_string(problems) + DoctorTexts::manyProblems);
+                                         : DoctorTexts::manyProblems + std::to_string(problems) + ".");
     }
     return endWithProbes(problems == 0 ? ExitCode::done : ExitCode::failed, tasks, deps.output);
 }

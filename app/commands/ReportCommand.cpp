@@ -32,7 +32,7 @@ std::string settings(const DoctorSubject& subject) {
     const auto& build = subject.host.settings;
     return "web origin: " + build.webOrigin.text() + "\n" +
            "release base: " + (build.nodeReleaseBase ? build.nodeReleaseBase->text() : "absent") + "\n" +
-           "signature check: " + (build.nodeReleasePublicKey ? "on" : "off") + "\n" +
+           "release key: " + (build.nodeReleasePublicKey ? "present" : "absent") + "\n" +
            "minimum helper: " + build.nodeMinVersion.value_or("absent") + "\n" +
            "platform: " + subject.host.platform + "\n" + "executable: " + subject.executable + "\n" +
            "bundle: " + subject.bundle.value_or("absent") + "\n" +

@@ -20,7 +20,7 @@ namespace Texts = UninstallTexts;
 constexpr Seconds stopTimeout = Seconds(60);  // tarnik ends within 40 s
 
 void print(CommandOutput& output, const UninstallPlan& plan, Texts::Text heading) {
-    output.line(output.styled(CommandOutput::Style::bold, heading));
+    if (!plan.items.empty()) output.line(output.styled(CommandOutput::Style::bold, heading));
     for (const auto& item : plan.items)
         output.line("  " + item.what + "  " + output.styled(CommandOutput::Style::dim, item.why));
     if (!plan.kept.empty()) output.line(output.styled(CommandOutput::Style::bold, Texts::leftAlone));
@@ -94,10 +94,9 @@ ExitCode runUninstall(const CommandOptions& options, const CommandDeps& deps) {
     const bool asks = !isDryRun && !options.has(StandardOptions::yes.name);
     const auto plan = UninstallPlan::make(places);
     if (plan.items.empty()) deps.output.line(Texts::nothing);
-    if (!plan.items.empty() || !plan.kept.empty())
-        print(deps.output, plan, isDryRun ? Texts::wouldRemove : Texts::willRemove);
+    print(deps.output, plan, isDryRun ? Texts::wouldRemove : Texts::willRemove);
     if (ControlClient::connect(places.controlFolders)) deps.output.line(Texts::runsNow);
-    if (isDryRun) deps.output.line(Texts::dryRunEnd);
+    if (isDryRun && !plan.items.empty()) deps.output.line(Texts::dryRunEnd);
     if (isDryRun || plan.items.empty()) return ExitCode::done;
     if (asks && ::isatty(STDIN_FILENO) == 0) {
         deps.output.error(Texts::needsYes);

@@ -6,6 +6,7 @@
 #include "app/journal/Explanation.h"
 #include "app/model/WindowContent.h"
 #include "app/texts/FailureTexts.h"
+#include "app/texts/StatusTexts.h"
 
 namespace tarnik {
 namespace {
@@ -47,12 +48,18 @@ std::optional<std::string> reasonOf(const AppState& state, Section section,
     return std::nullopt;
 }
 
+// The heading of the link page is a request. A status states what is the case.
+std::string sentenceOf(const WindowContent& content) {
+    if (content.section == WindowContent::Section::link) return StatusTexts::noAccount;
+    return content.heading.empty() ? content.announcement : content.heading;
+}
+
 // The window shows the outcome of a pairing until the user dismisses it. The status doesn't.
 Status::Connection connectionOf(AppState state, const Url& webOrigin, const Explanations& explanations) {
     if (state.pairing && !isInProgress(state.pairing->phase)) state.pairing.reset();
     const auto content = WindowContent::of(state, webOrigin);
     return {.state = std::string(stateOf(content.section)),
-            .sentence = content.heading.empty() ? content.announcement : content.heading,
+            .sentence = sentenceOf(content),
             .reason = reasonOf(state, content.section, explanations),
             .joined = state.joined};
 }

@@ -86,7 +86,7 @@ std::optional<Finding> checkRoom(Examination& examination) {
     std::array<char, 32> gigabytes{};
     std::snprintf(gigabytes.data(), gigabytes.size(), "%.1f GB",
                   static_cast<double>(*room) / static_cast<double>(1000 * megabyte));
-    return fine(std::string(gigabytes.data()) + " of the disk are free.");
+    return fine(std::string(gigabytes.data()) + " of the disk is free.");
 }
 
 std::optional<Finding> checkLogs(Examination& examination) {

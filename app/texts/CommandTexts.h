@@ -18,8 +18,8 @@ inline constexpr Text programUsage =
     "       tarnik COMMAND [OPTION...]\n"
     "\n"
     "tarnik connects this computer to your account, so that your agent can work on it.\n"
-    "Without a command it opens its window. LINK is a pairing link from your chat; if\n"
-    "tarnik already runs, that program uses the link.\n"
+    "Without a command it shows its icon in the tray, and its window if you have to act.\n"
+    "LINK is a pairing link from your chat; a program whose window runs uses the link.\n"
     "\n"
     "Commands (`tarnik COMMAND --help` describes each):\n";
 inline constexpr Text optionsHeading = "\nOptions:\n";

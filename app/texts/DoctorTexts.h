@@ -11,13 +11,13 @@ struct Text {
 };
 
 // The last line of the doctor.
-inline constexpr const char* allIsWell = "Nothing is wrong.";
+inline constexpr const char* allIsWell = "No problems were found.";
 inline constexpr const char* oneProblem = "There is one problem.";
-inline constexpr const char* manyProblems = " problems.";  // after their number
+inline constexpr const char* manyProblems = "Problems found: ";  // before their number
 
 // The settings of the build.
 inline constexpr Text noRelease{
-    "This build names no server or no key for the helper, so it can't install it.",
+    "This build doesn't name the server or the key of the helper, so tarnik can't install it.",
     "Install a released build of tarnik."};
 inline constexpr Text badKey{"The key of this build is malformed, so no helper can be verified.",
                              "Install tarnik again."};
@@ -29,7 +29,7 @@ inline constexpr Text plainHttp{
 inline constexpr Text badHome{"", "Choose another folder for the helper, or start without --node-home."};
 inline constexpr Text homeIsAFile{" isn't a folder, so the helper can't be installed.",
                                   "Move that file away and start tarnik."};
-inline constexpr Text homeIsALink{" is a link, and tarnik leaves links alone.",
+inline constexpr Text homeIsALink{" is a symbolic link, and tarnik doesn't follow those.",
                                   "Remove the link, or choose the folder that it names with --node-home."};
 inline constexpr Text homeIsOthers{" belongs to another user.",
                                    "Change its owner to you: sudo chown -R \"$USER\" FOLDER"};
@@ -67,8 +67,8 @@ inline constexpr Text noPackage{
     "Quit tarnik, remove the folder app of the helper's folder, and start tarnik; it "
     "installs the helper again."};
 inline constexpr Text noProvenance{
-    "The helper was installed by an earlier version, which kept no record of its "
-    "files. Nothing is known to be wrong.",
+    "There is no record of the installed files, so they can't be compared. An earlier "
+    "version of tarnik kept none.",
     "To get a record, quit tarnik, remove the folder app of the helper's folder, "
     "and start tarnik."};
 inline constexpr Text badProvenance{"The record of the installed files can't be trusted: ",
@@ -90,8 +90,9 @@ inline constexpr Text socketTooLong{" is too long for the driver's socket.",
                                     "Use a shorter path for the application's data."};
 inline constexpr Text supportClosed{" can't be used for the driver's socket.",
                                     "Give yourself access to it: chmod u+rwx FOLDER"};
-inline constexpr Text switchesOff{"The switches for working in your apps are off: ",
-                                  "Open the window (tarnik open) and turn them on."};
+inline constexpr Text switchesOff{
+    "The switches for working in your apps are off: ",
+    "Turn them on in tarnik's window. Without a window the desktop driver stays off."};
 inline constexpr Text translocated{"The system runs tarnik from a temporary place.",
                                    "Move tarnik to the Applications folder and open it there."};
 inline constexpr Text elsewhere{" isn't where tarnik belongs, so its permissions may be lost.",
@@ -100,8 +101,9 @@ inline constexpr Text oldAgent{"An agent of an earlier command-line install star
                                "Start tarnik once; it removes an agent that is its own."};
 inline constexpr Text noLoginItem{"tarnik doesn't start when you log in.",
                                   "Turn it on in the system's list of programs that start at login."};
-inline constexpr Text noBus{"No session bus, so the window has no tray icon and links don't reach it.",
-                            "Log in to a desktop session, or use: tarnik serve"};
+inline constexpr Text noBus{
+    "There is no session bus, so the window has no tray icon and links don't reach it.",
+    "Log in to a desktop session, or use: tarnik serve"};
 inline constexpr Text noTray{"The desktop has no tray, so tarnik shows its window instead of an icon.",
                              "Install a tray extension for your desktop if you want the icon."};
 inline constexpr Text otherHandler{"Links from your chat aren't opened by tarnik.",

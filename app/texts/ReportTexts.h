@@ -6,9 +6,8 @@ namespace tarnik::ReportTexts {
 using Text = const char*;
 
 inline constexpr Text introduction =
-    "tarnik report. It is never sent by itself. Codes, keys, addresses and names are hidden; read it before "
-    "you "
-    "pass it on.\n";
+    "This is the report of tarnik. tarnik never sends it. Codes, keys, addresses and names are hidden where\n"
+    "tarnik recognises them. Read the report before you pass it on.\n";
 inline constexpr Text versions = "Versions";
 inline constexpr Text settings = "Settings of the build";
 inline constexpr Text doctor = "Doctor";

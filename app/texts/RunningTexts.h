@@ -6,7 +6,7 @@ namespace tarnik::RunningTexts {
 using Text = const char*;
 
 inline constexpr Text notRunning =
-    "tarnik isn't running; start it with `tarnik`, or without a window with `tarnik serve`";
+    "it isn't running; start it with: tarnik (or without a window: tarnik serve)";
 inline constexpr Text timedOut = "the running tarnik doesn't answer";
 inline constexpr Text ended = "the running tarnik has ended";
 inline constexpr Text malformed = "the running tarnik is of another version; quit it and start it again";

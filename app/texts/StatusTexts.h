@@ -6,8 +6,11 @@ namespace tarnik::StatusTexts {
 using Text = const char*;
 
 inline constexpr Text notRunning = "tarnik isn't running.";
-inline constexpr Text joined = "This computer has an account. Start tarnik to connect it.";
-inline constexpr Text notJoined = "This computer has no account yet. Start tarnik, then use tarnik connect.";
+inline constexpr Text joined = "This computer is paired with an account. Start tarnik to connect it.";
+inline constexpr Text notJoined =
+    "This computer isn't paired with an account. Start tarnik, then run: tarnik connect";
+inline constexpr Text noAccount =
+    "This computer isn't connected. Ask for a link in your chat, then run: tarnik connect";
 
 // The labels of the rows.
 inline constexpr Text program = "Program";

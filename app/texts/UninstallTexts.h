@@ -28,7 +28,7 @@ inline constexpr Text nothing = "Nothing of tarnik was found.";
 inline constexpr Text willRemove = "tarnik will remove:";
 inline constexpr Text wouldRemove = "tarnik would remove:";
 inline constexpr Text leftAlone = "tarnik leaves alone:";
-inline constexpr Text dryRunEnd = "Nothing was changed. Without --dry-run it is removed.";
+inline constexpr Text dryRunEnd = "Nothing was changed. Run it without --dry-run to remove these.";
 inline constexpr Text runsNow = "tarnik is running. It is stopped first.";
 inline constexpr Text stopping = "Stopping tarnik…";
 inline constexpr Text question = "Remove all of this? Type yes: ";
@@ -37,7 +37,7 @@ inline constexpr Text needsYes = "uninstall asks before it removes anything; wit
 inline constexpr Text stillRunning =
     "the running tarnik didn't end; quit it, then run tarnik uninstall again. Nothing was removed.";
 inline constexpr Text ended = "Nothing more was removed. Run tarnik uninstall again to continue.";
-inline constexpr Text done = "Everything was removed.";
+inline constexpr Text done = "All of the above was removed. The program itself is still installed.";
 inline constexpr Text preferencesKept = "the settings couldn't be removed";
 
 inline std::string notOurs(const std::string& path) {
@@ -45,7 +45,7 @@ inline std::string notOurs(const std::string& path) {
 }
 
 inline std::string notAFile(const std::string& path) {
-    return path + " is a link, or belongs to another user.";
+    return path + " is a symbolic link, or belongs to another user.";
 }
 
 inline std::string notRemoved(const std::string& path) {
