@@ -4,6 +4,7 @@
 #include <string>
 
 #include <fcntl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include "app/commands/Commands.h"
@@ -73,9 +74,11 @@ public:
             }
             const auto answer = client_.receive(std::nullopt);
             if (!answer) return RunningProgram::report(deps_, answer.error());
+            // The answer to a confirmation, which may be too late because the window was quicker. An error
+            // about the connection has the id 0.
+            if (answer->id != *sent && answer->id != 0) continue;
             if (const auto* error = std::get_if<ControlError>(&answer->content))
                 return RunningProgram::report(deps_, *error);
-            if (answer->id != *sent) continue;  // the answer to the confirmation
             if (const auto code = show(std::get<Json>(answer->content), answer->position)) return *code;
         }
     }
@@ -103,11 +106,13 @@ private:
         for (const auto& line : news.lines) deps_.output.line(line);
         const bool isNewPhase = news.phase.has_value();
         if (position == ControlAnswer::Position::last) return end(*progress);
+        if (isNewPhase) isAsking_ = false;
         if (isNewPhase && progress->phase == PairingWord::connecting)
             deps_.output.note(RunningTexts::connecting);
         if (!isNewPhase || progress->phase != PairingWord::waitingForYes) return std::nullopt;
         if (!terminal_) return confirm();
         isAsking_ = true;
+        ::tcflush(terminal_.get(), TCIFLUSH);  // an Enter that was typed before the question is no answer
         deps_.output.note(RunningTexts::pressEnter);
         return std::nullopt;
     }
@@ -131,7 +136,8 @@ private:
 }  // namespace
 
 ExitCode runConnect(const CommandOptions& options, const CommandDeps& deps) {
-    if (!RunningProgram::find(deps)) return RunningProgram::report(deps, Failure::notRunning);
+    if (const auto found = RunningProgram::find(deps); !found)
+        return RunningProgram::report(deps, found.error());
     UniqueFd terminal;
     if (!options.has(StandardOptions::yes.name)) {
         terminal = openTerminal();
@@ -147,7 +153,7 @@ ExitCode runConnect(const CommandOptions& options, const CommandDeps& deps) {
     }
     // A new connection, because the program closes one that is silent while the user types.
     auto client = RunningProgram::find(deps);
-    if (!client) return RunningProgram::report(deps, Failure::notRunning);
+    if (!client) return RunningProgram::report(deps, client.error());
     const auto replace = options.has("replace") ? ControlRequest::Replace::yes : ControlRequest::Replace::no;
     return Pairing(*client, deps, std::move(terminal)).run(link, replace);
 }

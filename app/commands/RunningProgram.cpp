@@ -21,11 +21,8 @@ const char* textOf(ControlClient::Failure failure) {
 
 }  // namespace
 
-std::optional<ControlClient> find(const CommandDeps& deps) {
-    auto client =
-        ControlClient::connect(ControlFolder::candidates(deps.run.environment, deps.run.place.folders));
-    if (!client) return std::nullopt;
-    return *std::move(client);
+std::expected<ControlClient, ControlClient::Failure> find(const CommandDeps& deps) {
+    return ControlClient::connect(ControlFolder::candidates(deps.run.environment, deps.run.place.folders));
 }
 
 ExitCode report(const CommandDeps& deps, ControlClient::Failure failure) {
@@ -40,7 +37,7 @@ ExitCode report(const CommandDeps& deps, const ControlError& error) {
 
 std::expected<Json, ExitCode> ask(const CommandDeps& deps, const ControlRequest& request, Seconds timeout) {
     auto client = find(deps);
-    if (!client) return std::unexpected(report(deps, ControlClient::Failure::notRunning));
+    if (!client) return std::unexpected(report(deps, client.error()));
     auto answer = client->ask(request, timeout);
     if (!answer) return std::unexpected(report(deps, answer.error()));
     if (const auto* error = std::get_if<ControlError>(&answer->content))

@@ -8,8 +8,8 @@
 // The running program, as the commands reach it.
 namespace tarnik::RunningProgram {
 
-// Returns std::nullopt, and prints nothing, if no program runs.
-std::optional<ControlClient> find(const CommandDeps& deps);
+// Connects to the running program. Prints nothing.
+std::expected<ControlClient, ControlClient::Failure> find(const CommandDeps& deps);
 
 // Prints the reason why the running program didn't do what was asked. Returns the exit code for it.
 ExitCode report(const CommandDeps& deps, ControlClient::Failure failure);

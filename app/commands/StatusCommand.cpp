@@ -123,6 +123,8 @@ ExitCode watch(ControlClient& client, Display& display, const CommandOptions& op
 ExitCode runStatus(const CommandOptions& options, const CommandDeps& deps) {
     Display display(options, deps.output);
     auto client = RunningProgram::find(deps);
+    if (!client && client.error() != ControlClient::Failure::notRunning)
+        return RunningProgram::report(deps, client.error());
     if (!client) {
         display.showOnDisk(onDisk(options, deps));
         return display.code();

@@ -62,7 +62,7 @@ void ControlClients::execute(Client number, Connected& client) const {
     while (const auto line = client.connection.nextLine()) {
         const auto request = ControlProtocol::parseRequest(*line);
         if (request) {
-            client.connection.beginRequest();
+            if (!client.connection.beginRequest(request->id)) return;
             client.hasAsked = true;
             return handlers_.onRequest(number, *request);
         }

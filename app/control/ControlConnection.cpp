@@ -51,16 +51,28 @@ std::optional<std::string> ControlConnection::nextLine() {
     const bool isTooLong = end > ControlProtocol::maxRequestBytes;
     if (end == input_.size() && !isTooLong) return std::nullopt;
     if (isTooLong) {
-        inputEnded_ = true;
-        input_.clear();
-        add(ControlProtocol::printError(
-                0, {std::string(ControlErrors::tooLong), std::string(ControlTexts::requestTooLong)}),
-            0, ControlAnswer::Position::last);
+        reject(ControlErrors::tooLong, ControlTexts::requestTooLong);
         return std::nullopt;
     }
     std::string line = input_.substr(0, end);
     input_.erase(0, end + 1);
     return line;
+}
+
+bool ControlConnection::beginRequest(std::int64_t id) {
+    if (stream_ == id) {
+        reject(ControlErrors::malformed, ControlTexts::idInUse);
+        return false;
+    }
+    turn_ = Turn::program;
+    return true;
+}
+
+void ControlConnection::reject(std::string_view code, std::string_view message) {
+    inputEnded_ = true;
+    input_.clear();
+    add(ControlProtocol::printError(0, {std::string(code), std::string(message)}), 0,
+        ControlAnswer::Position::last);
 }
 
 // The first answer to a request ends its execution, also if it opens a stream.

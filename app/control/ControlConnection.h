@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/control/ControlProtocol.h"
 #include "core/foundation/Time.h"
@@ -44,8 +45,9 @@ public:
     // Adds the line of an answer. Returns at once.
     void add(const std::string& line, std::int64_t id, ControlAnswer::Position position);
 
-    // Call after nextLine() has returned a request that the program executes.
-    void beginRequest() { turn_ = Turn::program; }
+    // Call before the program executes a request of nextLine(). Returns false if the open stream has the same
+    // id, because a client can't distinguish their answers; answers with an error then, and reads no more.
+    bool beginRequest(std::int64_t id);
 
     // Returns true if the connection has to be closed: it failed, timed out, or has nothing more to do.
     bool isOver(TimePoint now) const;
@@ -56,6 +58,7 @@ private:
     enum class Turn { client, program, reader };
 
     bool wantsInput() const;
+    void reject(std::string_view code, std::string_view message);
     void queue(const std::string& line);
 
     UniqueFd socket_;

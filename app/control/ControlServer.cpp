@@ -97,6 +97,9 @@ void ControlServer::run() {
         clients_.serve(takeAnswers(), entries.data() + 2);
         if (entries[1].revents != 0) acceptClient();
     }
+    entries.clear();
+    clients_.appendEntries(entries);
+    clients_.serve(takeAnswers(), entries.data());  // the last answers
 }
 
 int ControlServer::millisecondsToNextDue() const {

@@ -13,6 +13,7 @@ inline constexpr Text unknownRequest =
     "The running tarnik doesn't know this command. Quit it and open it again, so that the new version runs.";
 inline constexpr Text requestTooLong = "The request is too long.";
 inline constexpr Text tooManyClients = "Too many commands use the running tarnik. End some of them.";
+inline constexpr Text idInUse = "The connection has an open stream with this id.";
 inline constexpr Text streamOpen = "The connection has an open stream already.";
 inline constexpr Text stopping = "tarnik is quitting.";
 

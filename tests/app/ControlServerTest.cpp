@@ -159,6 +159,11 @@ TEST(ControlServer, refusesEachMalformedLineAndGoesOn) {
     EXPECT_NE(all.find(R"("id":0,"error":{"code":"malformed")"), std::string::npos) << all;
     EXPECT_NE(all.find(R"("id":5,"error":{"code":"version")"), std::string::npos) << all;
     EXPECT_NE(all.find(R"("id":7,"result":{})"), std::string::npos) << "a half-closed client gets its answer";
+
+    const auto streaming = f.socket();
+    LocalSocket::send(streaming.get(), "{\"version\":1,\"id\":7,\"request\":\"watch\"}\n" + statusLine);
+    const auto answers = readToEnd(streaming).value_or("");
+    EXPECT_NE(answers.find(R"("code":"malformed")"), std::string::npos) << "the id of the stream";
 }
 
 TEST(ControlServer, boundsARequestWithoutAnEnd) {
