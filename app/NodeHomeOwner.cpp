@@ -39,13 +39,6 @@ std::optional<Owner> parseOwner(std::string_view note) {
     return std::nullopt;
 }
 
-// Returns the name of the home's note. stat() follows links, so a link to a home results in the same name.
-std::optional<std::string> noteName(const NodeHome& home) {
-    struct stat found{};
-    if (::stat(home.path.c_str(), &found) != 0) return std::nullopt;
-    return "owner-" + std::to_string(found.st_dev) + "-" + std::to_string(found.st_ino);
-}
-
 std::string notesPath(const std::string& applicationSupport) {
     return applicationSupport + "/" + std::string(TarnikIdentity::appName);
 }
@@ -115,11 +108,21 @@ std::string NodeHomeOwner::inUse() const {
 
 std::optional<Owner> NodeHomeOwner::noted(const NodeHome& home, const std::string& applicationSupport) {
     const auto name = noteName(home);
-    const auto path = notesPath(applicationSupport) + "/" + name.value_or("");
-    if (!name || !isRegularFile(path)) return std::nullopt;
-    const auto note = readFile(path, longestNote);
-    const auto owner = note ? parseOwner(*note) : std::nullopt;
+    return name ? notedIn(notesPath(applicationSupport) + "/" + *name) : std::nullopt;
+}
+
+std::optional<Owner> NodeHomeOwner::notedIn(const std::string& note) {
+    if (!isRegularFile(note)) return std::nullopt;
+    const auto text = readFile(note, longestNote);
+    const auto owner = text ? parseOwner(*text) : std::nullopt;
     return owner && ::kill(owner->pid, 0) == 0 ? owner : std::nullopt;
+}
+
+// stat() follows links, so a link to a home results in the same name.
+std::optional<std::string> NodeHomeOwner::noteName(const NodeHome& home) {
+    struct stat found{};
+    if (::stat(home.path.c_str(), &found) != 0) return std::nullopt;
+    return "owner-" + std::to_string(found.st_dev) + "-" + std::to_string(found.st_ino);
 }
 
 }  // namespace tarnik

@@ -52,8 +52,12 @@ public:
     // lock for lockTimeout.
     void take(std::function<void(const std::optional<std::string>& inUse)> done);
 
-    // Returns the process that the home's note names, if it runs. Changes nothing.
+    // Return the process that the note names, if it runs. Change nothing.
     static std::optional<Owner> noted(const NodeHome& home, const std::string& applicationSupport);
+    static std::optional<Owner> notedIn(const std::string& note);
+
+    // Returns the file name of the home's note, or std::nullopt if the home doesn't exist.
+    static std::optional<std::string> noteName(const NodeHome& home);
 
 private:
     using Done = std::function<void(const std::optional<std::string>&)>;

@@ -5,12 +5,14 @@
 #include <unistd.h>
 
 #include "app/commands/Commands.h"
+#include "app/commands/RunningProgram.h"
 #include "app/control/ControlClient.h"
 #include "app/control/ControlFolder.h"
 #include "app/model/ChosenHome.h"
 #include "app/platform/StoredPreferences.h"
 #include "app/texts/UninstallTexts.h"
 #include "app/uninstall/UninstallPlan.h"
+#include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
 namespace {
@@ -19,12 +21,18 @@ namespace Texts = UninstallTexts;
 
 constexpr Seconds stopTimeout = Seconds(60);  // tarnik ends within 40 s
 
+// Removes control characters, which file names may contain.
+std::string printable(const std::string& text) {
+    constexpr std::size_t longestText = 10'000;
+    return sanitizedLine(text, longestText);
+}
+
 void print(CommandOutput& output, const UninstallPlan& plan, Texts::Text heading) {
     if (!plan.items.empty()) output.line(output.styled(CommandOutput::Style::bold, heading));
     for (const auto& item : plan.items)
-        output.line("  " + item.what + "  " + output.styled(CommandOutput::Style::dim, item.why));
+        output.line("  " + printable(item.what) + "  " + output.styled(CommandOutput::Style::dim, item.why));
     if (!plan.kept.empty()) output.line(output.styled(CommandOutput::Style::bold, Texts::leftAlone));
-    for (const auto& sentence : plan.kept) output.line("  " + sentence);
+    for (const auto& sentence : plan.kept) output.line("  " + printable(sentence));
 }
 
 bool isConfirmed(CommandOutput& output) {
@@ -34,29 +42,53 @@ bool isConfirmed(CommandOutput& output) {
     return std::string_view(answer.data()) == "yes\n";
 }
 
-// Stops the running program. Returns false if it doesn't end in time.
-bool stopProgram(const std::vector<std::string>& controlFolders, CommandOutput& output) {
+// Stops the running program. Prints the reason of a failure, and returns the exit code for it.
+ExitCode stopProgram(const std::vector<std::string>& controlFolders, const CommandDeps& deps) {
+    using Failure = ControlClient::Failure;
     auto client = ControlClient::connect(controlFolders);
-    if (!client) return true;
-    output.note(Texts::stopping);
+    if (!client && client.error() == Failure::notRunning) return ExitCode::done;
+    if (!client) return RunningProgram::report(deps, client.error());
+    deps.output.note(Texts::stopping);
     const TimePoint deadline = after(steadyNow(), stopTimeout);
-    if (!client->send({.kind = ControlRequest::Kind::quit})) return true;
+    if (const auto sent = client->send({.kind = ControlRequest::Kind::quit}); !sent)
+        return RunningProgram::report(deps, sent.error());
     // The program closes the connection when it has stopped everything.
     for (;;) {
         const auto answer = client->receive(deadline - steadyNow());
-        if (!answer) return answer.error() != ControlClient::Failure::timedOut;
+        if (answer) {
+            if (const auto* error = std::get_if<ControlError>(&answer->content))
+                return RunningProgram::report(deps, *error);
+        } else if (answer.error() == Failure::timedOut) {
+            deps.output.error(Texts::stillRunning);
+            return ExitCode::homeInUse;
+        } else {
+            return answer.error() == Failure::ended ? ExitCode::done
+                                                    : RunningProgram::report(deps, answer.error());
+        }
     }
 }
 
-// Ends at the first failure. The homes come first, so nothing is removed while a program uses one.
-ExitCode removeAll(const UninstallPlan& plan, CommandOutput& output) {
+// Ends at the first failure. Removes nothing while a program uses a home.
+ExitCode removeAll(const UninstallPlan::Places& places, CommandOutput& output) {
+    const auto locks = lockHomes(places);
+    if (!locks) {
+        output.error(printable(locks.error()));
+        output.note(Texts::nothingRemoved);
+        return ExitCode::homeInUse;
+    }
+    const auto plan = UninstallPlan::make(places);  // some files have gone with the program
+    if (plan.obstacle) {
+        output.error(printable(*plan.obstacle));
+        output.note(Texts::nothingRemoved);
+        return ExitCode::failed;
+    }
     for (const auto& item : plan.items) {
         if (const auto removed = item.remove(); !removed) {
-            output.error(removed.error());
+            output.error(printable(removed.error()));
             output.note(Texts::ended);
             return ExitCode::failed;
         }
-        output.line(Texts::removed(item.what));
+        output.line(printable(Texts::removed(item.what)));
     }
     output.line(Texts::done);
     return ExitCode::done;
@@ -68,6 +100,7 @@ std::expected<std::vector<NodeHome>, std::string> homesOf(const CommandOptions& 
     if (const auto given = options.value(StandardOptions::nodeHome.name)) {
         auto home = NodeHome::resolve(given, run.userFolder);
         if (!home) return std::unexpected(describe(home.error()));
+        if (isLink(home->path)) return std::unexpected(Texts::notAFile(home->path));
         if (!home->isClaimed()) return std::unexpected(Texts::notOurs(home->path));
         return std::vector{*std::move(home)};
     }
@@ -82,7 +115,7 @@ std::expected<std::vector<NodeHome>, std::string> homesOf(const CommandOptions& 
 ExitCode runUninstall(const CommandOptions& options, const CommandDeps& deps) {
     const auto homes = homesOf(options, deps.run);
     if (!homes) {
-        deps.output.error(homes.error());
+        deps.output.error(printable(homes.error()));
         return ExitCode::failed;
     }
     const auto& folders = deps.run.place.folders;
@@ -93,9 +126,14 @@ ExitCode runUninstall(const CommandOptions& options, const CommandDeps& deps) {
     const bool isDryRun = options.has("dry-run");
     const bool asks = !isDryRun && !options.has(StandardOptions::yes.name);
     const auto plan = UninstallPlan::make(places);
-    if (plan.items.empty()) deps.output.line(Texts::nothing);
+    if (plan.items.empty() && !plan.obstacle) deps.output.line(Texts::nothing);
     print(deps.output, plan, isDryRun ? Texts::wouldRemove : Texts::willRemove);
     if (ControlClient::connect(places.controlFolders)) deps.output.line(Texts::runsNow);
+    if (plan.obstacle) {
+        deps.output.error(printable(*plan.obstacle));
+        deps.output.note(Texts::nothingRemoved);
+        return ExitCode::failed;
+    }
     if (isDryRun && !plan.items.empty()) deps.output.line(Texts::dryRunEnd);
     if (isDryRun || plan.items.empty()) return ExitCode::done;
     if (asks && ::isatty(STDIN_FILENO) == 0) {
@@ -103,14 +141,14 @@ ExitCode runUninstall(const CommandOptions& options, const CommandDeps& deps) {
         return ExitCode::wrongUse;
     }
     if (asks && !isConfirmed(deps.output)) {
-        deps.output.note(Texts::notConfirmed);
+        deps.output.note(Texts::nothingRemoved);
         return ExitCode::failed;
     }
-    if (!stopProgram(places.controlFolders, deps.output)) {
-        deps.output.error(Texts::stillRunning);
-        return ExitCode::homeInUse;
+    if (const auto stopped = stopProgram(places.controlFolders, deps); stopped != ExitCode::done) {
+        deps.output.note(Texts::nothingRemoved);
+        return stopped;
     }
-    return removeAll(UninstallPlan::make(places), deps.output);  // some files have gone with the program
+    return removeAll(places, deps.output);
 }
 
 }  // namespace tarnik

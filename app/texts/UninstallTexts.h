@@ -32,16 +32,25 @@ inline constexpr Text dryRunEnd = "Nothing was changed. Run it without --dry-run
 inline constexpr Text runsNow = "tarnik is running. It is stopped first.";
 inline constexpr Text stopping = "Stopping tarnik…";
 inline constexpr Text question = "Remove all of this? Type yes: ";
-inline constexpr Text notConfirmed = "Nothing was removed.";
 inline constexpr Text needsYes = "uninstall asks before it removes anything; without a terminal, add --yes";
 inline constexpr Text stillRunning =
-    "the running tarnik didn't end; quit it, then run tarnik uninstall again. Nothing was removed.";
+    "the running tarnik didn't end; quit it, then run tarnik uninstall again";
 inline constexpr Text ended = "Nothing more was removed. Run tarnik uninstall again to continue.";
-inline constexpr Text done = "All of the above was removed. The program itself is still installed.";
+inline constexpr Text done = "Nothing else was removed. The program itself is still installed.";
+inline constexpr Text nothingRemoved = "Nothing was removed.";
+inline constexpr Text mountsUnknown = "the mounted file systems can't be listed";
 inline constexpr Text preferencesKept = "the settings couldn't be removed";
 
 inline std::string notOurs(const std::string& path) {
     return path + " isn't from tarnik.";
+}
+
+inline std::string notRead(const std::string& path) {
+    return path + " can't be read";
+}
+
+inline std::string mounted(const std::string& path) {
+    return "a file system is mounted at " + path + "; unmount it first";
 }
 
 inline std::string notAFile(const std::string& path) {
@@ -58,6 +67,11 @@ inline std::string removed(const std::string& path) {
 
 inline std::string homeInUse(const std::string& path) {
     return "another tarnik uses " + path + "; quit it first";
+}
+
+inline std::string otherProgram(int process, const std::string& note) {
+    return "another tarnik (process " + std::to_string(process) +
+           ") uses the same logs and settings; quit it first. If that process isn't tarnik, delete " + note;
 }
 
 }  // namespace tarnik::UninstallTexts

@@ -4,6 +4,7 @@
 #include <set>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "core/node/NodeHomeLock.h"
 #include "tests/support/Shell.h"
@@ -62,6 +63,8 @@ TEST(UninstallPlan, removesOnlyWhatIsOurs) {
          folders + "other real/node.log real/tarnik.log real/tarnik.log.1 run state/tarnik "},
         {"ln -sf /dev/null config/autostart/com.tarnik.node.desktop",
          "config/autostart/com.tarnik.node.desktop data other run state "},
+        {"mkdir -p state/tarnik/node.log.1/mine data/tarnik/owner-mine",
+         "config/autostart data/tarnik/owner-mine other run state/tarnik/node.log.1/mine "},
         {"touch .tarnik/cli", ".tarnik/cli " + folders + "other run state "},
     };
     for (const auto& [script, rest] : cases) {
@@ -77,10 +80,29 @@ TEST(UninstallPlan, removesOnlyWhatIsOurs) {
 
 TEST(UninstallPlan, leavesAHomeInUse) {
     const Fixture f;
+    EXPECT_TRUE(lockHomes(f.places, Seconds(0)));
     const auto lock = NodeHomeLock::take(f.places.homes.front());
-    const auto plan = UninstallPlan::make(f.places);
-    EXPECT_FALSE(plan.items.front().remove());
-    EXPECT_TRUE(f.rest().contains(".tarnik/node/app/bin/tarnik-node"));
+    EXPECT_FALSE(lockHomes(f.places, Seconds(0)));
+
+    const Fixture other("echo " + std::to_string(::getppid()) + " console >data/tarnik/owner-1-2");
+    EXPECT_FALSE(lockHomes(other.places, Seconds(0))) << "of a program on another home";
+}
+
+TEST(UninstallPlan, removesNothingWithAnObstacle) {
+    Fixture f;
+    EXPECT_FALSE(UninstallPlan::make(f.places).obstacle);
+    const auto mount = fs::canonical(f.user.path()).string() + "/.tarnik/node/app/my files";
+    f.places.mountPoints = [&] {
+        std::string escaped = mount;
+        escaped.replace(escaped.find(' '), 1, "\\040");
+        return parseMountInfo("36 35 98:0 / " + escaped + " rw,noatime shared:1 - ext4 /dev/sda rw\n");
+    };
+    EXPECT_TRUE(UninstallPlan::make(f.places).obstacle.value_or("").contains(mount));
+    EXPECT_NE(mountPoints().value_or(std::vector<std::string>()), std::vector<std::string>());
+
+    const Fixture unreadable("chmod 300 .tarnik/node");
+    EXPECT_EQ(UninstallPlan::make(unreadable.places).obstacle.has_value(), ::geteuid() != 0);
+    EXPECT_EQ(UninstallPlan::make(unreadable.places).items.front().remove().has_value(), ::geteuid() == 0);
 }
 
 }  // namespace
