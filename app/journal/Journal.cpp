@@ -2,7 +2,10 @@
 
 #include <utility>
 
+#include <unistd.h>
+
 #include "app/journal/SecretFilter.h"
+#include "core/foundation/Files.h"
 #include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
@@ -17,6 +20,13 @@ JournalEvent::Fields publicFields(JournalEvent::Fields fields) {
         if (auto* text = std::get_if<std::string>(&value)) *text = publicText(*text);
     }
     return fields;
+}
+
+// Returns true if the file's last line has no line feed.
+bool endsInsideLine(const std::string& path) {
+    const UniqueFd file = openRegularFile(path);
+    char last = '\n';
+    return file && ::lseek(file.get(), -1, SEEK_END) >= 0 && readInto(file, {&last, 1}) == 1U && last != '\n';
 }
 
 template <class Element>
@@ -37,7 +47,7 @@ std::string Journal::pathIn(const SystemFolders& folders) {
 
 Journal::Journal(const std::string& path, Deps deps)
     : deps_(std::move(deps)),
-      file_{.file = RotatingFile(path, capBytes)},
+      file_{.file = RotatingFile(path, capBytes), .path = path},
       queue_(deps_.makeQueue("tarnik.journal")) {}
 
 Journal::~Journal() {
@@ -80,7 +90,8 @@ void Journal::flush(Seconds timeout) {
 
 // Ends an open line first, so that it damages no other line.
 void Journal::LineFile::append(const std::string& line) {
-    lineIsOpen = !file.append((lineIsOpen ? "\n" : "") + line + "\n");
+    if (!lineIsOpen) lineIsOpen = endsInsideLine(path);  // an earlier run may have failed to write
+    lineIsOpen = !file.append((*lineIsOpen ? "\n" : "") + line + "\n");
 }
 
 void Journal::write() {

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,7 +64,9 @@ private:
     // A file whose lines a full disk may cut short.
     struct LineFile {
         RotatingFile file;
-        bool lineIsOpen = false;  // the last line was not written completely
+        const std::string path;
+        // The last line was not written completely. Unknown until the first line of this run.
+        std::optional<bool> lineIsOpen = std::nullopt;
 
         void append(const std::string& line);
     };

@@ -8,8 +8,11 @@ namespace tarnik {
 namespace {
 
 constexpr std::string_view hidden = "[hidden]";
-constexpr std::string_view breaks = " \t\r\n\"'()<>[]{},;|`";  // between the words of a text
-constexpr std::size_t shortestSecret = 20;                     // pairing codes have 22 characters
+constexpr std::string_view quotes = "\"'`";
+constexpr std::string_view breaks = " \t\r\n\"'()<>[]{},;|`";            // between the words of a text
+constexpr std::string_view separators = " \t\r\n\"'()<>[]{},;|`&?=:\\";  // between names and values
+constexpr std::string_view valueEnds = " \t\r\n\"'()<>[]{},;|`&";        // behind a value without quotes
+constexpr std::size_t shortestSecret = 20;                               // pairing codes have 22 characters
 
 // "-" and "_" are in base64url, "+" in base64. "/" is not included, because it separates the names in a path.
 bool isTokenCharacter(char character) {
@@ -31,72 +34,134 @@ std::string withoutTokens(std::string_view text) {
     return result;
 }
 
-// Returns true if values behind this name are secret: "token", "api_key", "X-Secret".
-bool namesSecret(std::string_view name) {
-    constexpr std::array<std::string_view, 11> words{"token",  "key",           "secret", "code",
-                                                     "sig",    "password",      "passwd", "pwd",
-                                                     "cookie", "authorization", "bearer"};
-    std::string lower(name);
+std::string filteredWord(std::string_view word) {
+    std::string filtered = withoutTokens(word);
+    // Base64 may contain "/". In a word that is no path, the parts around it belong to the same secret.
+    const bool isPath = word.starts_with('/') || word.contains("://");
+    return filtered != word && !isPath && word.contains('/') ? std::string(hidden) : filtered;
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string lower(text);
     std::ranges::transform(lower, lower.begin(), [](char character) {
         return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
     });
+    return lower;
+}
+
+// Returns true if values behind this name are secret: "token", "api_key", "X-Secret".
+bool namesSecret(std::string_view name) {
+    constexpr std::array<std::string_view, 17> words{
+        "token",         "key",        "secret",     "code",        "sig",     "password",
+        "passwd",        "passphrase", "pass",       "pwd",         "session", "cookie",
+        "authorization", "bearer",     "credential", "credentials", "auth"};
+    const auto lower = lowerCase(name);
     return std::ranges::any_of(words, [&](std::string_view word) { return lower.ends_with(word); });
 }
 
+// Returns true if the rest of the line is secret: the value of these headers has several words.
+bool namesHeader(std::string_view name) {
+    const auto lower = lowerCase(name);
+    return lower.ends_with("cookie") || lower.ends_with("authorization");
+}
+
+// Returns true if the value follows without ":" or "=": "--token", "Bearer".
+bool precedesSecret(std::string_view name) {
+    return name == "Basic" || lowerCase(name) == "bearer" || (name.starts_with("--") && namesSecret(name));
+}
+
+// Returns the length of what separates the name from its secret value, with the quote that opens the value.
+// Returns 0 if the value is absent or not secret. `text` follows the name.
+std::size_t lengthToValue(std::string_view name, std::string_view text) {
+    const auto sign = text.find_first_not_of("\\\"'`]) \t");
+    if (sign != text.npos && (text[sign] == ':' || text[sign] == '=') && namesSecret(name)) {
+        const auto value = std::min(text.find_first_not_of(":= \t\r\n([{<", sign), text.size());
+        const auto quote = text.find_first_not_of('\\', value);
+        return quote != text.npos && quotes.contains(text[quote]) ? quote + 1 : value;
+    }
+    if (!precedesSecret(name)) return 0;
+    const auto value = text.find_first_not_of("\\\"'`, \t\r\n");
+    return value == text.npos || text.substr(0, value).find_first_of(" \t\r\n,") == text.npos ? 0 : value;
+}
+
+// Returns the secret value at the start of the text. `before` separates it from its name.
+std::string_view takeValue(std::string_view name, std::string_view before, std::string_view text) {
+    const auto line = text.substr(0, text.find('\n'));
+    if (!before.empty() && quotes.contains(before.back())) {
+        const char quote = before.back();
+        const bool isEscaped = before.ends_with(std::string{'\\', quote});
+        for (std::size_t at = 0; at < line.size(); ++at) {
+            if (line[at] == quote) return line.substr(0, at);
+            if (line[at] != '\\') continue;
+            ++at;  // to the character that the backslash escapes
+            if (isEscaped && at < line.size() && line[at] == quote) return line.substr(0, at - 1);
+        }
+        return line;
+    }
+    if (namesHeader(name)) return line;
+    auto value = text.substr(0, text.find_first_of(valueEnds));
+    while (value.ends_with(':') || value.ends_with('=')) value.remove_suffix(1);  // it may be a name itself
+    return value;
+}
+
 // Keeps the scheme and the host.
-std::string withoutAddress(std::string_view url, std::size_t schemeLength) {
+std::string withoutDetails(std::string_view url, std::size_t schemeLength) {
     std::string_view host = url.substr(schemeLength);
     const auto hostLength = std::min(host.find_first_of("/?#\\"), host.size());
     const bool hasMore = hostLength < host.size();
     host = host.substr(0, hostLength);
     host.remove_prefix(host.find_last_of('@') + 1);  // npos + 1 is 0
-    return std::string(url.substr(0, schemeLength)) + withoutTokens(host) + (hasMore ? "/" : "") +
+    return std::string(url.substr(0, schemeLength)) + std::string(host) + (hasMore ? "/" : "") +
            std::string(hasMore ? hidden : "");
-}
-
-std::string filteredWord(std::string_view word, bool isSecret) {
-    constexpr std::string_view schemeEnd = "://";
-    if (isSecret) return std::string(hidden);
-    if (const auto scheme = word.find(schemeEnd); scheme != word.npos)
-        return withoutAddress(word, scheme + schemeEnd.size());
-    const auto equals = word.find_first_of("=:");
-    if (equals != word.npos && equals + 1 < word.size() && namesSecret(word.substr(0, equals)))
-        return std::string(word.substr(0, equals + 1)) + std::string(hidden);
-    std::string filtered = withoutTokens(word);
-    // Base64 may contain "/". In a word that is no path, the parts around it belong to the same secret.
-    if (filtered != word && !word.starts_with('/') && word.contains('/')) return std::string(hidden);
-    return filtered;
-}
-
-// Returns true if the word after this one is secret: "token:", "--key=", "Bearer".
-bool announcesSecret(std::string_view word) {
-    if (word == "Bearer" || word == "Basic") return true;
-    return (word.ends_with(':') || word.ends_with('=')) && namesSecret(word.substr(0, word.size() - 1));
 }
 
 }  // namespace
 
-std::string withoutSecrets(std::string_view text) {
+std::string withoutNamedSecrets(std::string_view text) {
+    constexpr std::string_view schemeEnd = "://";
     std::string result;
-    bool isSecret = false;  // the next word
-    bool isName = false;    // the last word, of a secret
+    const auto keep = [&](std::size_t length) {
+        result += text.substr(0, length);
+        text.remove_prefix(length);
+    };
+    while (!text.empty()) {
+        auto name = text.substr(0, text.find_first_of(separators));
+        if (text.substr(name.size()).starts_with(schemeEnd)) {
+            const auto url = text.substr(0, text.find_first_of(breaks));
+            result += withoutDetails(url, name.size() + schemeEnd.size());
+            text.remove_prefix(url.size());
+            continue;
+        }
+        keep(name.size());
+        // A value may be the name of another one: "token: Bearer abc".
+        while (const auto length = name.empty() ? 0 : lengthToValue(name, text)) {
+            const auto before = text.substr(0, length);
+            keep(length);
+            const auto value = takeValue(name, before, text);
+            if (!value.empty()) result += hidden;
+            text.remove_prefix(value.size());
+            name = value;
+        }
+        if (name.empty() && !text.empty()) keep(1);
+    }
+    return result;
+}
+
+std::string withoutLongTokens(std::string_view text) {
+    std::string result;
     while (!text.empty()) {
         const auto wordLength = std::min(text.find_first_of(breaks), text.size());
-        const auto word = text.substr(0, wordLength);
-        if (word == ":" || word == "=") {  // as in "token": "..."
-            result += word;
-            isSecret = isName;
-        } else if (!word.empty()) {
-            result += filteredWord(word, isSecret);
-            isSecret = announcesSecret(word);
-            isName = namesSecret(word);
-        }
+        result += filteredWord(text.substr(0, wordLength));
         text.remove_prefix(wordLength);
         const auto breakLength = std::min(text.find_first_not_of(breaks), text.size());
         result += text.substr(0, breakLength);
         text.remove_prefix(breakLength);
     }
     return result;
+}
+
+std::string withoutSecrets(std::string_view text) {
+    return withoutLongTokens(withoutNamedSecrets(text));
 }
 
 }  // namespace tarnik

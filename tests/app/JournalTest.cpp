@@ -78,6 +78,10 @@ TEST(Journal, survivesEveryObstacleOnTheDisk) {
     onFullDisk(fs::file_size(f.path) + 20, [&] { f.journal.record(EventCode::programStarted, "cut short"); });
     f.journal.record(EventCode::programStarted, "third");
     EXPECT_EQ(f.sentences(), (Sentences{"first", "third"}));
+    onFullDisk(fs::file_size(f.path) + 20, [&] { f.journal.record(EventCode::programStarted, "cut short"); });
+    Journal next(f.path, {.now = [&] { return f.now; }, .makeQueue = [&](const auto&) { return f.disk; }});
+    next.record(EventCode::programStarted, "next run");
+    EXPECT_EQ(f.sentences(), (Sentences{"first", "third", "next run"}));
 }
 
 TEST(Journal, keepsTwoFilesOfBoundedSize) {
@@ -112,7 +116,17 @@ TEST(SecretFilter, removesAddressesCodesTokensAndKeys) {
         {"tarnik://" + code, "tarnik://[hidden]"},
         {"token=abc, --key: xyz", "token=[hidden], --key: [hidden]"},
         {R"({"api_key" : "abc"})", R"({"api_key" : "[hidden]"})"},
-        {"Authorization: Bearer abc", "Authorization: [hidden] [hidden]"},
+        {"Authorization: Bearer abc", "Authorization: [hidden]"},
+        {"--token abc --password 'two words' end", "--token [hidden] --password '[hidden]' end"},
+        {"/cb?state=1&token=abc&x=2", "/cb?state=1&token=[hidden]&x=2"},
+        {"error:token=abc", "error:token=[hidden]"},
+        {R"({\"token\":\"abc\",\"n\":1})", R"({\"token\":\"[hidden]\",\"n\":1})"},
+        {R"("password": "two \" words", "n": "")", R"("password": "[hidden]", "n": "")"},
+        {"Cookie: a=1; sid=xyz\nend", "Cookie: [hidden]\nend"},
+        {"passphrase: a credentials=b auth=c pass=d",
+         "passphrase: [hidden] credentials=[hidden] auth=[hidden] pass=[hidden]"},
+        {"token: Bearer abc", "token: [hidden] [hidden]"},
+        {"The helper ended: exit 3", "The helper ended: exit 3"},
         {"key wJalrXUtnFEMIK7MDENG/bPxRfi== ok", "key [hidden] ok"},
         {"mkdir /home/me/.tarnik/node failed: No space", "mkdir /home/me/.tarnik/node failed: No space"},
     };
