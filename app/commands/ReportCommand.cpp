@@ -1,4 +1,7 @@
+#include <cerrno>
+
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -9,6 +12,7 @@
 #include "app/report/Report.h"
 #include "app/texts/ReportTexts.h"
 #include "core/foundation/Files.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/node/NodeInstaller.h"
 
@@ -18,6 +22,7 @@ namespace {
 constexpr std::size_t journalEvents = 200;
 constexpr std::size_t logLines = 200;
 constexpr std::size_t logBytes = 100'000;
+constexpr std::size_t longestMessage = 1000;
 
 std::string versions(const DoctorSubject& subject) {
     utsname system{};
@@ -68,6 +73,14 @@ std::string gathered(const DoctorSubject& subject, const ProgramRun& run, const 
     return reportText(sources, Redaction(Redaction::Names::ofThisMachine(run.environment, run.userFolder)));
 }
 
+// Returns false with errno set if a file is at the path, or if the path can't be examined.
+bool isFree(const std::string& path) {
+    struct stat found{};
+    if (::lstat(path.c_str(), &found) != 0) return errno == ENOENT;
+    errno = EEXIST;
+    return false;
+}
+
 // A new file that only this user can read. It is removed again unless all was written. An existing file is
 // left unchanged.
 class NewFile {
@@ -99,12 +112,12 @@ private:
 
 ExitCode runReport(const CommandOptions& options, const CommandDeps& deps) {
     const auto path = options.arguments().empty() ? std::nullopt : std::optional(options.arguments().front());
-    std::optional<NewFile> file;
     const auto fail = [&](const char* call) {
-        deps.output.error(ReportTexts::notWritten + describe(SystemError::last(call, *path)));
+        deps.output.error(ReportTexts::notWritten +
+                          sanitizedLine(describe(SystemError::last(call, *path)), longestMessage));
         return ExitCode::failed;
     };
-    if (path && !file.emplace(*path).isOpen()) return fail("open");
+    if (path && !isFree(*path)) return fail("open");
     if (path || deps.output.onTerminal()) deps.output.note(ReportTexts::working);
 
     const BackgroundTasks tasks;
@@ -113,8 +126,10 @@ ExitCode runReport(const CommandOptions& options, const CommandDeps& deps) {
         deps.output.write(text);
         return endWithProbes(ExitCode::done, tasks, deps.output);
     }
-    if (!file->write(text)) return fail("write");
-    deps.output.note(ReportTexts::written + *path);
+    NewFile file(*path);  // created late, so that an interrupted command leaves no empty file
+    if (!file.isOpen()) return endWithProbes(fail("open"), tasks, deps.output);
+    if (!file.write(text)) return fail("write");
+    deps.output.note(ReportTexts::written + sanitizedLine(*path, longestMessage));
     return endWithProbes(ExitCode::done, tasks, deps.output);
 }
 

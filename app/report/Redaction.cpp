@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "app/journal/SecretFilter.h"
+#include "core/foundation/Paths.h"
 
 namespace tarnik {
 namespace {
@@ -54,13 +55,14 @@ std::string editRuns(std::string_view text, const Belongs& belongs, const Edit& 
     return result;
 }
 
-// Replaces each e-mail address: text before "@", whatever is behind it.
+// Replaces each e-mail address: text before "@" or "%40", whatever is behind it.
 std::string withoutEmails(std::string_view text) {
     const auto belongs = [](char c) {
         return isWordCharacter(c) || std::string_view(".!#$%&'*+-/=?^_`{|}~@").contains(c);
     };
     return editRuns(text, belongs, [](std::string_view run) {
-        const bool isAddress = run.find('@', 1) != std::string_view::npos;
+        const bool isAddress =
+            run.find('@', 1) != std::string_view::npos || run.find("%40", 1) != std::string_view::npos;
         return isAddress ? std::string(email) : std::string(run);
     });
 }
@@ -106,17 +108,43 @@ std::string withoutColonAddresses(std::string_view text) {
     });
 }
 
+// Returns true for so many groups of so many hexadecimal digits each, with separators between them.
+bool isGrouped(std::string_view run, char separator, std::size_t groups, std::size_t digits) {
+    while (run.starts_with(separator)) run.remove_prefix(1);
+    while (run.ends_with(separator)) run.remove_suffix(1);
+    if (run.size() != groups * (digits + 1) - 1) return false;
+    for (std::size_t at = 0; at < run.size(); ++at)
+        if ((run[at] == separator) != (at % (digits + 1) == digits)) return false;
+    return true;
+}
+
+// Replaces hardware addresses such as aa-bb-cc-dd-ee-ff and aabb.ccdd.eeff.
+std::string withoutHardwareAddresses(std::string_view text) {
+    const auto hide = [](std::string_view within, char separator, std::size_t groups, std::size_t digits) {
+        const auto belongs = [=](char c) { return isHexDigit(c) || c == separator; };
+        return editRuns(within, belongs, [=](std::string_view run) {
+            return isGrouped(run, separator, groups, digits) ? std::string(address) : std::string(run);
+        });
+    };
+    return hide(hide(text, '-', 6, 2), '.', 3, 4);
+}
+
 bool startsWithIgnoringCase(std::string_view text, std::string_view start) {
     const auto isSame = [](char one, char other) { return lower(one) == lower(other); };
     return text.size() >= start.size() && std::ranges::equal(text.substr(0, start.size()), start, isSame);
+}
+
+// Returns true if a name may begin there: at the start, behind a character of no word, and behind "%2F".
+bool beginsWord(std::string_view text, std::size_t at) {
+    if (at == 0 || !isWordCharacter(text[at - 1])) return true;
+    return at >= 3 && text[at - 3] == '%' && isHexDigit(text[at - 2]) && isHexDigit(text[at - 1]);
 }
 
 // Replaces the name where no letter or digit is beside it.
 std::string withoutName(std::string_view text, std::string_view name, std::string_view substitute) {
     std::string result;
     for (std::size_t at = 0; at < text.size();) {
-        const bool begins = at == 0 || !isWordCharacter(text[at - 1]);
-        const bool matches = begins && startsWithIgnoringCase(text.substr(at), name) &&
+        const bool matches = beginsWord(text, at) && startsWithIgnoringCase(text.substr(at), name) &&
                              (at + name.size() == text.size() || !isWordCharacter(text[at + name.size()]));
         if (!matches) {
             result += text[at++];
@@ -141,12 +169,28 @@ std::string withoutFolder(std::string text, const std::string& folder) {
     }
 }
 
+// Replaces the names of folders in the folder of the home folders, whoever they belong to.
+std::string withoutHomeNames(std::string_view text, std::string_view homes) {
+    std::string result;
+    for (;;) {
+        const auto next = text.find(homes);
+        if (next == text.npos) return result + std::string(text);
+        result += text.substr(0, next + homes.size());
+        text.remove_prefix(next + homes.size());
+        const auto* const end = std::ranges::find_if_not(
+            text, [](char c) { return isWordCharacter(c) || c == '.' || c == '-' || c == '_'; });
+        if (end != text.begin()) result += "[user]";
+        text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+    }
+}
+
 }  // namespace
 
 Redaction::Names Redaction::Names::ofThisMachine(const Environment& environment,
                                                  const std::string& userFolder) {
     Names names{.userFolder = userFolder, .users = {}, .hosts = {}};
-    for (const char* variable : {"USER", "LOGNAME"})
+    names.resolvedFolder = realPath(userFolder).value_or(userFolder);
+    for (const char* variable : {"USER", "LOGNAME", "SUDO_USER"})
         if (auto user = environmentValue(environment, variable); !user.empty()) names.users.push_back(user);
     names.users.push_back(userFolder.substr(userFolder.rfind('/') + 1));
     std::array<char, 4096> buffer{};
@@ -184,18 +228,22 @@ Redaction::Redaction(Names names)
 
 std::string Redaction::withoutNames(std::string text) const {
     text = withoutFolder(std::move(text), names_.userFolder);
+    text = withoutFolder(std::move(text), names_.resolvedFolder);
+    for (const char* homes : {"/home/", "/Users/"}) text = withoutHomeNames(text, homes);
     for (const auto& host : names_.hosts) text = withoutName(text, host, "[host]");
     for (const auto& user : names_.users) text = withoutName(text, user, "[user]");
     return text;
 }
 
-// The names come first, because another pass could hide a part of one and leave the rest.
+// URLs and named values come first, because another pass could hide a part of one and leave the rest. For the
+// same reason names precede addresses, and long tokens come last.
 std::string Redaction::apply(std::string_view text) const {
-    std::string result = withoutNames(std::string(text));
+    std::string result = withoutNames(withoutNamedSecrets(text));
+    result = withoutHardwareAddresses(result);
     result = withoutColonAddresses(result);
     result = withoutIPv4(result);
     result = withoutEmails(result);
-    return withoutSecrets(result);
+    return withoutLongTokens(result);
 }
 
 }  // namespace tarnik

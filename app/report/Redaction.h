@@ -20,6 +20,7 @@ public:
         std::string userFolder;  // replaced by "~"
         std::vector<std::string> users;
         std::vector<std::string> hosts;
+        std::string resolvedFolder = {};  // the user's folder without links
 
         // Asks the system and the environment.
         static Names ofThisMachine(const Environment& environment, const std::string& userFolder);

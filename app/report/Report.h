@@ -25,7 +25,7 @@ struct ReportSources {
 std::string reportText(const ReportSources& sources, const Redaction& redaction);
 
 // Returns the last lines of the file, with invalid UTF-8 and control characters removed. Reads at most
-// `maxBytes` of its end, follows no link, and never blocks on a pipe.
+// `maxBytes` of its end, without a line that begins before them. Follows no link, and never blocks on a pipe.
 std::string lastLines(const std::string& path, std::size_t count, std::size_t maxBytes);
 
 }  // namespace tarnik
