@@ -4,6 +4,9 @@
 #include <ctime>
 #include <string_view>
 
+#include "app/journal/Journal.h"
+#include "core/foundation/TextCleanup.h"
+
 namespace tarnik {
 namespace {
 
@@ -29,7 +32,7 @@ Style styleOf(EventCode code) {
 
 std::string eventLine(const JournalEvent& event, const CommandOutput& output) {
     return output.styled(Style::dim, localTime(event.time)) + "  " +
-           output.styled(styleOf(event.code), event.sentence);
+           output.styled(styleOf(event.code), sanitizedLine(event.sentence, Journal::longestText));
 }
 
 }  // namespace tarnik

@@ -10,6 +10,7 @@
 #include "core/foundation/FileWatch.h"
 #include "core/foundation/LogFollower.h"
 #include "core/foundation/LogTail.h"
+#include "core/foundation/TextCleanup.h"
 #include "core/foundation/Utf8.h"
 #include "core/pairing/TerminalText.h"
 
@@ -21,11 +22,14 @@ constexpr std::size_t firstTail = 0x10000;      // bytes
 constexpr std::size_t longestTail = 0x1000000;  // bytes; more than the helper's two files have
 constexpr std::size_t longestLine = 0x10000;    // bytes; a longer line is split
 
-// Prints lines of one log. Escape sequences and control characters of the helper are removed, because they
-// could change the user's terminal. Lines of the journal are printed as `tarnik history` prints them.
+enum class LogKind { journal, helper };
+
+// Prints lines of one log. Escape sequences, control characters and marks of writing direction are removed,
+// because they could change the user's terminal. Lines of the journal are printed as `tarnik history` prints
+// them.
 class LinePrinter {
 public:
-    explicit LinePrinter(CommandOutput& output) : output_(output) {}
+    LinePrinter(LogKind kind, CommandOutput& output) : kind_(kind), output_(output) {}
 
     // Prints the whole lines, and keeps the rest for the next call.
     void print(std::string_view text) {
@@ -48,10 +52,12 @@ public:
 
 private:
     std::string readable() const {
-        const auto event = JournalEvent::parse(line_);
-        return event ? eventLine(*event, output_) : TerminalText::clean(decodeLossy(line_));
+        const auto event = kind_ == LogKind::journal ? JournalEvent::parse(line_) : std::nullopt;
+        if (event) return eventLine(*event, output_);
+        return sanitizedLine(TerminalText::clean(decodeLossy(line_)), longestLine);
     }
 
+    const LogKind kind_;
     CommandOutput& output_;
     std::string line_;  // not complete yet
 };
@@ -77,10 +83,11 @@ std::string tailLines(const LogFollower& follower, std::size_t count) {
 // SIGINT ends the command as it ends other programs: nothing has to be cleaned up.
 ExitCode runLogs(const CommandOptions& options, const CommandDeps& deps) {
     const bool isJournal = !options.arguments().empty() && options.arguments().front() == "tarnik";
+    const auto kind = isJournal ? LogKind::journal : LogKind::helper;
     const auto& folders = deps.run.place.folders;
     const auto path = isJournal ? Journal::pathIn(folders) : deps.run.host().nodeLog;
     const auto count = static_cast<std::size_t>(options.number("lines").value_or(defaultCount));
-    LinePrinter printer(deps.output);
+    LinePrinter printer(kind, deps.output);
     LogFollower follower(path);
     const auto tail = tailLines(follower, count);
     printer.print(tail);

@@ -98,8 +98,9 @@ std::vector<std::string> provenanceLines(const ProvenanceCheck& check) {
     std::vector<std::string> lines{"The record is signed with this build's key."};
     for (const auto& tree : check.trees) {
         lines.push_back(treeLine(tree));
+        const auto folder = sanitizedLine(tree.folder, longestPath);
         forEachDifference(tree.differences, [&](const char* how, const std::string& path) {
-            lines.push_back("  " + std::string(how) + "  " + tree.folder + "/" + path);
+            lines.push_back("  " + std::string(how) + "  " + folder + "/" + path);
         });
         if (tree.differences.count() > mostFiles)
             lines.push_back("  and " + std::to_string(tree.differences.count() - mostFiles) + " more");
