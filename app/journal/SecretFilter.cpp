@@ -38,7 +38,8 @@ std::string filteredWord(std::string_view word) {
     std::string filtered = withoutTokens(word);
     // Base64 may contain "/". In a word that is no path, the parts around it belong to the same secret.
     const bool isPath = word.starts_with('/') || word.contains("://");
-    return filtered != word && !isPath && word.contains('/') ? std::string(hidden) : filtered;
+    if (filtered != word && !isPath && word.contains('/')) return std::string(hidden);
+    return filtered;
 }
 
 std::string lowerCase(std::string_view text) {
