@@ -109,6 +109,7 @@ CommandLine::Build CommandLine::thisBuild() {
 
 std::vector<OptionEntry> CommandLine::options(Build build) {
     std::vector<OptionEntry> entries;
+    entries.reserve(std::size(programOptions));
     for (const auto& option : programOptions) entries.push_back(option.entry);
     return acceptedOptions(entries, build);
 }

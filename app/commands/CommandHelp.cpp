@@ -19,7 +19,7 @@ std::string printed(const Rows& rows) {
     for (const auto& [name, text] : rows) width = std::max(width, name.size());
     std::string page;
     for (const auto& [name, text] : rows)
-        page += "  " + name + std::string(width - name.size() + 2, ' ') + text + "\n";
+        page.append("  ").append(name).append(width - name.size() + 2, ' ').append(text) += '\n';
     return page;
 }
 

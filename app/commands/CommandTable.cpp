@@ -135,6 +135,7 @@ const Command* findCommand(std::string_view name) {
 
 std::string unknownCommand(const std::string& word) {
     std::vector<std::string_view> names;
+    names.reserve(std::size(commands));
     for (const auto& command : commands) names.emplace_back(command.name);
     return CommandTexts::unknownCommand(sanitizedLine(word, longestQuote), nearestName(word, names));
 }

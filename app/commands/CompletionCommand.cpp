@@ -70,7 +70,7 @@ std::string bashValues(const Completed& command) {
     for (const auto& option : command.options) {
         if (!option.takesValue()) continue;
         std::string pattern = command.name + ":--" + option.name;
-        if (option.letter != '\0') pattern += " | " + command.name + ":-" + option.letter;
+        if (option.letter != '\0') pattern.append(" | ").append(command.name).append(":-") += option.letter;
         const auto words = wordsFor(option.value);
         std::string action(
             byKind(option.value, "_tarnik_paths -d; return", "_tarnik_paths -f; return", "return"));
@@ -137,7 +137,8 @@ std::string zshArguments(const Completed& command) {
         const std::string value = option.takesValue() ? ":" + zshAction(option.value) : "";
         const std::string about = "[" + std::string(option.summary) + "]" + value;
         const std::string equals = option.takesValue() ? "=" : "";
-        text += " " + quoted("--" + std::string(option.name) + equals + about);
+        const std::string name = std::string(option.name).append(equals);
+        text += " " + quoted("--" + name + about);
         if (option.letter != '\0') text += " " + quoted(std::string("-") + option.letter + about);
     }
     if (!command.argument.empty()) text += " " + quoted("1:" + zshAction(command.argument));
