@@ -75,7 +75,7 @@ std::string bashValues(const Completed& command) {
         std::string action(
             byKind(option.value, "_tarnik_paths -d; return", "_tarnik_paths -f; return", "return"));
         if (!words.empty()) action = "words=" + quoted(words);
-        lines += "        " + pattern + ") " + action + " ;;\n";
+        lines.append("        ").append(pattern).append(") ").append(action).append(" ;;\n");
     }
     return lines;
 }
@@ -137,9 +137,11 @@ std::string zshArguments(const Completed& command) {
         const std::string value = option.takesValue() ? ":" + zshAction(option.value) : "";
         const std::string about = "[" + std::string(option.summary) + "]" + value;
         const std::string equals = option.takesValue() ? "=" : "";
-        const std::string name = std::string(option.name).append(equals);
-        text += " " + quoted("--" + name + about);
-        if (option.letter != '\0') text += " " + quoted(std::string("-") + option.letter + about);
+        const std::string name = std::string("--").append(option.name).append(equals).append(about);
+        text.append(" ").append(quoted(name));
+        if (option.letter == '\0') continue;
+        const std::string letter = std::string("-").append(1, option.letter).append(about);
+        text.append(" ").append(quoted(letter));
     }
     if (!command.argument.empty()) text += " " + quoted("1:" + zshAction(command.argument));
     return text;

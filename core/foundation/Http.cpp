@@ -295,9 +295,9 @@ Kind Transfer::kindOf(CURLcode result) const {
 }
 
 void Transfer::takeHeader(std::string_view line) {
-    constexpr std::string_view name = "date:";  // in upper or lower case: RFC 9110, section 5.1
-    if (line.size() < name.size() || ::strncasecmp(line.data(), name.data(), name.size()) != 0) return;
-    const auto seconds = curl_.parseDate(std::string(line.substr(name.size())).c_str(), nullptr);
+    const std::string header(line);
+    if (::strncasecmp(header.c_str(), "date:", 5) != 0) return;  // any case: RFC 9110, section 5.1
+    const auto seconds = curl_.parseDate(header.c_str() + 5, nullptr);
     if (seconds >= 0) date_ = std::chrono::sys_seconds(std::chrono::seconds(seconds));
 }
 
