@@ -100,7 +100,8 @@ std::vector<std::string> provenanceLines(const ProvenanceCheck& check) {
         lines.push_back(treeLine(tree));
         const auto folder = sanitizedLine(tree.folder, longestPath);
         forEachDifference(tree.differences, [&](const char* how, const std::string& path) {
-            lines.push_back("  " + std::string(how) + "  " + folder + "/" + path);
+            auto line = std::string("  ").append(how).append("  ").append(folder).append("/").append(path);
+            lines.push_back(std::move(line));
         });
         if (tree.differences.count() > mostFiles)
             lines.push_back("  and " + std::to_string(tree.differences.count() - mostFiles) + " more");

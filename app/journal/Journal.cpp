@@ -55,10 +55,10 @@ Journal::~Journal() {
 }
 
 void Journal::record(EventCode code, std::string_view sentence, JournalEvent::Fields fields) {
-    JournalEvent event{.time = std::chrono::floor<std::chrono::milliseconds>(deps_.now()),
-                       .code = code,
-                       .sentence = publicText(sentence),
-                       .fields = publicFields(std::move(fields))};
+    const JournalEvent event{.time = std::chrono::floor<std::chrono::milliseconds>(deps_.now()),
+                             .code = code,
+                             .sentence = publicText(sentence),
+                             .fields = publicFields(std::move(fields))};
     std::vector<Observer> observers;
     bool wasWriting = false;
     {
