@@ -153,7 +153,7 @@ std::optional<std::string> otherProgram(const std::string& folder, const std::se
     const auto names = namesIn(folder);
     for (const auto& name : names.value_or(Names())) {
         if (!isOwnerNote(name) || ours.contains(name)) continue;
-        const auto note = folder + "/" + name;
+        const auto note = std::string(folder).append("/").append(name);
         const auto owner = NodeHomeOwner::notedIn(note);
         if (owner && owner->pid != ::getpid()) return Texts::otherProgram(owner->pid, note);
     }
