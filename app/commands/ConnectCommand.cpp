@@ -112,7 +112,7 @@ private:
         if (!isNewPhase || progress->phase != PairingWord::waitingForYes) return std::nullopt;
         if (!terminal_) return confirm();
         isAsking_ = true;
-        ::tcflush(terminal_.get(), TCIFLUSH);  // an Enter that was typed before the question is no answer
+        ::tcflush(terminal_.get(), TCIFLUSH);  // drops an Enter that was typed before the question
         deps_.output.note(RunningTexts::pressEnter);
         return std::nullopt;
     }

@@ -12,6 +12,7 @@
 #include "app/report/Report.h"
 #include "app/texts/ReportTexts.h"
 #include "core/foundation/Files.h"
+#include "core/foundation/LogTail.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/foundation/UniqueFd.h"
 #include "core/node/NodeInstaller.h"
@@ -52,6 +53,10 @@ std::string journal(const DoctorSubject& subject) {
     return text;
 }
 
+std::string helperLog(const DoctorSubject& subject) {
+    return std::string(lastLines(readLogTail(subject.host.nodeLog, logBytes), logLines));
+}
+
 // Puts each member on a line of its own, because a report cuts long lines.
 std::string memberLines(const Json& status) {
     std::string lines;
@@ -69,7 +74,7 @@ std::string gathered(const DoctorSubject& subject, const ProgramRun& run, const 
                                 .findings = examine(subject, examinationDeps(subject, status, tasks)),
                                 .status = status ? memberLines(*status) : ReportTexts::statusNotRunning,
                                 .journal = journal(subject),
-                                .helperLog = lastLines(subject.host.nodeLog, logLines, logBytes)};
+                                .helperLog = helperLog(subject)};
     return reportText(sources, Redaction(Redaction::Names::ofThisMachine(run.environment, run.userFolder)));
 }
 

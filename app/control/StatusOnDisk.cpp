@@ -12,7 +12,7 @@
 namespace tarnik {
 namespace {
 
-// Returns the sentences of all explanations, or std::nullopt if there are none.
+// Returns the sentences of all explanations, or std::nullopt without any.
 std::optional<std::string> reasonOf(const std::vector<JournalEvent>& events, WallTime now) {
     std::string all;
     for (const auto& explanation : explain(events, now)) {

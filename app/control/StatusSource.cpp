@@ -34,7 +34,7 @@ std::optional<std::string> sentenceAbout(const Explanations& explanations, Subje
     return found != explanations.end() ? std::optional(found->sentence) : std::nullopt;
 }
 
-// Returns the cause that comes first: without a home there is no install, without an install no helper.
+// Returns the first cause: a missing home prevents the install, and a missing install prevents the helper.
 std::optional<std::string> reasonOf(const AppState& state, Section section,
                                     const Explanations& explanations) {
     if (state.homeError) return state.homeError;

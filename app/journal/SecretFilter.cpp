@@ -36,7 +36,7 @@ std::string withoutTokens(std::string_view text) {
 
 std::string filteredWord(std::string_view word) {
     std::string filtered = withoutTokens(word);
-    // Base64 may contain "/". In a word that is no path, the parts around it belong to the same secret.
+    // Base64 may contain "/". In a word that isn't a path, the parts around it belong to the same secret.
     const bool isPath = word.starts_with('/') || word.contains("://");
     if (filtered != word && !isPath && word.contains('/')) return std::string(hidden);
     return filtered;

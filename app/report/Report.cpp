@@ -3,13 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "app/doctor/FindingText.h"
 #include "app/texts/ReportTexts.h"
-#include "core/foundation/Files.h"
 #include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
@@ -54,21 +49,6 @@ std::string reportText(const ReportSources& sources, const Redaction& redaction)
         section(ReportTexts::status, sources.status) + section(ReportTexts::journal, sources.journal) +
         section(ReportTexts::helperLog, sources.helperLog);
     return ReportTexts::introduction + cleaned(redaction.apply(whole), longestLine);
-}
-
-std::string lastLines(const std::string& path, std::size_t count, std::size_t maxBytes) {
-    const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
-    struct stat found{};
-    if (!file || ::fstat(file.get(), &found) != 0 || !S_ISREG(found.st_mode)) return "";
-    const auto size = static_cast<std::size_t>(found.st_size);
-    if (size > maxBytes && ::lseek(file.get(), static_cast<off_t>(size - maxBytes), SEEK_SET) < 0) return "";
-    std::string bytes(std::min(size, maxBytes), '\0');
-    bytes.resize(readInto(file, bytes).value_or(0));
-    const auto text = size > maxBytes ? withoutFirstLine(bytes) : std::string_view(bytes);
-    auto from = text.size();
-    for (std::size_t lines = 0; from > 0; --from)
-        if (text[from - 1] == '\n' && from < text.size() && ++lines == count) break;
-    return cleaned(text.substr(from), maxBytes);
 }
 
 }  // namespace tarnik

@@ -15,7 +15,7 @@ struct ReportSources {
     std::string versions;  // of the program, the system and the helper
     std::string settings;  // of the build
     std::vector<Finding> findings;
-    std::string status;  // of the running program, or why there is no answer
+    std::string status;  // of the running program, or the reason why it doesn't answer
     std::string journal;
     std::string helperLog;  // the end of it
 };
@@ -23,9 +23,5 @@ struct ReportSources {
 // Returns the report as one text without anything private: every source passes the redaction. The oldest
 // lines of a source that is too long are left out.
 std::string reportText(const ReportSources& sources, const Redaction& redaction);
-
-// Returns the last lines of the file, with invalid UTF-8 and control characters removed. Reads at most
-// `maxBytes` of its end, without a line that begins before them. Follows no link, and never blocks on a pipe.
-std::string lastLines(const std::string& path, std::size_t count, std::size_t maxBytes);
 
 }  // namespace tarnik

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the commands print that talk to the running program.
+// The texts of the commands that use the running program.
 namespace tarnik::RunningTexts {
 
 using Text = const char*;

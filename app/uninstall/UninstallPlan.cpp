@@ -178,7 +178,7 @@ HomeLocks lockNow(const UninstallPlan::Places& places) {
     return locks;
 }
 
-// What is mounted below a folder of ours isn't ours.
+// A file system that is mounted below one of our folders isn't ours.
 void refuseMountPoints(UninstallPlan& plan, const std::optional<std::vector<std::string>>& mountPoints) {
     if (!mountPoints) plan.obstacle = Texts::mountsUnknown;
     for (const auto& item : plan.items) {

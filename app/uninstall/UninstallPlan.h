@@ -44,8 +44,8 @@ struct UninstallPlan {
 };
 
 // Locks the homes until the result is destroyed, so that no program uses them. The error is one line: another
-// program uses one of the homes, or another home with the same logs and settings. Waits, because a program
-// that was told to quit releases its lock soon after its last answer.
+// program uses one of the homes, or another home with the same logs and settings. Waits, because
+// a program that quits releases its lock soon after its last answer.
 std::expected<std::vector<NodeHomeLock>, std::string> lockHomes(const UninstallPlan::Places& places,
                                                                 Seconds timeout = Seconds(3));
 

@@ -92,7 +92,7 @@ bool RotatingFile::isAtPath() const {
 // Renames the file to the older copy and opens a new one. Truncates a file that can't be renamed, for example
 // because the older copy's path is a folder. So the file never exceeds the cap by more than one append.
 void RotatingFile::rotate() {
-    // If the open file is no longer at the path, the older copy is kept.
+    // Keeps the older copy if the open file has left the path.
     if (isAtPath()) {
         const std::string older = path_ + ".1";
         // The older copy is removed first, because on ext4 a rename that replaces a file flushes the new file

@@ -1,11 +1,8 @@
 #include "app/report/Report.h"
 
-#include <fstream>
-
 #include <gtest/gtest.h>
 
 #include "tests/support/PrivateTexts.h"
-#include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
 namespace {
@@ -42,16 +39,6 @@ TEST(Report, keepsWhatExplainsAFailure) {
         EXPECT_EQ(redaction.apply(text), text);
     EXPECT_EQ(redaction.apply("/home/alice.miller/.tarnik"), "~/.tarnik");
     EXPECT_EQ(redaction.apply("aliced.millers"), "aliced.millers") << "another word";
-}
-
-TEST(Report, readsTheEndOfALog) {
-    const TemporaryFolder folder;
-    const auto path = folder.path() + "/node.log";
-    std::ofstream(path) << "one\ntwo\n\x1b[31mthree\nfour";
-    EXPECT_EQ(lastLines(path, 2, 1000), "[31mthree\nfour\n");
-    EXPECT_EQ(lastLines(path, 9, 1000), "one\ntwo\n[31mthree\nfour\n");
-    EXPECT_EQ(lastLines(path, 9, 6), "four\n") << "an incomplete first line may begin inside a secret";
-    EXPECT_EQ(lastLines(folder.path(), 9, 6), "");
 }
 
 }  // namespace
