@@ -83,7 +83,7 @@ Journal::Observer Application::troubleReporter() const {
             const auto journal = weakJournal.lock();
             const auto model = weakModel.lock();
             if (journal && model)
-                model->setHelperTrouble(helperTrouble(journal->events(), std::chrono::system_clock::now()));
+                model->setHelper({.trouble = helperTrouble(journal->events())});
         });
     };
 }

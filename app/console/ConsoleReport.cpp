@@ -61,7 +61,7 @@ void ConsoleReport::error(const std::string& text) {
 }
 
 void ConsoleReport::window() {
-    shown_ = WindowContent::of(model_->state(), model_->webOrigin());
+    shown_ = WindowContent::of(model_->state(), {.webOrigin = model_->webOrigin()});
     for (const auto& line : windowLines(*shown_)) output_.line("window", line);
 }
 
@@ -128,7 +128,7 @@ void ConsoleReport::showLink(const AppState& now, const AppState& next) {
     }
     if (next.replaceOffer && next.replaceOffer != now.replaceOffer) {
         ++linkAnswers_;
-        output_.line("offer", WindowContent::of(next, model_->webOrigin()).heading);
+        output_.line("offer", WindowContent::of(next, {.webOrigin = model_->webOrigin()}).heading);
         output_.hint(ConsoleTexts::answerOffer);
     }
 }
@@ -152,7 +152,7 @@ void ConsoleReport::showPairing(const PairingSession::Snapshot& snapshot) {
 
 void ConsoleReport::showNews(const AppState& state) {
     if (!shown_) return;
-    auto content = WindowContent::of(state, model_->webOrigin());
+    auto content = WindowContent::of(state, {.webOrigin = model_->webOrigin()});
     const auto news = content.newsSince(*shown_);
     shown_ = std::move(content);
     if (!news.empty()) output_.line("window", news);

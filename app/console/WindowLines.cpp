@@ -24,8 +24,8 @@ std::vector<std::string> windowLines(const WindowContent& content) {
     add(content.heading);
     for (const auto& paragraph : content.paragraphs) add(paragraph);
     if (content.linkField) add("<" + content.linkField->placeholder + ">");
-    if (content.message) add(*content.message);
-    if (content.cause) add(*content.cause);
+    if (content.message) add(content.message->text);
+    if (content.message && content.message->cause) add(*content.message->cause);
     std::string buttons;
     for (const auto& button : content.buttons) buttons += (buttons.empty() ? "" : " ") + buttonText(button);
     add(buttons);

@@ -57,7 +57,7 @@ std::string sentenceOf(const WindowContent& content) {
 // The window shows the outcome of a pairing until the user dismisses it. The status doesn't.
 Status::Connection connectionOf(AppState state, const Url& webOrigin, const Explanations& explanations) {
     if (state.pairing && !isInProgress(state.pairing->phase)) state.pairing.reset();
-    const auto content = WindowContent::of(state, webOrigin);
+    const auto content = WindowContent::of(state, {.webOrigin = webOrigin});
     return {.state = std::string(stateOf(content.section)),
             .sentence = sentenceOf(content),
             .reason = reasonOf(state, content.section, explanations),

@@ -93,8 +93,7 @@ Failures failuresOf(const Child& child, const Events& events) {
     return failures;
 }
 
-// Without an age the sentence stays true.
-std::string failureSentence(const Child& child, const Failures& failures, std::optional<Seconds> age) {
+std::string failureSentence(const Child& child, const Failures& failures, Seconds age) {
     if (failures.last.code == child.ended)
         return Texts::stopped(child.name, failures.count, endOf(failures.last), age);
     return Texts::startFailed(child.name, failures.count, reasonOf(failures.last), age);
@@ -106,7 +105,6 @@ std::optional<Explanation> explainChild(const Child& child, const Events& events
     const auto& latest = events.back();
     Explanation result{.subject = child.subject,
                        .sentence = failureSentence(child, failures, ageOf(failures.last, now)),
-                       .summary = failureSentence(child, failures, std::nullopt),
                        .failures = failures.count};
     if (latest.code == child.restart) {
         const auto delay = millisecondsOf(latest, EventField::delay);
@@ -203,13 +201,18 @@ std::vector<Explanation> explain(std::span<const JournalEvent> events, WallTime 
     return found;
 }
 
-std::string helperTrouble(std::span<const JournalEvent> events, WallTime now) {
+std::optional<HelperTrouble> helperTrouble(std::span<const JournalEvent> events) {
     constexpr std::int64_t several = 2;
-    for (const auto& explanation : explain(events, now)) {
-        const bool isRepeated = explanation.subject == Subject::helper && explanation.failures >= several;
-        if (isRepeated && explanation.nextTry) return explanation.summary;
-    }
-    return "";
+    const auto latest = eventsOf(latestRun(events), "helper.", EventCode::pairingConnected);
+    if (latest.empty() || latest.back().code != EventCode::helperRestart) return std::nullopt;
+    const auto failures = failuresOf(helper, latest);
+    if (failures.count < several) return std::nullopt;
+    const bool hasRun = failures.last.code == helper.ended;
+    return HelperTrouble{.kind = hasRun ? HelperTrouble::Kind::stopped : HelperTrouble::Kind::notStarted,
+                         .times = failures.count,
+                         .last = hasRun ? endOf(failures.last) : reasonOf(failures.last),
+                         .at = failures.last.time,
+                         .nextTry = latest.back().time + millisecondsOf(latest.back(), EventField::delay)};
 }
 
 std::string endOf(const JournalEvent& event) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/journal/JournalEvent.h"
+#include "app/model/HelperTrouble.h"
 
 namespace tarnik {
 
@@ -15,9 +16,8 @@ struct Explanation {
     enum class Subject { program, install, helper, driver, pairing, update };
 
     Subject subject = Subject::program;
-    std::string sentence;       // one or more sentences; ages are relative to `now` of explain()
-    std::string summary = {};   // of a child: the failures without ages, for a face that isn't redrawn
-    std::int64_t failures = 0;  // of a child, in a row
+    std::string sentence;                  // one or more sentences; ages are relative to `now` of explain()
+    std::int64_t failures = 0;             // of a child, in a row
     std::optional<WallTime> nextTry = {};  // of a child whose restart is planned
 
     bool operator==(const Explanation&) const = default;
@@ -27,9 +27,9 @@ struct Explanation {
 // explanation for each subject, in the order of Subject. A part that works has none.
 std::vector<Explanation> explain(std::span<const JournalEvent> events, WallTime now);
 
-// Returns a sentence about a helper that failed several times in a row and is going to be started again,
-// otherwise an empty text.
-std::string helperTrouble(std::span<const JournalEvent> events, WallTime now);
+// Returns the trouble of a helper that failed several times in a row and is going to be started again,
+// otherwise std::nullopt.
+std::optional<HelperTrouble> helperTrouble(std::span<const JournalEvent> events);
 
 // Returns how the child of a helper.ended, driver.ended or pairing.ended event ended: "exit 3", "signal 9".
 std::string endOf(const JournalEvent& event);

@@ -243,8 +243,8 @@ void AppModel::refreshSwitches() {
     });
 }
 
-void AppModel::setHelperTrouble(const std::string& sentence) {
-    change([&](AppState& next) { next.helperTrouble = sentence; });
+void AppModel::setHelper(const AppState::Helper& helper) {
+    change([&](AppState& next) { next.helper = helper; });
 }
 
 void AppModel::request(Switch which) {

@@ -76,7 +76,7 @@ public:
     // Restarts the helper and calls `done` on the main thread, with false if a pairing is in progress. Never
     // calls it if stop() drops the call. Needs hasStarted().
     void restartHelper(std::function<void(bool restarted)> done);
-    void setHelperTrouble(const std::string& sentence);
+    void setHelper(const AppState::Helper& helper);
     LinkPairing& pairing() { return *pairing_; }
     void refreshSwitches();
     void request(Switch which);

@@ -117,7 +117,11 @@ std::vector<SampleScreen> sampleScreens() {
     auto starting = installing("");
     starting.joined = true;
     auto failing = joined(NodeStates::Restarting{Seconds(16)});
-    failing.helperTrouble = "The helper stopped 5 times in a row, last with exit 3.";
+    const auto now = std::chrono::system_clock::now();
+    failing.helper.trouble = {.times = 5,
+                              .last = "exit 3",
+                              .at = now - std::chrono::seconds(12),
+                              .nextTry = now + std::chrono::seconds(8)};
     auto halfStale = switched(joined(), {.screenRecording = true});
 
     return {

@@ -18,6 +18,12 @@ void performIntent(const UserIntent& intent, const std::string& pasted, AppModel
         case Kind::cancelPairing: return model.pairing().cancel();
         case Kind::finishPairing: return model.pairing().dismissOutcome();
         case Kind::requestSwitch: return model.request(intent.which);
+        case Kind::pasteLink:
+        case Kind::retryInstall:
+        case Kind::restartHelper:
+        case Kind::showLog:
+        case Kind::copyDetails:
+        case Kind::setStartAtLogin: return;
     }
 }
 

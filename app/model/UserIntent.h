@@ -21,11 +21,18 @@ struct UserIntent {
         cancelPairing,  // cancel the pairing or the check of a link
         finishPairing,  // dismiss the outcome
         requestSwitch,
+        pasteLink,      // put the clipboard's text into the link field, then as connectPasted
+        retryInstall,   // after a failed install
+        restartHelper,  // now, without the delay of the next try
+        showLog,        // open the helper's log
+        copyDetails,    // show the redacted report and offer to copy it
+        setStartAtLogin,
     };
 
     Kind kind = Kind::connectPasted;
     Switch which = Switch::accessibility;  // used by requestSwitch only
     std::optional<JoinCode> offer = {};    // used by connectOffer only
+    bool startsAtLogin = false;            // used by setStartAtLogin only
 
     bool operator==(const UserIntent&) const = default;
 };

@@ -9,6 +9,7 @@ namespace {
 
 using Section = WindowContent::Section;
 using Key = WindowContent::Key;
+using MessageKind = WindowContent::Message::Kind;
 using Intent = UserIntent::Kind;
 
 // Upper bounds, in characters, for untrusted texts.
@@ -28,7 +29,7 @@ WindowContent page(Section section, std::string_view heading) {
 }
 
 void setSymbol(WindowContent& content, std::string_view name, std::string_view accessibleName) {
-    content.symbol = {.name = name, .accessibleName = std::string(accessibleName)};
+    content.symbol = {.name = std::string(name), .accessibleName = std::string(accessibleName)};
 }
 
 void setBusy(WindowContent& content) {
@@ -120,8 +121,7 @@ WindowContent connectedPage() {
 WindowContent reconnectingPage(const AppState& state) {
     auto content = page(Section::reconnecting, WindowTexts::reconnecting);
     setSymbol(content, SymbolName::arrows, WindowTexts::reconnecting);
-    if (!state.helperTrouble.empty())
-        content.paragraphs.push_back(sanitizedLine(state.helperTrouble, longestFailure));
+    content.trouble = state.helper.trouble;
     return content;
 }
 
@@ -196,8 +196,11 @@ WindowContent upperHalf(const AppState& state, const Url& webOrigin) {
         return PairingPage::working(WindowTexts::readingLink);
 
     auto content = state.pairing ? pairingPage(*state.pairing) : restingPage(state, webOrigin);
-    if (state.linkMessage) content.message = sanitizedLine(*state.linkMessage, longestLine);
-    if (state.linkMessage && state.linkCause) content.cause = causeLine(*state.linkCause);
+    if (state.linkMessage) {
+        content.message = {.kind = state.checkingLink ? MessageKind::news : MessageKind::refusal,
+                           .text = sanitizedLine(*state.linkMessage, longestLine)};
+        if (state.linkCause) content.message->cause = causeLine(*state.linkCause);
+    }
     if (state.checkingLink) {
         setBusy(content);
         content.buttons.push_back(cancelButton());
@@ -211,7 +214,7 @@ WindowContent::SwitchRow switchRow(const AppState& state, Switch which) {
     WindowContent::SwitchRow row{.title = name, .description = std::string(why(which))};
     row.on = status == SwitchStatus::on;
     row.symbol = {
-        .name = row.on ? SymbolName::checkmark : SymbolName::circle,
+        .name = std::string(row.on ? SymbolName::checkmark : SymbolName::circle),
         .accessibleName = name + std::string(row.on ? WindowTexts::switchIsOn : WindowTexts::switchIsOff)};
     if (!row.on && !state.stopping)
         row.button = {.title = std::string(WindowTexts::turnOn),
@@ -223,8 +226,8 @@ WindowContent::SwitchRow switchRow(const AppState& state, Switch which) {
 
 }  // namespace
 
-WindowContent WindowContent::of(const AppState& state, const Url& webOrigin) {
-    auto content = upperHalf(state, webOrigin);
+WindowContent WindowContent::of(const AppState& state, const WindowSetting& setting) {
+    auto content = upperHalf(state, setting.webOrigin);
     content.switches.heading = WindowTexts::switchesHeading;
     content.switches.text = WindowTexts::switchesText;
     for (const Switch which : allCases) content.switches.rows.push_back(switchRow(state, which));
@@ -238,8 +241,10 @@ std::string WindowContent::newsSince(const WindowContent& before) const {
         news += text;
     };
     if (announcement != before.announcement) announce(announcement);
-    if (message && message != before.message) announce(*message);
-    if (cause && cause != before.cause) announce(*cause);
+    if (message && message != before.message) {
+        announce(message->text);
+        if (message->cause) announce(*message->cause);
+    }
     for (std::size_t i = 0; i < switches.rows.size() && i < before.switches.rows.size(); ++i)
         if (switches.rows[i].on != before.switches.rows[i].on)
             announce(switches.rows[i].symbol.accessibleName);

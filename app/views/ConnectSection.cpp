@@ -64,8 +64,7 @@ bool ConnectSection::setContent(const WindowContent& content) {
     setParagraphs(content.paragraphs);
     setTerminal(content);
     setLinkField(content);
-    const std::string below = content.cause ? "\n" + *content.cause : "";
-    message_->setPlainText(content.message.value_or(std::string()) + below);
+    message_->setPlainText(content.message ? content.message->text : std::string());
     buttons_->setButtons(content.buttons);
     return controls() != before;
 }

@@ -125,7 +125,7 @@ bool DesktopFace::windowInUse() const {
 }
 
 WindowContent DesktopFace::content() const {
-    return WindowContent::of(model_->state(), model_->webOrigin());
+    return WindowContent::of(model_->state(), {.webOrigin = model_->webOrigin()});
 }
 
 }  // namespace tarnik

@@ -97,7 +97,7 @@ std::string storm(const char* name, MainWindow& window, const MainThread& mainTh
     AppState state;
     const auto model = changingModel(mainThread);
     const ChangeFeed feed(model, mainThread, [&](const AppState&) {
-        window.setContent(WindowContent::of(state, origin));
+        window.setContent(WindowContent::of(state, {.webOrigin = origin}));
         ++drawn;
     });
     auto changes = every(betweenStates, [&](int number) {
@@ -138,8 +138,9 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     const auto mainThread = loop.operations();
-    MainWindow window(WindowContent::of(anotherScreen(0), *Url::parse("https://tarnik.invalid")),
-                      [](const auto&, const auto&) {});
+    MainWindow window(
+        WindowContent::of(anotherScreen(0), {.webOrigin = *Url::parse("https://tarnik.invalid")}),
+        [](const auto&, const auto&) {});
     window.present();
     const auto nothing = storm("nothing", window, mainThread, nullptr);
     const auto text = storm("terminal text", window, mainThread, writing);

@@ -17,7 +17,7 @@ using Section = WindowContent::Section;
 using Intent = UserIntent::Kind;
 
 WindowContent contentOf(const AppState& state) {
-    return WindowContent::of(state, *Url::parse("https://tarnik.test"));
+    return WindowContent::of(state, {.webOrigin = *Url::parse("https://tarnik.test")});
 }
 
 AppState sample(std::string_view name) {
@@ -40,7 +40,7 @@ std::string summary(const WindowContent& content) {
     if (download) text += " (" + download->text + ")";
     if (content.terminal) text += " (terminal)";
     if (content.linkField) text += content.linkField->enabled ? " link" : " link off";
-    if (content.message) text += " | " + content.message->substr(0, content.message->find(' '));
+    if (content.message) text += " | " + content.message->text.substr(0, content.message->text.find(' '));
     for (const auto& button : content.buttons) text += " [" + summary(button) + "]";
     return text;
 }
@@ -158,7 +158,8 @@ TEST(WindowContent, boundsAndCleansTextsFromOutside) {
          {AppState{.setup = Setups::Failed{hostile}, .linkMessage = hostile}, AppState{.homeError = hostile},
           AppState{.setup = Setups::Installing{hostile}}, pairing}) {
         const auto content = contentOf(state);
-        std::string shown = content.announcement + content.message.value_or("") + content.heading;
+        std::string shown =
+            content.announcement + (content.message ? content.message->text : "") + content.heading;
         for (const auto& paragraph : content.paragraphs) shown += paragraph;
         if (content.terminal) shown += content.terminal->text;
         EXPECT_LT(shown.size(), maxTerminalTailBytes + 1000);

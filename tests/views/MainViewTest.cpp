@@ -125,7 +125,7 @@ TEST(MainView, showsForeignTextVerbatim) {
     auto content = sampleContent("connected-switches-off");
     content.heading = content.announcement = outside;
     content.paragraphs = {outside};
-    content.message = outside;
+    content.message = {.text = outside};
     content.buttons = {{.title = outside, .accessibleName = outside}};
     content.terminal = {.text = outside, .accessibleName = "terminal"};
     const ShownView view(content);
@@ -149,7 +149,7 @@ TEST(MainView, announcesNewsToScreenReaders) {
     for (int i = 0; i < node->childCount(); ++i)
         if (const auto* child = node->child(i); child->role() == QAccessible::Notification)
             announced.push_back(child->text(QAccessible::Name).toStdString());
-    EXPECT_EQ(announced, std::vector{*refused.message});
+    EXPECT_EQ(announced, std::vector{refused.message->text});
 }
 
 }  // namespace tarnik

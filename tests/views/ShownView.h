@@ -19,7 +19,7 @@ namespace tarnik {
 inline WindowContent sampleContent(std::string_view name) {
     const auto screens = sampleScreens();
     const auto found = std::ranges::find(screens, name, &SampleScreen::name);
-    return WindowContent::of(found->state, *Url::parse("https://tarnik.invalid"));
+    return WindowContent::of(found->state, {.webOrigin = *Url::parse("https://tarnik.invalid")});
 }
 
 // A shown window that records the reported intents.
