@@ -250,7 +250,7 @@ const cases = [
       for (const DBUS_SESSION_BUS_ADDRESS of ['unix:path=/nowhere/at/all', undefined]) {
         const before = buses(run);
         const alone = run.desktop.start(run.program, run.place.words, run.place.environment, {
-          DBUS_SESSION_BUS_ADDRESS, XDG_RUNTIME_DIR: undefined });
+          DBUS_SESSION_BUS_ADDRESS, XDG_RUNTIME_DIR: run.place.runtimeFolder });
         run.console = alone;
         const said = await alone.expect(/no session bus/, 0, run.deadline);
         quotes.push(said, await run.windowAppears());
@@ -263,7 +263,7 @@ const cases = [
   {
     name: 'a second program on the same home names the first, and ends',
     reach: async (run) => {
-      const loneBus = { DBUS_SESSION_BUS_ADDRESS: 'unix:path=/nowhere/at/all', XDG_RUNTIME_DIR: undefined };
+      const loneBus = { DBUS_SESSION_BUS_ADDRESS: 'unix:path=/nowhere/at/all', XDG_RUNTIME_DIR: run.place.runtimeFolder };
       const first = run.launch();
       await run.windowAppears();
       const who = new RegExp(`process ${first.pid}, with a window.* uses the node folder ${run.place.nodeHome}`);

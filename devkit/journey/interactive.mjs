@@ -1,7 +1,7 @@
 // Runs the program for a user at the window or at the terminal.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { writeFileSync } from 'node:fs';
+import { existsSync, readdirSync, symlinkSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 
 // Issues three links: a fresh link in each of the two forms, and a used link.
@@ -97,12 +97,19 @@ async function playTogether(program, { environment, words: placeWords }, words) 
   }
 }
 
-// The window needs the session's runtime folder.
+// The window needs the sockets of the session, but not the control socket of another program.
+function linkSession({ runtimeFolder }) {
+  const session = process.env.XDG_RUNTIME_DIR;
+  if (process.platform === 'darwin' || !session || !existsSync(session)) return;
+  for (const name of readdirSync(session).filter((entry) => entry !== 'tarnik')) {
+    symlinkSync(path.join(session, name), path.join(runtimeFolder, name));
+  }
+}
+
 export function playInWindow(program, place) {
-  const environment = { ...place.environment, XDG_RUNTIME_DIR: process.env.XDG_RUNTIME_DIR };
-  const own = { ...place, environment };
-  console.log(windowWelcome(place.service, writeCommand(program, own)));
-  return playTogether(program, own, []);
+  linkSession(place);
+  console.log(windowWelcome(place.service, writeCommand(program, place)));
+  return playTogether(program, place, []);
 }
 
 export function playInTerminal(program, place) {

@@ -43,7 +43,7 @@ function foldersFor(root, home) {
       XDG_DATA_HOME: folders.applicationSupport,
       XDG_STATE_HOME: folders.logs,
       XDG_CONFIG_HOME: path.join(root, 'config'),
-      XDG_RUNTIME_DIR: undefined,  // another program's control socket may be there
+      XDG_RUNTIME_DIR: path.join(root, 'runtime'),  // another program's control socket may be in the session's
     },
   };
 }
@@ -57,6 +57,7 @@ export async function layOut(
   const home = path.join(root, 'home');
   const nodeHome = path.join(home, '.tarnik', 'node');
   mkdirSync(home);
+  mkdirSync(path.join(root, 'runtime'), { mode: 0o700 });
   const folders = foldersFor(root, home);
 
   const folder = path.join(root, 'release');
@@ -84,6 +85,7 @@ export async function layOut(
     description: path.join(nodeHome, 'app', 'lib', 'node_modules', 'openclaw', 'tarnik-node.json'),
     joinRecord: path.join(nodeHome, 'trust', 'web-key.json'),
     driver: standIns && installDriver(bundle, path.join(standIns, 'cua-driver')),
+    runtimeFolder: path.join(root, 'runtime'),
     driverRoot: path.join(folders.applicationSupport, 'tarnik', 'cua'),
     keepAwake,
     nodeLog: path.join(folders.logs, 'tarnik', 'node.log'),
