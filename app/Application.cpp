@@ -1,9 +1,11 @@
 #include "app/Application.h"
 
+#include <cstdlib>
 #include <utility>
 
 #include <unistd.h>
 
+#include "app/ProcessSetup.h"
 #include "app/bundle/BuildKind.h"
 #include "app/control/ControlFolder.h"
 #include "app/journal/ChildRecorder.h"
@@ -15,6 +17,9 @@
 
 namespace tarnik {
 namespace {
+
+constexpr Seconds stopLimit = Seconds(50);  // stopping the children takes up to 40 s
+constexpr Seconds finishLimit = Seconds(5);
 
 // Replaces the node home of the preferences with the node home of the command line.
 UserDefaults withNodeHome(UserDefaults defaults, const std::optional<std::string>& nodeHome) {
@@ -46,6 +51,7 @@ Application::Application(const CommandLine& line, HostEnvironment host, const Pr
     journal_->observe(troubleReporter());
     model_->observe([journal = journal_](const AppState& now, const AppState& next) {
         recordChange(*journal, now, next);
+        if (next.stopping && !now.stopping) endWithin(stopLimit, EXIT_FAILURE);
     });
 }
 
@@ -82,8 +88,7 @@ Journal::Observer Application::troubleReporter() const {
         post([weakJournal, weakModel] {
             const auto journal = weakJournal.lock();
             const auto model = weakModel.lock();
-            if (journal && model)
-                model->setHelper({.trouble = helperTrouble(journal->events())});
+            if (journal && model) model->setHelper({.trouble = helperTrouble(journal->events())});
         });
     };
 }
@@ -172,6 +177,7 @@ void Application::startControl(NodeHomeOwner::Face face) {
 }
 
 int Application::finish(int exitStatus) {
+    endWithin(finishLimit, exitStatus);
     control_.reset();
     recordEnd(*journal_, exitStatus);
     if (!tasks_.isIdle()) ::_exit(exitStatus);

@@ -62,7 +62,7 @@ public:
 
     // Closes the control socket, records the end and returns `exitStatus`. If a background task such as a
     // download still runs, ends the process with this status instead of returning. Tasks are never joined,
-    // and each can be interrupted at any moment.
+    // and each can be interrupted at any moment. The process ends at most 5 s after this call.
     int finish(int exitStatus);
 
 private:

@@ -4,12 +4,14 @@
 #include <cstdlib>
 #include <exception>
 #include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include "app/ProgramStart.h"
 #include "app/texts/ProgramTexts.h"
+#include "core/foundation/ThreadName.h"
 
 namespace tarnik {
 namespace {
@@ -42,6 +44,19 @@ void openStandardDescriptors() {
 void exitOutOfThreads() {
     printError(ProgramTexts::outOfThreads);
     ::_exit(EXIT_FAILURE);
+}
+
+// Prints nothing, because standard error may hang like the disk.
+void endWithin(Seconds limit, int exitStatus) {
+    try {
+        std::thread([limit, exitStatus] {
+            setThreadName("tarnik.end");
+            std::this_thread::sleep_for(limit);
+            ::_exit(exitStatus);
+        }).detach();
+    } catch (const std::system_error&) {
+        return;
+    }
 }
 
 void setUpProcess() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/foundation/Time.h"
+
 namespace tarnik {
 
 // Prepares the process for child processes. Call it first in main(), before any thread starts.
@@ -13,5 +15,9 @@ void setUpProcess();
 
 // Exits with the message that a required thread can't be started. Call from any thread.
 [[noreturn]] void exitOutOfThreads();
+
+// Ends the process with `exitStatus` if it still runs after `limit`. The end of the program writes logs and
+// removes files, so a disk that hangs would hold it otherwise. If no thread is available, nothing is limited.
+void endWithin(Seconds limit, int exitStatus);
 
 }  // namespace tarnik

@@ -26,6 +26,14 @@ TEST(ProcessSetupDeathTest, exitsWithAMessageIfNoThreadCanBeStarted) {
                 "^tarnik: the system can.t create another thread");
 }
 
+TEST(ProcessSetupDeathTest, endsInSpiteOfACallThatHangs) {
+    const auto hang = [] {
+        endWithin(Seconds(0.01), 7);
+        ::pause();
+    };
+    EXPECT_EXIT(hang(), testing::ExitedWithCode(7), "");
+}
+
 // No other test checks the numbers of new descriptors.
 TEST(ProcessSetup, opensTheStandardDescriptors) {
     const std::array saved{UniqueFd::duplicate(0), UniqueFd::duplicate(1), UniqueFd::duplicate(2)};
