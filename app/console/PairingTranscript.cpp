@@ -11,7 +11,7 @@ namespace {
 constexpr const char* leftOut = "\u2026";
 
 // Returns the longest suffix of `text` with at most `count` line feeds.
-std::string_view lastLines(std::string_view text, std::size_t count) {
+std::string_view newestLines(std::string_view text, std::size_t count) {
     std::size_t at = text.size();
     for (std::size_t lines = 0; at > 0; --at) {
         if (text[at - 1] == '\n' && ++lines > count) break;
@@ -26,7 +26,7 @@ PairingTranscript::News PairingTranscript::update(const PairingSession::Snapshot
     const std::string_view all = snapshot.text;
     const std::uint64_t end = snapshot.textStart + all.size();
     const std::string_view fresh = all.substr(all.size() - std::min<std::uint64_t>(all.size(), end - seen_));
-    const std::string_view shown = lastLines(fresh, maxLines);
+    const std::string_view shown = newestLines(fresh, maxLines);
     if (end - seen_ > shown.size()) {
         finishLine(news.lines);
         news.lines.emplace_back(leftOut);

@@ -22,12 +22,20 @@ std::string printable(const std::string& text) {
     return sanitizedLine(text, longest);
 }
 
+namespace {
+
+std::string whole(const std::string& text) {
+    return sanitizedLine(text, text.size());
+}
+
+}  // namespace
+
 std::string findingsText(const std::vector<Finding>& findings) {
     std::string text;
     for (const auto& finding : findings) {
-        text += std::string(nameOf(finding.severity)) + " " + finding.code + ": " +
-                printable(finding.sentence) + "\n";
-        if (!finding.remedy.empty()) text += "    " + printable(finding.remedy) + "\n";
+        text += std::string(nameOf(finding.severity)) + " " + finding.code + ": " + whole(finding.sentence) +
+                "\n";
+        if (!finding.remedy.empty()) text += "    " + whole(finding.remedy) + "\n";
     }
     return text;
 }

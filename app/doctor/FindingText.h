@@ -7,10 +7,11 @@
 
 namespace tarnik {
 
-// Returns the text without control characters and line breaks. Paths and servers may have any.
+// Returns the text for a terminal: without control characters and line breaks, which paths and answers of
+// servers may have, and cut to 1000 characters.
 std::string printable(const std::string& text);
 
-// Returns one line per finding, and its remedy below it.
+// Returns one line per finding, and its remedy below it. Cuts nothing, because the text is redacted later.
 std::string findingsText(const std::vector<Finding>& findings);
 
 // Returns a JSON object with all findings and the number of problems.

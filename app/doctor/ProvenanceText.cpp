@@ -39,7 +39,8 @@ std::string_view nameOf(Record record) {
     return "good";
 }
 
-// The record is a file that another program may have changed, so its names are cleaned.
+// Calls `report` with at most `mostFiles` paths. The record is a file that another program may have changed,
+// so its names may have control characters.
 void forEachDifference(const TreeDifferences& differences,
                        const std::function<void(const char* how, const std::string& path)>& report) {
     const std::pair<const char*, const std::vector<std::string>*> kinds[] = {
@@ -47,7 +48,7 @@ void forEachDifference(const TreeDifferences& differences,
     std::size_t count = 0;
     for (const auto& [how, paths] : kinds)
         for (const auto& path : *paths)
-            if (count++ < mostFiles) report(how, sanitizedLine(path, longestPath));
+            if (count++ < mostFiles) report(how, path);
 }
 
 std::string reasonOf(const ProvenanceCheck& check) {
@@ -100,7 +101,8 @@ std::vector<std::string> provenanceLines(const ProvenanceCheck& check) {
         lines.push_back(treeLine(tree));
         const auto folder = sanitizedLine(tree.folder, longestPath);
         forEachDifference(tree.differences, [&](const char* how, const std::string& path) {
-            auto line = std::string("  ").append(how).append("  ").append(folder).append("/").append(path);
+            auto line = std::string("  ").append(how).append("  ").append(folder).append("/");
+            line += sanitizedLine(path, longestPath);
             lines.push_back(std::move(line));
         });
         if (tree.differences.count() > mostFiles)
@@ -114,8 +116,8 @@ std::string provenanceJson(const ProvenanceCheck& check) {
     for (const auto& tree : check.trees) {
         std::string files;
         forEachDifference(tree.differences, [&](const char* how, const std::string& path) {
-            files += std::string(files.empty() ? "" : ",") + R"({"path":)" + quotedJson(path) +
-                     R"(,"how":")" + how + "\"}";
+            files += std::string(files.empty() ? "" : ",") + R"({"path":)" +
+                     quotedJson(sanitizedLine(path, longestPath)) + R"(,"how":")" + how + "\"}";
         });
         trees += (trees.empty() ? "" : ",") + (R"({"name":)" + quotedJson(tree.name)) + R"(,"version":)" +
                  quotedJson(sanitizedLine(tree.version, longestPath)) + R"(,"state":")" +

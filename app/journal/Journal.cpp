@@ -11,8 +11,10 @@
 namespace tarnik {
 namespace {
 
+// Removes control characters first, because they could divide a secret. Cuts the text last, because the
+// filter doesn't recognise the beginning of a secret.
 std::string publicText(std::string_view text) {
-    return sanitizedLine(withoutSecrets(text), Journal::longestText);
+    return sanitizedLine(withoutSecrets(sanitizedLine(text, text.size())), Journal::longestText);
 }
 
 JournalEvent::Fields publicFields(JournalEvent::Fields fields) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <span>
 
 namespace tarnik {
 namespace {
@@ -50,14 +51,25 @@ std::string lowerCase(std::string_view text) {
     return lower;
 }
 
+bool endsWithAny(std::string_view name, std::span<const std::string_view> words) {
+    const auto lower = lowerCase(name);
+    return std::ranges::any_of(words, [&](std::string_view word) { return lower.ends_with(word); });
+}
+
 // Returns true if values behind this name are secret: "token", "api_key", "X-Secret".
 bool namesSecret(std::string_view name) {
     constexpr std::array<std::string_view, 17> words{
-        "token",         "key",        "secret",     "code",        "sig",     "password",
-        "passwd",        "passphrase", "pass",       "pwd",         "session", "cookie",
-        "authorization", "bearer",     "credential", "credentials", "auth"};
-    const auto lower = lowerCase(name);
-    return std::ranges::any_of(words, [&](std::string_view word) { return lower.ends_with(word); });
+        "token",         "key",    "secret",     "code",        "sig",     "password",
+        "passwd",        "phrase", "pass",       "pwd",         "session", "cookie",
+        "authorization", "bearer", "credential", "credentials", "auth"};
+    return endsWithAny(name, words);
+}
+
+// Returns true if a value without quotes may have several words: "password: correct horse".
+bool mayNameWords(std::string_view name) {
+    constexpr std::array<std::string_view, 7> words{"key",    "secret", "password", "passwd",
+                                                    "phrase", "pass",   "pwd"};
+    return endsWithAny(name, words);
 }
 
 // Returns true if the rest of the line is secret: the value of these headers has several words.
@@ -85,6 +97,20 @@ std::size_t lengthToValue(std::string_view name, std::string_view text) {
     return value == text.npos || text.substr(0, value).find_first_of(" \t\r\n,") == text.npos ? 0 : value;
 }
 
+// Returns the word at the start of the text, and the words behind it that aren't names themselves.
+std::string_view takeWords(std::string_view text) {
+    std::size_t end = std::min(text.find_first_of(valueEnds), text.size());
+    while (end < text.size() && (text[end] == ' ' || text[end] == '\t')) {
+        const auto word = text.find_first_not_of(" \t", end);
+        const auto next = std::min(text.find_first_of(valueEnds, word), text.size());
+        const auto following = word == text.npos ? "" : text.substr(word, next - word);
+        if (following.empty() || following.starts_with("--") || following.find_first_of(":=") != text.npos)
+            break;
+        end = next;
+    }
+    return text.substr(0, end);
+}
+
 // Returns the secret value at the start of the text. `before` separates it from its name.
 std::string_view takeValue(std::string_view name, std::string_view before, std::string_view text) {
     const auto line = text.substr(0, text.find('\n'));
@@ -100,9 +126,20 @@ std::string_view takeValue(std::string_view name, std::string_view before, std::
         return line;
     }
     if (namesHeader(name)) return line;
-    auto value = text.substr(0, text.find_first_of(valueEnds));
+    auto value = mayNameWords(name) ? takeWords(text) : text.substr(0, text.find_first_of(valueEnds));
     while (value.ends_with(':') || value.ends_with('=')) value.remove_suffix(1);  // it may be a name itself
     return value;
+}
+
+// Returns the length of the URL at the start of the text. A user name, a password and an IPv6 address may
+// contain characters that end the rest of it.
+std::size_t lengthOfUrl(std::string_view text, std::size_t schemeLength) {
+    const auto authority = text.substr(0, text.find_first_of(" \t\r\n\"'`<>/?#\\", schemeLength));
+    const auto at = authority.find_last_of('@');
+    std::size_t host = at == authority.npos || at < schemeLength ? schemeLength : at + 1;
+    const auto bracket = authority.find(']', host);
+    if (authority.substr(host).starts_with('[') && bracket != authority.npos) host = bracket + 1;
+    return std::min(text.find_first_of(breaks, host), text.size());
 }
 
 // Keeps the scheme and the host.
@@ -128,8 +165,9 @@ std::string withoutNamedSecrets(std::string_view text) {
     while (!text.empty()) {
         auto name = text.substr(0, text.find_first_of(separators));
         if (text.substr(name.size()).starts_with(schemeEnd)) {
-            const auto url = text.substr(0, text.find_first_of(breaks));
-            result += withoutDetails(url, name.size() + schemeEnd.size());
+            const auto schemeLength = name.size() + schemeEnd.size();
+            const auto url = text.substr(0, lengthOfUrl(text, schemeLength));
+            result += withoutDetails(url, schemeLength);
             text.remove_prefix(url.size());
             continue;
         }

@@ -102,9 +102,12 @@ TEST(JournalReader, skipsDamagedLines) {
     const std::string late =
         R"({"time":"9999-03-01T09:00:01.234Z","event":"program.started","sentence":"x"})";
     const std::string unknown = R"({"time":"2026-03-01T09:00:01.234Z","event":"new","sentence":"x"})";
+    const std::string escape =
+        R"({"time":"2026-03-01T09:00:01.234Z","event":"program.ended","sentence":"a\u009bb"})";
     f.folder.write("state/tarnik.log", good + "\n" + good.substr(9) + std::string(9000, '{') + "\n" + late +
-                                           "\n" + unknown + "\n\xff\n" + good + good.substr(0, 40));
-    EXPECT_EQ(f.sentences(), (Sentences{"good", "good"}));
+                                           "\n" + unknown + "\n\xff\n" + escape + "\n" + good +
+                                           good.substr(0, 40));
+    EXPECT_EQ(f.sentences(), (Sentences{"good", "ab", "good"}));
 }
 
 TEST(SecretFilter, removesAddressesCodesTokensAndKeys) {
@@ -126,6 +129,7 @@ TEST(SecretFilter, removesAddressesCodesTokensAndKeys) {
         {"passphrase: a credentials=b auth=c pass=d",
          "passphrase: [hidden] credentials=[hidden] auth=[hidden] pass=[hidden]"},
         {"token: Bearer abc", "token: [hidden] [hidden]"},
+        {"pass\tphrase: a b, c; key=d e --no", "pass\tphrase: [hidden], c; key=[hidden] --no"},
         {"The helper ended: exit 3", "The helper ended: exit 3"},
         {"key wJalrXUtnFEMIK7MDENG/bPxRfi== ok", "key [hidden] ok"},
         {"mkdir /home/me/.tarnik/node failed: No space", "mkdir /home/me/.tarnik/node failed: No space"},

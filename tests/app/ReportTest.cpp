@@ -22,12 +22,16 @@ TEST(Report, losesWhatIsPrivateInEverySource) {
         }
     }
     const std::string code = "k3jX9aQz77bVmN2pLr8w";
-    const auto cut = std::string(1990, '.') + " " + code;
-    EXPECT_FALSE(
-        reportText(
-            {.versions = cut, .settings = {}, .findings = {}, .status = {}, .journal = {}, .helperLog = {}},
-            redaction)
-            .contains("k3jX9"));
+    for (const std::size_t before : {990U, 1990U}) {
+        const auto cut = std::string(before, '.') + " " + code;
+        const ReportSources sources{.versions = cut,
+                                    .settings = {},
+                                    .findings = {{"x", Severity::error, cut, ""}},
+                                    .status = {},
+                                    .journal = {},
+                                    .helperLog = {}};
+        EXPECT_FALSE(reportText(sources, redaction).contains("k3jX9")) << before;
+    }
 }
 
 TEST(Report, keepsWhatExplainsAFailure) {
