@@ -43,7 +43,8 @@ std::string startedByUsers(const std::string& executable) {
 }
 
 // Returns the reason why the program can't run with this command line, or std::nullopt.
-std::optional<std::string> problemWith(const CommandLine& line) {
+std::optional<std::string> problemWith(const CommandLine& line, const std::string& userFolder) {
+    if (const auto home = NodeHome::resolve(line.nodeHome, userFolder); !home) return describe(home.error());
     if (line.bundle && !isFolder(*line.bundle)) return *line.bundle + " isn't a bundle folder";
     if (line.nodeHome && exists(*line.nodeHome) && !isFolder(*line.nodeHome))
         return "the node folder " + *line.nodeHome + " isn't a folder";
@@ -84,8 +85,8 @@ HostEnvironment ProgramRun::host() const {
 }
 
 int runProgram(const CommandLine& line, const char* name, const ProgramFace& face) {
-    if (const auto wrong = problemWith(line)) return refuseStart(*wrong);
     const auto run = ProgramRun::current(line.bundle, name);
+    if (const auto wrong = problemWith(line, run.userFolder)) return refuseStart(*wrong);
     makeApplicationSupport(run.place.folders.applicationSupport);
     return face(line, run.host(), run.place);
 }

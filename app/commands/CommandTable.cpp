@@ -10,6 +10,7 @@
 #include "app/commands/Commands.h"
 #include "app/texts/CommandTexts.h"
 #include "core/foundation/TextCleanup.h"
+#include "core/node/NodeHome.h"
 
 namespace tarnik {
 namespace {
@@ -157,6 +158,9 @@ int runCommand(const Command& command, RunCommand run, const std::vector<std::st
     }
     if (const auto problem = problemWithArguments(command, options->arguments())) return refuse(*problem);
     const auto environment = ProgramRun::current(options->value(StandardOptions::bundle.name), programName);
+    const auto home =
+        NodeHome::resolve(options->value(StandardOptions::nodeHome.name), environment.userFolder);
+    if (!home) return refuse(describe(home.error()));
     const auto code = run(*options, {.output = output, .run = environment});
     if (!output.hasFailed()) return exitStatus(code);
     output.error(CommandTexts::cantWrite);

@@ -38,8 +38,11 @@ std::optional<std::string> readLine(int fd) {
 // Returns the link of the command line or of standard input, so that it need not be visible to other users.
 std::string linkOf(const CommandOptions& options, CommandOutput& output) {
     if (!options.arguments().empty()) return options.arguments().front();
-    if (output.onTerminal() && ::isatty(STDIN_FILENO) != 0) output.write(RunningTexts::pasteLink);
-    return std::string(trimWhitespace(readLine(STDIN_FILENO).value_or("")));
+    const bool isAsking = output.onTerminal() && ::isatty(STDIN_FILENO) != 0;
+    if (isAsking) output.write(RunningTexts::pasteLink);
+    const auto line = readLine(STDIN_FILENO);
+    if (isAsking && !line) output.line("");
+    return std::string(trimWhitespace(line.value_or("")));
 }
 
 // The terminal on which the user can be asked, also if standard input is a pipe.
@@ -68,7 +71,10 @@ public:
         if (!sent) return RunningProgram::report(deps_, sent.error());
         while (true) {
             if (isAsking_ && client_.waitForInput(terminal_.get())) {
-                if (!readLine(terminal_.get())) return ExitCode::failed;  // closing the connection cancels
+                if (!readLine(terminal_.get())) {
+                    deps_.output.error(RunningTexts::notConfirmed);
+                    return ExitCode::failed;  // closing the connection cancels the pairing
+                }
                 if (const auto code = confirm()) return *code;
                 continue;
             }

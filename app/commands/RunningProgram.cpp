@@ -32,7 +32,7 @@ ExitCode report(const CommandDeps& deps, ControlClient::Failure failure) {
 
 ExitCode report(const CommandDeps& deps, const ControlError& error) {
     deps.output.error(sanitizedLine(error.message, longestMessage));
-    return ExitCode::failed;
+    return error.code == ControlErrors::notJoined ? ExitCode::notConnected : ExitCode::failed;
 }
 
 std::expected<Json, ExitCode> ask(const CommandDeps& deps, const ControlRequest& request, Seconds timeout) {

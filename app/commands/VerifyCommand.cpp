@@ -5,19 +5,24 @@
 
 namespace tarnik {
 
+namespace {
+
+ExitCode refuse(const std::string& reason, bool asJson, CommandOutput& output) {
+    output.error(reason);
+    if (asJson) output.line(provenanceJson({.reason = reason}));
+    return ExitCode::failed;
+}
+
+}  // namespace
+
 ExitCode runVerify(const CommandOptions& options, const CommandDeps& deps) {
     const auto subject = examinedInstallation(options, deps.run);
-    if (!subject.home) {
-        deps.output.error(describe(subject.home.error()));
-        return ExitCode::failed;
-    }
-    if (!subject.home->isInstalled()) {
-        deps.output.error(DoctorTexts::notInstalled.sentence);
-        return ExitCode::failed;
-    }
+    const bool asJson = options.has(StandardOptions::json.name);
+    if (!subject.home) return refuse(describe(subject.home.error()), asJson, deps.output);
+    if (!subject.home->isInstalled()) return refuse(DoctorTexts::notInstalled.sentence, asJson, deps.output);
     const auto check = ProvenanceCheck::of(*subject.home, subject.host.settings.nodeReleasePublicKey,
                                            ReleaseCrypto::platform());
-    if (options.has(StandardOptions::json.name)) {
+    if (asJson) {
         deps.output.line(provenanceJson(check));
     } else {
         for (const auto& line : provenanceLines(check)) deps.output.line(line);

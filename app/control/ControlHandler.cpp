@@ -102,7 +102,7 @@ void ControlHandler::restart(Client client, const ControlRequest& request) {
     if (std::holds_alternative<Setups::Failed>(state.setup)) return refused(WindowTexts::installFailed);
     if (!std::holds_alternative<Setups::Ready>(state.setup)) return refused(LinkTexts::stillInstalling);
     if (std::holds_alternative<NodeStates::WaitingForLink>(state.node))
-        return refused(ControlTexts::notJoined);
+        return refuse(client, request, ControlErrors::notJoined, ControlTexts::notJoined);
     model_->restartHelper(guard_.wrap([this, client, request](bool restarted) {
         if (restarted) return answer(client, request);
         refuse(client, request, ControlErrors::busy, ControlTexts::pairingInProgress);

@@ -46,6 +46,7 @@ inline constexpr std::string_view tooMany = "tooMany";
 inline constexpr std::string_view busy = "busy";
 inline constexpr std::string_view refused = "refused";
 inline constexpr std::string_view joined = "joined";
+inline constexpr std::string_view notJoined = "notJoined";
 inline constexpr std::string_view cancelled = "cancelled";
 inline constexpr std::string_view stopping = "stopping";
 

@@ -90,7 +90,7 @@ TEST(ControlHandler, streamsTheStatusWhileSomebodyWatches) {
     f.advance(5s);
     EXPECT_EQ(f.answers.size(), before) << "nothing has changed";
     f.join();
-    EXPECT_EQ(f.ask(2, Kind::restart).substr(0, 2), "2!") << "it waits for a link";
+    EXPECT_EQ(f.ask(2, Kind::restart).substr(0, 12), "2! notJoined") << "it waits for a link";
     f.goodLinks = {FakeMachine::code('a')};
     f.replaceBy('a');
     f.settle();
