@@ -98,7 +98,8 @@ constexpr std::array commands{
     Command{.name = "uninstall",
             .summary = "stop tarnik and remove the helper, the logs and the settings",
             .details = "It removes only what is from tarnik, and shows it before. The program itself is\n"
-                       "removed by the package manager, or by moving the application to the Trash.\n",
+                       "removed by the package manager, or by moving the application to the Trash.\n"
+                       "With the --node-home of a second helper, it removes only that helper.\n",
             .options = uninstallOptions},
     Command{.name = "completion",
             .summary = "print the completions for a shell",

@@ -5,13 +5,16 @@
 #include <unistd.h>
 
 #include "app/commands/Commands.h"
+#include "app/commands/ExaminedInstallation.h"
 #include "app/commands/RunningProgram.h"
 #include "app/control/ControlClient.h"
 #include "app/control/ControlFolder.h"
+#include "app/control/Status.h"
 #include "app/model/ChosenHome.h"
 #include "app/platform/StoredPreferences.h"
 #include "app/texts/UninstallTexts.h"
 #include "app/uninstall/UninstallPlan.h"
+#include "core/foundation/Paths.h"
 #include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
@@ -95,40 +98,56 @@ ExitCode removeAll(const UninstallPlan::Places& places, CommandOutput& output) {
 }
 
 // Returns the home of the command line, or the chosen and the default one.
-std::expected<std::vector<NodeHome>, std::string> homesOf(const CommandOptions& options,
-                                                          const ProgramRun& run) {
-    if (const auto given = options.value(StandardOptions::nodeHome.name)) {
-        auto home = NodeHome::resolve(given, run.userFolder);
-        if (!home) return std::unexpected(describe(home.error()));
-        if (isLink(home->path)) return std::unexpected(Texts::notAFile(home->path));
-        if (!home->isClaimed()) return std::unexpected(Texts::notOurs(home->path));
-        return std::vector{*std::move(home)};
-    }
+std::expected<UninstallPlan::Places, std::string> placesOf(const CommandOptions& options,
+                                                           const ProgramRun& run) {
+    const auto& folders = run.place.folders;
+    UninstallPlan::Places places{.homes = {},
+                                 .folders = folders,
+                                 .controlFolders = ControlFolder::candidates(run.environment, folders)};
     const NodeHome standard{.path = NodeHome::defaultPath(run.userFolder), .isDefault = true};
-    const auto chosen = chosenHome(storedPreferences(run.place.folders, [](const auto&) {}), run.userFolder);
-    if (!chosen || chosen->isDefault) return std::vector{standard};
-    return std::vector{*chosen, standard};
+    const auto chosen =
+        chosenHome(storedPreferences(folders, [](const auto&) {}), run.userFolder).value_or(standard);
+    const auto given = options.value(StandardOptions::nodeHome.name);
+    if (!given) {
+        places.homes.push_back(chosen);
+        if (!chosen.isDefault) places.homes.push_back(standard);
+        return places;
+    }
+    auto home = NodeHome::resolve(given, run.userFolder);
+    if (!home) return std::unexpected(describe(home.error()));
+    if (isLink(home->path)) return std::unexpected(Texts::notAFile(home->path));
+    if (!home->isClaimed()) return std::unexpected(Texts::notOurs(home->path));
+    if (resolvingLinks(home->path) != resolvingLinks(chosen.path)) places.otherHome = chosen.path;
+    places.homes.push_back(*std::move(home));
+    return places;
+}
+
+// Returns true if a program runs and has to end first. One that uses another home may go on if only a home is
+// removed.
+bool mustStop(const UninstallPlan::Places& places, const ProgramRun& run) {
+    if (!places.otherHome) return ControlClient::connect(places.controlFolders).has_value();
+    const auto status = statusOfRunningCopy(run);
+    const auto running = status ? Status::of(*status) : std::nullopt;
+    const auto home = running ? running->folders.nodeHome : std::nullopt;
+    return home && resolvingLinks(*home) == resolvingLinks(places.homes.front().path);
 }
 
 }  // namespace
 
 ExitCode runUninstall(const CommandOptions& options, const CommandDeps& deps) {
-    const auto homes = homesOf(options, deps.run);
-    if (!homes) {
-        deps.output.error(printable(homes.error()));
+    const auto found = placesOf(options, deps.run);
+    if (!found) {
+        deps.output.error(printable(found.error()));
         return ExitCode::failed;
     }
-    const auto& folders = deps.run.place.folders;
-    const UninstallPlan::Places places{
-        .homes = *homes,
-        .folders = folders,
-        .controlFolders = ControlFolder::candidates(deps.run.environment, folders)};
+    const auto& places = *found;
     const bool isDryRun = options.has("dry-run");
     const bool asks = !isDryRun && !options.has(StandardOptions::yes.name);
     const auto plan = UninstallPlan::make(places);
     if (plan.items.empty() && !plan.obstacle) deps.output.line(Texts::nothing);
     print(deps.output, plan, isDryRun ? Texts::wouldRemove : Texts::willRemove);
-    if (ControlClient::connect(places.controlFolders)) deps.output.line(Texts::runsNow);
+    const bool stopsFirst = mustStop(places, deps.run);
+    if (stopsFirst) deps.output.line(Texts::runsNow);
     if (plan.obstacle) {
         deps.output.error(printable(*plan.obstacle));
         deps.output.note(Texts::nothingRemoved);
@@ -144,7 +163,9 @@ ExitCode runUninstall(const CommandOptions& options, const CommandDeps& deps) {
         deps.output.note(Texts::nothingRemoved);
         return ExitCode::failed;
     }
-    if (const auto stopped = stopProgram(places.controlFolders, deps); stopped != ExitCode::done) {
+    const bool mayRunOn = places.otherHome && !stopsFirst;
+    const auto stopped = mayRunOn ? ExitCode::done : stopProgram(places.controlFolders, deps);
+    if (stopped != ExitCode::done) {
         deps.output.note(Texts::nothingRemoved);
         return stopped;
     }

@@ -45,6 +45,11 @@ inline std::string notOurs(const std::string& path) {
     return path + " isn't from tarnik.";
 }
 
+inline std::string sharedFiles(const std::string& otherHome) {
+    return "The logs, the settings and the login item belong to the helper in " + otherHome +
+           ". To remove that one and them, leave out --node-home.";
+}
+
 inline std::string notRead(const std::string& path) {
     return path + " can't be read";
 }

@@ -173,6 +173,7 @@ HomeLocks lockNow(const UninstallPlan::Places& places) {
             return std::unexpected(Texts::homeInUse(home.path));
         }
     }
+    if (places.otherHome) return locks;
     if (auto other = otherProgram(supportFolder(places.folders), notes))
         return std::unexpected(*std::move(other));
     return locks;
@@ -233,9 +234,8 @@ void addFolder(UninstallPlan& plan, const OwnFolder& folder) {
     plan.items.push_back({folder.path, folder.why, [path = folder.path] { return removeEmptyFolder(path); }});
 }
 
-UninstallPlan UninstallPlan::make(const Places& places) {
-    UninstallPlan plan;
-    for (const auto& home : places.homes) addHome(plan, home);
+// Adds the files that don't belong to one home.
+void addSharedFiles(UninstallPlan& plan, const UninstallPlan::Places& places) {
     addFolder(plan, {places.folders.stateFolder(), reasonOfLog, Texts::stateFolder});
     auto support = places.controlFolders;
     const auto mainSupport = supportFolder(places.folders);
@@ -243,6 +243,15 @@ UninstallPlan UninstallPlan::make(const Places& places) {
     for (const auto& path : support)
         addFolder(plan, {path, reasonOfSupportFile, Texts::supportFolder, driverFolder});
     addDesktopItems(plan, places.folders);
+}
+
+UninstallPlan UninstallPlan::make(const Places& places) {
+    UninstallPlan plan;
+    for (const auto& home : places.homes) addHome(plan, home);
+    if (places.otherHome)
+        plan.kept.push_back(Texts::sharedFiles(*places.otherHome));
+    else
+        addSharedFiles(plan, places);
     refuseMountPoints(plan, places.mountPoints());
     return plan;
 }

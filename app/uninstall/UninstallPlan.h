@@ -36,6 +36,8 @@ struct UninstallPlan {
         std::vector<NodeHome> homes;
         SystemFolders folders;
         std::vector<std::string> controlFolders;  // that may contain the control socket
+        // The home whose program uses the logs and settings, if it is none of `homes`. They are kept then.
+        std::optional<std::string> otherHome = {};
         std::function<std::optional<std::vector<std::string>>()> mountPoints = &tarnik::mountPoints;
     };
 

@@ -78,6 +78,15 @@ TEST(UninstallPlan, removesOnlyWhatIsOurs) {
     }
 }
 
+TEST(UninstallPlan, keepsTheFilesOfAnotherHome) {
+    Fixture f("echo " + std::to_string(::getppid()) + " console >data/tarnik/owner-1-2");
+    f.places.otherHome = f.user.path() + "/other";
+    const auto plan = UninstallPlan::make(f.places);
+    EXPECT_EQ(plan.items.size(), 2U) << "the home and the empty folder around it";
+    EXPECT_EQ(plan.kept.size(), 1U);
+    EXPECT_TRUE(lockHomes(f.places, Seconds(0))) << "the program on the other home may go on";
+}
+
 TEST(UninstallPlan, leavesAHomeInUse) {
     const Fixture f;
     EXPECT_TRUE(lockHomes(f.places, Seconds(0)));
