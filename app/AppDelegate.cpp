@@ -82,7 +82,15 @@ void AppDelegate::stateChanged(const AppState& state) {
     const bool isNew = (setupEnded && !checked_.afterSetup) || (nodeReported && !checked_.afterNodeReport);
     checked_.afterSetup |= setupEnded;
     checked_.afterNodeReport |= nodeReported;
-    if (isNew && !windowOpen_ && !quitting_ && state.needsAttention()) showWindow("open");
+    if (isNew && !windowOpen_ && !quitting_ && state.needsAttention() && !isNoticed(state))
+        showWindow("open");
+}
+
+// A window that the user has closed is not opened for a failure that a notice reports.
+bool AppDelegate::isNoticed(const AppState& state) const {
+    const auto& showsNotices = deps_.presentation.showsNotices;
+    return windowWasClosed_ && std::holds_alternative<Setups::Failed>(state.setup) && showsNotices &&
+           showsNotices();
 }
 
 void AppDelegate::checkForUpdates() {
@@ -97,6 +105,7 @@ void AppDelegate::quit() {
 
 void AppDelegate::windowClosed() {
     windowOpen_ = false;
+    windowWasClosed_ = true;
     model_->pairing().dismissOutcome();
     model_->pairing().dismissMessage();
 }

@@ -73,6 +73,7 @@ private:
     void modelStarted();
     void connect(const JoinCode& code);
     void stateChanged(const AppState& state);
+    bool isNoticed(const AppState& state) const;
     void showWindow(const std::string& reason);
 
     // The checks after the launch whether the user has to act. A flag is true when its check was made.
@@ -87,6 +88,7 @@ private:
     std::optional<JoinCode> pendingLink_;  // the last link that arrived before the model had started
     bool modelStarted_ = false;
     bool windowOpen_ = false;
+    bool windowWasClosed_ = false;  // by the user, in this run
     AttentionChecks checked_;
     bool quitting_ = false;
     bool moving_ = false;  // true if this copy quits because another copy replaces it

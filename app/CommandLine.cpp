@@ -62,6 +62,12 @@ constexpr std::array programOptions{
     ProgramOption{
         StandardOptions::connectedAfter,
         [](CommandLine& line, const std::string& value) { line.connectedAfter = Seconds(std::stod(value)); }},
+    ProgramOption{
+        {.name = "away-after",
+         .value = "SECONDS",
+         .summary = "show a notice when the helper has been away this long; the default is 300",
+         .audience = developers},
+        [](CommandLine& line, const std::string& value) { line.awayAfter = Seconds(std::stod(value)); }},
     ProgramOption{{.name = "list-screens",
                    .summary = "print the name of every state of the window",
                    .audience = developers},

@@ -34,6 +34,7 @@ struct CommandLine {
     std::optional<std::string> nodeHome;  // replaces the node home for this run
     std::optional<std::string> bundle;    // replaces the program's bundle folder; development builds only
     Seconds connectedAfter = Seconds(15);
+    Seconds awayAfter = std::chrono::minutes(5);  // the helper's absence that a notice reports
     std::optional<std::string> keepAwake;  // a stand-in for the keep-awake program; development builds only
 
     // For the window.

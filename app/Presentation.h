@@ -25,6 +25,10 @@ struct Presentation {
     // Shows the reason why the program can't start. Calls `seen` after the user has closed the message.
     std::function<void(const std::string& why, std::function<void()> seen)> refuse;
 
+    // Returns true if the face shows a notice about a failed install while the window is closed. May be
+    // absent.
+    std::function<bool()> showsNotices = {};
+
     // Ends the event loop.
     std::function<void(int exitStatus)> end;
 };

@@ -36,7 +36,8 @@ function(tarnik_mac_program target)
   set_source_files_properties(${sources} PROPERTIES
     COMPILE_OPTIONS -fobjc-arc SKIP_PRECOMPILE_HEADERS ON SKIP_AUTOMOC ON)
   target_sources(${target} PRIVATE ${sources})
-  foreach(framework AppKit ApplicationServices CoreFoundation CoreGraphics Foundation Security ServiceManagement)
+  foreach(framework AppKit ApplicationServices CoreFoundation CoreGraphics Foundation Security ServiceManagement
+          UserNotifications)
     target_link_libraries(${target} PRIVATE "-framework ${framework}")
   endforeach()
   # packaging/macos/bundle.sh copies the libraries to this folder.

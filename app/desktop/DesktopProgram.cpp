@@ -165,9 +165,13 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
     DesktopFace face({.mainThread = mainThread,
                       .activate = desktop.activate,
                       .statusImage = desktop.statusImage,
+                      .hasMenuBar = desktop.hasMenuBar,
                       .nameStatusItem = desktop.nameStatusItem,
                       .end = [](int exitStatus) { QCoreApplication::exit(exitStatus); },
-                      .atLogin = line.atLogin},
+                      .atLogin = line.atLogin,
+                      .defaults = desktop.defaults,
+                      .notices = desktop.notices,
+                      .absence = HelperAbsence::Limits::after(line.awayAfter)},
                      application.model());
     windowInUse = [&face] { return face.windowInUse(); };
     AppDelegate& delegate = application.attach(

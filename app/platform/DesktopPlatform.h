@@ -16,6 +16,7 @@
 #include "app/platform/SystemLog.h"
 #include "app/platform/UpdateFramework.h"
 #include "app/platform/UserDefaults.h"
+#include "app/platform/UserNotices.h"
 #include "core/process/SpawnRequest.h"
 
 namespace tarnik {
@@ -55,8 +56,14 @@ struct DesktopPlatform {
     // start by the user.
     bool marksLoginStarts = false;
 
-    // The status item's image file. The system chooses the colour of the image. If absent, the mark is drawn.
+    UserNotices notices;
+
+    // The status item's image file for a connected machine. The system chooses the colour of the image. If
+    // absent, all pictures are drawn.
     std::optional<std::string> statusImage;
+
+    // True if status items are in a menu bar. If false, they are in a panel.
+    bool hasMenuBar = false;
 
     // Sets the accessible name of the status item. Call it after the item is shown. Absent if the toolkit
     // sets the name.

@@ -7,7 +7,7 @@
 #include "app/model/WindowContent.h"
 #include "app/texts/WindowTexts.h"
 #include "app/views/Alert.h"
-#include "app/views/SymbolIcon.h"
+#include "app/views/TrayIcon.h"
 
 namespace tarnik {
 namespace {
@@ -20,8 +20,16 @@ constexpr Seconds maxTrayWait(20);
 DesktopFace::DesktopFace(Deps deps, std::shared_ptr<AppModel> model)
     : deps_(std::move(deps)),
       model_(std::move(model)),
+      attention_({.mainThread = deps_.mainThread,
+                  .notices = deps_.notices,
+                  .defaults = deps_.defaults,
+                  .limits = deps_.absence,
+                  .state = [this]() -> const AppState& { return model_->state(); },
+                  .windowIsVisible = [this] { return windowIsVisible(); },
+                  .onStatus = [this](TrayStatus) { updateIcon(); }}),
       feed_(model_, deps_.mainThread, [this](const AppState&) {
-          if (window_ && window_->isVisible()) window_->setContent(content());
+          attention_.stateChanged();
+          updateContent();
       }) {}
 
 DesktopFace::~DesktopFace() = default;
@@ -42,12 +50,19 @@ Presentation DesktopFace::presentation() {
             .fillLinkField = [this](const std::string& link) { window().fillLinkField(link); },
             .refuse = [this](const std::string& why,
                              std::function<void()> seen) { refuse(why, std::move(seen)); },
+            .showsNotices = [this] { return attention_.showsNotices(); },
             .end = deps_.end};
+}
+
+void DesktopFace::attach(AppDelegate& delegate) {
+    delegate_ = &delegate;
+    if (deps_.notices.onClick) deps_.notices.onClick([this] { delegate_->openWindow(); });
 }
 
 void DesktopFace::setTrayHost(TrayHost host) {
     host_ = host;
     updateStatusItem();
+    updateContent();
 }
 
 void DesktopFace::updateStatusItem() {
@@ -59,10 +74,13 @@ void DesktopFace::updateStatusItem() {
     }
     trayTimeout_.reset();
     if (statusItem_) return;
-    statusItem_ =
-        std::make_unique<StatusItem>(deps_.statusImage ? maskIcon(*deps_.statusImage) : markIcon(), *menu_,
-                                     [this](MenuContent::Action action) { perform(action); });
+    statusItem_ = std::make_unique<StatusItem>(trayIcon(attention_.status(), deps_.statusImage), *menu_,
+                                               [this](MenuContent::Action action) { perform(action); });
     if (deps_.nameStatusItem) deps_.nameStatusItem(WindowTexts::product);
+}
+
+void DesktopFace::updateIcon() const {
+    if (statusItem_) statusItem_->setIcon(trayIcon(attention_.status(), deps_.statusImage));
 }
 
 void DesktopFace::openWindowWithoutTray(Seconds after) {
@@ -70,6 +88,10 @@ void DesktopFace::openWindowWithoutTray(Seconds after) {
         trayTimeout_.reset();
         delegate_->openWindow();
     });
+}
+
+bool DesktopFace::windowIsVisible() const {
+    return window_ && window_->isVisible() && !window_->isMinimized();
 }
 
 MainWindow& DesktopFace::window() {
@@ -89,6 +111,7 @@ void DesktopFace::showWindow() {
     if (deps_.activate) deps_.activate();
     window().setContent(content());
     window().present();
+    attention_.windowShown();
 }
 
 // A start at login ends without an alert, because the user did not request that start.
@@ -117,6 +140,7 @@ void DesktopFace::perform(MenuContent::Action action) {
 // visible and shows the progress of the shutdown.
 void DesktopFace::windowClosed() {
     if (closingQuits()) return delegate_->quit();
+    attention_.windowClosed(closing());
     delegate_->windowClosed();
 }
 
@@ -124,8 +148,20 @@ bool DesktopFace::windowInUse() const {
     return QGuiApplication::applicationState() == Qt::ApplicationActive && QGuiApplication::focusWindow();
 }
 
+// Until the state of the tray is known, the window promises a tray, because most desktops have one. The state
+// is known soon after the start.
+WindowSetting::Closing DesktopFace::closing() const {
+    using enum WindowSetting::Closing;
+    if (host_ == TrayHost::absent) return endsConnection;
+    return deps_.hasMenuBar ? staysInMenuBar : staysInPanel;
+}
+
 WindowContent DesktopFace::content() const {
-    return WindowContent::of(model_->state(), {.webOrigin = model_->webOrigin()});
+    return WindowContent::of(model_->state(), {.webOrigin = model_->webOrigin(), .closing = closing()});
+}
+
+void DesktopFace::updateContent() {
+    if (window_ && window_->isVisible()) window_->setContent(content());
 }
 
 }  // namespace tarnik

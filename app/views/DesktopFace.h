@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "app/AppDelegate.h"
+#include "app/model/AttentionWatch.h"
 #include "app/model/ChangeFeed.h"
 #include "app/model/MenuContent.h"
 #include "app/platform/DesktopPlatform.h"
@@ -24,10 +25,14 @@ public:
     struct Deps {
         MainThread mainThread;
         std::function<void()> activate;          // activates the application; may be absent
-        std::optional<std::string> statusImage;  // the status item's image file; std::nullopt draws the mark
+        std::optional<std::string> statusImage;  // see DesktopPlatform
+        bool hasMenuBar = false;                 // see DesktopPlatform
         std::function<void(std::string_view name)> nameStatusItem;  // may be absent
         std::function<void(int status)> end;                        // ends the event loop
         bool atLogin = false;  // the session started the program, so the tray may start later
+        UserDefaults defaults = {};
+        UserNotices notices = {};
+        HelperAbsence::Limits absence = {};
     };
 
     DesktopFace(Deps deps, std::shared_ptr<AppModel> model);
@@ -40,7 +45,7 @@ public:
 
     // Sets the receiver of the user's choices. Call it before the window or the status item is shown.
     // `delegate` must outlive both.
-    void attach(AppDelegate& delegate) { delegate_ = &delegate; }
+    void attach(AppDelegate& delegate);
 
     // Sets the state of the tray. Call it at the start and after each change. The status item is not shown
     // before the first call.
@@ -52,13 +57,17 @@ private:
     void updateStatusItem();
     void openWindowWithoutTray(Seconds after);
     bool closingQuits() const { return host_ != TrayHost::present; }
+    void updateIcon() const;
+    bool windowIsVisible() const;
     MainWindow& window();
     void showWindow();
     void refuse(const std::string& why, std::function<void()> seen) const;
     void addMenuKeys();
     void perform(MenuContent::Action action);
     void windowClosed();
+    WindowSetting::Closing closing() const;
     WindowContent content() const;
+    void updateContent();
 
     const Deps deps_;
     const std::shared_ptr<AppModel> model_;
@@ -68,6 +77,7 @@ private:
     std::unique_ptr<StatusItem> statusItem_;
     std::unique_ptr<MainWindow> window_;
     std::optional<RepeatingTimer> trayTimeout_;  // opens the window unless a tray appears earlier
+    AttentionWatch attention_;
     const ChangeFeed feed_;
 };
 

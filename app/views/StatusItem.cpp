@@ -5,11 +5,9 @@
 #include <QMenu>
 #include <QSystemTrayIcon>
 
-#include "app/texts/MenuTexts.h"
 #include "app/texts/WindowTexts.h"
 #include "app/views/MenuKey.h"
 #include "app/views/QtText.h"
-#include "app/views/SymbolIcon.h"
 
 namespace tarnik {
 namespace {
@@ -41,7 +39,7 @@ bool clickOpensMenu() {
 
 StatusItem::StatusItem(const QIcon& icon, const MenuContent& menu, const OnAction& onAction)
     : menu_(makeMenu(menu, onAction)), item_(std::make_unique<QSystemTrayIcon>()) {
-    item_->setIcon(icon.isNull() ? wordIcon(MenuTexts::productWithoutImage) : icon);
+    item_->setIcon(icon);
     item_->setToolTip(qtText(WindowTexts::product));
     item_->setContextMenu(menu_.get());
     if (!clickOpensMenu())
@@ -53,5 +51,9 @@ StatusItem::StatusItem(const QIcon& icon, const MenuContent& menu, const OnActio
 }
 
 StatusItem::~StatusItem() = default;
+
+void StatusItem::setIcon(const QIcon& icon) {
+    item_->setIcon(icon);
+}
 
 }  // namespace tarnik

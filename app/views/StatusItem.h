@@ -17,11 +17,13 @@ public:
     using OnAction = std::function<void(MenuContent::Action)>;
 
     // `onAction` receives the chosen menu action. A click on the item opens the window, except on a system
-    // where a click opens the menu. If `icon` is null, the item shows the short title.
+    // where a click opens the menu.
     StatusItem(const QIcon& icon, const MenuContent& menu, const OnAction& onAction);
     ~StatusItem();
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
+
+    void setIcon(const QIcon& icon);
 
 private:
     std::unique_ptr<QMenu> menu_;

@@ -157,13 +157,6 @@ QIcon symbolIcon(std::string_view name) {
                    }});
 }
 
-QIcon markIcon() {
-    auto icon = iconOf(
-        {.side = markSide, .paint = [](QPainter& painter) { painter.fillPath(mark(), brandColour()); }});
-    icon.setIsMask(true);
-    return icon;
-}
-
 QIcon applicationIcon() {
     return iconOf({.side = 64, .paint = paintTile});
 }

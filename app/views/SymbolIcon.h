@@ -11,10 +11,6 @@ namespace tarnik {
 // SymbolName. Returns a null icon for any other name.
 QIcon symbolIcon(std::string_view name);
 
-// Returns the application's mark in one colour, for a menu bar. The icon is a mask, so some systems replace
-// its colour. The original colour is visible on light and dark panels.
-QIcon markIcon();
-
 // Returns the mark on the application's tile, for windows and program lists.
 QIcon applicationIcon();
 

@@ -141,6 +141,13 @@ export class Desktop {
     return tray;
   }
 
+  // Starts a notification service.
+  async startNotifications() {
+    const service = this.#startTool('notification_server');
+    await service.expect(/"ready"/, 0, Date.now() + startLimitMs);
+    return service;
+  }
+
   // Calls an operation over the session bus. Returns the answer as gdbus prints it.
   async call(name, object, operation, ...words) {
     const call = ['call', '--session', '--timeout', `${startLimitMs / 1000}`, '--dest', name, '--object-path', object];

@@ -2,8 +2,9 @@
 // about them.
 //
 // Prints "ready" when it runs, and "registered" and "gone" for each item. Commands on standard input: "show"
-// prints the properties and the menu of the last item, "choose ID" activates an entry of that menu, and
-// "click" clicks on that item. Exits at the end of standard input.
+// prints the properties and the menu of the last item, "picture" prints its picture of 16 pixels as rows of
+// "#" and ".", "choose ID" activates an entry of that menu, and "click" clicks on that item. Exits at the end
+// of standard input.
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -27,6 +28,7 @@
 namespace {
 
 constexpr int callLimitMs = 2000;
+constexpr int pictureSide = 16;
 const QString watcherName = "org.kde.StatusNotifierWatcher";
 const QString itemInterface = "org.kde.StatusNotifierItem";
 const QString menuInterface = "com.canonical.dbusmenu";
@@ -81,6 +83,7 @@ public:
 
     void obey(const std::string& line) {
         if (line == "show") return show();
+        if (line == "picture") return showPicture();
         if (line == "click") {
             call(item(), "/StatusNotifierItem", itemInterface, "Activate", {0, 0});
         } else if (line.starts_with("choose ")) {
@@ -138,6 +141,27 @@ private:
                      {"icons", iconSizes(all["IconPixmap"])},
                      {"iconName", all["IconName"].toString()},
                      {"menu", menu(qvariant_cast<QDBusObjectPath>(all["Menu"]).path())}});
+    }
+
+    void showPicture() const {
+        const auto argument = qvariant_cast<QDBusArgument>(itemProperties()["IconPixmap"]);
+        QJsonArray rows;
+        for (argument.beginArray(); !argument.atEnd();) {
+            int width = 0, height = 0;
+            QByteArray bytes;  // four for each pixel; the first is the opacity
+            argument.beginStructure();
+            argument >> width >> height >> bytes;
+            argument.endStructure();
+            if (width != pictureSide || bytes.size() != 4 * width * height) continue;
+            for (int y = 0; y < height; ++y) {
+                QString row;
+                for (int x = 0; x < width; ++x)
+                    row += static_cast<uchar>(bytes[4 * (y * width + x)]) > 127 ? '#' : '.';
+                rows.append(row);
+            }
+        }
+        argument.endArray();
+        devkit::say({{"picture", rows}});
     }
 
     static QString tooltip(const QVariant& value) {

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# icons.sh FOLDER: makes the status item's image and the application's icon from mark.svg.
+# icons.sh FOLDER: makes the status item's image from menubar.svg and the application's icon from mark.svg.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=packaging/macos/tools.sh
@@ -16,8 +16,8 @@ trap 'rm -rf "$work"' EXIT
 draw() { rsvg-convert --width "$2" --height "$2" --output "$3" "$1"; }
 
 # Black with transparency: macOS uses the shape and colours it.
-draw "$here/../icons/mark.svg" 18 "$folder/MenuBarIcon.png"
-draw "$here/../icons/mark.svg" 36 "$folder/MenuBarIcon@2x.png"
+draw "$here/../icons/menubar.svg" 18 "$folder/MenuBarIcon.png"
+draw "$here/../icons/menubar.svg" 36 "$folder/MenuBarIcon@2x.png"
 
 # Icons of macOS have a wide margin: the tile is 824 of 1024 points wide.
 "$here/../icons/compose.sh" "$here/../icons/tile.svg.in" |

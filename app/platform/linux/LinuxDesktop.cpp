@@ -14,6 +14,7 @@
 #include "app/platform/StoredPreferences.h"
 #include "app/platform/linux/AppearanceMonitor.h"
 #include "app/platform/linux/BusSingleInstance.h"
+#include "app/platform/linux/DesktopNotifications.h"
 #include "app/platform/linux/LinuxSwitches.h"
 #include "app/platform/linux/OpenRequests.h"
 #include "app/platform/linux/SessionBus.h"
@@ -85,6 +86,16 @@ SingleInstance operationsOf(const std::shared_ptr<BusSingleInstance>& instance,
     return {.acquire = acquire, .refuseRequests = [instance] { instance->refuseRequests(); }};
 }
 
+UserNotices operationsOf(const std::shared_ptr<DesktopNotifications>& notifications) {
+    return {
+        .canShow = [notifications] { return notifications->canShow(); },
+        .show = [notifications](const std::string& id,
+                                const UserNotice& notice) { notifications->show(id, notice); },
+        .withdraw = [notifications](const std::string& id) { notifications->withdraw(id); },
+        .onClick = [notifications](auto handler) { notifications->onClick(std::move(handler)); },
+    };
+}
+
 // Returns an operation that registers a handler. The operation creates and owns the handler's monitor.
 template <class Monitor, class Handler>
 std::function<void(Handler)> registering(const QDBusConnection& bus) {
@@ -125,6 +136,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
         .events = eventsOf(requests),
         .singleInstance = operationsOf(instance, run.environment),
         .marksLoginStarts = true,
+        .notices = operationsOf(std::make_shared<DesktopNotifications>(bus)),
         .activate = {},
         .onAppearanceChanged = registering<AppearanceMonitor, AppearanceMonitor::OnSettings>(bus),
         .onTrayHost = registering<TrayHostMonitor, TrayHostMonitor::OnHost>(bus)};

@@ -39,7 +39,9 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
             .updates = macUpdates(macLog("updater")),
             .bundles = macBundles(run.bundle),
             .events = macEvents(),
+            .notices = macNotices(run.mainThread, run.bundle),
             .statusImage = menuBarImage(run.bundle),
+            .hasMenuBar = true,
             .nameStatusItem = nameMacStatusItem,
             .activate = activateApplication};
 }

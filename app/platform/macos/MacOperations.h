@@ -6,10 +6,12 @@
 
 #include "app/platform/BundleOperations.h"
 #include "app/platform/LoginItemService.h"
+#include "app/platform/MainThread.h"
 #include "app/platform/SwitchOperations.h"
 #include "app/platform/SystemEvents.h"
 #include "app/platform/SystemLog.h"
 #include "app/platform/UpdateFramework.h"
+#include "app/platform/UserNotices.h"
 
 // The macOS operations that MacDesktop.cpp puts into a DesktopPlatform. Each operation is defined in a source
 // with a similar name. For example, MacSwitches.cpp defines macSwitches.
@@ -40,6 +42,10 @@ OtherCopies macCopies();
 
 // Call it when the application object exists and before the event loop runs.
 SystemEvents macEvents();
+
+// The user's notification centre. The first notice asks the user for permission. Has no operations if the
+// program runs outside a bundle, because the system identifies a program by its bundle.
+UserNotices macNotices(const MainThread& mainThread, const std::optional<std::string>& ownBundle);
 
 // Sets the name of the shown status item for VoiceOver, because Qt doesn't set a name. Main thread only.
 void nameMacStatusItem(std::string_view name);

@@ -1,0 +1,145 @@
+#include "app/views/TrayIcon.h"
+
+#include <QIcon>
+#include <QIconEngine>
+#include <QPainter>
+#include <algorithm>
+
+#include "app/texts/MenuTexts.h"
+#include "app/views/Colours.h"
+#include "app/views/SymbolIcon.h"
+#include "app/views/VectorPath.h"
+
+namespace tarnik {
+namespace {
+
+// A disc or a ring.
+struct Circle {
+    QPointF centre;
+    double radius;
+    double stroke = 0;  // 0 fills the circle
+};
+
+// The three pictures on one grid. The edges of lines are on whole units. packaging/icons/menubar.svg has the
+// small picture of a connected machine.
+struct Drawing {
+    int side;       // of the grid
+    double stroke;  // of the letter and of the exclamation mark
+    std::string_view letter;
+    Circle dot;
+    Circle ring;
+    std::string_view line;  // of the exclamation mark
+    Circle point;
+};
+
+const Drawing small{.side = 16,
+                    .stroke = 2,
+                    .letter = "M 6 2 L 6 10.5 C 6 12.433 7.567 14 9.5 14 L 10.5 14 M 3 6 L 9 6",
+                    .dot = {QPointF(13, 3), 2},
+                    .ring = {QPointF(13, 3), 2, 1.5},
+                    .line = "M 13 2 L 13 7",
+                    .point = {QPointF(13, 11), 1.25}};
+
+const Drawing large{.side = 22,
+                    .stroke = 3,
+                    .letter =
+                        "M 7.5 3.5 L 7.5 14 C 7.5 16.485 9.515 18.5 12 18.5 L 13.5 18.5 "
+                        "M 3.5 8.5 L 12 8.5",
+                    .dot = {QPointF(17.5, 4.5), 2.5},
+                    .ring = {QPointF(17.5, 4.5), 3, 2},
+                    .line = "M 17.5 3.5 L 17.5 10",
+                    .point = {QPointF(17.5, 15), 1.75}};
+
+// The drawing that is used for a picture, and its number of pixels per unit.
+struct Fit {
+    const Drawing& drawing;
+    double scale;
+};
+
+// Uses a whole number of pixels per unit and leaves a margin, so that edges stay sharp: 18 is 16 and 24 is 22
+// with a margin of 1.
+Fit fitInto(int side) {
+    if (side < small.side) return {.drawing = small, .scale = static_cast<double>(side) / small.side};
+    const int smallScale = side / small.side;
+    const int largeScale = side / large.side;
+    // 48 is twice 24, not three times 16.
+    const bool isNear = 10 * largeScale * large.side >= 9 * smallScale * small.side;
+    return isNear ? Fit{.drawing = large, .scale = static_cast<double>(largeScale)}
+                  : Fit{.drawing = small, .scale = static_cast<double>(smallScale)};
+}
+
+QPen penOf(double stroke) {
+    return {brandColour(), stroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+}
+
+void paintCircle(QPainter& painter, const Circle& circle) {
+    QPainterPath path;
+    path.addEllipse(circle.centre, circle.radius, circle.radius);
+    if (circle.stroke > 0)
+        painter.strokePath(path, penOf(circle.stroke));
+    else
+        painter.fillPath(path, brandColour());
+}
+
+void paintStatus(QPainter& painter, const Drawing& drawing, TrayStatus status) {
+    painter.strokePath(vectorPath(drawing.letter), penOf(drawing.stroke));
+    switch (status) {
+        case TrayStatus::connected: return paintCircle(painter, drawing.dot);
+        case TrayStatus::working: return paintCircle(painter, drawing.ring);
+        case TrayStatus::needsYou:
+            painter.strokePath(vectorPath(drawing.line), penOf(drawing.stroke));
+            return paintCircle(painter, drawing.point);
+    }
+}
+
+class TrayEngine : public QIconEngine {
+public:
+    explicit TrayEngine(TrayStatus status) : status_(status) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+        const int side = std::min(rect.width(), rect.height());
+        const auto [drawing, scale] = fitInto(side);
+        const int margin = (side - static_cast<int>(drawing.side * scale)) / 2;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(rect.x() + (rect.width() - side) / 2 + margin,
+                           rect.y() + (rect.height() - side) / 2 + margin);
+        painter->scale(scale, scale);
+        paintStatus(*painter, drawing, status_);
+        painter->restore();
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+
+    QIconEngine* clone() const override { return new TrayEngine(*this); }
+
+    // Returns the sizes that trays can choose.
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
+        QList<QSize> sizes;
+        for (const int side : {16, 18, 22, 24, 32, 36, 44, 48, 64}) sizes.append(QSize(side, side));
+        return sizes;
+    }
+
+private:
+    const TrayStatus status_;
+};
+
+}  // namespace
+
+QIcon trayIcon(TrayStatus status, const std::optional<std::string>& connectedImage) {
+    if (connectedImage && status == TrayStatus::connected) {
+        const QIcon image = maskIcon(*connectedImage);
+        return image.isNull() ? wordIcon(MenuTexts::productWithoutImage) : image;
+    }
+    QIcon icon(new TrayEngine(status));  // the icon owns the engine
+    icon.setIsMask(true);
+    return icon;
+}
+
+}  // namespace tarnik
