@@ -116,7 +116,7 @@ void connectPlatform(const DesktopPlatform& desktop, DesktopFace& face,
         applyPlainStyle(Appearance::light);
         desktop.onAppearanceChanged([](const AppearanceSettings& choice) {
             const bool isDark = choice.scheme == ColourScheme::dark;
-            applyPlainStyle(isDark ? Appearance::dark : Appearance::light, choice.options);
+            applyPlainStyle(isDark ? Appearance::dark : Appearance::light, choice.options, choice.motion);
         });
     }
 }

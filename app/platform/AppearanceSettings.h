@@ -27,10 +27,14 @@ struct PaletteOptions {
     bool operator==(const PaletteOptions&) const = default;
 };
 
+// Whether changes on the screen may be animated.
+enum class Motion { usual, reduced };
+
 // The user's appearance preferences for all programs. The defaults mean "no preference".
 struct AppearanceSettings {
     ColourScheme scheme = ColourScheme::unknown;
     PaletteOptions options;
+    Motion motion = Motion::usual;
 
     bool operator==(const AppearanceSettings&) const = default;
 };

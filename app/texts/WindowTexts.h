@@ -64,6 +64,7 @@ inline constexpr Text busyName = "Working";
 inline constexpr Text downloadName = "Download";
 inline constexpr Text succeededName = "Done";
 inline constexpr Text problemName = "Problem";
+inline constexpr Text pointerName = "Below";
 inline constexpr Text confirmPrompt = "Read what tarnik's helper says, then choose Connect or Cancel.";
 inline constexpr Text switchIsOn = " is on";  // after the switch's title
 inline constexpr Text switchIsOff = " is off";

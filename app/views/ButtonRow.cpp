@@ -1,10 +1,11 @@
 #include "app/views/ButtonRow.h"
 
 #include <QApplication>
-#include <QBoxLayout>
 #include <QKeyEvent>
+#include <QTimer>
 #include <algorithm>
 
+#include "app/views/Grid.h"
 #include "app/views/QtText.h"
 
 namespace tarnik {
@@ -12,7 +13,8 @@ namespace {
 
 using Key = WindowContent::Key;
 
-constexpr int gap = 10;
+constexpr int buttonHeight = 32;  // in points
+constexpr int rowGap = 8;
 
 }  // namespace
 
@@ -38,13 +40,22 @@ bool IntentButton::isFor(Key key) const {
 }
 
 bool IntentButton::acceptsInput() const {
-    const bool isNew = !shown_.isValid() || shown_.elapsed() < QApplication::doubleClickInterval();
-    return isEnabled() && (key_ == Key::cancelKey || !isNew);
+    return isEnabled() && !isWaiting();
+}
+
+bool IntentButton::isWaiting() const {
+    if (key_ == Key::cancelKey) return false;
+    return !shown_.isValid() || shown_.elapsed() < QApplication::doubleClickInterval();
 }
 
 void IntentButton::showEvent(QShowEvent* event) {
     QPushButton::showEvent(event);
-    if (!event->spontaneous()) shown_.start();
+    if (event->spontaneous()) return;
+    shown_.start();
+    if (!isDefault()) return;
+    // One millisecond later than the interval, because the timer may be early.
+    QTimer::singleShot(QApplication::doubleClickInterval() + 1, Qt::PreciseTimer, this,
+                       qOverload<>(&QWidget::update));
 }
 
 // MainView handles Return, because the effect of Return depends on all buttons.
@@ -53,13 +64,7 @@ void IntentButton::keyPressEvent(QKeyEvent* event) {
     QPushButton::keyPressEvent(event);
 }
 
-ButtonRow::ButtonRow(int width, OnButton onButton, QWidget* parent)
-    : QWidget(parent),
-      width_(width),
-      onButton_(std::move(onButton)),
-      layout_(new QBoxLayout(QBoxLayout::LeftToRight, this)) {
-    layout_->setContentsMargins(0, 0, 0, 0);
-    layout_->setSpacing(gap);
+ButtonRow::ButtonRow(OnButton onButton, QWidget* parent) : QWidget(parent), onButton_(std::move(onButton)) {
     hide();
 }
 
@@ -74,10 +79,18 @@ bool ButtonRow::setButtons(const std::vector<WindowContent::Button>& buttons) {
         unused->hide();
         unused->deleteLater();  // not deleted now, because this code may run in the button's click handler
     }
-    const bool hasChanged = buttons_ != before;
-    if (hasChanged) arrange();
+    for (auto* button : buttons_) {
+        button->raise();  // so that screen readers read the buttons in the order of the content
+        button->show();
+    }
     setVisible(!buttons_.empty());
-    return hasChanged;
+    return buttons_ != before;
+}
+
+std::vector<IntentButton*> ButtonRow::inTabOrder() const {
+    auto ordered = buttons_;
+    std::ranges::stable_partition(ordered, [](const auto* button) { return button->isFor(Key::defaultKey); });
+    return ordered;
 }
 
 IntentButton* ButtonRow::buttonFor(Key key) const {
@@ -95,24 +108,44 @@ IntentButton* ButtonRow::takeOrMake(const UserIntent& intent, std::vector<Intent
     return button;
 }
 
-void ButtonRow::arrange() {
-    while (auto* item = layout_->takeAt(0)) delete item;
-    int needed = -gap;
-    for (const auto* button : buttons_) needed += button->sizeHint().width() + gap;
-    const bool fits = needed <= width_;
-    layout_->setDirection(fits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+int ButtonRow::arrange(const Grid& grid, int top, int earliest) {
+    const int height = grid.scaled(buttonHeight);
+    const int pitch = height + rowGap;
+    const auto* const primary = buttonFor(Key::defaultKey);
+    const int primaryWidth = primary ? primary->sizeHint().width() : 0;
 
-    const auto isCancelOnly = [](const auto* button) {
-        return button->isFor(Key::cancelKey) && !button->isFor(Key::defaultKey);
+    // Rows of the other buttons from top to bottom, and the place of each button in its row.
+    struct Spot {
+        IntentButton* button;
+        int left;
+        int row;
+        int width;
     };
-    for (auto* button : buttons_)
-        if (!isCancelOnly(button)) layout_->addWidget(button);
-    if (fits) layout_->addStretch(1);
+    std::vector<Spot> spots;
+    int left = 0;
+    int row = 0;
     for (auto* button : buttons_) {
-        if (isCancelOnly(button)) layout_->addWidget(button);
-        button->raise();  // so that screen readers read the buttons in the order of the content
-        button->show();
+        if (button == primary) continue;
+        const int width = std::min(button->sizeHint().width(), grid.columnWidth());
+        if (left > 0 && left + width > grid.columnWidth()) {
+            left = 0;
+            ++row;
+        }
+        spots.push_back({button, left, row, width});
+        left += width + rowGap;
     }
+    const bool needsOwnRow = primary && !spots.empty() && left + primaryWidth > grid.columnWidth();
+    const int last = row + (needsOwnRow ? 1 : 0);
+    const int first = std::max(earliest, top - last * pitch);
+
+    const int total = last * pitch + height;
+    place(*this, {0, first, parentWidget()->width(), total});
+    for (const auto& spot : spots)
+        place(*spot.button, {grid.columnLeft() + spot.left, spot.row * pitch, spot.width, height});
+    if (auto* button = buttonFor(Key::defaultKey))
+        place(*button,
+              {grid.columnLeft() + grid.columnWidth() - primaryWidth, last * pitch, primaryWidth, height});
+    return first + total;
 }
 
 }  // namespace tarnik

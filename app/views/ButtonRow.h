@@ -7,15 +7,15 @@
 
 #include "app/model/WindowContent.h"
 
-class QBoxLayout;
-
 namespace tarnik {
+
+class Grid;
 
 using OnButton = std::function<void(const UserIntent&)>;
 
-// A button that reports its intent. It ignores input for one double-click interval after it appears, because
-// the user may have aimed the click or key at the previous button. A button with only the cancel key doesn't
-// wait.
+// A button that reports its intent. It waits for one double-click interval after it appears and ignores input
+// meanwhile, because the user may have aimed the click or key at the previous button. A button with only the
+// cancel key doesn't wait. A waiting default button keeps the focus, but is drawn as disabled.
 class IntentButton : public QPushButton {
 public:
     IntentButton(OnButton onButton, QWidget* parent);
@@ -25,6 +25,7 @@ public:
     const UserIntent& intent() const { return intent_; }
     bool isFor(WindowContent::Key key) const;  // `key` is defaultKey or cancelKey
     bool acceptsInput() const;
+    bool isWaiting() const;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -36,27 +37,28 @@ private:
     WindowContent::Key key_ = WindowContent::Key::none;
 };
 
-// A row of buttons. Cancel is always the rightmost button, even when it is the only one. So no other button
-// appears under a pointer that has just clicked Cancel. While an intent remains in the content, its button
-// remains the same widget.
+// A row of buttons. The default button ends at the end of the column, all others begin at its start. So
+// Cancel never appears under a pointer that has just clicked a default button, and no default button under
+// one that has clicked Cancel. While an intent remains in the content, its button remains the same widget.
 class ButtonRow : public QWidget {
 public:
-    // If the buttons need more than `width`, they are stacked with Cancel at the bottom.
-    ButtonRow(int width, OnButton onButton, QWidget* parent);
+    ButtonRow(OnButton onButton, QWidget* parent);
 
     // Returns true if the set or the order of the widgets changed.
     bool setButtons(const std::vector<WindowContent::Button>& buttons);
 
+    // Places the row at `top` of the parent and returns its end. If the buttons don't fit beside each other,
+    // the default button keeps its place and the others form rows above it, from `earliest` on.
+    int arrange(const Grid& grid, int top, int earliest);
+
     const std::vector<IntentButton*>& buttons() const { return buttons_; }
+    std::vector<IntentButton*> inTabOrder() const;          // the default button first
     IntentButton* buttonFor(WindowContent::Key key) const;  // returns nullptr if no button has the key
 
 private:
     IntentButton* takeOrMake(const UserIntent& intent, std::vector<IntentButton*>& from);
-    void arrange();
 
-    const int width_;
     const OnButton onButton_;
-    QBoxLayout* layout_;                  // a child
     std::vector<IntentButton*> buttons_;  // children, in the order of the content
 };
 

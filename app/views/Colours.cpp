@@ -7,29 +7,29 @@ namespace tarnik {
 namespace {
 
 struct Tones {
-    QRgb window, base, alternate, button, text, quiet, link, fill, onFill, shadow;
+    QRgb window, base, button, text, quiet, link, fill, onFill, shadow, disabledText;
 };
 
 constexpr Tones lightTones{.window = 0xfffafafb,
                            .base = 0xffffffff,
-                           .alternate = 0xfff2f2f5,
                            .button = 0xffffffff,
                            .text = 0xff1c1c22,
-                           .quiet = 0xff6b6b76,
+                           .quiet = 0xff5e5e69,
                            .link = 0xff0b6b78,
                            .fill = 0xff0f7480,
                            .onFill = 0xffffffff,
-                           .shadow = 0xff9a9aa6};
+                           .shadow = 0xff9a9aa6,
+                           .disabledText = 0xff86868e};
 constexpr Tones darkTones{.window = 0xff1d1d22,
                           .base = 0xff26262c,
-                          .alternate = 0xff2c2c33,
                           .button = 0xff33333b,
                           .text = 0xfff0f0f4,
-                          .quiet = 0xffa3a3af,
+                          .quiet = 0xffadadb8,
                           .link = 0xff56cfc0,
                           .fill = 0xff12807f,
                           .onFill = 0xffffffff,
-                          .shadow = 0xff000000};
+                          .shadow = 0xff000000,
+                          .disabledText = 0xff7a7a82};
 
 constexpr double readableContrast = 4.5;
 
@@ -69,6 +69,16 @@ bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
 
+QColor pick(const QPalette& palette, QRgb light, QRgb dark) {
+    return QColor::fromRgb(isDark(palette) ? dark : light);
+}
+
+// At higher contrast, weak colours are replaced by the colour of texts.
+QColor weak(const QPalette& palette, QRgb light, QRgb dark) {
+    if (contrastOf(palette) == Contrast::higher) return palette.color(QPalette::Active, QPalette::WindowText);
+    return pick(palette, light, dark);
+}
+
 }  // namespace
 
 QPalette paletteFor(Appearance appearance, const PaletteOptions& options) {
@@ -79,8 +89,9 @@ QPalette paletteFor(Appearance appearance, const PaletteOptions& options) {
     const auto set = [&palette](QPalette::ColorRole role, QRgb tone) {
         palette.setColor(role, QColor::fromRgb(tone));
     };
-    set(QPalette::AlternateBase, tones.alternate);
-    set(QPalette::ToolTipBase, tones.alternate);
+    const QRgb card = cardColour(palette).rgb();
+    set(QPalette::AlternateBase, card);
+    set(QPalette::ToolTipBase, card);
     set(QPalette::ToolTipText, tones.text);
     set(QPalette::PlaceholderText, tones.quiet);
     set(QPalette::Highlight, tones.fill);
@@ -89,7 +100,7 @@ QPalette paletteFor(Appearance appearance, const PaletteOptions& options) {
     set(QPalette::LinkVisited, tones.link);
     set(QPalette::Shadow, tones.shadow);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, mixed(QColor(tones.text), QColor(tones.window), 0.42));
+        palette.setColor(QPalette::Disabled, role, QColor(tones.disabledText));
     return palette;
 }
 
@@ -108,22 +119,43 @@ QColor accentColour(const QPalette& palette) {
 }
 
 QColor secondaryColour(const QPalette& palette) {
-    const double share = contrastOf(palette) == Contrast::higher ? 1 : 0.7;
-    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), share);
+    return weak(palette, lightTones.quiet, darkTones.quiet);
 }
 
 QColor lineColour(const QPalette& palette) {
-    // Lines must remain distinguishable from an accent next to them.
-    const double share = contrastOf(palette) == Contrast::higher ? 0.42 : 0.13;
-    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), share);
+    return weak(palette, 0xff878792, 0xff7d7d89);
 }
 
 QColor successColour(const QPalette& palette) {
-    return isDark(palette) ? QColor(0x3c, 0xcf, 0x76) : QColor(0x1c, 0x8a, 0x48);
+    return pick(palette, 0xff1a7f42, 0xff3ccf76);
 }
 
 QColor warningColour(const QPalette& palette) {
-    return isDark(palette) ? QColor(0xff, 0xb9, 0x4a) : QColor(0xb8, 0x62, 0x00);
+    return pick(palette, 0xffa85800, 0xffffb94a);
+}
+
+QColor errorColour(const QPalette& palette) {
+    return pick(palette, 0xffb3261e, 0xffff8f86);
+}
+
+QColor cardColour(const QPalette& palette) {
+    return pick(palette, 0xfff0f0f3, 0xff2a2a31);
+}
+
+QColor pillColour(const QPalette& palette) {
+    return pick(palette, 0xffececf0, 0xff3a3a43);
+}
+
+QColor trackColour(const QPalette& palette) {
+    return pick(palette, 0xffdcdce1, 0xff3d3d47);
+}
+
+QColor disabledGround(const QPalette& palette) {
+    return pick(palette, 0xffececef, 0xff2a2a30);
+}
+
+int lineWidth(const QPalette& palette) {
+    return contrastOf(palette) == Contrast::higher ? 2 : 1;
 }
 
 QColor brandColour() {

@@ -18,12 +18,21 @@ QPalette paletteFor(Appearance appearance, const PaletteOptions& options = {});
 Appearance appearanceOf(const QPalette& palette);
 Contrast contrastOf(const QPalette& palette);  // `higher` if secondary text has the colour of normal text
 
-// Colours that have no role in QPalette.
-QColor accentColour(const QPalette& palette);     // readable on the window
+// Colours that have no role in QPalette. Texts and symbols in them have a contrast of at least 4.5 on the
+// window, lines one of at least 3.
+QColor accentColour(const QPalette& palette);
 QColor secondaryColour(const QPalette& palette);  // for descriptions
-QColor lineColour(const QPalette& palette);       // for dividers and weak outlines
+QColor lineColour(const QPalette& palette);       // for dividers and outlines
 QColor successColour(const QPalette& palette);
 QColor warningColour(const QPalette& palette);
+QColor errorColour(const QPalette& palette);
+QColor cardColour(const QPalette& palette);   // behind facts
+QColor pillColour(const QPalette& palette);   // behind a button inside a field
+QColor trackColour(const QPalette& palette);  // behind a progress bar
+QColor disabledGround(const QPalette& palette);
+
+// The width of outlines, in points.
+int lineWidth(const QPalette& palette);
 
 // The colour of the mark. It is visible on light and on dark backgrounds.
 QColor brandColour();

@@ -1,30 +1,33 @@
 #include "app/views/ConnectSection.h"
 
-#include <QVBoxLayout>
+#include <algorithm>
 
+#include "app/views/FactCard.h"
+#include "app/views/Grid.h"
 #include "app/views/LinkField.h"
+#include "app/views/MessageView.h"
 #include "app/views/PageHeader.h"
 #include "app/views/QtText.h"
+#include "app/views/StepsView.h"
 #include "app/views/TerminalBox.h"
 #include "app/views/TextLabel.h"
+#include "app/views/TroubleLabel.h"
 
 namespace tarnik {
 namespace {
 
 using Section = WindowContent::Section;
 
-constexpr int blockGap = 12;
-constexpr int paragraphGap = 8;
-constexpr int fieldHeight = 36;
-constexpr int fieldPadding = 5;        // beside the typed text
-constexpr int maxLinkLength = 65'536;  // no accepted link is longer
-
-QVBoxLayout* makeLayout(int spacing, QWidget* parent = nullptr) {
-    auto* layout = new QVBoxLayout(parent);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(spacing);
-    return layout;
-}
+// The grid, in points from the top of the section.
+constexpr int bodyTop = 40;
+constexpr int textTop = 76;       // of texts below a drawing or an amount
+constexpr int terminalTop = 84;   // one place, whether the text above it has one line or two
+constexpr int terminalEnd = 184;  // without a message
+constexpr int messageTop = 158;
+constexpr int messageLines = 2;
+constexpr int buttonsTop = 200;
+constexpr int fieldHeight = 32;
+constexpr int amountTop = 4;  // in the body
 
 // Returns true if the field must be cleared because its link was used. A refused link stays in the field.
 bool isLinkUsed(const WindowContent& content) {
@@ -35,60 +38,58 @@ bool isLinkUsed(const WindowContent& content) {
 }  // namespace
 
 // Creates the children in their order on the screen, because screen readers use the order of creation.
-ConnectSection::ConnectSection(int width, OnButton onButton, QWidget* parent)
+ConnectSection::ConnectSection(OnButton onButton, QWidget* parent)
     : QWidget(parent),
       header_(new PageHeader(this)),
       amount_(new TextLabel(TextLabel::Role::quiet, this)),
-      paragraphs_(new QWidget(this)),
-      field_(new LinkField(this)),
-      message_(new TextLabel(TextLabel::Role::body, this)),
-      buttons_(new ButtonRow(width, std::move(onButton), this)),
-      body_(makeLayout(blockGap)) {
-    makeLayout(paragraphGap, paragraphs_);
-    field_->setMinimumHeight(fieldHeight);
-    field_->setTextMargins(fieldPadding, 0, fieldPadding, 0);
-    field_->setMaxLength(maxLinkLength);
-
-    auto* layout = makeLayout(0, this);
-    layout->addWidget(header_);
-    layout->addLayout(body_, 1);
-    const std::initializer_list<QWidget*> below{amount_, paragraphs_, field_, message_, buttons_};
-    for (auto* child : below) body_->addWidget(child);
-}
+      steps_(new StepsView(this)),
+      trouble_(new TroubleLabel(this)),
+      card_(new FactCard(this)),
+      field_(new LinkField(onButton, this)),
+      message_(new MessageView(this)),
+      buttons_(new ButtonRow(std::move(onButton), this)) {}
 
 bool ConnectSection::setContent(const WindowContent& content) {
     const auto before = controls();
     header_->setContent(content);
-    const auto* download = std::get_if<DownloadProgress>(&content.progress);
-    amount_->setPlainText(download ? download->text : std::string());
-    setParagraphs(content.paragraphs);
-    setTerminal(content);
-    setLinkField(content);
-    message_->setPlainText(content.message ? content.message->text : std::string());
+    setBody(content);
+    message_->setMessage(content.message);
     buttons_->setButtons(content.buttons);
     return controls() != before;
 }
 
-bool ConnectSection::takesExtraHeight() const {
-    return terminal_ && !terminal_->isHidden();
+void ConnectSection::setBody(const WindowContent& content) {
+    const auto* download = std::get_if<DownloadProgress>(&content.progress);
+    amount_->setPlainText(download ? download->text : std::string());
+    if (content.steps) steps_->setSteps(*content.steps);
+    steps_->setVisible(content.steps.has_value());
+    setParagraphs(content.paragraphs);
+    trouble_->setTrouble(content.trouble);
+    if (content.card) card_->setCard(*content.card);
+    card_->setVisible(content.card.has_value());
+    setTerminal(content);
+    setLinkField(content);
 }
 
 std::vector<QWidget*> ConnectSection::controls() const {
     std::vector<QWidget*> controls;
     if (terminal_ && !terminal_->isHidden()) controls.push_back(terminal_);
-    if (!field_->isHidden()) controls.push_back(field_);
-    controls.insert(controls.end(), buttons_->buttons().begin(), buttons_->buttons().end());
+    if (!field_->isHidden()) {
+        controls.push_back(field_);
+        controls.push_back(field_->pasteButton());
+    }
+    const auto ordered = buttons_->inTabOrder();
+    controls.insert(controls.end(), ordered.begin(), ordered.end());
     return controls;
 }
 
 void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {
-    while (paragraphLabels_.size() < paragraphs.size()) {
-        paragraphLabels_.push_back(new TextLabel(TextLabel::Role::body, paragraphs_));
-        paragraphs_->layout()->addWidget(paragraphLabels_.back());
+    while (paragraphs_.size() < paragraphs.size()) {
+        paragraphs_.push_back(new TextLabel(TextLabel::Role::body, this));
+        paragraphs_.back()->stackUnder(trouble_);
     }
-    for (std::size_t i = 0; i < paragraphLabels_.size(); ++i)
-        paragraphLabels_[i]->setPlainText(i < paragraphs.size() ? paragraphs[i] : std::string());
-    paragraphs_->setVisible(!paragraphs.empty());
+    for (std::size_t i = 0; i < paragraphs_.size(); ++i)
+        paragraphs_[i]->setPlainText(i < paragraphs.size() ? paragraphs[i] : std::string());
 }
 
 void ConnectSection::setTerminal(const WindowContent& content) {
@@ -96,7 +97,6 @@ void ConnectSection::setTerminal(const WindowContent& content) {
     if (!terminal_ && content.terminal) {
         terminal_ = new TerminalBox(this);
         terminal_->stackUnder(field_);
-        body_->insertWidget(body_->indexOf(field_), terminal_, 1);
     }
     if (!terminal_) return;
     if (content.terminal) {
@@ -108,15 +108,61 @@ void ConnectSection::setTerminal(const WindowContent& content) {
 }
 
 void ConnectSection::setLinkField(const WindowContent& content) {
-    if (const auto& field = content.linkField) {
-        if (const auto text = qtText(field->placeholder); text != field_->placeholderText())
-            field_->setPlaceholderText(text);
-        updateAccessibleName(*field_, field->accessibleName);
-        field_->setEnabled(field->enabled);
+    if (content.linkField) {
+        field_->setField(*content.linkField);
     } else if (isLinkUsed(content)) {
         field_->clear();
     }
     field_->setVisible(content.linkField.has_value());
+}
+
+int ConnectSection::arrange(const Grid& grid) {
+    const int headerHeight = header_->arrange(grid);
+    place(*header_, {0, 0, parentWidget()->width(), headerHeight});
+    const int extra = std::max(0, headerHeight - grid.scaled(bodyTop));  // of a heading of several lines
+    const bool hasMessage = !message_->isHidden();
+    const int bodyEnd =
+        arrangeBody(grid, grid.scaled(bodyTop) + extra,
+                    hasMessage ? grid.scaled(messageTop) - Grid::groupGap : grid.scaled(terminalEnd));
+
+    int buttonsAt = std::max(grid.scaled(buttonsTop), bodyEnd + Grid::groupGap);
+    if (hasMessage) {
+        const int top = std::max(grid.scaled(messageTop), bodyEnd + Grid::gap);
+        const int height = std::max(message_->arrange(grid), messageLines * amount_->lineHeight());
+        place(*message_, {0, top, parentWidget()->width(), height});
+        buttonsAt = std::max(buttonsAt, top + height + Grid::gap);
+    }
+    return buttons_->arrange(grid, buttonsAt, hasMessage ? buttonsAt : bodyEnd + Grid::groupGap);
+}
+
+// Returns the end of the body. A terminal ends at `bottom`, if three of its lines fit above.
+int ConnectSection::arrangeBody(const Grid& grid, int top, int bottom) {
+    const int extra = top - grid.scaled(bodyTop);
+    int y = top;
+    int end = top;
+    const auto add = [&](QWidget& child, int height) {
+        place(child, grid.column(y, height));
+        end = y + height;
+        y = end + Grid::groupGap;
+    };
+    if (!amount_->isHidden()) {
+        y += grid.scaled(amountTop);
+        add(*amount_, amount_->lineHeight());
+    }
+    if (!steps_->isHidden()) add(*steps_, steps_->arrange(grid));
+    if (end > top) y = std::max(grid.scaled(textTop) + extra, end + Grid::gap);
+    for (auto* paragraph : paragraphs_)
+        if (!paragraph->isHidden()) add(*paragraph, paragraph->heightForWidth(grid.columnWidth()));
+    if (!trouble_->isHidden()) add(*trouble_, trouble_->heightForWidth(grid.columnWidth()));
+    if (!card_->isHidden()) add(*card_, card_->arrange(grid));
+    if (terminal_ && !terminal_->isHidden()) {
+        y = std::max(y, grid.scaled(terminalTop) + extra);
+        terminal_->resize(grid.columnWidth(), terminal_->height());  // wraps its text
+        const int room = std::max(bottom - y, terminal_->heightOf(3));
+        add(*terminal_, std::min(room, terminal_->preferredHeight()));
+    }
+    if (!field_->isHidden()) add(*field_, grid.scaled(fieldHeight));
+    return end;
 }
 
 }  // namespace tarnik

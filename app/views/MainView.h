@@ -6,14 +6,13 @@
 
 #include "app/model/WindowContent.h"
 
-class QBoxLayout;
 class QScrollArea;
 
 namespace tarnik {
 
 class Announcer;
-class ConnectSection;
-class SwitchesSection;
+class LinkField;
+class Page;
 
 // The contents of the window. Draws a WindowContent and reports the intents of clicks and keys. Parts that
 // don't change keep their widgets with focus, selection and scroll position. Main thread only.
@@ -36,7 +35,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    QWidget* makePage();
+    LinkField* field() const;
     void draw();
     void updateTabOrder();
     void updateFocus(QWidget* before);
@@ -47,11 +46,9 @@ private:
 
     const OnIntent onIntent_;
     WindowContent content_;
-    ConnectSection* connect_ = nullptr;  // a child; the widgets below are also children
-    SwitchesSection* switches_ = nullptr;
-    Announcer* announcer_ = nullptr;
+    Page* page_;  // a child; the widgets below are also children
+    Announcer* announcer_;
     QScrollArea* const scroll_;
-    QBoxLayout* pageLayout_ = nullptr;
 };
 
 }  // namespace tarnik

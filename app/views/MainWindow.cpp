@@ -8,14 +8,13 @@
 #include <algorithm>
 
 #include "app/texts/WindowTexts.h"
+#include "app/views/Grid.h"
 #include "app/views/MenuKey.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"
 
 namespace tarnik {
 namespace {
-
-constexpr QSize fullSize(460, 560);
 
 // The assumed size of the frame. The real height of the title bar is unknown until the window is mapped.
 constexpr QSize assumedFrame(0, 40);
@@ -91,6 +90,7 @@ QSize MainWindow::outerSize(QSize inner) const {
 
 void MainWindow::fitScreen() {
     const QSize room = screen()->availableGeometry().size() - outerSize(QSize(0, 0));
+    const QSize fullSize(Grid::scaled(font(), Grid::pageWidth), Grid::scaled(font(), Grid::pageHeight));
     setFixedSize(fullSize.boundedTo(room).expandedTo(QSize(1, 1)));
 }
 

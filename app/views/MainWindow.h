@@ -9,8 +9,9 @@
 
 namespace tarnik {
 
-// The only window. Its size is 460 by 560. On a smaller screen the window has the available size and its
-// contents scroll. Closing hides the window. Main thread only.
+// The only window. Its size is 460 by 560 at a system font of 13 pixels, and grows with the font. On a
+// smaller screen the window has the available size and its contents scroll. Closing hides the window. Main
+// thread only.
 class MainWindow : public QWidget {
 public:
     MainWindow(WindowContent content, MainView::OnIntent onIntent);

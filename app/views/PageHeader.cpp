@@ -1,7 +1,8 @@
 #include "app/views/PageHeader.h"
 
-#include <QVBoxLayout>
+#include <algorithm>
 
+#include "app/views/Grid.h"
 #include "app/views/ProgressBar.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolView.h"
@@ -10,30 +11,20 @@
 namespace tarnik {
 namespace {
 
-constexpr int symbolSide = 21;
-constexpr int symbolGap = 10;
+// In points.
+constexpr int symbolSide = 20;
+constexpr int lineHeight = 24;
+constexpr int progressGap = 6;  // above and below
+constexpr int progressHeight = 4;
 
 }  // namespace
 
+// Creates the children in the order in which screen readers read them.
 PageHeader::PageHeader(QWidget* parent)
     : QWidget(parent),
+      symbol_(new SymbolView(this)),
       heading_(new TextLabel(TextLabel::Role::heading, this)),
-      symbol_(new SymbolView(symbolSide, heading_->lineHeight(), this)),
-      progress_(new ProgressBar(gapBelow, this)) {
-    // Screen readers read the children from back to front: the symbol, the heading, the progress.
-    symbol_->lower();
-
-    auto* line = new QHBoxLayout;
-    line->setSpacing(symbolGap);
-    line->addWidget(symbol_, 0, Qt::AlignTop);
-    line->addWidget(heading_, 1, Qt::AlignTop);
-
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addLayout(line);
-    layout->addWidget(progress_);
-}
+      progress_(new ProgressBar(this)) {}
 
 void PageHeader::setContent(const WindowContent& content) {
     if (content.symbol) symbol_->setSymbol(*content.symbol);
@@ -47,7 +38,17 @@ void PageHeader::setContent(const WindowContent& content) {
         progress_->setProgress(download ? *download : DownloadProgress{});
     }
     progress_->setVisible(download || isBusy);
-    setVisible(content.symbol || !content.heading.empty());
+}
+
+int PageHeader::arrange(const Grid& grid) {
+    resize(parentWidget()->width(), height());
+    const int line = std::max(grid.scaled(lineHeight), heading_->lineHeight());
+    const int text = std::max(line, heading_->heightForWidth(grid.columnWidth()));
+    place(*symbol_, grid.symbol(line / 2, grid.scaled(symbolSide)));
+    place(*heading_, grid.column(0, text));
+    const int bar = grid.scaled(progressHeight);
+    place(*progress_, grid.column(text + progressGap, bar));
+    return text + bar + 2 * progressGap;
 }
 
 }  // namespace tarnik

@@ -6,6 +6,7 @@
 
 namespace tarnik {
 
+class Grid;
 class ProgressBar;
 class SymbolView;
 class TextLabel;
@@ -14,16 +15,17 @@ class TextLabel;
 // move when the bar appears or disappears.
 class PageHeader : public QWidget {
 public:
-    static constexpr int gapBelow = 12;  // the space between heading and body; contains the bar
-
     explicit PageHeader(QWidget* parent);
 
     void setContent(const WindowContent& content);
 
+    // Places the children and returns the height, which ends where the body begins.
+    int arrange(const Grid& grid);
+
 private:
     // Children.
-    TextLabel* const heading_;
     SymbolView* const symbol_;
+    TextLabel* const heading_;
     ProgressBar* const progress_;
 };
 

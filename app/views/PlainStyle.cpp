@@ -5,101 +5,143 @@
 #include <QPainterPath>
 #include <QStyleOption>
 
+#include "app/views/Grid.h"
+#include "app/views/LinkField.h"
+#include "app/views/VectorPath.h"
+
 namespace tarnik {
 namespace {
 
+// In points.
 constexpr double radius = 7;
+constexpr double pillRadius = 4;
 constexpr double ringWidth = 2;
 constexpr int buttonHeight = 32;
-constexpr int buttonPadding = 14;  // on each side of the title
+constexpr int buttonPadding = 16;  // on each side of the title
+constexpr int pillPadding = 12;
+constexpr int minButtonWidth = 80;
 constexpr int fieldPadding = 8;
 constexpr int frameWidth = 4;  // keeps contents out of the rounded corners
-constexpr int scrollBarWidth = 12;
+constexpr int scrollBarWidth = 14;
 constexpr int minThumbLength = 28;
+constexpr int indicatorSide = 16;
+constexpr int labelGap = 12;  // between a check box and its label
+constexpr double indicatorRadius = 4;
+constexpr int animationMilliseconds = 150;
 
 bool has(const QStyleOption& option, QStyle::State state) {
     return (option.state & state) == state;
 }
 
 // Draws a rounded box whose outline lies inside `rect`.
-void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QPen& line) {
+void drawBox(QPainter& painter, const QRectF& rect, const QBrush& fill, const QPen& line, double round) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(fill);
     painter.setPen(line);
     const double inset = line.style() == Qt::NoPen ? 0 : line.widthF() / 2;
-    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
+    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), round - inset, round - inset);
     painter.restore();
 }
 
-// The strengths of outlines. A control with text has a quiet outline. A control that is visible only by its
-// outline has a clear outline.
-constexpr double quietOutline = 0.26;
-constexpr double clearOutline = 0.47;
-constexpr double disabledOutline = 0.15;
-constexpr double strongOutline = 0.8;  // for all enabled controls at higher contrast
-
-QColor outline(const QPalette& palette, double share) {
-    const bool isStrong = contrastOf(palette) == Contrast::higher && share > disabledOutline;
-    return mixed(palette.color(QPalette::Active, QPalette::WindowText), palette.color(QPalette::Window),
-                 isStrong ? strongOutline : share);
+QPen outline(const QPalette& palette) {
+    return {lineColour(palette), static_cast<double>(lineWidth(palette))};
 }
 
 struct ButtonColours {
     QColor fill;
-    QColor line;
+    QPen line;
+    QColor text;
 };
 
-ButtonColours buttonColours(const QStyleOptionButton& option) {
+bool isDefault(const QStyleOptionButton& option) {
+    return option.features.testFlag(QStyleOptionButton::DefaultButton);
+}
+
+// Returns true for a disabled button and for a default button that doesn't accept input yet.
+bool looksDisabled(const QStyleOptionButton& option, const QWidget* widget) {
+    const auto* button = dynamic_cast<const IntentButton*>(widget);
+    return !has(option, QStyle::State_Enabled) || (isDefault(option) && button && button->isWaiting());
+}
+
+// Returns the share of the text's or the opposite colour that a pressed or hovered button gets.
+double tintOf(const QStyleOption& option) {
+    if (has(option, QStyle::State_Sunken)) return 0.14;
+    return has(option, QStyle::State_MouseOver) ? 0.07 : 0;
+}
+
+ButtonColours buttonColours(const QStyleOptionButton& option, const QWidget* widget) {
     const auto& palette = option.palette;
     const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
-    const QColor window = palette.color(QPalette::Window);
-    const bool isDefault = option.features.testFlag(QStyleOptionButton::DefaultButton);
-    if (!has(option, QStyle::State_Enabled)) {
-        const QColor fill = mixed(text, window, 0.06);
-        return {fill, fill};
+    if (looksDisabled(option, widget)) {
+        const QColor ground = disabledGround(palette);
+        const bool isHigher = contrastOf(palette) == Contrast::higher;
+        return {ground, isHigher ? outline(palette) : QPen(ground, 1),
+                palette.color(QPalette::Disabled, QPalette::ButtonText)};
     }
-    // A pressed button is tinted more than a hovered one.
-    const double tint = has(option, QStyle::State_Sunken)      ? 0.14
-                        : has(option, QStyle::State_MouseOver) ? 0.07
-                                                               : 0;
-    const QColor fill = palette.color(isDefault ? QPalette::Highlight : QPalette::Button);
-    if (!isDefault) return {mixed(text, fill, tint), outline(palette, quietOutline)};
+    const double tint = tintOf(option);
+    if (option.features.testFlag(QStyleOptionButton::Flat))
+        return {mixed(text, pillColour(palette), tint), QPen(Qt::NoPen), accentColour(palette)};
+    const QColor fill = palette.color(isDefault(option) ? QPalette::Highlight : QPalette::Button);
+    if (!isDefault(option)) return {mixed(text, fill, tint), outline(palette), text};
     // The tint increases the contrast to the title. A fill that resembles the window's colour gets an
     // outline.
-    const bool isTitleLight = palette.color(QPalette::HighlightedText).lightness() > 127;
-    const QColor tinted = mixed(isTitleLight ? Qt::black : Qt::white, fill, tint);
-    const bool isFaint = contrastBetween(fill, window) < 3;
-    return {tinted, isFaint ? outline(palette, clearOutline) : tinted};
+    const QColor title = palette.color(QPalette::HighlightedText);
+    const QColor tinted = mixed(title.lightness() > 127 ? Qt::black : Qt::white, fill, tint);
+    const bool isFaint = contrastBetween(fill, palette.color(QPalette::Window)) < 3;
+    return {tinted, isFaint ? outline(palette) : QPen(tinted, 1), title};
 }
 
-void drawButton(const QStyleOptionButton& option, QPainter& painter) {
-    const auto colours = buttonColours(option);
+// The page draws the ring of the focus, because it lies outside of the button.
+void drawButton(const QStyleOptionButton& option, QPainter& painter, const QWidget* widget) {
+    const auto colours = buttonColours(option, widget);
+    const bool isFlat = option.features.testFlag(QStyleOptionButton::Flat);
+    drawBox(painter, option.rect, colours.fill, colours.line, isFlat ? pillRadius : radius);
+}
+
+void drawField(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
+    if (!has(option, QStyle::State_Enabled)) {
+        const QColor ground = disabledGround(option.palette);
+        return drawBox(painter, option.rect, ground, QPen(ground, 1), radius);
+    }
+    const auto* field = dynamic_cast<const LinkField*>(widget);
+    QPen line = outline(option.palette);
+    if (field && field->isRefused())
+        line = QPen(errorColour(option.palette), ringWidth);
+    else if (has(option, QStyle::State_HasFocus))
+        line = QPen(accentColour(option.palette), ringWidth);
+    drawBox(painter, option.rect, option.palette.color(QPalette::Base), line, radius);
+}
+
+// Draws the box of a check box: empty, with a tick, or with a dash.
+void drawIndicator(const QStyleOption& option, QPainter& painter) {
     const QRectF rect(option.rect);
-    drawBox(painter, rect, colours.fill, QPen(colours.line, 1));
-    if (!has(option, QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange)) return;
-    // A gap in the window's colour makes the ring visible on a filled button.
-    drawBox(painter, rect, Qt::NoBrush, QPen(accentColour(option.palette), ringWidth));
-    drawBox(painter, rect.adjusted(ringWidth, ringWidth, -ringWidth, -ringWidth), Qt::NoBrush,
-            QPen(option.palette.color(QPalette::Window), 1));
-}
-
-void drawField(const QStyleOption& option, double share, QPainter& painter) {
+    const bool isOn = has(option, QStyle::State_On);
     const bool enabled = has(option, QStyle::State_Enabled);
-    const bool focused = has(option, QStyle::State_HasFocus);
-    const QColor ground = option.palette.color(enabled ? QPalette::Base : QPalette::Window);
-    const QPen line = focused ? QPen(accentColour(option.palette), ringWidth)
-                              : QPen(outline(option.palette, enabled ? share : disabledOutline), 1);
-    drawBox(painter, option.rect, ground, line);
+    const auto& palette = option.palette;
+    QColor fill = palette.color(isOn ? QPalette::Highlight : QPalette::Base);
+    if (!enabled) fill = disabledGround(palette);
+    drawBox(painter, rect, fill, isOn && enabled ? QPen(Qt::NoPen) : outline(palette), indicatorRadius);
+    QColor mark = palette.color(isOn ? QPalette::HighlightedText : QPalette::WindowText);
+    if (!enabled) mark = palette.color(QPalette::Disabled, QPalette::WindowText);
+    QPainterPath path;
+    if (isOn) path = vectorPath("M 3.8 8.2 L 6.7 11.1 L 12.2 4.9");
+    if (has(option, QStyle::State_NoChange)) path = vectorPath("M 4.5 8 L 11.5 8");
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(rect.topLeft());
+    painter.scale(rect.width() / indicatorSide, rect.height() / indicatorSide);
+    painter.strokePath(path, QPen(mark, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.restore();
 }
 
 void drawScrollThumb(const QStyleOptionComplex& option, const QRect& slider, QPainter& painter) {
     const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(&option);
     if (!bar || bar->maximum <= bar->minimum) return;
     const bool isActive = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken);
-    const QColor colour = mixed(option.palette.color(QPalette::WindowText),
-                                option.palette.color(QPalette::Window), isActive ? 0.55 : 0.32);
-    constexpr double inset = 3;
+    const QColor line = lineColour(option.palette);
+    const QColor colour = isActive ? mixed(option.palette.color(QPalette::WindowText), line, 0.4) : line;
+    constexpr double inset = 4;
     const QRectF thumb = QRectF(slider).adjusted(inset, inset, -inset, -inset);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -136,12 +178,13 @@ void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     switch (element) {
         case PE_PanelButtonCommand:
             if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option))
-                return drawButton(*button, *painter);
+                return drawButton(*button, *painter, widget);
             break;
-        case PE_PanelLineEdit: return drawField(*option, clearOutline, *painter);
-        case PE_Frame: return drawField(*option, quietOutline, *painter);
+        case PE_PanelLineEdit:
+        case PE_Frame: return drawField(*option, *painter, widget);
+        case PE_IndicatorCheckBox: return drawIndicator(*option, *painter);
         case PE_FrameLineEdit:
-        case PE_FrameFocusRect:  // drawButton draws a ring instead
+        case PE_FrameFocusRect:  // the page draws a ring instead
         case PE_FrameDefaultButton: return;
         default: break;
     }
@@ -152,11 +195,9 @@ void PlainStyle::drawControl(ControlElement element, const QStyleOption* option,
                              const QWidget* widget) const {
     const auto* button =
         element == CE_PushButtonLabel ? qstyleoption_cast<const QStyleOptionButton*>(option) : nullptr;
-    if (!button || !has(*button, State_Enabled) ||
-        !button->features.testFlag(QStyleOptionButton::DefaultButton))
-        return QProxyStyle::drawControl(element, option, painter, widget);
+    if (!button) return QProxyStyle::drawControl(element, option, painter, widget);
     QStyleOptionButton label(*button);
-    label.palette.setBrush(QPalette::ButtonText, label.palette.brush(QPalette::HighlightedText));
+    label.palette.setBrush(QPalette::ButtonText, buttonColours(*button, widget).text);
     QProxyStyle::drawControl(element, &label, painter, widget);
 }
 
@@ -168,8 +209,13 @@ void PlainStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
 
 QSize PlainStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                                    const QWidget* widget) const {
-    if (type == CT_PushButton)
-        return {size.width() + 2 * buttonPadding, std::max(buttonHeight, size.height() + 12)};
+    const auto* button =
+        type == CT_PushButton ? qstyleoption_cast<const QStyleOptionButton*>(option) : nullptr;
+    if (button && button->features.testFlag(QStyleOptionButton::Flat))
+        return {size.width() + 2 * pillPadding, size.height()};
+    if (button)
+        return {std::max(minButtonWidth, size.width() + 2 * buttonPadding),
+                std::max(buttonHeight, size.height() + 12)};
     if (type == CT_LineEdit) return {size.width() + 2 * fieldPadding, size.height() + 2 * fieldPadding};
     return QProxyStyle::sizeFromContents(type, option, size, widget);
 }
@@ -199,6 +245,10 @@ int PlainStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
     switch (metric) {
         case PM_DefaultFrameWidth: return frameWidth;
         case PM_ScrollBarExtent: return scrollBarWidth;
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+            return Grid::scaled(widget ? widget->font() : QApplication::font(), indicatorSide);
+        case PM_CheckBoxLabelSpacing: return labelGap;
         case PM_ScrollBarSliderMin: return minThumbLength;
         case PM_ScrollView_ScrollBarSpacing:
         case PM_ButtonShiftHorizontal:
@@ -210,11 +260,17 @@ int PlainStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
 int PlainStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                           QStyleHintReturn* returned) const {
     if (hint == SH_ScrollView_FrameOnlyAroundContents) return 0;
+    if (hint == SH_Widget_Animation_Duration) return motion_ == Motion::usual ? animationMilliseconds : 0;
     return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
-void applyPlainStyle(Appearance appearance, const PaletteOptions& options) {
-    if (!dynamic_cast<PlainStyle*>(QApplication::style())) QApplication::setStyle(new PlainStyle);
+void applyPlainStyle(Appearance appearance, const PaletteOptions& options, Motion motion) {
+    auto* style = dynamic_cast<PlainStyle*>(QApplication::style());
+    if (!style) {
+        style = new PlainStyle;
+        QApplication::setStyle(style);
+    }
+    style->setMotion(motion);
     QApplication::setPalette(paletteFor(appearance, options));
 }
 

@@ -12,6 +12,8 @@ class PlainStyle : public QProxyStyle {
 public:
     PlainStyle();
 
+    void setMotion(Motion motion) { motion_ = motion; }
+
     QPalette standardPalette() const override;
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -27,9 +29,13 @@ public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returned) const override;
+
+private:
+    Motion motion_ = Motion::usual;
 };
 
-// Sets the application's style and palette. Later calls only change the palette.
-void applyPlainStyle(Appearance appearance, const PaletteOptions& options = {});
+// Sets the application's style, its motion and its palette.
+void applyPlainStyle(Appearance appearance, const PaletteOptions& options = {},
+                     Motion motion = Motion::usual);
 
 }  // namespace tarnik

@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <QTimerEvent>
-#include <cmath>
+#include <algorithm>
 
 #include "app/views/Colours.h"
 #include "app/views/QtText.h"
@@ -11,24 +11,23 @@
 namespace tarnik {
 namespace {
 
-constexpr int thickness = 4;
-constexpr int stepMilliseconds = 40;
-constexpr int phaseStep = 16;
-constexpr double segmentShare = 0.28;
+constexpr int stepMilliseconds = 33;
+constexpr int travelMilliseconds = 1500;
+constexpr int firstMilliseconds = 500;  // a bar that starts here doesn't look like a progress value
+constexpr double segmentShare = 1.0 / 3;
+constexpr double dashShare = 0.5;   // of the distance of two dashes
+constexpr double dashDistance = 3;  // in multiples of the bar's thickness
 
 void paintBar(QPainter& painter, const QRectF& bar, const QColor& colour) {
+    const double radius = std::min(bar.height(), bar.width()) / 2;
     painter.setBrush(colour);
-    painter.drawRoundedRect(bar, thickness / 2.0, thickness / 2.0);
+    painter.drawRoundedRect(bar, radius, radius);
 }
 
 }  // namespace
 
-ProgressBar::ProgressBar(int height, QWidget* parent) : QProgressBar(parent) {
+ProgressBar::ProgressBar(QWidget* parent) : QProgressBar(parent) {
     setTextVisible(false);
-    setFixedHeight(height);
-    auto policy = sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    setSizePolicy(policy);
     hide();
 }
 
@@ -40,27 +39,48 @@ void ProgressBar::setProgress(const DownloadProgress& progress) {
     updateTimer();
 }
 
+bool ProgressBar::isAnimated() const {
+    return style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+}
+
+// A right-to-left layout mirrors the direction.
 void ProgressBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    const int top = (height() - thickness) / 2;  // a whole pixel
-    const QRectF track(0, top, width(), thickness);
-    paintBar(painter, track, lineColour(palette()));
-
-    QRectF filled(track);
-    if (isIndeterminate()) {
-        const double position = 0.5 - 0.5 * std::cos(phase_ / 1000.0 * 2 * M_PI);
-        filled.setLeft(width() * (1 - segmentShare) * position);
-        filled.setWidth(width() * segmentShare);
-    } else {
-        if (value() == 0) return;
-        filled.setWidth(std::max<double>(thickness, width() * value() / 1000.0));
+    if (layoutDirection() == Qt::RightToLeft) {
+        painter.translate(width(), 0);
+        painter.scale(-1, 1);
     }
-    paintBar(painter, filled, accentColour(palette()));
+    paintBar(painter, rect(), trackColour(palette()));
+    if (!isIndeterminate()) {
+        const double filled = std::max<double>(height(), width() * value() / 1000.0);
+        if (value() > 0) paintBar(painter, QRectF(0, 0, filled, height()), accentColour(palette()));
+    } else if (isAnimated()) {
+        paintSegment(painter);
+    } else {
+        paintDashes(painter);
+    }
+}
+
+void ProgressBar::paintSegment(QPainter& painter) const {
+    const auto elapsed = travel_.isValid() ? travel_.elapsed() : 0;
+    const double phase =
+        static_cast<double>((elapsed + firstMilliseconds) % travelMilliseconds) / travelMilliseconds;
+    // The segment enters at one end and leaves at the other.
+    const double left = (phase * (1 + segmentShare) - segmentShare) * width();
+    const QRectF segment = QRectF(left, 0, segmentShare * width(), height()).intersected(rect());
+    paintBar(painter, segment, accentColour(palette()));
+}
+
+void ProgressBar::paintDashes(QPainter& painter) const {
+    const double distance = dashDistance * height();
+    for (double left = 0; left + distance * dashShare <= width(); left += distance)
+        paintBar(painter, QRectF(left, 0, distance * dashShare, height()), accentColour(palette()));
 }
 
 void ProgressBar::showEvent(QShowEvent*) {
+    travel_.start();
     updateTimer();
 }
 
@@ -70,13 +90,11 @@ void ProgressBar::hideEvent(QHideEvent*) {
 
 void ProgressBar::timerEvent(QTimerEvent* event) {
     if (event->timerId() != timer_.timerId()) return QProgressBar::timerEvent(event);
-    phase_ = (phase_ + phaseStep) % 1000;
     update();
 }
 
 void ProgressBar::updateTimer() {
-    const bool moves = isIndeterminate() && isVisible() &&
-                       style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    const bool moves = isIndeterminate() && isVisible() && isAnimated();
     if (moves == timer_.isActive()) return;
     if (moves) {
         timer_.start(stepMilliseconds, this);

@@ -1,18 +1,18 @@
 #pragma once
 
 #include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QProgressBar>
 
 #include "app/model/DownloadProgress.h"
 
 namespace tarnik {
 
-// A thin progress bar. While the total is unknown, a segment moves along the bar, unless the user has
-// disabled animations. A hidden bar keeps its place in a layout.
+// A thin progress bar. While the total is unknown, a segment travels along the bar. If the user has disabled
+// animations, the bar is a row of dashes instead.
 class ProgressBar : public QProgressBar {
 public:
-    // The bar is painted in the middle of `height`.
-    ProgressBar(int height, QWidget* parent);
+    explicit ProgressBar(QWidget* parent);
 
     void setProgress(const DownloadProgress& progress);
 
@@ -24,10 +24,13 @@ protected:
 
 private:
     bool isIndeterminate() const { return maximum() == 0; }
+    bool isAnimated() const;
     void updateTimer();
+    void paintSegment(QPainter& painter) const;
+    void paintDashes(QPainter& painter) const;
 
     QBasicTimer timer_;  // runs only while the segment moves
-    int phase_ = 350;    // in thousandths of a period; the first phase doesn't look like a progress value
+    QElapsedTimer travel_;
 };
 
 }  // namespace tarnik

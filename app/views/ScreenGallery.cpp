@@ -48,6 +48,14 @@ QImage picture(QWidget& window, int scale) {
     return pixmap.toImage();
 }
 
+// Uses the size for which the window is designed, so that the pictures are the same on every system.
+void useDesignedFont() {
+    constexpr int designSize = 13;
+    QFont font = QApplication::font();
+    font.setPixelSize(designSize);
+    QApplication::setFont(font);
+}
+
 }  // namespace
 
 int ScreenGallery::showScreen(std::string_view name, Appearance appearance) const {
@@ -63,6 +71,8 @@ int ScreenGallery::showScreen(std::string_view name, Appearance appearance) cons
 int ScreenGallery::writeScreens(const std::string& folder) const {
     const QDir place(qtText(folder));
     if (!place.mkpath(".")) return fail(failed, "the folder " + place.path() + " can't be made");
+    useDesignedFont();
+    QApplication::setDoubleClickInterval(0);  // so that no button waits
 
     for (const auto appearance : {Appearance::light, Appearance::dark}) {
         QApplication::setPalette(paletteFor(appearance));

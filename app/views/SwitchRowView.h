@@ -6,22 +6,27 @@
 
 namespace tarnik {
 
+class Grid;
 class SymbolView;
 class TextLabel;
 
-// One switch: its state, a description, and a button to turn it on.
+// A row of the switches section: symbol, title, description and button. The description is as wide without
+// the button, so the row keeps its height.
 class SwitchRowView : public QWidget {
 public:
     SwitchRowView(OnButton onButton, QWidget* parent);
 
     void setRow(const WindowContent::SwitchRow& row);
 
-    IntentButton* button() const { return button_; }  // hidden if the row has no button
+    // Places the children and returns the height. The widget is as wide as the page.
+    int arrange(const Grid& grid);
+
+    IntentButton* button() const { return button_; }
 
 private:
     // Children.
-    TextLabel* title_;
     SymbolView* symbol_;
+    TextLabel* title_;
     TextLabel* description_;
     IntentButton* button_;
     TextLabel* hint_;

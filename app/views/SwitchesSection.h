@@ -7,6 +7,7 @@
 
 namespace tarnik {
 
+class Grid;
 class SwitchRowView;
 class TextLabel;
 
@@ -18,13 +19,15 @@ public:
     // Returns true if the new controls differ from the previous controls.
     bool setContent(const WindowContent::Switches& content);
 
+    // Places the children and returns the height. The widget is as wide as the page.
+    int arrange(const Grid& grid);
+
     std::vector<QWidget*> controls() const;  // in tab order
 
 private:
     const OnButton onButton_;
     TextLabel* heading_;  // a child; the widgets below are also children
     TextLabel* text_;
-    QWidget* list_;
     std::vector<SwitchRowView*> rows_;
 };
 

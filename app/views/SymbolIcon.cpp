@@ -82,14 +82,11 @@ QColor groundColour(const QPalette& palette) {
     return palette.color(QPalette::Window);
 }
 
-QColor outlineColour(const QPalette& palette) {
-    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.5);
-}
-
 constexpr std::string_view disc =
     "M 22 12 C 22 17.52 17.52 22 12 22 C 6.48 22 2 17.52 2 12 C 2 6.48 6.48 2 12 2 C 17.52 2 22 6.48 22 12 Z";
 constexpr std::string_view ring =
-    "M 21 12 C 21 16.97 16.97 21 12 21 C 7.03 21 3 16.97 3 12 C 3 7.03 7.03 3 12 3 C 16.97 3 21 7.03 21 12 Z";
+    "M 21.1 12 C 21.1 17.03 17.03 21.1 12 21.1 C 6.97 21.1 2.9 17.03 2.9 12 C 2.9 6.97 6.97 2.9 12 2.9 "
+    "C 17.03 2.9 21.1 6.97 21.1 12 Z";
 constexpr std::string_view check = "M 7.4 12.4 L 10.7 15.6 L 16.7 8.9";
 constexpr std::string_view downArrow = "M 12 7.2 L 12 16.2 M 8.2 12.8 L 12 16.6 L 15.8 12.8";
 // Two arrows in a circle: two arcs and their heads.
@@ -99,15 +96,23 @@ constexpr std::string_view arcs =
 constexpr std::string_view heads = "M 20.6 3.9 L 20.1 9.6 L 14.9 7.3 Z M 3.4 20.1 L 3.9 14.4 L 9.1 16.7 Z";
 constexpr std::string_view triangle = "M 12 4.6 L 20.4 19.2 L 3.6 19.2 Z";
 constexpr std::string_view exclamation = "M 12 9.6 L 12 13.6 M 12 16.6 L 12 16.65";
+constexpr std::string_view tallExclamation = "M 12 7 L 12 13 M 12 16.7 L 12 16.75";
+constexpr std::string_view longArrow = "M 12 4 L 12 19.4 M 5.8 13.4 L 12 19.6 L 18.2 13.4";
+constexpr std::string_view laptop =
+    "M 4.6 7 C 4.6 5.9 5.5 5 6.6 5 L 17.4 5 C 18.5 5 19.4 5.9 19.4 7 L 19.4 15.6 L 4.6 15.6 Z "
+    "M 2.6 19.2 L 21.4 19.2";
 
 const Symbol* symbolNamed(std::string_view name) {
     static const std::vector<Symbol> symbols{
-        {SymbolName::checkmark, {{successColour, disc}, {groundColour, check, 2.2}}},
-        {SymbolName::circle, {{outlineColour, ring, 1.6}}},
+        {SymbolName::checkmark, {{successColour, disc}, {groundColour, check, 2.3}}},
+        {SymbolName::circle, {{lineColour, ring, 1.9}}},
         {SymbolName::arrows, {{accentColour, arcs, 2}, {accentColour, heads}, {accentColour, heads, 0.8}}},
-        {SymbolName::download, {{accentColour, ring, 1.8}, {accentColour, downArrow, 1.9}}},
+        {SymbolName::download, {{accentColour, ring, 2}, {accentColour, downArrow, 2}}},
+        {SymbolName::laptop, {{accentColour, laptop, 2}}},
+        {SymbolName::pointer, {{accentColour, longArrow, 2}}},
+        {SymbolName::refusal, {{errorColour, disc}, {groundColour, tallExclamation, 2.3}}},
         {SymbolName::warning,
-         {{warningColour, triangle}, {warningColour, triangle, 3}, {groundColour, exclamation, 2.1}}},
+         {{warningColour, triangle}, {warningColour, triangle, 3}, {groundColour, exclamation, 2.3}}},
     };
     for (const auto& symbol : symbols)
         if (symbol.name == name) return &symbol;

@@ -7,10 +7,10 @@
 
 namespace tarnik {
 
-// A symbol with an accessible name, vertically centred on the line of text beside it.
+// A symbol with an accessible name. It fills the widget.
 class SymbolView : public QLabel {
 public:
-    SymbolView(int side, int lineHeight, QWidget* parent = nullptr);
+    explicit SymbolView(QWidget* parent = nullptr) : QLabel(parent) {}
 
     void setSymbol(const WindowContent::Symbol& symbol);
 
@@ -18,8 +18,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    const int side_;
-    std::string_view name_;
+    std::string name_;
     QIcon icon_;
 };
 

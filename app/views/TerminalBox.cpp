@@ -1,17 +1,22 @@
 #include "app/views/TerminalBox.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QFontDatabase>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextDocument>
+#include <algorithm>
+#include <limits>
 
 #include "app/views/QtText.h"
 
 namespace tarnik {
 namespace {
 
-constexpr int minLines = 4;
-constexpr int preferredLines = 6;
-constexpr int padding = 8;
+constexpr int mostLines = 5;
+constexpr int verticalPadding = 10;
+constexpr int sidePadding = 12;
+constexpr double fontSize = 0.88;  // of the system font
 
 // Returns the length of the front of `before` that `after` lacks. Returns 0 if the front is unchanged or the
 // texts are unrelated.
@@ -36,11 +41,14 @@ TerminalBox::TerminalBox(QWidget* parent) : QPlainTextEdit(parent) {
     setUndoRedoEnabled(false);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    document()->setDocumentMargin(padding);
+    document()->setDocumentMargin(0);
+    setFrameShape(QFrame::StyledPanel);
+    const int inside = frameWidth();
+    setViewportMargins(sidePadding - inside, verticalPadding - inside, sidePadding - inside,
+                       verticalPadding - inside);
 
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (font().pointSizeF() > 0) fixed.setPointSizeF(font().pointSizeF() * 0.92);
+    if (font().pointSizeF() > 0) fixed.setPointSizeF(font().pointSizeF() * fontSize);
     setFont(fixed);
 
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
@@ -59,6 +67,7 @@ void TerminalBox::setTerminal(const WindowContent::Terminal& terminal) {
     isChanging_ = true;
     dropFront(droppedFront(text_, text));
     replaceFrom(commonPrefix(text_, text), text);
+    (void)linesUpTo(std::numeric_limits<int>::max());  // so that the scroll bar's range is final
     verticalScrollBar()->setValue(place);
     isChanging_ = false;
     scrollToEnd();
@@ -102,12 +111,23 @@ void TerminalBox::scrollToEnd() {
     if (followsEnd_ && !isChanging_) verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
-QSize TerminalBox::sizeHint() const {
-    return {200, preferredLines * fontMetrics().lineSpacing() + 2 * (padding + frameWidth())};
+// Breaks the text into lines at the current width, until there are `most`. The layout is lazy: it counts a
+// block that was never painted as one line.
+int TerminalBox::linesUpTo(int most) const {
+    int lines = 0;
+    for (auto block = document()->begin(); block.isValid() && lines < most; block = block.next()) {
+        (void)document()->documentLayout()->blockBoundingRect(block);
+        lines += block.lineCount();
+    }
+    return lines;
 }
 
-QSize TerminalBox::minimumSizeHint() const {
-    return {100, minLines * fontMetrics().lineSpacing() + 2 * (padding + frameWidth())};
+int TerminalBox::heightOf(int lines) const {
+    return lines * fontMetrics().lineSpacing() + 2 * verticalPadding;
+}
+
+int TerminalBox::preferredHeight() const {
+    return heightOf(std::clamp(linesUpTo(mostLines), 1, mostLines));
 }
 
 }  // namespace tarnik

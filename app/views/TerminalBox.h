@@ -15,13 +15,15 @@ public:
     void setTerminal(const WindowContent::Terminal& terminal);
     void reset();  // clears the text; call it between two programs
 
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+    // Return heights with the frame, at the current width. The preferred one shows up to five lines.
+    int preferredHeight() const;
+    int heightOf(int lines) const;
 
 private:
     void replaceFrom(qsizetype position, const QString& text);
     void dropFront(qsizetype count);
     void scrollToEnd();
+    int linesUpTo(int most) const;
 
     QString text_;
     bool followsEnd_ = true;

@@ -1,6 +1,7 @@
 #include "app/views/TextLabel.h"
 
 #include <QFontInfo>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QTextLayout>
 #include <algorithm>
@@ -12,31 +13,44 @@
 namespace tarnik {
 namespace {
 
-// The line height in multiples of the font size. Fonts of the same size request very different line heights.
-constexpr double leading = 1.38;
 constexpr int minWidth = 60;
 
-QFont fontFor(TextLabel::Role role, QFont font) {
-    const auto resize = [&font](double factor) {
-        if (font.pointSizeF() > 0)
-            font.setPointSizeF(font.pointSizeF() * factor);
-        else
-            font.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * factor)));
-    };
+// The font and the line height of a role, in multiples of the system font's size.
+struct Style {
+    double size;
+    double lineHeight;
+    QFont::Weight weight;
+};
+
+constexpr double designSize = 13;
+
+constexpr Style styleOf(TextLabel::Role role) {
     switch (role) {
+        case TextLabel::Role::heading: return {1.3, 24 / designSize, QFont::Bold};
         case TextLabel::Role::brand:
-            resize(1.15);
-            font.setWeight(QFont::DemiBold);
-            break;
-        case TextLabel::Role::heading:
-            resize(1.3);
-            font.setWeight(QFont::DemiBold);
-            break;
-        case TextLabel::Role::strong: font.setWeight(QFont::DemiBold); break;
-        case TextLabel::Role::body: break;
-        case TextLabel::Role::quiet: resize(QFontInfo(font).pixelSize() > 13 ? 0.9 : 0.95); break;
+        case TextLabel::Role::strong: return {1, 18 / designSize, QFont::Bold};
+        case TextLabel::Role::body:
+        case TextLabel::Role::label: return {1, 18 / designSize, QFont::Normal};
+        case TextLabel::Role::quiet: return {0.92, 16 / designSize, QFont::Normal};
     }
+    return {1, 1, QFont::Normal};
+}
+
+QFont fontFor(const Style& style, QFont font) {
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * style.size);
+    else
+        font.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * style.size)));
+    font.setWeight(style.weight);
     return font;
+}
+
+QColor textColour(const QPalette& palette) {
+    return palette.color(QPalette::WindowText);
+}
+
+bool isQuiet(TextLabel::Role role) {
+    return role == TextLabel::Role::brand || role == TextLabel::Role::quiet || role == TextLabel::Role::label;
 }
 
 // Breaks the text into lines and returns their total size.
@@ -44,6 +58,8 @@ QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeig
     layout.setFont(font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTextDirection(QGuiApplication::layoutDirection());
+    option.setAlignment(Qt::AlignLeading);
     layout.setTextOption(option);
     QSizeF size;
     layout.beginLayout();
@@ -58,9 +74,12 @@ QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeig
 
 }  // namespace
 
-TextLabel::TextLabel(Role role, QWidget* parent) : QLabel(parent), role_(role) {
+TextLabel::TextLabel(Role role, QWidget* parent)
+    : QLabel(parent),
+      colour_(isQuiet(role) ? &secondaryColour : &textColour),
+      lineHeight_(QFontInfo(font()).pixelSize() * styleOf(role).lineHeight) {
     setTextFormat(Qt::PlainText);
-    setFont(fontFor(role, font()));
+    setFont(fontFor(styleOf(role), font()));
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -72,9 +91,14 @@ void TextLabel::setPlainText(std::string_view text) {
     setVisible(!text.empty());
 }
 
+void TextLabel::setColour(QColor (*colour)(const QPalette&)) {
+    if (colour == colour_) return;
+    colour_ = colour;
+    update();
+}
+
 int TextLabel::lineHeight() const {
-    const int fontSize = QFontInfo(font()).pixelSize();
-    return std::max(fontMetrics().height(), static_cast<int>(std::lround(fontSize * leading)));
+    return std::max(fontMetrics().height(), static_cast<int>(std::lround(lineHeight_)));
 }
 
 QSizeF TextLabel::measure(int width) const {
@@ -110,8 +134,7 @@ int TextLabel::heightForWidth(int width) const {
 
 void TextLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const QColor text = palette().color(QPalette::WindowText);
-    painter.setPen(role_ == Role::quiet ? secondaryColour(palette()) : text);
+    painter.setPen(colour_(palette()));
     QTextLayout layout(this->text().replace('\n', QChar::LineSeparator));
     layOut(layout, font(), width(), lineHeight());
     layout.draw(&painter, QPointF(0, contentsMargins().top()));

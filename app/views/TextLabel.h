@@ -10,11 +10,12 @@ namespace tarnik {
 // margins except the top margin.
 class TextLabel : public QLabel {
 public:
-    enum class Role { brand, heading, strong, body, quiet };
+    enum class Role { brand, heading, strong, body, quiet, label };  // `label` is a quiet body
 
     explicit TextLabel(Role role, QWidget* parent = nullptr);
 
-    void setPlainText(std::string_view text);  // an empty text hides the label
+    void setPlainText(std::string_view text);           // an empty text hides the label
+    void setColour(QColor (*colour)(const QPalette&));  // instead of the role's colour
     int lineHeight() const;
 
     QSize sizeHint() const override;
@@ -37,7 +38,8 @@ private:
     QSizeF measure(int width) const;
     QSize textSize(int width) const;
 
-    const Role role_;
+    QColor (*colour_)(const QPalette&);
+    const double lineHeight_;                          // in multiples of the system font's size
     mutable std::array<Measurement, 3> measurements_;  // latest first
 };
 

@@ -28,8 +28,16 @@ TEST(Colours, areReadableWithAnyAccent) {
                 const auto name = fill.name().toStdString();
                 EXPECT_GE(contrastBetween(palette.color(QPalette::HighlightedText), fill), 4.5) << name;
                 EXPECT_GE(contrastBetween(accentColour(palette), window), 4.5) << name;
-                EXPECT_GE(contrastBetween(secondaryColour(palette), window), isHigher ? 12 : 4.5);
-                EXPECT_GE(contrastBetween(lineColour(palette), window), isHigher ? 2.5 : 1);
+                for (auto* text : {&secondaryColour, &successColour, &warningColour, &errorColour})
+                    EXPECT_GE(contrastBetween(text(palette), window), 4.5);
+                EXPECT_GE(contrastBetween(secondaryColour(palette), cardColour(palette)),
+                          isHigher ? 11 : 4.5);
+                EXPECT_GE(contrastBetween(accentColour(palette), trackColour(palette)), accent ? 2.9 : 4.5);
+                for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button})
+                    EXPECT_GE(contrastBetween(lineColour(palette), palette.color(role)), isHigher ? 11 : 3);
+                EXPECT_GE(contrastBetween(palette.color(QPalette::Disabled, QPalette::ButtonText),
+                                          disabledGround(palette)),
+                          3);
             }
 }
 

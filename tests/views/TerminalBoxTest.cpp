@@ -42,7 +42,7 @@ TEST(TerminalBox, scrollsToItsEndUnlessTheUserScrolledUp) {
     EXPECT_EQ(bar->value(), 5);
     bar->setValue(bar->maximum());
     f.say(lines(1, 100));
-    EXPECT_TRUE(f.atEnd());
+    EXPECT_TRUE(f.atEnd()) << bar->value() << " of " << bar->maximum();
     bar->setValue(0);
     f.box.reset();
     f.say(lines(1, 50));

@@ -16,6 +16,11 @@ QString appearanceNamespace() {
     return QStringLiteral("org.freedesktop.appearance");
 }
 
+// Has the choice of GNOME and of the desktops that follow it. Portals before 1.20 lack "reduced-motion".
+QString interfaceNamespace() {
+    return QStringLiteral("org.gnome.desktop.interface");
+}
+
 ColourScheme schemeOf(uint number) {
     if (number == 1) return ColourScheme::dark;
     return number == 2 ? ColourScheme::light : ColourScheme::unknown;
@@ -40,20 +45,31 @@ AppearanceSettings settingsOf(const QDBusMessage& reply) {
     if (reply.signature() != QLatin1String("a{sa{sv}}")) return {};
     const auto namespaces = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst());
     const auto values = namespaces.value(appearanceNamespace());
+    const auto animations = namespaces.value(interfaceNamespace()).value(QStringLiteral("enable-animations"));
+    const bool isReduced = values.value(QStringLiteral("reduced-motion")).toUInt() == 1 ||
+                           (animations.isValid() && !animations.toBool());
     const bool isHigher = values.value(QStringLiteral("contrast")).toUInt() == 1;
     return {.scheme = schemeOf(values.value(QStringLiteral("color-scheme")).toUInt()),
             .options = {.accent = accentOf(values.value(QStringLiteral("accent-color"))),
-                        .contrast = isHigher ? Contrast::higher : Contrast::usual}};
+                        .contrast = isHigher ? Contrast::higher : Contrast::usual},
+            .motion = isReduced ? Motion::reduced : Motion::usual};
+}
+
+QString settingsInterface() {
+    return QStringLiteral("org.freedesktop.portal.Settings");
+}
+
+BusSignal::Match changeIn(const QString& settingsNamespace) {
+    return {.path = desktopPortal().path,
+            .interface = settingsInterface(),
+            .name = QStringLiteral("SettingChanged"),
+            .firstArgument = settingsNamespace};
 }
 
 BusQueryMonitor::Query query() {
-    const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
-    return {.call = busCall(desktopPortal(), settings, QStringLiteral("ReadAll"),
-                            {QStringList(appearanceNamespace())}),
-            .signals = {{.path = desktopPortal().path,
-                         .interface = settings,
-                         .name = QStringLiteral("SettingChanged"),
-                         .firstArgument = appearanceNamespace()}},
+    return {.call = busCall(desktopPortal(), settingsInterface(), QStringLiteral("ReadAll"),
+                            {QStringList{appearanceNamespace(), interfaceNamespace()}}),
+            .signals = {changeIn(appearanceNamespace()), changeIn(interfaceNamespace())},
             .onServiceEnd = BusQueryMonitor::OnServiceEnd::keepReply};
 }
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+namespace tarnik {
+
+// Fades from the previous picture of a widget to its new contents. Shows the change at once if the style has
+// no animations. A change during a fade lets the fade end.
+class Fade {
+public:
+    explicit Fade(QWidget& widget) : widget_(widget) {}
+
+    // Call it before the widget changes. The fade starts when the event loop runs next.
+    void start();
+
+private:
+    QWidget& widget_;
+    QPointer<QWidget> overlay_;  // a child of the widget's parent while it fades
+};
+
+}  // namespace tarnik
