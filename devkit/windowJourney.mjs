@@ -12,11 +12,12 @@ import { find, is } from './window/screen.mjs';
 
 const linkField = 'Link from tarnik';
 const connected = /^This Mac is connected/;
-const prompt = /Press Enter to connect it/;
+const prompt = 'Connect this Mac?';
 
 // Waits until the pairing command shows its prompt. Records the command's pid, so that a failed run can end the command.
 async function atThePrompt(run) {
-  const { text } = await run.seesText(prompt, 'text');
+  await run.seesText(prompt);
+  const { text } = await run.seesText(/connect pid \d+/, 'text');
   const pid = Number(text.match(/connect pid (\d+)/)[1]);
   run.connectPids.push(pid);
   await run.sees((tree) => is(find(tree, 'Connect', 'push button') ?? { states: [] }, 'enabled'), 'no Connect');

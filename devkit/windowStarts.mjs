@@ -9,7 +9,7 @@ import { processesOf } from './window/leftovers.mjs';
 import { forgetJoin, join } from './window/prepared.mjs';
 import { play } from './window/play.mjs';
 
-const prompt = /Press Enter to connect it/;
+const prompt = 'Connect this Mac?';
 const offer = /^This Mac is already connected/;
 const service = ['com.tarnik.node', '/com/tarnik/node'];
 // Makes the helper ignore the end of its input, so that a stop takes 10 s.
@@ -84,7 +84,7 @@ const cases = [
       demand(requestsFor(run, link) === 0, 'the service was asked');
       run.place.misbehave('runtime');
       await run.answer('Return');
-      await run.seesText(prompt, 'text');
+      await run.seesText(prompt);
       requestedOnce(run, link);
       await cancels(run);
       await quits(run);
@@ -97,7 +97,7 @@ const cases = [
       const link = run.place.service.links.handOut();
       run.launch(link.appLink);
       const appeared = await run.windowAppears();
-      await run.seesText(prompt, 'text');
+      await run.seesText(prompt);
       requestedOnce(run, link);
       await cancels(run);
       return [appeared];
@@ -108,7 +108,7 @@ const cases = [
     reach: async (run) => {
       const link = run.place.service.links.handOut();
       const ended = await handsOver(run, run.another(link.link));
-      await run.seesText(prompt, 'text');
+      await run.seesText(prompt);
       requestedOnce(run, link);
       await cancels(run);
       return [ended];
@@ -138,7 +138,7 @@ const cases = [
       from = run.windowMark;
       await open(run, [link.appLink]);
       const appeared = await run.windowAppears(from);
-      await run.seesText(prompt, 'text');
+      await run.seesText(prompt);
       requestedOnce(run, link);
       await cancels(run);
       return [appeared];
@@ -184,7 +184,7 @@ const cases = [
         const programs = words.map((word) => run.another(...(word ? [link.appLink] : [])));
         quotes.push(...await oneRemains(run, programs));
         if (words.includes('link')) {
-          await run.seesText(prompt, 'text');
+          await run.seesText(prompt);
           requestedOnce(run, link);
         } else {
           await run.seesText('Connect this Mac');

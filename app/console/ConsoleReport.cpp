@@ -61,8 +61,9 @@ void ConsoleReport::error(const std::string& text) {
 }
 
 void ConsoleReport::window() {
-    shown_ = WindowContent::of(model_->state(), {.webOrigin = model_->webOrigin()});
-    for (const auto& line : windowLines(*shown_)) output_.line("window", line);
+    shown_ = contentOf(model_->state());
+    for (const auto& line : windowLines(*shown_, std::chrono::system_clock::now()))
+        output_.line("window", line);
 }
 
 void ConsoleReport::status() {
@@ -128,7 +129,7 @@ void ConsoleReport::showLink(const AppState& now, const AppState& next) {
     }
     if (next.replaceOffer && next.replaceOffer != now.replaceOffer) {
         ++linkAnswers_;
-        output_.line("offer", WindowContent::of(next, {.webOrigin = model_->webOrigin()}).heading);
+        output_.line("offer", contentOf(next).heading);
         output_.hint(ConsoleTexts::answerOffer);
     }
 }
@@ -150,9 +151,14 @@ void ConsoleReport::showPairing(const PairingSession::Snapshot& snapshot) {
     }
 }
 
+WindowContent ConsoleReport::contentOf(const AppState& state) const {
+    return WindowContent::of(state,
+                             {.webOrigin = model_->webOrigin(), .closing = WindowSetting::Closing::noWindow});
+}
+
 void ConsoleReport::showNews(const AppState& state) {
     if (!shown_) return;
-    auto content = WindowContent::of(state, {.webOrigin = model_->webOrigin()});
+    auto content = contentOf(state);
     const auto news = content.newsSince(*shown_);
     shown_ = std::move(content);
     if (!news.empty()) output_.line("window", news);

@@ -46,6 +46,7 @@ private:
     void showPairing(const PairingSession::Snapshot& snapshot);
     void showNode(const NodeState& node);
     void showNews(const AppState& state);
+    WindowContent contentOf(const AppState& state) const;
 
     // The restarts since the program started.
     struct Restarts {

@@ -14,15 +14,24 @@ std::string rowText(const WindowContent::SwitchRow& row) {
     return text;
 }
 
+std::string boxText(const WindowContent::CheckBox& box) {
+    using State = WindowContent::CheckBox::State;
+    const char* const mark = box.state == State::on ? "[x] " : box.state == State::off ? "[ ] " : "[-] ";
+    return mark + box.title;
+}
+
 }  // namespace
 
-std::vector<std::string> windowLines(const WindowContent& content) {
+std::vector<std::string> windowLines(const WindowContent& content, WallTime now) {
     std::vector<std::string> lines;
     const auto add = [&](const std::string& text) {
         if (!text.empty()) lines.push_back(text);
     };
     add(content.heading);
     for (const auto& paragraph : content.paragraphs) add(paragraph);
+    if (content.trouble) add(content.trouble->sentenceAt(now));
+    if (content.card)
+        for (const auto& [label, value] : content.card->rows) add(label + ": " + value);
     if (content.linkField) add("<" + content.linkField->placeholder + ">");
     if (content.message) add(content.message->text);
     if (content.message && content.message->cause) add(*content.message->cause);
@@ -32,6 +41,7 @@ std::vector<std::string> windowLines(const WindowContent& content) {
     add(content.switches.heading);
     add(content.switches.text);
     for (const auto& row : content.switches.rows) add(rowText(row));
+    if (content.startAtLogin) add(boxText(*content.startAtLogin));
     return lines;
 }
 

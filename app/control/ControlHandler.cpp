@@ -11,7 +11,7 @@
 #include "app/failures/FailureCause.h"
 #include "app/texts/ControlTexts.h"
 #include "app/texts/LinkTexts.h"
-#include "app/texts/WindowTexts.h"
+#include "app/texts/MachineTexts.h"
 
 namespace tarnik {
 
@@ -98,8 +98,8 @@ void ControlHandler::connect(Client client, const ControlRequest& request) {
 void ControlHandler::restart(Client client, const ControlRequest& request) {
     const auto& state = model_->state();
     const auto refused = [&](std::string_view why) { refuse(client, request, ControlErrors::refused, why); };
-    if (state.homeError) return refused(WindowTexts::homeUnusable);
-    if (std::holds_alternative<Setups::Failed>(state.setup)) return refused(WindowTexts::installFailed);
+    if (state.homeError) return refused(MachineTexts::homeUnusable);
+    if (std::holds_alternative<Setups::Failed>(state.setup)) return refused(MachineTexts::installFailed);
     if (!std::holds_alternative<Setups::Ready>(state.setup)) return refused(LinkTexts::stillInstalling);
     if (std::holds_alternative<NodeStates::WaitingForLink>(state.node))
         return refuse(client, request, ControlErrors::notJoined, ControlTexts::notJoined);

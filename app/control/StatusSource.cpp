@@ -48,10 +48,13 @@ std::optional<std::string> reasonOf(const AppState& state, Section section,
     return std::nullopt;
 }
 
-// The heading of the link page is a request. A status states what is the case.
-std::string sentenceOf(const WindowContent& content) {
-    if (content.section == WindowContent::Section::link) return StatusTexts::noAccount;
-    return content.heading.empty() ? content.announcement : content.heading;
+// The heading of the link page is a request, and that of a prompt is a question. A status states what is the
+// case.
+std::string sentenceOf(const AppState& state, const WindowContent& content) {
+    if (content.section == Section::link) return StatusTexts::noAccount;
+    const bool asks = content.section == Section::pairing && state.pairing &&
+                      std::holds_alternative<PairingPhases::WaitingForYes>(state.pairing->phase);
+    return asks ? StatusTexts::promptWaits : content.heading;
 }
 
 // The window shows the outcome of a pairing until the user dismisses it. The status doesn't.
@@ -59,7 +62,7 @@ Status::Connection connectionOf(AppState state, const Url& webOrigin, const Expl
     if (state.pairing && !isInProgress(state.pairing->phase)) state.pairing.reset();
     const auto content = WindowContent::of(state, {.webOrigin = webOrigin});
     return {.state = std::string(stateOf(content.section)),
-            .sentence = sentenceOf(content),
+            .sentence = sentenceOf(state, content),
             .reason = reasonOf(state, content.section, explanations),
             .joined = state.joined};
 }

@@ -25,6 +25,7 @@ AppModel::AppModel(HostEnvironment host, AppModelDeps deps)
       driverCalls_(deps_.makeQueue("tarnik.driver")) {
     makePairing();
     state_.grantsGoStale = deps_.platform.switches.grantsGoStale;
+    state_.hasDriver = host_.driverExecutable.has_value();
     state_.accessibilityWasOn = deps_.platform.defaults.flag(accessibilityWasOnKey);
     auto home = chosenHome(deps_.platform.defaults, host_.userFolder);
     if (!home) {

@@ -83,6 +83,7 @@ struct AppState {
     bool checkingLink = false;                 // a link was accepted; its session has no snapshot yet
     bool accessibilityWasOn = false;           // in this run or an earlier one
     bool grantsGoStale = true;                 // see SwitchOperations
+    bool hasDriver = true;                     // the desktop driver is part of this build
     bool stopping = false;                     // AppModel::stop() was called
 
     // Returns true if the helper can't run or waits for a link, if a switch is off, or if a pairing is shown.

@@ -1,5 +1,7 @@
 #include "app/model/HelperTrouble.h"
 
+#include <algorithm>
+
 #include "app/texts/ExplanationTexts.h"
 
 namespace tarnik {
@@ -9,8 +11,9 @@ std::string HelperTrouble::sentenceAt(WallTime now) const {
     const auto age = now - at;
     auto text = kind == Kind::stopped ? Texts::stopped(Texts::helper, times, last, age)
                                       : Texts::startFailed(Texts::helper, times, last, age);
-    if (nextTry) text += " " + (*nextTry > now ? Texts::nextTry(*nextTry - now) : Texts::starting);
-    return text;
+    if (!nextTry) return text;
+    const Seconds left = std::min(*nextTry - now, *nextTry - at);  // the clock may be set back
+    return text + " " + (left > Seconds::zero() ? Texts::nextTry(left) : Texts::starting);
 }
 
 }  // namespace tarnik

@@ -1,5 +1,7 @@
 #include "app/model/SampleScreens.h"
 
+#include <chrono>
+#include <ctime>
 #include <utility>
 
 #include "app/texts/LinkTexts.h"
@@ -7,10 +9,10 @@
 namespace tarnik {
 namespace {
 
-constexpr std::string_view prompt =
+constexpr std::string_view account =
     "This link connects this Mac to ada@example.com.\n\n"
-    "tarnik will be able to run commands and work in apps on this Mac.\n\n"
-    "Press Enter to connect it, or Ctrl-C to leave things as they are.\n";
+    "tarnik will be able to run commands and work in apps on this Mac.\n\n";
+constexpr std::string_view prompt = "Press Enter to connect it, or Ctrl-C to leave things as they are.\n";
 
 AppState ready(NodeState node) {
     AppState state;
@@ -42,9 +44,26 @@ AppState unjoined() {
     return ready(NodeStates::WaitingForLink{});
 }
 
+AppState switched(AppState state, SwitchSnapshot switches) {
+    state.switches = switches;
+    state.accessibilityWasOn = switches.accessibility;
+    return state;
+}
+
 AppState joined(NodeState node = NodeStates::Running{}) {
     auto state = ready(node);
     state.joined = true;
+    state.helper.version = "2026.1.1";
+    if (state.node == NodeState(NodeStates::Running{}))
+        state.helper.since = sampleTime() - std::chrono::minutes(15);
+    return state;
+}
+
+// Returns a state in which the desktop driver is ready.
+AppState connected() {
+    auto state = switched(joined(), {.accessibility = true, .screenRecording = true});
+    state.endpoint = CuaDriverEndpoint{};
+    state.checksForUpdates = true;
     return state;
 }
 
@@ -60,14 +79,10 @@ AppState checking(AppState state) {
 
 AppState pairing(PairingPhase phase, std::string text) {
     auto state = ready(NodeStates::Pairing{});
-    state.pairing = {
-        .sessionID = "00000000-0000-4000-8000-000000000000", .phase = phase, .text = std::move(text)};
-    return state;
-}
-
-AppState switched(AppState state, SwitchSnapshot switches) {
-    state.switches = switches;
-    state.accessibilityWasOn = switches.accessibility;
+    state.pairing = {.sessionID = "00000000-0000-4000-8000-000000000000",
+                     .phase = phase,
+                     .text = text,
+                     .displayText = std::move(text)};
     return state;
 }
 
@@ -104,26 +119,85 @@ std::string longText() {
     std::string text;
     for (int line = 1; line <= 600; ++line)
         text += "line " + std::to_string(line) + " of what the helper says while it reads the link\n";
-    return text + std::string(prompt);
+    return text + std::string(account) + std::string(prompt);
 }
+
+// The pairing has connected, and the helper runs.
+AppState paired() {
+    auto state = pairing(PairingPhases::Connected{}, "");
+    state.node = NodeStates::Running{};
+    state.joined = true;
+    return state;
+}
+
+AppState starting() {
+    auto state = connected();
+    state.helper = {};
+    state.endpoint.reset();
+    return state;
+}
+
+AppState updateWaiting() {
+    auto state = connected();
+    state.waitingUpdate = "2026.2";
+    return state;
+}
+
+AppState withoutDriver() {
+    auto state = connected();
+    state.hasDriver = false;
+    state.endpoint.reset();
+    return state;
+}
+
+AppState reconnectingAtStart() {
+    auto state = installing("");
+    state.joined = true;
+    return state;
+}
+
+// The helper has failed several times in a row.
+AppState inTrouble(HelperTrouble trouble, std::string lastLines) {
+    auto state = switched(joined(NodeStates::Restarting{Seconds(16)}),
+                          {.accessibility = true, .screenRecording = true});
+    trouble.at = sampleTime() - std::chrono::seconds(12);
+    trouble.nextTry = sampleTime() + std::chrono::seconds(8);
+    state.helper.trouble = std::move(trouble);
+    state.helper.lastLines = std::move(lastLines);
+    return state;
+}
+
+constexpr std::string_view logEnd =
+    "14:52:05 gateway: starting\n"
+    "14:52:07 gateway: connecting to tarnik.invalid\n"
+    "14:52:07 gateway: connected\n"
+    "14:52:09 Error: EACCES: permission denied, open 'state/session.json'\n"
+    "14:52:09 exiting with status 3\n";
 
 }  // namespace
 
+// In the local time zone, because the window shows local times.
+WallTime sampleTime() {
+    std::tm time{};
+    time.tm_year = 2026 - 1900;
+    time.tm_mday = 15;
+    time.tm_hour = 14;
+    time.tm_min = 52;
+    time.tm_isdst = -1;
+    return std::chrono::system_clock::from_time_t(std::mktime(&time));
+}
+
 std::vector<SampleScreen> sampleScreens() {
     using namespace PairingPhases;
-    const std::string shown(prompt);
+    using Trouble = HelperTrouble;
+    const std::string shown = std::string(account) + std::string(prompt);
+    const std::string asked = "Checking the link... 100%\n" + shown;
     const AppState::Download part{.received = 18'100'000, .total = 40'100'000};
     const AppState::Download unknown{.received = 18'100'000, .total = std::nullopt};
-    auto starting = installing("");
-    starting.joined = true;
-    auto failing = joined(NodeStates::Restarting{Seconds(16)});
-    const auto now = std::chrono::system_clock::now();
-    failing.helper.trouble = {.times = 5,
-                              .last = "exit 3",
-                              .at = now - std::chrono::seconds(12),
-                              .nextTry = now + std::chrono::seconds(8)};
+    const HttpError offline{.kind = HttpError::Kind::unreachable, .text = "Couldn't connect to server"};
+    auto unchecked = withMessage(unjoined(), LinkTexts::linkExpired);
+    unchecked.linkCause = FailureCause::captivePortal;
     auto halfStale = switched(joined(), {.screenRecording = true});
-
     return {
         {"getting-ready", installing("")},
         {"installing", installing("Downloading tarnik's helper…")},
@@ -132,6 +206,7 @@ std::vector<SampleScreen> sampleScreens() {
         {"installing-refused-link",
          withMessage(installing("Downloading Node.js v24.22.1…", part), LinkTexts::stillInstalling)},
         {"install-failed", failed(InstallFailure{.kind = InstallFailure::Kind::download, .what = "Node.js"})},
+        {"install-failed-cause", failed(offline)},
         {"install-failed-long", failed(InstallFailure{InstallFailure::Kind::extract, tarOutput()})},
         {"helper-missing", ready(NodeStates::NotInstalled{})},
         {"home-error",
@@ -140,24 +215,33 @@ std::vector<SampleScreen> sampleScreens() {
         {"checking", checking(unjoined())},
         {"refused-link", withMessage(unjoined(), LinkTexts::notALink)},
         {"expired-link", withMessage(unjoined(), LinkTexts::linkExpired)},
+        {"expired-link-cause", std::move(unchecked)},
         {"pairing-reading", pairing(Starting{}, "")},
         {"pairing-confirm", pairing(WaitingForYes{}, shown)},
+        {"pairing-progress", pairing(WaitingForYes{}, asked)},
         {"pairing-refused-link",
          withMessage(pairing(WaitingForYes{}, shown), describe(PairingFailure::busy))},
-        {"pairing-long-text", pairing(WaitingForYes{}, longText())},
+        {"pairing-confirm-long", pairing(WaitingForYes{}, longText())},
         {"pairing-connecting", pairing(Connecting{}, shown)},
-        {"pairing-connected", pairing(Connected{}, shown)},
+        {"pairing-connected", paired()},
         {"pairing-failed", pairing(Ended{ExitStatus::exited(1)}, shown + "\nThe link was already used.\n")},
         {"connected-switches-off", joined()},
         {"connected-one-switch", switched(joined(), {.accessibility = true})},
-        {"connected", switched(joined(), {.accessibility = true, .screenRecording = true})},
+        {"connected", connected()},
+        {"connected-starting", starting()},
+        {"connected-update-waiting", updateWaiting()},
+        {"connected-no-driver", withoutDriver()},
+        {"connected-no-tray", connected(), std::nullopt, WindowSetting::Closing::endsConnection},
         {"connected-stale-switch", stale()},
         {"connected-stale-switch-and-screen", std::move(halfStale)},
         {"connected-refused-link", withMessage(joined(), LinkTexts::notALink)},
         {"connected-checking", checking(joined())},
-        {"reconnecting", joined(NodeStates::Restarting{Seconds(4)})},
-        {"reconnecting-at-start", std::move(starting)},
-        {"reconnecting-again", std::move(failing)},
+        {"reconnecting-first", joined(NodeStates::Restarting{Seconds(4)})},
+        {"reconnecting-at-start", reconnectingAtStart()},
+        {"reconnecting-trouble", inTrouble({.times = 5, .last = "exit 3"}, std::string(logEnd))},
+        {"reconnecting-not-started",
+         inTrouble({.kind = Trouble::Kind::notStarted, .times = 3, .last = "posix_spawn: Permission denied"},
+                   "")},
         {"replace-offer", offered()},
         {"stopping", stopping()},
         {"alert", unjoined(), Relocation::runHereMessage({.bundlePath = "/Users/ada/Downloads/tarnik.app"})},

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/model/AppState.h"
+#include "app/model/WindowContent.h"
 #include "app/texts/RelocationTexts.h"
 
 namespace tarnik {
@@ -14,7 +14,11 @@ struct SampleScreen {
     std::string_view name;  // lower case with dashes; usable as a file name
     AppState state;
     std::optional<Relocation::Message> alert = std::nullopt;  // shown in front of the window
+    WindowSetting::Closing closing = WindowSetting::Closing::staysInPanel;
 };
+
+// The moment of all samples, so that their texts are always the same.
+WallTime sampleTime();
 
 // Returns one screen for each state that the window distinguishes, in the order of a typical use.
 std::vector<SampleScreen> sampleScreens();

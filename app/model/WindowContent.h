@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -8,16 +9,18 @@
 #include "app/model/AppState.h"
 #include "app/model/WindowParts.h"
 #include "core/foundation/Url.h"
+#include "core/foundation/WallTime.h"
 
 namespace tarnik {
 
 // What the window's content depends on beside the state.
 struct WindowSetting {
-    // The effect of closing the window.
-    enum class Closing { staysInMenuBar, staysInPanel, endsConnection };
+    // The effect of closing the window. A console has no window.
+    enum class Closing { staysInMenuBar, staysInPanel, endsConnection, noWindow };
 
     Url webOrigin;
     Closing closing = Closing::staysInPanel;
+    WallTime now = std::chrono::system_clock::now();
 };
 
 // The content of the window at one moment. A view draws the content from top to bottom and reports the intent
@@ -66,7 +69,7 @@ struct WindowContent {
     std::optional<LinkField> linkField;
 
     std::optional<Message> message;
-    std::vector<Button> buttons;  // the primary button comes first
+    std::vector<Button> buttons;  // the button with the default key, if any, comes first
     Switches switches;
     std::optional<CheckBox> startAtLogin;  // std::nullopt if the system has no list of such programs
     std::string announcement;              // the main line for screen readers

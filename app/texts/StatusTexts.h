@@ -11,6 +11,7 @@ inline constexpr Text notJoined =
     "This computer isn't paired with an account. Start tarnik, then run: tarnik connect";
 inline constexpr Text noAccount =
     "This computer isn't connected. Ask for a link in your chat, then run: tarnik connect";
+inline constexpr Text promptWaits = "tarnik's helper waits for your confirmation.";
 
 // The labels of the rows.
 inline constexpr Text program = "Program";

@@ -2,8 +2,9 @@
 
 #include <string_view>
 
-// The texts of the window and of the alert. core/ has the texts for its own values: the names and the hint of
-// the switches, the failures of installs, and the reasons why a link has to wait.
+// The texts of the window and of the alert; MachineTexts.h has those about this machine. core/ has the texts
+// for its own values: the names and the hint of the switches, the failures of installs, and the reasons why a
+// link has to wait.
 namespace tarnik::WindowTexts {
 
 using Text = std::string_view;
@@ -22,6 +23,10 @@ inline constexpr Text offerConnect = "Connect to the new account";
 inline constexpr Text offerKeep = "Keep the current one";
 
 // A pairing.
+inline constexpr Text confirmHeading = "Connect this Mac?";
+inline constexpr Text confirmText =
+    "Connect only if you asked for this link: tarnik will be able to run commands and work in apps on this "
+    "Mac.";
 inline constexpr Text readingLink = "Reading the link…";
 inline constexpr Text connecting = "Connecting…";
 inline constexpr Text pairingConnected = "Connected. You can go back to your chat.";
@@ -30,22 +35,16 @@ inline constexpr Text connect = "Connect";
 inline constexpr Text cancel = "Cancel";
 inline constexpr Text done = "Done";
 
-// The state of this machine.
-inline constexpr Text connected = "This Mac is connected to your tarnik.";
-inline constexpr Text reconnecting = "Reconnecting…";
-inline constexpr Text gettingReady = "Getting ready…";
-inline constexpr Text stopping = "Stopping…";
-inline constexpr Text installFailed = "tarnik couldn't install its helper.";
-inline constexpr Text helperMissing = "tarnik's helper isn't there any more.";
-inline constexpr Text homeUnusable = "tarnik can't use the folder for its helper.";
-inline constexpr Text tryAgain = "Quit tarnik and open it again to try once more.";
-
 // The link field.
 inline constexpr Text linkHeading = "Connect this Mac";
 inline constexpr Text linkText =
     "Open the link tarnik sent you in your chat and click “Open in tarnik”, or paste the link here.";
 inline constexpr Text linkPathHint = "/…";  // in the field, after the web origin
 inline constexpr Text linkContinue = "Continue";
+inline constexpr Text paste = "Paste";
+inline constexpr Text stepChat = "Your chat";
+inline constexpr Text stepLink = "The link";
+inline constexpr Text stepConnected = "Connected";
 
 // The switches.
 inline constexpr Text switchesHeading = "So tarnik can work in your apps";
@@ -58,16 +57,20 @@ inline constexpr Text turnOn = "Turn On…";
 inline constexpr Text ok = "OK";
 
 // Read by a screen reader only.
+inline constexpr Text computerName = "This computer";
+inline constexpr Text stepsName = "The steps: the link in your chat, then tarnik, then connected";
+inline constexpr Text pasteName = "Paste the link";
 inline constexpr Text linkFieldName = "Link from tarnik";
 inline constexpr Text terminalName = "What tarnik's helper says";
+inline constexpr Text lastLinesName = "The last lines that tarnik's helper wrote";
 inline constexpr Text busyName = "Working";
 inline constexpr Text downloadName = "Download";
 inline constexpr Text succeededName = "Done";
 inline constexpr Text problemName = "Problem";
 inline constexpr Text pointerName = "Below";
 inline constexpr Text confirmPrompt = "Read what tarnik's helper says, then choose Connect or Cancel.";
-inline constexpr Text switchIsOn = " is on";  // after the switch's title
-inline constexpr Text switchIsOff = " is off";
-inline constexpr Text turnOnSwitch = "Turn on ";  // before the switch's title
+inline constexpr Text switchIsOn = "{switch} is on";
+inline constexpr Text switchIsOff = "{switch} is off";
+inline constexpr Text turnOnSwitch = "Turn on {switch}";
 
 }  // namespace tarnik::WindowTexts

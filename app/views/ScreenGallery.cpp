@@ -32,8 +32,10 @@ std::unique_ptr<QWidget> makeScreen(const SampleScreen& screen, const Url& webOr
         alert->show();
         return alert;
     }
-    auto window = std::make_unique<MainWindow>(WindowContent::of(screen.state, {.webOrigin = webOrigin}),
-                                               [](const auto&, const auto&) {});
+    auto window = std::make_unique<MainWindow>(
+        WindowContent::of(screen.state,
+                          {.webOrigin = webOrigin, .closing = screen.closing, .now = sampleTime()}),
+        [](const auto&, const auto&) {});
     window->setAttribute(Qt::WA_DontShowOnScreen, visibility == Visibility::hidden);
     window->present();
     return window;

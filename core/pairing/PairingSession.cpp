@@ -182,7 +182,11 @@ bool PairingSession::waitFor(Seconds timeout, const std::function<bool()>& done)
 }
 
 PairingSession::Snapshot PairingSession::makeSnapshot(const Phase& phase) const {
-    return {.sessionID = id_, .phase = phase, .text = output_.text(), .textStart = output_.textStart()};
+    return {.sessionID = id_,
+            .phase = phase,
+            .text = output_.text(),
+            .textStart = output_.textStart(),
+            .displayText = output_.displayText()};
 }
 
 // The only place that sets the phase. Called for every change of the session, even if the phase stays the

@@ -45,6 +45,7 @@ struct PairingSnapshot {
     PairingPhase phase;
     std::string text;             // terminal output without escape sequences; untrusted, show as plain text
     std::uint64_t textStart = 0;  // the number of bytes that were cut off before `text`
+    std::string displayText;      // the end of the output; a carriage return starts its line anew
 
     bool operator==(const PairingSnapshot&) const = default;
 };

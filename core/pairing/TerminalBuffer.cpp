@@ -10,6 +10,7 @@ std::size_t TerminalBuffer::append(std::string_view bytes) {
     kept_ += decoded;
     characters_.append(decoded);
     cleaner_.append(decoded, text_);
+    display_.append(decoded);
     // maxTextBytes counts bytes, but a cut keeps keptCharacters, so enough text always remains.
     if (kept_.size() <= maxTextBytes) return before;
     const std::size_t dropped = cut(characters_.start() - keptStart_);

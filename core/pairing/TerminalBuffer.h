@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core/foundation/Utf8.h"
+#include "core/pairing/TerminalDisplay.h"
 #include "core/pairing/TerminalText.h"
 
 namespace tarnik {
@@ -25,6 +26,9 @@ public:
 
     const std::string& text() const { return text_; }
 
+    // Returns the end of the output as a person reads it. Its bound differs from the bound of text().
+    const std::string& displayText() const { return display_.text(); }
+
     // Returns the number of bytes of plain text that were cut off before text().
     std::uint64_t textStart() const { return textStart_; }
 
@@ -39,6 +43,7 @@ private:
     TerminalText::Cleaner cleaner_;
     std::string text_;
     std::uint64_t textStart_ = 0;
+    TerminalDisplay display_;
 };
 
 }  // namespace tarnik

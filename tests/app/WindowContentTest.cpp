@@ -17,7 +17,7 @@ using Section = WindowContent::Section;
 using Intent = UserIntent::Kind;
 
 WindowContent contentOf(const AppState& state) {
-    return WindowContent::of(state, {.webOrigin = *Url::parse("https://tarnik.test")});
+    return WindowContent::of(state, {.webOrigin = *Url::parse("https://tarnik.test"), .now = sampleTime()});
 }
 
 AppState sample(std::string_view name) {
@@ -38,9 +38,16 @@ std::string summary(const WindowContent& content) {
     if (std::holds_alternative<WindowContent::Busy>(content.progress)) text += " (busy)";
     const auto* download = std::get_if<DownloadProgress>(&content.progress);
     if (download) text += " (" + download->text + ")";
+    if (content.card) text += " (card)";
+    if (content.trouble) text += " (trouble)";
     if (content.terminal) text += " (terminal)";
-    if (content.linkField) text += content.linkField->enabled ? " link" : " link off";
-    if (content.message) text += " | " + content.message->text.substr(0, content.message->text.find(' '));
+    if (const auto& field = content.linkField) {
+        text += field->refused ? " refused" : field->enabled ? " link" : " link off";
+        if (field->paste) text += " [" + summary(*field->paste) + "]";
+    }
+    constexpr const char* kinds[] = {" | ", " ! ", " > "};
+    if (const auto& message = content.message)
+        text += kinds[static_cast<int>(message->kind)] + message->text.substr(0, message->text.find(' '));
     for (const auto& button : content.buttons) text += " [" + summary(button) + "]";
     return text;
 }
@@ -55,24 +62,32 @@ TEST(WindowContent, showsAPairingBeforeItsSessionExists) {
 }
 
 TEST(WindowContent, showsEachState) {
-    const std::string good = "checkmark.circle.fill", bad = "exclamationmark.triangle";
+    const std::string good = "checkmark.circle.fill (card)", bad = "exclamationmark.triangle";
+    const std::string arrows = "arrow.triangle.2.circlepath", laptop = "laptopcomputer";
+    const std::string again = " [Try Again return] [Copy Details]";
     const std::pair<const char*, std::string> cases[] = {
-        {"getting-ready", " (busy)"},
+        {"getting-ready", laptop + " (busy)"},
         {"installing", "arrow.down.circle (busy)"},
         {"installing-download", "arrow.down.circle (18.1 MB of 40.1 MB)"},
-        {"install-failed", bad},
-        {"connect", " link [Continue return]"},
-        {"checking", " (busy) link off | Checking [Continue return off] [Cancel esc]"},
-        {"pairing-reading", " (busy) [Cancel esc]"},
-        {"pairing-confirm", " (terminal) [Connect return] [Cancel esc]"},
-        {"pairing-connecting", " (busy) (terminal) [Cancel esc]"},
-        {"pairing-connected", good + " [Done return esc]"},
+        {"install-failed", bad + again},
+        {"helper-missing", bad + again},
+        {"home-error", bad + " [Copy Details]"},
+        {"connect", laptop + " link [Paste] [Continue return]"},
+        {"checking", laptop + " (busy) link off | Checking [Continue return off] [Cancel esc]"},
+        {"expired-link", laptop + " refused [Paste] ! This [Continue return]"},
+        {"pairing-reading", laptop + " (busy) [Cancel esc]"},
+        {"pairing-confirm", laptop + " (terminal) [Connect return] [Cancel esc]"},
+        {"pairing-connecting", laptop + " (busy) (terminal) [Cancel esc]"},
+        {"pairing-connected", good + " > Two [Done return esc]"},
         {"pairing-failed", bad + " (terminal) [Done return esc]"},
-        {"connected", good},
-        {"connected-checking", good + " (busy) | Checking [Cancel esc]"},
-        {"reconnecting", "arrow.triangle.2.circlepath"},
-        {"replace-offer", " [Connect to the new account] [Keep the current one esc]"},
-        {"stopping", " (busy)"},
+        {"connected", good + " | You"},
+        {"connected-one-switch", good + " > One"},
+        {"connected-refused-link", good + " ! That"},
+        {"connected-checking", "checkmark.circle.fill (busy) (card) | Checking [Cancel esc]"},
+        {"reconnecting-first", arrows},
+        {"reconnecting-trouble", arrows + " (trouble) (terminal) [Try Now return] [Copy Details] [Show Log]"},
+        {"replace-offer", laptop + " [Keep the current one esc] [Connect to the new account]"},
+        {"stopping", laptop + " (busy)"},
     };
     for (const auto& [name, expected] : cases) EXPECT_EQ(summary(contentOf(sample(name))), expected) << name;
 }
@@ -139,11 +154,59 @@ TEST(WindowContent, offersASwitchOnlyWhileItIsOff) {
     }
 }
 
+std::string cardOf(const AppState& state, Seconds later = Seconds(0)) {
+    const auto now = sampleTime() + std::chrono::duration_cast<WallTime::duration>(later);
+    std::string text;
+    const auto card = *WindowContent::of(state, {.now = now}).card;
+    for (const auto& row : card.rows) text += row.value + "|";
+    return text;
+}
+
+TEST(WindowContent, showsFactsAboutAConnectedMachine) {
+    const std::string running = "Running since 14:37, version 2026.1.1|";
+    EXPECT_EQ(cardOf(sample("connected")), running + "Ready|tarnik is up to date|");
+    EXPECT_EQ(cardOf(sample("connected-starting")), "Starting…|Starting…|tarnik is up to date|");
+    EXPECT_EQ(cardOf(sample("connected-one-switch")), running + "Needs one more switch|");
+    EXPECT_EQ(cardOf(sample("pairing-connected")), "Starting…|Needs two switches|");
+    EXPECT_EQ(cardOf(sample("connected-switches-off"), std::chrono::hours(50)),
+              "Running for 2 days, version 2026.1.1|Needs two switches|");
+    auto state = sample("connected-update-waiting");
+    state.helper.version.clear();
+    state.switches.screenRecording = false;  // the driver stops a moment later
+    EXPECT_EQ(cardOf(state),
+              "Running since 14:37|Needs one more switch|Version 2026.2 waits for a quiet moment|");
+}
+
+TEST(WindowContent, showsTheHelpersWordsWithoutTheKeys) {
+    auto state = sample("pairing-confirm");
+    const std::pair<const char*, const char*> cases[] = {
+        {"For ada.\n\nPress Enter to connect it, or Ctrl-C.\n", "For ada."},
+        {"For ada. Press Enter to connect it.\nmore\n", "For ada. \nmore"},
+        {"Press Enter", "Press Enter"},
+    };
+    for (const auto& [printed, shown] : cases) {
+        state.pairing->displayText = printed;
+        EXPECT_EQ(contentOf(state).terminal->text, shown);
+    }
+}
+
+TEST(HelperTrouble, survivesChangesOfTheClock) {
+    const auto trouble = *sample("reconnecting-trouble").helper.trouble;
+    const auto end = [&](Seconds later) {
+        const auto text =
+            trouble.sentenceAt(sampleTime() + std::chrono::duration_cast<WallTime::duration>(later));
+        return text.substr(text.find("exit 3") + 8);
+    };
+    EXPECT_EQ(end(Seconds(0)), "12 s ago. Next try in 8 s.");
+    EXPECT_EQ(end(Seconds(9)), "21 s ago. It is starting.");
+    EXPECT_EQ(end(std::chrono::hours(-24)), "0 s ago. Next try in 20 s.");
+}
+
 TEST(SampleScreens, showEverySection) {
     std::set<Section> sections;
-    for (const auto& [name, state, alert] : sampleScreens()) {
-        sections.insert(contentOf(state).section);
-        EXPECT_FALSE(contentOf(state).announcement.empty()) << name;
+    for (const auto& screen : sampleScreens()) {
+        sections.insert(contentOf(screen.state).section);
+        EXPECT_FALSE(contentOf(screen.state).announcement.empty()) << screen.name;
     }
     EXPECT_EQ(sections.size(), static_cast<std::size_t>(Section::link) + 1);
 }
@@ -153,15 +216,22 @@ TEST(WindowContent, boundsAndCleansTextsFromOutside) {
     const std::string bad = "\x1B[31m<b>" + turned + "txt\a\x01";
     const std::string hostile = bad + std::string(1'000'000, 'x') + bad + "\nend";
     AppState pairing = sample("pairing-confirm");
-    pairing.pairing->text = hostile;
+    pairing.pairing->displayText = hostile;
+    AppState trouble = sample("reconnecting-trouble");
+    trouble.helper.lastLines = trouble.helper.trouble->last = hostile;
+    AppState card = sample("connected-update-waiting");
+    card.helper.version = *card.waitingUpdate = hostile;
     for (const auto& state :
          {AppState{.setup = Setups::Failed{hostile}, .linkMessage = hostile}, AppState{.homeError = hostile},
-          AppState{.setup = Setups::Installing{hostile}}, pairing}) {
+          AppState{.setup = Setups::Installing{hostile}}, pairing, trouble, card}) {
         const auto content = contentOf(state);
         std::string shown =
             content.announcement + (content.message ? content.message->text : "") + content.heading;
         for (const auto& paragraph : content.paragraphs) shown += paragraph;
         if (content.terminal) shown += content.terminal->text;
+        if (content.trouble) shown += content.trouble->last;
+        if (content.card)
+            for (const auto& row : content.card->rows) shown += row.value;
         EXPECT_LT(shown.size(), maxTerminalTailBytes + 1000);
         EXPECT_TRUE(std::ranges::all_of(shown, [](char c) { return c == '\n' || c < 0 || c >= ' '; }));
         EXPECT_EQ(shown.find(turned), std::string::npos);
@@ -198,9 +268,15 @@ TEST(WindowContent, announcesImportantChanges) {
         {"connect", "expired-link", *sample("expired-link").linkMessage},
         {"refused-link", "connected-refused-link", connected},
         {"pairing-reading", "pairing-confirm", contentOf(sample("pairing-confirm")).announcement},
-        {"pairing-confirm", "pairing-long-text", ""},
-        {"connected-one-switch", "connected", "Screen Recording is on"},
-        {"reconnecting", "connected-one-switch", connected + " Accessibility is on"},
+        {"pairing-confirm", "pairing-confirm-long", ""},
+        {"connected", "connected-one-switch",
+         "Screen Recording is off One switch is still off. Turn on Screen Recording below."},
+        {"reconnecting-first", "connected-no-driver",
+         connected + " Accessibility is on Screen Recording is on You can close this window. tarnik stays in "
+                     "the panel."},
+        {"reconnecting-first", "reconnecting-trouble",
+         "The helper stopped 5 times in a row, last with exit 3, 0 s ago. Next try in 20 s. Accessibility is "
+         "on Screen Recording is on"},
     };
     for (const auto& [before, now, news] : cases)
         EXPECT_EQ(contentOf(sample(now)).newsSince(contentOf(sample(before))), news) << before << now;

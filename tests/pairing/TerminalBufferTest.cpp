@@ -59,6 +59,33 @@ TEST(TerminalBuffer, keepsTheLastCharactersOfLongOutput) {
     EXPECT_EQ(buffer.textStart(), lines.size() - 8192);
 }
 
+TEST(TerminalBuffer, showsAnOverwrittenLineOnce) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"a\r\nb\r\r\nc\r", "a\nb\nc"},    {"first\n10%\r20%\r\x1B[K30%\r\ndone", "first\n30%\ndone"},
+        {"\rshort\rlonger\n", "longer\n"}, {"x\x1B]0;a\rb\ay\x1B\rz\x1B[1\rm!", "xyz!"},
+        {"\u00E9\r\u00E8", "\u00E8"},
+    };
+    for (const auto& [printed, shown] : cases) {
+        TerminalBuffer whole, single;
+        whole.append(printed);
+        EXPECT_EQ(whole.displayText(), shown);
+        for (const char* rest = printed; *rest != '\0';) {
+            const std::size_t length = *rest == '\xC3' ? 2 : 1;
+            single.append({rest, length});
+            rest += length;
+        }
+        EXPECT_EQ(single.displayText(), shown);
+    }
+    TerminalBuffer endless;
+    for (int i = 0; i < 30'000; ++i) endless.append(i % 9 == 0 ? "\u00E9" : "a\rb");
+    EXPECT_TRUE(endless.displayText().ends_with("b"));
+    for (int i = 0; i < 30'000; ++i) endless.append("\u00E9");
+    EXPECT_LE(endless.displayText().size(), TerminalDisplay::maxTextBytes);
+    EXPECT_TRUE(isUtf8(endless.displayText()));
+    endless.append("\rlast");
+    EXPECT_EQ(endless.displayText(), "last");
+}
+
 TEST(TerminalBuffer, isBoundedForAnEndlessCharacter) {
     TerminalBuffer buffer;
     std::string marks;

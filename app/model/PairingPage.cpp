@@ -1,0 +1,92 @@
+#include "app/model/PairingPage.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/model/ConnectedPage.h"
+#include "app/model/PageParts.h"
+#include "app/model/TerminalTail.h"
+#include "app/texts/MachineTexts.h"
+#include "app/texts/Translation.h"
+#include "app/texts/WindowTexts.h"
+
+namespace tarnik {
+namespace {
+
+using namespace PageParts;
+using Section = WindowContent::Section;
+using Intent = UserIntent::Kind;
+using Key = WindowContent::Key;
+
+// Removes the sentence about keys, because the window has buttons. The text before it on its line stays.
+std::string withoutPrompt(std::string text) {
+    const auto start = text.find(PairingSession::promptMarker);
+    if (start == text.npos) return text;
+    text.erase(start, std::min(text.find('\n', start), text.size()) - start);
+    text.erase(text.find_last_not_of(" \n") + 1);
+    return text;
+}
+
+WindowContent working(std::string_view heading) {
+    auto content = pageWith(Section::pairing, heading);
+    setSymbol(content, SymbolName::laptop, WindowTexts::computerName);
+    setBusy(content);
+    addParagraph(content, MachineTexts::takesSeconds);
+    content.buttons = {cancelButton()};
+    return content;
+}
+
+WindowContent over(std::string_view heading) {
+    auto content = pageWith(Section::pairing, heading);
+    content.buttons = {button(WindowTexts::done, Intent::finishPairing, Key::defaultAndCancelKey)};
+    return content;
+}
+
+struct PageOf {
+    const AppState& state;
+    const WindowSetting& setting;
+
+    WindowContent operator()(const PairingPhases::Starting&) const {
+        return working(WindowTexts::readingLink);
+    }
+    WindowContent operator()(const PairingPhases::WaitingForYes&) const {
+        auto content = pageWith(Section::pairing, WindowTexts::confirmHeading);
+        setSymbol(content, SymbolName::laptop, WindowTexts::computerName);
+        addParagraph(content, WindowTexts::confirmText);
+        content.announcement =
+            content.heading + " " + content.paragraphs.front() + " " + translated(WindowTexts::confirmPrompt);
+        content.buttons = {button(WindowTexts::connect, Intent::confirmPairing, Key::defaultKey),
+                           cancelButton()};
+        return content;
+    }
+    WindowContent operator()(const PairingPhases::Connecting&) const {
+        return working(WindowTexts::connecting);
+    }
+    // The helper's output is not shown after a success.
+    WindowContent operator()(const PairingPhases::Connected&) const {
+        auto content = over(WindowTexts::pairingConnected);
+        addConnectedFacts(content, state, setting);
+        return content;
+    }
+    WindowContent operator()(const PairingPhases::Ended&) const {
+        auto content = over(WindowTexts::pairingEnded);
+        setSymbol(content, SymbolName::warning, WindowTexts::problemName);
+        return content;
+    }
+};
+
+}  // namespace
+
+WindowContent pairingPage(const AppState& state, const WindowSetting& setting) {
+    const auto& pairing = *state.pairing;
+    auto content = std::visit(PageOf{state, setting}, pairing.phase);
+    if (!std::holds_alternative<PairingPhases::Connected>(pairing.phase))
+        setTerminal(content, withoutPrompt(terminalTail(pairing.displayText)), WindowTexts::terminalName);
+    return content;
+}
+
+WindowContent pairingStartPage() {
+    return working(WindowTexts::readingLink);
+}
+
+}  // namespace tarnik
