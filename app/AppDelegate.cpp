@@ -64,7 +64,10 @@ void AppDelegate::launch(const std::optional<RelocationOutcomes::StayWithMessage
     if (message) deps_.presentation.showAlert(message->title, message->body);
     deps_.events.onSecondOpen(guard_.wrap([this] { showWindow("secondOpen"); }));
     if (deps_.events.onReopen) deps_.events.onReopen(guard_.wrap([this] { reopen(); }));
-    deps_.events.onBecameActive(guard_.wrap([this] { model_->refreshSwitches(); }));
+    deps_.events.onBecameActive(guard_.wrap([this] {
+        model_->refreshSwitches();
+        model_->loginItem().refresh();
+    }));
 }
 
 void AppDelegate::modelStarted() {
@@ -108,6 +111,7 @@ void AppDelegate::windowClosed() {
     windowWasClosed_ = true;
     model_->pairing().dismissOutcome();
     model_->pairing().dismissMessage();
+    model_->loginItem().dismissFailure();
 }
 
 void AppDelegate::handleURL(const std::string& link) {
@@ -134,6 +138,7 @@ void AppDelegate::connect(const JoinCode& code) {
 void AppDelegate::showWindow(const std::string& reason) {
     windowOpen_ = true;
     deps_.recordWindow(reason);
+    model_->loginItem().refresh();
     deps_.presentation.showWindow();
 }
 

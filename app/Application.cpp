@@ -63,6 +63,8 @@ std::shared_ptr<AppModel> Application::makeModel(const CommandLine& line, HostEn
     platform.detach = [tasks = tasks_](const std::string& label, BackgroundTasks::Task task) {
         return tasks.start(label, std::move(task));
     };
+    // Only the installed copy is added to the list, because the user may move or delete any other copy.
+    if (place_.bundle != platform_.installPath) platform.loginItem = {};
     auto deps = AppModelDeps::production(std::move(platform));
     deps.driver = platform_.driver;
     deps.driver.onEvent = recordDriver(journal_);
@@ -121,12 +123,7 @@ AppDelegate& Application::attach(Face face) {
                             done(inUse);
                         }));
                 },
-            .ensureLoginItem =
-                [this] {
-                    if (!platform_.loginItem.registerItem) return;
-                    tasks_.start("tarnik.login-item",
-                                 [service = platform_.loginItem] { tarnik::ensureLoginItem(service); });
-                },
+            .ensureLoginItem = [this] { model_->loginItem().ensureRegistered(); },
             .makeUpdater =
                 [this] {
                     const auto settings =
@@ -182,12 +179,6 @@ int Application::finish(int exitStatus) {
     recordEnd(*journal_, exitStatus);
     if (!tasks_.isIdle()) ::_exit(exitStatus);
     return exitStatus;
-}
-
-void ensureLoginItem(const LoginItemService& service) {
-    if (!service.registerItem || service.isEnabled()) return;
-    // Registering fails most often because the user removed the item from the list on purpose.
-    (void)service.registerItem();
 }
 
 }  // namespace tarnik

@@ -13,7 +13,6 @@
 #include "app/journal/Journal.h"
 #include "app/model/AppModel.h"
 #include "app/platform/AppPlatform.h"
-#include "app/platform/LoginItemService.h"
 #include "app/relocation/Relocator.h"
 
 namespace tarnik {
@@ -33,7 +32,6 @@ public:
         BundleOperations bundles = {};
         UpdateFramework updates = {};
         SystemLog updaterLog;
-        LoginItemService loginItem = {};
         SystemEvents events;
     };
 
@@ -80,9 +78,4 @@ private:
     std::optional<AppDelegate> delegate_;
     std::optional<ControlService> control_;  // while the program owns its node home
 };
-
-// Adds the application to the programs that start at login. Ignores a failure; the next launch tries again.
-// May block for seconds. Call on a background thread.
-void ensureLoginItem(const LoginItemService& service);
-
 }  // namespace tarnik

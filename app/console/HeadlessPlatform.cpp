@@ -6,7 +6,8 @@ namespace {
 UserDefaults noDefaults() {
     return {.text = [](const std::string&) { return std::nullopt; },
             .flag = [](const std::string&) { return false; },
-            .setFlag = [](const std::string&) {}};
+            .setFlag = [](const std::string&) {},
+            .clearFlag = [](const std::string&) {}};
 }
 
 SystemEvents noEvents() {

@@ -1,9 +1,9 @@
 #include <unistd.h>
 
 #include "app/doctor/DoctorCheck.h"
+#include "app/platform/DesktopEntry.h"
 #include "core/foundation/Paths.h"
 #include "core/foundation/TarnikIdentity.h"
-#include "core/foundation/TextCleanup.h"
 #include "core/node/LaunchdTakeover.h"
 
 namespace tarnik {
@@ -64,25 +64,12 @@ std::optional<Finding> checkLinks(Examination& examination) {
     return fine("tarnik opens the links from your chat.");
 }
 
-// Returns the path that a line "TryExec=" names, as AutostartEntry writes it.
-std::optional<std::string> programIn(std::string_view entry) {
-    constexpr std::string_view key = "\nTryExec=";
-    const auto at = entry.find(key);
-    if (at == std::string_view::npos) return std::nullopt;
-    auto value = entry.substr(at + key.size());
-    value = trimWhitespace(value.substr(0, value.find('\n')));
-    std::string path;
-    for (std::size_t i = 0; i < value.size(); ++i)
-        path += value.substr(i).starts_with(R"(\\)") ? value[i++] : value[i];
-    return path;
-}
-
 std::optional<Finding> checkAutostart(Examination& examination) {
     const auto& path = examination.deps().desktop.autostartEntry;
     constexpr std::size_t maxEntryBytes = 65'536;
     const auto entry = path.empty() ? std::nullopt : readFile(path, maxEntryBytes);
     if (!entry) return std::nullopt;
-    const auto program = programIn(*entry);
+    const auto program = DesktopEntry(*entry).tryExec();
     if (program && !isExecutableFile(*program))
         return finding(Severity::warning, DoctorTexts::deadAutostart, path);
     return fine("The entry for the start at login is there.");

@@ -22,7 +22,18 @@ AppModel::AppModel(HostEnvironment host, AppModelDeps deps)
     : host_(std::move(host)),
       deps_(std::move(deps)),
       nodeCalls_(deps_.makeQueue("tarnik.node")),
-      driverCalls_(deps_.makeQueue("tarnik.driver")) {
+      driverCalls_(deps_.makeQueue("tarnik.driver")),
+      loginItem_({.service = deps_.platform.loginItem,
+                  .defaults = deps_.platform.defaults,
+                  .post = deps_.platform.mainThread.post,
+                  .detach = deps_.platform.detach,
+                  .log = deps_.platform.log,
+                  .onState = [this](const LoginItem::State& login) {
+                      change([&](AppState& next) {
+                          next.startAtLogin = login.system;
+                          next.startAtLoginFailure = login.failure;
+                      });
+                  }}) {
     makePairing();
     state_.grantsGoStale = deps_.platform.switches.grantsGoStale;
     state_.hasDriver = host_.driverExecutable.has_value();

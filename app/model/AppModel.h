@@ -8,6 +8,7 @@
 
 #include "app/model/AppState.h"
 #include "app/model/HostEnvironment.h"
+#include "app/model/LoginItem.h"
 #include "app/pairing/LinkPairing.h"
 #include "app/platform/AppPlatform.h"
 #include "core/driver/DriverHost.h"
@@ -28,10 +29,8 @@ struct AppModelDeps {
     DriverHostDeps driver;
     NodeInstallerDeps installer;
     LaunchdTakeover::Deps launchd;
-
     // See LinkPairing::Deps.
     std::function<std::expected<std::string, HttpError>(const std::string& url)> fetchAnswer;
-
     // Returns the sources of a sample. The arguments return the process ids of the two children.
     std::function<ActivitySources(ActivitySources::RunningPID nodePID, ActivitySources::RunningPID driverPID)>
         activity;
@@ -78,6 +77,7 @@ public:
     void restartHelper(std::function<void(bool restarted)> done);
     void setHelper(const AppState::Helper& helper);
     LinkPairing& pairing() { return *pairing_; }
+    LoginItem& loginItem() { return loginItem_; }
     void refreshSwitches();
     void request(Switch which);
     // Takes a sample on the driver queue and calls `done` on the main thread. stop() drops waiting samples.
@@ -109,10 +109,10 @@ private:
     std::optional<NodeHome> home_;
     AppState state_;
     std::vector<WillChange> observers_;
-    CoalescingQueue nodeCalls_;  // calls to the supervisor and to sessions; updates set the endpoint
-    CoalescingQueue
-        driverCalls_;  // calls to the driver host and samples; updates enable or disable the driver
+    CoalescingQueue nodeCalls_;    // calls to the supervisor and to sessions; updates set the endpoint
+    CoalescingQueue driverCalls_;  // calls to the driver host and samples; updates switch the driver
     std::unique_ptr<LinkPairing> pairing_;
+    LoginItem loginItem_;
     std::unique_ptr<Running> running_;  // null before start()
     const CallbackGuard guard_;
 };

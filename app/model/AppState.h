@@ -7,6 +7,7 @@
 
 #include "app/failures/FailureCause.h"
 #include "app/model/HelperTrouble.h"
+#include "app/platform/LoginItemService.h"
 #include "core/driver/CuaDriverEndpoint.h"
 #include "core/node/InstallFailure.h"
 #include "core/node/NodeState.h"
@@ -57,12 +58,6 @@ struct AppState {
         bool operator==(const Helper&) const = default;
     };
 
-    enum class StartAtLogin {
-        off,
-        on,
-        waiting
-    };  // waiting: the user has to allow it in the system's settings
-
     Setup setup = Setups::Installing{};
     NodeState node = NodeStates::Stopped{};
     // The current attempt's latest snapshot, or the previous attempt's final one.
@@ -76,15 +71,16 @@ struct AppState {
     std::optional<Download> download;           // of the file that Installing::text names
     std::optional<CuaDriverEndpoint> endpoint;  // std::nullopt unless the desktop driver is ready
     Helper helper;
-    std::optional<std::string> waitingUpdate;  // the version of an update that waits for a quiet moment
-    bool checksForUpdates = false;             // an updater is configured
-    std::optional<StartAtLogin> startAtLogin;  // std::nullopt if unknown or without a list of programs
-    bool joined = false;                       // this machine belongs to an account
-    bool checkingLink = false;                 // a link was accepted; its session has no snapshot yet
-    bool accessibilityWasOn = false;           // in this run or an earlier one
-    bool grantsGoStale = true;                 // see SwitchOperations
-    bool hasDriver = true;                     // the desktop driver is part of this build
-    bool stopping = false;                     // AppModel::stop() was called
+    std::optional<std::string> waitingUpdate;        // the version of an update that waits for a quiet moment
+    bool checksForUpdates = false;                   // an updater is configured
+    std::optional<LoginItemState> startAtLogin;      // std::nullopt if unknown or without a list of programs
+    std::optional<std::string> startAtLoginFailure;  // the system's message; see LoginItem
+    bool joined = false;                             // this machine belongs to an account
+    bool checkingLink = false;                       // a link was accepted; its session has no snapshot yet
+    bool accessibilityWasOn = false;                 // in this run or an earlier one
+    bool grantsGoStale = true;                       // see SwitchOperations
+    bool hasDriver = true;                           // the desktop driver is part of this build
+    bool stopping = false;                           // AppModel::stop() was called
 
     // Returns true if the helper can't run or waits for a link, if a switch is off, or if a pairing is shown.
     // The window is then shown at launch.

@@ -8,7 +8,7 @@ void performIntent(const UserIntent& intent, const std::string& pasted, AppModel
     using Kind = UserIntent::Kind;
     switch (intent.kind) {
         case Kind::connectPasted: return model.pairing().connect(pasted);
-        case Kind::editLink: return model.pairing().dismissMessage();
+        case Kind::editLink: model.loginItem().dismissFailure(); return model.pairing().dismissMessage();
         case Kind::connectOffer:
             if (intent.offer && intent.offer == model.state().replaceOffer)
                 model.pairing().connect(*intent.offer, LinkPairing::Replacing::yes);
@@ -22,8 +22,10 @@ void performIntent(const UserIntent& intent, const std::string& pasted, AppModel
         case Kind::retryInstall:
         case Kind::restartHelper:
         case Kind::showLog:
-        case Kind::copyDetails:
-        case Kind::setStartAtLogin: return;
+        case Kind::copyDetails: return;
+        case Kind::setStartAtLogin:
+            return model.loginItem().choose(intent.startsAtLogin ? LoginItemChoice::on
+                                                                 : LoginItemChoice::off);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/model/ConnectedPage.h"
 #include "app/model/HelperPages.h"
+#include "app/model/LoginCheckBox.h"
 #include "app/model/PageParts.h"
 #include "app/model/PairingPage.h"
 #include "app/texts/MachineTexts.h"
@@ -127,6 +128,8 @@ WindowContent::SwitchRow switchRow(const AppState& state, Switch which) {
 
 WindowContent WindowContent::of(const AppState& state, const WindowSetting& setting) {
     auto content = upperHalf(state, setting);
+    if (const auto failed = loginMessage(state)) content.message = *failed;  // about the last click
+    content.startAtLogin = loginCheckBox(state);
     content.switches.heading = translated(WindowTexts::switchesHeading);
     content.switches.text = translated(WindowTexts::switchesText);
     for (const Switch which : allCases) content.switches.rows.push_back(switchRow(state, which));

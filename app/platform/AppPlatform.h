@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/platform/BackgroundTasks.h"
+#include "app/platform/LoginItemService.h"
 #include "app/platform/MainThread.h"
 #include "app/platform/SwitchOperations.h"
 #include "app/platform/SystemLog.h"
@@ -16,6 +17,7 @@ struct AppPlatform {
     MainThread mainThread;
     UserDefaults defaults;
     SwitchOperations switches;
+    LoginItemService loginItem = {};
     SystemLog log;
     // Returns true if the application is active and one of its windows has the focus. Main thread only.
     std::function<bool()> windowInUse;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,8 +27,10 @@ public:
 
     std::optional<std::string> text(const std::string& key) const;
     bool flag(const std::string& key) const;
-    // Stores the flag. If the file can't be written, keeps the flag for this run and logs the error.
+    // Store and remove the flag. If the file can't be written, keep the change for this run and log the
+    // error.
     void setFlag(const std::string& key);
+    void clearFlag(const std::string& key);
 
     // Returns the path of the program's file.
     static std::string pathIn(const SystemFolders& folders);
@@ -35,6 +38,8 @@ public:
     static UserDefaults operations(const std::string& path, const SystemLog& log);
 
 private:
+    void change(const std::function<void(Json::Object&)>& edit);
+
     const std::string path_;
     const SystemLog log_;
     Json::Object members_;

@@ -68,14 +68,25 @@ bool DefaultsFile::flag(const std::string& key) const {
 }
 
 void DefaultsFile::setFlag(const std::string& key) {
-    assign(members_, key, jsonTrue);
+    change([&](Json::Object& members) { assign(members, key, jsonTrue); });
+}
+
+void DefaultsFile::clearFlag(const std::string& key) {
+    if (!flag(key)) return;
+    change([&](Json::Object& members) {
+        std::erase_if(members, [&](const Json::Member& member) { return member.key == key; });
+    });
+}
+
+void DefaultsFile::change(const std::function<void(Json::Object&)>& edit) {
+    edit(members_);
     auto contents = read(path_);
     const std::string aside = path_ + std::string(asideSuffix);
     if (contents.isBroken && std::rename(path_.c_str(), aside.c_str()) != 0) {
         return log_(couldNotSave + describe(SystemError::last("rename", path_)));
     }
     if (contents.isBroken) contents.members = members_;
-    assign(contents.members, key, jsonTrue);
+    edit(contents.members);
     if (const auto done = writeFileAtomically(path_, formatted(contents.members)); !done)
         log_(couldNotSave + describe(done.error()));
 }
@@ -88,7 +99,8 @@ UserDefaults DefaultsFile::operations(const std::string& path, const SystemLog& 
     const auto file = std::make_shared<DefaultsFile>(path, log);
     return {.text = [file](const std::string& key) { return file->text(key); },
             .flag = [file](const std::string& key) { return file->flag(key); },
-            .setFlag = [file](const std::string& key) { file->setFlag(key); }};
+            .setFlag = [file](const std::string& key) { file->setFlag(key); },
+            .clearFlag = [file](const std::string& key) { file->clearFlag(key); }};
 }
 
 }  // namespace tarnik

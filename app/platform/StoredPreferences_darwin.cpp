@@ -26,10 +26,15 @@ void setFlag(const std::string& key) {
     ::CFPreferencesAppSynchronize(domain().get());
 }
 
+void clearFlag(const std::string& key) {
+    ::CFPreferencesSetAppValue(CfText::of(key).get(), nullptr, domain().get());
+    ::CFPreferencesAppSynchronize(domain().get());
+}
+
 }  // namespace
 
 UserDefaults storedPreferences(const SystemFolders&, const SystemLog&) {
-    return {.text = text, .flag = flag, .setFlag = setFlag};
+    return {.text = text, .flag = flag, .setFlag = setFlag, .clearFlag = clearFlag};
 }
 
 }  // namespace tarnik

@@ -74,7 +74,8 @@ std::shared_ptr<AppModel> changingModel(const MainThread& mainThread) {
     deps.platform = {.mainThread = mainThread,
                      .defaults = {.text = [](const std::string&) { return std::nullopt; },
                                   .flag = [](const std::string&) { return true; },
-                                  .setFlag = [](const std::string&) {}},
+                                  .setFlag = [](const std::string&) {},
+                                  .clearFlag = [](const std::string&) {}},
                      .switches = {.isOn = [on = false](Switch which) mutable {
                          if (which == Switch::accessibility) on = !on;
                          return on;

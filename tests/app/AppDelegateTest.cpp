@@ -247,13 +247,5 @@ TEST(ChangeFeed, reportsSeveralChangesOnce) {
     EXPECT_EQ(seen.size(), 1U);
 }
 
-TEST(LoginItem, isRegisteredUnlessItIs) {
-    int registered = 0;
-    for (const bool isEnabled : {true, false})
-        ensureLoginItem({[=] { return isEnabled; }, [&] { return ++registered < 0; }});
-    EXPECT_EQ(registered, 1);
-    ensureLoginItem({});  // a system without login items
-}
-
 }  // namespace
 }  // namespace tarnik

@@ -11,54 +11,109 @@ namespace tarnik {
 namespace {
 
 namespace fs = std::filesystem;
+using enum LoginItemState;
 
-struct Preferences {
+// A GNOME session of Ubuntu whose folders are empty.
+struct Session {
     const TemporaryFolder folder;
     const std::string name = "autostart/com.tarnik.node.desktop";
     const std::string path = folder.path() + "/" + name;
 
-    AutostartEntry entry(const std::string& program = "/usr/bin/tarnik") const {
-        return {{.preferences = folder.path()}, program};
+    AutostartEntry entry(const std::string& program = "/bin/sh") const {
+        return {{.preferences = folder.path()},
+                {{"XDG_CURRENT_DESKTOP", "ubuntu:GNOME"},
+                 {"XDG_CONFIG_DIRS", "relative:" + folder.path() + "/first:" + folder.path() + "/second"},
+                 {"PATH", "/bin"}},
+                program};
     }
     std::string text() const { return folder.read(name); }
+    LoginItemState choose(LoginItemChoice choice) const {
+        EXPECT_TRUE(entry().choose(choice));
+        return entry().state();
+    }
 };
 
 TEST(AutostartEntry, isWrittenOnce) {
-    const Preferences preferences;
-    const auto entry = preferences.entry("/opt/a b/50%/\"$\\");
-    EXPECT_FALSE(entry.isEnabled());
+    const Session session;
+    const auto program = session.folder.write("a b/50%/\"$\\", "");
+    shell(session.folder.path(), "chmod 700 a*/*/*");
+    const auto entry = session.entry(program);
+    EXPECT_EQ(entry.state(), off);
     EXPECT_TRUE(entry.write());
-    EXPECT_TRUE(entry.isEnabled());
-    for (const char* line : {R"(Exec="/opt/a b/50%%/\\"\\$\\\\" --at-login)", R"(TryExec=/opt/a b/50%/"$\\)"})
-        EXPECT_TRUE(preferences.text().contains("\n" + std::string(line) + "\n")) << preferences.text();
-    fs::remove(preferences.path);  // the user deletes it
+    EXPECT_EQ(entry.state(), on);
+    EXPECT_TRUE(session.text().contains(R"(/a b/50%%/\\"\\$\\\\" --at-login)")) << session.text();
+    fs::remove(session.path);  // the user deletes it
     EXPECT_FALSE(entry.write());
-    EXPECT_FALSE(entry.isEnabled());
+    EXPECT_EQ(entry.state(), off);
+    EXPECT_EQ(session.choose(LoginItemChoice::on), on);
 }
 
-TEST(AutostartEntry, keepsAnExistingEntry) {
-    const std::pair<const char*, bool> cases[] = {
-        {"[Desktop Entry]\nExec=tarnik\nHidden = true\n", false},
-        {"[Desktop Entry]\nExec=tarnik\nX-GNOME-Autostart-enabled=false", false},
-        {"", false},
-        {"[Other]\nExec=tarnik\n", false},
-        {"Exec=tarnik\n", false},
-        {"# ours\n[Desktop Entry]\r\nExec=tarnik\r\nX-GNOME-Autostart-enabled=true\n[X]\nHidden=true", true},
+// The launch leaves each of these entries alone. A choice changes only the lines that it has to.
+TEST(AutostartEntry, keepsTheLinesOfTheUser) {
+    const std::string start = "# mine\n[Desktop Entry]\nType=Application\nExec=x\n";
+    struct Case {
+        std::string rest;
+        LoginItemState state;
+        std::optional<std::string> turnedOn;  // the rest after "on"; std::nullopt if the entry is replaced
     };
-    for (const auto& [text, isEnabled] : cases) {
-        const Preferences preferences;
-        preferences.folder.write(preferences.name, text);
-        EXPECT_EQ(preferences.entry().isEnabled(), isEnabled) << text;
-        EXPECT_FALSE(preferences.entry().write()) << text;
-        EXPECT_EQ(preferences.text(), text);
+    const Case cases[] = {
+        {"Hidden = true\nName=x", off, "Name=x"},
+        {"Hidden=true\r\nHidden=false\r\n", on, "Hidden=true\r\nHidden=false\r\n"},
+        {"X-GNOME-Autostart-enabled=false", off, ""},
+        {"X-GNOME-Autostart-enabled=true\n[X]\nHidden=true", on,
+         "X-GNOME-Autostart-enabled=true\n[X]\nHidden=true"},
+        {"OnlyShowIn=KDE;GNOME;", on, "OnlyShowIn=KDE;GNOME;"},
+        {"OnlyShowIn=KDE;\nNotShowIn=XFCE\n", off, "NotShowIn=XFCE\n"},
+        {"NotShowIn=MATE;ubuntu\nHidden=1\n", off, ""},
+        {"TryExec=sh\n", on, "TryExec=sh\n"},
+        {"TryExec=/no/such/program\n", off, std::nullopt},
+        {"TryExec=bin/sh\n", off, std::nullopt},
+        {"Type=Link\nHidden=true\n", off, std::nullopt},
+        {"Exec=\n", off, std::nullopt},
+    };
+    for (const auto& c : cases) {
+        const Session session;
+        session.folder.write(session.name, start + c.rest);
+        EXPECT_EQ(session.entry().state(), c.state) << c.rest;
+        EXPECT_FALSE(session.entry().write()) << c.rest;
+        EXPECT_EQ(session.text(), start + c.rest);
+        EXPECT_EQ(session.choose(LoginItemChoice::on), on) << c.rest;
+        EXPECT_EQ(session.text() == start + c.turnedOn.value_or(""), c.turnedOn.has_value())
+            << session.text();
+        EXPECT_EQ(session.choose(LoginItemChoice::off), off) << c.rest;
+        EXPECT_TRUE(session.text().contains("[Desktop Entry]\nHidden=true\nType=")) << session.text();
     }
-    const Preferences masked;
-    shell(masked.folder.path(), "mkdir autostart; ln -s /dev/null " + masked.name);
-    EXPECT_FALSE(masked.entry().isEnabled() || masked.entry().write());
+}
+
+TEST(AutostartEntry, hidesAnEntryOfTheSystem) {
+    const Session session;
+    session.folder.write("first/" + session.name, "[Desktop Entry]\nType=Application\nExec=x\nHidden=true\n");
+    session.folder.write("second/" + session.name, "[Desktop Entry]\nType=Application\nExec=x\n");
+    EXPECT_EQ(session.entry().state(), off);
+    EXPECT_FALSE(session.entry().write());
+    fs::remove(session.folder.path() + "/first/" + session.name);
+    EXPECT_EQ(session.entry().state(), on);
+    EXPECT_EQ(session.choose(LoginItemChoice::off), off);
+    EXPECT_EQ(session.text(), "[Desktop Entry]\nHidden=true\nType=Application\nExec=x\n");
+    EXPECT_EQ(session.choose(LoginItemChoice::on), on);
+}
+
+TEST(AutostartEntry, replacesALinkOnlyByChoice) {
+    const Session session;
+    shell(session.folder.path(), "mkdir autostart; ln -s /dev/null " + session.name);
+    EXPECT_EQ(session.entry().state(), off);
+    EXPECT_FALSE(session.entry().write());
+    EXPECT_EQ(session.choose(LoginItemChoice::on), on);
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(session.path)));
 }
 
 TEST(AutostartEntry, refusesAProgramThatExecCannotName) {
-    for (const char* name : {"tarnik", "/a\nHidden=true"}) EXPECT_FALSE(Preferences().entry(name).write());
+    for (const char* name : {"tarnik", "/a\nHidden=true"}) {
+        const Session session;
+        EXPECT_FALSE(session.entry(name).write());
+        EXPECT_FALSE(session.entry(name).choose(LoginItemChoice::on));
+        EXPECT_FALSE(fs::exists(session.path));
+    }
 }
 
 }  // namespace

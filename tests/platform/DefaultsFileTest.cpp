@@ -39,6 +39,8 @@ TEST(DefaultsFile, keepsMembersOfOtherPrograms) {
               "{\n    \"AccessibilityWasOn\": true,\n    \"NodeHome\": \"/c\",\n"
               "    \"Other\": {\"deep\":[1,null]}\n}\n");
     EXPECT_TRUE(place.defaults().flag("AccessibilityWasOn"));
+    defaults.clearFlag("AccessibilityWasOn");
+    EXPECT_FALSE(defaults.flag("AccessibilityWasOn") || place.defaults().flag("AccessibilityWasOn"));
     EXPECT_EQ(fs::status(place.path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 

@@ -19,7 +19,8 @@ FakeMachine::FakeMachine() {
     };
     deps.platform.defaults = {.text = textOf,
                               .flag = [this](const std::string& key) { return flags.contains(key); },
-                              .setFlag = [this](const std::string& key) { flags.insert(key); }};
+                              .setFlag = [this](const std::string& key) { flags.insert(key); },
+                              .clearFlag = [this](const std::string& key) { flags.erase(key); }};
     deps.platform.switches.isOn = [this](Switch which) {
         return which == Switch::accessibility ? switches.accessibility : switches.screenRecording;
     };

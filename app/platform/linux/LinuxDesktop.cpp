@@ -130,7 +130,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
         .switches = operationsOf(switches),
         .onSwitchesChanged = [switches](auto handler) { switches->onChange(std::move(handler)); },
         .log = [socket](const std::string& category) { return SystemLogSocket::channel(socket, category); },
-        .loginItem = AutostartEntry(run.folders, run.executable).operations(),
+        .loginItem = AutostartEntry(run.folders, run.environment, run.executable).operations(),
         .updates = {},  // the system's package manager installs updates
         .bundles = {},  // applications are not moved
         .events = eventsOf(requests),

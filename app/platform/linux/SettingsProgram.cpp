@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/foundation/Files.h"
+#include "app/platform/SearchPath.h"
 #include "core/process/Spawner.h"
 
 namespace tarnik {
@@ -34,29 +34,6 @@ constexpr Page pages[] = {
     {"Budgie", Switch::screenRecording, "budgie-control-center", "applications"},
 };
 
-// Splits the variable's value at its colons.
-std::vector<std::string> splitVariable(const Environment& environment, const std::string& variable) {
-    std::vector<std::string> found(1);
-    for (const char character : environmentValue(environment, variable)) {
-        if (character == ':') {
-            found.emplace_back();
-        } else {
-            found.back() += character;
-        }
-    }
-    return found;
-}
-
-// Searches the absolute folders of `path`. Ignores relative folders, because they depend on the working
-// directory.
-std::optional<std::string> programOnPath(std::string_view name, const std::vector<std::string>& path) {
-    for (const auto& folder : path) {
-        std::string program = folder + "/" + std::string(name);
-        if (folder.starts_with('/') && isExecutableFile(program)) return program;
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 void openSettingsProgram(Switch which, const Environment& environment) {
@@ -68,7 +45,7 @@ void openSettingsProgram(Switch which, const Environment& environment) {
     for (const bool own : {true, false}) {  // the settings of other desktops are the fallback
         for (const Page& page : pages) {
             if (page.which != which || isOfThisDesktop(page) != own) continue;
-            const auto program = programOnPath(page.program, path);
+            const auto program = findProgram(page.program, path);
             if (!program) continue;
             SpawnRequest request{.executable = *program, .environment = environment};
             if (!page.argument.empty()) request.arguments.emplace_back(page.argument);

@@ -11,7 +11,7 @@ DoctorDesktop doctorDesktop(const DoctorSubject& subject) {
                           .agentPlist = LaunchdTakeover::plistPath(subject.host.userFolder)};
     if (!subject.bundle) return desktop;
     desktop.ownCopy = macBundles(subject.bundle).ownCopy;
-    desktop.startsAtLogin = macLoginItem().isEnabled;
+    desktop.startsAtLogin = [] { return macLoginItem().state() == LoginItemState::on; };
     return desktop;
 }
 
