@@ -95,8 +95,8 @@ Failures failuresOf(const Child& child, const Events& events) {
 
 std::string failureSentence(const Child& child, const Failures& failures, Seconds age) {
     if (failures.last.code == child.ended)
-        return Texts::stopped(child.name, failures.count, endOf(failures.last), age);
-    return Texts::startFailed(child.name, failures.count, reasonOf(failures.last), age);
+        return Texts::stopped({child.name, failures.count, age}, endOf(failures.last));
+    return Texts::startFailed({child.name, failures.count, age}, reasonOf(failures.last));
 }
 
 std::optional<Explanation> explainChild(const Child& child, const Events& events, WallTime now) {

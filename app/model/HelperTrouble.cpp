@@ -8,12 +8,13 @@ namespace tarnik {
 
 std::string HelperTrouble::sentenceAt(WallTime now) const {
     namespace Texts = ExplanationTexts;
-    const auto age = now - at;
-    auto text = kind == Kind::stopped ? Texts::stopped(Texts::helper, times, last, age)
-                                      : Texts::startFailed(Texts::helper, times, last, age);
+    const Texts::FailedChild helper{.name = Texts::helper, .times = times, .age = now - at};
+    auto text = kind == Kind::stopped ? Texts::stopped(helper, last, Language::ofPerson)
+                                      : Texts::startFailed(helper, last, Language::ofPerson);
     if (!nextTry) return text;
     const Seconds left = std::min(*nextTry - now, *nextTry - at);  // the clock may be set back
-    return text + " " + (left > Seconds::zero() ? Texts::nextTry(left) : Texts::starting);
+    return text + " " +
+           (left > Seconds::zero() ? Texts::nextTry(left, Language::ofPerson) : translated(Texts::starting));
 }
 
 }  // namespace tarnik

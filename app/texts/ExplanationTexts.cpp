@@ -6,58 +6,52 @@
 namespace tarnik::ExplanationTexts {
 namespace {
 
-std::string counted(std::int64_t count, Text unit) {
-    return std::to_string(count) + unit;
-}
-
-std::string withDetail(std::string sentence, const std::string& detail) {
+std::string withDetail(const std::string& sentence, std::string detail, Language language) {
     if (detail.empty()) return sentence + ".";
-    sentence += ": " + detail;
-    return detail.ends_with('.') || detail.ends_with("…") ? sentence : sentence + ".";
-}
-
-std::string optionalAge(std::optional<Seconds> age) {
-    return age ? ", " + duration(*age) + " ago" : "";
+    if (!detail.ends_with('.') && !detail.ends_with("…")) detail += '.';
+    return textIn(language, withReason, {{"sentence", sentence}, {"reason", detail}});
 }
 
 }  // namespace
 
-std::string duration(Seconds time) {
-    const auto seconds =
+std::string duration(Seconds time, Language language) {
+    const auto total =
         std::chrono::duration_cast<std::chrono::seconds>(std::max(time, Seconds::zero())).count();
     constexpr std::int64_t minute = 60;
     constexpr std::int64_t hour = 60 * minute;
     constexpr std::int64_t day = 24 * hour;
-    if (seconds < 2 * minute) return counted(seconds, " s");
-    if (seconds < 2 * hour) return counted(seconds / minute, " min");
-    if (seconds < 2 * day) return counted(seconds / hour, " h");
-    return counted(seconds / day, " days");
+    const auto counted = [language](std::int64_t count, Text text) {
+        return textIn(language, text, {{"count", std::to_string(count)}});
+    };
+    if (total < 2 * minute) return counted(total, seconds);
+    if (total < 2 * hour) return counted(total / minute, minutes);
+    if (total < 2 * day) return counted(total / hour, hours);
+    return textIn(language, days, total / day);
 }
 
 std::string ago(Text what, Seconds age, const std::string& detail) {
-    return withDetail(what + (", " + duration(age)) + " ago", detail);
+    return withDetail(what + (", " + duration(age)) + " ago", detail, Language::english);
 }
 
 std::string ongoing(Text what, Seconds age, const std::string& detail) {
-    return withDetail(what + (", for " + duration(age)), detail);
+    return withDetail(what + (", for " + duration(age)), detail, Language::english);
 }
 
-std::string stopped(Text child, std::int64_t times, const std::string& status, std::optional<Seconds> age) {
-    const std::string how =
-        times > 1 ? " stopped " + std::to_string(times) + " times in a row, last with " : " stopped with ";
-    return child + how + status + optionalAge(age) + ".";
+std::string stopped(const FailedChild& child, const std::string& status, Language language) {
+    return filled(textIn(language, childStopped, child.times), {{"child", textIn(language, child.name)},
+                                                                {"status", status},
+                                                                {"time", duration(child.age, language)}});
 }
 
-std::string startFailed(Text child, std::int64_t times, const std::string& reason,
-                        std::optional<Seconds> age) {
-    const std::string how = times > 1 ? " failed " + std::to_string(times) +
-                                            " times in a row. The last time it couldn't be started"
-                                      : " couldn't be started";
-    return withDetail(child + how + optionalAge(age), reason);
+std::string startFailed(const FailedChild& child, const std::string& reason, Language language) {
+    return withDetail(
+        filled(textIn(language, childNotStarted, child.times),
+               {{"child", textIn(language, child.name)}, {"time", duration(child.age, language)}}),
+        reason, language);
 }
 
-std::string nextTry(Seconds in) {
-    return "Next try in " + duration(in) + ".";
+std::string nextTry(Seconds in, Language language) {
+    return textIn(language, nextTryIn, {{"time", duration(in, language)}});
 }
 
 std::string runsAgain(Seconds since) {

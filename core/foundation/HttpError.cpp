@@ -1,4 +1,6 @@
 #include "core/foundation/Http.h"
+#include "core/foundation/HttpTexts.h"
+#include "core/foundation/Placeholders.h"
 #include "core/foundation/SystemError.h"
 
 namespace tarnik {
@@ -6,13 +8,13 @@ namespace tarnik {
 std::string describe(const HttpError& error) {
     switch (error.kind) {
         case HttpError::Kind::badStatus:
-            if (error.code == 200) return "The server sent an empty answer.";
-            return "The server answered with status " + std::to_string(error.code) + ".";
-        case HttpError::Kind::tooLarge: return "The server sent more than is allowed.";
-        case HttpError::Kind::cutShort: return "The connection ended before everything had arrived.";
-        case HttpError::Kind::stalled: return "The server didn't answer in time, or sent too slowly.";
+            if (error.code == 200) return std::string(HttpTexts::emptyAnswer);
+            return filled(HttpTexts::badStatus, {{"status", std::to_string(error.code)}});
+        case HttpError::Kind::tooLarge: return std::string(HttpTexts::tooLarge);
+        case HttpError::Kind::cutShort: return std::string(HttpTexts::cutShort);
+        case HttpError::Kind::stalled: return std::string(HttpTexts::stalled);
         case HttpError::Kind::file:
-            return "The download couldn't be saved (" + systemMessage(error.code) + ").";
+            return filled(HttpTexts::notSaved, {{"reason", systemMessage(error.code)}});
         case HttpError::Kind::unresolved:
         case HttpError::Kind::unreachable:
         case HttpError::Kind::proxyLogin:
@@ -20,7 +22,7 @@ std::string describe(const HttpError& error) {
         case HttpError::Kind::notValidNow:
         case HttpError::Kind::transport: break;
     }
-    return "The connection failed (" + error.text + ").";
+    return filled(HttpTexts::failed, {{"reason", error.text}});
 }
 
 }  // namespace tarnik

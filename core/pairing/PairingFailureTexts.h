@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+// The sentences of describe(PairingFailure), which are shown to the user.
+namespace tarnik::PairingFailureTexts {
+
+using Text = std::string_view;
+
+inline constexpr Text notInstalled = "tarnik's helper isn't installed on this Mac yet.";
+inline constexpr Text busy =
+    "This Mac is already connecting with another link. Finish or cancel that one first.";
+
+}  // namespace tarnik::PairingFailureTexts
