@@ -38,9 +38,10 @@ struct CommandLine {
     std::optional<std::string> keepAwake;  // a stand-in for the keep-awake program; development builds only
 
     // For the window.
-    bool atLogin = false;  // the system started the program at login
-    std::string screen;    // the screen to show, or the folder for all pictures
-    bool dark = false;     // shows the screen in dark colours
+    bool atLogin = false;                 // the system started the program at login
+    std::string screen;                   // the screen to show, or the folder for all pictures
+    bool dark = false;                    // shows the screen in dark colours
+    std::optional<std::string> language;  // of the window, instead of the person's
 
     // For the console.
     bool switchesOn = false;    // initial state of both simulated switches

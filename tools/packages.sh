@@ -16,6 +16,7 @@ libutf8proc-dev|finds the boundaries of characters
 libcurl4-openssl-dev|downloads files
 libssl-dev|verifies signatures and digests
 qt6-base-dev|draws the window
+qt6-l10n-tools|compiles the translations
 libxcb1-dev|watches the windows in the tests
 libgtest-dev|runs the tests
 '

@@ -17,6 +17,7 @@
 #include "app/ProcessSetup.h"
 #include "app/SignalWatcher.h"
 #include "app/commands/Front.h"
+#include "app/desktop/WindowLanguage.h"
 #include "app/model/SampleScreens.h"
 #include "app/platform/DesktopPlatform.h"
 #include "app/texts/ProgramTexts.h"
@@ -140,6 +141,7 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
     int argc = 1;
     char* argv[] = {name, nullptr};
     const QApplication qtApplication(argc, argv);
+    if (!setWindowLanguage(line.language)) return refuseStart(ProgramTexts::noSuchLanguage);
     const auto desktop = DesktopPlatform::make({.folders = place.folders,
                                                 .environment = host.inherited,
                                                 .userFolder = host.userFolder,
@@ -205,6 +207,7 @@ int runScreens(const CommandLine& line, char* name) {
     int argc = 1;
     char* argv[] = {name, nullptr};
     const QApplication qtApplication(argc, argv);
+    if (!setWindowLanguage(line.language)) return refuseStart(ProgramTexts::noSuchLanguage);
     applyPlainStyle(Appearance::light);
     const ScreenGallery gallery{.webOrigin = BuildSettings::defaults().webOrigin};
     if (writes) return gallery.writeScreens(line.screen);

@@ -96,8 +96,8 @@ std::string_view describe(FailureCause cause) {
     return CauseTexts::notAllowed;
 }
 
-std::string causeLine(FailureCause cause) {
-    return std::string(CauseTexts::label) + std::string(describe(cause));
+std::string causeLine(FailureCause cause, Language language) {
+    return textIn(language, CauseTexts::line, {{"cause", textIn(language, describe(cause))}});
 }
 
 }  // namespace tarnik

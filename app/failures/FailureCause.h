@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/texts/Translation.h"
 #include "core/foundation/Http.h"
 #include "core/node/InstallFailure.h"
 
@@ -34,6 +35,6 @@ std::optional<FailureCause> causeOfAnswer(std::string_view body);
 std::string_view describe(FailureCause cause);
 
 // Returns "Cause: " and the description, for the line below a failure.
-std::string causeLine(FailureCause cause);
+std::string causeLine(FailureCause cause, Language language = Language::english);
 
 }  // namespace tarnik

@@ -7,7 +7,7 @@ namespace tarnik::CauseTexts {
 
 using Text = std::string_view;
 
-inline constexpr Text label = "Cause: ";  // before a cause
+inline constexpr Text line = "Cause: {cause}";
 
 inline constexpr Text offline =
     "This computer can't reach the server. Check whether it is online and whether a firewall blocks tarnik.";

@@ -18,6 +18,7 @@ inline constexpr Text noDisplay = "no display was found; tarnik serve runs witho
 inline constexpr Text outOfThreads =
     "the system can't create another thread; end other programs, then start tarnik again";
 inline constexpr Text cantOpenWindow = "the window can't be opened: ";  // before Qt's reason
+inline constexpr Text noSuchLanguage = "tarnik has no translation into this language";
 inline constexpr Text startTheFront = "this executable is a part of tarnik; start tarnik instead";
 inline constexpr Text noWindow =
     "the window isn't installed; install the package tarnik, or use tarnik serve, which needs no display";

@@ -4,6 +4,8 @@
 #include <QPushButton>
 #include <utility>
 
+#include "app/texts/ComposedTexts.h"
+#include "app/texts/Translation.h"
 #include "app/texts/WindowTexts.h"
 #include "app/views/QtText.h"
 #include "app/views/SymbolIcon.h"
@@ -25,10 +27,10 @@ std::unique_ptr<QMessageBox> makeAlert(const std::string& title, const std::stri
     box->setWindowTitle(qtText(WindowTexts::product));
     box->setWindowIcon(applicationIcon());
     box->setIconPixmap(applicationIcon().pixmap(QSize(iconSide, iconSide), box->devicePixelRatioF()));
-    box->setText(qtText(sanitizedLine(title, maxTitleLength)));
-    box->setInformativeText(qtText(sanitizedLine(text, maxTextLength)));
+    box->setText(qtText(sanitizedLine(translatedMessage(title), maxTitleLength)));
+    box->setInformativeText(qtText(sanitizedLine(translatedMessage(text), maxTextLength)));
     box->setStandardButtons(QMessageBox::Ok);
-    box->button(QMessageBox::Ok)->setText(qtText(WindowTexts::ok));
+    box->button(QMessageBox::Ok)->setText(qtText(translated(WindowTexts::ok)));
 
     // QMessageBox has no properties for the text format and the title's weight.
     for (auto* label : box->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QSystemTrayIcon>
 
+#include "app/texts/Translation.h"
 #include "app/texts/WindowTexts.h"
 #include "app/views/MenuKey.h"
 #include "app/views/QtText.h"
@@ -21,7 +22,7 @@ std::unique_ptr<QMenu> makeMenu(const MenuContent& content, const StatusItem::On
             menu->addSeparator();
             continue;
         }
-        QAction* action = menu->addAction(qtText(entry.title));
+        QAction* action = menu->addAction(qtText(translated(entry.title)));
         action->setMenuRole(QAction::NoRole);  // keeps macOS from moving or renaming the entry
         action->setShortcut(menuKey(entry));
         QObject::connect(action, &QAction::triggered, menu.get(),
