@@ -30,7 +30,7 @@ const sources = new Map(Object.entries({
 // Names and signs that are the same in every language.
 const untranslated = new Set(['tarnik', 'tk', '/…', 'Node.js']);
 // The window's code. Each text header that it includes is a source.
-const windowFolders = ['app/desktop', 'app/model', 'app/views'];
+const windowFolders = ['app/desktop', 'app/model', 'app/platform', 'app/views'];
 
 let faults = 0;
 function fault(text) {

@@ -166,7 +166,7 @@
     <message>
         <extracomment>WindowTexts::pointerName</extracomment>
         <source>Below</source>
-        <translation type="unfinished"></translation>
+        <translation>Weiter unten</translation>
     </message>
     <message>
         <extracomment>WindowTexts::confirmPrompt</extracomment>
@@ -560,37 +560,37 @@
     <message>
         <extracomment>NoticeTexts::installFailedTitle</extracomment>
         <source>tarnik couldn't install its helper</source>
-        <translation type="unfinished"></translation>
+        <translation>tarnik konnte sein Hilfsprogramm nicht installieren</translation>
     </message>
     <message>
         <extracomment>NoticeTexts::installFailedBody</extracomment>
         <source>Open tarnik to see why and to try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>Öffnen Sie tarnik, um den Grund zu sehen und es erneut zu versuchen.</translation>
     </message>
     <message>
         <extracomment>NoticeTexts::helperAwayTitle</extracomment>
         <source>tarnik is not connected</source>
-        <translation type="unfinished"></translation>
+        <translation>tarnik ist nicht verbunden</translation>
     </message>
     <message>
         <extracomment>NoticeTexts::helperAwayBody</extracomment>
         <source>Its helper has not been running for a while. tarnik keeps trying to start it. Open tarnik to see why and what you can do.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sein Hilfsprogramm läuft seit einer Weile nicht. tarnik versucht weiter, es zu starten. Öffnen Sie tarnik, um den Grund zu sehen und was Sie tun können.</translation>
     </message>
     <message>
         <extracomment>NoticeTexts::closedTitle</extracomment>
         <source>tarnik is still running</source>
-        <translation type="unfinished"></translation>
+        <translation>tarnik läuft weiter</translation>
     </message>
     <message>
         <extracomment>NoticeTexts::closedInMenuBar</extracomment>
         <source>You closed its window. To open it again or to quit, click the tarnik picture in the menu bar.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie haben das Fenster geschlossen. Um es wieder zu öffnen oder tarnik zu beenden, klicken Sie auf das tarnik-Symbol in der Menüleiste.</translation>
     </message>
     <message>
         <extracomment>NoticeTexts::closedInPanel</extracomment>
         <source>You closed its window. To open it again or to quit, click the tarnik picture in the panel.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sie haben das Fenster geschlossen. Um es wieder zu öffnen oder tarnik zu beenden, klicken Sie auf das tarnik-Symbol in der Leiste.</translation>
     </message>
     <message>
         <extracomment>RelocationTexts::differentBuild</extracomment>

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/texts/NoticeTexts.h"
+#include "app/texts/Translation.h"
 
 namespace tarnik {
 namespace {
@@ -15,7 +16,7 @@ constexpr std::string_view closedNotice = "window-closed";
 constexpr const char* closeExplainedKey = "WindowCloseExplained";
 
 UserNotice notice(std::string_view title, std::string_view body) {
-    return {.title = std::string(title), .body = std::string(body)};
+    return {.title = translated(title), .body = translated(body)};
 }
 
 }  // namespace

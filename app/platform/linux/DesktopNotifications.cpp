@@ -6,6 +6,7 @@
 #include "app/platform/linux/ApplicationObject.h"
 #include "app/platform/linux/SessionBus.h"
 #include "app/texts/NoticeTexts.h"
+#include "app/texts/Translation.h"
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
@@ -39,7 +40,7 @@ QString text(std::string_view utf8) {
 // Services without the action could show it as a dialog's button, so they don't receive it.
 QStringList actionsFor(const QStringList& capabilities) {
     if (!capabilities.contains(QStringLiteral("actions"))) return {};
-    return {QLatin1String(defaultAction), text(NoticeTexts::open)};
+    return {QLatin1String(defaultAction), text(translated(NoticeTexts::open))};
 }
 
 }  // namespace
