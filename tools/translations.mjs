@@ -10,6 +10,7 @@ process.chdir(root);
 // The files with texts for the window, in the order of the catalogue. A list of names limits the texts of a file.
 const sources = new Map(Object.entries({
     'app/texts/WindowTexts.h': null,
+    'app/texts/MachineTexts.h': null,
     'app/texts/LinkTexts.h': null,
     'core/pairing/PairingFailureTexts.h': null,
     'core/switches/Switch.cpp': ['title', 'why'],

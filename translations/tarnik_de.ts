@@ -29,6 +29,16 @@
         <translation>Jetziges behalten</translation>
     </message>
     <message>
+        <extracomment>WindowTexts::confirmHeading</extracomment>
+        <source>Connect this Mac?</source>
+        <translation>Diesen Mac verbinden?</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::confirmText</extracomment>
+        <source>Connect only if you asked for this link: tarnik will be able to run commands and work in apps on this Mac.</source>
+        <translation>Verbinden Sie nur, wenn Sie diesen Link angefordert haben: tarnik kann dann auf diesem Mac Befehle ausführen und in Apps arbeiten.</translation>
+    </message>
+    <message>
         <extracomment>WindowTexts::readingLink</extracomment>
         <source>Reading the link…</source>
         <translation>Link wird gelesen …</translation>
@@ -64,46 +74,6 @@
         <translation>Fertig</translation>
     </message>
     <message>
-        <extracomment>WindowTexts::connected</extracomment>
-        <source>This Mac is connected to your tarnik.</source>
-        <translation>Dieser Mac ist mit Ihrem tarnik verbunden.</translation>
-    </message>
-    <message>
-        <extracomment>WindowTexts::reconnecting</extracomment>
-        <source>Reconnecting…</source>
-        <translation>Verbindung wird wiederhergestellt …</translation>
-    </message>
-    <message>
-        <extracomment>WindowTexts::gettingReady</extracomment>
-        <source>Getting ready…</source>
-        <translation>Wird vorbereitet …</translation>
-    </message>
-    <message>
-        <extracomment>WindowTexts::stopping</extracomment>
-        <source>Stopping…</source>
-        <translation>Wird beendet …</translation>
-    </message>
-    <message>
-        <extracomment>WindowTexts::installFailed</extracomment>
-        <source>tarnik couldn't install its helper.</source>
-        <translation>tarnik konnte sein Hilfsprogramm nicht installieren.</translation>
-    </message>
-    <message>
-        <extracomment>WindowTexts::helperMissing</extracomment>
-        <source>tarnik's helper isn't there any more.</source>
-        <translation>Das Hilfsprogramm von tarnik ist nicht mehr da.</translation>
-    </message>
-    <message>
-        <extracomment>WindowTexts::homeUnusable</extracomment>
-        <source>tarnik can't use the folder for its helper.</source>
-        <translation>tarnik kann den Ordner für sein Hilfsprogramm nicht verwenden.</translation>
-    </message>
-    <message>
-        <extracomment>WindowTexts::tryAgain</extracomment>
-        <source>Quit tarnik and open it again to try once more.</source>
-        <translation>Beenden Sie tarnik und öffnen Sie es erneut, um es noch einmal zu versuchen.</translation>
-    </message>
-    <message>
         <extracomment>WindowTexts::linkHeading</extracomment>
         <source>Connect this Mac</source>
         <translation>Diesen Mac verbinden</translation>
@@ -117,6 +87,26 @@
         <extracomment>WindowTexts::linkContinue</extracomment>
         <source>Continue</source>
         <translation>Weiter</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::paste</extracomment>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::stepChat</extracomment>
+        <source>Your chat</source>
+        <translation>Ihr Chat</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::stepLink</extracomment>
+        <source>The link</source>
+        <translation>Der Link</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::stepConnected</extracomment>
+        <source>Connected</source>
+        <translation>Verbunden</translation>
     </message>
     <message>
         <extracomment>WindowTexts::switchesHeading</extracomment>
@@ -139,6 +129,21 @@
         <translation>OK</translation>
     </message>
     <message>
+        <extracomment>WindowTexts::computerName</extracomment>
+        <source>This computer</source>
+        <translation>Dieser Computer</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::stepsName</extracomment>
+        <source>The steps: the link in your chat, then tarnik, then connected</source>
+        <translation>Die Schritte: der Link in Ihrem Chat, dann tarnik, dann verbunden</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::pasteName</extracomment>
+        <source>Paste the link</source>
+        <translation>Link einfügen</translation>
+    </message>
+    <message>
         <extracomment>WindowTexts::linkFieldName</extracomment>
         <source>Link from tarnik</source>
         <translation>Link von tarnik</translation>
@@ -147,6 +152,11 @@
         <extracomment>WindowTexts::terminalName</extracomment>
         <source>What tarnik's helper says</source>
         <translation>Ausgabe des Hilfsprogramms von tarnik</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::lastLinesName</extracomment>
+        <source>The last lines that tarnik's helper wrote</source>
+        <translation>Die letzten Zeilen des Hilfsprogramms von tarnik</translation>
     </message>
     <message>
         <extracomment>WindowTexts::busyName</extracomment>
@@ -175,18 +185,214 @@
     </message>
     <message>
         <extracomment>WindowTexts::switchIsOn</extracomment>
-        <source> is on</source>
-        <translation> ist eingeschaltet</translation>
+        <source>{switch} is on</source>
+        <translation>{switch} ist eingeschaltet</translation>
     </message>
     <message>
         <extracomment>WindowTexts::switchIsOff</extracomment>
-        <source> is off</source>
-        <translation> ist ausgeschaltet</translation>
+        <source>{switch} is off</source>
+        <translation>{switch} ist ausgeschaltet</translation>
     </message>
     <message>
         <extracomment>WindowTexts::turnOnSwitch</extracomment>
-        <source>Turn on </source>
-        <translation>Einschalten: </translation>
+        <source>Turn on {switch}</source>
+        <translation>Einschalten: {switch}</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::connected</extracomment>
+        <source>This Mac is connected to your tarnik.</source>
+        <translation>Dieser Mac ist mit Ihrem tarnik verbunden.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::reconnecting</extracomment>
+        <source>Reconnecting…</source>
+        <translation>Verbindung wird wiederhergestellt …</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::gettingReady</extracomment>
+        <source>Getting ready…</source>
+        <translation>Wird vorbereitet …</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::stopping</extracomment>
+        <source>Stopping…</source>
+        <translation>Wird beendet …</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::takesSeconds</extracomment>
+        <source>This usually takes a few seconds.</source>
+        <translation>Das dauert meist nur einige Sekunden.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::stoppingText</extracomment>
+        <source>tarnik's helper finishes its work first. This usually takes a few seconds, and at most 40.</source>
+        <translation>Das Hilfsprogramm von tarnik schließt zuerst seine Arbeit ab. Das dauert meist nur einige Sekunden, höchstens 40.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::tryNow</extracomment>
+        <source>Try Now</source>
+        <translation>Jetzt versuchen</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::showLog</extracomment>
+        <source>Show Log</source>
+        <translation>Protokoll zeigen</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::copyDetails</extracomment>
+        <source>Copy Details</source>
+        <translation>Details kopieren</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::helperLabel</extracomment>
+        <source>Helper</source>
+        <translation>Hilfsprogramm</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::runningSince</extracomment>
+        <source>Running since {time}</source>
+        <translation>Läuft seit {time}</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::runningSinceVersion</extracomment>
+        <source>Running since {time}, version {version}</source>
+        <translation>Läuft seit {time}, Version {version}</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>MachineTexts::runningDays; with the number 1: Running for {count} day</extracomment>
+        <source>Running for {count} days</source>
+        <translation>
+            <numerusform>Läuft seit {count} Tag</numerusform>
+            <numerusform>Läuft seit {count} Tagen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>MachineTexts::runningDaysVersion; with the number 1: Running for {count} day, version {version}</extracomment>
+        <source>Running for {count} days, version {version}</source>
+        <translation>
+            <numerusform>Läuft seit {count} Tag, Version {version}</numerusform>
+            <numerusform>Läuft seit {count} Tagen, Version {version}</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::starting</extracomment>
+        <source>Starting…</source>
+        <translation>Wird gestartet …</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::desktopLabel</extracomment>
+        <source>Desktop control</source>
+        <translation>Desktop-Zugriff</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::desktopReady</extracomment>
+        <source>Ready</source>
+        <translation>Bereit</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::desktopNeedsTwo</extracomment>
+        <source>Needs two switches</source>
+        <translation>Braucht zwei Schalter</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::desktopNeedsOne</extracomment>
+        <source>Needs one more switch</source>
+        <translation>Braucht noch einen Schalter</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::desktopAbsent</extracomment>
+        <source>Not part of this build</source>
+        <translation>In diesem Build nicht enthalten</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::updatesLabel</extracomment>
+        <source>Updates</source>
+        <translation>Updates</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::upToDate</extracomment>
+        <source>tarnik is up to date</source>
+        <translation>tarnik ist aktuell</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::updateWaits</extracomment>
+        <source>Version {version} waits for a quiet moment</source>
+        <translation>Version {version} wartet auf eine Pause</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::twoSwitchesOff</extracomment>
+        <source>Two switches are still off. Turn them on below.</source>
+        <translation>Zwei Schalter sind noch aus. Schalten Sie sie unten ein.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::oneSwitchOff</extracomment>
+        <source>One switch is still off. Turn on {switch} below.</source>
+        <translation>Ein Schalter ist noch aus. Schalten Sie unten „{switch}“ ein.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::staysInMenuBar</extracomment>
+        <source>You can close this window. tarnik stays in the menu bar.</source>
+        <translation>Sie können dieses Fenster schließen. tarnik bleibt in der Menüleiste.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::staysInPanel</extracomment>
+        <source>You can close this window. tarnik stays in the panel.</source>
+        <translation>Sie können dieses Fenster schließen. tarnik bleibt in der Leiste.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::closingEnds</extracomment>
+        <source>Closing this window ends the connection.</source>
+        <translation>Wenn Sie dieses Fenster schließen, endet die Verbindung.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::setupText</extracomment>
+        <source>tarnik is setting up its helper. This happens only once.</source>
+        <translation>tarnik richtet sein Hilfsprogramm ein. Das geschieht nur einmal.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::setupBothSwitches</extracomment>
+        <source>tarnik is setting up its helper. This happens only once. Meanwhile, you can turn on the two switches below.</source>
+        <translation>tarnik richtet sein Hilfsprogramm ein. Das geschieht nur einmal. Sie können inzwischen unten die beiden Schalter einschalten.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::setupOneSwitch</extracomment>
+        <source>tarnik is setting up its helper. This happens only once. Meanwhile, you can turn on the other switch below.</source>
+        <translation>tarnik richtet sein Hilfsprogramm ein. Das geschieht nur einmal. Sie können inzwischen unten den anderen Schalter einschalten.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::setupNext</extracomment>
+        <source>Next, you connect this Mac with the link from your chat.</source>
+        <translation>Danach verbinden Sie diesen Mac mit dem Link aus Ihrem Chat.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::installFailed</extracomment>
+        <source>tarnik couldn't install its helper.</source>
+        <translation>tarnik konnte sein Hilfsprogramm nicht installieren.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::helperMissing</extracomment>
+        <source>tarnik's helper isn't there any more.</source>
+        <translation>Das Hilfsprogramm von tarnik ist nicht mehr da.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::helperMissingText</extracomment>
+        <source>It was moved or deleted. Try Again installs it once more.</source>
+        <translation>Es wurde bewegt oder gelöscht. „Erneut versuchen“ installiert es noch einmal.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::homeUnusable</extracomment>
+        <source>tarnik can't use the folder for its helper.</source>
+        <translation>tarnik kann den Ordner für sein Hilfsprogramm nicht verwenden.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::homeUnusableText</extracomment>
+        <source>When the folder is in order, quit tarnik and open it again. Copy Details gathers what others need to help you.</source>
+        <translation>Wenn der Ordner in Ordnung ist, beenden Sie tarnik und öffnen Sie es erneut. „Details kopieren“ sammelt, was andere brauchen, um Ihnen zu helfen.</translation>
+    </message>
+    <message>
+        <extracomment>MachineTexts::tryAgain</extracomment>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
     </message>
     <message>
         <extracomment>LinkTexts::checkingLink</extracomment>

@@ -4,6 +4,7 @@
 
 #include "app/model/PageParts.h"
 #include "app/model/TerminalTail.h"
+#include "app/texts/ComposedTexts.h"
 #include "app/texts/MachineTexts.h"
 #include "app/texts/Translation.h"
 #include "app/texts/WindowTexts.h"
@@ -33,7 +34,7 @@ WindowContent::Button copyButton() {
 
 WindowContent unusableHomePage(const std::string& why) {
     auto content = problemPage(MachineTexts::homeUnusable);
-    content.paragraphs.push_back(sanitizedLine(translated(why), longestFailure));
+    content.paragraphs.push_back(sanitizedLine(translatedMessage(why), longestFailure));
     addParagraph(content, MachineTexts::homeUnusableText);
     content.buttons = {copyButton()};
     return content;
@@ -42,9 +43,9 @@ WindowContent unusableHomePage(const std::string& why) {
 WindowContent failedInstallPage(const Setups::Failed& failure) {
     auto content = problemPage(MachineTexts::installFailed);
     if (!failure.sentence.empty()) addParagraph(content, failure.sentence);
-    if (auto text = sanitizedLine(translated(failure.text), longestFailure); !text.empty())
+    if (auto text = sanitizedLine(translatedMessage(failure.text), longestFailure); !text.empty())
         content.paragraphs.push_back(std::move(text));
-    if (failure.cause) content.paragraphs.push_back(causeLine(*failure.cause));
+    if (failure.cause) content.paragraphs.push_back(causeLine(*failure.cause, Language::ofPerson));
     content.buttons = {tryAgainButton(), copyButton()};
     return content;
 }
@@ -75,7 +76,7 @@ WindowContent installingPage(const AppState& state, const std::string& text) {
     const auto line = sanitizedLine(text, longestLine);
     if (line.empty()) return state.joined ? reconnectingPage(state) : checkingPage();
 
-    auto content = pageWith(Section::installing, line);
+    auto content = pageWith(Section::installing, translatedMessage(line));
     setSymbol(content, SymbolName::download, WindowTexts::downloadName);
     setBusy(content);
     addParagraph(content, setupText(state));

@@ -5,6 +5,7 @@
 #include "app/model/LoginCheckBox.h"
 #include "app/model/PageParts.h"
 #include "app/model/PairingPage.h"
+#include "app/texts/ComposedTexts.h"
 #include "app/texts/MachineTexts.h"
 #include "app/texts/Translation.h"
 #include "app/texts/WindowTexts.h"
@@ -86,8 +87,8 @@ WindowContent restingPage(const AppState& state, const WindowSetting& setting) {
 // Returns the message about the last link.
 WindowContent::Message linkMessage(const AppState& state) {
     WindowContent::Message message{.kind = state.checkingLink ? MessageKind::news : MessageKind::refusal,
-                                   .text = sanitizedLine(translated(*state.linkMessage), longestLine)};
-    if (state.linkCause) message.cause = causeLine(*state.linkCause);
+                                   .text = sanitizedLine(translatedMessage(*state.linkMessage), longestLine)};
+    if (state.linkCause) message.cause = causeLine(*state.linkCause, Language::ofPerson);
     return message;
 }
 
