@@ -53,6 +53,16 @@ inline constexpr Text switchesText =
     "cursor alone.";
 inline constexpr Text turnOn = "Turn On…";
 
+// The details, which the user can copy into a report.
+inline constexpr Text detailsTitle = "Details";
+inline constexpr Text detailsCollecting = "tarnik is collecting the details. This can take some seconds.";
+inline constexpr Text detailsText =
+    "This is what will be copied. Links, keys, addresses and names are hidden. Look through it before you "
+    "send it to anybody.";
+inline constexpr Text detailsCopied = "The details are copied. You can paste them now.";
+inline constexpr Text copy = "Copy";
+inline constexpr Text close = "Close";
+
 // The alert.
 inline constexpr Text ok = "OK";
 
@@ -63,6 +73,7 @@ inline constexpr Text pasteName = "Paste the link";
 inline constexpr Text linkFieldName = "Link from tarnik";
 inline constexpr Text terminalName = "What tarnik's helper says";
 inline constexpr Text lastLinesName = "The last lines that tarnik's helper wrote";
+inline constexpr Text detailsName = "Details of the report";
 inline constexpr Text busyName = "Working";
 inline constexpr Text downloadName = "Download";
 inline constexpr Text succeededName = "Done";

@@ -24,6 +24,18 @@ int fail(int status, const QString& text) {
 
 enum class Visibility { onScreen, hidden };
 
+// A palette, and what is added to the names of its pictures.
+struct Look {
+    const char* suffix;
+    Appearance appearance;
+    Contrast contrast = Contrast::usual;
+};
+
+constexpr Look looks[] = {{"-light", Appearance::light},
+                          {"-dark", Appearance::dark},
+                          {"-light-contrast", Appearance::light, Contrast::higher},
+                          {"-dark-contrast", Appearance::dark, Contrast::higher}};
+
 // Makes the window in the state, or only the alert if the state has one. The window's buttons do nothing.
 std::unique_ptr<QWidget> makeScreen(const SampleScreen& screen, const Url& webOrigin, Visibility visibility) {
     if (screen.alert) {
@@ -76,15 +88,14 @@ int ScreenGallery::writeScreens(const std::string& folder) const {
     useDesignedFont();
     QApplication::setDoubleClickInterval(0);  // so that no button waits
 
-    for (const auto appearance : {Appearance::light, Appearance::dark}) {
-        QApplication::setPalette(paletteFor(appearance));
+    for (const auto& look : looks) {
+        QApplication::setPalette(paletteFor(look.appearance, {.contrast = look.contrast}));
         for (const auto& screen : screens) {
             const auto window = makeScreen(screen, webOrigin, Visibility::hidden);
             QApplication::processEvents();
             for (const int scale : {1, 2}) {
-                const auto file = place.filePath(qtText(screen.name) +
-                                                 (appearance == Appearance::dark ? "-dark" : "-light") +
-                                                 (scale == 2 ? "@2x.png" : ".png"));
+                const auto file =
+                    place.filePath(qtText(screen.name) + look.suffix + (scale == 2 ? "@2x.png" : ".png"));
                 if (!picture(*window, scale).save(file)) return fail(failed, file + " can't be written");
             }
         }

@@ -19,8 +19,9 @@ struct ScreenGallery {
     // Shows the window in one state until the user closes it. The window's buttons do nothing.
     int showScreen(std::string_view name, Appearance appearance) const;
 
-    // Writes four pictures per state into `folder`: NAME-light.png, NAME-dark.png, and both at twice the size
-    // as NAME-light@2x.png and NAME-dark@2x.png. Creates the folder. Needs no display.
+    // Writes the pictures of each state into `folder`: NAME-light.png, NAME-dark.png, both at higher contrast
+    // as NAME-light-contrast.png, and all at twice the size as NAME-light@2x.png. Creates the folder. Needs no
+    // display.
     int writeScreens(const std::string& folder) const;
 };
 

@@ -13,12 +13,12 @@ const ScreenGallery gallery{
     .webOrigin = *Url::parse("https://tarnik.invalid"),
     .screens = {{"connected", {}}, {"alert", {}, Relocation::Message{"title", "body"}}}};
 
-TEST(ScreenGallery, writesEachScreenInBothAppearancesAndSizes) {
+TEST(ScreenGallery, writesEachScreenInAllPalettesAndSizes) {
     const TemporaryFolder folder;
     const auto made = folder.path() + "/made";
     ASSERT_EQ(gallery.writeScreens(made), 0);
     const QDir written(QString::fromStdString(made));
-    EXPECT_EQ(written.entryList(QDir::Files).size(), gallery.screens.size() * 4);
+    EXPECT_EQ(written.entryList(QDir::Files).size(), gallery.screens.size() * 8);
     const QImage light(written.filePath("connected-light.png"));
     const QImage dark(written.filePath("connected-dark@2x.png"));
     EXPECT_EQ(light.size(), QSize(460, 560));

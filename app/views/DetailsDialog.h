@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <string>
+
+class QPushButton;
+
+namespace tarnik {
+
+class ProgressBar;
+class TerminalBox;
+class TextLabel;
+
+// Shows a report before the user copies it, so that nothing leaves this machine unseen. Not modal.
+class DetailsDialog : public QDialog {
+public:
+    explicit DetailsDialog(QWidget* parent);
+
+    // Shows the report and enables "Copy". Until then the dialog shows that the report is being made.
+    void setReport(const std::string& report);
+
+private:
+    // Children.
+    TextLabel* text_;
+    ProgressBar* progress_;
+    TerminalBox* box_;
+    QPushButton* copy_;
+};
+
+}  // namespace tarnik
