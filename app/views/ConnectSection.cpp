@@ -20,9 +20,8 @@ using Section = WindowContent::Section;
 
 // The grid, in points from the top of the section.
 constexpr int bodyTop = 40;
-constexpr int textTop = 76;       // of texts below a drawing or an amount
-constexpr int terminalTop = 84;   // one place, whether the text above it has one line or two
-constexpr int terminalEnd = 184;  // without a message
+constexpr int textTop = 76;      // of texts below a drawing or an amount
+constexpr int terminalTop = 84;  // one place, whether the text above it has one line or two
 constexpr int messageTop = 158;
 constexpr int messageLines = 2;
 constexpr int buttonsTop = 200;
@@ -121,9 +120,8 @@ int ConnectSection::arrange(const Grid& grid) {
     place(*header_, {0, 0, parentWidget()->width(), headerHeight});
     const int extra = std::max(0, headerHeight - grid.scaled(bodyTop));  // of a heading of several lines
     const bool hasMessage = !message_->isHidden();
-    const int bodyEnd =
-        arrangeBody(grid, grid.scaled(bodyTop) + extra,
-                    hasMessage ? grid.scaled(messageTop) - Grid::groupGap : grid.scaled(terminalEnd));
+    const int bodyEnd = arrangeBody(grid, grid.scaled(bodyTop) + extra,
+                                    grid.scaled(hasMessage ? messageTop : buttonsTop) - Grid::groupGap);
 
     int buttonsAt = std::max(grid.scaled(buttonsTop), bodyEnd + Grid::groupGap);
     if (hasMessage) {

@@ -102,6 +102,11 @@ void Page::resizeEvent(QResizeEvent*) {
     arrange();
 }
 
+// The terminal breaks its lines only when it is shown.
+void Page::showEvent(QShowEvent*) {
+    arrange();
+}
+
 void Page::arrange() {
     const Grid grid(font(), width());
     place(*title_, {0, grid.scaled(titleTop), width(), grid.scaled(titleHeight)});

@@ -176,10 +176,6 @@ QPalette PlainStyle::standardPalette() const {
 void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {
     switch (element) {
-        case PE_PanelButtonCommand:
-            if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option))
-                return drawButton(*button, *painter, widget);
-            break;
         case PE_PanelLineEdit:
         case PE_Frame: return drawField(*option, *painter, widget);
         case PE_IndicatorCheckBox: return drawIndicator(*option, *painter);
@@ -193,8 +189,9 @@ void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
 
 void PlainStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                              const QWidget* widget) const {
-    const auto* button =
-        element == CE_PushButtonLabel ? qstyleoption_cast<const QStyleOptionButton*>(option) : nullptr;
+    const bool isButton = element == CE_PushButtonLabel || element == CE_PushButtonBevel;
+    const auto* button = isButton ? qstyleoption_cast<const QStyleOptionButton*>(option) : nullptr;
+    if (button && element == CE_PushButtonBevel) return drawButton(*button, *painter, widget);
     if (!button) return QProxyStyle::drawControl(element, option, painter, widget);
     QStyleOptionButton label(*button);
     label.palette.setBrush(QPalette::ButtonText, buttonColours(*button, widget).text);

@@ -20,8 +20,8 @@ struct ScreenGallery {
     int showScreen(std::string_view name, Appearance appearance) const;
 
     // Writes the pictures of each state into `folder`: NAME-light.png, NAME-dark.png, both at higher contrast
-    // as NAME-light-contrast.png, and all at twice the size as NAME-light@2x.png. Creates the folder. Needs no
-    // display.
+    // as NAME-light-contrast.png, and all at twice the size as NAME-light@2x.png. Creates the folder. Needs
+    // no display.
     int writeScreens(const std::string& folder) const;
 };
 

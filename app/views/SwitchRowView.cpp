@@ -54,8 +54,9 @@ int SwitchRowView::arrange(const Grid& grid) {
     int end = std::max(textTop + text, middle + buttonSide / 2);
     if (!hint_->isHidden()) {
         const int hint = hint_->heightForWidth(grid.columnWidth());
-        place(*hint_, grid.column(textTop + text, hint));
-        end = std::max(end, textTop + text + hint);
+        const int hintTop = end + Grid::gap;
+        place(*hint_, grid.column(hintTop, hint));
+        end = hintTop + hint;
     }
     return end;
 }

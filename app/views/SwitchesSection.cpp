@@ -10,8 +10,9 @@ namespace tarnik {
 namespace {
 
 // In points, from the top of the section.
-constexpr int headingTop = 2;
-constexpr int rowsTop = 62;
+constexpr int headingTop = 1;
+constexpr int lineGap = 1;  // between heading and text
+constexpr int rowsTop = 61;
 constexpr int rowPitch = 64;
 constexpr int rowGap = 12;  // at least
 
@@ -42,7 +43,7 @@ int SwitchesSection::arrange(const Grid& grid) {
     for (auto* label : {heading_, text_}) {
         const int height = label->heightForWidth(grid.columnWidth());
         place(*label, grid.column(y, height));
-        y += height;
+        y += height + grid.scaled(lineGap);
     }
     int top = std::max(grid.scaled(rowsTop), y + Grid::groupGap);
     int end = y;

@@ -6,6 +6,7 @@
 #include <QTextBlock>
 #include <QTextDocument>
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "app/views/QtText.h"
@@ -43,9 +44,13 @@ TerminalBox::TerminalBox(QWidget* parent) : QPlainTextEdit(parent) {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     document()->setDocumentMargin(0);
     setFrameShape(QFrame::StyledPanel);
+    // The bar is drawn only if the text is longer than the box. Its place is reserved, so that lines don't
+    // break differently when it appears.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     const int inside = frameWidth();
-    setViewportMargins(sidePadding - inside, verticalPadding - inside, sidePadding - inside,
-                       verticalPadding - inside);
+    const int barWidth = verticalScrollBar()->sizeHint().width();
+    setViewportMargins(sidePadding - inside, verticalPadding - inside,
+                       std::max(0, sidePadding - inside - barWidth), verticalPadding - inside);
 
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     if (font().pointSizeF() > 0) fixed.setPointSizeF(font().pointSizeF() * fontSize);
@@ -60,7 +65,8 @@ TerminalBox::TerminalBox(QWidget* parent) : QPlainTextEdit(parent) {
 
 void TerminalBox::setTerminal(const WindowContent::Terminal& terminal) {
     updateAccessibleName(*this, terminal.accessibleName);
-    const QString text = qtText(terminal.text);
+    QString text = qtText(terminal.text);
+    while (text.endsWith(QLatin1Char('\n'))) text.chop(1);  // an empty last line would hide the first
     if (text == text_) return;
 
     const int place = verticalScrollBar()->value();
@@ -123,7 +129,10 @@ int TerminalBox::linesUpTo(int most) const {
 }
 
 int TerminalBox::heightOf(int lines) const {
-    return lines * fontMetrics().lineSpacing() + 2 * verticalPadding;
+    const auto first = document()->begin();
+    const double block = document()->documentLayout()->blockBoundingRect(first).height();
+    return static_cast<int>(std::ceil(lines * block / std::max(1, first.lineCount()))) + 1 +
+           2 * verticalPadding;
 }
 
 int TerminalBox::preferredHeight() const {

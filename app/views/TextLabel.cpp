@@ -15,23 +15,22 @@ namespace {
 
 constexpr int minWidth = 60;
 
-// The font and the line height of a role, in multiples of the system font's size.
+// The font of a role, in multiples of the system font's size, and its line height in multiples of its own
+// size.
 struct Style {
     double size;
-    double lineHeight;
+    double leading;
     QFont::Weight weight;
 };
 
-constexpr double designSize = 13;
-
 constexpr Style styleOf(TextLabel::Role role) {
     switch (role) {
-        case TextLabel::Role::heading: return {1.3, 24 / designSize, QFont::Bold};
+        case TextLabel::Role::heading: return {1.3, 24.0 / 17, QFont::Bold};
         case TextLabel::Role::brand:
-        case TextLabel::Role::strong: return {1, 18 / designSize, QFont::Bold};
+        case TextLabel::Role::strong: return {1, 18.0 / 13, QFont::Bold};
         case TextLabel::Role::body:
-        case TextLabel::Role::label: return {1, 18 / designSize, QFont::Normal};
-        case TextLabel::Role::quiet: return {0.92, 16 / designSize, QFont::Normal};
+        case TextLabel::Role::label: return {1, 18.0 / 13, QFont::Normal};
+        case TextLabel::Role::quiet: return {0.92, 16.0 / 12, QFont::Normal};
     }
     return {1, 1, QFont::Normal};
 }
@@ -61,7 +60,7 @@ QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeig
     option.setTextDirection(QGuiApplication::layoutDirection());
     option.setAlignment(Qt::AlignLeading);
     layout.setTextOption(option);
-    QSizeF size;
+    QSizeF size(0, 0);
     layout.beginLayout();
     for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
@@ -77,7 +76,7 @@ QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeig
 TextLabel::TextLabel(Role role, QWidget* parent)
     : QLabel(parent),
       colour_(isQuiet(role) ? &secondaryColour : &textColour),
-      lineHeight_(QFontInfo(font()).pixelSize() * styleOf(role).lineHeight) {
+      leading_(styleOf(role).leading) {
     setTextFormat(Qt::PlainText);
     setFont(fontFor(styleOf(role), font()));
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
@@ -98,19 +97,23 @@ void TextLabel::setColour(QColor (*colour)(const QPalette&)) {
 }
 
 int TextLabel::lineHeight() const {
-    return std::max(fontMetrics().height(), static_cast<int>(std::lround(lineHeight_)));
+    return std::max(fontMetrics().height(),
+                    static_cast<int>(std::lround(QFontInfo(font()).pixelSize() * leading_)));
 }
 
 QSizeF TextLabel::measure(int width) const {
+    const int line = lineHeight();
     const auto fits = [&](const Measurement& known) {
-        return known.width == width && known.text == text() && known.font == font();
+        return known.width == width && known.lineHeight == line && known.text == text() &&
+               known.font == font();
     };
     if (const auto known = std::ranges::find_if(measurements_, fits); known != measurements_.end())
         return known->size;
     QTextLayout layout(text().replace('\n', QChar::LineSeparator));
-    const QSizeF size = layOut(layout, font(), width, lineHeight());
+    const QSizeF size = layOut(layout, font(), width, line);
     std::ranges::rotate(measurements_, measurements_.end() - 1);
-    measurements_.front() = {.text = text(), .font = font(), .width = width, .size = size};
+    measurements_.front() = {
+        .text = text(), .font = font(), .width = width, .lineHeight = line, .size = size};
     return size;
 }
 

@@ -32,6 +32,7 @@ private:
         QString text;
         QFont font;
         int width = -1;
+        int lineHeight = 0;
         QSizeF size;
     };
 
@@ -39,7 +40,7 @@ private:
     QSize textSize(int width) const;
 
     QColor (*colour_)(const QPalette&);
-    const double lineHeight_;                          // in multiples of the system font's size
+    const double leading_;                             // the line height in multiples of the font's size
     mutable std::array<Measurement, 3> measurements_;  // latest first
 };
 

@@ -62,7 +62,7 @@ TEST(TerminalBox, keepsASelectionThroughChangesElsewhere) {
         ASSERT_TRUE(f.box.find("line 12"));
         f.say(after);
         EXPECT_EQ(f.selected(), selected) << why;
-        EXPECT_EQ(f.box.toPlainText().toStdString(), after) << why;
+        EXPECT_EQ(f.box.toPlainText().toStdString() + "\n", after) << why;
     }
 }
 
