@@ -102,8 +102,8 @@ public:
         const int margin = (side - static_cast<int>(drawing.side * scale)) / 2;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.x() + (rect.width() - side) / 2 + margin,
-                           rect.y() + (rect.height() - side) / 2 + margin);
+        const QPoint corner(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
+        painter->translate(corner + QPoint(margin, margin));
         painter->scale(scale, scale);
         paintStatus(*painter, drawing, status_);
         painter->restore();

@@ -29,6 +29,9 @@ namespace {
 
 constexpr int callLimitMs = 2000;
 constexpr int pictureSide = 16;
+constexpr qsizetype pixelBytes = 4;
+constexpr qsizetype rowBytes = pixelBytes * pictureSide;
+constexpr qsizetype pictureBytes = rowBytes * pictureSide;
 const QString watcherName = "org.kde.StatusNotifierWatcher";
 const QString itemInterface = "org.kde.StatusNotifierItem";
 const QString menuInterface = "com.canonical.dbusmenu";
@@ -148,16 +151,16 @@ private:
         QJsonArray rows;
         for (argument.beginArray(); !argument.atEnd();) {
             int width = 0, height = 0;
-            QByteArray bytes;  // four for each pixel; the first is the opacity
+            QByteArray bytes;  // the first of each pixel is the opacity
             argument.beginStructure();
             argument >> width >> height >> bytes;
             argument.endStructure();
-            if (width != pictureSide || bytes.size() != 4 * width * height) continue;
-            for (int y = 0; y < height; ++y) {
-                QString row;
-                for (int x = 0; x < width; ++x)
-                    row += static_cast<uchar>(bytes[4 * (y * width + x)]) > 127 ? '#' : '.';
-                rows.append(row);
+            if (width != pictureSide || bytes.size() != pictureBytes) continue;
+            for (qsizetype row = 0; row < pictureBytes; row += rowBytes) {
+                QString pixels;
+                for (qsizetype pixel = row; pixel < row + rowBytes; pixel += pixelBytes)
+                    pixels += static_cast<uchar>(bytes[pixel]) > 127 ? '#' : '.';
+                rows.append(pixels);
             }
         }
         argument.endArray();
