@@ -1,11 +1,15 @@
 #include "app/views/DesktopFace.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <algorithm>
 
 #include <gtest/gtest.h>
 
+#include "app/texts/MachineTexts.h"
+#include "app/views/QtText.h"
 #include "tests/support/FakeMachine.h"
 
 namespace tarnik {
@@ -44,6 +48,26 @@ TEST(DesktopFace, reportsTheUseAndTheEndOfTheWindow) {
     QApplication::processEvents();
     EXPECT_FALSE(f.face.windowInUse());
     EXPECT_FALSE(f.state().linkMessage);
+}
+
+TEST(DesktopFace, saysWhatClosingTheWindowDoes) {
+    Fixture f;
+    f.install();
+    f.join();
+    f.switches = {.accessibility = true, .screenRecording = true};
+    f.model().start();
+    f.settle();
+    f.showWindow();
+    const auto shows = [](const std::string_view text) {
+        QApplication::processEvents();
+        const auto labels = Fixture::window().findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [&](const auto* label) { return label->text() == qtText(text); });
+    };
+    EXPECT_TRUE(shows(MachineTexts::staysInPanel));
+    f.face.setTrayHost(TrayHost::absent);
+    EXPECT_TRUE(shows(MachineTexts::closingEnds));
+    f.face.setTrayHost(TrayHost::present);
+    EXPECT_TRUE(shows(MachineTexts::staysInPanel));
 }
 
 TEST(DesktopFace, keepsAWaitingLinkForTheField) {
