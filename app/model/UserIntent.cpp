@@ -6,9 +6,10 @@ namespace tarnik {
 
 void performIntent(const UserIntent& intent, const std::string& pasted, AppModel& model) {
     using Kind = UserIntent::Kind;
+    if (intent.kind != Kind::setStartAtLogin) model.loginItem().dismissFailure();
     switch (intent.kind) {
         case Kind::connectPasted: return model.pairing().connect(pasted);
-        case Kind::editLink: model.loginItem().dismissFailure(); return model.pairing().dismissMessage();
+        case Kind::editLink: return model.pairing().dismissMessage();
         case Kind::connectOffer:
             if (intent.offer && intent.offer == model.state().replaceOffer)
                 model.pairing().connect(*intent.offer, LinkPairing::Replacing::yes);

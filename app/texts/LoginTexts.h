@@ -10,8 +10,7 @@ using Text = std::string_view;
 inline constexpr Text startAtLogin = "Start at login";
 inline constexpr Text allowInSettings = "Allow it in System Settings";
 
-// A choice that had no effect. The system's message follows on its own line.
-inline constexpr Text choiceFailed =
-    "tarnik couldn't change whether it starts at login. You can change it in the system's settings.";
+// A choice that had no effect. Fits on one line, because the system's message follows on the second line.
+inline constexpr Text choiceFailed = "Start at login didn't change. Try the system's settings.";
 
 }  // namespace tarnik::LoginTexts

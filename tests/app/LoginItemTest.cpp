@@ -94,7 +94,7 @@ TEST(LoginItem, opensTheSettingsWhileTheSystemWaits) {
     EXPECT_EQ(f.chosen, "");
 }
 
-TEST(LoginItem, showsAFailureUntilTheNextKey) {
+TEST(LoginItem, showsAFailureUntilTheNextIntent) {
     for (const bool threadsAreLeft : {true, false}) {
         Fixture f(off, false);
         f.item().refresh();
