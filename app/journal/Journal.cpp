@@ -49,7 +49,7 @@ std::string Journal::pathIn(const SystemFolders& folders) {
 
 Journal::Journal(const std::string& path, Deps deps)
     : deps_(std::move(deps)),
-      file_{.file = RotatingFile(path, capBytes), .path = path},
+      file_{.file = RotatingFile(path, deps_.fileBytes), .path = path},
       queue_(deps_.makeQueue("tarnik.journal")) {}
 
 Journal::~Journal() {

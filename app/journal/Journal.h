@@ -38,6 +38,7 @@ public:
     struct Deps {
         std::function<WallTime()> now;
         std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
+        std::int64_t fileBytes = capBytes;
 
         static Deps production();
     };

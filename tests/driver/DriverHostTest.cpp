@@ -27,6 +27,7 @@ struct Fixture {
     bool ready = true;
     std::function<void()> whileWaiting = [] {};
     std::vector<std::string> log;
+    std::string events;  // "+" for a start, "-" for a stop
     std::vector<std::optional<CuaDriverEndpoint>> endpoints;
     DriverHost::Setup setup{.executable = "/driver",
                             .applicationSupport = folder.path(),
@@ -44,6 +45,10 @@ struct Fixture {
             clock->set(after(clock->now(), time));
         };
         fakes.now = [this] { return clock->now(); };
+        fakes.onEvent = [this](const ChildEvent& event) {
+            if (std::holds_alternative<ChildEvents::Started>(event)) events += '+';
+            if (std::holds_alternative<ChildEvents::Stopped>(event)) events += '-';
+        };
         fakes.makeQueue = [this](const std::string&) { return queue; };
         return fakes;
     }
@@ -190,6 +195,7 @@ TEST(DriverHost, stopsADriverByForceAndIgnoresItsLateExit) {
     f.queue->advance(1h);
     EXPECT_EQ(f.endpoints.size(), 3U);
     EXPECT_EQ(f.spawner.count(), 2U);
+    EXPECT_EQ(f.events, "+-+");
     f.made.reset();
     f.spawner.at(1).end(ExitStatus::signaled(SIGKILL));
     EXPECT_EQ(f.log.size(), 2U);
