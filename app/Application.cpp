@@ -9,10 +9,11 @@
 #include "app/bundle/BuildKind.h"
 #include "app/control/ControlFolder.h"
 #include "app/journal/ChildRecorder.h"
-#include "app/journal/Explanation.h"
 #include "app/journal/RecordedOperations.h"
 #include "app/journal/StateRecorder.h"
 #include "app/model/ChosenHome.h"
+#include "app/report/ReportChild.h"
+#include "app/texts/FailureTexts.h"
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
@@ -22,12 +23,14 @@ constexpr Seconds stopLimit = Seconds(50);  // stopping the children takes up to
 constexpr Seconds finishLimit = Seconds(5);
 
 // Replaces the node home of the preferences with the node home of the command line.
-UserDefaults withNodeHome(UserDefaults defaults, const std::optional<std::string>& nodeHome) {
-    if (!nodeHome) return defaults;
-    defaults.text = [nodeHome, others = defaults.text](const std::string& key) {
-        return key == TarnikIdentity::nodeHomeDefaultsKey ? nodeHome : others(key);
-    };
-    return defaults;
+Application::Platform withNodeHome(Application::Platform platform,
+                                   const std::optional<std::string>& nodeHome) {
+    auto& text = platform.model.defaults.text;
+    if (nodeHome)
+        text = [nodeHome, others = text](const std::string& key) {
+            return key == TarnikIdentity::nodeHomeDefaultsKey ? nodeHome : others(key);
+        };
+    return platform;
 }
 
 // Delays the launch until the switches are known or a time-out has passed. A launch that treats unknown
@@ -44,11 +47,11 @@ OnRelocated whenSwitchesAreKnown(const SwitchOperations& switches, OnRelocated d
 Application::Application(const CommandLine& line, HostEnvironment host, const ProgramLocation& place,
                          Platform platform)
     : place_(place),
-      platform_(std::move(platform)),
+      platform_(withNodeHome(std::move(platform), line.nodeHome)),
       journal_(std::make_shared<Journal>(Journal::pathIn(place_.folders))),
-      model_(makeModel(line, std::move(host))) {
+      model_(makeModel(line, std::move(host))),
+      facts_(JournalFacts::Deps::production(*model_, platform_.model.mainThread, tasks_), journal_, model_) {
     recordStart(*journal_, model_->state().homeError);
-    journal_->observe(troubleReporter());
     model_->observe([journal = journal_](const AppState& now, const AppState& next) {
         recordChange(*journal, now, next);
         if (next.stopping && !now.stopping) endWithin(stopLimit, EXIT_FAILURE);
@@ -59,7 +62,6 @@ Application::~Application() = default;
 
 std::shared_ptr<AppModel> Application::makeModel(const CommandLine& line, HostEnvironment host) const {
     auto platform = platform_.model;
-    platform.defaults = withNodeHome(platform.defaults, line.nodeHome);
     platform.detach = [tasks = tasks_](const std::string& label, BackgroundTasks::Task task) {
         return tasks.start(label, std::move(task));
     };
@@ -80,19 +82,6 @@ std::shared_ptr<AppModel> Application::makeModel(const CommandLine& line, HostEn
         };
     }
     return std::make_shared<AppModel>(std::move(host), std::move(deps));
-}
-
-// Events are recorded on many threads; the model is changed on the main thread.
-Journal::Observer Application::troubleReporter() const {
-    return [post = platform_.model.mainThread.post, weakJournal = std::weak_ptr(journal_),
-            weakModel = std::weak_ptr(model_)](const JournalEvent& event) {
-        if (event.code != EventCode::helperRestart && event.code != EventCode::helperStarted) return;
-        post([weakJournal, weakModel] {
-            const auto journal = weakJournal.lock();
-            const auto model = weakModel.lock();
-            if (journal && model) model->setHelper({.trouble = helperTrouble(journal->events())});
-        });
-    };
 }
 
 AppDelegate& Application::attach(Face face) {
@@ -128,10 +117,12 @@ AppDelegate& Application::attach(Face face) {
                 [this] {
                     const auto settings =
                         place_.bundle ? UpdateSettings::fromBundle(*place_.bundle) : UpdateSettings{};
-                    return std::make_unique<Updater>(
+                    auto updater = std::make_unique<Updater>(
                         settings, Updater::Deps{.framework = recorded(journal_, platform_.updates),
                                                 .mainThread = platform_.model.mainThread,
                                                 .log = platform_.updaterLog});
+                    facts_.setChecksForUpdates(updater->isAvailable());
+                    return updater;
                 },
             .takesLinks = std::move(face.onReady),
             .showsWindow = face.showsWindow,
@@ -139,6 +130,18 @@ AppDelegate& Application::attach(Face face) {
             .presentation = std::move(face.presentation),
             .events = recorded(journal_, platform_.events)},
         model_);
+}
+
+// The details may be wanted just when the system is too busy for another thread.
+void Application::makeReport(std::function<void(const std::expected<std::string, std::string>&)> done) const {
+    const auto& post = platform_.model.mainThread.post;
+    const ReportChild report{
+        .executable = place_.executable,
+        .environment = model_->host().inherited,
+        .nodeHome = platform_.model.defaults.text(std::string(TarnikIdentity::nodeHomeDefaultsKey))};
+    const bool started = tasks_.start(
+        "tarnik.report", [report, post, done] { post([done, text = report.run()] { done(text); }); });
+    if (!started) post([done] { done(std::unexpected(std::string(FailureTexts::tooBusy))); });
 }
 
 void Application::launch() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -7,6 +8,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
+#include "app/JournalFacts.h"
 #include "app/NodeHomeOwner.h"
 #include "app/ProgramStart.h"
 #include "app/control/ControlService.h"
@@ -55,6 +57,10 @@ public:
     // Creates the delegate. The delegate uses the face until the event loop has ended. Call once.
     AppDelegate& attach(Face face);
 
+    // Gathers the redacted report and passes it to `done` on the main thread, or a sentence that says why it
+    // couldn't. This takes a second, and up to 20 s without a network.
+    void makeReport(std::function<void(const std::expected<std::string, std::string>&)> done) const;
+
     // Starts to receive links, and posts the rest of the launch to the event loop.
     void launch();
 
@@ -66,7 +72,6 @@ public:
 private:
     void startControl(NodeHomeOwner::Face face);
     std::shared_ptr<AppModel> makeModel(const CommandLine& line, HostEnvironment host) const;
-    Journal::Observer troubleReporter() const;
 
     const BackgroundTasks tasks_;
     const ProgramLocation place_;
@@ -74,6 +79,7 @@ private:
     std::optional<NodeHomeOwner> homeOwner_;  // destroyed after model_, because the model uses the home
     const std::shared_ptr<Journal> journal_;  // also held by the operations that record
     const std::shared_ptr<AppModel> model_;
+    JournalFacts facts_;
     std::optional<Relocator> relocator_;
     std::optional<AppDelegate> delegate_;
     std::optional<ControlService> control_;  // while the program owns its node home

@@ -255,8 +255,24 @@ void AppModel::refreshSwitches() {
     });
 }
 
-void AppModel::setHelper(const AppState::Helper& helper) {
-    change([&](AppState& next) { next.helper = helper; });
+void AppModel::setFacts(const AppFacts& facts) {
+    change([&](AppState& next) {
+        next.helper = facts.helper;
+        next.waitingUpdate = facts.waitingUpdate;
+        next.checksForUpdates = facts.checksForUpdates;
+        next.driverHasGivenUp = facts.driverHasGivenUp;
+    });
+}
+
+void AppModel::retryInstallation() {
+    const bool failed = std::holds_alternative<Setups::Failed>(state_.setup);
+    const bool missing = std::holds_alternative<Setups::Ready>(state_.setup) &&
+                         std::holds_alternative<NodeStates::NotInstalled>(state_.node);
+    if (state_.stopping || !running_ || !(failed || missing)) return;
+    change([](AppState& next) { next.setup = Setups::Installing{}; });
+    if (hasStarted()) return startInstallation();
+    running_.reset();  // the system was too busy for the takeover
+    start();
 }
 
 void AppModel::request(Switch which) {

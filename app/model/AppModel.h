@@ -75,7 +75,9 @@ public:
     // Restarts the helper and calls `done` on the main thread, with false if a pairing is in progress. Never
     // calls it if stop() drops the call. Needs hasStarted().
     void restartHelper(std::function<void(bool restarted)> done);
-    void setHelper(const AppState::Helper& helper);
+    void setFacts(const AppFacts& facts);
+    // Installs the helper again after a failed setup, or if the helper is missing. Ignored otherwise.
+    void retryInstallation();
     LinkPairing& pairing() { return *pairing_; }
     LoginItem& loginItem() { return loginItem_; }
     void refreshSwitches();

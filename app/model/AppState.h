@@ -79,6 +79,7 @@ struct AppState {
     bool checkingLink = false;                       // a link was accepted; its session has no snapshot yet
     bool accessibilityWasOn = false;                 // in this run or an earlier one
     bool grantsGoStale = true;                       // see SwitchOperations
+    bool driverHasGivenUp = false;                   // until a switch changes
     bool hasDriver = true;                           // the desktop driver is part of this build
     bool stopping = false;                           // AppModel::stop() was called
 
@@ -93,6 +94,14 @@ struct AppState {
     }
 
     bool operator==(const AppState&) const = default;
+};
+
+// Facts that the journal knows and the model doesn't.
+struct AppFacts {
+    AppState::Helper helper;
+    std::optional<std::string> waitingUpdate;
+    bool checksForUpdates = false;
+    bool driverHasGivenUp = false;
 };
 
 }  // namespace tarnik

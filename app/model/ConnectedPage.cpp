@@ -45,7 +45,8 @@ std::string_view desktopValue(const AppState& state) {
     const auto off = switchesThatAreOff(state).size();
     if (off > 1) return MachineTexts::desktopNeedsTwo;
     if (off == 1) return MachineTexts::desktopNeedsOne;
-    return state.endpoint ? MachineTexts::desktopReady : MachineTexts::starting;
+    if (state.endpoint) return MachineTexts::desktopReady;
+    return state.driverHasGivenUp ? MachineTexts::desktopStopped : MachineTexts::starting;
 }
 
 WindowContent::Card card(const AppState& state, WallTime now) {

@@ -22,7 +22,10 @@ using Key = WindowContent::Key;
 std::string withoutPrompt(std::string text) {
     const auto start = text.find(PairingSession::promptMarker);
     if (start == text.npos) return text;
-    text.erase(start, std::min(text.find('\n', start), text.size()) - start);
+    auto end = std::min(text.find('\n', start), text.size());
+    const bool isWholeLine = start == 0 || text[start - 1] == '\n';
+    if (isWholeLine) end = std::min(text.find_first_not_of('\n', end), text.size());
+    text.erase(start, end - start);
     text.erase(text.find_last_not_of(" \n") + 1);
     return text;
 }

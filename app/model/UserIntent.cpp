@@ -19,9 +19,11 @@ void performIntent(const UserIntent& intent, const std::string& pasted, AppModel
         case Kind::cancelPairing: return model.pairing().cancel();
         case Kind::finishPairing: return model.pairing().dismissOutcome();
         case Kind::requestSwitch: return model.request(intent.which);
-        case Kind::pasteLink:
-        case Kind::retryInstall:
+        case Kind::retryInstall: return model.retryInstallation();
         case Kind::restartHelper:
+            if (model.hasStarted()) model.restartHelper([](bool) {});
+            return;
+        case Kind::pasteLink:
         case Kind::showLog:
         case Kind::copyDetails: return;
         case Kind::setStartAtLogin:

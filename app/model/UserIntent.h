@@ -37,8 +37,8 @@ struct UserIntent {
     bool operator==(const UserIntent&) const = default;
 };
 
-// Performs the intent. `pasted` is the text of the link field. Ignores connectOffer if its offer is no longer
-// the current one. Main thread only.
+// Performs the intent, unless only a view can: pasteLink, showLog and copyDetails. `pasted` is the text of
+// the link field. Ignores connectOffer if its offer is no longer the current one. Main thread only.
 void performIntent(const UserIntent& intent, const std::string& pasted, AppModel& model);
 
 }  // namespace tarnik

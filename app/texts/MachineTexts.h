@@ -33,10 +33,11 @@ inline constexpr Text desktopLabel = "Desktop control";
 inline constexpr Text desktopReady = "Ready";
 inline constexpr Text desktopNeedsTwo = "Needs two switches";
 inline constexpr Text desktopNeedsOne = "Needs one more switch";
+inline constexpr Text desktopStopped = "Stopped; turn a switch off and on";
 inline constexpr Text desktopAbsent = "Not part of this build";
 inline constexpr Text updatesLabel = "Updates";
 inline constexpr Text upToDate = "tarnik is up to date";
-inline constexpr Text updateWaits = "Version {version} waits for a quiet moment";
+inline constexpr Text updateWaits = "{version} waits for a quiet moment";
 
 // Below the facts.
 inline constexpr Text twoSwitchesOff = "Two switches are still off. Turn them on below.";

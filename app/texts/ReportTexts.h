@@ -16,8 +16,9 @@ inline constexpr Text journal = "Journal";
 inline constexpr Text helperLog = "End of the helper's log";
 
 inline constexpr Text working = "Gathering the report. This takes up to 20 seconds.";
-inline constexpr Text written = "The report is in ";                    // before the path
-inline constexpr Text notWritten = "The report couldn't be written: ";  // before the reason
+inline constexpr Text written = "The report is in ";                       // before the path
+inline constexpr Text notWritten = "The report couldn't be written: ";     // before the reason
+inline constexpr Text notGathered = "The details couldn't be gathered: ";  // before the reason
 inline constexpr Text statusNotRunning = "tarnik isn't running.";
 
 }  // namespace tarnik::ReportTexts

@@ -1,9 +1,11 @@
 #include "app/model/AppModel.h"
 
+#include <filesystem>
 #include <random>
 
 #include <gtest/gtest.h>
 
+#include "app/model/UserIntent.h"
 #include "app/texts/LinkTexts.h"
 #include "tests/support/FakeMachine.h"
 #include "tests/support/Words.h"
@@ -31,6 +33,11 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
         f.threadsAreLeft = false;
         f.model().start();
         EXPECT_TRUE(std::holds_alternative<Setups::Failed>(f.state().setup));
+        f.threadsAreLeft = true;
+        f.install();
+        for (int i = 0; i < 2; ++i) f.model().retryInstallation();
+        f.settle();
+        EXPECT_EQ(f.state().node, NodeState(NodeStates::WaitingForLink{}));
     }
 
     FakeMachine homeless;
@@ -42,6 +49,37 @@ TEST(AppModel, startsNothingAfterAFailedInstallOrWithoutAHome) {
     EXPECT_EQ(homeless.state().status(Switch::accessibility), SwitchStatus::mayBeStale);
     homeless.model().pairing().connect(FakeMachine::link());
     EXPECT_EQ(homeless.state().linkMessage, stillInstalling);
+}
+
+TEST(AppModel, installsAgainOnlyIfTheHelperIsAbsent) {
+    FakeMachine f;
+    f.releaseBase = "https://release.example";
+    int installs = 0;
+    f.deps.installer.fetch = [&](const std::string&) -> std::expected<std::string, InstallError> {
+        ++installs;
+        return std::unexpected(HttpError{.kind = HttpError::Kind::unreachable});
+    };
+    const auto installsAfter = [&](int clicks) {
+        for (int i = 0; i < clicks; ++i)
+            performIntent({.kind = UserIntent::Kind::retryInstall}, "", f.model());
+        f.settle();
+        return installs;
+    };
+    EXPECT_EQ(installsAfter(1), 0) << "before the start";
+    f.model().start();
+    EXPECT_EQ(installsAfter(2), 1) << "while it installs";
+    EXPECT_EQ(installsAfter(2), 2);
+    f.install();
+    EXPECT_EQ(installsAfter(1), 2);
+    EXPECT_EQ(f.state().node, NodeState(NodeStates::WaitingForLink{}));
+    std::filesystem::remove_all(f.home().path);
+    EXPECT_EQ(installsAfter(1), 2) << "the model doesn't know it yet";
+    performIntent({.kind = UserIntent::Kind::restartHelper}, "", f.model());
+    f.settle();
+    EXPECT_EQ(f.state().node, NodeState(NodeStates::NotInstalled{}));
+    EXPECT_EQ(installsAfter(1), 3);
+    f.model().stop([] {});
+    EXPECT_EQ(installsAfter(1), 3);
 }
 
 TEST(AppModel, endsAnOldAgentBeforeAnythingRuns) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/JournalFacts.h"
 #include "app/journal/ChildRecorder.h"
 #include "app/journal/RecordedOperations.h"
 #include "app/journal/StateRecorder.h"
@@ -121,6 +122,61 @@ TEST(RecordedEvents, includeAFailedInstall) {
     RecordedMachine m;
     m.start();
     m.expect("install.begun install.refused");
+}
+
+TEST(JournalFacts, explainAHelperThatFailsAgainAndAgain) {
+    RecordedMachine m;
+    m.install();
+    m.join();
+    int reads = 0;
+    JournalFacts facts({.mainThread = m.main.record(),
+                        .detach = m.deps.platform.detach,
+                        .installedVersion = [] { return "2026.1"; },
+                        .lastLines = [&] { return "read " + std::to_string(++reads); }},
+                       m.journal, m.sharedModel());
+    const auto& helper = m.state().helper;
+    const auto fail = [&](Seconds restart) {
+        m.advance(restart);
+        EXPECT_TRUE(helper.since && !helper.trouble && helper.lastLines.empty());
+        m.nodes.last().end(ExitStatus::exited(3));
+        m.settle();
+        EXPECT_FALSE(helper.since);
+        return helper.trouble ? helper.trouble->times : 0;
+    };
+    m.start();
+    EXPECT_EQ(fail(0s), 0);
+    EXPECT_EQ(fail(1s), 2);
+    EXPECT_EQ(helper.lastLines, "");
+    m.advance(250ms);
+    EXPECT_EQ(helper.lastLines, "read 1");
+    EXPECT_EQ(fail(2s), 3);
+    EXPECT_EQ(helper.lastLines, "read 1") << "until the log is read again";
+    m.advance(2s);
+    EXPECT_EQ(helper.lastLines, "read 2") << "one read for each failure";
+}
+
+TEST(JournalFacts, followUpdatesVersionsAndTheDriver) {
+    RecordedMachine m;
+    JournalFacts facts({.mainThread = m.main.record(),
+                        .detach = m.deps.platform.detach,
+                        .installedVersion = [] { return "2026.1"; },
+                        .lastLines = [] { return ""; }},
+                       m.journal, m.sharedModel());
+    const auto after = [&](EventCode code, const char* version = "") -> const AppState& {
+        m.journal->record(code, "", {{EventField::version, version}});
+        m.settle();
+        return m.state();
+    };
+    facts.setChecksForUpdates(true);
+    EXPECT_TRUE(m.state().checksForUpdates);
+    EXPECT_EQ(after(EventCode::updateWaiting, "2").waitingUpdate, "2");
+    EXPECT_EQ(after(EventCode::updateInstalled).waitingUpdate, std::nullopt);
+    EXPECT_EQ(after(EventCode::pairingConnected).helper.version, "2026.1");
+    EXPECT_TRUE(m.state().helper.since);
+    EXPECT_EQ(after(EventCode::helperStarted, "2026.2").helper.version, "2026.2");
+    EXPECT_TRUE(after(EventCode::driverGivenUp).driverHasGivenUp);
+    EXPECT_TRUE(after(EventCode::helperStarted).driverHasGivenUp);
+    EXPECT_FALSE(after(EventCode::driverStarted).driverHasGivenUp);
 }
 
 // Every event has a secret in each text, and the whole life of a link passes through the recorders.

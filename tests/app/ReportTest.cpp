@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "app/report/ReportChild.h"
 #include "tests/support/PrivateTexts.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tarnik {
 namespace {
@@ -32,6 +34,18 @@ TEST(Report, losesWhatIsPrivateInEverySource) {
                                     .helperLog = {}};
         EXPECT_FALSE(reportText(sources, redaction).contains("k3jX9")) << before;
     }
+}
+
+TEST(ReportChild, returnsTheReportOrTheReason) {
+    const TemporaryFolder folder;
+    const auto report = [&](const std::string& script) {
+        const auto program = folder.write("tarnik", "#!/bin/sh\n" + script);
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        return ReportChild{.executable = program, .environment = {}, .nodeHome = "/home/of node"}.run();
+    };
+    EXPECT_EQ(report("printf '%s|' \"$@\""), "report|--node-home|/home/of node|");
+    EXPECT_EQ(report("echo part; echo why; exit 1").error(), "The details couldn't be gathered: part why");
+    EXPECT_EQ(report("kill -9 $$").error(), "The details couldn't be gathered: signal 9");
 }
 
 TEST(Report, keepsWhatExplainsAFailure) {

@@ -173,8 +173,7 @@ TEST(WindowContent, showsFactsAboutAConnectedMachine) {
     auto state = sample("connected-update-waiting");
     state.helper.version.clear();
     state.switches.screenRecording = false;  // the driver stops a moment later
-    EXPECT_EQ(cardOf(state),
-              "Running since 14:37|Needs one more switch|Version 2026.2 waits for a quiet moment|");
+    EXPECT_EQ(cardOf(state), "Running since 14:37|Needs one more switch|2026.2 waits for a quiet moment|");
 }
 
 TEST(WindowContent, showsTheHelpersWordsWithoutTheKeys) {
@@ -182,6 +181,7 @@ TEST(WindowContent, showsTheHelpersWordsWithoutTheKeys) {
     const std::pair<const char*, const char*> cases[] = {
         {"For ada.\n\nPress Enter to connect it, or Ctrl-C.\n", "For ada."},
         {"For ada. Press Enter to connect it.\nmore\n", "For ada. \nmore"},
+        {"For ada.\n\nPress Enter to connect it: \n\nFailed.\n", "For ada.\n\nFailed."},
         {"Press Enter", "Press Enter"},
     };
     for (const auto& [printed, shown] : cases) {
