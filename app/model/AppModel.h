@@ -68,16 +68,15 @@ public:
     // is not called after stop(). Later calls of start() are ignored.
     void start(const std::function<void()>& done = [] {});
     bool hasStarted() const { return running_ && running_->supervisor; }
-    // Stops the polling, the pairing, the node and the driver, in this order. Calls `done` on the main thread
-    // within 40 s, when all have stopped. Later calls are ignored.
+    // Stops the polling, the pairing, the node and the driver, in this order, then calls `done` on the main
+    // thread, at most 40 s later. Later calls are ignored.
     void stop(std::function<void()> done);
 
-    // Restarts the helper and calls `done` on the main thread, with false if a pairing is in progress. Never
-    // calls it if stop() drops the call. Needs hasStarted().
+    // Calls `done` on the main thread, with false during a pairing, or never after stop(). Needs
+    // hasStarted().
     void restartHelper(std::function<void(bool restarted)> done);
     void setFacts(const AppFacts& facts);
-    // Installs the helper again after a failed setup, or if the helper is missing. Ignored otherwise.
-    void retryInstallation();
+    void retryInstallation();  // ignored unless the setup failed or the helper is missing
     LinkPairing& pairing() { return *pairing_; }
     LoginItem& loginItem() { return loginItem_; }
     void refreshSwitches();

@@ -14,7 +14,9 @@ std::string HelperTrouble::sentenceAt(WallTime now) const {
     if (!nextTry) return text;
     const Seconds left = std::min(*nextTry - now, *nextTry - at);  // the clock may be set back
     return text + " " +
-           (left > Seconds::zero() ? Texts::nextTry(left, Language::ofPerson) : translated(Texts::starting));
+           (left > Seconds::zero()
+                ? Texts::nextTry(std::chrono::ceil<std::chrono::seconds>(left), Language::ofPerson)
+                : translated(Texts::starting));
 }
 
 }  // namespace tarnik

@@ -45,7 +45,7 @@ AppState writing(int number) {
         pairing.pairing = PairingSession::Snapshot{};
         return pairing;
     }();
-    auto& text = state.pairing->text;
+    auto& text = state.pairing->displayText;
     if (text.size() > 20'000) text.erase(0, text.find('\n', 1000) + 1);
     text += "Line " + std::to_string(number) + " of what the helper has to say about it.\n";
     return state;

@@ -54,6 +54,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(news.lines.size() <= PairingTranscript::maxLines + 3);
         for (const auto& line : news.lines) require(line.size() <= 4 * PairingTranscript::longestLine);
         require(terminalTail(buffer.text()).size() <= maxTerminalTailBytes);
+        require(buffer.displayText().size() <= TerminalDisplay::maxTextBytes);
+        require(isUtf8(buffer.displayText()) && !buffer.displayText().contains('\r'));
     }
     require(buffer.text() == TerminalText::clean(raw));
     return 0;
