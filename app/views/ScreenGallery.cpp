@@ -44,9 +44,14 @@ std::unique_ptr<QWidget> makeScreen(const SampleScreen& screen, const Url& webOr
         alert->show();
         return alert;
     }
+    auto state = screen.state;
+    if (auto& trouble = state.helper.trouble) {  // its sentence follows the clock
+        const auto passed = std::chrono::system_clock::now() - sampleTime();
+        trouble->at += passed;
+        if (trouble->nextTry) *trouble->nextTry += passed;
+    }
     auto window = std::make_unique<MainWindow>(
-        WindowContent::of(screen.state,
-                          {.webOrigin = webOrigin, .closing = screen.closing, .now = sampleTime()}),
+        WindowContent::of(state, {.webOrigin = webOrigin, .closing = screen.closing, .now = sampleTime()}),
         [](const auto&, const auto&) {});
     window->setAttribute(Qt::WA_DontShowOnScreen, visibility == Visibility::hidden);
     window->present();
