@@ -138,7 +138,8 @@ void Application::makeReport(std::function<void(const std::expected<std::string,
     const ReportChild report{
         .executable = place_.executable,
         .environment = model_->host().inherited,
-        .nodeHome = platform_.model.defaults.text(std::string(TarnikIdentity::nodeHomeDefaultsKey))};
+        .nodeHome = platform_.model.defaults.text(std::string(TarnikIdentity::nodeHomeDefaultsKey)),
+        .bundle = isDevelopmentBuild() ? place_.bundle : std::nullopt};
     const bool started = tasks_.start(
         "tarnik.report", [report, post, done] { post([done, text = report.run()] { done(text); }); });
     if (!started) post([done] { done(std::unexpected(std::string(FailureTexts::tooBusy))); });

@@ -14,6 +14,7 @@ std::expected<std::string, std::string> ReportChild::run() const {
     };
     std::vector<std::string> arguments{"report"};
     if (nodeHome) arguments.insert(arguments.end(), {"--node-home", *nodeHome});
+    if (bundle) arguments.insert(arguments.end(), {"--bundle", *bundle});
     const auto output = Spawner::run({.executable = executable,
                                       .arguments = std::move(arguments),
                                       .environment = environment,

@@ -15,6 +15,7 @@ struct ReportChild {
     std::string executable;  // the program that users start
     Environment environment;
     std::optional<std::string> nodeHome;  // replaces the one of the preferences
+    std::optional<std::string> bundle;    // replaces the one that contains the program; development builds
     Seconds timeout = Seconds(30);
 
     // Returns the redacted report, or a sentence for the user. Blocks for at most `timeout` + 12 s.

@@ -41,9 +41,11 @@ TEST(ReportChild, returnsTheReportOrTheReason) {
     const auto report = [&](const std::string& script) {
         const auto program = folder.write("tarnik", "#!/bin/sh\n" + script);
         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-        return ReportChild{.executable = program, .environment = {}, .nodeHome = "/home/of node"}.run();
+        return ReportChild{
+            .executable = program, .environment = {}, .nodeHome = "/home/of node", .bundle = "/b"}
+            .run();
     };
-    EXPECT_EQ(report("printf '%s|' \"$@\""), "report|--node-home|/home/of node|");
+    EXPECT_EQ(report("printf '%s|' \"$@\""), "report|--node-home|/home/of node|--bundle|/b|");
     EXPECT_EQ(report("echo part; echo why; exit 1").error(), "The details couldn't be gathered: part why");
     EXPECT_EQ(report("kill -9 $$").error(), "The details couldn't be gathered: signal 9");
 }
