@@ -72,8 +72,7 @@ public:
     // thread, at most 40 s later. Later calls are ignored.
     void stop(std::function<void()> done);
 
-    // Calls `done` on the main thread, with false during a pairing, or never after stop(). Needs
-    // hasStarted().
+    // Calls `done` on the main thread: false during a pairing, and never after stop(). Needs hasStarted().
     void restartHelper(std::function<void(bool restarted)> done);
     void setFacts(const AppFacts& facts);
     void retryInstallation();  // ignored unless the setup failed or the helper is missing
