@@ -300,6 +300,11 @@
         <translation>Braucht noch einen Schalter</translation>
     </message>
     <message>
+        <extracomment>MachineTexts::desktopStopped</extracomment>
+        <source>Stopped; turn a switch off and on</source>
+        <translation>Beendet; Schalter aus- und einschalten</translation>
+    </message>
+    <message>
         <extracomment>MachineTexts::desktopAbsent</extracomment>
         <source>Not part of this build</source>
         <translation>In diesem Build nicht enthalten</translation>
@@ -316,8 +321,8 @@
     </message>
     <message>
         <extracomment>MachineTexts::updateWaits</extracomment>
-        <source>Version {version} waits for a quiet moment</source>
-        <translation>Version {version} wartet auf eine Pause</translation>
+        <source>{version} waits for a quiet moment</source>
+        <translation>{version} wartet auf eine Pause</translation>
     </message>
     <message>
         <extracomment>MachineTexts::twoSwitchesOff</extracomment>
