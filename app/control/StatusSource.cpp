@@ -54,7 +54,7 @@ std::string sentenceOf(const AppState& state, const WindowContent& content) {
     if (content.section == Section::link) return StatusTexts::noAccount;
     const bool asks = content.section == Section::pairing && state.pairing &&
                       std::holds_alternative<PairingPhases::WaitingForYes>(state.pairing->phase);
-    return asks ? StatusTexts::promptWaits : content.heading;
+    return asks ? StatusTexts::promptWaits : content.headingInEnglish;
 }
 
 // The window shows the outcome of a pairing until the user dismisses it. The status doesn't.

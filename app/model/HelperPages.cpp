@@ -76,7 +76,8 @@ WindowContent installingPage(const AppState& state, const std::string& text) {
     const auto line = sanitizedLine(text, longestLine);
     if (line.empty()) return state.joined ? reconnectingPage(state) : checkingPage();
 
-    auto content = pageWith(Section::installing, translatedMessage(line));
+    auto content = pageWith(Section::installing, line);
+    content.heading = content.announcement = translatedMessage(line);
     setSymbol(content, SymbolName::download, WindowTexts::downloadName);
     setBusy(content);
     addParagraph(content, setupText(state));

@@ -10,6 +10,7 @@ namespace tarnik::PageParts {
 WindowContent pageWith(WindowContent::Section section, std::string_view heading) {
     WindowContent content;
     content.section = section;
+    content.headingInEnglish = heading;
     content.heading = content.announcement = translated(heading);
     return content;
 }

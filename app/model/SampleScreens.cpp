@@ -167,6 +167,12 @@ AppState inTrouble(HelperTrouble trouble, std::string lastLines) {
     return state;
 }
 
+AppState listedAtLogin(LoginItemState login) {
+    auto state = connected();
+    state.startAtLogin = login;
+    return state;
+}
+
 constexpr std::string_view logEnd =
     "14:52:05 gateway: starting\n"
     "14:52:07 gateway: connecting to tarnik.invalid\n"
@@ -242,6 +248,9 @@ std::vector<SampleScreen> sampleScreens() {
         {"reconnecting-not-started",
          inTrouble({.kind = Trouble::Kind::notStarted, .times = 3, .last = "posix_spawn: Permission denied"},
                    "")},
+        {"start-at-login-off", listedAtLogin(LoginItemState::off)},
+        {"start-at-login-on", listedAtLogin(LoginItemState::on)},
+        {"start-at-login-waiting", listedAtLogin(LoginItemState::waiting)},
         {"replace-offer", offered()},
         {"stopping", stopping()},
         {"alert", unjoined(), Relocation::runHereMessage({.bundlePath = "/Users/ada/Downloads/tarnik.app"})},

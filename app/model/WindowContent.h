@@ -57,6 +57,7 @@ struct WindowContent {
     Section section = Section::link;
     std::optional<Symbol> symbol;  // beside the heading
     std::string heading;
+    std::string headingInEnglish;  // for commands and logs
     Progress progress;
     std::string progressAccessibleName;  // empty if no progress is shown
 
