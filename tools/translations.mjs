@@ -11,6 +11,7 @@ process.chdir(root);
 const sources = new Map(Object.entries({
     'app/texts/WindowTexts.h': null,
     'app/texts/MachineTexts.h': null,
+    'app/texts/LoginTexts.h': null,
     'app/texts/LinkTexts.h': null,
     'core/pairing/PairingFailureTexts.h': null,
     'core/switches/Switch.cpp': ['title', 'why'],

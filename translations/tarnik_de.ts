@@ -11,7 +11,7 @@
     <message>
         <extracomment>WindowTexts::offerHeading</extracomment>
         <source>This Mac is already connected to an tarnik account.</source>
-        <translation>Dieser Mac ist bereits mit einem tarnik-Konto verbunden.</translation>
+        <translation>Dieser Mac ist bereits mit einem Konto bei tarnik verbunden.</translation>
     </message>
     <message>
         <extracomment>WindowTexts::offerText</extracomment>
@@ -116,12 +116,42 @@
     <message>
         <extracomment>WindowTexts::switchesText</extracomment>
         <source>Turn on these two switches for tarnik. It works in the background, in its own windows, and leaves your cursor alone.</source>
-        <translation>Schalten Sie diese beiden Schalter für tarnik ein. Es arbeitet im Hintergrund, in eigenen Fenstern, und lässt Ihren Mauszeiger in Ruhe.</translation>
+        <translation>Schalten Sie beides für tarnik ein. Es arbeitet im Hintergrund, in eigenen Fenstern, und nie mit Ihrem Mauszeiger.</translation>
     </message>
     <message>
         <extracomment>WindowTexts::turnOn</extracomment>
         <source>Turn On…</source>
         <translation>Einschalten …</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::detailsTitle</extracomment>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::detailsCollecting</extracomment>
+        <source>tarnik is collecting the details. This can take some seconds.</source>
+        <translation>tarnik stellt die Details zusammen. Das kann einige Sekunden dauern.</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::detailsText</extracomment>
+        <source>This is what will be copied. Links, keys, addresses and names are hidden. Look through it before you send it to anybody.</source>
+        <translation>Dies wird kopiert. Links, Schlüssel, Adressen und Namen sind verborgen. Sehen Sie den Text durch, bevor Sie ihn weitergeben.</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::detailsCopied</extracomment>
+        <source>The details are copied. You can paste them now.</source>
+        <translation>Die Details sind kopiert. Sie können sie jetzt einfügen.</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::copy</extracomment>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::close</extracomment>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
     <message>
         <extracomment>WindowTexts::ok</extracomment>
@@ -157,6 +187,11 @@
         <extracomment>WindowTexts::lastLinesName</extracomment>
         <source>The last lines that tarnik's helper wrote</source>
         <translation>Die letzten Zeilen des Hilfsprogramms von tarnik</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::detailsName</extracomment>
+        <source>Details of the report</source>
+        <translation>Details des Berichts</translation>
     </message>
     <message>
         <extracomment>WindowTexts::busyName</extracomment>
@@ -236,7 +271,7 @@
     <message>
         <extracomment>MachineTexts::showLog</extracomment>
         <source>Show Log</source>
-        <translation>Protokoll zeigen</translation>
+        <translation>Protokoll</translation>
     </message>
     <message>
         <extracomment>MachineTexts::copyDetails</extracomment>
@@ -398,6 +433,21 @@
         <extracomment>MachineTexts::tryAgain</extracomment>
         <source>Try Again</source>
         <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <extracomment>LoginTexts::startAtLogin</extracomment>
+        <source>Start at login</source>
+        <translation>Bei der Anmeldung starten</translation>
+    </message>
+    <message>
+        <extracomment>LoginTexts::allowInSettings</extracomment>
+        <source>Allow it in System Settings</source>
+        <translation>In den Systemeinstellungen erlauben</translation>
+    </message>
+    <message>
+        <extracomment>LoginTexts::choiceFailed</extracomment>
+        <source>tarnik couldn't change whether it starts at login. You can change it in the system's settings.</source>
+        <translation>tarnik konnte nicht ändern, ob es bei der Anmeldung startet. Sie können das in den Einstellungen des Systems ändern.</translation>
     </message>
     <message>
         <extracomment>LinkTexts::checkingLink</extracomment>

@@ -38,7 +38,8 @@ QRect Grid::symbol(int middle, int side) const {
 }
 
 void place(QWidget& child, const QRect& rect) {
-    child.setGeometry(QStyle::visualRect(child.layoutDirection(), child.parentWidget()->rect(), rect));
+    const auto& parent = *child.parentWidget();
+    child.setGeometry(QStyle::visualRect(parent.layoutDirection(), parent.rect(), rect));
 }
 
 }  // namespace tarnik

@@ -27,6 +27,7 @@ LinkField::LinkField(OnButton onButton, QWidget* parent)
     : QLineEdit(parent), paste_(new IntentButton(std::move(onButton), this)) {
     setTextMargins(textPadding, 0, textPadding, 0);
     setMaxLength(maxLinkLength);
+    setLayoutDirection(Qt::LeftToRight);  // a link reads from left to right in every language
     paste_->setFlat(true);
     paste_->setCursor(Qt::ArrowCursor);
     connect(this, &QLineEdit::textChanged, this, [this] { updatePaste(); });

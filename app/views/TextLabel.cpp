@@ -3,6 +3,7 @@
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QStyle>
 #include <QTextLayout>
 #include <algorithm>
 #include <cmath>
@@ -58,7 +59,7 @@ QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeig
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTextDirection(QGuiApplication::layoutDirection());
-    option.setAlignment(Qt::AlignLeading);
+    option.setAlignment(QStyle::visualAlignment(option.textDirection(), Qt::AlignLeading));
     layout.setTextOption(option);
     QSizeF size(0, 0);
     layout.beginLayout();
