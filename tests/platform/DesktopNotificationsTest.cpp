@@ -1,6 +1,7 @@
 #include "app/platform/linux/DesktopNotifications.h"
 
 #include <QDBusArgument>
+#include <QDBusConnectionInterface>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -66,11 +67,15 @@ TEST(DesktopNotifications, showsReplacesAndWithdraws) {
     EXPECT_EQ(desktop.notices.back().value(1).toUInt(), 7U);
     ASSERT_TRUE(desktop.shows("two", {"Other", ""}));
 
-    desktop.click(9, "default");  // of another program
+    const auto other = desktop.bus.connect();
+    auto forged = QDBusMessage::createSignal(path, service, "ActionInvoked");
+    forged.setArguments({7U, "default"});
+    other.send(forged);
+    EXPECT_TRUE(other.interface()->isServiceRegistered(service));  // the bus has sent the signal
+    desktop.click(9, "default");                                   // of another program
     desktop.click(7, "other");
     desktop.click(7, "default");
     EXPECT_TRUE(comesTrue([&] { return desktop.clicks > 0; }));
-    EXPECT_EQ(desktop.clicks, 1);
 
     // A notice that the user has closed isn't closed again, because its number may be in use again.
     desktop.server->signal(path, service, "NotificationClosed", {7U, 2U});
@@ -80,6 +85,7 @@ TEST(DesktopNotifications, showsReplacesAndWithdraws) {
     desktop.notifications.withdraw("two");
     EXPECT_TRUE(comesTrue([&] { return !desktop.closed.empty(); }));
     EXPECT_EQ(desktop.closed, std::vector<uint>({8}));
+    EXPECT_EQ(desktop.clicks, 2);
 }
 
 TEST(DesktopNotifications, closesANoticeThatIsWithdrawnBeforeTheReply) {

@@ -63,9 +63,8 @@ public:
         const std::weak_ptr<MacNotices> weak = weak_from_this();
         [centre() requestAuthorizationWithOptions:UNAuthorizationOptionAlert
                                 completionHandler:^(BOOL granted, NSError*) {
-                                  if (!granted) return;
-                                  post([weak, id] {
-                                      if (const auto self = weak.lock()) self->add(id);
+                                  post([weak, id, granted] {
+                                      if (const auto self = weak.lock()) self->answered(id, granted);
                                   });
                                 }];
     }
@@ -84,11 +83,15 @@ public:
         centre().delegate = receiver_;
     }
 
+    // After a refusal, a change in the system's settings has an effect in the next run.
+    bool canShow() const { return !isDenied_; }
+
 private:
     // A request with the identifier of an earlier one replaces it.
-    void add(const std::string& id) {
+    void answered(const std::string& id, bool granted) {
+        isDenied_ = !granted;
         const auto found = wanted_.find(id);
-        if (found == wanted_.end()) return;
+        if (found == wanted_.end() || isDenied_) return;
         UNMutableNotificationContent* content = [[UNMutableNotificationContent alloc] init];
         content.title = cocoaText(found->second.title);
         content.body = cocoaText(found->second.body);
@@ -101,7 +104,8 @@ private:
 
     const MainThread mainThread_;
     std::map<std::string, UserNotice> wanted_;  // not added yet
-    TarnikNoticeReceiver* receiver_ = nil;      // owned here, because the centre doesn't retain it
+    bool isDenied_ = false;
+    TarnikNoticeReceiver* receiver_ = nil;  // owned here, because the centre doesn't retain it
 };
 
 }  // namespace
@@ -110,7 +114,7 @@ private:
 UserNotices macNotices(const MainThread& mainThread, const std::optional<std::string>& ownBundle) {
     if (!ownBundle || !NSBundle.mainBundle.bundleIdentifier) return {};
     const auto notices = std::make_shared<MacNotices>(mainThread);
-    return {.canShow = [] { return true; },
+    return {.canShow = [notices] { return notices->canShow(); },
             .show = [notices](const std::string& id, const UserNotice& notice) { notices->show(id, notice); },
             .withdraw = [notices](const std::string& id) { notices->withdraw(id); },
             .onClick = [notices](auto handler) { notices->onClick(std::move(handler)); }};
