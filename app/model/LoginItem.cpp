@@ -52,7 +52,7 @@ void LoginItem::dismissFailure() {
 
 void LoginItem::request(const Work& more) {
     if (!deps_.service.state) return;
-    if (!next_) next_.emplace();
+    if (!next_) next_ = Work();
     next_->registers |= more.registers;
     if (more.choice) next_->choice = more.choice;
     if (!working_) startWork();
