@@ -107,8 +107,11 @@ void Page::showEvent(QShowEvent*) {
     arrange();
 }
 
+// The scroll bar uses the margin of the page, so the grid has the width of page and bar.
 void Page::arrange() {
-    const Grid grid(font(), width());
+    const QWidget* view = parentWidget() ? parentWidget()->parentWidget() : this;
+    const int full = view ? view->width() : width();
+    const Grid grid(font(), full);
     place(*title_, {0, grid.scaled(titleTop), width(), grid.scaled(titleHeight)});
     static_cast<TitleLine*>(title_)->arrange(grid);
 
@@ -118,7 +121,7 @@ void Page::arrange() {
     place(*connect_, {0, y, width(), connectHeight});
     y += connectHeight + Grid::dividerGap;
     const int line = lineWidth(palette());
-    place(*divider_, {Grid::margin, y, width() - 2 * Grid::margin, line});
+    place(*divider_, {Grid::margin, y, full - 2 * Grid::margin, line});
     y += line + Grid::dividerGap - 1;
 
     const int switchesHeight = switches_->arrange(grid);

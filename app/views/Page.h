@@ -13,7 +13,7 @@ class FocusRing;
 class LoginBox;
 class SwitchesSection;
 
-// The whole page: title line, connect section, divider, switches section, check box. Places its parts on the
+// The whole page in its scroll area: title line, connect section, divider, switches section, check box. Places its parts on the
 // Grid for its width.
 class Page : public QWidget {
 public:
