@@ -144,6 +144,16 @@
         <translation>Die Details sind kopiert. Sie können sie jetzt einfügen.</translation>
     </message>
     <message>
+        <extracomment>WindowTexts::logNotOpened</extracomment>
+        <source>tarnik couldn't open the log.</source>
+        <translation>tarnik konnte das Protokoll nicht öffnen.</translation>
+    </message>
+    <message>
+        <extracomment>WindowTexts::logPlace</extracomment>
+        <source>The helper's log is at {path}. It is there as soon as the helper has written something.</source>
+        <translation>Das Protokoll des Hilfsprogramms liegt unter {path}. Es entsteht, sobald das Hilfsprogramm etwas schreibt.</translation>
+    </message>
+    <message>
         <extracomment>WindowTexts::copy</extracomment>
         <source>Copy</source>
         <translation>Kopieren</translation>

@@ -164,17 +164,21 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
                              .updates = desktop.updates,
                              .updaterLog = desktop.log("updater"),
                              .events = withLink(desktop, line.link, mainThread)});
-    DesktopFace face({.mainThread = mainThread,
-                      .activate = desktop.activate,
-                      .statusImage = desktop.statusImage,
-                      .hasMenuBar = desktop.hasMenuBar,
-                      .nameStatusItem = desktop.nameStatusItem,
-                      .end = [](int exitStatus) { QCoreApplication::exit(exitStatus); },
-                      .atLogin = line.atLogin,
-                      .defaults = desktop.defaults,
-                      .notices = desktop.notices,
-                      .absence = HelperAbsence::Limits::after(line.awayAfter)},
-                     application.model());
+    DesktopFace face(
+        {.mainThread = mainThread,
+         .activate = desktop.activate,
+         .statusItem = {.image = desktop.statusImage,
+                        .isInMenuBar = desktop.hasMenuBar,
+                        .setName = desktop.nameStatusItem},
+         .end = [](int exitStatus) { QCoreApplication::exit(exitStatus); },
+         .atLogin = line.atLogin,
+         .defaults = desktop.defaults,
+         .notices = desktop.notices,
+         .absence = HelperAbsence::Limits::after(line.awayAfter),
+         .support = {.makeReport = [&application](auto done) { application.makeReport(std::move(done)); },
+                     .log = application.model()->host().nodeLog,
+                     .open = SupportActions::desktopOpener()}},
+        application.model());
     windowInUse = [&face] { return face.windowInUse(); };
     AppDelegate& delegate = application.attach(
         {.presentation = face.presentation(), .showsWindow = desktop.marksLoginStarts && !line.atLogin});

@@ -60,6 +60,9 @@ inline constexpr Text detailsText =
     "This is what will be copied. Links, keys, addresses and names are hidden. Look through it before you "
     "send it to anybody.";
 inline constexpr Text detailsCopied = "The details are copied. You can paste them now.";
+inline constexpr Text logNotOpened = "tarnik couldn't open the log.";
+inline constexpr Text logPlace =
+    "The helper's log is at {path}. It is there as soon as the helper has written something.";
 inline constexpr Text copy = "Copy";
 inline constexpr Text close = "Close";
 

@@ -74,13 +74,13 @@ void DesktopFace::updateStatusItem() {
     }
     trayTimeout_.reset();
     if (statusItem_) return;
-    statusItem_ = std::make_unique<StatusItem>(trayIcon(attention_.status(), deps_.statusImage), *menu_,
+    statusItem_ = std::make_unique<StatusItem>(trayIcon(attention_.status(), deps_.statusItem.image), *menu_,
                                                [this](MenuContent::Action action) { perform(action); });
-    if (deps_.nameStatusItem) deps_.nameStatusItem(WindowTexts::product);
+    if (deps_.statusItem.setName) deps_.statusItem.setName(WindowTexts::product);
 }
 
 void DesktopFace::updateIcon() const {
-    if (statusItem_) statusItem_->setIcon(trayIcon(attention_.status(), deps_.statusImage));
+    if (statusItem_) statusItem_->setIcon(trayIcon(attention_.status(), deps_.statusItem.image));
 }
 
 void DesktopFace::openWindowWithoutTray(Seconds after) {
@@ -96,9 +96,10 @@ bool DesktopFace::windowIsVisible() const {
 
 MainWindow& DesktopFace::window() {
     if (!window_) {
+        const auto support = std::make_shared<SupportActions>(deps_.support);
         window_ = std::make_unique<MainWindow>(
-            content(), [model = model_](const UserIntent& intent, const std::string& pasted) {
-                performIntent(intent, pasted, *model);
+            content(), [this, support](const UserIntent& intent, const std::string& pasted) {
+                if (!support->perform(intent, *window_)) performIntent(intent, pasted, *model_);
             });
         window_->setOnClose(
             {.closed = [this] { windowClosed(); }, .stays = [this] { return closingQuits(); }});
@@ -153,7 +154,7 @@ bool DesktopFace::windowInUse() const {
 WindowSetting::Closing DesktopFace::closing() const {
     using enum WindowSetting::Closing;
     if (host_ == TrayHost::absent) return endsConnection;
-    return deps_.hasMenuBar ? staysInMenuBar : staysInPanel;
+    return deps_.statusItem.isInMenuBar ? staysInMenuBar : staysInPanel;
 }
 
 WindowContent DesktopFace::content() const {

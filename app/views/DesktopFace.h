@@ -13,8 +13,16 @@
 #include "app/platform/DesktopPlatform.h"
 #include "app/views/MainWindow.h"
 #include "app/views/StatusItem.h"
+#include "app/views/SupportActions.h"
 
 namespace tarnik {
+
+// What the status item needs of the system. See DesktopPlatform.
+struct StatusItemDeps {
+    std::optional<std::string> image;
+    bool isInMenuBar = false;
+    std::function<void(std::string_view name)> setName;
+};
 
 // The graphical face: one window and a status item. Without a tray, the start shows the window, and closing
 // the window quits.
@@ -24,15 +32,14 @@ class DesktopFace {
 public:
     struct Deps {
         MainThread mainThread;
-        std::function<void()> activate;          // activates the application; may be absent
-        std::optional<std::string> statusImage;  // see DesktopPlatform
-        bool hasMenuBar = false;                 // see DesktopPlatform
-        std::function<void(std::string_view name)> nameStatusItem;  // may be absent
-        std::function<void(int status)> end;                        // ends the event loop
-        bool atLogin = false;  // the session started the program, so the tray may start later
+        std::function<void()> activate;  // activates the application; may be absent
+        StatusItemDeps statusItem = {};
+        std::function<void(int status)> end;  // ends the event loop
+        bool atLogin = false;                 // the session started the program, so the tray may start later
         UserDefaults defaults = {};
         UserNotices notices = {};
         HelperAbsence::Limits absence = {};
+        SupportActions::Deps support = {};
     };
 
     DesktopFace(Deps deps, std::shared_ptr<AppModel> model);

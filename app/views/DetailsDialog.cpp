@@ -79,4 +79,9 @@ void DetailsDialog::setReport(const std::string& report) {
     copy_->setFocus();
 }
 
+void DetailsDialog::setFailure(const std::string& sentence) {
+    text_->setPlainText(sentence);
+    progress_->hide();
+}
+
 }  // namespace tarnik

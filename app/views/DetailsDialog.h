@@ -20,6 +20,9 @@ public:
     // Shows the report and enables "Copy". Until then the dialog shows that the report is being made.
     void setReport(const std::string& report);
 
+    // Shows a sentence that says why no report could be made.
+    void setFailure(const std::string& sentence);
+
 private:
     // Children.
     TextLabel* text_;

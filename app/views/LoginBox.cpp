@@ -44,9 +44,10 @@ int LoginBox::arrange(const Grid& grid, int top) {
     const int indicator = style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, this);
     const QRect symbol = grid.symbol(0, indicator);
     const int height = std::max(indicator, fontMetrics().height());
+    const int middle = top + indicator / 2;
     const int width = std::min(sizeHint().width(), grid.columnLeft() + grid.columnWidth() - symbol.left());
-    place(*this, {symbol.left(), top, width, height});
-    return top + height;
+    place(*this, {symbol.left(), middle - height / 2, width, height});
+    return top + indicator;
 }
 
 }  // namespace tarnik

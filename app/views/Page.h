@@ -13,8 +13,8 @@ class FocusRing;
 class LoginBox;
 class SwitchesSection;
 
-// The whole page in its scroll area: title line, connect section, divider, switches section, check box. Places its parts on the
-// Grid for its width.
+// The whole page in its scroll area: title line, connect section, divider, switches section, check box.
+// Places its parts on the Grid for its width.
 class Page : public QWidget {
 public:
     explicit Page(const OnButton& onButton);
