@@ -81,7 +81,7 @@
     <message>
         <extracomment>WindowTexts::linkText</extracomment>
         <source>Open the link tarnik sent you in your chat and click “Open in tarnik”, or paste the link here.</source>
-        <translation>Öffnen Sie den Link, den tarnik Ihnen im Chat gesendet hat, und klicken Sie auf „Open in tarnik“, oder fügen Sie den Link hier ein.</translation>
+        <translation>Öffnen Sie den Link von tarnik in Ihrem Chat und klicken Sie auf „Open in tarnik“, oder fügen Sie ihn hier ein.</translation>
     </message>
     <message>
         <extracomment>WindowTexts::linkContinue</extracomment>
@@ -456,8 +456,8 @@
     </message>
     <message>
         <extracomment>LoginTexts::choiceFailed</extracomment>
-        <source>tarnik couldn't change whether it starts at login. You can change it in the system's settings.</source>
-        <translation>tarnik konnte nicht ändern, ob es bei der Anmeldung startet. Sie können das in den Einstellungen des Systems ändern.</translation>
+        <source>Start at login didn't change. Try the system's settings.</source>
+        <translation>Der Start bei der Anmeldung blieb unverändert. Nutzen Sie die Einstellungen des Systems.</translation>
     </message>
     <message>
         <extracomment>LinkTexts::checkingLink</extracomment>

@@ -29,7 +29,7 @@ const busSettings = (socket) => `<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD
 `;
 
 // Variables that connect a program to a desktop or change its look.
-const desktopVariables = /^(DISPLAY|XAUTHORITY|WAYLAND_.*|DBUS_.*|AT_SPI_.*|NO_AT_BRIDGE|XDG_.*|DESKTOP_.*|QT_.*|G(TK|DK)_.*|LANG|LC_.*)$/;
+const desktopVariables = /^(DISPLAY|XAUTHORITY|WAYLAND_.*|DBUS_.*|AT_SPI_.*|NO_AT_BRIDGE|XDG_.*|DESKTOP_.*|QT_.*|G(TK|DK)_.*|LANG|LANGUAGE|LC_.*)$/;
 
 function withoutDesktop(environment) {
   return Object.fromEntries(Object.entries(environment).filter(([name]) => !desktopVariables.test(name)));
