@@ -14,6 +14,7 @@
 #include "app/model/ChosenHome.h"
 #include "app/report/ReportChild.h"
 #include "app/texts/FailureTexts.h"
+#include "app/texts/JournalTexts.h"
 #include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
@@ -84,12 +85,20 @@ std::shared_ptr<AppModel> Application::makeModel(const CommandLine& line, HostEn
     return std::make_shared<AppModel>(std::move(host), std::move(deps));
 }
 
+// The journal has these lines too, because a service has no other log.
+SystemLog Application::warningLog() const {
+    return [log = platform_.model.log, journal = journal_](const std::string& line) {
+        log(line);
+        journal->record(EventCode::programWarning, JournalTexts::programWarning(line));
+    };
+}
+
 AppDelegate& Application::attach(Face face) {
     const auto& mainThread = platform_.model.mainThread;
     const auto& applicationSupport = place_.folders.applicationSupport;
     relocator_.emplace(RelocatorDeps::production(platform_.bundles, mainThread, applicationSupport));
     homeOwner_.emplace(model_->home(), NodeHomeOwner::Deps{.mainThread = mainThread,
-                                                           .log = platform_.model.log,
+                                                           .log = warningLog(),
                                                            .applicationSupport = applicationSupport,
                                                            .face = face.kind});
     return delegate_.emplace(
@@ -159,7 +168,7 @@ void Application::startControl(NodeHomeOwner::Face face) {
     control_.emplace(
         ControlService::Deps{
             .mainThread = platform_.model.mainThread,
-            .log = platform_.model.log,
+            .log = warningLog(),
             .journal = journal_,
             .folders = ControlFolder::candidates(host.inherited, place_.folders),
             .source = {.program = {.isRunning = true,
@@ -173,7 +182,9 @@ void Application::startControl(NodeHomeOwner::Face face) {
                        .hasDriver = host.driverExecutable.has_value(),
                        .checksForUpdates = [this] { return delegate_->hasUpdater(); }},
             .openWindow = std::move(openWindow),
-            .quit = [this] { delegate_->quit(); }},
+            .quit = [this] { delegate_->quit(); },
+            .detach = [this](const std::string& label,
+                             BackgroundTasks::Task task) { return tasks_.start(label, std::move(task)); }},
         model_);
 }
 

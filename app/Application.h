@@ -72,6 +72,7 @@ public:
 private:
     void startControl(NodeHomeOwner::Face face);
     std::shared_ptr<AppModel> makeModel(const CommandLine& line, HostEnvironment host) const;
+    SystemLog warningLog() const;
 
     const BackgroundTasks tasks_;
     const ProgramLocation place_;

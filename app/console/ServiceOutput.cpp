@@ -33,6 +33,7 @@ char priorityOf(EventCode code) {
         case EventCode::helperMissing:
         case EventCode::driverStartFailed:
         case EventCode::driverGivenUp: return error;
+        case EventCode::programWarning:
         case EventCode::helperEnded:
         case EventCode::driverEnded:
         case EventCode::pairingRefused: return warning;

@@ -10,9 +10,11 @@ namespace tarnik {
 ControlService::ControlService(Deps deps, const std::shared_ptr<AppModel>& model)
     : deps_(std::move(deps)),
       source_(deps_.source),
+      home_(model->home()),
       handler_(
           {.mainThread = deps_.mainThread,
-           .status = [this](const AppState& state) { return status(state); },
+           .status =
+               [this](const AppState& state) { return source_.at(state, std::chrono::system_clock::now()); },
            .openWindow = deps_.openWindow,
            .quit = deps_.quit,
            .answer = [this](auto client, auto id, const auto& result,
@@ -20,10 +22,12 @@ ControlService::ControlService(Deps deps, const std::shared_ptr<AppModel>& model
            .refuse = [this](auto client, auto id, const auto& error) { server_->refuse(client, id, error); }},
           model) {
     followJournal();
-    source_.helperVersion = [this, home = model->home()] {
-        if (!helperVersion_ && home) helperVersion_ = installedVersion(*home);
-        return helperVersion_;
-    };
+    source_.helperVersion = [this] { return helperVersion_; };
+    readHelperVersion();
+    model->observe(guard_.wrap([this](const AppState& now, const AppState& next) {
+        if (next.setup != now.setup && !std::holds_alternative<Setups::Installing>(next.setup))
+            readHelperVersion();
+    }));
     const auto post = guard_.wrapPost(deps_.mainThread.post);
     auto started = ControlServer::start(
         deps_.folders,
@@ -52,9 +56,13 @@ void ControlService::followJournal() {
     source_.history = [this] { return history_; };
 }
 
-Status ControlService::status(const AppState& state) {
-    if (!std::holds_alternative<Setups::Ready>(state.setup)) helperVersion_.reset();
-    return source_.at(state, std::chrono::system_clock::now());
+// Reads on another thread, because a disk may hang.
+void ControlService::readHelperVersion() {
+    if (!home_) return;
+    const auto post = guard_.wrapPost(deps_.mainThread.post);
+    (void)deps_.detach("tarnik.version", [this, post, home = *home_] {
+        post([this, version = installedVersion(home)] { helperVersion_ = version; });
+    });
 }
 
 }  // namespace tarnik

@@ -11,6 +11,7 @@
 #include "app/control/StatusSource.h"
 #include "app/journal/Journal.h"
 #include "app/model/AppModel.h"
+#include "app/platform/BackgroundTasks.h"
 #include "app/platform/SystemLog.h"
 
 namespace tarnik {
@@ -29,6 +30,8 @@ public:
         StatusSource source;               // without `events`, `history` and `helperVersion`
         std::function<void()> openWindow;
         std::function<void()> quit;
+        // Runs a task on a thread of its own. Returns false if the system can't create one.
+        std::function<bool(const std::string& label, BackgroundTasks::Task task)> detach;
     };
 
     // If no socket can be opened, logs that and does nothing else.
@@ -39,12 +42,13 @@ public:
 
 private:
     void followJournal();
-    Status status(const AppState& state);
+    void readHelperVersion();
 
     const Deps deps_;
     StatusSource source_;
     RunHistory history_;
-    std::optional<std::string> helperVersion_;  // read once the helper is installed
+    const std::optional<NodeHome> home_;
+    std::optional<std::string> helperVersion_;  // read at the start and after each install
     ControlHandler handler_;
     std::unique_ptr<ControlServer> server_;  // null if no socket could be opened
     const CallbackGuard guard_;

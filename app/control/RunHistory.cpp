@@ -65,6 +65,7 @@ void RunHistory::apply(const JournalEvent& event) {
         case EventCode::programSecondStart:
         case EventCode::programAnotherCopy:
         case EventCode::programRelocation:
+        case EventCode::programWarning:
         case EventCode::homeUnusable:
         case EventCode::installBegun:
         case EventCode::installStep:

@@ -9,15 +9,16 @@ namespace {
 
 // In the order of EventCode.
 constexpr std::array<std::string_view, static_cast<std::size_t>(EventCode::updateInstalled) + 1> names{
-    "program.started",    "program.ended",     "program.secondStart", "program.anotherCopy",
-    "program.relocation", "home.unusable",     "install.begun",       "install.step",
-    "install.refused",    "install.done",      "helper.started",      "helper.startFailed",
-    "helper.ended",       "helper.stopped",    "helper.restart",      "helper.waiting",
-    "helper.missing",     "driver.started",    "driver.startFailed",  "driver.ended",
-    "driver.stopped",     "driver.restart",    "driver.givenUp",      "endpoint.published",
-    "endpoint.withdrawn", "pairing.offered",   "pairing.begun",       "pairing.refused",
-    "pairing.prompted",   "pairing.confirmed", "pairing.connected",   "pairing.ended",
-    "pairing.cancelled",  "switches.changed",  "update.waiting",      "update.installed",
+    "program.started",    "program.ended",      "program.secondStart", "program.anotherCopy",
+    "program.relocation", "program.warning",    "home.unusable",       "install.begun",
+    "install.step",       "install.refused",    "install.done",        "helper.started",
+    "helper.startFailed", "helper.ended",       "helper.stopped",      "helper.restart",
+    "helper.waiting",     "helper.missing",     "driver.started",      "driver.startFailed",
+    "driver.ended",       "driver.stopped",     "driver.restart",      "driver.givenUp",
+    "endpoint.published", "endpoint.withdrawn", "pairing.offered",     "pairing.begun",
+    "pairing.refused",    "pairing.prompted",   "pairing.confirmed",   "pairing.connected",
+    "pairing.ended",      "pairing.cancelled",  "switches.changed",    "update.waiting",
+    "update.installed",
 };
 
 }  // namespace

@@ -12,6 +12,7 @@ enum class EventCode {
     programSecondStart,  // a second start passed its request to this program
     programAnotherCopy,  // another program uses the node home, so this one ends
     programRelocation,
+    programWarning,  // a part of the program doesn't work here
     homeUnusable,
     installBegun,
     installStep,

@@ -78,6 +78,10 @@ std::span<const JournalEvent> latestRun(std::span<const JournalEvent> events) {
     return events.subspan(static_cast<std::size_t>(events.rend() - start) - 1);
 }
 
+bool hasEnded(std::span<const JournalEvent> run) {
+    return !run.empty() && run.back().code == EventCode::programEnded;
+}
+
 // A run of healthyAfter ends the row, as it resets the backoff. So does any event that is not part of a
 // failure, such as a stop by this program.
 Failures failuresOf(const Child& child, const Events& events) {
@@ -120,12 +124,23 @@ std::optional<Explanation> explainChild(const Child& child, const Events& events
     return result;
 }
 
+// Returns true while a link is checked, offered, or used.
+bool isPairing(std::span<const JournalEvent> run) {
+    const auto events = eventsOf(run, "pairing.");
+    if (events.empty()) return false;
+    const auto latest = events.back().code;
+    return latest == EventCode::pairingOffered || latest == EventCode::pairingBegun ||
+           latest == EventCode::pairingPrompted || latest == EventCode::pairingConfirmed;
+}
+
 std::optional<Explanation> explainHelper(std::span<const JournalEvent> run, WallTime now) {
     // The connect command becomes the helper when the pairing has connected.
     const auto events = eventsOf(run, "helper.", EventCode::pairingConnected);
     if (events.empty()) return std::nullopt;
-    if (events.back().code == EventCode::helperWaiting)
+    if (events.back().code == EventCode::helperWaiting) {
+        if (isPairing(run)) return std::nullopt;  // it has its link
         return Explanation{Subject::helper, Texts::helperWaiting};
+    }
     if (events.back().code == EventCode::helperMissing)
         return Explanation{Subject::helper, Texts::helperMissing};
     return explainChild(helper, events, now);
@@ -141,7 +156,8 @@ std::optional<Explanation> explainInstall(std::span<const JournalEvent> run, Wal
     const auto& latest = events.back();
     if (latest.code == EventCode::installRefused) {
         const auto failed = Texts::ago(Texts::installFailed, ageOf(latest, now), reasonOf(latest));
-        return Explanation{Subject::install, failed + " " + Texts::tryAgain};
+        return Explanation{Subject::install,
+                           failed + " " + (hasEnded(run) ? Texts::startAgain : Texts::tryAgain)};
     }
     const std::string step = latest.code == EventCode::installStep ? latest.sentence : "";
     return Explanation{Subject::install, Texts::ongoing(Texts::installing, ageOf(events.front(), now), step)};
@@ -178,7 +194,7 @@ std::optional<Explanation> explainProgram(std::span<const JournalEvent> run, Wal
         if (event->code == EventCode::programAnotherCopy || event->code == EventCode::homeUnusable)
             return Explanation{Subject::program, event->sentence};
     }
-    if (run.empty() || run.back().code != EventCode::programEnded) return std::nullopt;
+    if (!hasEnded(run)) return std::nullopt;
     return Explanation{Subject::program, Texts::ago(Texts::ended, ageOf(run.back(), now))};
 }
 
@@ -186,14 +202,13 @@ std::optional<Explanation> explainProgram(std::span<const JournalEvent> run, Wal
 
 std::vector<Explanation> explain(std::span<const JournalEvent> events, WallTime now) {
     const auto run = latestRun(events);
-    const bool hasEnded = !run.empty() && run.back().code == EventCode::programEnded;
     std::vector<Explanation> found;
     const auto add = [&](std::optional<Explanation> explanation) {
         if (explanation) found.push_back(*std::move(explanation));
     };
     add(explainProgram(run, now));
     add(explainInstall(run, now));
-    if (hasEnded) return found;  // its children have ended with it
+    if (hasEnded(run)) return found;  // its children have ended with it
     add(explainHelper(run, now));
     add(explainDriver(run, now));
     add(explainPairing(run, now));

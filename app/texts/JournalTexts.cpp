@@ -1,5 +1,7 @@
 #include "app/texts/JournalTexts.h"
 
+#include <cctype>
+
 #include "app/texts/ExplanationTexts.h"
 
 namespace tarnik::JournalTexts {
@@ -29,6 +31,11 @@ std::string programStarted(std::string_view version, int pid) {
 
 std::string programEnded(int exitStatus) {
     return "tarnik ended with exit status " + std::to_string(exitStatus) + ".";
+}
+
+std::string programWarning(std::string line) {
+    if (!line.empty()) line[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(line[0])));
+    return line + ".";
 }
 
 std::string relocationMessage(const std::string& title) {

@@ -35,6 +35,7 @@ inline constexpr Text pairingCancelled = "The pairing was cancelled.";
 
 std::string programStarted(std::string_view version, int pid);
 std::string programEnded(int exitStatus);
+std::string programWarning(std::string line);  // of the log
 std::string relocationMessage(const std::string& title);
 std::string installRefused(const std::string& reason);
 std::string pairingRefused(const std::string& reason);

@@ -74,13 +74,15 @@ TEST(Explanation, namesTheFailureAndTheNextTry) {
          "The helper stopped with exit 3, 24 h ago. It is starting."},
         {{{0, installBegun}, {1, installRefused, "", 0, "The disk is full."}},
          61,
-         "tarnik couldn't install its helper, 60 s ago: The disk is full. Quit tarnik and open it again to "
-         "try once "
-         "more."},
+         "tarnik couldn't install its helper, 60 s ago: The disk is full. Try again, or quit tarnik and open "
+         "it again."},
         {{{0, installBegun}, {3, installStep}}, 5, "tarnik's helper is being installed, for 5 s: S."},
+        {{{0, installBegun}, {1, installRefused}, {2, programEnded}}, 3, "tarnik ended, 1 s ago."},
         {{{0, helperWaiting}, {9, pairingConnected}}, 10, ""},
         {{{0, helperWaiting}}, 10, "The helper is installed and waits for a link from your chat."},
-        {{{0, pairingPrompted}}, 2, "tarnik's helper waits for your confirmation, for 2 s."},
+        {{{0, helperWaiting}, {0, pairingPrompted}},
+         2,
+         "tarnik's helper waits for your confirmation, for 2 s."},
         {{{0, pairingEnded}}, 2, "The last pairing ended with exit 3, 2 s ago."},
         {{{0, pairingEnded}}, 3600, ""},
     };
