@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "core/foundation/Files.h"
@@ -46,6 +47,13 @@ CommandOutput::CommandOutput() : CommandOutput(STDOUT_FILENO, STDERR_FILENO) {}
 
 CommandOutput::CommandOutput(int out, int err)
     : out_(out), err_(err), onTerminal_(::isatty(out) != 0), coloured_(wantsColours(out)) {}
+
+std::size_t CommandOutput::width() const {
+    constexpr std::size_t usualWidth = 80;
+    if (!onTerminal_) return 0;
+    winsize size{};
+    return ::ioctl(out_, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usualWidth;
+}
 
 void CommandOutput::write(std::string_view text) {
     if (writeAll(out_, text) == text.size()) return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,10 @@ public:
     CommandOutput(int out, int err);  // borrowed descriptors
 
     bool onTerminal() const { return onTerminal_; }
+
+    // Returns the present width of the terminal in characters, 80 if it is unknown. Returns 0 if standard
+    // output isn't a terminal, so that programs get whole lines.
+    std::size_t width() const;
 
     void write(std::string_view text);
     void line(std::string_view text);  // adds a line feed

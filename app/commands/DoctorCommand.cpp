@@ -1,7 +1,10 @@
 #include <algorithm>
+#include <iterator>
+#include <string>
 
 #include "app/commands/Commands.h"
 #include "app/commands/ExaminedInstallation.h"
+#include "app/commands/TextWrap.h"
 #include "app/doctor/FindingText.h"
 #include "app/texts/DoctorTexts.h"
 
@@ -23,12 +26,21 @@ Style styleOf(Severity severity) {
 // Writes "error    The sentence. [code]" and the remedy below the sentence.
 void show(CommandOutput& output, const Finding& finding) {
     constexpr std::size_t column = 9;
+    const std::size_t width = output.width() > 2 * column ? output.width() - column : 0;
+    const std::string code = finding.isProblem() ? "[" + finding.code + "]" : "";
+    auto lines = wrappedLines(printable(finding.sentence) + (code.empty() ? "" : " " + code), width);
+    lines.back().replace(lines.back().size() - code.size(), code.size(), output.styled(Style::dim, code));
+    if (!finding.remedy.empty() && finding.severity != Severity::ok) {
+        auto remedy = wrappedLines(printable(finding.remedy), width);
+        std::ranges::move(remedy, std::back_inserter(lines));
+    }
     const std::string name(nameOf(finding.severity));
-    const auto code = finding.isProblem() ? output.styled(Style::dim, " [" + finding.code + "]") : "";
-    output.line(output.styled(styleOf(finding.severity), name) + std::string(column - name.size(), ' ') +
-                printable(finding.sentence) + code);
-    if (!finding.remedy.empty() && finding.severity != Severity::ok)
-        output.line(std::string(column, ' ') + printable(finding.remedy));
+    auto text = output.styled(styleOf(finding.severity), name) + std::string(column - name.size(), ' ');
+    for (const auto& line : lines) {
+        if (&line != lines.data()) text += std::string(column, ' ');
+        text += line + "\n";
+    }
+    output.write(text);
 }
 
 }  // namespace

@@ -1,9 +1,12 @@
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <string>
 
 #include "app/commands/CommandHome.h"
 #include "app/commands/Commands.h"
 #include "app/commands/RunningProgram.h"
+#include "app/commands/TextWrap.h"
 #include "app/control/StatusOnDisk.h"
 #include "app/control/StatusText.h"
 
@@ -24,18 +27,29 @@ CommandOutput::Style styleOf(const Status& status) {
                                                                : CommandOutput::Style::yellow;
 }
 
+// Returns the lines of the row, divided at the width of the terminal.
+std::vector<std::string> linesOf(const StatusRow& row, std::size_t terminalWidth) {
+    const std::size_t indent = row.label.empty() ? 0 : labelWidth;
+    const std::size_t width = terminalWidth > 2 * indent ? terminalWidth - indent : 0;
+    std::vector<std::string> all;
+    for (const auto& line : row.lines) {
+        auto parts = wrappedLines(line, width);
+        std::ranges::move(parts, std::back_inserter(all));
+    }
+    return all;
+}
+
 std::string screen(const Status& status, const CommandOutput& output) {
     std::string text;
     for (const auto& row : statusRows(status, now())) {
-        for (const auto& line : row.lines) {
-            const bool isFirst = &line == row.lines.data();
-            if (row.label.empty()) {
-                text += isFirst ? output.styled(styleOf(status), line) : line;
-            } else {
-                std::string label = isFirst ? row.label : "";
-                label.resize(labelWidth, ' ');
-                text += output.styled(CommandOutput::Style::dim, label) + line;
-            }
+        // The first line of the first row is the main sentence.
+        const auto mainLines = row.label.empty() ? wrappedLines(row.lines.front(), output.width()).size() : 0;
+        std::size_t count = 0;
+        for (const auto& line : linesOf(row, output.width())) {
+            std::string label = count == 0 ? row.label : "";
+            if (!row.label.empty()) label.resize(labelWidth, ' ');
+            text += output.styled(CommandOutput::Style::dim, label);
+            text += count++ < mainLines ? output.styled(styleOf(status), line) : line;
             text += '\n';
         }
         if (row.label.empty()) text += '\n';

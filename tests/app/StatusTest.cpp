@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/commands/TextWrap.h"
 #include "app/control/ControlProtocol.h"
 #include "app/control/StatusOnDisk.h"
 #include "app/control/StatusText.h"
@@ -104,6 +105,15 @@ TEST(Status, showsUntrustedTextsAndUnknownWordsOnOneScreen) {
     std::size_t lines = 0;
     for (const auto& row : rows) lines += row.lines.size();
     EXPECT_LE(lines, 20U);
+}
+
+TEST(TextWrap, dividesAtSpaces) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(wrappedLines("a path  /very/long/path is äöüä", 10),
+              (Lines{"a path", "/very/long/path", "is äöüä"}));
+    EXPECT_EQ(wrappedLines("ab cd  ef", 9), Lines{"ab cd  ef"});
+    EXPECT_EQ(wrappedLines("ab cd", 0), Lines{"ab cd"});
+    EXPECT_EQ(wrappedLines("", 5), Lines{""});
 }
 
 TEST(RunHistory, followsAChildAndItsProgram) {
