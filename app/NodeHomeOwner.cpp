@@ -90,7 +90,7 @@ bool NodeHomeOwner::acquire() {
         return true;
     }
     if (taken.error().reason == NodeHomeLock::Failure::Reason::heldElsewhere) return false;
-    deps_.log("the node folder isn't locked, so a second program on it goes unnoticed: " +
+    deps_.log("the helper's folder isn't locked, so a second program on it goes unnoticed: " +
               describe(taken.error().error));
     return true;
 }

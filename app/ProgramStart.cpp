@@ -47,7 +47,7 @@ std::optional<std::string> problemWith(const CommandLine& line, const std::strin
     if (const auto home = NodeHome::resolve(line.nodeHome, userFolder); !home) return describe(home.error());
     if (line.bundle && !isFolder(*line.bundle)) return *line.bundle + " isn't a bundle folder";
     if (line.nodeHome && exists(*line.nodeHome) && !isFolder(*line.nodeHome))
-        return "the node folder " + *line.nodeHome + " isn't a folder";
+        return *line.nodeHome + " isn't a folder, so the helper can't be installed there";
     return std::nullopt;
 }
 

@@ -266,7 +266,7 @@ const cases = [
       const loneBus = { DBUS_SESSION_BUS_ADDRESS: 'unix:path=/nowhere/at/all', XDG_RUNTIME_DIR: run.place.runtimeFolder };
       const first = run.launch();
       await run.windowAppears();
-      const who = new RegExp(`process ${first.pid}, with a window.* uses the node folder ${run.place.nodeHome}`);
+      const who = new RegExp(`process ${first.pid}, with a window.* uses the helper's folder ${run.place.nodeHome}`);
       const second = run.desktop.start(run.program, run.place.words, run.place.environment, loneBus);
       const quotes = [await second.expect(who, 0, run.deadline)];
       run.console = second;

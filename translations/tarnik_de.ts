@@ -915,22 +915,22 @@
     </message>
     <message>
         <extracomment>ProgramTexts::homeInUse</extracomment>
-        <source>Another tarnik uses the node folder {home}. Quit it first.</source>
+        <source>Another tarnik uses the helper's folder {home}. Quit it first.</source>
         <translation>Ein anderes tarnik verwendet den Node-Ordner {home}. Beenden Sie es zuerst.</translation>
     </message>
     <message>
         <extracomment>ProgramTexts::homeInUseByWindow</extracomment>
-        <source>Another tarnik (process {process}, with a window) uses the node folder {home}. Use that one, or quit it first.</source>
+        <source>Another tarnik (process {process}, with a window) uses the helper's folder {home}. Use that one, or quit it first.</source>
         <translation>Ein anderes tarnik (Prozess {process}, mit Fenster) verwendet den Node-Ordner {home}. Verwenden Sie jenes oder beenden Sie es zuerst.</translation>
     </message>
     <message>
         <extracomment>ProgramTexts::homeInUseByConsole</extracomment>
-        <source>Another tarnik (process {process}, in a terminal) uses the node folder {home}. Type quit there first.</source>
+        <source>Another tarnik (process {process}, in a terminal) uses the helper's folder {home}. Type quit there first.</source>
         <translation>Ein anderes tarnik (Prozess {process}, in einem Terminal) verwendet den Node-Ordner {home}. Geben Sie dort zuerst quit ein.</translation>
     </message>
     <message>
         <extracomment>ProgramTexts::homeInUseByService</extracomment>
-        <source>Another tarnik (process {process}, in the background) uses the node folder {home}. End it with tarnik quit first.</source>
+        <source>Another tarnik (process {process}, in the background) uses the helper's folder {home}. End it with tarnik quit first.</source>
         <translation>Ein anderes tarnik (Prozess {process}, im Hintergrund) verwendet den Node-Ordner {home}. Beenden Sie es zuerst mit tarnik quit.</translation>
     </message>
 </context>

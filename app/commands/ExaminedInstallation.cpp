@@ -21,8 +21,10 @@ std::optional<bool> isOn(const Json& status, std::string_view which) {
 RunningCopy copyOf(const Json& status) {
     const Json* program = status.member("program");
     const Json* pid = program != nullptr ? program->member("pid") : nullptr;
+    const Json* face = program != nullptr ? program->member("face") : nullptr;
     const auto number = pid != nullptr ? pid->asInteger() : std::nullopt;
     return {.pid = number ? std::optional(static_cast<pid_t>(*number)) : std::nullopt,
+            .hasWindow = face == nullptr || face->asString() == "window",
             .accessibility = isOn(status, "accessibility"),
             .screenRecording = isOn(status, "screenRecording")};
 }

@@ -43,7 +43,7 @@ std::string settings(const DoctorSubject& subject) {
            "platform: " + subject.host.platform + "\n" + "executable: " + subject.executable + "\n" +
            "bundle: " + subject.bundle.value_or("absent") + "\n" +
            "helper's folder: " + (subject.home ? subject.home->path : describe(subject.home.error())) + "\n" +
-           "helper's log: " + subject.host.nodeLog + "\n" + "journal: " + subject.journal() + "\n";
+           "helper's log: " + subject.host.nodeLog + "\n" + "tarnik's log: " + subject.journal() + "\n";
 }
 
 std::string journal(const DoctorSubject& subject) {

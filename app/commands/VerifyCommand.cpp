@@ -1,5 +1,6 @@
 #include "app/commands/Commands.h"
 #include "app/commands/ExaminedInstallation.h"
+#include "app/doctor/FindingText.h"
 #include "app/doctor/ProvenanceText.h"
 #include "app/texts/DoctorTexts.h"
 
@@ -27,10 +28,13 @@ ExitCode runVerify(const CommandOptions& options, const CommandDeps& deps) {
     } else {
         for (const auto& line : provenanceLines(check)) deps.output.line(line);
         const auto finding = provenanceFinding(check);
-        if (finding.isProblem())
+        if (finding.isProblem()) {
             deps.output.line(DoctorTexts::repair);
-        else if (!finding.remedy.empty())
+            for (const auto& folder : {subject.home->appDir(), subject.home->runtimeDir()})
+                deps.output.line("  " + printable(folder));
+        } else if (!finding.remedy.empty()) {
             deps.output.line(finding.remedy);
+        }
     }
     return check.isGood() ? ExitCode::done : ExitCode::failed;
 }

@@ -151,8 +151,8 @@ bool ControlHandler::follow(Client client, Stream& stream, const AppState& next)
         deps_.answer(client, stream.id, PairingProgress::of(next).json(), Position::last);
     } else {
         const bool isRefused = next.linkMessage && !next.stopping;
-        std::string message = isRefused ? *next.linkMessage : std::string(ControlTexts::pairingCancelled);
-        if (isRefused && next.linkCause) message += " " + causeLine(*next.linkCause);
+        std::string message = isRefused ? withCause(*next.linkMessage, next.linkCause)
+                                        : std::string(ControlTexts::pairingCancelled);
         deps_.refuse(client, stream.id,
                      {.code = std::string(isRefused ? ControlErrors::refused : ControlErrors::cancelled),
                       .message = std::move(message)});

@@ -39,6 +39,7 @@ std::optional<std::string> reasonOf(const AppState& state, Section section,
                                     const Explanations& explanations) {
     if (state.homeError) return state.homeError;
     if (section == Section::connected || section == Section::stopping) return std::nullopt;
+    if (section == Section::link) return sentenceAbout(explanations, Subject::pairing);  // the last refusal
     const bool isReconnecting = section == Section::reconnecting;  // whatever the last link did
     const auto second = isReconnecting ? Subject::helper : Subject::pairing;
     const auto third = isReconnecting ? Subject::pairing : Subject::helper;
@@ -61,9 +62,13 @@ std::string sentenceOf(const AppState& state, const WindowContent& content) {
 Status::Connection connectionOf(AppState state, const Url& webOrigin, const Explanations& explanations) {
     if (state.pairing && !isInProgress(state.pairing->phase)) state.pairing.reset();
     const auto content = WindowContent::of(state, {.webOrigin = webOrigin});
+    const auto sentence = sentenceOf(state, content);
+    auto reason = reasonOf(state, content.section, explanations);
+    // An explanation may begin with the window's heading.
+    if (reason && reason->starts_with(sentence + " ")) reason->erase(0, sentence.size() + 1);
     return {.state = std::string(stateOf(content.section)),
-            .sentence = sentenceOf(state, content),
-            .reason = reasonOf(state, content.section, explanations),
+            .sentence = sentence,
+            .reason = std::move(reason),
             .joined = state.joined};
 }
 
@@ -98,7 +103,7 @@ std::string switchWord(SwitchStatus status) {
 Status::Install installOf(const AppState& state) {
     if (const auto* failed = std::get_if<Setups::Failed>(&state.setup)) {
         return {.state = std::string(InstallState::failed),
-                .text = withDescription(failed->sentence, failed->text)};
+                .text = withCause(withDescription(failed->sentence, failed->text), failed->cause)};
     }
     if (std::holds_alternative<Setups::Ready>(state.setup)) return {.state = std::string(InstallState::done)};
     const auto& text = std::get<Setups::Installing>(state.setup).text;

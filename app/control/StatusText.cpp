@@ -75,7 +75,11 @@ std::string ageText(const std::optional<WallTime>& since, WallTime now) {
 
 StatusRow mainRow(const Status& status) {
     StatusRow row{.label = {}, .lines = {status.connection.sentence}};
-    if (status.connection.reason) row.lines.push_back(*status.connection.reason);
+    const auto& [state, sentence, reason, joined] = status.connection;
+    if (reason) row.lines.push_back(*reason);
+    const bool failsNow = state == ConnectionState::reconnecting || state == ConnectionState::problem;
+    const bool hasFailed = !status.program.isRunning && status.install.state == InstallState::missing;
+    if (reason && (failsNow || hasFailed)) row.lines.emplace_back(Texts::seeDoctor);
     if (status.program.isRunning) return row;
     row.lines.emplace_back(status.connection.joined ? Texts::joined : Texts::notJoined);
     return row;

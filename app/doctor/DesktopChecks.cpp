@@ -38,11 +38,16 @@ std::optional<Finding> checkAgent(Examination& examination) {
     return finding(Severity::warning, DoctorTexts::oldAgent);
 }
 
-// The checks of a desktop with a session bus.
+// The checks of a desktop with a session bus. They don't apply to a service.
+
+bool needsDesktop(const Examination& examination) {
+    const auto copy = examination.deps().runningCopy();
+    return !copy || copy->hasWindow;
+}
 
 std::optional<Finding> checkBus(Examination& examination) {
     const auto& desktop = examination.deps().desktop;
-    if (!desktop.hasSessionBus) return std::nullopt;
+    if (!desktop.hasSessionBus || !needsDesktop(examination)) return std::nullopt;
     if (!desktop.hasSessionBus()) return finding(Severity::note, DoctorTexts::noBus);
     return fine("The session bus is there.");
 }
@@ -50,6 +55,7 @@ std::optional<Finding> checkBus(Examination& examination) {
 std::optional<Finding> checkTray(Examination& examination) {
     const auto& desktop = examination.deps().desktop;
     if (!desktop.hasTray || !desktop.hasSessionBus || !desktop.hasSessionBus()) return std::nullopt;
+    if (!needsDesktop(examination)) return std::nullopt;
     const auto tray = desktop.hasTray();
     if (!tray) return std::nullopt;
     return *tray ? fine("The desktop has a tray.") : finding(Severity::note, DoctorTexts::noTray);
@@ -57,7 +63,8 @@ std::optional<Finding> checkTray(Examination& examination) {
 
 std::optional<Finding> checkLinks(Examination& examination) {
     const auto& desktop = examination.deps().desktop;
-    const auto handler = desktop.linkHandler ? desktop.linkHandler() : std::nullopt;
+    const bool applies = desktop.linkHandler && needsDesktop(examination);
+    const auto handler = applies ? desktop.linkHandler() : std::nullopt;
     if (!handler) return std::nullopt;
     if (*handler != std::string(TarnikIdentity::bundleIdentifier) + ".desktop")
         return finding(Severity::note, DoctorTexts::otherHandler);

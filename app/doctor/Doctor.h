@@ -36,6 +36,7 @@ struct DoctorSubject {
 // Facts that the running program reports.
 struct RunningCopy {
     std::optional<pid_t> pid;
+    bool hasWindow = true;  // false for a program in a terminal and for a service
     std::optional<bool> accessibility;
     std::optional<bool> screenRecording;
 };

@@ -42,15 +42,24 @@ std::optional<Finding> checkPath(Examination& examination) {
 
 std::optional<Finding> checkOwner(Examination& examination) {
     const auto& path = homeOf(examination).path;
+    const auto there = existingPart(path);
     struct stat found{};
-    if (::stat(path.c_str(), &found) != 0) return std::nullopt;
-    if (!S_ISDIR(found.st_mode)) return finding(Severity::error, DoctorTexts::homeIsAFile, path);
+    if (::stat(there.c_str(), &found) != 0) return std::nullopt;
+    if (!S_ISDIR(found.st_mode)) return finding(Severity::error, DoctorTexts::homeIsAFile, there);
+    // The folders above may belong to others, if this user can create a folder there.
+    if (there != path) return std::nullopt;
     if (found.st_uid != ::geteuid()) return finding(Severity::error, DoctorTexts::homeIsOthers, path);
     return std::nullopt;
 }
 
 std::optional<Finding> checkModes(Examination& examination) {
     const auto& home = homeOf(examination);
+    if (const auto there = existingPart(home.path); there != home.path && !isUsable(there)) {
+        const auto found = statusOf(there);
+        const bool isOurs = found && found->st_uid == ::geteuid();
+        return finding(Severity::error, isOurs ? DoctorTexts::homeIsClosed : DoctorTexts::parentIsClosed,
+                       there);
+    }
     constexpr mode_t writableByOthers = S_IWGRP | S_IWOTH;
     for (const auto& path : {home.path, home.appDir(), parentFolder(home.runtimeDir()), home.runtimeDir()}) {
         const auto found = statusOf(path);
@@ -93,8 +102,8 @@ std::optional<Finding> checkLogs(Examination& examination) {
     const auto& subject = examination.subject();
     for (const auto& file : {subject.host.nodeLog, subject.journal()}) {
         const auto folder = existingPart(parentFolder(file));
-        if (!isFolder(folder) || !isUsable(folder))
-            return finding(Severity::warning, DoctorTexts::logsClosed, folder);
+        if (!isFolder(folder)) return finding(Severity::warning, DoctorTexts::logIsOdd, folder);
+        if (!isUsable(folder)) return finding(Severity::warning, DoctorTexts::logsClosed, folder);
         const auto found = statusOf(file);
         if (found && (!S_ISREG(found->st_mode) || found->st_uid != ::geteuid()))
             return finding(Severity::warning, DoctorTexts::logIsOdd, file);

@@ -60,7 +60,9 @@ std::string treeLine(const ProvenanceCheck::Tree& tree) {
     switch (tree.state) {
         case TreeState::unchanged: return name + " is as it was installed.";
         case TreeState::changed:
-            return name + " differs in " + std::to_string(tree.differences.count()) + " files:";
+            return name + " differs in " +
+                   (tree.differences.count() == 1 ? "1 file:"
+                                                  : std::to_string(tree.differences.count()) + " files:");
         case TreeState::gone: return name + " is missing.";
         case TreeState::notRecorded: return name + " was never recorded.";
         case TreeState::unknownOrigin: break;

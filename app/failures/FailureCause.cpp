@@ -100,4 +100,10 @@ std::string causeLine(FailureCause cause, Language language) {
     return textIn(language, CauseTexts::line, {{"cause", textIn(language, describe(cause))}});
 }
 
+std::string withCause(std::string message, std::optional<FailureCause> cause) {
+    if (!cause) return message;
+    if (!message.ends_with('.')) message += '.';
+    return message + " " + causeLine(*cause);
+}
+
 }  // namespace tarnik

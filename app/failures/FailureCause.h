@@ -37,4 +37,7 @@ std::string_view describe(FailureCause cause);
 // Returns "Cause: " and the description, for the line below a failure.
 std::string causeLine(FailureCause cause, Language language = Language::english);
 
+// Returns the message with the cause behind it, for texts of one line.
+std::string withCause(std::string message, std::optional<FailureCause> cause);
+
 }  // namespace tarnik

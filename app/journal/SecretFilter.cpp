@@ -147,10 +147,11 @@ std::string withoutDetails(std::string_view url, std::size_t schemeLength) {
     std::string_view host = url.substr(schemeLength);
     const auto hostLength = std::min(host.find_first_of("/?#\\"), host.size());
     const bool hasMore = hostLength < host.size();
+    const bool endsSentence = hasMore && host.ends_with('.');
     host = host.substr(0, hostLength);
     host.remove_prefix(host.find_last_of('@') + 1);  // npos + 1 is 0
     return std::string(url.substr(0, schemeLength)) + std::string(host) + (hasMore ? "/" : "") +
-           std::string(hasMore ? hidden : "");
+           std::string(hasMore ? hidden : "") + (endsSentence ? "." : "");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "app/journal/StateRecorder.h"
 
+#include "app/failures/FailureCause.h"
 #include "app/texts/FailureTexts.h"
 #include "app/texts/JournalTexts.h"
 #include "app/texts/LinkTexts.h"
@@ -21,7 +22,7 @@ std::string stepOf(const Setup& setup) {
 void recordSetup(Journal& journal, const AppState& now, const AppState& next) {
     if (next.setup == now.setup) return;
     if (const auto* failed = std::get_if<Setups::Failed>(&next.setup)) {
-        const auto reason = withDescription(failed->sentence, failed->text);
+        const auto reason = withCause(withDescription(failed->sentence, failed->text), failed->cause);
         journal.record(EventCode::installRefused, JournalTexts::installRefused(reason),
                        {{EventField::reason, reason}});
     } else if (const auto step = stepOf(next.setup); !step.empty()) {
@@ -67,8 +68,9 @@ bool isPairing(const AppState& state) {
 void recordPairing(Journal& journal, const AppState& now, const AppState& next) {
     const bool isNewMessage = next.linkMessage && next.linkMessage != now.linkMessage;
     if (isNewMessage && *next.linkMessage != LinkTexts::checkingLink) {
-        journal.record(EventCode::pairingRefused, JournalTexts::pairingRefused(*next.linkMessage),
-                       {{EventField::reason, *next.linkMessage}});
+        const auto reason = withCause(*next.linkMessage, next.linkCause);
+        journal.record(EventCode::pairingRefused, JournalTexts::pairingRefused(reason),
+                       {{EventField::reason, reason}});
     } else if (now.replaceOffer && !next.replaceOffer && !next.checkingLink) {
         journal.record(EventCode::pairingCancelled, JournalTexts::pairingDeclined);
     } else if (isPairing(now) && !isPairing(next) && !next.pairing) {

@@ -35,6 +35,8 @@ inline constexpr Text homeIsOthers{" belongs to another user.",
                                    "Change its owner to you: sudo chown -R \"$USER\" FOLDER"};
 inline constexpr Text homeIsClosed{" doesn't give you full access, so the helper can't run.",
                                    "Give yourself access: chmod u+rwx FOLDER"};
+inline constexpr Text parentIsClosed{" doesn't let you create the helper's folder in it.",
+                                     "Choose another folder for the helper with --node-home."};
 inline constexpr Text homeIsOpen{" can be changed by other users.",
                                  "Remove their permission: chmod go-w FOLDER"};
 inline constexpr Text homeIsForeign{" has files that tarnik didn't put there, so nothing is installed.",
@@ -76,8 +78,8 @@ inline constexpr Text badProvenance{"The record of the installed files can't be 
 inline constexpr Text changedFiles{"The installed files differ from their record: ",
                                    "See all of them, and how to repair it, with: tarnik verify"};
 inline constexpr const char* repair =
-    "To repair it, quit tarnik, remove the folders app and runtime/node of the helper's folder, and start "
-    "tarnik; it installs both again and stays connected.";
+    "To repair it, quit tarnik, remove these folders, and start tarnik; it installs both again and stays "
+    "connected:";
 inline constexpr Text restarts{"", "Read why: tarnik logs helper"};
 inline constexpr Text notJoined{
     "This computer isn't connected to an account.",

@@ -25,14 +25,17 @@ inline constexpr Text noWindow =
 inline constexpr Text noConsole = "tarnik-console isn't installed; install the package tarnik-console";
 
 // The sentences for a second program on the same node home. The window shows them in an alert.
-inline constexpr Text homeInUse = "Another tarnik uses the node folder {home}. Quit it first.";
+inline constexpr Text homeInUse = "Another tarnik uses the helper's folder {home}. Quit it first.";
 inline constexpr Text homeInUseByWindow =
-    "Another tarnik (process {process}, with a window) uses the node folder {home}. Use that one, or quit it "
+    "Another tarnik (process {process}, with a window) uses the helper's folder {home}. Use that one, or "
+    "quit it "
     "first.";
 inline constexpr Text homeInUseByConsole =
-    "Another tarnik (process {process}, in a terminal) uses the node folder {home}. Type quit there first.";
+    "Another tarnik (process {process}, in a terminal) uses the helper's folder {home}. Type quit there "
+    "first.";
 inline constexpr Text homeInUseByService =
-    "Another tarnik (process {process}, in the background) uses the node folder {home}. End it with tarnik "
+    "Another tarnik (process {process}, in the background) uses the helper's folder {home}. End it with "
+    "tarnik "
     "quit first.";
 
 // Returns the sentence for a second program on the same node home. `owner` is std::nullopt if it is unknown.

@@ -12,7 +12,7 @@ inline constexpr Text versions = "Versions";
 inline constexpr Text settings = "Settings of the build";
 inline constexpr Text doctor = "Doctor";
 inline constexpr Text status = "Status";
-inline constexpr Text journal = "Journal";
+inline constexpr Text journal = "End of tarnik's log";
 inline constexpr Text helperLog = "End of the helper's log";
 
 inline constexpr Text working = "Gathering the report. This takes up to 20 seconds.";

@@ -20,8 +20,7 @@ inline constexpr Text pasteLink = "Paste the link from your chat: ";
 inline constexpr Text noLink = "there is no link; pass it as an argument, or on standard input";
 inline constexpr Text checkingLink = "Checking the link…";
 inline constexpr Text pressEnter = "Press Enter to connect, or Ctrl-C to cancel.";
-inline constexpr Text notConfirmed =
-    "the input ended before you confirmed the pairing, so it was cancelled; to try again, use a new link";
+inline constexpr Text notConfirmed = "the input ended before you confirmed the pairing, so it was cancelled";
 inline constexpr Text cantAsk = "nobody can be asked here; add --yes to connect without a question";
 inline constexpr Text connecting = "Connecting…";
 

@@ -9,6 +9,7 @@ inline constexpr Text notRunning = "tarnik isn't running.";
 inline constexpr Text joined = "This computer is paired with an account. Start tarnik to connect it.";
 inline constexpr Text notJoined =
     "This computer isn't paired with an account. Start tarnik, then run: tarnik connect";
+inline constexpr Text seeDoctor = "To find out more, run: tarnik doctor";
 inline constexpr Text noAccount =
     "This computer isn't connected. Ask for a link in your chat, then run: tarnik connect";
 inline constexpr Text promptWaits = "tarnik's helper waits for your confirmation.";

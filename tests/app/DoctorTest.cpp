@@ -119,6 +119,7 @@ TEST(Doctor, reportsTheCauseAndHidesItsSymptoms) {
         {"build.settings", [](auto& m) { m.subject.host.settings.nodeReleasePublicKey = "x"; }},
         {"home.path",
          [](auto& m) { m.subject.home = NodeHome::resolve("relative", m.subject.host.userFolder); }},
+        {"home.owner", [](auto& m) { m.subject.home->path = m.home().marker() + "/node"; }},
         {"home.modes", [](auto& m) { fs::permissions(m.home().path, fs::perms::none); }},
         {"home.modes", [](auto& m) { fs::permissions(m.home().path, fs::perms::all); }},
         {"home.claim", [](auto& m) { fs::remove(m.home().marker()); }},

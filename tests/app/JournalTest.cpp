@@ -121,6 +121,7 @@ TEST(SecretFilter, removesAddressesCodesTokensAndKeys) {
         {"connect " + code, "connect [hidden]"},
         {"(" + code + ")", "([hidden])"},
         {"https://me:pw@h.example:8/c/" + code + "?t=1 failed", "https://h.example:8/[hidden] failed"},
+        {"Couldn't load https://h.example/s.json. Try", "Couldn't load https://h.example/[hidden]. Try"},
         {"tarnik://" + code, "tarnik://[hidden]"},
         {"token=abc, --key: xyz", "token=[hidden], --key: [hidden]"},
         {R"({"api_key" : "abc"})", R"({"api_key" : "[hidden]"})"},

@@ -97,7 +97,8 @@ TEST(Status, showsUntrustedTextsAndUnknownWordsOnOneScreen) {
     status.helper.state = "sleeping";
     status.install.receivedBytes = std::numeric_limits<std::int64_t>::max();
     const auto rows = statusRows(status, noon + 4s);
-    EXPECT_EQ(rows.at(0).lines, (std::vector<std::string>{"Reconnecting…", "red[31m line"}));
+    EXPECT_EQ(rows.at(0).lines, (std::vector<std::string>{"Reconnecting…", "red[31m line",
+                                                          "To find out more, run: tarnik doctor"}));
     EXPECT_EQ(
         rows.at(2).lines,
         (std::vector<std::string>{"sleeping, version 1.2.3, process 12, for 4 s, next try in 4 s, 2 restarts",
