@@ -916,22 +916,22 @@
     <message>
         <extracomment>ProgramTexts::homeInUse</extracomment>
         <source>Another tarnik uses the helper's folder {home}. Quit it first.</source>
-        <translation>Ein anderes tarnik verwendet den Node-Ordner {home}. Beenden Sie es zuerst.</translation>
+        <translation>Ein anderes tarnik verwendet den Ordner {home} des Hilfsprogramms. Beenden Sie es zuerst.</translation>
     </message>
     <message>
         <extracomment>ProgramTexts::homeInUseByWindow</extracomment>
         <source>Another tarnik (process {process}, with a window) uses the helper's folder {home}. Use that one, or quit it first.</source>
-        <translation>Ein anderes tarnik (Prozess {process}, mit Fenster) verwendet den Node-Ordner {home}. Verwenden Sie jenes oder beenden Sie es zuerst.</translation>
+        <translation>Ein anderes tarnik (Prozess {process}, mit Fenster) verwendet den Ordner {home} des Hilfsprogramms. Verwenden Sie jenes oder beenden Sie es zuerst.</translation>
     </message>
     <message>
         <extracomment>ProgramTexts::homeInUseByConsole</extracomment>
         <source>Another tarnik (process {process}, in a terminal) uses the helper's folder {home}. Type quit there first.</source>
-        <translation>Ein anderes tarnik (Prozess {process}, in einem Terminal) verwendet den Node-Ordner {home}. Geben Sie dort zuerst quit ein.</translation>
+        <translation>Ein anderes tarnik (Prozess {process}, in einem Terminal) verwendet den Ordner {home} des Hilfsprogramms. Geben Sie dort zuerst quit ein.</translation>
     </message>
     <message>
         <extracomment>ProgramTexts::homeInUseByService</extracomment>
         <source>Another tarnik (process {process}, in the background) uses the helper's folder {home}. End it with tarnik quit first.</source>
-        <translation>Ein anderes tarnik (Prozess {process}, im Hintergrund) verwendet den Node-Ordner {home}. Beenden Sie es zuerst mit tarnik quit.</translation>
+        <translation>Ein anderes tarnik (Prozess {process}, im Hintergrund) verwendet den Ordner {home} des Hilfsprogramms. Beenden Sie es zuerst mit tarnik quit.</translation>
     </message>
 </context>
 </TS>

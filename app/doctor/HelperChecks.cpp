@@ -70,7 +70,7 @@ std::optional<Finding> checkRestarts(Examination& examination) {
 std::optional<Finding> checkAccount(Examination& examination) {
     if (!wasInstalled(examination)) return std::nullopt;
     if (!examination.subject().home->hasJoined()) return finding(Severity::note, DoctorTexts::notJoined);
-    return fine("This computer has joined an account.");
+    return fine("This computer is paired with an account.");
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ inline constexpr Text programUsage =
     "\n"
     "tarnik connects this computer to your account, so that your agent can work on it.\n"
     "Without a command it shows its icon in the tray, and its window if you have to act.\n"
-    "LINK is a pairing link from your chat; a program whose window runs uses the link.\n"
+    "LINK is a link from your chat; a tarnik whose window runs uses it.\n"
     "\n"
     "Commands (`tarnik COMMAND --help` describes each):\n";
 inline constexpr Text optionsHeading = "\nOptions:\n";

@@ -18,8 +18,7 @@ inline constexpr Text streamOpen = "The connection has an open stream already.";
 inline constexpr Text stopping = "tarnik is quitting.";
 
 inline constexpr Text replaceHint =
-    "This computer is already connected to a tarnik account. To end that connection and use the new link, "
-    "add "
+    "This computer is already paired with an account. To end that connection and use the new link, add "
     "--replace.";
 inline constexpr Text pairingCancelled = "The pairing was cancelled.";
 inline constexpr Text noWindow =
@@ -27,7 +26,8 @@ inline constexpr Text noWindow =
 inline constexpr Text nothingToConfirm = "No pairing waits for a confirmation.";
 inline constexpr Text noPairing = "No pairing is in progress.";
 inline constexpr Text pairingInProgress = "A pairing is in progress. Wait until it has ended.";
-inline constexpr Text notJoined = "This computer isn't connected to an account yet. Use tarnik connect.";
+inline constexpr Text notJoined =
+    "This computer isn't paired with an account yet. Ask for a link in your chat, then run: tarnik connect";
 inline constexpr Text homeUnusable = "tarnik can't use the folder for its helper.";
 
 }  // namespace tarnik::ControlTexts

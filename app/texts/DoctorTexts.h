@@ -81,9 +81,8 @@ inline constexpr const char* repair =
     "To repair it, quit tarnik, remove these folders, and start tarnik; it installs both again and stays "
     "connected:";
 inline constexpr Text restarts{"", "Read why: tarnik logs helper"};
-inline constexpr Text notJoined{
-    "This computer isn't connected to an account.",
-    "Ask tarnik for a link in your chat, and open it or pass it to: tarnik connect"};
+inline constexpr Text notJoined{"This computer isn't paired with an account.",
+                                "Ask for a link in your chat, and open it or pass it to: tarnik connect"};
 
 // The desktop driver and the desktop.
 inline constexpr Text noDriver{"This build has no desktop driver, so tarnik can't work in your apps.",

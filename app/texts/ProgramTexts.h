@@ -28,15 +28,13 @@ inline constexpr Text noConsole = "tarnik-console isn't installed; install the p
 inline constexpr Text homeInUse = "Another tarnik uses the helper's folder {home}. Quit it first.";
 inline constexpr Text homeInUseByWindow =
     "Another tarnik (process {process}, with a window) uses the helper's folder {home}. Use that one, or "
-    "quit it "
-    "first.";
+    "quit it first.";
 inline constexpr Text homeInUseByConsole =
     "Another tarnik (process {process}, in a terminal) uses the helper's folder {home}. Type quit there "
     "first.";
 inline constexpr Text homeInUseByService =
     "Another tarnik (process {process}, in the background) uses the helper's folder {home}. End it with "
-    "tarnik "
-    "quit first.";
+    "tarnik quit first.";
 
 // Returns the sentence for a second program on the same node home. `owner` is std::nullopt if it is unknown.
 std::string nodeHomeInUse(const std::string& home, const std::optional<NodeHomeOwner::Owner>& owner);

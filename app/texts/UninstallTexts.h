@@ -19,8 +19,8 @@ inline constexpr Text link = "a link that was passed on to another copy";
 inline constexpr Text driverFolder = "the sockets of the desktop driver";
 inline constexpr Text owner = "a note about the program that uses the helper";
 inline constexpr Text supportFolder = "the folder of tarnik's own files";
-inline constexpr Text autostart = "the entry that starts tarnik at login";
-inline constexpr Text autostartNote = "the note that this entry was written";
+inline constexpr Text autostart = "the login item, which starts tarnik when you log in";
+inline constexpr Text autostartNote = "the note that the login item was written";
 inline constexpr Text preferences = "tarnik's settings";
 inline constexpr Text preferencesFolder = "the folder of the settings";
 
