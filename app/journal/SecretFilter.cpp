@@ -97,9 +97,28 @@ std::size_t lengthToValue(std::string_view name, std::string_view text) {
     return value == text.npos || text.substr(0, value).find_first_of(" \t\r\n,") == text.npos ? 0 : value;
 }
 
+// Returns the length of the URL at the start of the text. A user name, a password and an IPv6 address may
+// contain characters that end the rest of it.
+std::size_t lengthOfUrl(std::string_view text, std::size_t schemeLength) {
+    const auto authority = text.substr(0, text.find_first_of(" \t\r\n\"'`<>/?#\\", schemeLength));
+    const auto at = authority.find_last_of('@');
+    std::size_t host = at == authority.npos || at < schemeLength ? schemeLength : at + 1;
+    const auto bracket = authority.find(']', host);
+    if (authority.substr(host).starts_with('[') && bracket != authority.npos) host = bracket + 1;
+    return std::min(text.find_first_of(breaks, host), text.size());
+}
+
+// Returns the length of the value without quotes at the start of the text.
+std::size_t lengthOfWord(std::string_view text) {
+    constexpr std::string_view schemeEnd = "://";
+    const auto end = std::min(text.find_first_of(valueEnds), text.size());
+    const auto scheme = text.substr(0, end).find(schemeEnd);
+    return scheme == text.npos ? end : lengthOfUrl(text, scheme + schemeEnd.size());
+}
+
 // Returns the word at the start of the text, and the words behind it that aren't names themselves.
 std::string_view takeWords(std::string_view text) {
-    std::size_t end = std::min(text.find_first_of(valueEnds), text.size());
+    std::size_t end = lengthOfWord(text);
     while (end < text.size() && (text[end] == ' ' || text[end] == '\t')) {
         const auto word = text.find_first_not_of(" \t", end);
         const auto next = std::min(text.find_first_of(valueEnds, word), text.size());
@@ -126,20 +145,9 @@ std::string_view takeValue(std::string_view name, std::string_view before, std::
         return line;
     }
     if (namesHeader(name)) return line;
-    auto value = mayNameWords(name) ? takeWords(text) : text.substr(0, text.find_first_of(valueEnds));
+    auto value = mayNameWords(name) ? takeWords(text) : text.substr(0, lengthOfWord(text));
     while (value.ends_with(':') || value.ends_with('=')) value.remove_suffix(1);  // it may be a name itself
     return value;
-}
-
-// Returns the length of the URL at the start of the text. A user name, a password and an IPv6 address may
-// contain characters that end the rest of it.
-std::size_t lengthOfUrl(std::string_view text, std::size_t schemeLength) {
-    const auto authority = text.substr(0, text.find_first_of(" \t\r\n\"'`<>/?#\\", schemeLength));
-    const auto at = authority.find_last_of('@');
-    std::size_t host = at == authority.npos || at < schemeLength ? schemeLength : at + 1;
-    const auto bracket = authority.find(']', host);
-    if (authority.substr(host).starts_with('[') && bracket != authority.npos) host = bracket + 1;
-    return std::min(text.find_first_of(breaks, host), text.size());
 }
 
 // Keeps the scheme and the host.

@@ -62,7 +62,8 @@ TEST(NodeHomeOwner, namesTheOtherProgramAfterATimeout) {
         f.main.advance(Seconds(2.8));
         EXPECT_EQ(answer, "later");
         f.main.advance(Seconds(0.4));
-        EXPECT_EQ(answer, "Another tarnik" + who + " uses the helper's folder " + f.home.path + ". " + advice);
+        EXPECT_EQ(answer,
+                  "Another tarnik" + who + " uses the helper's folder " + f.home.path + ". " + advice);
     }
 }
 

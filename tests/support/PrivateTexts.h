@@ -32,6 +32,7 @@ inline constexpr PrivateText privateTexts[] = {
     {"http://hunter2:pw@proxy:3128", "hunter2"},
     {"http://u:hunt:er2@h", "hunt"},
     {"http://[fd00::1]:80/c/hunter2", "hunter2"},
+    {"token: http://[fd00::1]:80/c/hunter2", "hunter2"},
     {"http://me:hunt(er2@[fd00::1]/", "hunt"},
     {"password: correct horse hunter2", "hunter2"},
     {"--token hunter2", "hunter2"},
