@@ -103,8 +103,11 @@ std::size_t lengthOfUrl(std::string_view text, std::size_t schemeLength) {
     const auto authority = text.substr(0, text.find_first_of(" \t\r\n\"'`<>/?#\\", schemeLength));
     const auto at = authority.find_last_of('@');
     std::size_t host = at == authority.npos || at < schemeLength ? schemeLength : at + 1;
-    const auto bracket = authority.find(']', host);
-    if (authority.substr(host).starts_with('[') && bracket != authority.npos) host = bracket + 1;
+    constexpr std::string_view digits = "0123456789abcdefABCDEF:.";  // of an IPv6 address
+    if (authority.substr(host).starts_with('[')) {
+        const auto bracket = authority.find_first_not_of(digits, host + 1);
+        if (bracket != authority.npos && authority[bracket] == ']') host = bracket + 1;
+    }
     return std::min(text.find_first_of(breaks, host), text.size());
 }
 
@@ -157,7 +160,10 @@ std::string withoutDetails(std::string_view url, std::size_t schemeLength) {
     const bool hasMore = hostLength < host.size();
     const bool endsSentence = hasMore && host.ends_with('.');
     host = host.substr(0, hostLength);
-    host.remove_prefix(host.find_last_of('@') + 1);  // npos + 1 is 0
+    const auto userLength = host.find_last_of('@') + 1;  // npos + 1 is 0
+    // Such a user name may be a part of the surrounding text, and the host a part of an e-mail address.
+    const bool isDoubtful = host.substr(0, userLength).find_first_of(breaks) != host.npos;
+    host = isDoubtful ? hidden : host.substr(userLength);
     return std::string(url.substr(0, schemeLength)) + std::string(host) + (hasMore ? "/" : "") +
            std::string(hasMore ? hidden : "") + (endsSentence ? "." : "");
 }
