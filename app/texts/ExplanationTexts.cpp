@@ -8,7 +8,8 @@ namespace {
 
 std::string withDetail(const std::string& sentence, std::string detail, Language language) {
     if (detail.empty()) return sentence + ".";
-    if (!detail.ends_with('.') && !detail.ends_with("…")) detail += '.';
+    const bool isWhole = detail.ends_with('.') || detail.ends_with(".)") || detail.ends_with("…");
+    if (!isWhole) detail += '.';
     return textIn(language, withReason, {{"sentence", sentence}, {"reason", detail}});
 }
 

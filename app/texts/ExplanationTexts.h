@@ -18,7 +18,7 @@ inline constexpr Text starting = "It is starting.";
 inline constexpr Text startsWithSwitch = "It starts again when a switch changes.";
 inline constexpr Text helperWaiting = "The helper is installed and waits for a link from your chat.";
 inline constexpr Text helperMissing =
-    "tarnik's helper isn't there any more. Quit tarnik and open it again to install it.";
+    "tarnik's helper isn't there any more. Try again, or quit tarnik and open it again, to install it.";
 inline constexpr Text tryAgain = "Try again, or quit tarnik and open it again.";
 inline constexpr Text startAgain = "Start tarnik to try again.";
 inline constexpr Text offerWaits = "A link for another account waits for your answer.";

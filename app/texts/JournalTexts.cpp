@@ -12,7 +12,7 @@ using ExplanationTexts::duration;
 // Appends a full stop unless the reason already ends like a sentence.
 std::string sentence(const std::string& beginning, const std::string& reason) {
     const std::string text = beginning + ": " + reason;
-    return reason.ends_with('.') ? text : text + ".";
+    return reason.ends_with('.') || reason.ends_with(".)") ? text : text + ".";
 }
 
 std::string afterTime(std::optional<Seconds> ranFor) {
