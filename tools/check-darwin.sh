@@ -19,7 +19,7 @@ export ZIG_GLOBAL_CACHE_DIR=$PWD/$folder/cache ZIG_LOCAL_CACHE_DIR=$PWD/$folder/
 # the C++ functions of its headers, and the frameworks of macOS.
 headers=(boost curl gtest openssl utf8proc.h)
 libraries='(curl|utf8proc|BIO|CRYPTO|ERR|EVP|OPENSSL)_|_Z[A-Z]*N[A-Z]*5boost'
-qt='_Z(Thn[0-9]+_)?[A-Za-z]*[0-9]+[Qq]([A-Z]|t_)|_ZN(9QtPrivate|2Qt)|qt_'
+qt='_Z(Thn[0-9]+_)?[A-Za-z]*[0-9]+[Qq]([A-Z]|t_)|_ZN(9QtPrivate|15QtSharedPointer|2Qt)|qt_'
 frameworks='_?(OBJC|objc|os_log|k?CF|k?AX|CG|k?Sec|NS|UN)[A-Z_]|__CFConstantString|__NSConstantString'
 
 skip() {

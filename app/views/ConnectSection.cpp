@@ -24,6 +24,7 @@ constexpr int textTop = 76;      // of texts below a drawing or an amount
 constexpr int terminalTop = 84;  // one place, whether the text above it has one line or two
 constexpr int messageTop = 158;
 constexpr int messageLines = 2;
+constexpr int leastTerminalLines = 2;
 constexpr int buttonsTop = 200;
 constexpr int fieldHeight = 32;
 constexpr int amountTop = 4;  // in the body
@@ -133,7 +134,7 @@ int ConnectSection::arrange(const Grid& grid) {
     return buttons_->arrange(grid, buttonsAt, hasMessage ? buttonsAt : bodyEnd + Grid::groupGap);
 }
 
-// Returns the end of the body. A terminal ends at `bottom`, if three of its lines fit above.
+// Returns the end of the body. A terminal ends at `bottom`, if two of its lines fit above.
 int ConnectSection::arrangeBody(const Grid& grid, int top, int bottom) {
     const int extra = top - grid.scaled(bodyTop);
     int y = top;
@@ -156,7 +157,7 @@ int ConnectSection::arrangeBody(const Grid& grid, int top, int bottom) {
     if (terminal_ && !terminal_->isHidden()) {
         y = std::max(y, grid.scaled(terminalTop) + extra);
         terminal_->resize(grid.columnWidth(), terminal_->height());  // wraps its text
-        const int room = std::max(bottom - y, terminal_->heightOf(3));
+        const int room = std::max(bottom - y, terminal_->heightOf(leastTerminalLines));
         add(*terminal_, std::min(room, terminal_->preferredHeight()));
     }
     if (!field_->isHidden()) add(*field_, grid.scaled(fieldHeight));
