@@ -142,7 +142,8 @@ AppDelegate& Application::attach(Face face) {
 }
 
 // The details may be wanted just when the system is too busy for another thread.
-void Application::makeReport(std::function<void(const std::expected<std::string, std::string>&)> done) const {
+void Application::makeReport(
+    const std::function<void(const std::expected<std::string, std::string>&)>& done) const {
     const auto& post = platform_.model.mainThread.post;
     const ReportChild report{
         .executable = place_.executable,

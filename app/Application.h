@@ -59,7 +59,7 @@ public:
 
     // Gathers the redacted report and passes it to `done` on the main thread, or a sentence that says why it
     // couldn't. This takes a second, and up to 20 s without a network.
-    void makeReport(std::function<void(const std::expected<std::string, std::string>&)> done) const;
+    void makeReport(const std::function<void(const std::expected<std::string, std::string>&)>& done) const;
 
     // Starts to receive links, and posts the rest of the launch to the event loop.
     void launch();

@@ -426,8 +426,8 @@
     </message>
     <message>
         <extracomment>MachineTexts::helperMissingText</extracomment>
-        <source>It was moved or deleted. Try Again installs it once more.</source>
-        <translation>Es wurde bewegt oder gelöscht. „Erneut versuchen“ installiert es noch einmal.</translation>
+        <source>It was moved or deleted. Try Again installs it again.</source>
+        <translation>Es wurde bewegt oder gelöscht. „Erneut versuchen“ installiert es erneut.</translation>
     </message>
     <message>
         <extracomment>MachineTexts::homeUnusable</extracomment>
@@ -436,8 +436,8 @@
     </message>
     <message>
         <extracomment>MachineTexts::homeUnusableText</extracomment>
-        <source>When the folder is in order, quit tarnik and open it again. Copy Details gathers what others need to help you.</source>
-        <translation>Wenn der Ordner in Ordnung ist, beenden Sie tarnik und öffnen Sie es erneut. „Details kopieren“ sammelt, was andere brauchen, um Ihnen zu helfen.</translation>
+        <source>Choose or mend the folder in tarnik's settings, then quit tarnik and open it again. Copy Details copies what support needs to help you.</source>
+        <translation>Wählen oder reparieren Sie den Ordner in den Einstellungen von tarnik, dann beenden Sie tarnik und öffnen es erneut. „Details kopieren“ kopiert, was der Support braucht, um Ihnen zu helfen.</translation>
     </message>
     <message>
         <extracomment>MachineTexts::tryAgain</extracomment>

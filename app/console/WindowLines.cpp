@@ -31,7 +31,8 @@ std::vector<std::string> windowLines(const WindowContent& content, WallTime now)
     for (const auto& paragraph : content.paragraphs) add(paragraph);
     if (content.trouble) add(content.trouble->sentenceAt(now));
     if (content.card)
-        for (const auto& [label, value] : content.card->rows) add(label + ": " + value);
+        for (const auto& [label, value] : content.card->rows)
+            add(std::string(label).append(": ").append(value));
     if (content.linkField) add("<" + content.linkField->placeholder + ">");
     if (content.message) add(content.message->text);
     if (content.message && content.message->cause) add(*content.message->cause);

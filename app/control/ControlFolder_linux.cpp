@@ -19,10 +19,10 @@ bool isPrivateFolder(const std::string& path) {
 // Returns the user's runtime folder, or an empty text. A shell of cron, of su, or of an ssh server without
 // PAM has no variable for it, but the service manager of the user has made it.
 std::string runtimeFolder(const Environment& environment) {
-    std::string named = environmentValue(environment, "XDG_RUNTIME_DIR");
-    if (!named.empty()) return named.starts_with('/') && isFolder(named) ? named : "";
-    std::string usual = "/run/user/" + std::to_string(::geteuid());
-    return isPrivateFolder(usual) ? usual : "";
+    const std::string named = environmentValue(environment, "XDG_RUNTIME_DIR");
+    if (!named.empty()) return named.starts_with('/') && isFolder(named) ? named : std::string();
+    const std::string usual = "/run/user/" + std::to_string(::geteuid());
+    return isPrivateFolder(usual) ? usual : std::string();
 }
 
 }  // namespace

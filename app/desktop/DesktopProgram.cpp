@@ -175,7 +175,7 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
          .defaults = desktop.defaults,
          .notices = desktop.notices,
          .absence = HelperAbsence::Limits::after(line.awayAfter),
-         .support = {.makeReport = [&application](auto done) { application.makeReport(std::move(done)); },
+         .support = {.makeReport = [&application](const auto& done) { application.makeReport(done); },
                      .log = application.model()->host().nodeLog,
                      .open = SupportActions::desktopOpener()}},
         application.model());

@@ -43,9 +43,11 @@ WindowContent unusableHomePage(const std::string& why) {
 WindowContent failedInstallPage(const Setups::Failed& failure) {
     auto content = problemPage(MachineTexts::installFailed);
     if (!failure.sentence.empty()) addParagraph(content, failure.sentence);
-    if (auto text = sanitizedLine(translatedMessage(failure.text), longestFailure); !text.empty())
-        content.paragraphs.push_back(std::move(text));
     if (failure.cause) content.paragraphs.push_back(causeLine(*failure.cause, Language::ofPerson));
+    // The system's words come last. A failure without a sentence has only them.
+    const auto longest = failure.sentence.empty() ? longestFailure : longestLine;
+    if (auto text = sanitizedLine(translatedMessage(failure.text), longest); !text.empty())
+        content.paragraphs.push_back(std::move(text));
     content.buttons = {tryAgainButton(), copyButton()};
     return content;
 }
@@ -95,6 +97,7 @@ WindowContent reconnectingPage(const AppState& state) {
     setSymbol(content, SymbolName::arrows, MachineTexts::reconnecting);
     if (!state.helper.trouble) {
         addParagraph(content, MachineTexts::takesSeconds);
+        setBusy(content);
         return content;
     }
     content.trouble = state.helper.trouble;

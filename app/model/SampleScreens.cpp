@@ -12,6 +12,8 @@ namespace {
 constexpr std::string_view account =
     "This link connects this Mac to ada@example.com.\n\n"
     "tarnik will be able to run commands and work in apps on this Mac.\n\n";
+constexpr std::string_view goodLink = "https://tarnik.invalid/c/AB12-CD34";
+
 constexpr std::string_view prompt = "Press Enter to connect it, or Ctrl-C to leave things as they are.\n";
 
 AppState ready(NodeState node) {
@@ -218,10 +220,10 @@ std::vector<SampleScreen> sampleScreens() {
         {"home-error",
          withoutHome("The node folder must be a full path (starting with /), not tarnik-node.")},
         {"connect", unjoined()},
-        {"checking", checking(unjoined())},
-        {"refused-link", withMessage(unjoined(), LinkTexts::notALink)},
-        {"expired-link", withMessage(unjoined(), LinkTexts::linkExpired)},
-        {"expired-link-cause", std::move(unchecked)},
+        {"checking", checking(unjoined()), {}, {}, goodLink},
+        {"refused-link", withMessage(unjoined(), LinkTexts::notALink), {}, {}, "https://tarnik.invalid/c"},
+        {"expired-link", withMessage(unjoined(), LinkTexts::linkExpired), {}, {}, goodLink},
+        {"expired-link-cause", std::move(unchecked), {}, {}, goodLink},
         {"pairing-reading", pairing(Starting{}, "")},
         {"pairing-confirm", pairing(WaitingForYes{}, shown)},
         {"pairing-progress", pairing(WaitingForYes{}, asked)},

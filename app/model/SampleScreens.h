@@ -15,6 +15,7 @@ struct SampleScreen {
     AppState state;
     std::optional<Relocation::Message> alert = std::nullopt;  // shown in front of the window
     WindowSetting::Closing closing = WindowSetting::Closing::staysInPanel;
+    std::string_view typed = {};  // in the link field
 };
 
 // The moment of all samples, so that their texts are always the same.

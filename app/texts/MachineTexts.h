@@ -57,11 +57,11 @@ inline constexpr Text setupOneSwitch =
 inline constexpr Text setupNext = "Next, you connect this Mac with the link from your chat.";
 inline constexpr Text installFailed = "tarnik couldn't install its helper.";
 inline constexpr Text helperMissing = "tarnik's helper isn't there any more.";
-inline constexpr Text helperMissingText = "It was moved or deleted. Try Again installs it once more.";
+inline constexpr Text helperMissingText = "It was moved or deleted. Try Again installs it again.";
 inline constexpr Text homeUnusable = "tarnik can't use the folder for its helper.";
 inline constexpr Text homeUnusableText =
-    "When the folder is in order, quit tarnik and open it again. Copy Details gathers what others need to "
-    "help you.";
+    "Choose or mend the folder in tarnik's settings, then quit tarnik and open it again. Copy Details copies "
+    "what support needs to help you.";
 inline constexpr Text tryAgain = "Try Again";
 
 }  // namespace tarnik::MachineTexts

@@ -53,7 +53,6 @@ QRgb readableOnWindow(const Tones& tones, const QColor& wanted) {
 
 Tones tonesFor(Appearance appearance, const PaletteOptions& options) {
     Tones tones = appearance == Appearance::dark ? darkTones : lightTones;
-    if (options.contrast == Contrast::higher) tones.quiet = tones.text;
     if (!options.accent) return tones;
     const auto part = [](double value) { return static_cast<float>(value); };
     const auto accent =
@@ -93,7 +92,9 @@ QPalette paletteFor(Appearance appearance, const PaletteOptions& options) {
     set(QPalette::AlternateBase, card);
     set(QPalette::ToolTipBase, card);
     set(QPalette::ToolTipText, tones.text);
+    // Always quiet, because a placeholder in the colour of texts looks like typed text.
     set(QPalette::PlaceholderText, tones.quiet);
+    if (options.contrast == Contrast::higher) set(QPalette::Mid, tones.text);
     set(QPalette::Highlight, tones.fill);
     set(QPalette::HighlightedText, tones.onFill);
     set(QPalette::Link, tones.link);
@@ -110,8 +111,7 @@ Appearance appearanceOf(const QPalette& palette) {
 
 Contrast contrastOf(const QPalette& palette) {
     const auto active = [&](QPalette::ColorRole role) { return palette.color(QPalette::Active, role); };
-    const bool isQuiet = active(QPalette::PlaceholderText) != active(QPalette::WindowText);
-    return isQuiet ? Contrast::usual : Contrast::higher;
+    return active(QPalette::Mid) == active(QPalette::WindowText) ? Contrast::higher : Contrast::usual;
 }
 
 QColor accentColour(const QPalette& palette) {

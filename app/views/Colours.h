@@ -16,7 +16,7 @@ QPalette paletteFor(Appearance appearance, const PaletteOptions& options = {});
 
 // Both functions also work for palettes of the system.
 Appearance appearanceOf(const QPalette& palette);
-Contrast contrastOf(const QPalette& palette);  // `higher` if secondary text has the colour of normal text
+Contrast contrastOf(const QPalette& palette);  // `higher` if the middle tone is the colour of texts
 
 // Colours that have no role in QPalette. Texts and symbols in them have a contrast of at least 4.5 on the
 // window, lines one of at least 3.

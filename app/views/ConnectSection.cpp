@@ -24,10 +24,8 @@ constexpr int textTop = 76;      // of texts below a drawing or an amount
 constexpr int terminalTop = 84;  // one place, whether the text above it has one line or two
 constexpr int messageTop = 158;
 constexpr int messageLines = 2;
-constexpr int leastTerminalLines = 2;
 constexpr int buttonsTop = 200;
 constexpr int fieldHeight = 32;
-constexpr int amountTop = 4;  // in the body
 
 // Returns true if the field must be cleared because its link was used. A refused link stays in the field.
 bool isLinkUsed(const WindowContent& content) {
@@ -134,7 +132,7 @@ int ConnectSection::arrange(const Grid& grid) {
     return buttons_->arrange(grid, buttonsAt, hasMessage ? buttonsAt : bodyEnd + Grid::groupGap);
 }
 
-// Returns the end of the body. A terminal ends at `bottom`, if two of its lines fit above.
+// Returns the end of the body. A terminal ends above `bottom`, if two of its lines fit.
 int ConnectSection::arrangeBody(const Grid& grid, int top, int bottom) {
     const int extra = top - grid.scaled(bodyTop);
     int y = top;
@@ -145,7 +143,6 @@ int ConnectSection::arrangeBody(const Grid& grid, int top, int bottom) {
         y = end + Grid::groupGap;
     };
     if (!amount_->isHidden()) {
-        y += grid.scaled(amountTop);
         add(*amount_, amount_->lineHeight());
     }
     if (!steps_->isHidden()) add(*steps_, steps_->arrange(grid));
@@ -155,10 +152,9 @@ int ConnectSection::arrangeBody(const Grid& grid, int top, int bottom) {
     if (!trouble_->isHidden()) add(*trouble_, trouble_->heightForWidth(grid.columnWidth()));
     if (!card_->isHidden()) add(*card_, card_->arrange(grid));
     if (terminal_ && !terminal_->isHidden()) {
-        y = std::max(y, grid.scaled(terminalTop) + extra);
+        if (end > top) y = std::max(y, grid.scaled(terminalTop) + extra);
         terminal_->resize(grid.columnWidth(), terminal_->height());  // wraps its text
-        const int room = std::max(bottom - y, terminal_->heightOf(leastTerminalLines));
-        add(*terminal_, std::min(room, terminal_->preferredHeight()));
+        add(*terminal_, terminal_->preferredHeight(bottom - y));
     }
     if (!field_->isHidden()) add(*field_, grid.scaled(fieldHeight));
     return end;

@@ -122,7 +122,7 @@ void Page::arrange() {
     y += connectHeight + Grid::dividerGap;
     const int line = lineWidth(palette());
     place(*divider_, {Grid::margin, y, full - 2 * Grid::margin, line});
-    y += line + Grid::dividerGap - 1;
+    y += Grid::dividerGap;
 
     const int switchesHeight = switches_->arrange(grid);
     place(*switches_, {0, y, width(), switchesHeight});

@@ -84,11 +84,12 @@ ButtonColours buttonColours(const QStyleOptionButton& option, const QWidget* wid
         return {mixed(text, pillColour(palette), tint), QPen(Qt::NoPen), accentColour(palette)};
     const QColor fill = palette.color(isDefault(option) ? QPalette::Highlight : QPalette::Button);
     if (!isDefault(option)) return {mixed(text, fill, tint), outline(palette), text};
-    // The tint increases the contrast to the title. A fill that resembles the window's colour gets an
-    // outline.
+    // The tint increases the contrast to the title. A fill that resembles the window's colour, and
+    // every fill at higher contrast, gets an outline.
     const QColor title = palette.color(QPalette::HighlightedText);
     const QColor tinted = mixed(title.lightness() > 127 ? Qt::black : Qt::white, fill, tint);
-    const bool isFaint = contrastBetween(fill, palette.color(QPalette::Window)) < 3;
+    const bool isFaint =
+        contrastOf(palette) == Contrast::higher || contrastBetween(fill, palette.color(QPalette::Window)) < 3;
     return {tinted, isFaint ? outline(palette) : QPen(tinted, 1), title};
 }
 

@@ -50,11 +50,15 @@ std::unique_ptr<QWidget> makeScreen(const SampleScreen& screen, const Url& webOr
         trouble->at += passed;
         if (trouble->nextTry) *trouble->nextTry += passed;
     }
-    auto window = std::make_unique<MainWindow>(
-        WindowContent::of(state, {.webOrigin = webOrigin, .closing = screen.closing, .now = sampleTime()}),
-        [](const auto&, const auto&) {});
+    const auto content =
+        WindowContent::of(state, {.webOrigin = webOrigin, .closing = screen.closing, .now = sampleTime()});
+    auto before = content;  // the field selects its text when it becomes refused
+    if (before.linkField) before.linkField->refused = false;
+    auto window = std::make_unique<MainWindow>(before, [](const auto&, const auto&) {});
     window->setAttribute(Qt::WA_DontShowOnScreen, visibility == Visibility::hidden);
+    window->fillLinkField(std::string(screen.typed));
     window->present();
+    window->setContent(content);
     return window;
 }
 

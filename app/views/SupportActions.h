@@ -21,7 +21,7 @@ public:
 
         // Gathers the redacted report and passes it, or a sentence about a failure, to the callback on the
         // main thread.
-        std::function<void(OnReport)> makeReport;
+        std::function<void(const OnReport&)> makeReport;
         std::string log;  // the path of the helper's log
         std::function<bool(const std::string& path)>
             open;  // opens a file or folder; returns false on failure

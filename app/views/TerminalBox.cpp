@@ -15,6 +15,7 @@ namespace tarnik {
 namespace {
 
 constexpr int mostLines = 5;
+constexpr int leastLines = 2;
 constexpr int verticalPadding = 10;
 constexpr int sidePadding = 12;
 constexpr double fontSize = 0.88;  // of the system font
@@ -135,8 +136,10 @@ int TerminalBox::heightOf(int lines) const {
            2 * verticalPadding;
 }
 
-int TerminalBox::preferredHeight() const {
-    return heightOf(std::clamp(linesUpTo(mostLines), 1, mostLines));
+int TerminalBox::preferredHeight(int room) const {
+    int lines = std::clamp(linesUpTo(mostLines), 1, mostLines);
+    while (lines > leastLines && heightOf(lines) > room) --lines;
+    return heightOf(lines);
 }
 
 }  // namespace tarnik

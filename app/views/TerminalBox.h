@@ -15,15 +15,16 @@ public:
     void setTerminal(const WindowContent::Terminal& terminal);
     void reset();  // clears the text; call it between two programs
 
-    // Return heights with the frame, at the current width. The preferred one shows up to five lines.
-    int preferredHeight() const;
-    int heightOf(int lines) const;
+    // Returns a height of whole lines with the frame, at the current width: up to five lines, as many as fit
+    // into `room`, but at least two of a longer text.
+    int preferredHeight(int room) const;
 
 private:
     void replaceFrom(qsizetype position, const QString& text);
     void dropFront(qsizetype count);
     void scrollToEnd();
     int linesUpTo(int most) const;
+    int heightOf(int lines) const;
 
     QString text_;
     bool followsEnd_ = true;

@@ -1,7 +1,10 @@
 #include "app/views/TroubleLabel.h"
 
+#include <QRegularExpression>
 #include <QTimerEvent>
 #include <chrono>
+
+#include "app/views/QtText.h"
 
 namespace tarnik {
 namespace {
@@ -16,7 +19,11 @@ void TroubleLabel::setTrouble(const std::optional<HelperTrouble>& trouble) {
 }
 
 void TroubleLabel::write() {
-    setPlainText(trouble_ ? trouble_->sentenceAt(std::chrono::system_clock::now()) : std::string());
+    static const QRegularExpression afterNumber(QStringLiteral("(\\d) (?=\\S)"));
+    auto text = qtText(trouble_ ? trouble_->sentenceAt(std::chrono::system_clock::now()) : std::string());
+    // A line doesn't break between a number and its unit.
+    text.replace(afterNumber, QStringLiteral("\\1\u00a0"));
+    setPlainText(text.toStdString());
 }
 
 void TroubleLabel::showEvent(QShowEvent*) {

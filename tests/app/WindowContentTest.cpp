@@ -84,7 +84,7 @@ TEST(WindowContent, showsEachState) {
         {"connected-one-switch", good + " > One"},
         {"connected-refused-link", good + " ! That"},
         {"connected-checking", "checkmark.circle.fill (busy) (card) | Checking [Cancel esc]"},
-        {"reconnecting-first", arrows},
+        {"reconnecting-first", arrows + " (busy)"},
         {"reconnecting-trouble", arrows + " (trouble) (terminal) [Try Now return] [Copy Details] [Show Log]"},
         {"replace-offer", laptop + " [Keep the current one esc] [Connect to the new account]"},
         {"stopping", laptop + " (busy)"},
