@@ -360,9 +360,9 @@
         <translation>Updates</translation>
     </message>
     <message>
-        <extracomment>MachineTexts::upToDate</extracomment>
-        <source>tarnik is up to date</source>
-        <translation>tarnik ist aktuell</translation>
+        <extracomment>MachineTexts::updatesAutomatic</extracomment>
+        <source>Installed automatically</source>
+        <translation>Werden automatisch installiert</translation>
     </message>
     <message>
         <extracomment>MachineTexts::updateWaits</extracomment>

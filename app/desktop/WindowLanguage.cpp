@@ -92,10 +92,13 @@ void setLanguage(const QString& language, const QLocale& forms) {
     setTranslator(std::move(translator));
 }
 
-void setPseudoLanguage(PseudoLanguage language) {
+// Returns false if this build has no catalogues.
+bool setPseudoLanguage(PseudoLanguage language) {
     const auto* catalogue = loadCatalogue(catalogueOf(checkedLanguage));
+    if (!catalogue) return false;
     setTranslator(pseudoTranslator(*catalogue, language));
     if (language == PseudoLanguage::rightToLeft) QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    return true;
 }
 
 }  // namespace
@@ -107,11 +110,9 @@ bool setWindowLanguage(const std::optional<std::string>& name) {
         return true;
     }
     const auto asked = qtText(*name);
-    if (name == "pseudo") {
-        setPseudoLanguage(PseudoLanguage::accented);
-    } else if (name == "rtl") {
-        setPseudoLanguage(PseudoLanguage::rightToLeft);
-    } else if (name == "en" || QFile::exists(catalogueOf(asked))) {
+    if (name == "pseudo") return setPseudoLanguage(PseudoLanguage::accented);
+    if (name == "rtl") return setPseudoLanguage(PseudoLanguage::rightToLeft);
+    if (name == "en" || QFile::exists(catalogueOf(asked))) {
         setLanguage(name == "en" ? QString() : asked, QLocale(asked));
     } else {
         return false;

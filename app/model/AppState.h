@@ -23,7 +23,7 @@ struct Installing {    // also during the check whether the helper is installed
     std::string text;  // the installer's latest line; empty before the first line
     bool operator==(const Installing&) const = default;
 };
-struct Failed {                 // final for this run
+struct Failed {                 // final until the user tries again
     std::string text;           // the description of the error; its length is not bounded
     std::string sentence = {};  // shown before `text`; empty if `text` is already a plain sentence
     std::optional<FailureCause> cause = {};  // shown below the message, unless the message contains it

@@ -60,7 +60,7 @@ WindowContent::Card card(const AppState& state, WallTime now) {
         card.rows.push_back(
             row(MachineTexts::updatesLabel, translated(MachineTexts::updateWaits, {{"version", version}})));
     } else if (state.checksForUpdates) {
-        card.rows.push_back(row(MachineTexts::updatesLabel, translated(MachineTexts::upToDate)));
+        card.rows.push_back(row(MachineTexts::updatesLabel, translated(MachineTexts::updatesAutomatic)));
     }
     return card;
 }
@@ -86,6 +86,8 @@ std::optional<WindowContent::Message> message(const AppState& state, const Windo
         message.text = off.size() > 1 ? translated(MachineTexts::twoSwitchesOff)
                                       : translated(MachineTexts::oneSwitchOff,
                                                    {{"switch", translated(title(off.front()))}});
+        if (setting.closing == WindowSetting::Closing::endsConnection)
+            message.cause = translated(MachineTexts::closingEnds);
     }
     return message.text.empty() ? std::nullopt : std::optional(message);
 }

@@ -21,7 +21,9 @@ void performIntent(const UserIntent& intent, const std::string& pasted, AppModel
         case Kind::requestSwitch: return model.request(intent.which);
         case Kind::retryInstall: return model.retryInstallation();
         case Kind::restartHelper:
-            if (model.hasStarted()) model.restartHelper([](bool) {});
+            // A helper that has come back by itself is left alone.
+            if (model.hasStarted() && std::holds_alternative<NodeStates::Restarting>(model.state().node))
+                model.restartHelper([](bool) {});
             return;
         case Kind::pasteLink:
         case Kind::showLog:

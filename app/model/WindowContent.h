@@ -13,7 +13,7 @@
 
 namespace tarnik {
 
-// What the window's content depends on beside the state.
+// The dependencies of the window's content beside the state.
 struct WindowSetting {
     // The effect of closing the window. A console has no window.
     enum class Closing { staysInMenuBar, staysInPanel, endsConnection, noWindow };

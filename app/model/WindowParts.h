@@ -81,7 +81,7 @@ struct Message {
 
     Kind kind = Kind::news;
     std::string text;
-    std::optional<std::string> cause = {};  // a line below the text
+    std::optional<std::string> cause = {};  // or another fact, on a line below the text
     bool operator==(const Message&) const = default;
 };
 

@@ -6,7 +6,7 @@
 
 namespace tarnik {
 
-// What the system's list of programs that start at login says about this program.
+// The state of this program in the system's list of programs that start at login.
 enum class LoginItemState {
     off,
     on,

@@ -46,6 +46,8 @@ constexpr std::array<Text, 26> patterns{
 }  // namespace
 
 std::string translatedMessage(const std::string& english) {
+    constexpr std::size_t longest = 4096;  // a longer text has foreign output, which has no translation
+    if (english.size() > longest) return english;
     auto whole = translated(english);
     if (whole != english) return whole;
     for (const auto pattern : patterns) {

@@ -36,7 +36,7 @@ inline constexpr Text desktopNeedsOne = "Needs one more switch";
 inline constexpr Text desktopStopped = "Stopped; turn a switch off and on";
 inline constexpr Text desktopAbsent = "Not part of this build";
 inline constexpr Text updatesLabel = "Updates";
-inline constexpr Text upToDate = "tarnik is up to date";
+inline constexpr Text updatesAutomatic = "Installed automatically";
 inline constexpr Text updateWaits = "{version} waits for a quiet moment";
 
 // Below the facts.

@@ -112,7 +112,7 @@ int ButtonRow::arrange(const Grid& grid, int top, int earliest) {
     const int height = grid.scaled(buttonHeight);
     const int pitch = height + rowGap;
     const auto* const primary = buttonFor(Key::defaultKey);
-    const int primaryWidth = primary ? primary->sizeHint().width() : 0;
+    const int primaryWidth = primary ? std::min(primary->sizeHint().width(), grid.columnWidth()) : 0;
 
     // Rows of the other buttons from top to bottom, and the place of each button in its row.
     struct Spot {

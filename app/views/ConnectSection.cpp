@@ -1,5 +1,7 @@
 #include "app/views/ConnectSection.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <algorithm>
 
 #include "app/views/FactCard.h"
@@ -41,7 +43,7 @@ ConnectSection::ConnectSection(OnButton onButton, QWidget* parent)
       header_(new PageHeader(this)),
       amount_(new TextLabel(TextLabel::Role::quiet, this)),
       steps_(new StepsView(this)),
-      trouble_(new TroubleLabel(this)),
+      trouble_(new TroubleLabel([this] { requestLayout(); }, this)),
       card_(new FactCard(this)),
       field_(new LinkField(onButton, this)),
       message_(new MessageView(this)),
@@ -79,6 +81,11 @@ std::vector<QWidget*> ConnectSection::controls() const {
     const auto ordered = buttons_->inTabOrder();
     controls.insert(controls.end(), ordered.begin(), ordered.end());
     return controls;
+}
+
+// Lets the page place its parts again.
+void ConnectSection::requestLayout() {
+    QCoreApplication::postEvent(parentWidget(), new QEvent(QEvent::LayoutRequest));
 }
 
 void ConnectSection::setParagraphs(const std::vector<std::string>& paragraphs) {

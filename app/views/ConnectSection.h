@@ -35,6 +35,7 @@ public:
     std::vector<QWidget*> controls() const;  // in tab order
 
 private:
+    void requestLayout();
     void setBody(const WindowContent& content);
     void setParagraphs(const std::vector<std::string>& paragraphs);
     void setTerminal(const WindowContent& content);

@@ -8,6 +8,7 @@
 
 #include "app/texts/Translation.h"
 #include "app/texts/WindowTexts.h"
+#include "app/views/Announcer.h"
 #include "app/views/Grid.h"
 #include "app/views/ProgressBar.h"
 #include "app/views/QtText.h"
@@ -35,14 +36,15 @@ DetailsDialog::DetailsDialog(QWidget* parent)
       text_(new TextLabel(TextLabel::Role::body, this)),
       progress_(new ProgressBar(this)),
       box_(new TerminalBox(this)),
-      copy_(makeButton(WindowTexts::copy, this)) {
+      copy_(makeButton(WindowTexts::copy, this)),
+      announcer_(new Announcer(this)) {
     setWindowTitle(qtText(translated(WindowTexts::detailsTitle)));
     setWindowIcon(applicationIcon());
     auto* const close = makeButton(WindowTexts::close, this);
     connect(close, &QPushButton::clicked, this, &QDialog::close);
     connect(copy_, &QPushButton::clicked, this, [this] {
         QGuiApplication::clipboard()->setText(box_->toPlainText());
-        text_->setPlainText(translated(WindowTexts::detailsCopied));
+        say(translated(WindowTexts::detailsCopied));
     });
     copy_->setDefault(true);
     copy_->setEnabled(false);
@@ -70,8 +72,13 @@ DetailsDialog::DetailsDialog(QWidget* parent)
     resize(wanted.boundedTo(screen()->availableGeometry().size()));
 }
 
+void DetailsDialog::say(const std::string& sentence) {
+    text_->setPlainText(sentence);
+    announcer_->announce(sentence);
+}
+
 void DetailsDialog::setReport(const std::string& report) {
-    text_->setPlainText(translated(WindowTexts::detailsText));
+    say(translated(WindowTexts::detailsText));
     progress_->hide();
     box_->setTerminal({.text = report, .accessibleName = translated(WindowTexts::detailsName)});
     box_->moveCursor(QTextCursor::Start);
@@ -79,8 +86,12 @@ void DetailsDialog::setReport(const std::string& report) {
     copy_->setFocus();
 }
 
+bool DetailsDialog::hasReport() const {
+    return copy_->isEnabled();
+}
+
 void DetailsDialog::setFailure(const std::string& sentence) {
-    text_->setPlainText(sentence);
+    say(sentence);
     progress_->hide();
 }
 

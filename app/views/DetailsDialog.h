@@ -8,6 +8,7 @@ class QPushButton;
 
 namespace tarnik {
 
+class Announcer;
 class ProgressBar;
 class TerminalBox;
 class TextLabel;
@@ -19,16 +20,20 @@ public:
 
     // Shows the report and enables "Copy". Until then the dialog shows that the report is being made.
     void setReport(const std::string& report);
+    bool hasReport() const;
 
     // Shows a sentence that says why no report could be made.
     void setFailure(const std::string& sentence);
 
 private:
+    void say(const std::string& sentence);
+
     // Children.
     TextLabel* text_;
     ProgressBar* progress_;
     TerminalBox* box_;
     QPushButton* copy_;
+    Announcer* announcer_;
 };
 
 }  // namespace tarnik

@@ -9,6 +9,8 @@
 namespace tarnik {
 namespace {
 
+constexpr int calmMilliseconds = 300;
+
 // Shows a picture that disappears, and deletes itself afterwards.
 class Overlay : public QWidget {
 public:
@@ -41,7 +43,9 @@ private:
 
 void Fade::start() {
     const int duration = widget_.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget_);
-    if (duration <= 0 || overlay_ || !widget_.isVisible()) return;
+    const bool isCalm = !lastChange_.isValid() || lastChange_.elapsed() > calmMilliseconds;
+    lastChange_.start();
+    if (duration <= 0 || overlay_ || !isCalm || !widget_.isVisible()) return;
     QPixmap picture(widget_.size() * widget_.devicePixelRatioF());
     picture.setDevicePixelRatio(widget_.devicePixelRatioF());
     picture.fill(widget_.palette().color(QPalette::Window));

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QWidget>
 
 namespace tarnik {
 
 // Fades from the previous picture of a widget to its new contents. Shows the change at once if the style has
-// no animations. A change during a fade lets the fade end.
+// no animations, or if the previous change was just before.
 class Fade {
 public:
     explicit Fade(QWidget& widget) : widget_(widget) {}
@@ -17,6 +18,7 @@ public:
 private:
     QWidget& widget_;
     QPointer<QWidget> overlay_;  // a child of the widget's parent while it fades
+    QElapsedTimer lastChange_;
 };
 
 }  // namespace tarnik

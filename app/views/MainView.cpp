@@ -1,10 +1,12 @@
 #include "app/views/MainView.h"
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <optional>
@@ -160,6 +162,8 @@ void MainView::keyPressEvent(QKeyEvent* event) {
 void MainView::handleReturn() {
     const auto* focused = window()->focusWidget();
     if (content_.linkField && focused == field()) return report(content_.linkField->onReturn);
+    // Return in the text or in the check box must not answer the page's question.
+    if (dynamic_cast<const QPlainTextEdit*>(focused) || dynamic_cast<const QCheckBox*>(focused)) return;
     const auto* button = dynamic_cast<const IntentButton*>(focused);
     if (!button) button = page_->connect()->buttons().buttonFor(Key::defaultKey);
     if (button && button->acceptsInput()) report(button->intent());
@@ -169,7 +173,8 @@ void MainView::handleReturn() {
 void MainView::report(const UserIntent& intent) {
     auto copy = intent;
     if (copy.kind == UserIntent::Kind::pasteLink) {
-        field()->setText(QGuiApplication::clipboard()->text().trimmed());
+        // The window system may wait some seconds for a program that hangs and owns the clipboard.
+        field()->setText(QGuiApplication::clipboard()->text().left(field()->maxLength()).trimmed());
         copy.kind = UserIntent::Kind::connectPasted;
     }
     const bool needsLink = copy.kind == UserIntent::Kind::connectPasted;

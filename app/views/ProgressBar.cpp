@@ -94,7 +94,8 @@ void ProgressBar::timerEvent(QTimerEvent* event) {
 }
 
 void ProgressBar::updateTimer() {
-    const bool moves = isIndeterminate() && isVisible() && isAnimated();
+    // The children of a minimised window count as visible.
+    const bool moves = isIndeterminate() && isVisible() && !window()->isMinimized() && isAnimated();
     if (moves == timer_.isActive()) return;
     if (moves) {
         timer_.start(stepMilliseconds, this);

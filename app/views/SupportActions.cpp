@@ -38,21 +38,25 @@ void SupportActions::showLog() const {
               translated(WindowTexts::logPlace, {{"path", deps_.log}}));
 }
 
+// One report is made at a time. Its result goes to the dialog that is open then.
 void SupportActions::showDetails(QWidget& window) {
-    if (dialog_) {
-        dialog_->raise();
-        dialog_->activateWindow();
-        return;
+    auto& dialog = details_->dialog;
+    if (!dialog) {
+        dialog = new DetailsDialog(&window);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        dialog->show();
     }
-    dialog_ = new DetailsDialog(&window);
-    dialog_->setAttribute(Qt::WA_DeleteOnClose);
-    dialog_->show();
-    deps_.makeReport([dialog = dialog_](const std::expected<std::string, std::string>& report) {
-        if (!dialog) return;
+    dialog->raise();
+    dialog->activateWindow();
+    if (details_->isMaking || dialog->hasReport()) return;
+    details_->isMaking = true;
+    deps_.makeReport([details = details_](const std::expected<std::string, std::string>& report) {
+        details->isMaking = false;
+        if (!details->dialog) return;
         if (report)
-            dialog->setReport(*report);
+            details->dialog->setReport(*report);
         else
-            dialog->setFailure(report.error());
+            details->dialog->setFailure(report.error());
     });
 }
 

@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <expected>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "app/model/UserIntent.h"
@@ -13,7 +14,7 @@ namespace tarnik {
 class DetailsDialog;
 
 // Performs the intents that only a desktop can: opens the helper's log, and shows the details of a failure
-// before the user copies them. Owned by DesktopFace. Main thread only.
+// before the user copies them. Owned by the handler of the window's intents. Main thread only.
 class SupportActions {
 public:
     struct Deps {
@@ -36,11 +37,17 @@ public:
     bool perform(const UserIntent& intent, QWidget& window);
 
 private:
+    struct Details {
+        QPointer<DetailsDialog> dialog;  // owned by the window
+        bool isMaking = false;           // a report
+    };
+
     void showLog() const;
     void showDetails(QWidget& window);
 
     const Deps deps_;
-    QPointer<DetailsDialog> dialog_;  // owned by the window
+    const std::shared_ptr<Details> details_ =
+        std::make_shared<Details>();  // also held by a report's callback
 };
 
 }  // namespace tarnik

@@ -50,8 +50,11 @@ TerminalBox::TerminalBox(QWidget* parent) : QPlainTextEdit(parent) {
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     const int inside = frameWidth();
     const int barWidth = verticalScrollBar()->sizeHint().width();
-    setViewportMargins(sidePadding - inside, verticalPadding - inside,
-                       std::max(0, sidePadding - inside - barWidth), verticalPadding - inside);
+    const bool isReversed = layoutDirection() == Qt::RightToLeft;  // the bar is at the left
+    const int barSide = std::max(0, sidePadding - inside - barWidth);
+    const int otherSide = sidePadding - inside;
+    setViewportMargins(isReversed ? barSide : otherSide, verticalPadding - inside,
+                       isReversed ? otherSide : barSide, verticalPadding - inside);
 
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     if (font().pointSizeF() > 0) fixed.setPointSizeF(font().pointSizeF() * fontSize);

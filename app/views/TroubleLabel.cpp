@@ -24,11 +24,12 @@ void TroubleLabel::write() {
     // A line doesn't break between a number and its unit.
     text.replace(afterNumber, QStringLiteral("\\1\u00a0"));
     setPlainText(text.toStdString());
+    if (isVisible() && heightForWidth(width()) != height()) onNewHeight_();
 }
 
 void TroubleLabel::showEvent(QShowEvent*) {
     write();
-    second_.start(secondMilliseconds, Qt::CoarseTimer, this);
+    if (!window()->isMinimized()) second_.start(secondMilliseconds, Qt::CoarseTimer, this);
 }
 
 void TroubleLabel::hideEvent(QHideEvent*) {

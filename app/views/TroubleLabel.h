@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QBasicTimer>
+#include <functional>
+#include <utility>
 
 #include "app/model/HelperTrouble.h"
 #include "app/views/TextLabel.h"
@@ -11,7 +13,9 @@ namespace tarnik {
 // second while the user can see it. A hidden or minimised window costs no wake-up.
 class TroubleLabel : public TextLabel {
 public:
-    explicit TroubleLabel(QWidget* parent) : TextLabel(Role::body, parent) {}
+    // `onNewHeight` is called when a sentence needs another height than the label has.
+    TroubleLabel(std::function<void()> onNewHeight, QWidget* parent)
+        : TextLabel(Role::body, parent), onNewHeight_(std::move(onNewHeight)) {}
 
     void setTrouble(const std::optional<HelperTrouble>& trouble);
 
@@ -23,6 +27,7 @@ protected:
 private:
     void write();
 
+    const std::function<void()> onNewHeight_;
     std::optional<HelperTrouble> trouble_;
     QBasicTimer second_;  // runs only while the label is visible
 };

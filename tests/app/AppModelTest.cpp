@@ -74,7 +74,7 @@ TEST(AppModel, installsAgainOnlyIfTheHelperIsAbsent) {
     EXPECT_EQ(f.state().node, NodeState(NodeStates::WaitingForLink{}));
     std::filesystem::remove_all(f.home().path);
     EXPECT_EQ(installsAfter(1), 2) << "the model doesn't know it yet";
-    performIntent({.kind = UserIntent::Kind::restartHelper}, "", f.model());
+    f.model().restartHelper([](bool) {});
     f.settle();
     EXPECT_EQ(f.state().node, NodeState(NodeStates::NotInstalled{}));
     EXPECT_EQ(installsAfter(1), 3);

@@ -164,8 +164,8 @@ std::string cardOf(const AppState& state, Seconds later = Seconds(0)) {
 
 TEST(WindowContent, showsFactsAboutAConnectedMachine) {
     const std::string running = "Running since 14:37, version 2026.1.1|";
-    EXPECT_EQ(cardOf(sample("connected")), running + "Ready|tarnik is up to date|");
-    EXPECT_EQ(cardOf(sample("connected-starting")), "Starting…|Starting…|tarnik is up to date|");
+    EXPECT_EQ(cardOf(sample("connected")), running + "Ready|Installed automatically|");
+    EXPECT_EQ(cardOf(sample("connected-starting")), "Starting…|Starting…|Installed automatically|");
     EXPECT_EQ(cardOf(sample("connected-one-switch")), running + "Needs one more switch|");
     EXPECT_EQ(cardOf(sample("pairing-connected")), "Starting…|Needs two switches|");
     EXPECT_EQ(cardOf(sample("connected-switches-off"), std::chrono::hours(50)),
