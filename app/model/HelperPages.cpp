@@ -60,7 +60,7 @@ WindowContent missingHelperPage() {
 }
 
 std::string_view setupText(const AppState& state) {
-    if (state.switches.allOn()) return MachineTexts::setupText;
+    if (state.switches.allOn() || !state.hasDriver) return MachineTexts::setupText;
     const bool oneIsOn = state.switches.accessibility || state.switches.screenRecording;
     return oneIsOn ? MachineTexts::setupOneSwitch : MachineTexts::setupBothSwitches;
 }
@@ -94,7 +94,7 @@ WindowContent installingPage(const AppState& state, const std::string& text) {
 
 WindowContent reconnectingPage(const AppState& state) {
     auto content = pageWith(Section::reconnecting, MachineTexts::reconnecting);
-    setSymbol(content, SymbolName::arrows, MachineTexts::reconnecting);
+    setSymbol(content, SymbolName::arrows, WindowTexts::busyName);
     if (!state.helper.trouble) {
         addParagraph(content, MachineTexts::takesSeconds);
         setBusy(content);

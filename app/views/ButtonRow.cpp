@@ -68,8 +68,7 @@ ButtonRow::ButtonRow(OnButton onButton, QWidget* parent) : QWidget(parent), onBu
     hide();
 }
 
-bool ButtonRow::setButtons(const std::vector<WindowContent::Button>& buttons) {
-    const auto before = buttons_;
+void ButtonRow::setButtons(const std::vector<WindowContent::Button>& buttons) {
     auto spare = std::exchange(buttons_, {});
     for (const auto& button : buttons) {
         buttons_.push_back(takeOrMake(button.intent, spare));
@@ -84,7 +83,6 @@ bool ButtonRow::setButtons(const std::vector<WindowContent::Button>& buttons) {
         button->show();
     }
     setVisible(!buttons_.empty());
-    return buttons_ != before;
 }
 
 std::vector<IntentButton*> ButtonRow::inTabOrder() const {

@@ -44,8 +44,7 @@ class ButtonRow : public QWidget {
 public:
     ButtonRow(OnButton onButton, QWidget* parent);
 
-    // Returns true if the set or the order of the widgets changed.
-    bool setButtons(const std::vector<WindowContent::Button>& buttons);
+    void setButtons(const std::vector<WindowContent::Button>& buttons);
 
     // Places the row at `top` of the parent and returns its end. If the buttons don't fit beside each other,
     // the default button keeps its place and the others form rows above it, from `earliest` on.

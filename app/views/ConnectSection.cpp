@@ -49,13 +49,14 @@ ConnectSection::ConnectSection(OnButton onButton, QWidget* parent)
       message_(new MessageView(this)),
       buttons_(new ButtonRow(std::move(onButton), this)) {}
 
-bool ConnectSection::setContent(const WindowContent& content) {
-    const auto before = controls();
+void ConnectSection::setContent(const WindowContent& content) {
     header_->setContent(content);
     setBody(content);
     message_->setMessage(content.message);
     buttons_->setButtons(content.buttons);
-    return controls() != before;
+    // A screen reader that returns to a refused field reads why it was refused.
+    const bool isRefused = content.linkField && content.linkField->refused && content.message;
+    field_->setAccessibleDescription(isRefused ? qtText(content.message->text) : QString());
 }
 
 void ConnectSection::setBody(const WindowContent& content) {

@@ -24,8 +24,7 @@ class ConnectSection : public QWidget {
 public:
     ConnectSection(OnButton onButton, QWidget* parent);
 
-    // Returns true if the new controls differ from the previous controls.
-    bool setContent(const WindowContent& content);
+    void setContent(const WindowContent& content);
 
     // Places the children and returns the height. `grid` is the grid of the page.
     int arrange(const Grid& grid);

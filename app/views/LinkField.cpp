@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QKeyEvent>
+#include <algorithm>
 
 #include "app/views/Grid.h"
 #include "app/views/QtText.h"
@@ -16,6 +18,13 @@ constexpr int textPadding = 4;         // beside the typed text, in addition to 
 constexpr int pasteHeight = 24;        // in points
 constexpr int pasteMargin = 4;
 
+// Returns true for keys that edit the text or move in it.
+bool isEditing(const QKeyEvent& key) {
+    const auto others = {Qt::Key_Return, Qt::Key_Enter,   Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Backtab,
+                         Qt::Key_Shift,  Qt::Key_Control, Qt::Key_Alt,    Qt::Key_Meta};
+    return std::ranges::find(others, key.key()) == others.end();
+}
+
 bool isInput(QEvent::Type type) {
     return type == QEvent::FocusIn || type == QEvent::KeyPress || type == QEvent::InputMethod ||
            type == QEvent::MouseButtonPress;
@@ -24,7 +33,7 @@ bool isInput(QEvent::Type type) {
 }  // namespace
 
 LinkField::LinkField(OnButton onButton, QWidget* parent)
-    : QLineEdit(parent), paste_(new IntentButton(std::move(onButton), this)) {
+    : QLineEdit(parent), onIntent_(std::move(onButton)), paste_(new IntentButton(onIntent_, this)) {
     setTextMargins(textPadding, 0, textPadding, 0);
     setMaxLength(maxLinkLength);
     setLayoutDirection(Qt::LeftToRight);  // a link reads from left to right in every language
@@ -69,6 +78,8 @@ bool LinkField::event(QEvent* event) {
         QApplication::setCursorFlashTime(desktopRate);
         inputTimeout_.start();
     }
+    if (refused_ && event->type() == QEvent::KeyPress && isEditing(*static_cast<QKeyEvent*>(event)))
+        onIntent_({.kind = UserIntent::Kind::editLink});
     return QLineEdit::event(event);
 }
 

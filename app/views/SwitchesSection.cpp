@@ -24,8 +24,7 @@ SwitchesSection::SwitchesSection(OnButton onButton, QWidget* parent)
       heading_(new TextLabel(TextLabel::Role::strong, this)),
       text_(new TextLabel(TextLabel::Role::quiet, this)) {}
 
-bool SwitchesSection::setContent(const WindowContent::Switches& content) {
-    const auto before = controls();
+void SwitchesSection::setContent(const WindowContent::Switches& content) {
     heading_->setPlainText(content.heading);
     text_->setPlainText(content.text);
     while (rows_.size() < content.rows.size()) rows_.push_back(new SwitchRowView(onButton_, this));
@@ -33,7 +32,6 @@ bool SwitchesSection::setContent(const WindowContent::Switches& content) {
         if (i < content.rows.size()) rows_[i]->setRow(content.rows[i]);
         rows_[i]->setVisible(i < content.rows.size());
     }
-    return controls() != before;
 }
 
 int SwitchesSection::arrange(const Grid& grid) {

@@ -16,8 +16,7 @@ class SwitchesSection : public QWidget {
 public:
     SwitchesSection(OnButton onButton, QWidget* parent);
 
-    // Returns true if the new controls differ from the previous controls.
-    bool setContent(const WindowContent::Switches& content);
+    void setContent(const WindowContent::Switches& content);
 
     // Places the children and returns the height. The widget is as wide as the page.
     int arrange(const Grid& grid);

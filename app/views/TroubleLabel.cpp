@@ -14,7 +14,11 @@ constexpr int secondMilliseconds = 1000;
 }  // namespace
 
 void TroubleLabel::setTrouble(const std::optional<HelperTrouble>& trouble) {
+    if (trouble == trouble_) return;
     trouble_ = trouble;
+    // Screen readers read the sentence of this moment. A name that follows the countdown would be read every
+    // second.
+    if (trouble_) updateAccessibleName(*this, trouble_->sentenceAt(std::chrono::system_clock::now()));
     write();
 }
 
