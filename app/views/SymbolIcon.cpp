@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QIconEngine>
 #include <QLinearGradient>
 #include <QPainter>
 #include <functional>
@@ -11,6 +10,7 @@
 
 #include "app/model/WindowContent.h"
 #include "app/views/Colours.h"
+#include "app/views/DrawnIcon.h"
 #include "app/views/QtText.h"
 #include "app/views/VectorPath.h"
 
@@ -23,44 +23,16 @@ struct Drawing {
     std::function<void(QPainter&)> paint;
 };
 
-class DrawingEngine : public QIconEngine {
-public:
-    explicit DrawingEngine(Drawing drawing) : drawing_(std::move(drawing)) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-        const double side = std::min(rect.width(), rect.height());
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
-        painter->scale(side / drawing_.side, side / drawing_.side);
-        if (mode == QIcon::Disabled) painter->setOpacity(0.45);
-        drawing_.paint(*painter);
-        painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(), size), mode, state);
-        return pixmap;
-    }
-
-    QIconEngine* clone() const override { return new DrawingEngine(*this); }
-
-    // Returns the sizes that trays and window managers can choose.
-    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-        QList<QSize> sizes;
-        for (const int side : {16, 18, 22, 24, 32, 48, 64}) sizes.append(QSize(side, side));
-        return sizes;
-    }
-
-private:
-    Drawing drawing_;
-};
-
-QIcon iconOf(Drawing drawing) {
-    return QIcon(new DrawingEngine(std::move(drawing)));  // the icon owns the engine
+QIcon iconOf(const Drawing& drawing) {
+    return drawnIcon(
+        [drawing](QPainter& painter, const QRect& rect, QIcon::Mode mode) {
+            const double side = std::min(rect.width(), rect.height());
+            painter.translate(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
+            painter.scale(side / drawing.side, side / drawing.side);
+            if (mode == QIcon::Disabled) painter.setOpacity(0.45);
+            drawing.paint(painter);
+        },
+        {16, 18, 22, 24, 32, 48, 64});
 }
 
 // Symbols are drawn in a square of 24 units. Their empty margin is cropped.

@@ -1,12 +1,12 @@
 #include "app/views/TrayIcon.h"
 
 #include <QIcon>
-#include <QIconEngine>
 #include <QPainter>
 #include <algorithm>
 
 #include "app/texts/MenuTexts.h"
 #include "app/views/Colours.h"
+#include "app/views/DrawnIcon.h"
 #include "app/views/SymbolIcon.h"
 #include "app/views/VectorPath.h"
 
@@ -92,43 +92,15 @@ void paintStatus(QPainter& painter, const Drawing& drawing, TrayStatus status) {
     }
 }
 
-class TrayEngine : public QIconEngine {
-public:
-    explicit TrayEngine(TrayStatus status) : status_(status) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
-        const int side = std::min(rect.width(), rect.height());
-        const auto [drawing, scale] = fitInto(side);
-        const int margin = (side - static_cast<int>(drawing.side * scale)) / 2;
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        const QPoint corner(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
-        painter->translate(corner + QPoint(margin, margin));
-        painter->scale(scale, scale);
-        paintStatus(*painter, drawing, status_);
-        painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(), size), mode, state);
-        return pixmap;
-    }
-
-    QIconEngine* clone() const override { return new TrayEngine(*this); }
-
-    // Returns the sizes that trays can choose.
-    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-        QList<QSize> sizes;
-        for (const int side : {16, 18, 22, 24, 32, 36, 44, 48, 64}) sizes.append(QSize(side, side));
-        return sizes;
-    }
-
-private:
-    const TrayStatus status_;
-};
+void paintIn(QPainter& painter, const QRect& rect, TrayStatus status) {
+    const int side = std::min(rect.width(), rect.height());
+    const auto [drawing, scale] = fitInto(side);
+    const int margin = (side - static_cast<int>(drawing.side * scale)) / 2;
+    const QPoint corner(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
+    painter.translate(corner + QPoint(margin, margin));
+    painter.scale(scale, scale);
+    paintStatus(painter, drawing, status);
+}
 
 }  // namespace
 
@@ -137,7 +109,9 @@ QIcon trayIcon(TrayStatus status, const std::optional<std::string>& connectedIma
         const QIcon image = maskIcon(*connectedImage);
         return image.isNull() ? wordIcon(MenuTexts::productWithoutImage) : image;
     }
-    QIcon icon(new TrayEngine(status));  // the icon owns the engine
+    auto icon = drawnIcon(
+        [status](QPainter& painter, const QRect& rect, QIcon::Mode) { paintIn(painter, rect, status); },
+        {16, 18, 22, 24, 32, 36, 44, 48, 64});
     icon.setIsMask(true);
     return icon;
 }
