@@ -96,9 +96,10 @@ SystemLog Application::warningLog() const {
 AppDelegate& Application::attach(Face face) {
     const auto& mainThread = platform_.model.mainThread;
     const auto& applicationSupport = place_.folders.applicationSupport;
+    const SystemLog log = warningLog();
     relocator_.emplace(RelocatorDeps::production(platform_.bundles, mainThread, applicationSupport));
     homeOwner_.emplace(model_->home(), NodeHomeOwner::Deps{.mainThread = mainThread,
-                                                           .log = warningLog(),
+                                                           .log = log,
                                                            .applicationSupport = applicationSupport,
                                                            .face = face.kind});
     return delegate_.emplace(
@@ -166,10 +167,11 @@ void Application::startControl(NodeHomeOwner::Face face) {
     const auto& home = model_->home();
     std::function<void()> openWindow = [this] { delegate_->openWindow(); };
     if (face == NodeHomeOwner::Face::service) openWindow = nullptr;
+    const SystemLog log = warningLog();
     control_.emplace(
         ControlService::Deps{
             .mainThread = platform_.model.mainThread,
-            .log = warningLog(),
+            .log = log,
             .journal = journal_,
             .folders = ControlFolder::candidates(host.inherited, place_.folders),
             .source = {.program = {.isRunning = true,
