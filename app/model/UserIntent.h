@@ -37,8 +37,9 @@ struct UserIntent {
     bool operator==(const UserIntent&) const = default;
 };
 
-// Performs the intent, unless only a view can: pasteLink, showLog and copyDetails. `pasted` is the text of
-// the link field. Ignores connectOffer if its offer is no longer the current one. Main thread only.
+// Performs the intent. Ignores pasteLink, showLog and copyDetails, which only a view can perform, and
+// connectOffer if its offer is no longer the current one. `pasted` is the text of the link field. Main thread
+// only.
 void performIntent(const UserIntent& intent, const std::string& pasted, AppModel& model);
 
 }  // namespace tarnik

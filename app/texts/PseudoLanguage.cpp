@@ -15,7 +15,7 @@ constexpr Letters accentedCapital{"Å", "Ɓ", "Ç", "Ð", "É", "Ƒ", "Ĝ", "Ĥ"
 constexpr Letters hebrew{"א", "ב", "צ", "ד", "ה", "פ", "ג", "ח", "י", "ז", "כ", "ל", "מ",
                          "נ", "ו", "פ", "ק", "ר", "ש", "ת", "ו", "ב", "ע", "צ", "י", "ז"};
 
-// Returns an empty text if the character is no ASCII letter.
+// Returns an empty text for a character that is not an ASCII letter.
 std::string_view replacement(char letter, PseudoLanguage language) {
     const bool isRightToLeft = language == PseudoLanguage::rightToLeft;
     if (letter >= 'a' && letter <= 'z')

@@ -17,7 +17,7 @@
 
 namespace tarnik {
 
-// What the status item needs of the system. See DesktopPlatform.
+// The system's parts of the status item. DesktopPlatform describes them.
 struct StatusItemDeps {
     std::optional<std::string> image;
     bool isInMenuBar = false;
