@@ -29,11 +29,12 @@ protected:
 private:
     void updatePaste();
 
-    const OnButton onIntent_;
-    IntentButton* paste_;  // a child
+    // Initialised before the child, because making a child sends an event.
     bool canPaste_ = false;
     bool refused_ = false;
     QTimer inputTimeout_;
+    const OnButton onIntent_;
+    IntentButton* paste_;  // a child
 };
 
 }  // namespace tarnik
