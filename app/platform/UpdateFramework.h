@@ -1,5 +1,6 @@
 #pragma once
 
+#include <expected>
 #include <functional>
 #include <string>
 
@@ -18,10 +19,12 @@ struct UpdateFramework {
 
     // The updater of this run. Its copies share one object.
     struct Controller {
-        std::function<void()> start;
+        // Starts the updater without an alert. Returns the framework's reason if it can't start.
+        std::function<std::expected<void, std::string>()> start;
         std::function<void()> setAutomaticallyChecks;     // enables checks for this run and later runs
         std::function<void()> setAutomaticallyDownloads;  // enables downloads for this run and later runs
         std::function<void()> checkForUpdates;            // starts a check with the framework's own windows
+        std::function<void()> showStartFailure;  // starts the updater again; an alert shows a failure
     };
 
     // Returns a controller that is not started. Absent if the build has no update framework.

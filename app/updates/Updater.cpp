@@ -10,6 +10,7 @@ namespace {
 
 // The feed supplies the version; the bound keeps the log readable.
 constexpr std::size_t longestVersion = 64;
+constexpr std::size_t longestReason = 300;
 
 std::string wholeSeconds(Seconds duration) {
     return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(duration).count());
@@ -24,10 +25,18 @@ Updater::Updater(const UpdateSettings& settings, Deps deps) : deps_(std::move(de
             updateReady(version, std::move(install));
             return true;
         }));
-    controller_->start();
+    startFramework();
     controller_->setAutomaticallyChecks();
     controller_->setAutomaticallyDownloads();
     timer_ = deps_.mainThread.repeat(QuietWatch::sampleEvery, [this] { look(); });
+}
+
+bool Updater::startFramework() {
+    if (hasStarted_) return true;
+    const auto started = controller_->start();
+    hasStarted_ = started.has_value();
+    if (!started) deps_.log("no updates: " + sanitizedLine(started.error(), longestReason));
+    return hasStarted_;
 }
 
 void Updater::updateReady(const std::string& version, UpdateFramework::Install install) {
@@ -62,7 +71,10 @@ void Updater::looked(std::uint64_t number, const ActivitySample& sample) {
 
 void Updater::checkForUpdates() {
     const auto action = loop_.menuClick();
-    if (action == UpdateInstallAction::checkWithSparkle && controller_) controller_->checkForUpdates();
+    if (action == UpdateInstallAction::checkWithSparkle && controller_) {
+        const auto& next = startFramework() ? controller_->checkForUpdates : controller_->showStartFailure;
+        next();
+    }
     if (action != UpdateInstallAction::installNow) return;
     deps_.log("Check for Updates… with an update waiting: installing it now");
     install();

@@ -48,7 +48,8 @@ public:
     // Without a source, no moment counts as quiet.
     void setSampleSource(SampleSource sample) { sample_ = std::move(sample); }
 
-    // Installs the waiting update, or asks the framework to check for one.
+    // Installs the waiting update, or asks the framework to check for one. Starts the framework again if it
+    // could not start before, and shows the framework's reason if it still can't.
     void checkForUpdates();
 
     // Stops the sampling and disables all later installs by this object.
@@ -60,6 +61,7 @@ private:
         TimePoint since;
     };
 
+    bool startFramework();
     void updateReady(const std::string& version, UpdateFramework::Install install);
     void look();
     void looked(std::uint64_t number, const ActivitySample& sample);
@@ -67,6 +69,7 @@ private:
 
     const Deps deps_;
     std::optional<UpdateFramework::Controller> controller_;
+    bool hasStarted_ = false;
     SampleSource sample_;
     UpdateFramework::Install install_;  // installs the waiting update; empty if no update waits
     UpdateLoop loop_;

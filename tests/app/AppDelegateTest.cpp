@@ -92,7 +92,8 @@ struct Fixture : FakeMachine {
     Updater::Deps updaterDeps() {
         const auto make = [this](auto handler) -> UpdateFramework::Controller {
             updateIsReady = std::move(handler);
-            return {[] {}, [] {}, [] {}, calling("check for updates")};
+            return {[] { return std::expected<void, std::string>(); }, [] {}, [] {},
+                    calling("check for updates"), [] {}};
         };
         return {.framework = {.makeController = make},
                 .mainThread = main.record(),

@@ -16,27 +16,35 @@ const std::map<std::string, std::string> lines{
     {"update 1.2 is ready; installing at the first quiet moment", "ready"},
     {"quiet for 600 s: installing the update and relaunching", "quiet"},
     {"Check for Updates… with an update waiting: installing it now", "by menu"},
-    {"quitting with an update ready: it installs as the app quits", "at quit"}};
+    {"quitting with an update ready: it installs as the app quits", "at quit"},
+    {"no updates: no key", "failed"}};
 
 // An updater with a fake framework and a fake source of samples.
 struct Fixture {
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     ManualMainThread main{clock};
     bool busy = false;
-    bool slow = false;  // samples wait for deliver()
+    bool slow = false;    // samples wait for deliver()
+    bool broken = false;  // the framework can't start
     std::vector<std::function<void()>> undelivered;
     int looks = 0;
     UpdateFramework::WillInstallOnQuit willInstall;
     std::string calls;  // log lines, and calls of the framework
     std::unique_ptr<Updater> updater;
 
-    explicit Fixture(const UpdateSettings& settings = {"https://feed/", "key"}) {
+    explicit Fixture(const UpdateSettings& settings = {"https://feed/", "key"}, bool brokenAtFirst = false)
+        : broken(brokenAtFirst) {
         const auto records = [this](const std::string& word) {
             return [this, word] { calls += word + ", "; };
         };
         const auto make = [this, records](auto handler) -> UpdateFramework::Controller {
             willInstall = handler;
-            return {records("start"), records("checks"), records("downloads"), records("check")};
+            const auto start = [this]() -> std::expected<void, std::string> {
+                calls += "start, ";
+                if (broken) return std::unexpected("no key");
+                return {};
+            };
+            return {start, records("checks"), records("downloads"), records("check"), records("alert")};
         };
         const auto log = [this](const auto& line) { calls += lines.at(line) + ", "; };
         const auto now = [this] { return clock->now(); };
@@ -58,6 +66,7 @@ struct Fixture {
             {"update", [](auto& f) { f.willInstall("1.2", [&f] { f.calls += "install, "; }); }},
             {"menu", [](auto& f) { f.updater->checkForUpdates(); }},
             {"quit", [](auto& f) { f.updater->appWillQuit(); }},
+            {"mend", [](auto& f) { f.broken = false; }},
             {"busy", [](auto& f) { f.busy = true; }},
             {"idle", [](auto& f) { f.busy = false; }},
             {"slow", [](auto& f) { f.slow = true; }},
@@ -104,6 +113,12 @@ TEST(Updater, installsAtAQuietMoment) {
         EXPECT_EQ(f.calls, "start, checks, downloads, " + calls) << events;
         EXPECT_EQ(f.looks, looks) << events;
     }
+}
+
+TEST(Updater, startsTheFrameworkAgainFromTheMenu) {
+    Fixture f({"https://feed/", "key"}, true);
+    for (const char* event : {"+60", "menu", "mend", "menu", "menu"}) f.act(event);
+    EXPECT_EQ(f.calls, "start, failed, checks, downloads, start, failed, alert, start, check, check, ");
 }
 
 TEST(Updater, ignoresAnswersAfterItsEnd) {

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <utility>
@@ -6,6 +5,7 @@
 #import <AppKit/AppKit.h>
 #include <unistd.h>
 
+#include "app/platform/CopyOrder.h"
 #include "app/platform/macos/CocoaText.h"
 #include "app/platform/macos/MacOperations.h"
 #include "app/platform/macos/ShowWindowNotice.h"
@@ -18,37 +18,26 @@ namespace tarnik {
 
 namespace {
 
-using Table = std::vector<ProcessEntry>;
-
-std::optional<ProcessTime> startOf(pid_t pid, const Table& table) {
-    const auto entry = std::ranges::find(table, pid, &ProcessEntry::pid);
-    return entry != table.end() ? entry->started : std::nullopt;
-}
-
 std::vector<OtherCopy> startedBefore() {
-    const pid_t ourselves = ::getpid();
     const auto table = MacProcesses::table();
-    const auto ourStart = table ? startOf(ourselves, *table) : std::nullopt;
+    if (!table) return {};
     std::vector<OtherCopy> copies;
-    if (!ourStart) return copies;
     @autoreleasepool {
         NSString* identifier = cocoaText(TarnikIdentity::bundleIdentifier);
         for (NSRunningApplication* each in
              [NSRunningApplication runningApplicationsWithBundleIdentifier:identifier]) {
-            const pid_t pid = each.processIdentifier;
-            const auto start = startOf(pid, *table);
-            // The lower process id counts as the earlier one if both started at the same moment.
-            if (!start || std::pair(*start, pid) >= std::pair(*ourStart, ourselves)) continue;
-            copies.push_back({.pid = pid, .started = start, .bundlePath = plainText(each.bundleURL.path)});
+            copies.push_back({.pid = each.processIdentifier,
+                              .started = std::nullopt,
+                              .bundlePath = plainText(each.bundleURL.path)});
         }
     }
-    return copies;
+    return CopyOrder::startedBefore(::getpid(), std::move(copies), *table);
 }
 
 bool isRunning(const OtherCopy& copy) {
     if (copy.pid < 2 || (::kill(copy.pid, 0) != 0 && errno == ESRCH)) return false;
     const auto table = MacProcesses::table();
-    return !table || startOf(copy.pid, *table) == copy.started;
+    return !table || CopyOrder::contains(*table, copy);
 }
 
 // Returns an operation that calls `action` unless the process has ended or its process id was reused.

@@ -36,7 +36,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
             .switches = macSwitches(),
             .log = macLog,
             .loginItem = macLoginItem(),
-            .updates = macUpdates(macLog("updater")),
+            .updates = macUpdates(),
             .bundles = macBundles(run.bundle),
             .events = macEvents(),
             .notices = macNotices(run.mainThread, run.bundle),

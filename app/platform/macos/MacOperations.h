@@ -30,9 +30,8 @@ SystemLog macLog(const std::string& category);
 // The login item of this application.
 LoginItemService macLoginItem();
 
-// The update framework Sparkle. The operations are absent in a build without Sparkle. `log` receives start
-// failures.
-UpdateFramework macUpdates(SystemLog log);
+// The update framework Sparkle. The operations are absent in a build without Sparkle.
+UpdateFramework macUpdates();
 
 // Has no operations if the program runs outside a bundle, because such a program can't be moved.
 BundleOperations macBundles(const std::optional<std::string>& ownBundle);

@@ -1,10 +1,8 @@
-#include <algorithm>
-
 #include <Security/Security.h>
 
 #include "app/platform/CfText.h"
+#include "app/platform/SignatureRequirement.h"
 #include "app/platform/macos/MacOperations.h"
-#include "core/foundation/TarnikIdentity.h"
 
 namespace tarnik {
 
@@ -36,18 +34,12 @@ std::optional<std::string> teamIdentifier(const std::string& bundle) {
     return CfText::text(::CFDictionaryGetValue(information.get(), kSecCodeInfoTeamIdentifier)).value_or("");
 }
 
-// Returns a requirement of our bundle identifier and of a certificate that Apple issued to this team. The
-// team becomes part of the requirement's source text, so only capital letters and digits are accepted.
-// Returns an empty owner for any other team.
+// Returns an empty owner if the team is malformed.
 CfOwner<SecRequirementRef> requirementNaming(const std::string& team) {
     CfOwner<SecRequirementRef> requirement;
-    const bool isPlain =
-        std::ranges::all_of(team, [](char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); });
-    if (team.empty() || !isPlain) return requirement;
-    const auto text =
-        CfText::of("anchor apple generic and identifier \"" + std::string(TarnikIdentity::bundleIdentifier) +
-                   "\" and certificate leaf[subject.OU] = \"" + team + "\"");
-    ::SecRequirementCreateWithString(text.get(), kSecCSDefaultFlags, requirement.receive());
+    const auto text = signatureRequirement(team);
+    if (!text) return requirement;
+    ::SecRequirementCreateWithString(CfText::of(*text).get(), kSecCSDefaultFlags, requirement.receive());
     return requirement;
 }
 

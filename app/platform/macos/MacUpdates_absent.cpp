@@ -2,7 +2,7 @@
 
 namespace tarnik {
 
-UpdateFramework macUpdates(SystemLog) {
+UpdateFramework macUpdates() {
     return {};
 }
 

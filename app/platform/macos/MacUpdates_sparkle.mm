@@ -8,7 +8,6 @@
 // Owns the controller and is its delegate. The controller references its delegate weakly.
 @interface TarnikUpdates : NSObject <SPUUpdaterDelegate>
 @property(nonatomic, readonly, strong) SPUStandardUpdaterController* controller;
-@property(nonatomic) BOOL hasStarted;
 - (instancetype)initWithHandler:(tarnik::UpdateFramework::WillInstallOnQuit)handler;
 @end
 
@@ -41,39 +40,28 @@ namespace tarnik {
 
 namespace {
 
-// Starts the updater without an alert. The controller's own start would show an alert at each failed start.
-void start(TarnikUpdates* updates, const SystemLog& log) {
+// The updater's own start returns the error. The controller's start would show an alert.
+std::expected<void, std::string> start(TarnikUpdates* updates) {
     NSError* error = nil;
-    updates.hasStarted = [updates.controller.updater startUpdater:&error];
-    if (!updates.hasStarted) log("no updates: " + plainText(error.localizedDescription));
+    if ([updates.controller.updater startUpdater:&error]) return {};
+    return std::unexpected(plainText(error.localizedDescription));
 }
 
-// Checks for updates. If the updater still can't start, the controller shows the reason.
-void check(TarnikUpdates* updates) {
-    if (!updates.hasStarted) updates.hasStarted = [updates.controller.updater startUpdater:nil];
-    if (updates.hasStarted) {
-        [updates.controller checkForUpdates:nil];
-    } else {
-        [updates.controller startUpdater];
-    }
-}
-
-UpdateFramework::Controller makeController(UpdateFramework::WillInstallOnQuit handler, const SystemLog& log) {
+UpdateFramework::Controller makeController(UpdateFramework::WillInstallOnQuit handler) {
     TarnikUpdates* updates = [[TarnikUpdates alloc] initWithHandler:std::move(handler)];
-    return {.start = [updates, log] { start(updates, log); },
+    return {.start = [updates] { return start(updates); },
             .setAutomaticallyChecks =
                 [updates] { updates.controller.updater.automaticallyChecksForUpdates = YES; },
             .setAutomaticallyDownloads =
                 [updates] { updates.controller.updater.automaticallyDownloadsUpdates = YES; },
-            .checkForUpdates = [updates] { check(updates); }};
+            .checkForUpdates = [updates] { [updates.controller checkForUpdates:nil]; },
+            .showStartFailure = [updates] { [updates.controller startUpdater]; }};
 }
 
 }  // namespace
 
-UpdateFramework macUpdates(SystemLog log) {
-    return {.makeController = [log = std::move(log)](UpdateFramework::WillInstallOnQuit handler) {
-        return makeController(std::move(handler), log);
-    }};
+UpdateFramework macUpdates() {
+    return {.makeController = makeController};
 }
 
 }  // namespace tarnik
