@@ -1,6 +1,8 @@
 #include "core/node/NodeLog.h"
 
+#include <atomic>
 #include <filesystem>
+#include <future>
 #include <thread>
 #include <tuple>
 #include <vector>
@@ -159,6 +161,26 @@ TEST(NodeLog, livesUntilItsPipesEnd) {
     EXPECT_EQ(contents(f.path), "from an old node and a new one");
     EXPECT_EQ(fs::status(f.logs + "/c").permissions(), fs::perms(0700));
     EXPECT_EQ(fs::status(f.path).permissions(), fs::perms(0600));
+}
+
+TEST(NodeLog, attachesAndDrainsAlthoughTheDiskHangs) {
+    Fixture f;
+    std::promise<void> recovery;
+    std::atomic<bool> hangs = false;
+    const auto log = NodeLog::make(f.path, 100, [&hangs, recovered = recovery.get_future().share()] {
+        if (hangs) recovered.wait();
+        return steadyNow();
+    });
+    const auto output = log->attach();
+    hangs = true;
+    ASSERT_EQ(::write(output.writeEnd.get(), "x", 1), 1);
+    std::this_thread::sleep_for(50ms);  // until the reader waits for the disk
+    const TimePoint began = steadyNow();
+    for (int i = 0; i < 3; ++i) EXPECT_FALSE(log->attach().writeEnd);
+    log->drain(0.01s);
+    EXPECT_LT(steadyNow() - began, 2 * NodeLog::openLimit);
+    recovery.set_value();
+    EXPECT_TRUE(eventually([&log] { return static_cast<bool>(log->attach().writeEnd); }));
 }
 
 }  // namespace
