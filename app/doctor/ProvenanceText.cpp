@@ -16,6 +16,7 @@ using TreeState = ProvenanceCheck::TreeState;
 
 constexpr std::size_t mostFiles = 200;  // of each tree
 constexpr std::size_t longestPath = 300;
+constexpr std::size_t longestMode = 8;
 
 std::string_view nameOf(TreeState state) {
     switch (state) {
@@ -39,16 +40,32 @@ std::string_view nameOf(Record record) {
     return "good";
 }
 
-// Calls `report` with at most `mostFiles` paths. The record is a file that another program may have changed,
-// so its names may have control characters.
+struct Difference {
+    const char* how;
+    const std::string& path;
+    const TreeDifferences::ModeChange* mode;  // null unless only the mode differs
+};
+
+// Calls `report` for at most `mostFiles` paths. The record is a file that another program may have changed,
+// so its names and modes may have control characters.
 void forEachDifference(const TreeDifferences& differences,
-                       const std::function<void(const char* how, const std::string& path)>& report) {
+                       const std::function<void(const Difference&)>& report) {
     const std::pair<const char*, const std::vector<std::string>*> kinds[] = {
         {"changed", &differences.changed}, {"missing", &differences.missing}, {"added", &differences.added}};
     std::size_t count = 0;
     for (const auto& [how, paths] : kinds)
         for (const auto& path : *paths)
-            if (count++ < mostFiles) report(how, path);
+            if (count++ < mostFiles) {
+                const auto mode = differences.modes.find(path);
+                report({how, path, mode != differences.modes.end() ? &mode->second : nullptr});
+            }
+}
+
+// Returns "changed", or "mode 644, was 755".
+std::string wordsFor(const Difference& difference) {
+    if (difference.mode == nullptr) return difference.how;
+    return "mode " + sanitizedLine(difference.mode->is, longestMode) + ", was " +
+           sanitizedLine(difference.mode->was, longestMode);
 }
 
 std::string reasonOf(const ProvenanceCheck& check) {
@@ -85,8 +102,9 @@ Finding provenanceFinding(const ProvenanceCheck& check) {
     std::string files;
     for (const auto& tree : check.trees) {
         int count = 0;
-        forEachDifference(tree.differences, [&](const char* how, const std::string& path) {
-            if (count++ < named) files += (files.empty() ? "" : ", ") + path + " (" + how + ")";
+        forEachDifference(tree.differences, [&](const Difference& file) {
+            if (count++ >= named) return;
+            files += (files.empty() ? "" : ", ") + file.path + " (" + wordsFor(file) + ")";
         });
         if (count > named) files += " and " + std::to_string(tree.differences.count() - named) + " more";
         const bool isWhole = tree.state == TreeState::unchanged || tree.state == TreeState::unknownOrigin;
@@ -102,9 +120,10 @@ std::vector<std::string> provenanceLines(const ProvenanceCheck& check) {
     for (const auto& tree : check.trees) {
         lines.push_back(treeLine(tree));
         const auto folder = sanitizedLine(tree.folder, longestPath);
-        forEachDifference(tree.differences, [&](const char* how, const std::string& path) {
-            auto line = std::string("  ").append(how).append("  ").append(folder).append("/");
-            line += sanitizedLine(path, longestPath);
+        forEachDifference(tree.differences, [&](const Difference& file) {
+            auto line = std::string("  ").append(file.how).append("  ").append(folder).append("/");
+            line += sanitizedLine(file.path, longestPath);
+            if (file.mode != nullptr) line.append(" (").append(wordsFor(file)).append(")");
             lines.push_back(std::move(line));
         });
         if (tree.differences.count() > mostFiles)
@@ -117,9 +136,14 @@ std::string provenanceJson(const ProvenanceCheck& check) {
     std::string trees;
     for (const auto& tree : check.trees) {
         std::string files;
-        forEachDifference(tree.differences, [&](const char* how, const std::string& path) {
+        forEachDifference(tree.differences, [&](const Difference& file) {
             files += std::string(files.empty() ? "" : ",") + R"({"path":)" +
-                     quotedJson(sanitizedLine(path, longestPath)) + R"(,"how":")" + how + "\"}";
+                     quotedJson(sanitizedLine(file.path, longestPath)) + R"(,"how":")" + file.how + "\"";
+            if (file.mode != nullptr) {
+                files += R"(,"mode":{"was":)" + quotedJson(sanitizedLine(file.mode->was, longestMode)) +
+                         R"(,"is":)" + quotedJson(sanitizedLine(file.mode->is, longestMode)) + "}";
+            }
+            files += "}";
         });
         trees += (trees.empty() ? "" : ",") + (R"({"name":)" + quotedJson(tree.name)) + R"(,"version":)" +
                  quotedJson(sanitizedLine(tree.version, longestPath)) + R"(,"state":")" +

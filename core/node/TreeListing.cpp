@@ -1,5 +1,6 @@
 #include "core/node/TreeListing.h"
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstdio>
@@ -50,6 +51,32 @@ std::string textOf(const std::string& path, mode_t mode, const TreeListing::Dige
     return "o";
 }
 
+struct EntryParts {
+    std::string_view kind;
+    std::string_view mode;
+    std::string_view content;
+};
+
+EntryParts partsOf(std::string_view entry) {
+    const auto kindEnd = std::min(entry.find(' '), entry.size());
+    EntryParts parts{.kind = entry.substr(0, kindEnd), .mode = {}, .content = entry.substr(kindEnd)};
+    if (parts.kind != "f" && parts.kind != "d") return parts;
+    const auto rest = parts.content.substr(std::min<std::size_t>(1, parts.content.size()));
+    const auto modeEnd = std::min(rest.find(' '), rest.size());
+    parts.mode = rest.substr(0, modeEnd);
+    parts.content = rest.substr(modeEnd);
+    return parts;
+}
+
+// A file that can't be read counts as a change of the mode only, because its content is unknown.
+std::optional<TreeDifferences::ModeChange> modeChange(std::string_view recorded, std::string_view found) {
+    const auto was = partsOf(recorded);
+    const auto is = partsOf(found);
+    if (was.kind != is.kind || was.mode == is.mode) return std::nullopt;
+    if (was.content != is.content && is.content != " ?") return std::nullopt;
+    return TreeDifferences::ModeChange{.was = std::string(was.mode), .is = std::string(is.mode)};
+}
+
 std::string joined(const std::string& folder, std::string_view name) {
     std::string path = folder;
     if (!name.empty()) path.append("/").append(name);
@@ -93,10 +120,12 @@ TreeDifferences TreeDifferences::between(const TreeListing& recorded, const Tree
     TreeDifferences differences;
     for (const auto& [path, entry] : recorded.entries) {
         const auto now = found.entries.find(path);
-        if (now == found.entries.end())
+        if (now == found.entries.end()) {
             differences.missing.push_back(path);
-        else if (now->second != entry)
+        } else if (now->second != entry) {
             differences.changed.push_back(path);
+            if (auto mode = modeChange(entry, now->second)) differences.modes.emplace(path, *std::move(mode));
+        }
     }
     for (const auto& [path, entry] : found.entries)
         if (!recorded.entries.contains(path)) differences.added.push_back(path);

@@ -38,9 +38,18 @@ struct TreeListing {
 
 // The differences between a recorded tree and the tree on the disk. Paths are sorted.
 struct TreeDifferences {
+    struct ModeChange {
+        std::string was;  // octal
+        std::string is;
+
+        bool operator==(const ModeChange&) const = default;
+    };
+
     std::vector<std::string> changed;
     std::vector<std::string> missing;
     std::vector<std::string> added;
+    // The paths in `changed` of which only the mode has changed, as far as the content can be read.
+    std::map<std::string, ModeChange, std::less<>> modes;
 
     static TreeDifferences between(const TreeListing& recorded, const TreeListing& found);
 

@@ -75,9 +75,12 @@ TEST(Provenance, namesEveryFileThatDiffers) {
     const auto check = f.check();
     EXPECT_FALSE(check.isGood());
     ASSERT_EQ(check.trees.size(), 2U);
-    EXPECT_EQ(check.trees[0].differences, (TreeDifferences{{"bin/npm"}, {"bin/node"}, {}}));
+    EXPECT_EQ(check.trees[0].differences, (TreeDifferences{{"bin/npm"}, {"bin/node"}, {}, {}}));
     EXPECT_EQ(check.trees[1].differences,
-              (TreeDifferences{{"a%20b%0A%25", "lib/node_modules/openclaw/openclaw.mjs"}, {}, {"new"}}));
+              (TreeDifferences{{"a%20b%0A%25", "lib/node_modules/openclaw/openclaw.mjs"},
+                               {},
+                               {"new"},
+                               {{"a%20b%0A%25", {.was = "600", .is = "700"}}}}));
     fs::remove_all(f.home.runtimeDir());
     EXPECT_EQ(f.check().trees[0].state, State::gone);
 }
