@@ -72,14 +72,16 @@ std::optional<Finding> checkLinks(Examination& examination) {
 }
 
 std::optional<Finding> checkAutostart(Examination& examination) {
-    const auto& path = examination.deps().desktop.autostartEntry;
+    const auto& desktop = examination.deps().desktop;
+    const auto& path = desktop.autostartEntry;
     constexpr std::size_t maxEntryBytes = 65'536;
     const auto entry = path.empty() ? std::nullopt : readFile(path, maxEntryBytes);
     if (!entry) return std::nullopt;
     const auto program = DesktopEntry(*entry).tryExec();
     if (program && !isExecutableFile(*program))
         return finding(Severity::warning, DoctorTexts::deadAutostart, path);
-    return fine("The entry for the start at login is there.");
+    if (!desktop.startsByAutostart()) return finding(Severity::note, DoctorTexts::autostartOff);
+    return fine("tarnik starts when you log in.");
 }
 
 }  // namespace

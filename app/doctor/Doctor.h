@@ -53,7 +53,8 @@ struct DoctorDesktop {
     std::function<bool()> hasSessionBus;
     std::function<std::optional<bool>()> hasTray;             // std::nullopt if it can't be determined
     std::function<std::optional<std::string>()> linkHandler;  // the name of the entry that opens our links
-    std::string autostartEntry;  // the path; empty if the system has no such entry
+    std::string autostartEntry;               // the path; empty if the system has no such entry
+    std::function<bool()> startsByAutostart;  // whether this session starts tarnik by its entry
 };
 
 // The effects of the doctor. No operation changes anything. Each blocks for a limited time.

@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 
+#include "app/platform/AutostartEntry.h"
 #include "core/foundation/TarnikIdentity.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/process/Spawner.h"
@@ -58,7 +59,7 @@ std::optional<std::string> linkHandler(const Environment& environment) {
 
 DoctorDesktop doctorDesktop(const DoctorSubject& subject) {
     const auto& environment = subject.host.inherited;
-    const auto entry = std::string(TarnikIdentity::bundleIdentifier) + ".desktop";
+    const AutostartEntry entry(subject.folders, environment, subject.executable);
     return {.ownCopy = {},
             .installPath = {},
             .startsAtLogin = {},
@@ -66,7 +67,8 @@ DoctorDesktop doctorDesktop(const DoctorSubject& subject) {
             .hasSessionBus = [environment] { return hasSessionBus(environment); },
             .hasTray = [environment] { return hasTray(environment); },
             .linkHandler = [environment] { return linkHandler(environment); },
-            .autostartEntry = subject.folders.preferences + "/autostart/" + entry};
+            .autostartEntry = AutostartEntry::entryPath(subject.folders),
+            .startsByAutostart = [entry] { return entry.state() == LoginItemState::on; }};
 }
 
 }  // namespace tarnik

@@ -102,6 +102,9 @@ inline constexpr Text oldAgent{"An agent of an earlier command-line install star
                                "Start tarnik once; it removes an agent that is its own."};
 inline constexpr Text noLoginItem{"tarnik doesn't start when you log in.",
                                   "Turn it on in the system's list of programs that start at login."};
+inline constexpr Text autostartOff{
+    "The entry that starts tarnik when you log in is turned off.",
+    "If you want that, turn on \"Start at login\" in tarnik's window. A service doesn't need it."};
 inline constexpr Text noBus{
     "There is no session bus, so the window has no tray icon and links don't reach it.",
     "Log in to a desktop session, or use: tarnik serve"};

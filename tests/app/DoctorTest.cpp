@@ -1,5 +1,6 @@
 #include "app/doctor/Doctor.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -180,6 +181,16 @@ TEST(Doctor, reportsTheCauseAndHidesItsSymptoms) {
         breakIt(machine);
         EXPECT_EQ(machine.problems(), expected) << &breakIt - &cases[0].second;
     }
+}
+
+TEST(Doctor, notesAnAutostartEntryThatIsOff) {
+    Machine machine;
+    machine.deps.desktop.autostartEntry = machine.home().marker();
+    machine.deps.desktop.startsByAutostart = [] { return false; };
+    const auto findings = examine(machine.subject, machine.deps);
+    const auto found = std::ranges::find(findings, "login.autostart", &Finding::code);
+    ASSERT_NE(found, findings.end());
+    EXPECT_EQ(found->severity, Severity::note);
 }
 
 // A server that never answers costs its budget once, and only delays the checks that need it.
