@@ -92,6 +92,10 @@ int runServe(const CommandLine& line, HostEnvironment host, const ProgramLocatio
     });
     application.launch();
     loop->run({});
+    // Posted events are no longer shown. The end is recorded on this thread.
+    application.journal()->observe([&report](const JournalEvent& event) {
+        if (event.code == EventCode::programEnded) report.show(event);
+    });
     return application.finish(status);
 }
 
