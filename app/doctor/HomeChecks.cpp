@@ -61,7 +61,9 @@ std::optional<Finding> checkModes(Examination& examination) {
                        there);
     }
     constexpr mode_t writableByOthers = S_IWGRP | S_IWOTH;
-    for (const auto& path : {home.path, home.appDir(), parentFolder(home.runtimeDir()), home.runtimeDir()}) {
+    const std::string folders[] = {home.path, home.appDir(), parentFolder(home.runtimeDir()),
+                                   home.runtimeDir(), parentFolder(home.joinRecord())};
+    for (const auto& path : folders) {
         const auto found = statusOf(path);
         if (!found && errno == EACCES)  // of a folder above
             return finding(Severity::error, DoctorTexts::homeIsClosed, existingPart(parentFolder(path)));

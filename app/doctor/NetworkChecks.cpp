@@ -125,12 +125,12 @@ std::optional<Finding> checkService(Examination& examination) {
 
 // Returns "7 minutes", "3 hours" or "2 days".
 std::string durationText(WallTime::duration duration) {
-    using std::chrono::floor;
-    const auto days = floor<std::chrono::days>(duration).count();
-    const auto hours = floor<std::chrono::hours>(duration).count();
+    using std::chrono::round;
+    const auto days = round<std::chrono::days>(duration).count();
+    const auto hours = round<std::chrono::hours>(duration).count();
     if (days > 1) return std::to_string(days) + " days";
     if (hours > 1) return std::to_string(hours) + " hours";
-    return std::to_string(floor<std::chrono::minutes>(duration).count()) + " minutes";
+    return std::to_string(round<std::chrono::minutes>(duration).count()) + " minutes";
 }
 
 std::optional<Finding> checkClock(Examination& examination) {

@@ -123,6 +123,7 @@ TEST(Doctor, reportsTheCauseAndHidesItsSymptoms) {
         {"home.owner", [](auto& m) { m.subject.home->path = m.home().marker() + "/node"; }},
         {"home.modes", [](auto& m) { fs::permissions(m.home().path, fs::perms::none); }},
         {"home.modes", [](auto& m) { fs::permissions(m.home().path, fs::perms::all); }},
+        {"home.modes", [](auto& m) { ::chmod(fs::path(m.home().joinRecord()).parent_path().c_str(), 0); }},
         {"home.claim", [](auto& m) { fs::remove(m.home().marker()); }},
         {"home.disk", [](auto& m) { m.deps.freeBytes = [](auto&) { return 9U; }; }},
         {"logs.folder", [](auto& m) { fs::create_directories(m.subject.host.nodeLog); }},
