@@ -58,6 +58,7 @@ clang-19|is the second compiler
 libclang-rt-19-dev|provides its sanitizers
 clang-tidy-19|finds likely faults
 clang-format-19|checks the formatting
+llvm-19|reads and changes programs for macOS in the Darwin check
 shellcheck|checks the shell scripts
 npm|downloads the compiler for the Darwin check
 libgnustep-gui-dev|declares Foundation and AppKit for the Darwin check

@@ -1,11 +1,15 @@
 #!/usr/bin/env bash
-# dmg.sh APP IMAGE IDENTITY: makes a disk image with the signed tarnik.app and a link to the Applications folder, and
-# signs the image.
+# dmg.sh [--dry-run] APP IMAGE IDENTITY: makes a disk image with the signed tarnik.app and a link to the Applications
+# folder, and signs the image.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=packaging/macos/tools.sh
 source "$here/tools.sh"
-(($# == 3)) || fail "usage: dmg.sh APP IMAGE IDENTITY"
+if [[ ${1-} == --dry-run ]]; then
+    dryRun=yes
+    shift
+fi
+(($# == 3)) || fail "usage: dmg.sh [--dry-run] APP IMAGE IDENTITY"
 app=$1
 image=$2
 identity=$3
@@ -13,7 +17,7 @@ needApp "$app"
 [[ $image == *.dmg ]] || fail "$image doesn't end in .dmg"
 [[ ! -e $image ]] || fail "$image already exists"
 for tool in hdiutil ditto codesign; do need "$tool" "macOS"; done
-codesign --verify --deep --strict "$app" || fail "$app isn't signed: run sign.sh"
+run codesign --verify --deep --strict "$app" || fail "$app isn't signed: run sign.sh"
 options=(--sign "$identity")
 if [[ $identity != - ]]; then
     needIdentity "$identity"
@@ -22,7 +26,7 @@ fi
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-ditto "$app" "$work/tarnik.app"
-ln -s /Applications "$work/Applications"
-hdiutil create -quiet -volname tarnik -fs APFS -format UDZO -srcfolder "$work" "$image"
-codesign "${options[@]}" "$image"
+run ditto "$app" "$work/tarnik.app"
+run ln -s /Applications "$work/Applications"
+run hdiutil create -quiet -volname tarnik -fs APFS -format UDZO -srcfolder "$work" "$image"
+run codesign "${options[@]}" "$image"

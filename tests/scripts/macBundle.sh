@@ -36,11 +36,13 @@ refuses() {
 
 sparkle=$work/Sparkle.framework/Versions
 mkdir -p "$tools" "$build/app" "$build/macos" "$work/out" "$sparkle/B/XPCServices/Downloader.xpc" "$sparkle/B/Updater.app"
-for name in bash basename cat chmod cp dirname find grep head install ln mkdir mktemp rm sed sort tail tee touch tr; do
+for name in awk bash basename cat chmod cp dirname find grep head install ln mkdir mktemp mv od realpath rm sed sort tail tee touch tr; do
     ln -s "$(command -v "$name")" "$tools/$name"
 done
-for file in app/tarnik macos/Info.plist crypto driver; do : >"$build/$file"; done
-touch "$sparkle/B/Autoupdate"
+# The first bytes of a program or library.
+for file in "$build"/{app/tarnik,crypto,driver} "$sparkle/B/"{Autoupdate,Sparkle}; do printf '\xcf\xfa\xed\xfe' >"$file"; done
+: >"$build/macos/Info.plist"
+chmod +x "$build/app/tarnik"
 ln -s B "$sparkle/Current"
 PATH=$tools
 
@@ -56,12 +58,11 @@ TARNIK_OLDEST_MACOS:STRING=13.0
 END
 refuses "brew install qt" "$scripts/bundle.sh" "$build" "$app"
 
-tool macdeployqt 'mkdir -p "$1/Contents/PlugIns"; : >"$1/Contents/PlugIns/libqcocoa.dylib"'
-tool otool 'case "$1 $2" in
-    "-l "*MacOS/tarnik) echo "Load command 1"; echo "         path /opt/x/lib (offset 12)"; echo "    minos 13.0" ;;
-    "-l "*libqcocoa.dylib) echo "Load command 1"; echo "    minos $(cat "$WORK/minos")" ;;
-    "-L "*libqcocoa.dylib) printf "\t%s (compatibility version 1)\n" "$(cat "$WORK/needs")" ;;
-esac'
+# macBundleCheck.sh tests the check itself with real files.
+tool macdeployqt 'mkdir -p "$1/Contents/PlugIns"; cp "$1/Contents/MacOS/tarnik" "$1/Contents/PlugIns/libqcocoa.dylib"'
+tool otool 'printf "Load command 1\n  cmd LC_RPATH\n path /opt/x/lib (offset 12)\n cmd LC_LOAD_DYLIB\n name %s (offset 24)\n" \
+    "$(cat "$WORK/needs")"; printf "  cmd LC_BUILD_VERSION\n minos 13.0\n"'
+tool lipo 'echo "arm64 x86_64"'
 tool install_name_tool
 tool plutil
 tool ditto 'cp -R "${@: -2:1}" "${@: -1}"'
@@ -72,18 +73,9 @@ tool codesign 'echo "Authority=${AUTHORITY-Developer ID Application: Ada}"'
 tool hdiutil ': >"${@: -1}"'
 tool xcrun '[[ $1 != notarytool ]] || printf "  id: 77\n  status: %s\n" "${STATUS-Accepted}"'
 
-# Code that doesn't run on other Macs is refused.
-echo /usr/lib/libSystem.B.dylib >"$work/needs"
-echo 14.2 >"$work/minos"
-refuses "libqcocoa.dylib needs macOS 14.2" "$scripts/bundle.sh" "$build" "$app"
-rm -r "$app"
-echo 12.0 >"$work/minos"
+# The bundle is made, but refused for a library of the build machine.
 echo /opt/x/lib/libb.dylib >"$work/needs"
-refuses "libqcocoa.dylib needs /opt/x/lib/libb.dylib" "$scripts/bundle.sh" "$build" "$app"
-rm -r "$app"
-
-echo @rpath/libb.dylib >"$work/needs"
-"$scripts/bundle.sh" "$build" "$app" >/dev/null || complain "the bundle isn't made"
+refuses "libqcocoa.dylib (x86_64) needs /opt/x/lib/libb.dylib" "$scripts/bundle.sh" "$build" "$app"
 for file in MacOS/tarnik Info.plist Resources/{cua-driver,tarnik.icns,MenuBarIcon@2x.png} \
     Frameworks/{libcrypto.3.dylib,Sparkle.framework/Versions/B/Autoupdate}; do
     [[ -f $app/Contents/$file ]] || complain "$file isn't in the bundle"
@@ -94,16 +86,26 @@ refuses "has no signing identity 'Developer ID'" "$scripts/sign.sh" "$app" "Deve
 ! grep -q "codesign --force" "$LOG" || complain "signed without an identity"
 "$scripts/sign.sh" "$app" "Developer ID Application: Ada (TEAM)" >/dev/null
 signed=$(sed -n "s|^codesign --force .* $app||p" "$LOG")
-expected='/Contents/PlugIns/libqcocoa.dylib /Contents/Frameworks/libcrypto.3.dylib
-/Contents/Frameworks/Sparkle.framework/Versions/Current/XPCServices/Downloader.xpc
-/Contents/Frameworks/Sparkle.framework/Versions/Current/Autoupdate
-/Contents/Frameworks/Sparkle.framework/Versions/Current/Updater.app
-/Contents/Frameworks/Sparkle.framework
-/Contents/Resources/cua-driver
-'
-libraries=$(head -2 <<<"$signed" | sort -r | tr '\n' ' ')
-[[ "${libraries% }"$'\n'"$(tail -n +3 <<<"$signed")"$'\n' == "$expected" ]] || complain "signed in this order: $signed"
+framework=/Contents/Frameworks/Sparkle.framework
+inner=("$framework/Versions/B/"{Autoupdate,Updater.app,XPCServices/Downloader.xpc})
+expected=$(printf '%s\n' "${inner[@]}" "$framework" /Contents/{PlugIns/libqcocoa,Frameworks/libcrypto.3}.dylib \
+    /Contents/Resources/cua-driver)
+[[ $(sort <<<"$signed") == "$(sort <<<"$expected")" ]] || complain "signed these files: $signed"
+for part in "${inner[@]}"; do
+    [[ $signed$'\n' == *"$part"$'\n'*"$framework"$'\n'* ]] || complain "$part was signed after its framework"
+done
+[[ $(grep '^codesign --force' "$LOG" | tail -n 1) == *" $app" ]] || complain "the application wasn't signed last"
 [[ $(grep -c -- '--options runtime --timestamp' "$LOG") == 8 ]] || complain "not all signatures are for the hardened runtime"
+# A dry run prints the same commands, on a system without these tools too.
+mkdir "$work/away"
+mv "$tools"/{codesign,hdiutil,ditto,xcrun,security} "$work/away"
+planned=$("$scripts/sign.sh" --dry-run "$app" "Ada" | sed -n "s|^codesign --force .* $app||p")
+[[ $planned == "$signed" ]] || complain "the dry run has another order: $planned"
+[[ $("$scripts/dmg.sh" --dry-run "$app" "$work/out/tarnik.dmg" -) == *ditto*hdiutil*codesign* &&
+    $("$scripts/notarise.sh" --dry-run "$app" profile) == *ditto*submit*staple* ]] || complain "a dry run lacks a step"
+[[ ! -e $work/out/tarnik.dmg ]] || complain "the dry run made an image"
+refuses "codesign is missing; it is part of macOS" "$scripts/sign.sh" "$app" -
+mv "$work/away"/* "$tools"
 rm "$app/Contents/Frameworks/Sparkle.framework/Versions/B/Autoupdate"
 refuses "this Sparkle has no Autoupdate" "$scripts/sign.sh" "$app" -
 
