@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "app/commands/ExitCode.h"
+#include "app/options/ExitCode.h"
 #include "app/texts/LinkTexts.h"
 
 namespace tarnik {

@@ -7,13 +7,13 @@
 #include <string>
 
 #include "app/AppDelegate.h"
-#include "app/CommandLine.h"
 #include "app/JournalFacts.h"
 #include "app/NodeHomeOwner.h"
 #include "app/ProgramStart.h"
 #include "app/control/ControlService.h"
 #include "app/journal/Journal.h"
 #include "app/model/AppModel.h"
+#include "app/options/CommandLine.h"
 #include "app/platform/AppPlatform.h"
 #include "app/relocation/Relocator.h"
 

@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-#include "app/commands/ExitCode.h"
+#include "app/options/ExitCode.h"
 #include "app/texts/FailureTexts.h"
 #include "core/driver/DriverLaunch.h"
 #include "core/driver/ProcessInspection.h"

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "app/CommandLine.h"
 #include "app/model/HostEnvironment.h"
+#include "app/options/CommandLine.h"
 #include "app/platform/SystemFolders.h"
 #include "core/process/Environment.h"
 

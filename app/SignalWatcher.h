@@ -10,8 +10,8 @@ namespace tarnik {
 // Calls `onSignal` on a thread of its own for SIGINT and SIGTERM, and for SIGHUP unless the program was
 // started with SIGHUP ignored.
 //
-// Created by runDesktop() and runConsole() before any other thread, so that all threads inherit the blocked
-// signals and only this thread receives them. Children start with no signal blocked.
+// Created by runDesktop(), runConsole() and runServe() before any other thread, so that all threads inherit
+// the blocked signals and only this thread receives them. Children start with no signal blocked.
 class SignalWatcher {
 public:
     using Wait = std::function<int(const sigset_t*, int*)>;  // like sigwait(3)

@@ -6,8 +6,8 @@
 
 #include "app/ProcessSetup.h"
 #include "app/ProgramStart.h"
-#include "app/commands/ExitCode.h"
 #include "app/commands/Front.h"
+#include "app/options/ExitCode.h"
 #include "app/texts/ProgramTexts.h"
 #include "core/process/MacProcesses.h"
 

@@ -100,7 +100,7 @@ function whyNotInclude(file, name, quoted) {
 // The faces are the top floor of app/. The commands start them.
 function whyNotFace(file, name) {
     const isAbove = /^app\/((views|desktop|console|commands)\/|main(_\w+)?\.cpp$)/.test(file);
-    const isFace = /^app\/(views|desktop|console)\//.test(name);
+    const isFace = /^app\/(views|desktop|console|commands)\//.test(name);
     return isFace && !isAbove ? 'is of a face, above the rest of app/' : undefined;
 }
 

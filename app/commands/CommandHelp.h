@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "app/CommandLine.h"
 #include "app/commands/Command.h"
+#include "app/options/CommandLine.h"
 
 // The help pages, generated from the tables of commands and options.
 namespace tarnik {

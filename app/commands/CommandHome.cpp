@@ -2,6 +2,7 @@
 
 #include "app/commands/Command.h"
 #include "app/model/ChosenHome.h"
+#include "app/options/StandardOptions.h"
 #include "app/platform/StoredPreferences.h"
 
 namespace tarnik {

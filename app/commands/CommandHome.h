@@ -3,7 +3,7 @@
 #include <expected>
 
 #include "app/ProgramStart.h"
-#include "app/commands/CommandOptions.h"
+#include "app/options/CommandOptions.h"
 #include "core/node/NodeHome.h"
 
 namespace tarnik {

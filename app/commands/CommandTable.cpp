@@ -5,9 +5,10 @@
 #include <cerrno>
 #include <cstring>
 
-#include "app/CommandLine.h"
 #include "app/commands/CommandHelp.h"
 #include "app/commands/Commands.h"
+#include "app/options/CommandLine.h"
+#include "app/options/StandardOptions.h"
 #include "app/texts/CommandTexts.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/node/NodeHome.h"
@@ -116,10 +117,11 @@ std::optional<std::string> problemWithArguments(const Command& command,
                                                 const std::vector<std::string>& arguments) {
     const auto wanted = placeholderOf(command);
     const bool isOptional = *command.argument == '[';
-    if (arguments.empty() && !wanted.empty() && !isOptional) return CommandTexts::missingArgument(command);
+    if (arguments.empty() && !wanted.empty() && !isOptional)
+        return CommandTexts::missingArgument(command.name, command.argument);
     const std::size_t most = wanted.empty() ? 0 : 1;
     if (arguments.size() > most)
-        return CommandTexts::excessArgument(command, sanitizedLine(arguments[most], longestQuote));
+        return CommandTexts::excessArgument(command.name, sanitizedLine(arguments[most], longestQuote));
     if (arguments.empty()) return std::nullopt;
     return problemWithValue(wanted, command.name, arguments.front());
 }
@@ -148,7 +150,7 @@ int runCommand(const Command& command, RunCommand run, const std::vector<std::st
     const auto build = CommandLine::thisBuild();
     const auto refuse = [&](const std::string& problem) {
         output.error(problem);
-        output.note(CommandTexts::seeHelp(command));
+        output.note(CommandTexts::seeHelp(command.name));
         return exitStatus(ExitCode::wrongUse);
     };
     const auto options = CommandOptions::parse(optionsOf(command, build), words);

@@ -11,6 +11,7 @@
 #include "app/commands/RunningProgram.h"
 #include "app/console/PairingTranscript.h"
 #include "app/control/PairingProgress.h"
+#include "app/options/StandardOptions.h"
 #include "app/texts/RunningTexts.h"
 #include "app/texts/WindowTexts.h"
 #include "core/foundation/TextCleanup.h"

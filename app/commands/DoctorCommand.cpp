@@ -6,6 +6,7 @@
 #include "app/commands/ExaminedInstallation.h"
 #include "app/commands/TextWrap.h"
 #include "app/doctor/FindingText.h"
+#include "app/options/StandardOptions.h"
 #include "app/texts/DoctorTexts.h"
 
 namespace tarnik {

@@ -1,10 +1,10 @@
 #include "app/commands/Front.h"
 
-#include "app/CommandLine.h"
 #include "app/ProgramStart.h"
 #include "app/bundle/BuildKind.h"
 #include "app/commands/CommandHelp.h"
 #include "app/commands/CommandTable.h"
+#include "app/options/CommandLine.h"
 
 namespace tarnik {
 namespace {

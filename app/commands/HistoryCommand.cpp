@@ -2,6 +2,7 @@
 #include "app/commands/EventLine.h"
 #include "app/journal/Journal.h"
 #include "app/journal/JournalReader.h"
+#include "app/options/StandardOptions.h"
 #include "app/texts/LogTexts.h"
 
 namespace tarnik {

@@ -1,5 +1,6 @@
 #include "app/commands/Commands.h"
 #include "app/console/ServeProgram.h"
+#include "app/options/StandardOptions.h"
 
 namespace tarnik {
 

@@ -9,6 +9,7 @@
 #include "app/commands/TextWrap.h"
 #include "app/control/StatusOnDisk.h"
 #include "app/control/StatusText.h"
+#include "app/options/StandardOptions.h"
 
 namespace tarnik {
 namespace {

@@ -11,6 +11,7 @@
 #include "app/control/ControlFolder.h"
 #include "app/control/Status.h"
 #include "app/model/ChosenHome.h"
+#include "app/options/StandardOptions.h"
 #include "app/platform/StoredPreferences.h"
 #include "app/texts/UninstallTexts.h"
 #include "app/uninstall/UninstallPlan.h"

@@ -2,6 +2,7 @@
 #include "app/commands/ExaminedInstallation.h"
 #include "app/doctor/FindingText.h"
 #include "app/doctor/ProvenanceText.h"
+#include "app/options/StandardOptions.h"
 #include "app/texts/DoctorTexts.h"
 
 namespace tarnik {

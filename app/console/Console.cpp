@@ -5,9 +5,9 @@
 
 #include <unistd.h>
 
-#include "app/CommandLine.h"
 #include "app/ProgramStart.h"
 #include "app/console/WindowLines.h"
+#include "app/options/CommandLine.h"
 #include "app/texts/ConsoleTexts.h"
 #include "core/pairing/PairingSession.h"
 

@@ -7,11 +7,11 @@
 
 #include "app/Application.h"
 #include "app/SignalWatcher.h"
-#include "app/commands/ExitCode.h"
 #include "app/console/ConsoleLoop.h"
 #include "app/console/HeadlessPlatform.h"
 #include "app/console/ServiceNotification.h"
 #include "app/console/ServiceOutput.h"
+#include "app/options/ExitCode.h"
 #include "app/texts/ConsoleTexts.h"
 #include "app/texts/FailureTexts.h"
 

@@ -19,9 +19,9 @@ struct ControlLimits {
 
 // One client of the control socket: the bytes of its next requests, and the answers that it has not read yet.
 //
-// Owned by ControlServer and used on its thread only. Its memory is bounded: it stops reading while a
-// request is running, while a reply is not sent completely, or while a complete line waits. A newer update of
-// a stream replaces one that waits.
+// Owned by ControlClients and used on the server's thread only. Its memory is bounded: it stops reading while
+// a request is running, while a reply is not sent completely, or while a complete line waits. A stream is a
+// request with several answers, its updates. A newer update replaces one that has not begun to be sent.
 class ControlConnection {
 public:
     ControlConnection(UniqueFd socket, ControlLimits limits);
@@ -31,8 +31,8 @@ public:
     // Returns the events for poll(2); 0 if the connection waits for the program.
     short events() const;
 
-    // Returns when the connection times out, or std::nullopt while it has no time limit: a request is
-    // running, or a stream is open and has nothing to send.
+    // Returns the time at which the connection times out. Returns std::nullopt while nothing waits to be sent
+    // and a request is running or a stream is open.
     std::optional<TimePoint> due() const;
 
     void read();
@@ -45,8 +45,9 @@ public:
     // Adds the line of an answer. Returns at once.
     void add(const std::string& line, std::int64_t id, ControlAnswer::Position position);
 
-    // Call before the program executes a request of nextLine(). Returns false if the open stream has the same
-    // id, because a client can't distinguish their answers; answers with an error then, and reads no more.
+    // Call before the program executes a request of nextLine(). Returns false if `id` is the id of the
+    // open stream, because the client couldn't distinguish the answers of the two. In this case the
+    // connection answers with an error and reads no more.
     bool beginRequest(std::int64_t id);
 
     // Returns true if the connection has to be closed: it failed, timed out, or has nothing more to do.

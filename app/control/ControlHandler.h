@@ -37,7 +37,8 @@ class ControlHandler {
 public:
     using Client = ControlServer::Client;
 
-    static constexpr Seconds watchInterval = Seconds(1);  // for the ages in the status
+    // A watched status is built anew after this time, because "12 seconds ago" changes without an event.
+    static constexpr Seconds watchInterval = Seconds(1);
 
     ControlHandler(ControlHandlerDeps deps, std::shared_ptr<AppModel> model);
 

@@ -19,8 +19,8 @@ namespace tarnik {
 // Serves the control socket on a thread of its own: accepts programs of this user, passes on their requests,
 // and sends the answers. The thread sleeps while no client is connected.
 //
-// Owned by Application, one per run. A client can't block it or make it use much memory: each has one request
-// at a time, a time limit, and bounded input and output.
+// Owned by ControlService, one per run. A client can't block it or make it use much memory: each has one
+// request at a time, a time limit, and bounded input and output.
 class ControlServer {
 public:
     using Client = ControlClients::Client;

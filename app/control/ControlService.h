@@ -27,7 +27,7 @@ public:
         SystemLog log;
         std::shared_ptr<Journal> journal;
         std::vector<std::string> folders;  // see ControlFolder
-        StatusSource source;               // without `events`, `history` and `helperVersion`
+        StatusSource source;               // the constructor adds `events`, `history` and `helperVersion`
         std::function<void()> openWindow;
         std::function<void()> quit;
         // Runs a task on a thread of its own. Returns false if the system can't create one.

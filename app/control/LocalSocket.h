@@ -26,7 +26,8 @@ UniqueFd accept(int listening);
 // Returns std::nullopt if the path is too long or contains a NUL.
 std::optional<sockaddr_un> address(const std::string& path);
 
-// Connects a new socket. The error is ECONNREFUSED if no program listens at the path.
+// Connects a new socket. The error is ECONNREFUSED if no program listens on the socket, and ENOENT if
+// the path doesn't exist.
 std::expected<UniqueFd, SystemError> connect(const std::string& path);
 
 // Works as write(2).

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/CommandLine.h"
 #include "app/ProgramStart.h"
 #include "app/model/HostEnvironment.h"
+#include "app/options/CommandLine.h"
 
 namespace tarnik {
 

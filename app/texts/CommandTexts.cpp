@@ -17,16 +17,16 @@ std::string unknownCommand(const std::string& word, std::optional<std::string_vi
     return unknown + " (tarnik --help lists the commands)";
 }
 
-std::string missingArgument(const Command& command) {
-    return std::string(command.name) + " needs an argument: " + command.argument;
+std::string missingArgument(const std::string& command, const std::string& placeholder) {
+    return command + " needs an argument: " + placeholder;
 }
 
-std::string excessArgument(const Command& command, const std::string& word) {
-    return std::string(command.name) + " doesn't take the argument '" + word + "'";
+std::string excessArgument(const std::string& command, const std::string& word) {
+    return command + " doesn't take the argument '" + word + "'";
 }
 
-std::string seeHelp(const Command& command) {
-    return std::string("Try: tarnik ") + command.name + " --help";
+std::string seeHelp(const std::string& command) {
+    return "Try: tarnik " + command + " --help";
 }
 
 }  // namespace tarnik::CommandTexts

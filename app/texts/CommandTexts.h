@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "app/commands/Command.h"
+#include "app/options/ExitCode.h"
 
 // The usage, headings and errors of the commands. The tables of commands and of options have their summaries.
 namespace tarnik::CommandTexts {
@@ -41,8 +41,8 @@ inline constexpr Text cantWrite = "the output couldn't be written";
 std::string sentence(std::string_view text);
 
 std::string unknownCommand(const std::string& word, std::optional<std::string_view> nearest);
-std::string missingArgument(const Command& command);
-std::string excessArgument(const Command& command, const std::string& word);
-std::string seeHelp(const Command& command);
+std::string missingArgument(const std::string& command, const std::string& placeholder);
+std::string excessArgument(const std::string& command, const std::string& word);
+std::string seeHelp(const std::string& command);
 
 }  // namespace tarnik::CommandTexts

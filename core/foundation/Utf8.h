@@ -9,7 +9,8 @@
 namespace tarnik {
 
 // Returns the bytes as valid UTF-8. Invalid sequences, including overlong forms, surrogates and numbers above
-// U+10FFFF, become U+FFFD: one for each longest prefix of a valid sequence, and one for each other byte.
+// U+10FFFF, become U+FFFD. One U+FFFD replaces the longest run of bytes that could begin a valid sequence,
+// and one replaces each other byte.
 std::string decodeLossy(std::string_view bytes);
 
 bool isUtf8(std::string_view bytes);
@@ -22,7 +23,8 @@ class LastCharacters {
 public:
     explicit LastCharacters(std::size_t count) : starts_(count) {}  // `count` is not 0
 
-    // Appends complete code points to the text, in linear time. An invalid byte counts as a character.
+    // Appends to the growing text, in linear time. `text` doesn't begin or end within a code point. Each
+    // invalid byte counts as a code point.
     void append(std::string_view text);
 
     // Returns the number of bytes before the last `count` characters, or 0 if the text has at most `count`.

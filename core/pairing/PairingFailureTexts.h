@@ -2,7 +2,8 @@
 
 #include <string_view>
 
-// The sentences of describe(PairingFailure), which are shown to the user.
+// The sentences of describe(PairingFailure), which are shown to the user. app/texts/LinkTexts.h has the
+// sentences about a link that the service refuses, such as one that has expired.
 namespace tarnik::PairingFailureTexts {
 
 using Text = std::string_view;

@@ -10,7 +10,7 @@ namespace tarnik {
 const BusObject& desktopPortal();
 
 // Registers our desktop entry with the portal. Call it before any other call to the portal. Older portals
-// lack this method and determine the entry themselves.
+// lack the method that this calls, and determine the entry themselves.
 void registerWithPortal(const QDBusConnection& bus);
 
 }  // namespace tarnik

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/commands/CommandOptions.h"
+#include "app/options/CommandOptions.h"
 #include "core/foundation/Time.h"
 
 namespace tarnik {

@@ -1,4 +1,4 @@
-#include "app/commands/CommandOptions.h"
+#include "app/options/CommandOptions.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "app/CommandLine.h"
+#include "app/options/CommandLine.h"
 
 #include <csignal>
 #include <cstdlib>

@@ -1,11 +1,11 @@
-#include "app/CommandLine.h"
+#include "app/options/CommandLine.h"
 
 #include <algorithm>
 #include <array>
 #include <iterator>
 
 #include "app/bundle/BuildKind.h"
-#include "app/commands/Command.h"
+#include "app/options/StandardOptions.h"
 #include "core/foundation/TextCleanup.h"
 #include "core/relocation/Relocation.h"
 
