@@ -9,7 +9,7 @@ import { printOutput, readArguments, refuse } from './commandLine.mjs';
 import { event } from './journey/consoleProgram.mjs';
 import { ConsoleRun } from './journey/consoleRun.mjs';
 import { layOut } from './journey/layout.mjs';
-import { demand, exactly, installedHelper, nothingStaged } from './journey/proof.mjs';
+import { demand, exactly, installedHelper, nothingStaged, onlyPlainRequests } from './journey/proof.mjs';
 import { cases } from './refusals/cases.mjs';
 import { compare, snapshot } from './refusals/disk.mjs';
 
@@ -64,6 +64,7 @@ async function tryOne(program, one) {
     compare(home, snapshot(place.home), one.leaves);
     compare(offered, snapshot(place.release.folder), 'nothing');
     if (one.leaves !== 'nothing') nothingStaged(place);
+    onlyPlainRequests(place.service);
     return { said };
   } catch (error) {
     return { problem: error.message, lines: run.console?.lines ?? [] };

@@ -48,6 +48,11 @@ export class ConsoleRun {
     return new ConsoleProgram(this.program, ['serve', ...this.place.words], this.place.environment);
   }
 
+  command(name) {
+    const [option, bundle] = this.place.words;
+    return new ConsoleProgram(this.program, [name, option, bundle], this.place.environment);
+  }
+
   expect(word, rest, from) {
     return this.console.expect(event(word, rest), from, this.deadline);
   }

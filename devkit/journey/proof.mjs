@@ -23,6 +23,10 @@ function runtimeVersion(runtime) {
   return execFileSync(runtime, ['--version'], { encoding: 'utf8', env: {}, timeout: versionLimitMs }).trim();
 }
 
+export function onlyPlainRequests({ surplus }) {
+  demand(surplus.length === 0, surplus.join('; '));
+}
+
 // Checks that runtime and helper are installed in a claimed node home.
 export function installedHelper({ nodeHome, marker, staging, runtime, entry, description, release }) {
   demand(lstatSync(marker).isFile(), `${marker} is not a file`);

@@ -5,7 +5,7 @@ import { driverFolders } from './driverProof.mjs';
 import { driverStages } from './driverStages.mjs';
 import { isRunning } from './processes.mjs';
 import {
-  demand, exactly, installedHelper, logShowsStart, modeOf, nothingStaged, politeStopMs, runningHelper,
+  demand, exactly, installedHelper, logShowsStart, modeOf, nothingStaged, onlyPlainRequests, politeStopMs, runningHelper,
 } from './proof.mjs';
 
 const noLink = "That doesn't look like a link from tarnik. "
@@ -335,6 +335,24 @@ export const stages = [
         quotes.push(`${moment}: ${ended} after ${tookMs} ms`);
       }
       return quotes;
+    },
+  },
+  {
+    name: 'the doctor asks the two servers',
+    reach: async (walk) => {
+      const { requests } = walk.place.service;
+      const before = requests.length;
+      await walk.command('doctor').expectExit(walk.deadline);
+      const asked = requests.slice(before).toSorted().join(', ');
+      demand(asked === 'GET /, GET /stable.json', `it sent ${asked}`);
+      return [asked];
+    },
+  },
+  {
+    name: 'no request has more than the protocol needs',
+    reach: ({ place: { service } }) => {
+      onlyPlainRequests(service);
+      return [`${service.requests.length} requests`];
     },
   },
 ];

@@ -11,6 +11,7 @@ import { createServer } from 'node:http';
 import { json, notFound, releaseFile } from './answers.mjs';
 import { deliver, misbehaviours, movedTo } from './delivery.mjs';
 import { Links } from './links.mjs';
+import { surplusOf } from './plainRequest.mjs';
 
 const host = '127.0.0.1';
 const longestControl = 64 * 1024;
@@ -27,6 +28,7 @@ async function controlBody(request) {
 
 class Service {
   requests = [];  // "METHOD PATH" of each request
+  surplus = [];  // the parts of the program's requests that the protocol doesn't need
 
   #folder;
   #server = createServer((request, response) => this.#serve(request, response));
@@ -61,6 +63,7 @@ class Service {
     try {
       const { pathname } = new URL(request.url, this.origin);
       this.requests.push(`${request.method} ${pathname}`);
+      this.surplus.push(...surplusOf(request, new URL(this.origin).host));
       const answer = await this.#answer(request, pathname);
       const how = this.#misbehaving.get(pathname) ?? deliver;
       await how(response, answer, pathname);

@@ -5,6 +5,7 @@ import { tmpdir } from 'node:os';
 import path from 'node:path';
 import { printPassed, readArguments } from '../commandLine.mjs';
 import { layOut } from '../journey/layout.mjs';
+import { onlyPlainRequests } from '../journey/proof.mjs';
 import { Desktop } from './desktop.mjs';
 import { WindowRun } from './windowRun.mjs';
 
@@ -27,6 +28,7 @@ async function playOne(one, run) {
   run.allow(one.limitMs ?? caseLimitMs);
   const start = performance.now();
   const quotes = await one.reach(run);
+  onlyPlainRequests(run.place.service);
   printPassed(one.name, performance.now() - start, quotes);
 }
 
