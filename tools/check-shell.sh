@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 shopt -s nullglob
-scripts=(dev .ci/run tools/*.sh tests/scripts/*.sh packaging/*/*.sh)
+scripts=(dev .ci/run devkit/*.sh tools/*.sh tests/scripts/*.sh packaging/*/*.sh)
 shellcheck --external-sources "${scripts[@]}"
 for script in "${scripts[@]}"; do
     if [[ $(head -c 2 "$script") == '#!' && ! -x $script ]]; then

@@ -19,6 +19,10 @@ const systemHeader = /^((sys|net|netinet|arpa|linux|mach)\/)?[a-z0-9_]+\.h$/;
 const thirdPartyHeader = /^(boost|openssl|curl)\/|^utf8proc\.h$/;
 const toolkitHeader = /^Q[A-Z]|^Qt/;
 
+// The list of hosts in SECURITY.md is complete because only these sources connect to a network or read its state.
+const networkName = /\b(AF_INET6?|getaddrinfo|gethostbyname|curl_easy_\w+|QTcpSocket|QUdpSocket|QNetwork\w+|NSURL(Session|Connection))\b/;
+const networkSources = new Set(['core/foundation/Http.cpp', 'app/doctor/Doctor_production.cpp']);
+
 // Names without a meaning. "helper" is allowed, because the product has a helper node.
 const emptyNames = new Set(['util', 'utils', 'common', 'helpers', 'misc', 'manager']);
 // The headers in this folder replace headers of the system and have the same names.
@@ -152,6 +156,8 @@ function checkCode(file, lines) {
         if ((area === 'core' || area === 'app') && /^\s*#\s*(if|ifdef|ifndef|elif|elifdef|elifndef|else)\b/.test(line)) {
             fault(file, index + 1, 'the build picks the platform\'s files; no #if');
         }
+        const network = networkSources.has(file) || !['core', 'app'].includes(area) ? null : networkName.exec(line);
+        if (network) fault(file, index + 1, `${network[0]}: only core/foundation/Http.cpp connects to a network`);
         const type = /^\s*(?:template\s*<.*>\s*)?(?:class|struct|union|enum(?:\s+class|\s+struct)?|namespace)\s+(\w+)/.exec(line);
         if (type && emptyName(type[1])) fault(file, index + 1, `the name ${type[1]} says nothing about what it holds`);
     });

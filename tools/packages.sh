@@ -33,6 +33,7 @@ dbus|provides a private session bus
 at-spi2-core|provides the accessibility bus
 xdotool|simulates mouse and keyboard
 libglib2.0-bin|calls the program over the session bus
+iproute2|prepares a private network for the tests
 fonts-noto-core|draws the text in the window
 '
 packagePackages='
