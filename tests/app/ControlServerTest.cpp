@@ -7,6 +7,8 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "app/control/ControlClient.h"
 #include "app/control/ControlFolder.h"
@@ -147,6 +149,28 @@ TEST(ControlServer, changesNoForeignFileAndFollowsNoLink) {
     EXPECT_EQ(open(tooLong).error().reason, Reason::pathTooLong);
     EXPECT_FALSE(std::filesystem::exists(tooLong));
     EXPECT_TRUE(ControlListener::open({tooLong, folder.path() + "/second"}));
+}
+
+// The modes of the folder and of the socket keep other users out too.
+TEST(ControlServer, disconnectsProgramsOfOtherUsers) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only the superuser can become another user";
+    const Served f;
+    for (const auto& path : {f.folder.path(), f.folder.path() + "/a", f.server->path()})
+        ASSERT_EQ(::chmod(path.c_str(), 0777), 0);
+    const auto address = *LocalSocket::address(f.server->path());
+    const pid_t other = ::fork();
+    if (other == 0) {
+        const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        const bool connected =
+            ::setuid(4711) == 0 &&
+            ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+        pollfd entry{socket, POLLIN, 0};
+        char byte = 0;
+        ::_exit(connected && ::poll(&entry, 1, 10'000) == 1 && ::read(socket, &byte, 1) == 0 ? 0 : 1);
+    }
+    int status = -1;
+    EXPECT_EQ(::waitpid(other, &status, 0), other);
+    EXPECT_EQ(status, 0) << "the connection stayed open";
 }
 
 TEST(ControlServer, refusesEachMalformedLineAndGoesOn) {
