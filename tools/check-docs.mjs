@@ -1,5 +1,5 @@
 // check-docs.mjs: checks the pages against the tree. The README's table lists all commands of ./dev, relative links
-// have a target, and every file, type, operation, option and ./dev command that a page names exists.
+// have a target, and every file, type, operation, test, option and ./dev command that a page names exists.
 import { execFileSync } from 'node:child_process';
 import fs from 'node:fs';
 import path from 'node:path';
@@ -40,6 +40,7 @@ const topFolders = new Set(tracked.filter((file) => file.includes('/')).map((fil
 const code = tracked.filter((file) => /\.(h|cpp|mm|mjs|cmake|in)$|CMakeLists\.txt$/.test(file))
     .map((file) => fs.readFileSync(file, 'utf8')).join('\n');
 const identifiers = new Set(code.match(/[A-Za-z_]\w*/g));
+const tests = new Set([...code.matchAll(/^TEST\w*\((\w+), (\w+)\)/gm)].map(([, suite, name]) => `${suite}.${name}`));
 const options = new Set(code.match(/--[a-z][a-z-]+/g));
 
 // Returns true if `name` is a path from the root or from the page's folder. `*` matches any name. `{a,b}` matches a or b.
@@ -60,6 +61,7 @@ function checkNames(file, text) {
         for (const word of isType ? span.match(/\w+/g) : []) {
             if (!identifiers.has(word)) fault(`${file}: no source has the name ${word} of ${span}`);
         }
+        if (/^[A-Z]\w+\.[a-z]+[A-Z]\w*$/.test(span) && !tests.has(span)) fault(`${file}: there is no test ${span}`);
         const option = /^(?:tarnik(?:-console)? )?(--[a-z][a-z-]+)/.exec(span);
         if (option && !options.has(option[1])) fault(`${file}: no program has the option ${option[1]}`);
     }
@@ -68,7 +70,7 @@ function checkNames(file, text) {
 const help = execFileSync('./dev', ['help'], { encoding: 'utf8' });
 const commands = new Set([...help.matchAll(/^\.\/dev ([a-z]+)/gm)].map(([, name]) => name));
 const checkSteps = /^\.\/dev check .*: (.*)$/m.exec(help)[1].split(', ');
-const files = ['README.md', 'CONTRIBUTING.md', 'devkit/README.md', ...fs.readdirSync('docs').filter((name) => name.endsWith('.md')).map((name) => `docs/${name}`)];
+const files = ['README.md', 'CONTRIBUTING.md', 'SECURITY.md', 'devkit/README.md', ...fs.readdirSync('docs').filter((name) => name.endsWith('.md')).map((name) => `docs/${name}`)];
 
 for (const file of files) {
     if (!fs.existsSync(file)) {
