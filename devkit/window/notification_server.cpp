@@ -4,17 +4,13 @@
 // Prints "ready" when it runs, "notice" for each notice with its number and texts, and "closed" for each
 // number that the program withdraws. The command "click NUMBER" on standard input clicks on that notice.
 // Exits at the end of standard input.
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QJsonObject>
-#include <QSocketNotifier>
-#include <iostream>
 #include <string>
 
-#include <unistd.h>
-
+#include "devkit/window/BusServer.h"
 #include "devkit/window/LineProtocol.h"
 
 namespace {
@@ -64,18 +60,5 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    NotificationServer server;
-    if (!server.start()) {
-        std::cerr << "can't be the notification service: "
-                  << QDBusConnection::sessionBus().lastError().message().toStdString() << '\n';
-        return EXIT_FAILURE;
-    }
-    devkit::say({{"ready", true}});
-    devkit::StandardInput commands;
-    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, [&] {
-        if (!commands.read([&](const std::string& line) { server.obey(line); })) QCoreApplication::quit();
-    });
-    return QCoreApplication::exec();
+    return devkit::runBusServer<NotificationServer>(argc, argv, "the notification service");
 }

@@ -5,7 +5,6 @@
 // prints the properties and the menu of the last item, "picture" prints its picture of 16 pixels as rows of
 // "#" and ".", "choose ID" activates an entry of that menu, and "click" clicks on that item. Exits at the end
 // of standard input.
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -16,13 +15,10 @@
 #include <QDBusVirtualObject>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QSocketNotifier>
 #include <ctime>
-#include <iostream>
 #include <string>
 
-#include <unistd.h>
-
+#include "devkit/window/BusServer.h"
 #include "devkit/window/LineProtocol.h"
 
 namespace {
@@ -233,18 +229,5 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    TrayHost host;
-    if (!host.start()) {
-        std::cerr << "can't be the tray: "
-                  << QDBusConnection::sessionBus().lastError().message().toStdString() << '\n';
-        return EXIT_FAILURE;
-    }
-    devkit::say({{"ready", true}});
-    devkit::StandardInput commands;
-    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, [&] {
-        if (!commands.read([&](const std::string& line) { host.obey(line); })) QCoreApplication::quit();
-    });
-    return QCoreApplication::exec();
+    return devkit::runBusServer<TrayHost>(argc, argv, "the tray");
 }
