@@ -45,7 +45,8 @@ void Fade::start() {
     const int duration = widget_.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget_);
     const bool isCalm = !lastChange_.isValid() || lastChange_.elapsed() > calmMilliseconds;
     lastChange_.start();
-    if (duration <= 0 || overlay_ || !isCalm || !widget_.isVisible()) return;
+    delete overlay_.data();  // a picture of an older page
+    if (duration <= 0 || !isCalm || !widget_.isVisible()) return;
     QPixmap picture(widget_.size() * widget_.devicePixelRatioF());
     picture.setDevicePixelRatio(widget_.devicePixelRatioF());
     picture.fill(widget_.palette().color(QPalette::Window));

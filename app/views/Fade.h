@@ -7,7 +7,7 @@
 namespace tarnik {
 
 // Fades from the previous picture of a widget to its new contents. Shows the change at once if the style has
-// no animations, or if the previous change was just before.
+// no animations, or if the previous change was just before. Such a change also ends the previous fade.
 class Fade {
 public:
     explicit Fade(QWidget& widget) : widget_(widget) {}
