@@ -5,6 +5,7 @@
 #include "app/journal/Explanation.h"
 #include "core/foundation/LogTail.h"
 #include "core/node/InstalledVersion.h"
+#include "core/node/RestartBackoff.h"
 
 namespace tarnik {
 
@@ -25,9 +26,10 @@ JournalFacts::Deps JournalFacts::Deps::production(const AppModel& model, MainThr
 
 JournalFacts::JournalFacts(Deps deps, const std::shared_ptr<Journal>& journal,
                            const std::shared_ptr<AppModel>& model)
-    : deps_(std::move(deps)), journal_(journal), model_(model), history_(RunHistory::of(journal->events())) {
+    : deps_(std::move(deps)), journal_(journal), model_(model) {
     const auto post = guard_.wrapPost(deps_.mainThread.post);
-    journal->observe([this, post](const JournalEvent& event) { post([this, event] { apply(event); }); });
+    history_ = RunHistory::of(
+        journal->observe([this, post](const JournalEvent& event) { post([this, event] { apply(event); }); }));
 }
 
 void JournalFacts::setChecksForUpdates(bool checks) {
@@ -52,8 +54,16 @@ void JournalFacts::applyToHelper(const JournalEvent& event, const Journal& journ
     auto& helper = facts_.helper;
     helper.since = history_.helper.since;
     helper.trouble = helperTrouble(journal.events());
-    helper.lastLines = helper.trouble ? lastLines_ : "";
-    if (helper.trouble) logTimer_ = deps_.mainThread.repeat(logDelay, [this] { readLastLines(); });
+    healthTimer_.reset();
+    if (!helper.trouble) {
+        helper.lastLines.clear();
+        logTimer_.reset();
+        isOutdated_ = true;
+    } else if (helper.trouble->isRunning) {
+        healthTimer_ = deps_.mainThread.repeat(RestartBackoff::healthyAfter, [this] { endTrouble(); });
+    } else {
+        logTimer_ = deps_.mainThread.repeat(logDelay, [this] { readLastLines(); });
+    }
     if (event.code == EventCode::helperStarted) helper.version = event.text(EventField::version).value_or("");
     if (event.code == EventCode::pairingConnected) readVersion();
 }
@@ -68,20 +78,30 @@ void JournalFacts::readVersion() {
                  });
 }
 
-// Skipped while an earlier read still runs, for example because the disk hangs.
+// Runs one read at a time, because the disk may hang. A read that began before the latest failure is
+// repeated.
 void JournalFacts::readLastLines() {
     logTimer_.reset();
+    isOutdated_ = isReading_;
     if (isReading_) return;
     isReading_ = deps_.detach("tarnik.helper-log",
                               [this, read = deps_.lastLines, post = guard_.wrapPost(deps_.mainThread.post)] {
                                   post([this, lines = read()] {
                                       isReading_ = false;
-                                      lastLines_ = lines;
                                       if (!facts_.helper.trouble) return;
+                                      if (isOutdated_) return readLastLines();
                                       facts_.helper.lastLines = lines;
                                       publish();
                                   });
                               });
+}
+
+void JournalFacts::endTrouble() {
+    healthTimer_.reset();
+    facts_.helper.trouble.reset();
+    facts_.helper.lastLines.clear();
+    isOutdated_ = true;
+    publish();
 }
 
 void JournalFacts::publish() const {

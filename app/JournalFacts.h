@@ -47,6 +47,7 @@ private:
     void applyToHelper(const JournalEvent& event, const Journal& journal);
     void readVersion();
     void readLastLines();
+    void endTrouble();
     void publish() const;
 
     const Deps deps_;
@@ -54,9 +55,10 @@ private:
     const std::weak_ptr<AppModel> model_;
     RunHistory history_;
     AppFacts facts_;
-    std::string lastLines_;                   // kept while the helper runs, so that the text doesn't flicker
-    std::optional<RepeatingTimer> logTimer_;  // fires once
-    bool isReading_ = false;                  // the log
+    std::optional<RepeatingTimer> logTimer_;     // fires once, like the next one
+    std::optional<RepeatingTimer> healthTimer_;  // ends the trouble of a helper that runs again
+    bool isReading_ = false;                     // the log
+    bool isOutdated_ = false;                    // the read began before the latest failure
     const CallbackGuard guard_;
 };
 

@@ -17,7 +17,7 @@ const sources = new Map(Object.entries({
     'core/switches/Switch.cpp': ['title', 'why'],
     'core/switches/SwitchSnapshot.h': null,
     'app/texts/ExplanationTexts.h': [
-        'helper', 'starting', 'childStopped', 'childNotStarted', 'withReason', 'nextTryIn', 'seconds', 'minutes', 'hours',
+        'helper', 'starting', 'isRunningAgain', 'childStopped', 'childNotStarted', 'withReason', 'nextTryIn', 'seconds', 'minutes', 'hours',
         'days'],
     'app/texts/FormatTexts.h': null,
     'app/texts/FailureTexts.h': null,

@@ -303,22 +303,6 @@
         <source>Running since {time}, version {version}</source>
         <translation>Läuft seit {time}, Version {version}</translation>
     </message>
-    <message numerus="yes">
-        <extracomment>MachineTexts::runningDays; with the number 1: Running for {count} day</extracomment>
-        <source>Running for {count} days</source>
-        <translation>
-            <numerusform>Läuft seit {count} Tag</numerusform>
-            <numerusform>Läuft seit {count} Tagen</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <extracomment>MachineTexts::runningDaysVersion; with the number 1: Running for {count} day, version {version}</extracomment>
-        <source>Running for {count} days, version {version}</source>
-        <translation>
-            <numerusform>Läuft seit {count} Tag, Version {version}</numerusform>
-            <numerusform>Läuft seit {count} Tagen, Version {version}</numerusform>
-        </translation>
-    </message>
     <message>
         <extracomment>MachineTexts::starting</extracomment>
         <source>Starting…</source>
@@ -436,8 +420,8 @@
     </message>
     <message>
         <extracomment>MachineTexts::homeUnusableText</extracomment>
-        <source>Choose or mend the folder in tarnik's settings, then quit tarnik and open it again. Copy Details copies what support needs to help you.</source>
-        <translation>Wählen oder reparieren Sie den Ordner in den Einstellungen von tarnik, dann beenden Sie tarnik und öffnen es erneut. „Details kopieren“ kopiert, was der Support braucht, um Ihnen zu helfen.</translation>
+        <source>Somebody set this folder for tarnik. Remove that setting or set another folder, then quit tarnik and open it again. If you don't know the setting, choose Copy Details and send them to the person who helps you.</source>
+        <translation>Jemand hat diesen Ordner für tarnik festgelegt. Entfernen Sie die Einstellung oder wählen Sie einen anderen Ordner, dann beenden Sie tarnik und öffnen es erneut. Kennen Sie die Einstellung nicht, senden Sie mit „Details kopieren“ die Details an jemanden, der Ihnen hilft.</translation>
     </message>
     <message>
         <extracomment>MachineTexts::tryAgain</extracomment>
@@ -451,8 +435,8 @@
     </message>
     <message>
         <extracomment>LoginTexts::allowInSettings</extracomment>
-        <source>Allow it in System Settings</source>
-        <translation>In den Systemeinstellungen erlauben</translation>
+        <source>Start at login: allow it in System Settings</source>
+        <translation>Bei der Anmeldung starten: in den Systemeinstellungen erlauben</translation>
     </message>
     <message>
         <extracomment>LoginTexts::choiceFailed</extracomment>
@@ -477,7 +461,7 @@
     <message>
         <extracomment>LinkTexts::linkExpired</extracomment>
         <source>This link has expired or was already used. Ask tarnik for a new one.</source>
-        <translation>Dieser Link ist abgelaufen oder wurde schon verwendet. Bitten Sie tarnik um einen neuen.</translation>
+        <translation>Dieser Link ist abgelaufen oder verbraucht. Bitten Sie tarnik um einen neuen.</translation>
     </message>
     <message>
         <extracomment>PairingFailureTexts::notInstalled</extracomment>
@@ -512,7 +496,7 @@
     <message>
         <extracomment>SwitchSnapshot::staleHint</extracomment>
         <source>If tarnik already looks switched on in Accessibility, select it, remove it with −, then add /Applications/tarnik.app again and reopen tarnik.</source>
-        <translation>Wenn tarnik unter „Bedienungshilfen“ bereits eingeschaltet aussieht, wählen Sie es aus, entfernen Sie es mit −, fügen Sie /Applications/tarnik.app wieder hinzu und öffnen Sie tarnik erneut.</translation>
+        <translation>Ist tarnik unter „Bedienungshilfen“ schon eingeschaltet? Mit − entfernen, /Applications/tarnik.app neu hinzufügen, tarnik neu öffnen.</translation>
     </message>
     <message>
         <extracomment>ExplanationTexts::helper</extracomment>
@@ -523,6 +507,11 @@
         <extracomment>ExplanationTexts::starting</extracomment>
         <source>It is starting.</source>
         <translation>Es wird gestartet.</translation>
+    </message>
+    <message>
+        <extracomment>ExplanationTexts::isRunningAgain</extracomment>
+        <source>It is running again.</source>
+        <translation>Es läuft wieder.</translation>
     </message>
     <message numerus="yes">
         <extracomment>ExplanationTexts::childStopped; with the number 1: {child} stopped with {status}, {time} ago.</extracomment>
@@ -640,8 +629,8 @@
     </message>
     <message>
         <extracomment>CauseTexts::captivePortal</extracomment>
-        <source>Something else answered in place of the server. If this network requires a sign-in, open a web page in the browser and sign in.</source>
-        <translation>Anstelle des Servers hat etwas anderes geantwortet. Wenn dieses Netzwerk eine Anmeldung verlangt, öffnen Sie eine Webseite im Browser und melden Sie sich an.</translation>
+        <source>This network may require a sign-in. Open a web page in your browser, sign in, and try again.</source>
+        <translation>Vielleicht verlangt das Netzwerk eine Anmeldung. Melden Sie sich im Browser an und versuchen Sie es erneut.</translation>
     </message>
     <message>
         <extracomment>CauseTexts::clock</extracomment>

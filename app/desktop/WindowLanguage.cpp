@@ -49,7 +49,8 @@ Translator translatorOf(const QTranslator& catalogue) {
                     return lookUp(catalogue, english.many, static_cast<int>(count));
                 },
             .number = {},
-            .timeOfDay = {}};
+            .timeOfDay = {},
+            .date = {}};
 }
 
 Translator pseudoTranslator(const QTranslator& catalogue, PseudoLanguage language) {
@@ -62,7 +63,8 @@ Translator pseudoTranslator(const QTranslator& catalogue, PseudoLanguage languag
                     return pseudoText(count == 1 ? english.one : english.many, language);
                 },
             .number = {},
-            .timeOfDay = {}};
+            .timeOfDay = {},
+            .date = {}};
 }
 
 // The C locale has seconds in its times, so it keeps the form of Translation.
@@ -71,10 +73,14 @@ void setForms(Translator& translator, const QLocale& locale) {
     translator.number = [locale](double number, int decimals) {
         return locale.toString(number, 'f', decimals).toStdString();
     };
-    translator.timeOfDay = [locale](WallTime time) {
-        const auto seconds = std::chrono::system_clock::to_time_t(time);
-        return locale.toString(QDateTime::fromSecsSinceEpoch(seconds).time(), QLocale::ShortFormat)
-            .toStdString();
+    const auto local = [](WallTime time) {
+        return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(time));
+    };
+    translator.timeOfDay = [locale, local](WallTime time) {
+        return locale.toString(local(time).time(), QLocale::ShortFormat).toStdString();
+    };
+    translator.date = [locale, local](WallTime time) {
+        return locale.toString(local(time).date(), QLocale::ShortFormat).toStdString();
     };
 }
 

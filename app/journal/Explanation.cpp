@@ -218,16 +218,19 @@ std::vector<Explanation> explain(std::span<const JournalEvent> events, WallTime 
 
 std::optional<HelperTrouble> helperTrouble(std::span<const JournalEvent> events) {
     constexpr std::int64_t several = 2;
-    const auto latest = eventsOf(latestRun(events), "helper.", EventCode::pairingConnected);
-    if (latest.empty() || latest.back().code != EventCode::helperRestart) return std::nullopt;
-    const auto failures = failuresOf(helper, latest);
+    const auto ofHelper = eventsOf(latestRun(events), "helper.", EventCode::pairingConnected);
+    const auto failures = failuresOf(helper, ofHelper);
     if (failures.count < several) return std::nullopt;
+    const auto& latest = ofHelper.back();
     const bool hasRun = failures.last.code == helper.ended;
-    return HelperTrouble{.kind = hasRun ? HelperTrouble::Kind::stopped : HelperTrouble::Kind::notStarted,
-                         .times = failures.count,
-                         .last = hasRun ? endOf(failures.last) : reasonOf(failures.last),
-                         .at = failures.last.time,
-                         .nextTry = latest.back().time + millisecondsOf(latest.back(), EventField::delay)};
+    HelperTrouble trouble{.kind = hasRun ? HelperTrouble::Kind::stopped : HelperTrouble::Kind::notStarted,
+                          .times = failures.count,
+                          .last = hasRun ? endOf(failures.last) : reasonOf(failures.last),
+                          .at = failures.last.time,
+                          .isRunning = latest.code == helper.started};
+    if (latest.code == helper.restart)
+        trouble.nextTry = latest.time + millisecondsOf(latest, EventField::delay);
+    return trouble;
 }
 
 std::string endOf(const JournalEvent& event) {

@@ -27,8 +27,8 @@ struct Explanation {
 // explanation for each subject, in the order of Subject. A part that works has none.
 std::vector<Explanation> explain(std::span<const JournalEvent> events, WallTime now);
 
-// Returns the trouble of a helper that failed several times in a row and is going to be started again,
-// otherwise std::nullopt.
+// Returns the trouble of a helper that failed several times in a row and is started again, otherwise
+// std::nullopt. The caller ends the trouble of a helper that has run for RestartBackoff::healthyAfter.
 std::optional<HelperTrouble> helperTrouble(std::span<const JournalEvent> events);
 
 // Returns how the child of a helper.ended, driver.ended or pairing.ended event ended: "exit 3", "signal 9".

@@ -79,9 +79,10 @@ std::vector<JournalEvent> Journal::events() const {
     return {events_.begin(), events_.end()};
 }
 
-void Journal::observe(Observer observer) {
+std::vector<JournalEvent> Journal::observe(Observer observer) {
     const MutexLock lock(mutex_);
     observers_.push_back(std::move(observer));
+    return {events_.begin(), events_.end()};
 }
 
 void Journal::flush(Seconds timeout) {

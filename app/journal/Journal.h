@@ -56,7 +56,9 @@ public:
     // Returns the events in memory, the oldest first.
     std::vector<JournalEvent> events() const;
 
-    void observe(Observer observer);  // for the rest of the run
+    // Passes each later event to `observer` for the rest of the run, and returns the events before, so that
+    // no event is missed.
+    std::vector<JournalEvent> observe(Observer observer);
 
     // Waits up to `timeout` until all recorded events are written. Call it before the program ends.
     void flush(Seconds timeout);

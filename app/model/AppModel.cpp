@@ -67,11 +67,18 @@ void AppModel::change(const std::function<void(AppState&)>& edit) {
     if (next == state_) return;
     const bool hasJustJoined = next.joined && !state_.joined;
     const bool hasNewMessage = next.linkMessage != state_.linkMessage;
+    const bool hasNewRefusal = hasNewMessage && next.linkMessage && !next.checkingLink;
+    const bool hasNewLoginFailure = next.startAtLoginFailure && !state_.startAtLoginFailure;
     for (const auto& observer : observers_) observer(state_, next);
     state_ = std::move(next);
     // A message about a refused link is obsolete once the machine has joined. A message that came with this
     // change is kept.
     if (hasJustJoined && !hasNewMessage && !pairing_->isInProgress()) pairing_->dismissMessage();
+    // The window has one place for messages, so the latest one replaces the other.
+    if (hasNewLoginFailure)
+        pairing_->dismissMessage();
+    else if (hasNewRefusal)
+        loginItem_.dismissFailure();
 }
 
 void AppModel::makePairing() {

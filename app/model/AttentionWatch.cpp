@@ -67,8 +67,18 @@ void AttentionWatch::setProblem(std::optional<Problem> problem) {
     if (!problem) return withdraw(problemNotice);
     if (!showsNotices()) return;
     deps_.mainThread.post(guard_.wrap([this, problem] {
-        if (problem_ == problem && !deps_.windowIsVisible()) showProblem();
+        if (problem_ == problem && !isSeen(*problem)) showProblem();
     }));
+}
+
+// A failed install ends the work that an open window shows. A long absence begins without an action of the
+// user, when the open window may be behind others.
+bool AttentionWatch::isSeen(Problem problem) const {
+    switch (problem) {
+        case Problem::installFailed: return deps_.windowIsOpen();
+        case Problem::helperAway: return deps_.windowIsInUse();
+    }
+    return false;
 }
 
 void AttentionWatch::showProblem() {
@@ -83,14 +93,14 @@ void AttentionWatch::showProblem() {
     }
 }
 
-void AttentionWatch::windowShown() {
+void AttentionWatch::windowSeen() {
     withdraw(problemNotice);
     withdraw(closedNotice);
 }
 
 void AttentionWatch::windowClosed(WindowSetting::Closing closing) {
     using enum WindowSetting::Closing;
-    if (closing == endsConnection || deps_.state().stopping) return;
+    if (closing == unknown || closing == endsConnection || deps_.state().stopping) return;
     // Without a service for notices the first close is explained in a later run that has one.
     if (!showsNotices() || deps_.defaults.flag(closeExplainedKey)) return;
     deps_.defaults.setFlag(closeExplainedKey);

@@ -18,9 +18,10 @@ namespace tarnik {
 // withdraws the notices.
 //
 // from           event                                 to
-// no problem     install fails, or helper long away    problem; a notice, unless the window is visible
+// no problem     install fails                         problem; a notice, unless the window is open
+// no problem     the helper is away for long           problem; a notice, unless the window is in use
 // problem        it is over, or the program stops      no problem; the notice is withdrawn
-// any            the window is shown                   same; all notices are withdrawn
+// any            the user sees the window              same; all notices are withdrawn
 //
 // A problem has one notice, even if the window is closed again meanwhile. Sleeps until the time at which an
 // absence of the helper becomes long or ends. Owned by DesktopFace. Main thread only.
@@ -32,7 +33,8 @@ public:
         UserDefaults defaults = {};  // remembers that the first close was explained
         HelperAbsence::Limits limits = {};
         std::function<const AppState&()> state;
-        std::function<bool()> windowIsVisible;
+        std::function<bool()> windowIsOpen;        // on the screen; other windows may cover it
+        std::function<bool()> windowIsInUse;       // it has the focus
         std::function<void(TrayStatus)> onStatus;  // called after each change of the status
         std::function<TimePoint()> now = steadyNow;
     };
@@ -48,7 +50,7 @@ public:
     bool showsNotices() const;
 
     void stateChanged();
-    void windowShown();
+    void windowSeen();  // the window was shown, restored or activated
 
     // Explains the first close of the window with a notice, once and for all runs.
     void windowClosed(WindowSetting::Closing closing);
@@ -59,6 +61,7 @@ private:
     static std::optional<Problem> problemIn(const AppState& state, AbsenceLength absence);
     void arm(TimePoint now);
     void setProblem(std::optional<Problem> problem);
+    bool isSeen(Problem problem) const;
     void showProblem();
     void withdraw(std::string_view id) const;
 

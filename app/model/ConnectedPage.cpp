@@ -1,12 +1,13 @@
 #include "app/model/ConnectedPage.h"
 
-#include <chrono>
 #include <utility>
 
+#include "app/model/HelperPages.h"
 #include "app/model/PageParts.h"
 #include "app/texts/MachineTexts.h"
 #include "app/texts/Translation.h"
 #include "app/texts/WindowTexts.h"
+#include "core/foundation/LocalDay.h"
 #include "core/foundation/TextCleanup.h"
 
 namespace tarnik {
@@ -22,16 +23,11 @@ std::vector<Switch> switchesThatAreOff(const AppState& state) {
     return off;
 }
 
-// A time of day is ambiguous after a day.
+// A time of day is ambiguous on another day. The row is too narrow for date and time.
 std::string runningText(WallTime since, const std::string& version, WallTime now) {
-    const Placeholder versionValue{.name = "version", .value = version};
-    const auto days = std::chrono::duration_cast<std::chrono::days>(now - since).count();
-    if (days > 0) {
-        const auto& text = version.empty() ? MachineTexts::runningDays : MachineTexts::runningDaysVersion;
-        return filled(translated(text, days), {versionValue});
-    }
+    const auto time = nextDay(since) == nextDay(now) ? formattedTime(since) : formattedDate(since);
     return translated(version.empty() ? MachineTexts::runningSince : MachineTexts::runningSinceVersion,
-                      {{.name = "time", .value = formattedTime(since)}, versionValue});
+                      {{.name = "time", .value = time}, {.name = "version", .value = version}});
 }
 
 std::string helperValue(const AppState& state, WallTime now) {
@@ -70,6 +66,7 @@ std::string_view closingText(WindowSetting::Closing closing) {
         case WindowSetting::Closing::staysInMenuBar: return MachineTexts::staysInMenuBar;
         case WindowSetting::Closing::staysInPanel: return MachineTexts::staysInPanel;
         case WindowSetting::Closing::endsConnection: return MachineTexts::closingEnds;
+        case WindowSetting::Closing::unknown:
         case WindowSetting::Closing::noWindow: break;
     }
     return {};
@@ -96,7 +93,11 @@ std::optional<WindowContent::Message> message(const AppState& state, const Windo
 
 WindowContent connectedPage(const AppState& state, const WindowSetting& setting) {
     auto content = pageWith(WindowContent::Section::connected, MachineTexts::connected);
-    addConnectedFacts(content, state, setting);
+    setSymbol(content, SymbolName::checkmark, WindowTexts::succeededName);
+    if (state.helper.trouble)
+        addTrouble(content, state);
+    else
+        addConnectedFacts(content, state, setting);
     return content;
 }
 

@@ -100,12 +100,17 @@ WindowContent reconnectingPage(const AppState& state) {
         setBusy(content);
         return content;
     }
+    addTrouble(content, state);
+    content.buttons.insert(content.buttons.begin(),
+                           button(MachineTexts::tryNow, Intent::restartHelper, Key::defaultKey));
+    return content;
+}
+
+void addTrouble(WindowContent& content, const AppState& state) {
     content.trouble = state.helper.trouble;
     content.trouble->last = sanitizedLine(content.trouble->last, longestLine);
     setTerminal(content, terminalTail(state.helper.lastLines), WindowTexts::lastLinesName);
-    content.buttons = {button(MachineTexts::tryNow, Intent::restartHelper, Key::defaultKey), copyButton(),
-                       button(MachineTexts::showLog, Intent::showLog)};
-    return content;
+    content.buttons = {copyButton(), button(MachineTexts::showLog, Intent::showLog)};
 }
 
 std::optional<WindowContent> unavailableHelperPage(const AppState& state) {

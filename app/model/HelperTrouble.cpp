@@ -11,6 +11,7 @@ std::string HelperTrouble::sentenceAt(WallTime now) const {
     const Texts::FailedChild helper{.name = Texts::helper, .times = times, .age = now - at};
     auto text = kind == Kind::stopped ? Texts::stopped(helper, last, Language::ofPerson)
                                       : Texts::startFailed(helper, last, Language::ofPerson);
+    if (isRunning) return text + " " + translated(Texts::isRunningAgain);
     if (!nextTry) return text;
     const Seconds left = std::min(*nextTry - now, *nextTry - at);  // the clock may be set back
     return text + " " +

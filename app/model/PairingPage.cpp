@@ -1,6 +1,8 @@
 #include "app/model/PairingPage.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 #include <utility>
 
 #include "app/model/ConnectedPage.h"
@@ -28,6 +30,14 @@ std::string withoutPrompt(std::string text) {
     text.erase(start, end - start);
     text.erase(text.find_last_not_of(" \n") + 1);
     return text;
+}
+
+// A short text begins with the account that the user has to check, but narrow lines can make it higher than
+// the box. The account of a longer text is near its end.
+WindowContent::Terminal::Shows placeToRead(std::string_view text) {
+    using enum WindowContent::Terminal::Shows;
+    constexpr std::ptrdiff_t shortText = 8;  // lines
+    return std::ranges::count(text, '\n') < shortText ? beginning : end;
 }
 
 WindowContent working(std::string_view heading) {
@@ -85,6 +95,8 @@ WindowContent pairingPage(const AppState& state, const WindowSetting& setting) {
     auto content = std::visit(PageOf{state, setting}, pairing.phase);
     if (!std::holds_alternative<PairingPhases::Connected>(pairing.phase))
         setTerminal(content, withoutPrompt(terminalTail(pairing.displayText)), WindowTexts::terminalName);
+    if (content.terminal && std::holds_alternative<PairingPhases::WaitingForYes>(pairing.phase))
+        content.terminal->shows = placeToRead(content.terminal->text);
     return content;
 }
 

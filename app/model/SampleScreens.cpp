@@ -158,14 +158,29 @@ AppState reconnectingAtStart() {
     return state;
 }
 
+constexpr std::string_view logEnd =
+    "14:52:05 gateway: starting\n"
+    "14:52:07 gateway: connecting to tarnik.invalid\n"
+    "14:52:07 gateway: connected\n"
+    "14:52:09 Error: EACCES: permission denied, open 'state/session.json'\n"
+    "14:52:09 exiting with status 3\n";
+
 // The helper has failed several times in a row.
 AppState inTrouble(HelperTrouble trouble, std::string lastLines) {
     auto state = switched(joined(NodeStates::Restarting{Seconds(16)}),
                           {.accessibility = true, .screenRecording = true});
     trouble.at = sampleTime() - std::chrono::seconds(12);
-    trouble.nextTry = sampleTime() + std::chrono::seconds(8);
+    if (!trouble.isRunning) trouble.nextTry = sampleTime() + std::chrono::seconds(8);
     state.helper.trouble = std::move(trouble);
     state.helper.lastLines = std::move(lastLines);
+    return state;
+}
+
+// The helper runs again, but may fail again.
+AppState afterTrouble() {
+    auto state = inTrouble({.times = 5, .last = "exit 3", .isRunning = true}, std::string(logEnd));
+    state.node = NodeStates::Running{};
+    state.helper.since = sampleTime();
     return state;
 }
 
@@ -175,10 +190,21 @@ AppState listedAtLogin(LoginItemState login) {
     return state;
 }
 
-constexpr std::string_view logEnd =
+constexpr std::string_view report =
+    "This is the report of tarnik. tarnik never sends it. Codes, keys, addresses and names are hidden where\n"
+    "tarnik recognises them. Read the report before you pass it on.\n\n"
+    "== Versions ==\n"
+    "tarnik 2026.1.1\n"
+    "helper 2026.1.1, Node.js v24.22.1\n\n"
+    "== Doctor ==\n"
+    "ok       The helper is installed.\n"
+    "ok       The server answers.\n"
+    "problem  The helper stopped 5 times in a row, last with exit 3, 12 s ago.\n\n"
+    "== Status ==\n"
+    "This machine belongs to an account. The helper starts again in 8 s.\n\n"
+    "== End of the helper's log ==\n"
     "14:52:05 gateway: starting\n"
-    "14:52:07 gateway: connecting to tarnik.invalid\n"
-    "14:52:07 gateway: connected\n"
+    "14:52:07 gateway: connecting to <address>\n"
     "14:52:09 Error: EACCES: permission denied, open 'state/session.json'\n"
     "14:52:09 exiting with status 3\n";
 
@@ -250,11 +276,13 @@ std::vector<SampleScreen> sampleScreens() {
         {"reconnecting-not-started",
          inTrouble({.kind = Trouble::Kind::notStarted, .times = 3, .last = "posix_spawn: Permission denied"},
                    "")},
+        {"connected-after-trouble", afterTrouble()},
         {"start-at-login-off", listedAtLogin(LoginItemState::off)},
         {"start-at-login-on", listedAtLogin(LoginItemState::on)},
         {"start-at-login-waiting", listedAtLogin(LoginItemState::waiting)},
         {"replace-offer", offered()},
         {"stopping", stopping()},
+        {"details", unjoined(), {}, {}, {}, report},
         {"alert", unjoined(), Relocation::runHereMessage({.bundlePath = "/Users/ada/Downloads/tarnik.app"})},
     };
 }

@@ -15,7 +15,8 @@ struct SampleScreen {
     AppState state;
     std::optional<Relocation::Message> alert = std::nullopt;  // shown in front of the window
     WindowSetting::Closing closing = WindowSetting::Closing::staysInPanel;
-    std::string_view typed = {};  // in the link field
+    std::string_view typed = {};    // in the link field
+    std::string_view details = {};  // shown in their dialog instead of the window, if not empty
 };
 
 // The moment of all samples, so that their texts are always the same.

@@ -1,12 +1,9 @@
 #include "app/model/TrayStatus.h"
 
+#include "app/model/IsState.h"
+
 namespace tarnik {
 namespace {
-
-template <typename State, typename... States>
-bool is(const std::variant<States...>& state) {
-    return std::holds_alternative<State>(state);
-}
 
 bool isPairing(const AppState& state) {
     return state.checkingLink || (state.pairing && isInProgress(state.pairing->phase));

@@ -9,7 +9,7 @@ void performIntent(const UserIntent& intent, const std::string& pasted, AppModel
     if (intent.kind != Kind::setStartAtLogin) model.loginItem().dismissFailure();
     switch (intent.kind) {
         case Kind::connectPasted: return model.pairing().connect(pasted);
-        case Kind::editLink: return model.pairing().dismissMessage();
+        case Kind::dismissMessage: return model.pairing().dismissMessage();
         case Kind::connectOffer:
             if (intent.offer && intent.offer == model.state().replaceOffer)
                 model.pairing().connect(*intent.offer, LinkPairing::Replacing::yes);

@@ -13,10 +13,10 @@ class AppModel;
 // A request that the user makes with a click or a key in the window.
 struct UserIntent {
     enum class Kind {
-        connectPasted,  // pair with the link in the link field
-        editLink,       // dismiss the message, because the user edits the link field
-        connectOffer,   // replace the current account with the offered link's account
-        keepCurrent,    // decline the offered link
+        connectPasted,   // pair with the link in the link field
+        dismissMessage,  // the user pressed a key after reading it
+        connectOffer,    // replace the current account with the offered link's account
+        keepCurrent,     // decline the offered link
         confirmPairing,
         cancelPairing,  // cancel the pairing or the check of a link
         finishPairing,  // dismiss the outcome

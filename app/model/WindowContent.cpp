@@ -2,6 +2,7 @@
 
 #include "app/model/ConnectedPage.h"
 #include "app/model/HelperPages.h"
+#include "app/model/IsState.h"
 #include "app/model/LoginCheckBox.h"
 #include "app/model/PageParts.h"
 #include "app/model/PairingPage.h"
@@ -19,11 +20,6 @@ using Section = WindowContent::Section;
 using Key = WindowContent::Key;
 using MessageKind = WindowContent::Message::Kind;
 using Intent = UserIntent::Kind;
-
-template <typename State, typename... States>
-bool is(const std::variant<States...>& state) {
-    return std::holds_alternative<State>(state);
-}
 
 WindowContent stoppingPage() {
     auto content = pageWith(Section::stopping, MachineTexts::stopping);

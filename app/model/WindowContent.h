@@ -15,8 +15,9 @@ namespace tarnik {
 
 // The dependencies of the window's content beside the state.
 struct WindowSetting {
-    // The effect of closing the window. A console has no window.
-    enum class Closing { staysInMenuBar, staysInPanel, endsConnection, noWindow };
+    // The effect of closing the window. It is unknown until the state of the tray is known. A console has no
+    // window.
+    enum class Closing { unknown, staysInMenuBar, staysInPanel, endsConnection, noWindow };
 
     Url webOrigin;
     Closing closing = Closing::staysInPanel;

@@ -43,10 +43,12 @@ struct LinkField {
     bool operator==(const LinkField&) const = default;
 };
 
-// The output of a program. The view scrolls to the end; the user can select text.
+// The output of a program. The user can scroll and select text.
 struct Terminal {
+    enum class Shows { end, beginning };  // until the user scrolls
     std::string text;
     std::string accessibleName;
+    Shows shows = Shows::end;
     bool operator==(const Terminal&) const = default;
 };
 
@@ -57,7 +59,7 @@ struct Busy {
 
 using Progress = std::variant<std::monostate, Busy, DownloadProgress>;
 
-// The drawing of the way from the chat to the connection.
+// The way from the chat to the connection.
 struct Steps {
     std::array<std::string, 3> labels;
     std::string accessibleName;

@@ -15,8 +15,7 @@ inline constexpr Text proxyLogin =
     "The proxy of this network requires a name and a password. Add them to the proxy's address, or use "
     "another network.";
 inline constexpr Text captivePortal =
-    "Something else answered in place of the server. If this network requires a sign-in, open a web page in "
-    "the browser and sign in.";
+    "This network may require a sign-in. Open a web page in your browser, sign in, and try again.";
 inline constexpr Text clock =
     "The server's certificate isn't valid at this computer's date. Check the date and the time.";
 inline constexpr Text untrustedCertificate =

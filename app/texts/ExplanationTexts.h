@@ -15,6 +15,7 @@ inline constexpr Text helper = "The helper";
 inline constexpr Text driver = "The desktop driver";
 
 inline constexpr Text starting = "It is starting.";
+inline constexpr Text isRunningAgain = "It is running again.";
 inline constexpr Text startsWithSwitch = "It starts again when a switch changes.";
 inline constexpr Text helperWaiting = "The helper is installed and waits for a link from your chat.";
 inline constexpr Text helperMissing =

@@ -8,7 +8,7 @@ namespace tarnik::LoginTexts {
 using Text = std::string_view;
 
 inline constexpr Text startAtLogin = "Start at login";
-inline constexpr Text allowInSettings = "Allow it in System Settings";
+inline constexpr Text allowInSettings = "Start at login: allow it in System Settings";
 
 // A choice that had no effect. Fits on one line, because the system's message follows on the second line.
 inline constexpr Text choiceFailed = "Start at login didn't change. Try the system's settings.";

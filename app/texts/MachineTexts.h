@@ -2,8 +2,6 @@
 
 #include <string_view>
 
-#include "app/texts/Translation.h"
-
 // The texts of the window about the state of this machine: its connection and its helper.
 namespace tarnik::MachineTexts {
 
@@ -23,11 +21,8 @@ inline constexpr Text copyDetails = "Copy Details";
 
 // The facts about a connected machine. The columns are narrow.
 inline constexpr Text helperLabel = "Helper";
-inline constexpr Text runningSince = "Running since {time}";
+inline constexpr Text runningSince = "Running since {time}";  // or a date
 inline constexpr Text runningSinceVersion = "Running since {time}, version {version}";
-inline constexpr CountedText runningDays{"Running for {count} day", "Running for {count} days"};
-inline constexpr CountedText runningDaysVersion{"Running for {count} day, version {version}",
-                                                "Running for {count} days, version {version}"};
 inline constexpr Text starting = "Starting…";
 inline constexpr Text desktopLabel = "Desktop control";
 inline constexpr Text desktopReady = "Ready";
@@ -60,8 +55,9 @@ inline constexpr Text helperMissing = "tarnik's helper isn't there any more.";
 inline constexpr Text helperMissingText = "It was moved or deleted. Try Again installs it again.";
 inline constexpr Text homeUnusable = "tarnik can't use the folder for its helper.";
 inline constexpr Text homeUnusableText =
-    "Choose or mend the folder in tarnik's settings, then quit tarnik and open it again. Copy Details copies "
-    "what support needs to help you.";
+    "Somebody set this folder for tarnik. Remove that setting or set another folder, then quit tarnik and "
+    "open "
+    "it again. If you don't know the setting, choose Copy Details and send them to the person who helps you.";
 inline constexpr Text tryAgain = "Try Again";
 
 }  // namespace tarnik::MachineTexts

@@ -18,6 +18,13 @@ std::string withCount(std::string_view text, std::int64_t count) {
     return filled(text, {{.name = "count", .value = std::to_string(count)}});
 }
 
+std::tm localTime(WallTime time) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm local{};
+    ::localtime_r(&seconds, &local);
+    return local;
+}
+
 }  // namespace
 
 void setTranslator(Translator next) {
@@ -55,12 +62,16 @@ std::string translated(const CountedText& english, std::int64_t count) {
 
 std::string formattedTime(WallTime time) {
     if (translator().timeOfDay) return translator().timeOfDay(time);
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
-    std::tm local{};
-    ::localtime_r(&seconds, &local);
+    const auto local = localTime(time);
     std::array<char, 8> text{};
-    const auto length = std::strftime(text.data(), text.size(), "%H:%M", &local);
-    return {text.data(), length};
+    return {text.data(), std::strftime(text.data(), text.size(), "%H:%M", &local)};
+}
+
+std::string formattedDate(WallTime time) {
+    if (translator().date) return translator().date(time);
+    const auto local = localTime(time);
+    std::array<char, 16> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &local)};
 }
 
 std::string formattedSize(std::int64_t bytes) {

@@ -28,6 +28,7 @@ struct Translator {
 
     std::function<std::string(double number, int decimals)> number;
     std::function<std::string(WallTime)> timeOfDay;
+    std::function<std::string(WallTime)> date;
 };
 
 // Sets the person's language for the whole process. Call it once, before any text is shown; the functions
@@ -47,6 +48,7 @@ std::string textIn(Language language, const CountedText& english, std::int64_t c
 
 // Return values in the form of the person's locale.
 std::string formattedTime(WallTime time);       // "14:37"
+std::string formattedDate(WallTime time);       // "2026-01-15"
 std::string formattedSize(std::int64_t bytes);  // "18.1 MB" for 18,100,000 bytes, rounded to one decimal
 
 }  // namespace tarnik

@@ -1,12 +1,9 @@
 #include "app/views/ButtonRow.h"
 
-#include <QApplication>
-#include <QKeyEvent>
-#include <QTimer>
 #include <algorithm>
+#include <utility>
 
 #include "app/views/Grid.h"
-#include "app/views/QtText.h"
 
 namespace tarnik {
 namespace {
@@ -17,52 +14,6 @@ constexpr int buttonHeight = 32;  // in points
 constexpr int rowGap = 8;
 
 }  // namespace
-
-IntentButton::IntentButton(OnButton onButton, QWidget* parent) : QPushButton(parent) {
-    setAutoDefault(false);
-    setFocusPolicy(Qt::StrongFocus);
-    connect(this, &QPushButton::clicked, this, [this, onButton = std::move(onButton)] {
-        if (acceptsInput()) onButton(intent_);
-    });
-}
-
-void IntentButton::setButton(const WindowContent::Button& button) {
-    intent_ = button.intent;
-    key_ = button.key;
-    if (const auto title = qtText(button.title).replace('&', "&&"); title != text()) setText(title);
-    updateAccessibleName(*this, button.accessibleName);
-    if (isFor(Key::defaultKey) != isDefault()) setDefault(isFor(Key::defaultKey));
-    setEnabled(button.enabled);
-}
-
-bool IntentButton::isFor(Key key) const {
-    return key_ == key || key_ == Key::defaultAndCancelKey;
-}
-
-bool IntentButton::acceptsInput() const {
-    return isEnabled() && !isWaiting();
-}
-
-bool IntentButton::isWaiting() const {
-    if (key_ == Key::cancelKey) return false;
-    return !shown_.isValid() || shown_.elapsed() < QApplication::doubleClickInterval();
-}
-
-void IntentButton::showEvent(QShowEvent* event) {
-    QPushButton::showEvent(event);
-    if (event->spontaneous()) return;
-    shown_.start();
-    if (!isDefault()) return;
-    // One millisecond later than the interval, because the timer may be early.
-    QTimer::singleShot(QApplication::doubleClickInterval() + 1, Qt::PreciseTimer, this,
-                       qOverload<>(&QWidget::update));
-}
-
-// MainView handles Return, because the effect of Return depends on all buttons.
-void IntentButton::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return event->ignore();
-    QPushButton::keyPressEvent(event);
-}
 
 ButtonRow::ButtonRow(OnButton onButton, QWidget* parent) : QWidget(parent), onButton_(std::move(onButton)) {
     hide();

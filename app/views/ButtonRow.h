@@ -1,41 +1,13 @@
 #pragma once
 
-#include <QElapsedTimer>
-#include <QPushButton>
-#include <functional>
+#include <QWidget>
 #include <vector>
 
-#include "app/model/WindowContent.h"
+#include "app/views/IntentButton.h"
 
 namespace tarnik {
 
 class Grid;
-
-using OnButton = std::function<void(const UserIntent&)>;
-
-// A button that reports its intent. It waits for one double-click interval after it appears and ignores input
-// meanwhile, because the user may have aimed the click or key at the previous button. A button with only the
-// cancel key doesn't wait. A waiting default button keeps the focus, but is drawn as disabled.
-class IntentButton : public QPushButton {
-public:
-    IntentButton(OnButton onButton, QWidget* parent);
-
-    void setButton(const WindowContent::Button& button);
-
-    const UserIntent& intent() const { return intent_; }
-    bool isFor(WindowContent::Key key) const;  // `key` is defaultKey or cancelKey
-    bool acceptsInput() const;
-    bool isWaiting() const;
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-
-private:
-    QElapsedTimer shown_;  // since the button became visible
-    UserIntent intent_;
-    WindowContent::Key key_ = WindowContent::Key::none;
-};
 
 // A row of buttons. The default button ends at the end of the column, all others begin at its start. So
 // Cancel never appears under a pointer that has just clicked a default button, and no default button under

@@ -49,6 +49,11 @@ ConnectSection::ConnectSection(OnButton onButton, QWidget* parent)
       message_(new MessageView(this)),
       buttons_(new ButtonRow(std::move(onButton), this)) {}
 
+void ConnectSection::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange && terminal_) terminal_->setSystemFont(font());
+}
+
 void ConnectSection::setContent(const WindowContent& content) {
     header_->setContent(content);
     setBody(content);

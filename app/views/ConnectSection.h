@@ -33,6 +33,9 @@ public:
     const ButtonRow& buttons() const { return *buttons_; }
     std::vector<QWidget*> controls() const;  // in tab order
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     void requestLayout();
     void setBody(const WindowContent& content);

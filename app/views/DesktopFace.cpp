@@ -1,6 +1,7 @@
 #include "app/views/DesktopFace.h"
 
 #include <QGuiApplication>
+#include <chrono>
 #include <utility>
 
 #include "app/ProgramStart.h"
@@ -8,6 +9,7 @@
 #include "app/texts/WindowTexts.h"
 #include "app/views/Alert.h"
 #include "app/views/TrayIcon.h"
+#include "core/foundation/LocalDay.h"
 
 namespace tarnik {
 namespace {
@@ -25,7 +27,8 @@ DesktopFace::DesktopFace(Deps deps, std::shared_ptr<AppModel> model)
                   .defaults = deps_.defaults,
                   .limits = deps_.absence,
                   .state = [this]() -> const AppState& { return model_->state(); },
-                  .windowIsVisible = [this] { return windowIsVisible(); },
+                  .windowIsOpen = [this] { return windowIsOpen(); },
+                  .windowIsInUse = [this] { return windowInUse(); },
                   .onStatus = [this](TrayStatus) { updateIcon(); }}),
       feed_(model_, deps_.mainThread, [this](const AppState&) {
           attention_.stateChanged();
@@ -69,10 +72,11 @@ void DesktopFace::updateStatusItem() {
     if (!menu_ || !host_) return;
     if (*host_ == TrayHost::absent) {
         // Waits if the tray may still start in a new session, or was present and is probably restarted.
-        if (!trayTimeout_) openWindowWithoutTray(statusItem_ || deps_.atLogin ? maxTrayWait : Seconds(0));
+        if (!timers_.withoutTray)
+            openWindowWithoutTray(statusItem_ || deps_.atLogin ? maxTrayWait : Seconds(0));
         return;
     }
-    trayTimeout_.reset();
+    timers_.withoutTray.reset();
     if (statusItem_) return;
     statusItem_ = std::make_unique<StatusItem>(trayIcon(attention_.status(), deps_.statusItem.image), *menu_,
                                                [this](MenuContent::Action action) { perform(action); });
@@ -84,14 +88,19 @@ void DesktopFace::updateIcon() const {
 }
 
 void DesktopFace::openWindowWithoutTray(Seconds after) {
-    trayTimeout_ = deps_.mainThread.repeat(after, [this] {
-        trayTimeout_.reset();
+    timers_.withoutTray = deps_.mainThread.repeat(after, [this] {
+        timers_.withoutTray.reset();
         delegate_->openWindow();
     });
 }
 
-bool DesktopFace::windowIsVisible() const {
+bool DesktopFace::windowIsOpen() const {
     return window_ && window_->isVisible() && !window_->isMinimized();
+}
+
+void DesktopFace::windowSeen() {
+    attention_.windowSeen();
+    updateContent();  // the machine may have slept over midnight
 }
 
 MainWindow& DesktopFace::window() {
@@ -102,7 +111,9 @@ MainWindow& DesktopFace::window() {
                 if (!support->perform(intent, *window_)) performIntent(intent, pasted, *model_);
             });
         window_->setOnClose(
-            {.closed = [this] { windowClosed(); }, .stays = [this] { return closingQuits(); }});
+            {.closed = [this] { windowClosed(); },
+             .stays = [this] { return closing() == WindowSetting::Closing::endsConnection; }});
+        window_->setOnSeen([this] { windowSeen(); });
         addMenuKeys();
     }
     return *window_;
@@ -112,7 +123,17 @@ void DesktopFace::showWindow() {
     if (deps_.activate) deps_.activate();
     window().setContent(content());
     window().present();
-    attention_.windowShown();
+    attention_.windowSeen();
+    updateContentAtMidnight();
+}
+
+// The content has times of day, which are ambiguous on the next day.
+void DesktopFace::updateContentAtMidnight() {
+    const auto now = std::chrono::system_clock::now();
+    timers_.midnight = deps_.mainThread.repeat(nextDay(now) - now, [this] {
+        updateContent();
+        updateContentAtMidnight();
+    });
 }
 
 // A start at login ends without an alert, because the user did not request that start.
@@ -140,7 +161,8 @@ void DesktopFace::perform(MenuContent::Action action) {
 // Without a status item the user could not reopen the window, so closing the window quits. The window stays
 // visible and shows the progress of the shutdown.
 void DesktopFace::windowClosed() {
-    if (closingQuits()) return delegate_->quit();
+    if (closing() == WindowSetting::Closing::endsConnection) return delegate_->quit();
+    timers_.midnight.reset();
     attention_.windowClosed(closing());
     delegate_->windowClosed();
 }
@@ -149,11 +171,12 @@ bool DesktopFace::windowInUse() const {
     return QGuiApplication::applicationState() == Qt::ApplicationActive && QGuiApplication::focusWindow();
 }
 
-// Until the state of the tray is known, the window promises a tray, because most desktops have one. The state
-// is known soon after the start.
+// While the state of the tray is unknown, the window promises nothing and closing it ends nothing. If the
+// tray is then absent, the window opens again.
 WindowSetting::Closing DesktopFace::closing() const {
     using enum WindowSetting::Closing;
-    if (host_ == TrayHost::absent) return endsConnection;
+    if (!host_) return unknown;
+    if (*host_ == TrayHost::absent) return endsConnection;
     return deps_.statusItem.isInMenuBar ? staysInMenuBar : staysInPanel;
 }
 

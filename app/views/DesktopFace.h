@@ -61,11 +61,18 @@ public:
     bool windowInUse() const;
 
 private:
+    // Both fire once.
+    struct Timers {
+        std::optional<RepeatingTimer> withoutTray;  // opens the window unless a tray appears earlier
+        std::optional<RepeatingTimer> midnight;     // runs while the window is open
+    };
+
     void updateStatusItem();
     void openWindowWithoutTray(Seconds after);
-    bool closingQuits() const { return host_ != TrayHost::present; }
     void updateIcon() const;
-    bool windowIsVisible() const;
+    bool windowIsOpen() const;
+    void windowSeen();
+    void updateContentAtMidnight();
     MainWindow& window();
     void showWindow();
     void refuse(const std::string& why, std::function<void()> seen) const;
@@ -83,7 +90,7 @@ private:
     std::optional<TrayHost> host_;     // set by setTrayHost
     std::unique_ptr<StatusItem> statusItem_;
     std::unique_ptr<MainWindow> window_;
-    std::optional<RepeatingTimer> trayTimeout_;  // opens the window unless a tray appears earlier
+    Timers timers_;
     AttentionWatch attention_;
     const ChangeFeed feed_;
 };

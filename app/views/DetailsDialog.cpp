@@ -2,6 +2,7 @@
 
 #include <QBoxLayout>
 #include <QClipboard>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPushButton>
 #include <QScreen>
@@ -9,6 +10,7 @@
 #include "app/texts/Translation.h"
 #include "app/texts/WindowTexts.h"
 #include "app/views/Announcer.h"
+#include "app/views/FocusRing.h"
 #include "app/views/Grid.h"
 #include "app/views/ProgressBar.h"
 #include "app/views/QtText.h"
@@ -37,7 +39,8 @@ DetailsDialog::DetailsDialog(QWidget* parent)
       progress_(new ProgressBar(this)),
       box_(new TerminalBox(this)),
       copy_(makeButton(WindowTexts::copy, this)),
-      announcer_(new Announcer(this)) {
+      announcer_(new Announcer(this)),
+      ring_(new FocusRing(this)) {
     setWindowTitle(qtText(translated(WindowTexts::detailsTitle)));
     setWindowIcon(applicationIcon());
     auto* const close = makeButton(WindowTexts::close, this);
@@ -54,7 +57,7 @@ DetailsDialog::DetailsDialog(QWidget* parent)
     progress_->setFixedHeight(Grid::scaled(font(), progressHeight));
     progress_->setProgress({});
     progress_->show();
-    box_->setTerminal({.text = {}, .accessibleName = translated(WindowTexts::detailsName)});
+    updateAccessibleName(*box_, translated(WindowTexts::detailsName));
     box_->show();
 
     auto* const buttons = new QHBoxLayout;
@@ -72,6 +75,16 @@ DetailsDialog::DetailsDialog(QWidget* parent)
     resize(wanted.boundedTo(screen()->availableGeometry().size()));
 }
 
+void DetailsDialog::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::FontChange) box_->setSystemFont(font());
+}
+
+void DetailsDialog::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    QMetaObject::invokeMethod(this, [this] { ring_->update(); }, Qt::QueuedConnection);  // after the layout
+}
+
 void DetailsDialog::say(const std::string& sentence) {
     text_->setPlainText(sentence);
     announcer_->announce(sentence);
@@ -80,8 +93,7 @@ void DetailsDialog::say(const std::string& sentence) {
 void DetailsDialog::setReport(const std::string& report) {
     say(translated(WindowTexts::detailsText));
     progress_->hide();
-    box_->setTerminal({.text = report, .accessibleName = translated(WindowTexts::detailsName)});
-    box_->moveCursor(QTextCursor::Start);
+    box_->setLongText(report);
     copy_->setEnabled(true);
     copy_->setFocus();
 }

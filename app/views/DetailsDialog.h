@@ -9,6 +9,7 @@ class QPushButton;
 namespace tarnik {
 
 class Announcer;
+class FocusRing;
 class ProgressBar;
 class TerminalBox;
 class TextLabel;
@@ -25,6 +26,10 @@ public:
     // Shows a sentence that says why no report could be made.
     void setFailure(const std::string& sentence);
 
+protected:
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void say(const std::string& sentence);
 
@@ -34,6 +39,7 @@ private:
     TerminalBox* box_;
     QPushButton* copy_;
     Announcer* announcer_;
+    FocusRing* ring_;
 };
 
 }  // namespace tarnik

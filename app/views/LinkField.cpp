@@ -2,8 +2,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QKeyEvent>
-#include <algorithm>
 
 #include "app/views/Grid.h"
 #include "app/views/QtText.h"
@@ -17,13 +15,6 @@ constexpr int maxLinkLength = 65'536;  // no accepted link is longer
 constexpr int textPadding = 4;         // beside the typed text, in addition to the frame
 constexpr int pasteHeight = 24;        // in points
 constexpr int pasteMargin = 4;
-
-// Returns true for keys that edit the text or move in it.
-bool isEditing(const QKeyEvent& key) {
-    const auto others = {Qt::Key_Return, Qt::Key_Enter,   Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Backtab,
-                         Qt::Key_Shift,  Qt::Key_Control, Qt::Key_Alt,    Qt::Key_Meta};
-    return std::ranges::find(others, key.key()) == others.end();
-}
 
 bool isInput(QEvent::Type type) {
     return type == QEvent::FocusIn || type == QEvent::KeyPress || type == QEvent::InputMethod ||
@@ -78,8 +69,6 @@ bool LinkField::event(QEvent* event) {
         QApplication::setCursorFlashTime(desktopRate);
         inputTimeout_.start();
     }
-    if (refused_ && event->type() == QEvent::KeyPress && isEditing(*static_cast<QKeyEvent*>(event)))
-        onIntent_({.kind = UserIntent::Kind::editLink});
     return QLineEdit::event(event);
 }
 

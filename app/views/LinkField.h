@@ -8,7 +8,6 @@
 namespace tarnik {
 
 // The input field for a link, with a button that takes the link from the clipboard while the field is empty.
-// The first key in a refused field dismisses the refusal.
 // Its caret blinks at the desktop's rate and stops 10 s after the last input, so an open window does not wake
 // the processor. Only one field may exist, because Qt has one rate for all carets.
 class LinkField : public QLineEdit {

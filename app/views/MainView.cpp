@@ -6,9 +6,11 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <algorithm>
 #include <optional>
 
 #include "app/texts/WindowTexts.h"
@@ -31,6 +33,20 @@ std::optional<QAbstractSlider::SliderAction> scrollActionFor(int key) {
         case Qt::Key_PageDown: return QAbstractSlider::SliderPageStepAdd;
         default: return std::nullopt;
     }
+}
+
+// Returns true for keys that only move the focus, change other keys, or act on the page.
+bool keepsRefusal(const QKeyEvent& key) {
+    const auto keys = {Qt::Key_Return, Qt::Key_Enter,   Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Backtab,
+                       Qt::Key_Shift,  Qt::Key_Control, Qt::Key_Alt,    Qt::Key_Meta};
+    return std::ranges::find(keys, key.key()) != keys.end();
+}
+
+// Returns an empty text if the clipboard has none. On X11 a program that owns the clipboard and hangs delays
+// each request by 5 s, which is Qt's limit. text() alone would make three requests.
+QString clipboardText() {
+    const auto* data = QGuiApplication::clipboard()->mimeData();
+    return data && !data->formats().isEmpty() ? data->text() : QString();
 }
 
 bool isRefused(const WindowContent& content) {
@@ -60,7 +76,8 @@ MainView::MainView(const WindowContent& content, OnIntent onIntent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll_);
 
-    connect(field(), &QLineEdit::textEdited, this, [this] { report({.kind = UserIntent::Kind::editLink}); });
+    connect(field(), &QLineEdit::textEdited, this,
+            [this] { report({.kind = UserIntent::Kind::dismissMessage}); });
     draw();
     updateTabOrder();
     updateFocus(nullptr);
@@ -98,6 +115,7 @@ void MainView::draw() {
 void MainView::updateTabOrder() {
     const auto controls = page_->controls();
     for (std::size_t i = 1; i < controls.size(); ++i) setTabOrder(controls[i - 1], controls[i]);
+    for (auto* control : controls) control->installEventFilter(this);  // a repeated call has no effect
 }
 
 // Keeps the focus on `before` if that widget can have it. Otherwise moves the focus to the field or to the
@@ -143,10 +161,23 @@ void MainView::showEvent(QShowEvent* event) {
 
 void MainView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    page_->setViewWidth(width());
     scrollToFocus();
 }
 
+bool MainView::eventFilter(QObject*, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) dismissRefusal(*static_cast<QKeyEvent*>(event));
+    return false;
+}
+
+void MainView::dismissRefusal(const QKeyEvent& key) {
+    const bool isRefusal =
+        content_.message && content_.message->kind == WindowContent::Message::Kind::refusal;
+    if (isRefusal && !keepsRefusal(key)) report({.kind = UserIntent::Kind::dismissMessage});
+}
+
 void MainView::keyPressEvent(QKeyEvent* event) {
+    if (window()->focusWidget() == this) dismissRefusal(*event);
     if (const auto action = scrollActionFor(event->key()))
         return scroll_->verticalScrollBar()->triggerAction(*action);
     // A held Return or Escape has no effect, because the user may have pressed it on an earlier page.
@@ -173,8 +204,7 @@ void MainView::handleReturn() {
 void MainView::report(const UserIntent& intent) {
     auto copy = intent;
     if (copy.kind == UserIntent::Kind::pasteLink) {
-        // The window system may wait some seconds for a program that hangs and owns the clipboard.
-        field()->setText(QGuiApplication::clipboard()->text().left(field()->maxLength()).trimmed());
+        field()->setText(clipboardText().left(field()->maxLength()).trimmed());
         copy.kind = UserIntent::Kind::connectPasted;
     }
     const bool needsLink = copy.kind == UserIntent::Kind::connectPasted;

@@ -29,6 +29,8 @@ public:
     void fillLinkField(const std::string& link);
 
 protected:
+    // The next key dismisses a refusal. The controls still get the key.
+    bool eventFilter(QObject* watched, QEvent* event) override;
     // Handles Return and Escape for the whole window, and the scroll keys that the focused control ignores.
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -42,6 +44,7 @@ private:
     bool isInView(const QWidget* widget) const;
     void scrollToFocus();
     void handleReturn();
+    void dismissRefusal(const QKeyEvent& key);
     void report(const UserIntent& intent);
 
     const OnIntent onIntent_;

@@ -110,6 +110,14 @@ void MainWindow::setOnClose(OnClose onClose) {
     onClose_ = std::move(onClose);
 }
 
+void MainWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) fitScreen();
+    const bool isSeen = (event->type() == QEvent::ActivationChange && isActiveWindow()) ||
+                        (event->type() == QEvent::WindowStateChange && isVisible() && !isMinimized());
+    if (isSeen && onSeen_) onSeen_();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
     const auto onClose = onClose_;  // a handler may replace onClose_
     if (onClose.closed) onClose.closed();

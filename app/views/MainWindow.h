@@ -32,10 +32,14 @@ public:
     };
     void setOnClose(OnClose onClose);
 
+    // `onSeen` is called when the window becomes active or is restored after it was minimised.
+    void setOnSeen(std::function<void()> onSeen) { onSeen_ = std::move(onSeen); }
+
     // Makes the keyboard shortcuts of the menu work in the window. Call it once.
     void setMenuKeys(const MenuContent& menu, const std::function<void(MenuContent::Action)>& onAction);
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -54,6 +58,7 @@ private:
     MainView::OnIntent onIntent_;
     MainView* view_ = nullptr;  // a child, made when the window is first shown
     OnClose onClose_;
+    std::function<void()> onSeen_;
     std::optional<QPoint> position_;       // std::nullopt before the window is shown
     QMetaObject::Connection areaChanges_;  // of the current screen
 };

@@ -1,20 +1,18 @@
 #include "app/views/Page.h"
 
+#include <QCoreApplication>
 #include <QEvent>
-#include <QIcon>
 #include <QPainter>
-#include <QStyle>
 #include <algorithm>
+#include <utility>
 
-#include "app/texts/WindowTexts.h"
 #include "app/views/Colours.h"
 #include "app/views/ConnectSection.h"
 #include "app/views/FocusRing.h"
 #include "app/views/Grid.h"
 #include "app/views/LoginBox.h"
 #include "app/views/SwitchesSection.h"
-#include "app/views/SymbolIcon.h"
-#include "app/views/TextLabel.h"
+#include "app/views/TitleLine.h"
 
 namespace tarnik {
 namespace {
@@ -25,34 +23,6 @@ constexpr int titleHeight = 24;
 constexpr int connectTop = 52;
 constexpr int loginTop = 528;
 constexpr int bottomMargin = 16;
-
-// The line with the application's icon and name.
-class TitleLine : public QWidget {
-public:
-    explicit TitleLine(QWidget* parent)
-        : QWidget(parent), icon_(applicationIcon()), name_(new TextLabel(TextLabel::Role::brand, this)) {
-        name_->setPlainText(WindowTexts::product);
-    }
-
-    void arrange(const Grid& grid) {
-        const int line = name_->lineHeight();
-        place(*name_, grid.column((height() - line) / 2, line));
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        const QRect square(Grid::margin, 0, height(), height());
-        constexpr double margin = 3.0 / 58;  // of the icon, cropped
-        const int crop = static_cast<int>(height() * margin);
-        icon_.paint(&painter,
-                    QStyle::visualRect(layoutDirection(), rect(), square).adjusted(-crop, -crop, crop, crop));
-    }
-
-private:
-    const QIcon icon_;
-    TextLabel* const name_;
-};
 
 class Divider : public QWidget {
 public:
@@ -66,13 +36,18 @@ protected:
 
 // Creates the children in their order on the screen, because screen readers read them in this order.
 Page::Page(const OnButton& onButton)
-    : title_(new TitleLine(this)),
+    : viewWidth_(Grid::scaled(font(), Grid::pageWidth)),
+      title_(new TitleLine(this)),
       connect_(new ConnectSection(onButton, this)),
       divider_(new Divider(this)),
       switches_(new SwitchesSection(onButton, this)),
       login_(new LoginBox(onButton, this)),
       ring_(new FocusRing(this)),
       fade_(*connect_) {}
+
+void Page::setViewWidth(int width) {
+    if (std::exchange(viewWidth_, width) != width) arrange();
+}
 
 bool Page::setContent(const WindowContent& content) {
     const auto before = controls();
@@ -94,7 +69,10 @@ std::vector<QWidget*> Page::controls() const {
 }
 
 bool Page::event(QEvent* event) {
-    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::LayoutDirectionChange) arrange();
+    const auto type = event->type();
+    if (type == QEvent::LayoutRequest || type == QEvent::LayoutDirectionChange) arrange();
+    // Placed later, because the children get the font after the page.
+    if (type == QEvent::FontChange) QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
     return QWidget::event(event);
 }
 
@@ -107,13 +85,10 @@ void Page::showEvent(QShowEvent*) {
     arrange();
 }
 
-// The scroll bar uses the margin of the page, so the grid has the width of page and bar.
 void Page::arrange() {
-    const QWidget* view = parentWidget() ? parentWidget()->parentWidget() : this;
-    const int full = view ? view->width() : width();
-    const Grid grid(font(), full);
+    const Grid grid(font(), viewWidth_);
     place(*title_, {0, grid.scaled(titleTop), width(), grid.scaled(titleHeight)});
-    static_cast<TitleLine*>(title_)->arrange(grid);
+    title_->arrange(grid);
 
     int y = grid.scaled(connectTop);
     connect_->resize(width(), connect_->height());
@@ -121,7 +96,7 @@ void Page::arrange() {
     place(*connect_, {0, y, width(), connectHeight});
     y += connectHeight + Grid::dividerGap;
     const int line = lineWidth(palette());
-    place(*divider_, {Grid::margin, y, full - 2 * Grid::margin, line});
+    place(*divider_, {Grid::margin, y, viewWidth_ - 2 * Grid::margin, line});
     y += Grid::dividerGap;
 
     const int switchesHeight = switches_->arrange(grid);

@@ -12,12 +12,17 @@ class ConnectSection;
 class FocusRing;
 class LoginBox;
 class SwitchesSection;
+class TitleLine;
 
 // The whole page in its scroll area: title line, connect section, divider, switches section, check box.
 // Places its parts on the Grid for its width.
 class Page : public QWidget {
 public:
     explicit Page(const OnButton& onButton);
+
+    // Sets the width of the view, which includes the scroll bar. The bar uses the margin of the page, so the
+    // grid doesn't change when it appears.
+    void setViewWidth(int width);
 
     // Returns true if the new controls differ from the previous controls.
     bool setContent(const WindowContent& content);
@@ -34,8 +39,9 @@ private:
     void arrange();
 
     std::optional<WindowContent::Section> section_;  // std::nullopt before the first content
+    int viewWidth_;
     // Children.
-    QWidget* title_;
+    TitleLine* title_;
     ConnectSection* connect_;
     QWidget* divider_;
     SwitchesSection* switches_;

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "app/views/Alert.h"
+#include "app/views/DetailsDialog.h"
 #include "app/views/MainWindow.h"
 #include "app/views/QtText.h"
 
@@ -36,13 +37,21 @@ constexpr Look looks[] = {{"-light", Appearance::light},
                           {"-light-contrast", Appearance::light, Contrast::higher},
                           {"-dark-contrast", Appearance::dark, Contrast::higher}};
 
-// Makes the window in the state, or only the alert if the state has one. The window's buttons do nothing.
+// Makes the window in the state, or only the alert or the details if the screen has them. The window's
+// buttons do nothing.
 std::unique_ptr<QWidget> makeScreen(const SampleScreen& screen, const Url& webOrigin, Visibility visibility) {
     if (screen.alert) {
         auto alert = makeAlert(screen.alert->title, screen.alert->body);
         alert->setAttribute(Qt::WA_DontShowOnScreen, visibility == Visibility::hidden);
         alert->show();
         return alert;
+    }
+    if (!screen.details.empty()) {
+        auto details = std::make_unique<DetailsDialog>(nullptr);
+        details->setAttribute(Qt::WA_DontShowOnScreen, visibility == Visibility::hidden);
+        details->setReport(std::string(screen.details));
+        details->show();
+        return details;
     }
     auto state = screen.state;
     if (auto& trouble = state.helper.trouble) {  // its sentence follows the clock

@@ -9,6 +9,7 @@
 #include "app/views/Colours.h"
 #include "app/views/Grid.h"
 #include "app/views/QtText.h"
+#include "app/views/TextLabel.h"
 #include "app/views/VectorPath.h"
 
 namespace tarnik {
@@ -20,7 +21,6 @@ constexpr double labelGap = 8;
 constexpr double arrowLength = 35;
 constexpr double arrowGap = 10;  // on each side, at least
 constexpr double labelHeight = 16;
-constexpr double quietSize = 0.92;
 
 // One part of a picture. Pictures are drawn from (0, 0), and their middle is at half of `pictureHeight`.
 struct Part {
@@ -63,12 +63,8 @@ const std::array<Picture, 3>& pictures() {
 
 constexpr const char* arrowHead = "M -3.5 -3.5 L 0 0 L -3.5 3.5";
 
-QFont labelFont(QFont font) {
-    if (font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * quietSize);
-    else
-        font.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * quietSize)));
-    return font;
+QFont labelFont(const QFont& systemFont) {
+    return TextLabel::fontOf(TextLabel::Role::quiet, systemFont);
 }
 
 void stroke(QPainter& painter, const QPainterPath& path, const QColor& colour, double width) {

@@ -14,6 +14,8 @@
 namespace tarnik {
 namespace {
 
+using Shows = WindowContent::Terminal::Shows;
+
 constexpr int mostLines = 5;
 constexpr int leastLines = 2;
 constexpr int verticalPadding = 10;
@@ -56,24 +58,37 @@ TerminalBox::TerminalBox(QWidget* parent) : QPlainTextEdit(parent) {
     setViewportMargins(isReversed ? barSide : otherSide, verticalPadding - inside,
                        isReversed ? otherSide : barSide, verticalPadding - inside);
 
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (font().pointSizeF() > 0) fixed.setPointSizeF(font().pointSizeF() * fontSize);
-    setFont(fixed);
-
+    setSystemFont(font());
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
-        if (!isChanging_) followsEnd_ = value >= verticalScrollBar()->maximum();
+        if (!isChanging_) followsEnd_ = shows_ == Shows::end && value >= verticalScrollBar()->maximum();
     });
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { scrollToEnd(); });
     hide();
+}
+
+void TerminalBox::setSystemFont(const QFont& font) {
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (font.pointSizeF() > 0) fixed.setPointSizeF(font.pointSizeF() * fontSize);
+    setFont(fixed);
+}
+
+void TerminalBox::setLongText(const std::string& text) {
+    shows_ = Shows::beginning;
+    followsEnd_ = false;
+    text_ = qtText(text);
+    setPlainText(text_);
 }
 
 void TerminalBox::setTerminal(const WindowContent::Terminal& terminal) {
     updateAccessibleName(*this, terminal.accessibleName);
     QString text = qtText(terminal.text);
     while (text.endsWith(QLatin1Char('\n'))) text.chop(1);  // an empty last line would hide the first
-    if (text == text_) return;
+    const bool isSamePlace = terminal.shows == shows_;
+    shows_ = terminal.shows;
+    if (text == text_ && isSamePlace) return;
+    if (!isSamePlace) followsEnd_ = shows_ == Shows::end;
 
-    const int place = verticalScrollBar()->value();
+    const int place = isSamePlace ? verticalScrollBar()->value() : 0;
     isChanging_ = true;
     dropFront(droppedFront(text_, text));
     replaceFrom(commonPrefix(text_, text), text);
@@ -87,6 +102,7 @@ void TerminalBox::reset() {
     if (text_.isEmpty()) return;
     text_.clear();
     clear();
+    shows_ = Shows::end;
     followsEnd_ = true;
 }
 

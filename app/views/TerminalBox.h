@@ -6,14 +6,19 @@
 
 namespace tarnik {
 
-// Shows the terminal output of a program. The user can select and copy text. Scrolls to the end unless the
-// user has scrolled up. A selection survives changes elsewhere in the text.
+// Shows the terminal output of a program. The user can select and copy text. Keeps showing the end of the
+// text, or its beginning, until the user scrolls. A selection survives changes elsewhere in the text.
 class TerminalBox : public QPlainTextEdit {
 public:
     explicit TerminalBox(QWidget* parent = nullptr);
 
     void setTerminal(const WindowContent::Terminal& terminal);
+    // Shows the beginning of a text of any length. Breaks only the lines that become visible, so the scroll
+    // bar is an estimate.
+    void setLongText(const std::string& text);
     void reset();  // clears the text; call it between two programs
+
+    void setSystemFont(const QFont& font);
 
     // Returns a height of whole lines with the frame, at the current width: up to five lines, as many as fit
     // into `room`, but at least two of a longer text.
@@ -27,6 +32,7 @@ private:
     int heightOf(int lines) const;
 
     QString text_;
+    WindowContent::Terminal::Shows shows_ = WindowContent::Terminal::Shows::end;
     bool followsEnd_ = true;
     bool isChanging_ = false;
 };

@@ -1,7 +1,8 @@
 #include "app/views/TextLabel.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QFontInfo>
-#include <QGuiApplication>
 #include <QPainter>
 #include <QStyle>
 #include <QTextLayout>
@@ -36,15 +37,6 @@ constexpr Style styleOf(TextLabel::Role role) {
     return {1, 1, QFont::Normal};
 }
 
-QFont fontFor(const Style& style, QFont font) {
-    if (font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * style.size);
-    else
-        font.setPixelSize(static_cast<int>(std::lround(font.pixelSize() * style.size)));
-    font.setWeight(style.weight);
-    return font;
-}
-
 QColor textColour(const QPalette& palette) {
     return palette.color(QPalette::WindowText);
 }
@@ -58,7 +50,7 @@ QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeig
     layout.setFont(font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    option.setTextDirection(QGuiApplication::layoutDirection());
+    option.setTextDirection(QApplication::layoutDirection());
     option.setAlignment(QStyle::visualAlignment(option.textDirection(), Qt::AlignLeading));
     layout.setTextOption(option);
     QSizeF size(0, 0);
@@ -76,14 +68,29 @@ QSizeF layOut(QTextLayout& layout, const QFont& font, int width, double lineHeig
 
 TextLabel::TextLabel(Role role, QWidget* parent)
     : QLabel(parent),
-      colour_(isQuiet(role) ? &secondaryColour : &textColour),
-      leading_(styleOf(role).leading) {
+      role_(role),
+      roleFont_(fontOf(role, font())),
+      colour_(isQuiet(role) ? &secondaryColour : &textColour) {
     setTextFormat(Qt::PlainText);
-    setFont(fontFor(styleOf(role), font()));
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     hide();
+}
+
+QFont TextLabel::fontOf(Role role, QFont systemFont) {
+    const Style style = styleOf(role);
+    if (systemFont.pointSizeF() > 0)
+        systemFont.setPointSizeF(systemFont.pointSizeF() * style.size);
+    else
+        systemFont.setPixelSize(static_cast<int>(std::lround(systemFont.pixelSize() * style.size)));
+    systemFont.setWeight(style.weight);
+    return systemFont;
+}
+
+void TextLabel::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) roleFont_ = fontOf(role_, font());
+    QLabel::changeEvent(event);  // requests a new layout
 }
 
 void TextLabel::setPlainText(std::string_view text) {
@@ -98,23 +105,23 @@ void TextLabel::setColour(QColor (*colour)(const QPalette&)) {
 }
 
 int TextLabel::lineHeight() const {
-    return std::max(fontMetrics().height(),
-                    static_cast<int>(std::lround(QFontInfo(font()).pixelSize() * leading_)));
+    return std::max(QFontMetrics(roleFont_).height(),
+                    static_cast<int>(std::lround(QFontInfo(roleFont_).pixelSize() * styleOf(role_).leading)));
 }
 
 QSizeF TextLabel::measure(int width) const {
     const int line = lineHeight();
     const auto fits = [&](const Measurement& known) {
         return known.width == width && known.lineHeight == line && known.text == text() &&
-               known.font == font();
+               known.font == roleFont_;
     };
     if (const auto known = std::ranges::find_if(measurements_, fits); known != measurements_.end())
         return known->size;
     QTextLayout layout(text().replace('\n', QChar::LineSeparator));
-    const QSizeF size = layOut(layout, font(), width, line);
+    const QSizeF size = layOut(layout, roleFont_, width, line);
     std::ranges::rotate(measurements_, measurements_.end() - 1);
     measurements_.front() = {
-        .text = text(), .font = font(), .width = width, .lineHeight = line, .size = size};
+        .text = text(), .font = roleFont_, .width = width, .lineHeight = line, .size = size};
     return size;
 }
 
@@ -140,7 +147,7 @@ void TextLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(colour_(palette()));
     QTextLayout layout(this->text().replace('\n', QChar::LineSeparator));
-    layOut(layout, font(), width(), lineHeight());
+    layOut(layout, roleFont_, width(), lineHeight());
     layout.draw(&painter, QPointF(0, contentsMargins().top()));
 }
 

@@ -14,6 +14,9 @@ public:
 
     explicit TextLabel(Role role, QWidget* parent = nullptr);
 
+    // Returns the role's font for a system font.
+    static QFont fontOf(Role role, QFont systemFont);
+
     void setPlainText(std::string_view text);           // an empty text hides the label
     void setColour(QColor (*colour)(const QPalette&));  // instead of the role's colour
     int lineHeight() const;
@@ -24,6 +27,7 @@ public:
     int heightForWidth(int width) const override;
 
 protected:
+    void changeEvent(QEvent* event) override;  // follows the system font
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -39,8 +43,9 @@ private:
     QSizeF measure(int width) const;
     QSize textSize(int width) const;
 
+    const Role role_;
+    QFont roleFont_;  // not the widget's font, so that a change of the system font reaches the widget
     QColor (*colour_)(const QPalette&);
-    const double leading_;                             // the line height in multiples of the font's size
     mutable std::array<Measurement, 3> measurements_;  // latest first
 };
 

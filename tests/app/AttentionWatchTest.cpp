@@ -65,7 +65,8 @@ struct Fixture {
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     ManualMainThread main{clock};
     AppState state = running;
-    bool isVisible = false;
+    bool isOpen = false;
+    bool isInUse = false;
     bool hasService = true;
     std::set<std::string> flags;
     std::vector<std::string> events;
@@ -80,7 +81,8 @@ struct Fixture {
                       .flag = [this](const std::string& key) { return flags.contains(key); },
                       .setFlag = [this](const std::string& key) { flags.insert(key); }},
          .state = [this]() -> const AppState& { return state; },
-         .windowIsVisible = [this] { return isVisible; },
+         .windowIsOpen = [this] { return isOpen; },
+         .windowIsInUse = [this] { return isInUse; },
          .onStatus =
              [this](TrayStatus status) { events.push_back(std::to_string(static_cast<int>(status))); },
          .now = [this] { return clock->now(); }}};
@@ -134,26 +136,37 @@ TEST(AttentionWatch, countsAcrossShortRuns) {
 
 TEST(AttentionWatch, showsAProblemOnlyIfTheWindowIsClosed) {
     Fixture f;
-    f.isVisible = true;
+    f.isOpen = true;
     EXPECT_EQ(f.becomes(failed()), Events({needs}));
-    f.isVisible = false;
+    f.isOpen = false;
     EXPECT_EQ(f.becomes(failed()), Events());
     EXPECT_EQ(f.becomes({}), Events({works, "withdraw problem"}));
     EXPECT_EQ(f.becomes(failed()), Events({needs, "show problem"}));
-    f.watch.windowShown();
+    f.watch.windowSeen();
     EXPECT_EQ(f.seen(), Events({"withdraw problem", "withdraw window-closed"}));
 
     f.becomes({});
     f.state = failed();
     f.watch.stateChanged();
-    f.isVisible = true;  // the same change opens the window
+    f.isOpen = true;  // the same change opens the window
     f.main.run();
     EXPECT_EQ(f.seen(), Events({needs}));
+}
+
+TEST(AttentionWatch, showsAnAbsenceUnlessTheWindowIsInUse) {
+    for (const bool isInUse : {false, true}) {
+        Fixture f;
+        f.isOpen = true;  // other windows may cover it
+        f.isInUse = isInUse;
+        f.becomes(away);
+        EXPECT_EQ(f.after(300s), isInUse ? Events({needs}) : Events({needs, "show problem"}));
+    }
 }
 
 TEST(AttentionWatch, explainsTheFirstCloseOnce) {
     Fixture f;
     f.watch.windowClosed(Closing::endsConnection);
+    f.watch.windowClosed(Closing::unknown);
     f.hasService = false;
     f.watch.windowClosed(Closing::staysInPanel);
     f.hasService = true;

@@ -105,9 +105,26 @@ TEST(LoginItem, showsAFailureUntilTheNextIntent) {
         f.settle();
         EXPECT_EQ(f.state().startAtLogin, off);
         EXPECT_EQ(f.content().message.value().cause == "no room", threadsAreLeft);
-        performIntent({.kind = UserIntent::Kind::editLink}, "", f.model());
+        performIntent({.kind = UserIntent::Kind::dismissMessage}, "", f.model());
         EXPECT_FALSE(f.content().message);
     }
+}
+
+TEST(LoginItem, sharesThePlaceForMessagesWithTheLink) {
+    Fixture f(off, false);
+    f.install();
+    f.model().start();
+    f.item().refresh();
+    f.settle();
+    f.model().pairing().connect("no link");
+    EXPECT_TRUE(f.content().linkField->refused);
+    f.click();
+    f.settle();
+    EXPECT_TRUE(f.content().message && f.state().startAtLoginFailure);
+    EXPECT_FALSE(f.content().linkField->refused);
+    f.model().pairing().connect("no link");
+    EXPECT_FALSE(f.state().startAtLoginFailure);
+    EXPECT_TRUE(f.content().linkField->refused);
 }
 
 }  // namespace

@@ -137,7 +137,7 @@ TEST(JournalFacts, explainAHelperThatFailsAgainAndAgain) {
     const auto& helper = m.state().helper;
     const auto fail = [&](Seconds restart) {
         m.advance(restart);
-        EXPECT_TRUE(helper.since && !helper.trouble && helper.lastLines.empty());
+        EXPECT_TRUE(helper.since && (!helper.trouble || helper.trouble->isRunning));
         m.nodes.last().end(ExitStatus::exited(3));
         m.settle();
         EXPECT_FALSE(helper.since);
@@ -153,6 +153,42 @@ TEST(JournalFacts, explainAHelperThatFailsAgainAndAgain) {
     EXPECT_EQ(helper.lastLines, "read 1") << "until the log is read again";
     m.advance(2s);
     EXPECT_EQ(helper.lastLines, "read 2") << "one read for each failure";
+    m.advance(2s);
+    EXPECT_TRUE(helper.trouble && helper.trouble->isRunning && helper.lastLines == "read 2");
+    m.advance(60s);
+    EXPECT_TRUE(!helper.trouble && helper.lastLines.empty()) << "a run of a minute ends the trouble";
+}
+
+// The disk hangs until `finish` is called.
+TEST(JournalFacts, repeatAReadThatBeganBeforeTheLatestFailure) {
+    RecordedMachine m;
+    std::vector<BackgroundTasks::Task> reads;
+    JournalFacts facts({.mainThread = m.main.record(),
+                        .detach =
+                            [&](const std::string&, BackgroundTasks::Task task) {
+                                reads.push_back(std::move(task));
+                                return true;
+                            },
+                        .installedVersion = [] { return ""; },
+                        .lastLines = [&] { return "read " + std::to_string(reads.size()); }},
+                       m.journal, m.sharedModel());
+    const auto fail = [&] {
+        m.journal->record(EventCode::helperEnded, "", {{EventField::ranFor, std::int64_t{1}}});
+        m.journal->record(EventCode::helperRestart, "");
+        m.settle();
+        m.advance(250ms);
+    };
+    fail();
+    fail();
+    fail();
+    ASSERT_EQ(reads.size(), 1U);
+    reads[0]();
+    m.settle();
+    EXPECT_EQ(m.state().helper.lastLines, "");
+    ASSERT_EQ(reads.size(), 2U);
+    reads[1]();
+    m.settle();
+    EXPECT_EQ(m.state().helper.lastLines, "read 2");
 }
 
 TEST(JournalFacts, followUpdatesVersionsAndTheDriver) {

@@ -9,6 +9,7 @@
 #include "app/model/MenuContent.h"
 #include "app/model/SampleScreens.h"
 #include "app/model/TerminalTail.h"
+#include "core/foundation/LocalDay.h"
 
 namespace tarnik {
 namespace {
@@ -83,6 +84,7 @@ TEST(WindowContent, showsEachState) {
         {"connected", good + " | You"},
         {"connected-one-switch", good + " > One"},
         {"connected-refused-link", good + " ! That"},
+        {"connected-after-trouble", "checkmark.circle.fill (trouble) (terminal) [Copy Details] [Show Log]"},
         {"connected-checking", "checkmark.circle.fill (busy) (card) | Checking [Cancel esc]"},
         {"reconnecting-first", arrows + " (busy)"},
         {"reconnecting-trouble", arrows + " (trouble) (terminal) [Try Now return] [Copy Details] [Show Log]"},
@@ -169,7 +171,12 @@ TEST(WindowContent, showsFactsAboutAConnectedMachine) {
     EXPECT_EQ(cardOf(sample("connected-one-switch")), running + "Needs one more switch|");
     EXPECT_EQ(cardOf(sample("pairing-connected")), "Starting…|Needs two switches|");
     EXPECT_EQ(cardOf(sample("connected-switches-off"), std::chrono::hours(50)),
-              "Running for 2 days, version 2026.1.1|Needs two switches|");
+              "Running since 2026-01-15, version 2026.1.1|Needs two switches|");
+    const auto untilMidnight = nextDay(sampleTime()) - sampleTime();
+    EXPECT_EQ(cardOf(sample("connected-one-switch"), untilMidnight - Seconds(1)),
+              running + "Needs one more switch|");
+    EXPECT_EQ(cardOf(sample("connected-one-switch"), untilMidnight),
+              "Running since 2026-01-15, version 2026.1.1|Needs one more switch|");
     auto state = sample("connected-update-waiting");
     state.helper.version.clear();
     state.switches.screenRecording = false;  // the driver stops a moment later
@@ -188,6 +195,13 @@ TEST(WindowContent, showsTheHelpersWordsWithoutTheKeys) {
         state.pairing->displayText = printed;
         EXPECT_EQ(contentOf(state).terminal->text, shown);
     }
+}
+
+TEST(WindowContent, showsThePartOfTheWordsThatNamesTheAccount) {
+    using enum WindowContent::Terminal::Shows;
+    EXPECT_EQ(contentOf(sample("pairing-confirm")).terminal->shows, beginning);
+    EXPECT_EQ(contentOf(sample("pairing-confirm-long")).terminal->shows, end);
+    EXPECT_EQ(contentOf(sample("pairing-failed")).terminal->shows, end);
 }
 
 TEST(HelperTrouble, survivesChangesOfTheClock) {

@@ -25,9 +25,10 @@ struct Fixture : FakeMachine {
         {.recordWindow = [](const std::string&) {}, .mainThread = main.record(), .presentation = shown},
         sharedModel()};
 
-    explicit Fixture(bool startedAtLogin = false) : atLogin(startedAtLogin) {
+    explicit Fixture(bool startedAtLogin = false, std::optional<TrayHost> host = TrayHost::present)
+        : atLogin(startedAtLogin) {
         face.attach(delegate);
-        face.setTrayHost(TrayHost::present);
+        if (host) face.setTrayHost(*host);
     }
     static QWidget& window() { return *QApplication::activeWindow(); }
     void showWindow() {
@@ -68,6 +69,20 @@ TEST(DesktopFace, saysWhatClosingTheWindowDoes) {
     EXPECT_TRUE(shows(MachineTexts::closingEnds));
     f.face.setTrayHost(TrayHost::present);
     EXPECT_TRUE(shows(MachineTexts::staysInPanel));
+}
+
+TEST(DesktopFace, endsNothingWhileTheTrayIsUnknown) {
+    Fixture f(false, std::nullopt);
+    f.shown.makeStatusItem(MenuContent::with(UpdateCheck::unavailable));
+    f.showWindow();
+    auto& window = Fixture::window();
+    window.close();
+    EXPECT_FALSE(window.isVisible() || f.delegate.isQuitting());
+    f.face.setTrayHost(TrayHost::absent);
+    f.main.advance(Seconds(0));
+    EXPECT_TRUE(window.isVisible());
+    window.close();
+    EXPECT_TRUE(window.isVisible() && f.delegate.isQuitting());
 }
 
 TEST(DesktopFace, keepsAWaitingLinkForTheField) {

@@ -42,6 +42,10 @@ TEST(MainView, reportsOneIntentPerKeyAndClick) {
         {"replace-offer", click("Connect to the new account"), Kind::connectOffer},
         {"replace-offer", key(Qt::Key_Escape), Kind::keepCurrent},
         {"connected-switches-off", click("Turn on Accessibility"), Kind::requestSwitch},
+        {"connected-refused-link", key(Qt::Key_A), Kind::dismissMessage},
+        {"connected-refused-link", key(Qt::Key_Down, "Turn on Accessibility"), Kind::dismissMessage},
+        {"connected-refused-link", key(Qt::Key_Tab), std::nullopt},
+        {"connected", key(Qt::Key_A), std::nullopt},
     };
     for (const auto& [screen, act, asked] : cases) {
         ShownView view(sampleContent(screen));
@@ -65,9 +69,15 @@ TEST(MainView, ignoresInputThatArrivesWithANewButton) {
     view.press(Qt::Key_Space);
     ShownView::click(*view.button("Connect"));
     EXPECT_TRUE(view.asked.empty());
+    const auto isDisabled = [&](const char* name) {
+        return QAccessible::queryAccessibleInterface(view.button(name))->state().disabled != 0;
+    };
+    EXPECT_TRUE(isDisabled("Connect") && !isDisabled("Cancel"));
+    EXPECT_TRUE(view.button("Connect")->hasFocus());
     ShownView::click(*view.button("Cancel"));
     QApplication::setDoubleClickInterval(0);
-    ShownView::click(*view.button("Connect"));
+    EXPECT_FALSE(isDisabled("Connect"));
+    QAccessible::queryAccessibleInterface(view.button("Connect"))->actionInterface()->doAction("Press");
     EXPECT_EQ(view.asked, (Asked{{Kind::cancelPairing, ""}, {Kind::confirmPairing, ""}}));
 }
 
@@ -77,7 +87,7 @@ TEST(MainView, reportsTheTextOfTheField) {
     view.field().clear();
     view.press(Qt::Key_A, "ä");
     view.press(Qt::Key_Return);
-    EXPECT_EQ(view.asked, (Asked{{Kind::editLink, "ä"}, {Kind::connectPasted, "ä"}}));
+    EXPECT_EQ(view.asked, (Asked{{Kind::dismissMessage, "ä"}, {Kind::connectPasted, "ä"}}));
 }
 
 TEST(MainView, acceptsNewContentFromItsClickHandler) {

@@ -1,6 +1,7 @@
 #include "app/views/MainWindow.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
@@ -22,6 +23,18 @@ TEST(MainWindow, hidesOnCloseUnlessItStays) {
     }
 }
 
+TEST(MainWindow, reportsThatItIsSeenAgain) {
+    ShownView view(sampleContent("connected"));
+    int seen = 0;
+    view.window.setOnSeen([&seen] { ++seen; });
+    view.window.showMinimized();
+    QApplication::processEvents();
+    EXPECT_EQ(seen, 0);
+    view.window.showNormal();
+    QApplication::processEvents();
+    EXPECT_GT(seen, 0);
+}
+
 TEST(MainWindow, reappearsWithItsPositionTextAndFocus) {
     ShownView view(sampleContent("connect"));
     view.field().setText("typed");
@@ -38,6 +51,28 @@ TEST(MainWindow, reappearsWithItsPositionTextAndFocus) {
     view.window.hide();
     view.window.present();
     EXPECT_TRUE(view.window.screen()->geometry().contains(view.window.geometry()));
+}
+
+TEST(MainWindow, followsTheSystemFont) {
+    const QFont before = QApplication::font();
+    ShownView view(sampleContent("connect"));
+    const auto heights = [&] {
+        int sum = 0;
+        for (const auto* label : view.window.findChildren<QLabel*>())
+            if (label->isVisible()) sum += label->sizeHint().height();
+        return std::pair(sum, view.window.width());
+    };
+    const auto [small, narrow] = heights();
+    QFont twice = before;
+    twice.setPointSizeF(before.pointSizeF() * 1.5);
+    QApplication::setFont(twice);
+    QApplication::processEvents();
+    const auto [large, wide] = heights();
+    EXPECT_GT(large, small * 1.25);
+    EXPECT_GT(wide, narrow);
+    QApplication::setFont(before);
+    QApplication::processEvents();
+    EXPECT_EQ(heights(), std::pair(small, narrow));
 }
 
 TEST(MainWindow, fitsItsScreenAndScrollsToTheFocus) {

@@ -49,6 +49,19 @@ TEST(TerminalBox, scrollsToItsEndUnlessTheUserScrolledUp) {
     EXPECT_TRUE(f.atEnd()) << "a new program's text";
 }
 
+TEST(TerminalBox, showsItsBeginningIfItShould) {
+    Fixture f;
+    f.say(lines(1, 40));
+    f.box.setTerminal({.text = lines(1, 50),
+                       .accessibleName = "terminal",
+                       .shows = WindowContent::Terminal::Shows::beginning});
+    f.box.resize(200, 120);
+    QApplication::processEvents();
+    EXPECT_EQ(f.box.verticalScrollBar()->value(), 0);
+    f.say(lines(1, 50));
+    EXPECT_TRUE(f.atEnd());
+}
+
 TEST(TerminalBox, keepsASelectionThroughChangesElsewhere) {
     const std::tuple<const char*, std::string, QString> cases[] = {
         {"appended text", lines(1, 30), "line 12"},
