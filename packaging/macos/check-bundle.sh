@@ -36,11 +36,13 @@ commands() {
 
 # isNewer A B: succeeds if version A is later than version B.
 isNewer() {
-    awk -v a="$1" -v b="$2" 'BEGIN {
-        split(a, x, "."); split(b, y, ".")
-        for (i = 1; i <= 3; i++) if (x[i] + 0 != y[i] + 0) exit !(x[i] + 0 > y[i] + 0)
-        exit 1
-    }'
+    local a b i
+    IFS=. read -r -a a <<<"$1"
+    IFS=. read -r -a b <<<"$2"
+    for i in 0 1 2; do
+        if ((${a[i]:-0} != ${b[i]:-0})); then return $((${a[i]:-0} < ${b[i]:-0})); fi
+    done
+    return 1
 }
 
 # expand PATH FILE: sets `expanded` to the path without @executable_path and @loader_path.
@@ -108,7 +110,7 @@ follow() {
 # checkFile FILE: checks the processor and the oldest macOS of FILE, and adds it to `programs` or to `others`.
 checkFile() {
     local file=$1 facts least
-    if ! lipo -archs "$file" | tr ' ' '\n' | grep -qx "$processor"; then
+    if [[ " $(lipo -archs "$file") " != *" $processor "* ]]; then
         report "has no code for this processor"
         return
     fi
