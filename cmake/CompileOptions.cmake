@@ -32,6 +32,20 @@ if(TARNIK_WERROR)
   target_compile_options(tarnik_options INTERFACE -Werror)
 endif()
 
+# Releases verify the targets of indirect jumps and calls where the processor and the C library support it, and touch each
+# page of a large stack frame. Compilers know only the options of their processor. The preset has the options that all
+# systems have; app/CMakeLists.txt has those of the linker; tools/check-hardening.sh checks the result.
+if(NOT APPLE)
+  include(CheckCXXCompilerFlag)
+  foreach(flag fcf-protection=full mbranch-protection=standard fstack-clash-protection)
+    string(MAKE_C_IDENTIFIER "TARNIK_HAS_${flag}" known)
+    check_cxx_compiler_flag(-${flag} ${known})
+    if(${known})
+      add_compile_options($<$<CONFIG:Release>:-${flag}>)
+    endif()
+  endforeach()
+endif()
+
 # The sanitizers apply to all targets, precompiled headers and links.
 if(TARNIK_SANITIZERS)
   add_compile_options(-fsanitize=${TARNIK_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -25,6 +25,7 @@ install(FILES ${made}/tarnik DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT conso
 install(FILES ${linux}/tarnik.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)
 # The folder of units is the same on every architecture.
 install(FILES ${linux}/tarnik.service DESTINATION lib/systemd/user COMPONENT console)
+install(FILES ${linux}/no-root.conf DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tarnik-console/examples COMPONENT console)
 # tarnik_completion(<shell> <folder> <name>): installs what `tarnik completion <shell>` prints.
 function(tarnik_completion shell folder name)
   install(CODE "execute_process(COMMAND $<TARGET_FILE:tarnik> completion ${shell}

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks that the packages can be built, that lintian finds no errors, that they install and are removed completely, that
-# tarnik-console alone works without Qt, and that the installed programs find their version, bundle and siblings. dpkg
-# works on a private folder, not on the machine's packages.
+# tarnik-console alone works without Qt, and that the installed programs are hardened, are in the list of what is linked,
+# and find their version, bundle and siblings. dpkg works on a private folder, not on the packages of the machine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 work=$(mktemp -d)
@@ -44,6 +44,36 @@ output=$(run)
 for executable in "$system"/usr/lib/tarnik/Contents/MacOS/*; do
     if readelf -d "$executable" | grep -E 'NEEDED.*(Qt|curl|ssl|crypto)'; then fail "$executable loads a large library"; fi
 done
+# checkLinks PACKAGE: the SPDX list must name the installed programs by their digests, and each library package on which
+# the package depends. dpkg-shlibdeps finds these independently.
+checkLinks() {
+    local list=$system/usr/share/doc/$1/$1.spdx listed file name
+    while read -r name; do
+        file=$system/${name#./}
+        grep -A 3 -xF "FileName: $name" "$list" | grep -qF "SHA256: $(sha256sum "$file" | cut -d' ' -f1)" ||
+            fail "$1.spdx doesn't have the digest of $file"
+    done < <(dpkg-deb --contents build/package/"$1"_*.deb | grep -oE '\./usr/lib/tarnik/Contents/MacOS/[a-z-]+$')
+    listed=$(sed -n 's/^Relationship: .* DYNAMIC_LINK SPDXRef-//p' "$list" | sort -u)
+    for name in $(dependencies "$1"); do
+        grep -qxF "$name" <<<"$listed" || fail "$1.spdx lacks $name, on which the package depends"
+    done
+    # The libraries that tarnik-window loads at first use are dependencies of tarnik-console.
+    for name in $listed; do
+        grep -qxF "$name" <<<"$(dependencies "$1" tarnik-console)" || fail "$1 doesn't depend on $name, which it loads"
+    done
+}
+# dependencies PACKAGE...: prints the libraries on which the packages depend, as names of an SPDX list.
+dependencies() {
+    local package
+    for package in "$@"; do dpkg-deb --field build/package/"$package"_*.deb Depends; done | tr ',' '\n' |
+        sed -nE 's/^ *(lib[^ ]+).*/\1/p' | tr -c 'a-z0-9.\n-' '-' | sort -u
+}
+checkLinks tarnik-console
+for linked in libboost1.81-dev libstdc++-12-dev; do
+    grep -qxF "PackageName: $linked" "$system/usr/share/doc/tarnik-console/tarnik-console.spdx" ||
+        fail "tarnik-console.spdx lacks $linked, whose code the programs contain"
+done
+
 # Each command has its section in the man page, and the completions know it.
 for command in $(run help | sed -n '/^Commands/,/^$/s/^  \([a-z]*\) .*/\1/p'); do
     zgrep -q "^\.It Cm $command" "$system/usr/share/man/man1/tarnik.1.gz" || fail "the man page lacks $command"
@@ -57,6 +87,8 @@ done
 manage --install build/package/tarnik_*.deb
 dpkg-deb --field build/package/tarnik_*.deb Depends | grep -qF "tarnik-console (= $version)" ||
     fail "tarnik doesn't depend on its tarnik-console"
+checkLinks tarnik
+tools/check-hardening.sh "$system"/usr/lib/tarnik/Contents/MacOS/*
 [[ $(run --list-screens) == *connected* ]] || fail "tarnik doesn't find tarnik-window"
 
 manage --purge tarnik tarnik-console

@@ -2,8 +2,8 @@
 # package.sh [-DNAME=VALUE...]: builds the Debian packages of the release build in build/package/: tarnik-console, which
 # needs no display, and tarnik, which adds the window.
 #
-# -D passes the settings of cmake/BundleSettings.cmake; those of an earlier run are removed. The same commit, settings,
-# machine and folder give the same packages, byte for byte.
+# -D passes the settings of cmake/BundleSettings.cmake; those of an earlier run are removed. The same commit, settings and
+# installed packages give the same packages, byte for byte (tools/check-reproducible.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 umask 022
@@ -11,17 +11,19 @@ umask 022
 # Each package and its component of cmake/Install.cmake.
 packages=(tarnik:window tarnik-console:console)
 iconSizes=(16 24 32 48 64 128 256)
-out=$PWD/build/package
+root=$PWD
+out=$root/build/package
 work=$out/work  # has the layout that Debian's tools expect
 folder=usr/lib/tarnik/Contents/MacOS
-changelog=$PWD/packaging/linux/debian/changelog
+changelog=$root/packaging/linux/debian/changelog
+version=$(dpkg-parsechangelog -l "$changelog" -S Version)
 
 [[ $(uname) == Linux ]] || {
     echo "package.sh: the package can only be built on Debian" >&2
     exit 1
 }
 # Files in the package have the time of the commit, or the time of the release if no repository exists.
-SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || dpkg-parsechangelog -l "$changelog" -S Timestamp)
+: "${SOURCE_DATE_EPOCH:=$(git log -1 --format=%ct 2>/dev/null || dpkg-parsechangelog -l "$changelog" -S Timestamp)}"
 export SOURCE_DATE_EPOCH
 
 cmake --preset release -U 'TARNIK_NODE_*' -U TARNIK_WEB_ORIGIN -U TARNIK_DEFAULT_WEB_ORIGIN -U TARNIK_DRIVER "$@" >/dev/null
@@ -53,11 +55,13 @@ done
 
 # make PACKAGE: builds the package of the staged files.
 make() {
-    local package=$1 staging=debian/$1 program programs=("debian/$1/$folder"/*) name
+    local package=$1 staging=debian/$1 program programs=("debian/$1/$folder"/*) name linked=()
     for program in "${programs[@]}"; do
         objcopy --only-keep-debug "$program" "$out/${program##*/}.debug"
         strip --strip-unneeded --remove-section=.comment --remove-section=.note "$program"
+        linked+=("$program" "$out/${program##*/}.debug")
     done
+    "$root/tools/spdx.sh" "$package" "$version" "${linked[@]}" >"$staging/usr/share/doc/$package/$package.spdx"
     # The control file lists the libraries that the programs load at run time.
     dpkg-shlibdeps -T"debian/$package.substvars" "${programs[@]}"
     rm -f debian/files
