@@ -88,5 +88,5 @@ sort -u "$work/linked" | while read -r linked; do
     describe "$linked" "$of" "ExternalRef: PACKAGE-MANAGER purl pkg:deb/debian/${linked//+/%2B}@${of//+/%2B}?arch=$architecture
 "
 done
-sed -n 's/^SPDXID: \(SPDXRef-File-.*\)/Relationship: '"$(identifier "$package")"' CONTAINS \1/p' "$work/files"
+sed -n 's/^SPDXID: \(.*\)/Relationship: SPDXRef-DOCUMENT DESCRIBES \1/p' "$work/files"
 cat "$work/relationships"
