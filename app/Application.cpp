@@ -68,7 +68,7 @@ std::shared_ptr<AppModel> Application::makeModel(const CommandLine& line, HostEn
     };
     // Only the installed copy is added to the list, because the user may move or delete any other copy.
     if (place_.bundle != platform_.installPath) platform.loginItem = {};
-    auto deps = AppModelDeps::production(std::move(platform));
+    auto deps = AppModelDeps::production(std::move(platform), host.proxies.lookup());
     deps.driver = platform_.driver;
     deps.driver.onEvent = recordDriver(journal_);
     const auto home = chosenHome(deps.platform.defaults, host.userFolder);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "app/options/ExitCode.h"
+#include "app/platform/SystemProxies.h"
 #include "app/texts/FailureTexts.h"
 #include "core/driver/DriverLaunch.h"
 #include "core/driver/ProcessInspection.h"
@@ -81,7 +82,8 @@ HostEnvironment ProgramRun::host() const {
             .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
             .inherited = environment,
             .settings = place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::defaults(),
-            .platform = std::string(NodeRelease::hostPlatform)};
+            .platform = std::string(NodeRelease::hostPlatform),
+            .proxies = {.environment = environment, .desktop = systemProxies()}};
 }
 
 int runProgram(const CommandLine& line, const char* name, const ProgramFace& face) {

@@ -803,6 +803,16 @@
         <translation>Die Verbindung ist fehlgeschlagen ({reason}).</translation>
     </message>
     <message>
+        <extracomment>HttpTexts::failedThroughProxy</extracomment>
+        <source>The connection through the proxy {proxy} failed ({reason}).</source>
+        <translation>Die Verbindung über den Proxy {proxy} ist fehlgeschlagen ({reason}).</translation>
+    </message>
+    <message>
+        <extracomment>HttpTexts::proxyLogin</extracomment>
+        <source>The proxy {proxy} requires a name and a password.</source>
+        <translation>Der Proxy {proxy} verlangt einen Namen und ein Passwort.</translation>
+    </message>
+    <message>
         <extracomment>MenuTexts::openWindow, NoticeTexts::open</extracomment>
         <source>Open tarnik</source>
         <translation>tarnik öffnen</translation>

@@ -60,7 +60,11 @@ bool isHeld(const NodeHome& home) {
 
 DoctorDeps DoctorDeps::production(const DoctorSubject& subject, std::optional<RunningCopy> running,
                                   const BackgroundTasks& tasks) {
-    return {.ask = &Http::ask,
+    const auto ask = [proxies = subject.host.proxies.lookup()](const std::string& url, HttpOptions options) {
+        options.proxies = proxies;
+        return Http::ask(url, options);
+    };
+    return {.ask = ask,
             .hasNetwork = isOnNetwork,
             .now = &std::chrono::system_clock::now,
             .runtimeVersion = versionOf,

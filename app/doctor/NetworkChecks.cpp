@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdlib>
 
 #include "app/doctor/DoctorCheck.h"
 #include "app/failures/FailureCause.h"
@@ -29,12 +28,17 @@ bool isCause(const Examination& examination, FailureCause cause) {
     return false;
 }
 
-bool usesProxy(const DoctorSubject& subject, const std::string& url) {
-    const bool isSecure = url.starts_with("https:");
-    for (const char* name : {isSecure ? "https_proxy" : "http_proxy", isSecure ? "HTTPS_PROXY" : "http_proxy",
-                             "all_proxy", "ALL_PROXY"})
-        if (!environmentValue(subject.host.inherited, name).empty()) return true;
-    return false;
+Finding deadProxy(const Examination::Failed& failed) {
+    auto found = finding(Severity::error, DoctorTexts::deadProxy, failed.probe.host);
+    found.sentence += failed.error.proxy + ".";
+    return found;
+}
+
+// Names the proxy in the sentence, because the user may not know which one the system chose.
+Finding proxyLogin(const Examination::Failed& failed) {
+    auto found = problem(FailureCause::proxyLogin);
+    if (!failed.error.proxy.empty()) found.sentence = describe(failed.error);
+    return found;
 }
 
 std::optional<Finding> checkConnection(Examination& examination) {
@@ -45,17 +49,16 @@ std::optional<Finding> checkConnection(Examination& examination) {
 
 std::optional<Finding> checkName(Examination& examination) {
     const auto failed = examination.failureOf({Kind::unresolved});
-    if (failed && usesProxy(examination.subject(), failed->probe.url))
-        return finding(Severity::error, DoctorTexts::deadProxy, failed->probe.host);
+    if (failed && !failed->error.proxy.empty()) return deadProxy(*failed);
     if (failed) return finding(Severity::error, DoctorTexts::noName, failed->probe.host);
     return std::nullopt;
 }
 
 std::optional<Finding> checkProxy(Examination& examination) {
+    if (const auto login = examination.failureOf({Kind::proxyLogin})) return proxyLogin(*login);
     if (isCause(examination, FailureCause::proxyLogin)) return problem(FailureCause::proxyLogin);
     const auto failed = examination.failureOf({Kind::unreachable, Kind::stalled});
-    if (failed && usesProxy(examination.subject(), failed->probe.url))
-        return finding(Severity::error, DoctorTexts::deadProxy, failed->probe.host);
+    if (failed && !failed->error.proxy.empty()) return deadProxy(*failed);
     return std::nullopt;
 }
 

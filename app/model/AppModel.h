@@ -37,7 +37,7 @@ struct AppModelDeps {
 
     std::function<std::shared_ptr<SerialQueue>(const std::string& label)> makeQueue;
 
-    static AppModelDeps production(AppPlatform platform);
+    static AppModelDeps production(AppPlatform platform, const ProxyLookup& proxies);
 };
 
 // Runs the application: installs the helper node, starts the node and the desktop driver, watches the privacy

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/bundle/BundleInfo.h"
+#include "app/platform/ProxySources.h"
 #include "core/process/Environment.h"
 
 namespace tarnik {
@@ -16,7 +17,8 @@ struct HostEnvironment {
     std::optional<std::string> driverExecutable;  // std::nullopt if the build has no driver
     Environment inherited;                        // the application's environment
     BuildSettings settings;
-    std::string platform;  // the name in release files, such as "darwin-arm64"
+    std::string platform;       // the name in release files, such as "darwin-arm64"
+    ProxySources proxies = {};  // for all transfers
 };
 
 }  // namespace tarnik

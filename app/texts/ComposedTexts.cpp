@@ -14,7 +14,7 @@ namespace {
 using Text = std::string_view;
 
 // The sentences with placeholders that may be inside a message.
-constexpr std::array<Text, 26> patterns{
+constexpr std::array<Text, 28> patterns{
     InstallTexts::runtimeStep,
     InstallTexts::notAbsolute,
     InstallTexts::reserved,
@@ -32,6 +32,8 @@ constexpr std::array<Text, 26> patterns{
     HttpTexts::badStatus,
     HttpTexts::notSaved,
     HttpTexts::failed,
+    HttpTexts::failedThroughProxy,
+    HttpTexts::proxyLogin,
     RelocationTexts::differentBuildBody,
     RelocationTexts::takeoverStuckBody,
     RelocationTexts::moveItBody,

@@ -16,6 +16,7 @@
 #include "core/foundation/SharedLibrary.h"
 #include "core/foundation/SystemError.h"
 #include "core/foundation/TextCleanup.h"
+#include "core/foundation/TransferPace.h"
 
 namespace tarnik {
 namespace {
@@ -25,22 +26,32 @@ using Kind = HttpError::Kind;
 // The libcurl functions that we use. The loaded library may be older than the headers: macOS 13.0 has 7.84.
 // The oldest version that works is 7.80, because CURLOPT_PREREQFUNCTION was added in 7.80.
 struct Curl {
-    decltype(&curl_global_init) start = nullptr;
-    decltype(&curl_easy_init) open = nullptr;
-    decltype(&curl_easy_cleanup) close = nullptr;
-    decltype(&curl_easy_setopt) set = nullptr;
-    decltype(&curl_easy_getinfo) info = nullptr;
-    decltype(&curl_easy_strerror) explain = nullptr;
-    decltype(&curl_getdate) parseDate = nullptr;
-    decltype(&curl_slist_append) append = nullptr;
-    decltype(&curl_slist_free_all) freeList = nullptr;
-    decltype(&curl_multi_init) openMulti = nullptr;
-    decltype(&curl_multi_cleanup) closeMulti = nullptr;
-    decltype(&curl_multi_add_handle) add = nullptr;
-    decltype(&curl_multi_remove_handle) remove = nullptr;
-    decltype(&curl_multi_perform) perform = nullptr;
-    decltype(&curl_multi_poll) poll = nullptr;
-    decltype(&curl_multi_info_read) nextMessage = nullptr;
+    SharedLibrary library{SharedLibrary::curlFile};
+    decltype(&curl_global_init) start = find<decltype(curl_global_init)>("curl_global_init");
+    decltype(&curl_easy_init) open = find<decltype(curl_easy_init)>("curl_easy_init");
+    decltype(&curl_easy_cleanup) close = find<decltype(curl_easy_cleanup)>("curl_easy_cleanup");
+    decltype(&curl_easy_setopt) set = find<decltype(curl_easy_setopt)>("curl_easy_setopt");
+    decltype(&curl_easy_getinfo) info = find<decltype(curl_easy_getinfo)>("curl_easy_getinfo");
+    decltype(&curl_easy_strerror) explain = find<decltype(curl_easy_strerror)>("curl_easy_strerror");
+    decltype(&curl_getdate) parseDate = find<decltype(curl_getdate)>("curl_getdate");
+    decltype(&curl_slist_append) append = find<decltype(curl_slist_append)>("curl_slist_append");
+    decltype(&curl_slist_free_all) freeList = find<decltype(curl_slist_free_all)>("curl_slist_free_all");
+    decltype(&curl_multi_init) openMulti = find<decltype(curl_multi_init)>("curl_multi_init");
+    decltype(&curl_multi_cleanup) closeMulti = find<decltype(curl_multi_cleanup)>("curl_multi_cleanup");
+    decltype(&curl_multi_add_handle) add = find<decltype(curl_multi_add_handle)>("curl_multi_add_handle");
+    decltype(&curl_multi_remove_handle) remove =
+        find<decltype(curl_multi_remove_handle)>("curl_multi_remove_handle");
+    decltype(&curl_multi_perform) perform = find<decltype(curl_multi_perform)>("curl_multi_perform");
+    decltype(&curl_multi_poll) poll = find<decltype(curl_multi_poll)>("curl_multi_poll");
+    decltype(&curl_multi_info_read) nextMessage =
+        find<decltype(curl_multi_info_read)>("curl_multi_info_read");
+
+    template <class Function>
+    Function* find(const char* name) {
+        Function* function = nullptr;
+        library.find(function, name);
+        return function;
+    }
 };
 using LoadedCurl = std::expected<Curl, std::string>;
 
@@ -48,24 +59,7 @@ using LoadedCurl = std::expected<Curl, std::string>;
 LoadedCurl loadCurl() {
     if (auto crypto = startCrypto(); !crypto) return std::unexpected(std::move(crypto.error()));
     Curl curl;
-    SharedLibrary library(SharedLibrary::curlFile);
-    library.find(curl.start, "curl_global_init");
-    library.find(curl.open, "curl_easy_init");
-    library.find(curl.close, "curl_easy_cleanup");
-    library.find(curl.set, "curl_easy_setopt");
-    library.find(curl.info, "curl_easy_getinfo");
-    library.find(curl.explain, "curl_easy_strerror");
-    library.find(curl.parseDate, "curl_getdate");
-    library.find(curl.append, "curl_slist_append");
-    library.find(curl.freeList, "curl_slist_free_all");
-    library.find(curl.openMulti, "curl_multi_init");
-    library.find(curl.closeMulti, "curl_multi_cleanup");
-    library.find(curl.add, "curl_multi_add_handle");
-    library.find(curl.remove, "curl_multi_remove_handle");
-    library.find(curl.perform, "curl_multi_perform");
-    library.find(curl.poll, "curl_multi_poll");
-    library.find(curl.nextMessage, "curl_multi_info_read");
-    if (library.failure()) return std::unexpected(*library.failure());
+    if (curl.library.failure()) return std::unexpected(*curl.library.failure());
     if (curl.start(CURL_GLOBAL_DEFAULT) != CURLE_OK) return std::unexpected("libcurl can't start");
     return curl;
 }
@@ -103,16 +97,17 @@ public:
 private:
     bool configure();
     bool takeOnlyTheWeb();
-    // Returns the address of a redirect, or std::nullopt if the body is complete.
-    std::expected<std::optional<std::string>, HttpError> request(const std::string& url);
+    // The address of a redirect, or std::nullopt if the body is complete.
+    using Next = std::expected<std::optional<std::string>, HttpError>;
+    Next request(const std::string& url);
+    CURLcode performWithin(Seconds connectTimeout);
     CURLcode perform();
+    Next next(CURLcode result);
     HttpError failure(CURLcode result) const;
     Kind kindOf(CURLcode result) const;
 
-    void takeHeader(std::string_view line);
     std::size_t take(std::string_view piece);
     bool isMoving();
-    std::chrono::milliseconds untilStalled() const;
     template <class Value>
     Value info(CURLINFO which) const {
         Value value{};
@@ -125,19 +120,13 @@ private:
     static std::size_t onHeader(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
     static std::size_t onBody(char* bytes, std::size_t, std::size_t count, void* self) noexcept;
 
-    // The last moment at which the transfer was fast enough, and the number of bytes received by then.
-    struct Mark {
-        TimePoint at;
-        std::int64_t received = 0;
-    };
-
     const Curl& curl_;
     const HttpOptions& options_;
     const Sink sink_;
     std::array<char, CURL_ERROR_SIZE> words_{};
     std::unique_ptr<curl_slist, decltype(Curl::freeList)> headers_{nullptr, curl_.freeList};
-    bool secure_ = false;               // https was used, so http is refused from now on
-    std::optional<Mark> mark_;          // std::nullopt until connected
+    bool secure_ = false;  // https was used, so http is refused from now on
+    TransferPace pace_{options_.timeout, options_.floorBytesPerSecond};
     std::optional<HttpError> refusal_;  // set if we aborted the transfer
     std::int64_t taken_ = 0;
     std::optional<std::chrono::sys_seconds> date_;
@@ -167,9 +156,6 @@ bool Transfer::configure() {
     const auto set = [&](CURLoption option, auto value) {
         accepted = accepted && curl_.set(handle_.get(), option, value) == CURLE_OK;
     };
-    const auto milliseconds = [](Seconds time) {
-        return static_cast<long>(std::chrono::ceil<std::chrono::milliseconds>(time).count());
-    };
     for (const char* header : {"Cache-Control: no-cache", "Accept-Encoding: identity"}) {
         curl_slist* const list = curl_.append(headers_.get(), header);
         if (list == nullptr) return false;
@@ -182,24 +168,24 @@ bool Transfer::configure() {
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
     set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
+    // The default authorities are the system's. On macOS this is the system's libcurl, whose TLS library also
+    // accepts what the trust settings of the keychains accept, like the system's own downloads. An export of
+    // the keychains' certificates would lose their settings, and CURLSSLOPT_NATIVE_CA is unknown to that
+    // libcurl.
     if (!options_.authorities.empty()) {
         set(CURLOPT_CAINFO, options_.authorities.c_str());
         set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
     }
-
     set(CURLOPT_BUFFERSIZE, 100L << 10);  // the default of 16 KiB is a fifth slower
     set(CURLOPT_NOSIGNAL, 1L);
-    set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(options_.timeout));
     set(CURLOPT_MAXFILESIZE_LARGE, curl_off_t{options_.bodyBytes});
     set(CURLOPT_ERRORBUFFER, words_.data());
-
     set(CURLOPT_PREREQFUNCTION, &Transfer::onConnected);
     set(CURLOPT_PREREQDATA, this);
     set(CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
     set(CURLOPT_HEADERDATA, this);
     set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
     set(CURLOPT_WRITEDATA, this);
-
     // This option exists since 7.87. Without the option, a time-out waits for the name resolver.
     curl_.set(handle_.get(), CURLOPT_QUICK_EXIT, 1L);
     return accepted;
@@ -216,20 +202,53 @@ bool Transfer::takeOnlyTheWeb() {
     return curl_.set(handle_.get(), protocols, bits) == CURLE_OK;
 }
 
-std::expected<std::optional<std::string>, HttpError> Transfer::request(const std::string& url) {
+// Tries the routes in their order until one makes a connection. Without routes, libcurl reads the
+// environment.
+Transfer::Next Transfer::request(const std::string& url) {
     if (url.find('\0') != std::string::npos) return std::unexpected(transportError("the address is broken"));
-    mark_.reset();
-    date_.reset();
-    words_[0] = '\0';
     if (!takeOnlyTheWeb()) return std::unexpected(transportError("libcurl lacks what is needed"));
     if (curl_.set(handle_.get(), CURLOPT_URL, url.c_str()) != CURLE_OK)
         return std::unexpected(transportError("the address is broken"));
 
-    const CURLcode result = perform();
+    const auto routes = options_.proxies ? options_.proxies(url) : ProxyRoutes();
+    if (routes.empty()) return next(performWithin(options_.timeout));
+    Next last;
+    for (const auto& route : routes) {
+        // These replace the environment's proxy and exceptions. An empty proxy is a direct connection.
+        if (curl_.set(handle_.get(), CURLOPT_PROXY, route.address.c_str()) != CURLE_OK ||
+            curl_.set(handle_.get(), CURLOPT_NOPROXY, "") != CURLE_OK)
+            return std::unexpected(transportError("the proxy's address is broken"));
+        last = next(performWithin(options_.timeout / static_cast<double>(routes.size())));
+        if (last) return last;
+        last.error() = through(route, std::move(last.error()));
+        if (pace_.isConnected() || !isWithoutConnection(last.error())) return last;
+    }
+    return last;
+}
+
+// libcurl's clock may count the sleep of the machine. An attempt that libcurl ends too early is repeated with
+// the rest of the time.
+CURLcode Transfer::performWithin(Seconds connectTimeout) {
+    const TimePoint deadline = after(steadyNow(), connectTimeout);
+    while (true) {
+        pace_.reset();
+        date_.reset();
+        words_[0] = '\0';
+        const Seconds left = deadline - steadyNow();
+        const long milliseconds = std::chrono::ceil<std::chrono::milliseconds>(left).count();
+        curl_.set(handle_.get(), CURLOPT_CONNECTTIMEOUT_MS, std::max(1L, milliseconds));
+        const CURLcode result = perform();
+        if (result != CURLE_OPERATION_TIMEDOUT || pace_.isConnected() || steadyNow() >= deadline)
+            return result;
+    }
+}
+
+// Converts the result of one request.
+Transfer::Next Transfer::next(CURLcode result) {
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     const bool redirected = status >= 300 && status < 400;
-    const HttpError badStatus{.kind = Kind::badStatus, .code = static_cast<int>(status)};
     // A bad status is reported even if the transfer of the response's body failed.
+    const HttpError badStatus{.kind = Kind::badStatus, .code = static_cast<int>(status)};
     if (status > 200 && !redirected) return std::unexpected(badStatus);
     if (refusal_) return std::unexpected(*refusal_);
     if (result != CURLE_OK) return std::unexpected(failure(result));
@@ -237,9 +256,9 @@ std::expected<std::optional<std::string>, HttpError> Transfer::request(const std
 
     const char* const scheme = info<char*>(CURLINFO_SCHEME);
     secure_ = scheme != nullptr && ::strcasecmp(scheme, "https") == 0;
-    const char* const next = redirected ? info<char*>(CURLINFO_REDIRECT_URL) : nullptr;
-    if (next == nullptr) return std::unexpected(badStatus);
-    return next;
+    const char* const location = redirected ? info<char*>(CURLINFO_REDIRECT_URL) : nullptr;
+    if (location == nullptr) return std::unexpected(badStatus);
+    return location;
 }
 
 // Runs one request to its end. curl_easy_perform() would detect a stalled server up to a second late.
@@ -250,7 +269,8 @@ CURLcode Transfer::perform() {
         CURLMcode state = curl_.perform(multi_.get(), &running);
         if (running != 0 && !isMoving()) break;
         if (running != 0 && state == CURLM_OK)
-            state = curl_.poll(multi_.get(), nullptr, 0, static_cast<int>(untilStalled().count()), nullptr);
+            state = curl_.poll(multi_.get(), nullptr, 0,
+                               static_cast<int>(pace_.untilStalled(steadyNow()).count()), nullptr);
         if (state != CURLM_OK) break;
     }
     int left = 0;
@@ -265,9 +285,9 @@ CURLcode Transfer::perform() {
 // header that is too long as out of memory or, since 8.6, as CURLE_TOO_LARGE (100).
 HttpError Transfer::failure(CURLcode result) const {
     constexpr auto tooLargeCode = static_cast<CURLcode>(100);
-    if (mark_ && (result == CURLE_UNSUPPORTED_PROTOCOL || result == CURLE_WEIRD_SERVER_REPLY))
+    if (pace_.isConnected() && (result == CURLE_UNSUPPORTED_PROTOCOL || result == CURLE_WEIRD_SERVER_REPLY))
         return transportError("the server's answer isn't HTTP");
-    if (mark_ && (result == CURLE_OUT_OF_MEMORY || result == tooLargeCode))
+    if (pace_.isConnected() && (result == CURLE_OUT_OF_MEMORY || result == tooLargeCode))
         return transportError("the header of the server's answer is too long");
     switch (result) {
         case CURLE_PARTIAL_FILE: return {.kind = Kind::cutShort};
@@ -282,23 +302,17 @@ HttpError Transfer::failure(CURLcode result) const {
 // CURLINFO_SSL_VERIFYRESULT returns the result of OpenSSL's check, a value of X509_V_ERR_*.
 Kind Transfer::kindOf(CURLcode result) const {
     constexpr long notYetValid = 9, hasExpired = 10;
-    if (info<long>(CURLINFO_HTTP_CONNECTCODE) == 407) return Kind::proxyLogin;
+    if (info<long>(CURLINFO_HTTP_CONNECTCODE) == HttpError::proxyLoginStatus) return Kind::proxyLogin;
     switch (result) {
         case CURLE_COULDNT_RESOLVE_HOST:
         case CURLE_COULDNT_RESOLVE_PROXY: return Kind::unresolved;
-        case CURLE_COULDNT_CONNECT: return Kind::unreachable;
+        case CURLE_COULDNT_CONNECT:
+        case CURLE_PROXY: return Kind::unreachable;
         case CURLE_PEER_FAILED_VERIFICATION: break;
         default: return Kind::transport;
     }
     const auto why = info<long>(CURLINFO_SSL_VERIFYRESULT);
     return why == notYetValid || why == hasExpired ? Kind::notValidNow : Kind::untrusted;
-}
-
-void Transfer::takeHeader(std::string_view line) {
-    const std::string header(line);
-    if (::strncasecmp(header.c_str(), "date:", 5) != 0) return;  // any case: RFC 9110, section 5.1
-    const auto seconds = curl_.parseDate(header.c_str() + 5, nullptr);
-    if (seconds >= 0) date_ = std::chrono::sys_seconds(std::chrono::seconds(seconds));
 }
 
 // Returns the number of consumed bytes. Any number but piece.size() ends the transfer.
@@ -319,42 +333,28 @@ std::size_t Transfer::take(std::string_view piece) {
 }
 
 // Returns false if the transfer is too slow or too large. Counts the bytes of every body, even of redirects.
-// libcurl's own speed limit uses the last five seconds only, so occasional bursts evade that limit.
 bool Transfer::isMoving() {
-    if (!mark_) return true;
+    if (!pace_.isConnected()) return true;
     const auto received = std::int64_t{info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T)};
     if (received > options_.bodyBytes) {
         refusal_ = HttpError{.kind = Kind::tooLarge};
-        return false;
-    }
-    const TimePoint now = steadyNow();
-    const Seconds since = now - mark_->at;
-    const double enough =
-        static_cast<double>(options_.floorBytesPerSecond) * std::max(since, options_.timeout).count();
-    if (static_cast<double>(received - mark_->received) >= enough) {
-        mark_ = Mark{.at = now, .received = received};
-    } else if (since > options_.timeout) {
+    } else if (!pace_.isFastEnough(received, steadyNow())) {
         refusal_ = HttpError{.kind = Kind::stalled};
-        return false;
     }
-    return true;
-}
-
-// Returns the time until the transfer may count as stalled, rounded up and limited to about a second. Before
-// the connection, libcurl itself checks the time-out.
-std::chrono::milliseconds Transfer::untilStalled() const {
-    const Seconds left = mark_ ? options_.timeout - Seconds(steadyNow() - mark_->at) : Seconds(1);
-    return std::chrono::floor<std::chrono::milliseconds>(std::clamp(left, Seconds(0), Seconds(1))) +
-           std::chrono::milliseconds(1);
+    return !refusal_;
 }
 
 int Transfer::onConnected(void* self, char*, char*, int, int) noexcept {
-    static_cast<Transfer*>(self)->mark_ = Mark{.at = steadyNow()};
+    static_cast<Transfer*>(self)->pace_.connected(steadyNow());
     return CURL_PREREQFUNC_OK;
 }
 
 std::size_t Transfer::onHeader(char* bytes, std::size_t, std::size_t count, void* self) noexcept {
-    static_cast<Transfer*>(self)->takeHeader({bytes, count});
+    const std::string header(bytes, count);
+    auto& transfer = *static_cast<Transfer*>(self);
+    if (::strncasecmp(header.c_str(), "date:", 5) != 0) return count;  // any case: RFC 9110, section 5.1
+    const auto seconds = transfer.curl_.parseDate(header.c_str() + 5, nullptr);
+    if (seconds >= 0) transfer.date_ = std::chrono::sys_seconds(std::chrono::seconds(seconds));
     return count;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "core/foundation/ProxyRoute.h"
 #include "core/foundation/Time.h"
 
 namespace tarnik {
@@ -22,15 +23,19 @@ struct HttpError {
         file,         // the destination can't be written
         unresolved,   // the host name or the proxy's name has no address
         unreachable,  // no connection to the server or the proxy
-        proxyLogin,   // the proxy requires a name and a password; for https only
+        proxyLogin,   // the proxy requires a name and a password
         untrusted,    // the server's certificate isn't trusted
         notValidNow,  // the server's certificate has expired or isn't valid yet
         transport,    // any other failure
     };
 
+    static constexpr int proxyLoginStatus = 407;
+
     Kind kind = Kind::transport;
     int code = 0;      // the HTTP status for badStatus, an errno value for file
     std::string text;  // for the kinds from unresolved on: one short line that explains the failure
+    std::string proxy =
+        {};  // the name of the proxy that the last attempt used; empty for a direct connection
 
     bool operator==(const HttpError&) const = default;
 };
@@ -38,14 +43,22 @@ struct HttpError {
 // Returns a short sentence for the user, such as "The server answered with status 404."
 std::string describe(const HttpError& error);
 
-// Limits of a request. The name resolution, the connection and the TLS handshake must together complete
-// within `timeout`. After that the average rate over each period of `timeout` must be at least
-// `floorBytesPerSecond`. The total time has no limit.
+// Returns true if the request ended before a connection was made, or is stalled.
+bool isWithoutConnection(const HttpError& error);
+
+// Returns the error with the name of the route's proxy. A proxy's status 407 becomes proxyLogin.
+HttpError through(const ProxyRoute& route, HttpError error);
+
+// Limits and settings of a request. The name resolution, the connection and the TLS handshake must together
+// complete within `timeout`, which all routes to the server share. After that the average rate over each
+// period of `timeout` must be at least `floorBytesPerSecond`. The total time has no limit. Time during which
+// the machine sleeps doesn't count.
 struct HttpOptions {
     std::int64_t bodyBytes = std::int64_t{1} << 20;  // a larger body fails
     Seconds timeout = Seconds(20);
     std::int64_t floorBytesPerSecond = 1024;
-    std::string authorities;  // a PEM file of trusted certificate authorities; if empty, the system's
+    std::string authorities = {};  // a PEM file of trusted certificate authorities; if empty, the system's
+    ProxyLookup proxies = {};      // if absent, libcurl reads the environment
 };
 
 // The answer to a request that succeeded.
@@ -54,9 +67,9 @@ struct HttpAnswer {
     std::optional<std::chrono::sys_seconds> date;  // the server's clock, if the server sent a valid date
 };
 
-// Sends GET requests over http and https, through the proxies that the environment names. The functions
-// block, so call them on background threads. Several threads may call them at once. A running request doesn't
-// delay the program's exit.
+// Sends GET requests over http and https, through the proxies of HttpOptions. If a proxy can't be reached,
+// the next route is tried. The functions block, so call them on background threads. Several threads may call
+// them at once. A running request doesn't delay the program's exit.
 //
 // TLS certificates are always verified. A request follows at most 5 redirects, and none from https to http.
 // It sends no cookies, bypasses caches and doesn't decode compressed content.
@@ -68,8 +81,8 @@ struct Http {
     // has announced one. Must not throw.
     using Progress = std::function<void(std::int64_t received, std::optional<std::int64_t> total)>;
 
-    static HttpOptions downloadOptions() {
-        return {.bodyBytes = std::int64_t{512} << 20, .timeout = Seconds(120)};
+    static HttpOptions downloadOptions(ProxyLookup proxies = {}) {
+        return {.bodyBytes = std::int64_t{512} << 20, .timeout = Seconds(120), .proxies = std::move(proxies)};
     }
 
     // ask() returns the body and the server's date. fetch() returns the body only.

@@ -15,14 +15,31 @@ std::string describe(const HttpError& error) {
         case HttpError::Kind::stalled: return std::string(HttpTexts::stalled);
         case HttpError::Kind::file:
             return filled(HttpTexts::notSaved, {{"reason", systemMessage(error.code)}});
+        case HttpError::Kind::proxyLogin:
+            if (!error.proxy.empty()) return filled(HttpTexts::proxyLogin, {{"proxy", error.proxy}});
+            break;
         case HttpError::Kind::unresolved:
         case HttpError::Kind::unreachable:
-        case HttpError::Kind::proxyLogin:
         case HttpError::Kind::untrusted:
         case HttpError::Kind::notValidNow:
         case HttpError::Kind::transport: break;
     }
-    return filled(HttpTexts::failed, {{"reason", error.text}});
+    if (error.proxy.empty()) return filled(HttpTexts::failed, {{"reason", error.text}});
+    return filled(HttpTexts::failedThroughProxy, {{"reason", error.text}, {"proxy", error.proxy}});
+}
+
+bool isWithoutConnection(const HttpError& error) {
+    using enum HttpError::Kind;
+    return error.kind == unresolved || error.kind == unreachable || error.kind == stalled;
+}
+
+HttpError through(const ProxyRoute& route, HttpError error) {
+    if (route.isDirect()) return error;
+    const bool isLogin =
+        error.kind == HttpError::Kind::badStatus && error.code == HttpError::proxyLoginStatus;
+    if (isLogin) error = {.kind = HttpError::Kind::proxyLogin};
+    error.proxy = route.name();
+    return error;
 }
 
 }  // namespace tarnik

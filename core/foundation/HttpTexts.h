@@ -14,5 +14,7 @@ inline constexpr Text cutShort = "The connection ended before everything had arr
 inline constexpr Text stalled = "The server didn't answer in time, or sent too slowly.";
 inline constexpr Text notSaved = "The download couldn't be saved ({reason}).";
 inline constexpr Text failed = "The connection failed ({reason}).";
+inline constexpr Text failedThroughProxy = "The connection through the proxy {proxy} failed ({reason}).";
+inline constexpr Text proxyLogin = "The proxy {proxy} requires a name and a password.";
 
 }  // namespace tarnik::HttpTexts

@@ -34,7 +34,8 @@ struct NodeInstallerDeps {
     ReleaseCrypto crypto;
 
     // Uses the network, tar, the installed runtime and the system's cryptography.
-    static NodeInstallerDeps production(const std::string& tar = "/usr/bin/tar");
+    static NodeInstallerDeps production(const ProxyLookup& proxies = {},
+                                        const std::string& tar = "/usr/bin/tar");
 };
 
 // Installs the pinned Node.js runtime and the signed helper package in the node home.

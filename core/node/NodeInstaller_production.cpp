@@ -17,15 +17,15 @@ InstallError downloadError(const HttpError& error, const std::string& url) {
     return error;
 }
 
-std::expected<std::string, InstallError> httpFetch(const std::string& url) {
-    auto body = Http::fetch(url);
+std::expected<std::string, InstallError> httpFetch(const std::string& url, const ProxyLookup& proxies) {
+    auto body = Http::fetch(url, {.proxies = proxies});
     if (!body) return std::unexpected(downloadError(body.error(), url));
     return std::move(*body);
 }
 
 std::expected<void, InstallError> httpDownload(const std::string& url, const std::string& destination,
-                                               const Http::Progress& progress) {
-    const auto stored = Http::download(url, destination, Http::downloadOptions(), progress);
+                                               const Http::Progress& progress, const ProxyLookup& proxies) {
+    const auto stored = Http::download(url, destination, Http::downloadOptions(proxies), progress);
     if (!stored) return std::unexpected(downloadError(stored.error(), url));
     return {};
 }
@@ -40,9 +40,12 @@ std::optional<std::string> nodeVersion(const std::string& nodeBinary) {
 
 }  // namespace
 
-NodeInstallerDeps NodeInstallerDeps::production(const std::string& tar) {
-    return {.fetch = httpFetch,
-            .download = httpDownload,
+NodeInstallerDeps NodeInstallerDeps::production(const ProxyLookup& proxies, const std::string& tar) {
+    return {.fetch = [proxies](const auto& url) { return httpFetch(url, proxies); },
+            .download =
+                [proxies](const auto& url, const auto& destination, const auto& progress) {
+                    return httpDownload(url, destination, progress, proxies);
+                },
             .extract = [tar](const auto& archive,
                              const auto& folder) { return extractArchive(tar, archive, folder); },
             .runtimeVersion = nodeVersion,

@@ -152,8 +152,7 @@ TEST(Doctor, reportsTheCauseAndHidesItsSymptoms) {
         {"network.proxy", [](auto& m) { m.bothFail(Kind::proxyLogin); }},
         {"network.proxy",
          [](auto& m) {
-             m.bothFail(Kind::unreachable);
-             m.subject.host.inherited["https_proxy"] = "http://127.0.0.1:1";
+             m.release = std::unexpected(HttpError{.kind = Kind::unreachable, .proxy = "127.0.0.1:1"});
          }},
         {"network.portal", [](auto& m) { m.release->body = "<html>Sign in</html>"; }},
         {"network.certificate", [](auto& m) { m.bothFail(Kind::untrusted); }},

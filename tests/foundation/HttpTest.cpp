@@ -175,6 +175,38 @@ TEST_F(HttpTest, namesTheCauseOfABrokenConnection) {
     EXPECT_EQ(failureOf(old.origin(), trusting).kind, Kind::notValidNow);
 }
 
+// The first route is closed, and the second proxy serves the request. A connection ends the search.
+TEST_F(HttpTest, triesTheRoutesUntilOneConnects) {
+    std::string asked;
+    const LoopbackServer proxy([&](const Client& client, const std::string& request) {
+        asked = request.substr(0, request.find('\r'));
+        client.send(request.contains("login") ? "HTTP/1.1 407 Login\r\nContent-Length: 0\r\n\r\n"
+                                              : measured("here", 4));
+    });
+    ::setenv("no_proxy", "*", 1);  // the lookup has read it already
+    HttpOptions options{.proxies = [&](const std::string& url) {
+        if (url.contains("direct")) return ProxyRoutes{{}};
+        return ProxyRoutes{{"http://127.0.0.1:1"}, {proxy.origin()}, {}};
+    }};
+    EXPECT_EQ(Http::fetch("http://example.invalid/x", options), "here");
+    EXPECT_EQ(asked, "GET http://example.invalid/x HTTP/1.1");
+
+    const auto login = failureOf("http://example.invalid/login", options);
+    const auto name = proxy.origin().substr(sizeof "http://" - 1);
+    EXPECT_EQ(login, (HttpError{.kind = Kind::proxyLogin, .proxy = name}));
+    EXPECT_EQ(describe(login), "The proxy " + name + " requires a name and a password.");
+    EXPECT_EQ(failureOf("https://login.invalid", options).kind, Kind::proxyLogin);
+
+    ::setenv("http_proxy", proxy.origin().c_str(), 1);
+    const auto direct = failureOf("http://direct.invalid", options);
+    EXPECT_EQ(direct.kind, Kind::unresolved);
+    EXPECT_EQ(direct.proxy, "");
+    options.proxies = [](const auto&) { return ProxyRoutes{{"http://127.0.0.1:1"}, {"127.0.0.1:2"}}; };
+    EXPECT_TRUE(describe(failureOf("http://127.0.0.1", options)).contains("proxy 127.0.0.1:2 failed"));
+    ::unsetenv("http_proxy");
+    ::unsetenv("no_proxy");
+}
+
 TEST_F(HttpTest, returnsTheDateOfTheServer) {
     const LoopbackServer server(
         once(ok + "Date: Sun, 06 Nov 1994 08:49:37 GMT\r\nContent-Length: 1\r\n\r\nx"));

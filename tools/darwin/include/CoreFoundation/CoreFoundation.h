@@ -26,10 +26,23 @@ typedef const struct __CFBoolean* CFBooleanRef;
 typedef struct __CFError* CFErrorRef;
 typedef struct __CFNotificationCenter* CFNotificationCenterRef;
 typedef CFStringRef CFNotificationName;
+typedef const struct __CFArray* CFArrayRef;
+typedef const struct __CFNumber* CFNumberRef;
 
 CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
 CFTypeID CFGetTypeID(CFTypeRef object);
+Boolean CFEqual(CFTypeRef one, CFTypeRef other);
+
+CFTypeID CFNumberGetTypeID(void);
+typedef enum : CFIndex { kCFNumberIntType = 9 } CFNumberType;
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
+CFIndex CFArrayGetCount(CFArrayRef array);
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
+CFTypeID CFDictionaryGetTypeID(void);
+CFTypeID CFURLGetTypeID(void);
+CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef text, CFURLRef base);
+CFStringRef CFURLGetString(CFURLRef url);
 
 extern const CFBooleanRef kCFBooleanTrue;
 

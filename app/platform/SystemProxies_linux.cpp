@@ -1,0 +1,9 @@
+#include "app/platform/SystemProxies.h"
+
+namespace tarnik {
+
+ProxyLookup systemProxies() {
+    return {};
+}
+
+}  // namespace tarnik
