@@ -20,10 +20,22 @@ void AppDelegate::willFinishLaunching() {
 }
 
 void AppDelegate::didFinishLaunching() {
+    showIfRelocationWaits();
     deps_.relocateIfNeeded(guard_.wrap([this](const RelocationOutcome& outcome) { relocated(outcome); }));
 }
 
+// The relocator may wait for the user, because the system asks before a program reads the Downloads folder.
+// The window then explains which program asks. Only a copy outside its install path is moved.
+void AppDelegate::showIfRelocationWaits() {
+    if (!deps_.bundlePath || deps_.bundlePath == deps_.installPath) return;
+    relocationTimer_ = deps_.mainThread.repeat(deps_.relocationPatience, [this] {
+        relocationTimer_.reset();
+        if (!windowOpen_ && !quitting_) showWindow("open");
+    });
+}
+
 void AppDelegate::relocated(const RelocationOutcome& outcome) {
+    relocationTimer_.reset();
     if (quitting_) return;
     if (std::holds_alternative<RelocationOutcomes::Moving>(outcome)) {
         moving_ = true;

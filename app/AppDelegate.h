@@ -31,6 +31,7 @@ struct AppDelegateDeps {
     std::function<std::unique_ptr<Updater>()> makeUpdater;
     std::function<void()> takesLinks;  // called when the model has started; may be empty
     bool showsWindow = false;          // show the window at launch even if the user doesn't have to act
+    Seconds relocationPatience = Seconds(2);  // for the relocator, before the window is shown
     MainThread mainThread;
     Presentation presentation;
     SystemEvents events;
@@ -67,6 +68,7 @@ public:
 
 private:
     void handleURL(const std::string& link);
+    void showIfRelocationWaits();
     void relocated(const RelocationOutcome& outcome);
     void refuse(const std::string& why);
     void launch(const std::optional<RelocationOutcomes::StayWithMessage>& message);
@@ -84,7 +86,8 @@ private:
 
     const AppDelegateDeps deps_;
     const std::shared_ptr<AppModel> model_;
-    std::unique_ptr<Updater> updater_;     // null before launch()
+    std::unique_ptr<Updater> updater_;               // null before launch()
+    std::optional<RepeatingTimer> relocationTimer_;  // until the relocator has reported
     std::optional<JoinCode> pendingLink_;  // the last link that arrived before the model had started
     bool modelStarted_ = false;
     bool windowOpen_ = false;

@@ -1,8 +1,6 @@
 #include "app/desktop/DesktopProgram.h"
 
 #include <QApplication>
-#include <QEvent>
-#include <QEventLoop>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -17,7 +15,10 @@
 #include "app/ProcessSetup.h"
 #include "app/SignalWatcher.h"
 #include "app/commands/Front.h"
+#include "app/desktop/OpenedLinks.h"
+#include "app/desktop/QuitRequests.h"
 #include "app/desktop/WindowLanguage.h"
+#include "app/model/ProgramActivity.h"
 #include "app/model/SampleScreens.h"
 #include "app/platform/DesktopPlatform.h"
 #include "app/texts/ProgramTexts.h"
@@ -55,25 +56,6 @@ void prepareApplication() {
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
-// Delays a quit request of the system until everything has stopped. The event loop runs meanwhile.
-class QuitRequests : public QObject {
-public:
-    explicit QuitRequests(AppDelegate& delegate) : delegate_(delegate) {
-        QCoreApplication::instance()->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() != QEvent::Quit || watched != QCoreApplication::instance()) return false;
-        if (delegate_.isQuitting()) return true;
-        delegate_.quit();
-        QEventLoop().exec();  // ends with the main event loop
-        return false;
-    }
-
-private:
-    AppDelegate& delegate_;
-};
-
 // Returns false if another instance took the request. Prints a message unless the outcome is `primary`.
 bool isPrimaryInstance(const SingleInstance& singleInstance, const SingleInstance::LaunchRequest& request) {
     if (!singleInstance.acquire) return true;
@@ -83,17 +65,27 @@ bool isPrimaryInstance(const SingleInstance& singleInstance, const SingleInstanc
     return outcome != SingleInstance::Outcome::handedOver;
 }
 
-// Returns the system's events. Adds the link of the command line, unless SingleInstance delivers it. The
-// handler receives that link after the event loop has started.
-SystemEvents withLink(const DesktopPlatform& desktop, const std::optional<std::string>& link,
-                      const MainThread& mainThread) {
+// Returns the system's events. Adds the links that the toolkit reports, and the link of the command line
+// unless SingleInstance delivers it. The handler receives that link after the event loop has started.
+SystemEvents withLinks(const DesktopPlatform& desktop, OpenedLinks& opened, std::optional<std::string> link,
+                       const MainThread& mainThread) {
     auto events = desktop.events;
-    if (desktop.singleInstance.acquire || !link) return events;
-    events.onLink = [others = events.onLink, link = *link, mainThread](const auto& handler) {
+    if (desktop.singleInstance.acquire) link.reset();
+    events.onLink = [others = events.onLink, &opened, link, mainThread](const auto& handler) {
         others(handler);
-        mainThread.post([handler, link] { handler(link); });
+        opened.setHandler(handler);
+        if (link) mainThread.post([handler, link = *link] { handler(link); });
     };
     return events;
+}
+
+StatusItemDeps statusItemOf(const DesktopPlatform& desktop) {
+    return {.image = desktop.statusImage, .isInMenuBar = desktop.hasMenuBar, .make = desktop.makeStatusItem};
+}
+
+QuitRequests::Deps quittingOf(AppDelegate& delegate) {
+    return {.isQuitting = [&delegate] { return delegate.isQuitting(); },
+            .quit = [&delegate] { delegate.quit(); }};
 }
 
 // Connects the platform's notifications to the face and the model for the rest of the run.
@@ -103,6 +95,12 @@ void connectPlatform(const DesktopPlatform& desktop, DesktopFace& face,
         [refuse = desktop.singleInstance.refuseRequests](const AppState& now, const AppState& next) {
             if (refuse && next.stopping && !now.stopping) refuse();
         });
+    if (desktop.setActivity) {
+        desktop.setActivity(activityOf(model->state()));
+        model->observe([set = desktop.setActivity](const AppState& now, const AppState& next) {
+            if (activityOf(now) != activityOf(next)) set(activityOf(next));
+        });
+    }
     if (desktop.onSwitchesChanged) {
         desktop.onSwitchesChanged([weak = std::weak_ptr(model)] {
             if (const auto strong = weak.lock()) strong->refreshSwitches();
@@ -151,6 +149,8 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
     if (!isPrimaryInstance(desktop.singleInstance, {.link = line.link, .wantsWindow = !line.atLogin}))
         return EXIT_SUCCESS;
 
+    if (desktop.proxies) host.proxies.desktop = desktop.proxies;
+    OpenedLinks openedLinks;
     std::function<bool()> windowInUse;
     Application application(line, std::move(host), place,
                             {.model = {.mainThread = mainThread,
@@ -163,13 +163,11 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
                              .bundles = desktop.bundles,
                              .updates = desktop.updates,
                              .updaterLog = desktop.log("updater"),
-                             .events = withLink(desktop, line.link, mainThread)});
+                             .events = withLinks(desktop, openedLinks, line.link, mainThread)});
     DesktopFace face(
         {.mainThread = mainThread,
          .activate = desktop.activate,
-         .statusItem = {.image = desktop.statusImage,
-                        .isInMenuBar = desktop.hasMenuBar,
-                        .setName = desktop.nameStatusItem},
+         .statusItem = statusItemOf(desktop),
          .end = [](int exitStatus) { QCoreApplication::exit(exitStatus); },
          .atLogin = line.atLogin,
          .defaults = desktop.defaults,
@@ -184,7 +182,7 @@ int runDesktop(const CommandLine& line, HostEnvironment host, const ProgramLocat
         {.presentation = face.presentation(), .showsWindow = desktop.marksLoginStarts && !line.atLogin});
     face.attach(delegate);
     connectPlatform(desktop, face, application.model());
-    const QuitRequests quitRequests(delegate);
+    const QuitRequests quitRequests(quittingOf(delegate));
     onSignal = [&delegate] {
         // A second signal ends the program at once. The helper then exits, because its input closes.
         if (delegate.isQuitting()) ::_exit(EXIT_FAILURE);

@@ -5,10 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "app/platform/Activity.h"
 #include "app/platform/AppearanceSettings.h"
 #include "app/platform/BundleOperations.h"
 #include "app/platform/LoginItemService.h"
 #include "app/platform/MainThread.h"
+#include "app/platform/NativeStatusItem.h"
 #include "app/platform/SingleInstance.h"
 #include "app/platform/SwitchOperations.h"
 #include "app/platform/SystemEvents.h"
@@ -17,6 +19,7 @@
 #include "app/platform/UpdateFramework.h"
 #include "app/platform/UserDefaults.h"
 #include "app/platform/UserNotices.h"
+#include "core/foundation/ProxyRoute.h"
 #include "core/process/SpawnRequest.h"
 
 namespace tarnik {
@@ -58,6 +61,10 @@ struct DesktopPlatform {
 
     UserNotices notices;
 
+    // Looks proxies up in the settings of the desktop. Called on the threads of transfers. Absent if
+    // systemProxies() reads the settings.
+    ProxyLookup proxies;
+
     // The status item's image file for a connected machine. The system chooses the colour of the image. If
     // absent, all pictures are drawn.
     std::optional<std::string> statusImage;
@@ -65,13 +72,15 @@ struct DesktopPlatform {
     // True if status items are in a menu bar. If false, they are in a panel.
     bool hasMenuBar = false;
 
-    // Sets the accessible name of the status item. Call it after the item is shown. Absent if the toolkit
-    // sets the name.
-    std::function<void(std::string_view name)> nameStatusItem;
+    // Absent if the toolkit shows the status item.
+    MakeNativeStatusItem makeStatusItem;
 
     // Activates the application, so that the next window gets the focus. Absent if the toolkit activates the
     // application itself.
     std::function<void()> activate;
+
+    // Reports whether the program is busy. Absent if the system slows no programs down.
+    std::function<void(Activity)> setActivity;
 
     // Registers a handler for the appearance settings. The handler runs on the main thread when the settings
     // are first known and after each change. Absent if the toolkit follows the settings itself.

@@ -8,7 +8,6 @@
 #include "app/model/WindowContent.h"
 #include "app/texts/WindowTexts.h"
 #include "app/views/Alert.h"
-#include "app/views/TrayIcon.h"
 #include "core/foundation/LocalDay.h"
 
 namespace tarnik {
@@ -78,13 +77,12 @@ void DesktopFace::updateStatusItem() {
     }
     timers_.withoutTray.reset();
     if (statusItem_) return;
-    statusItem_ = std::make_unique<StatusItem>(trayIcon(attention_.status(), deps_.statusItem.image), *menu_,
+    statusItem_ = std::make_unique<StatusItem>(deps_.statusItem, attention_.status(), *menu_,
                                                [this](MenuContent::Action action) { perform(action); });
-    if (deps_.statusItem.setName) deps_.statusItem.setName(WindowTexts::product);
 }
 
 void DesktopFace::updateIcon() const {
-    if (statusItem_) statusItem_->setIcon(trayIcon(attention_.status(), deps_.statusItem.image));
+    if (statusItem_) statusItem_->setStatus(attention_.status());
 }
 
 void DesktopFace::openWindowWithoutTray(Seconds after) {

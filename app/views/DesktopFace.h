@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "app/AppDelegate.h"
 #include "app/model/AttentionWatch.h"
@@ -16,13 +15,6 @@
 #include "app/views/SupportActions.h"
 
 namespace tarnik {
-
-// The system's parts of the status item. DesktopPlatform describes them.
-struct StatusItemDeps {
-    std::optional<std::string> image;
-    bool isInMenuBar = false;
-    std::function<void(std::string_view name)> setName;
-};
 
 // The graphical face: one window and a status item. Without a tray, the start shows the window, and closing
 // the window quits.

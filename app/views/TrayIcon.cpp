@@ -1,5 +1,6 @@
 #include "app/views/TrayIcon.h"
 
+#include <QBuffer>
 #include <QIcon>
 #include <QPainter>
 #include <algorithm>
@@ -102,18 +103,34 @@ void paintIn(QPainter& painter, const QRect& rect, TrayStatus status) {
     paintStatus(painter, drawing, status);
 }
 
-}  // namespace
-
-QIcon trayIcon(TrayStatus status, const std::optional<std::string>& connectedImage) {
-    if (connectedImage && status == TrayStatus::connected) {
-        const QIcon image = maskIcon(*connectedImage);
-        return image.isNull() ? wordIcon(MenuTexts::productWithoutImage) : image;
-    }
+// Returns a null icon if the image file of the status doesn't exist.
+QIcon pictureOf(TrayStatus status, const std::optional<std::string>& connectedImage) {
+    if (connectedImage && status == TrayStatus::connected) return maskIcon(*connectedImage);
     auto icon = drawnIcon(
         [status](QPainter& painter, const QRect& rect, QIcon::Mode) { paintIn(painter, rect, status); },
         {16, 18, 22, 24, 32, 36, 44, 48, 64});
     icon.setIsMask(true);
     return icon;
+}
+
+}  // namespace
+
+QIcon trayIcon(TrayStatus status, const std::optional<std::string>& connectedImage) {
+    auto icon = pictureOf(status, connectedImage);
+    return icon.isNull() ? wordIcon(MenuTexts::productWithoutImage) : icon;
+}
+
+NativeStatusItem::Picture statusPicture(TrayStatus status, const std::optional<std::string>& connectedImage) {
+    NativeStatusItem::Picture picture;
+    const auto icon = pictureOf(status, connectedImage);
+    if (icon.isNull()) return picture;
+    for (const double pixelsPerPoint : {1., 2.}) {
+        QByteArray file;
+        QBuffer buffer(&file);
+        const QSize points(NativeStatusItem::pictureSide, NativeStatusItem::pictureSide);
+        if (icon.pixmap(points, pixelsPerPoint).save(&buffer, "PNG")) picture.push_back(file.toStdString());
+    }
+    return picture;
 }
 
 }  // namespace tarnik

@@ -145,6 +145,11 @@ TEST(AppDelegate, performsItsStepsInOrder) {
         {"at-place updates will did message",
          begins + "login item, updater, menu of 4, " + open + "alert Move tarnik, ", true},
         {"elsewhere installed join on " + launch + "settle", menu, true},
+        // The relocator waits for the user. The installed copy never waits.
+        {"elsewhere installed join on will did +3 stay settle", begins.substr(0, 17) + open + menu.substr(17),
+         true},
+        {"at-place installed join on will did +3 stay settle", begins + "login item, updater, menu of 3, ",
+         true},
         {launch + "clear second reopen window", "record secondOpen, window, record reopen, window, " + open,
          true},
         {"on " + launch, menu, true},

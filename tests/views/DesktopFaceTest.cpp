@@ -85,6 +85,37 @@ TEST(DesktopFace, endsNothingWhileTheTrayIsUnknown) {
     EXPECT_TRUE(window.isVisible() && f.delegate.isQuitting());
 }
 
+// The system's item gets pictures for both kinds of screens, and none if the image of the bundle is missing.
+TEST(DesktopFace, drawsTheItemThatTheSystemShows) {
+    NativeStatusItem::Content content;
+    NativeStatusItem::Picture picture;
+    const auto make = [&](const NativeStatusItem::Content& given) {
+        content = given;
+        return NativeStatusItem{.setPicture = [&](const auto& drawn) { picture = drawn; }};
+    };
+    int opened = 0;
+    {
+        StatusItem item({.image = "/no/image.png", .make = make}, TrayStatus::working,
+                        MenuContent::with(UpdateCheck::unavailable), [&](MenuContent::Action action) {
+                            opened += action == MenuContent::Action::openWindow ? 1 : 0;
+                        });
+        ASSERT_EQ(picture.size(), 2U);
+        for (const int scale : {1, 2}) {
+            const auto& file = picture[static_cast<std::size_t>(scale - 1)];
+            EXPECT_EQ(QImage::fromData(QByteArray::fromStdString(file)).width(),
+                      scale * NativeStatusItem::pictureSide);
+        }
+        item.setStatus(TrayStatus::connected);
+        EXPECT_TRUE(picture.empty());
+    }
+    ASSERT_EQ(content.menu.size(), 3U);
+    content.menu[0].perform();
+    EXPECT_EQ(opened, 1);
+    EXPECT_EQ(content.menu[1].title, "");
+    EXPECT_EQ(content.menu[2].key, "q");
+    EXPECT_EQ(content.title, "tk");
+}
+
 TEST(DesktopFace, keepsAWaitingLinkForTheField) {
     Fixture f;
     for (const char* link : {"before the window exists", "later"}) {

@@ -17,6 +17,7 @@
 #include "app/platform/linux/DesktopNotifications.h"
 #include "app/platform/linux/LinuxSwitches.h"
 #include "app/platform/linux/OpenRequests.h"
+#include "app/platform/linux/PortalProxies.h"
 #include "app/platform/linux/SessionBus.h"
 #include "app/platform/linux/SystemLogSocket.h"
 #include "app/platform/linux/TrayHostMonitor.h"
@@ -137,6 +138,7 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
         .singleInstance = operationsOf(instance, run.environment),
         .marksLoginStarts = true,
         .notices = operationsOf(std::make_shared<DesktopNotifications>(bus)),
+        .proxies = portalProxies(bus),
         .activate = {},
         .onAppearanceChanged = registering<AppearanceMonitor, AppearanceMonitor::OnSettings>(bus),
         .onTrayHost = registering<TrayHostMonitor, TrayHostMonitor::OnHost>(bus)};

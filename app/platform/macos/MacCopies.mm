@@ -58,9 +58,17 @@ void forceTerminate(NSRunningApplication* application) {
     [application forceTerminate];
 }
 
-// Since macOS 14 the system may ignore this request.
+// Since macOS 14 a program can activate another one only after it has yielded, on the main thread. The other
+// copy also activates itself when it receives the request to show its window.
 void activate(NSRunningApplication* application) {
-    [application activateWithOptions:NSApplicationActivateIgnoringOtherApps];
+    [[NSOperationQueue mainQueue] addOperationWithBlock:^{
+      if (@available(macOS 14, *)) {
+          [NSApp yieldActivationToApplication:application];
+          [application activateFromApplication:[NSRunningApplication currentApplication] options:0];
+      } else {
+          [application activateWithOptions:NSApplicationActivateIgnoringOtherApps];
+      }
+    }];
 }
 
 }  // namespace

@@ -31,6 +31,7 @@ std::optional<std::string> DesktopPlatform::whyNoWindow(const Environment&) {
 // running copy.
 DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
     becomeAccessory();
+    letModalWindowsQuit();
     return {.installPath = std::string(TarnikIdentity::installPath),
             .defaults = storedPreferences(run.folders, macLog("defaults")),
             .switches = macSwitches(),
@@ -42,8 +43,9 @@ DesktopPlatform DesktopPlatform::make(const DesktopRun& run) {
             .notices = macNotices(run.mainThread, run.bundle),
             .statusImage = menuBarImage(run.bundle),
             .hasMenuBar = true,
-            .nameStatusItem = nameMacStatusItem,
-            .activate = activateApplication};
+            .makeStatusItem = makeMacStatusItem,
+            .activate = activateApplication,
+            .setActivity = macActivity()};
 }
 
 }  // namespace tarnik

@@ -2,8 +2,8 @@
 #include <memory>
 #include <utility>
 
+#include "app/platform/macos/LinkEvents.h"
 #include "app/platform/macos/MacOperations.h"
-#include "app/platform/macos/OpenedLinks.h"
 #include "app/platform/macos/ReopenRequests.h"
 #include "app/platform/macos/ShowWindowNotice.h"
 
@@ -12,9 +12,9 @@ namespace tarnik {
 namespace {
 
 // Returns an operation that makes a listener for each handler. The operation owns the latest listener.
-template <class Listener>
-std::function<void(std::function<void()>)> registering() {
-    return [listener = std::make_shared<std::unique_ptr<Listener>>()](std::function<void()> handler) {
+template <class Listener, class Handler = std::function<void()>>
+std::function<void(Handler)> registering() {
+    return [listener = std::make_shared<std::unique_ptr<Listener>>()](Handler handler) {
         listener->reset();
         *listener = std::make_unique<Listener>(std::move(handler));
     };
@@ -30,8 +30,7 @@ void onBecameActive(std::function<void()> handler) {
 }  // namespace
 
 SystemEvents macEvents() {
-    return {.onLink = [links = std::make_shared<OpenedLinks>()](
-                          OpenedLinks::Handler handler) { links->setHandler(std::move(handler)); },
+    return {.onLink = registering<LinkEvents, std::function<void(const std::string& link)>>(),
             .onSecondOpen = registering<ShowWindowNotice>(),
             .onReopen = registering<ReopenRequests>(),
             .onBecameActive = onBecameActive};

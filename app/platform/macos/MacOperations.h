@@ -1,12 +1,15 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "app/platform/Activity.h"
 #include "app/platform/BundleOperations.h"
 #include "app/platform/LoginItemService.h"
 #include "app/platform/MainThread.h"
+#include "app/platform/NativeStatusItem.h"
 #include "app/platform/SwitchOperations.h"
 #include "app/platform/SystemEvents.h"
 #include "app/platform/SystemLog.h"
@@ -46,8 +49,8 @@ SystemEvents macEvents();
 // program runs outside a bundle, because the system identifies a program by its bundle.
 UserNotices macNotices(const MainThread& mainThread, const std::optional<std::string>& ownBundle);
 
-// Sets the name of the shown status item for VoiceOver, because Qt doesn't set a name. Main thread only.
-void nameMacStatusItem(std::string_view name);
+// Shows a status item in the menu bar. Main thread only.
+NativeStatusItem makeMacStatusItem(const NativeStatusItem::Content& content);
 
 // Shows the application in the menu bar only, without a Dock icon, even if it runs outside a bundle. Call on
 // the main thread when the application object exists.
@@ -55,5 +58,13 @@ void becomeAccessory();
 
 // Activates the application and brings it to the front. Main thread only.
 void activateApplication();
+
+// Lets the application and the session end while a modal window is open. Call once, on the main thread, when
+// the application object exists.
+void letModalWindowsQuit();
+
+// Returns an operation that turns App Nap off while the program is busy. Without it the system delays the
+// timers of a program without a visible window. The system may still sleep. Main thread only.
+std::function<void(Activity)> macActivity();
 
 }  // namespace tarnik

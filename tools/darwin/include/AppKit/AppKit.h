@@ -8,8 +8,30 @@
 
 @interface NSApplication (Fence)
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
-- (void)activate __attribute__((availability(macos, introduced = 14)));
+- (void)activateIgnoringOtherApps:(BOOL)flag;
+- (void)yieldActivationToApplication:(NSRunningApplication*)application
+    __attribute__((availability(macos, introduced = 14)));
 @end
+
+@interface NSRunningApplication (Fence)
+- (BOOL)activateFromApplication:(NSRunningApplication*)application
+                        options:(NSApplicationActivationOptions)options
+    __attribute__((availability(macos, introduced = 14)));
+@end
+
+@interface NSImage (Fence)
+- (void)setTemplate:(BOOL)isTemplate;
+@end
+
+@interface NSStatusItem (Fence)
+@property(readonly) NSButton* button;
+@end
+
+@interface NSWindow (Fence)
+- (void)setPreventsApplicationTerminationWhenModal:(BOOL)prevents;
+@end
+
+extern NSNotificationName const NSWindowDidChangeOcclusionStateNotification;
 
 @interface NSView (Fence)
 - (void)setAccessibilityLabel:(NSString*)label;

@@ -11,7 +11,16 @@
 typedef UInt32 AEEventClass;
 typedef UInt32 AEEventID;
 enum : AEEventClass { kCoreEventClass = 0x61657674 /* aevt */ };
+typedef UInt32 AEKeyword;
 enum : AEEventID { kAEReopenApplication = 0x72617070 /* rapp */ };
+enum : AEEventClass { kInternetEventClass = 0x4755524c /* GURL */ };
+enum : AEEventID { kAEGetURL = 0x4755524c /* GURL */ };
+enum : AEKeyword { keyDirectObject = 0x2d2d2d2d /* ---- */ };
+
+@interface NSAppleEventDescriptor (Fence)
+- (NSAppleEventDescriptor*)paramDescriptorForKeyword:(AEKeyword)keyword;
+- (NSString*)stringValue;
+@end
 
 @interface NSAppleEventManager (Fence)
 + (NSAppleEventManager*)sharedAppleEventManager;

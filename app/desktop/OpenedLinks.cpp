@@ -1,4 +1,4 @@
-#include "app/platform/macos/OpenedLinks.h"
+#include "app/desktop/OpenedLinks.h"
 
 #include <QCoreApplication>
 #include <QFileOpenEvent>
@@ -22,7 +22,7 @@ OpenedLinks::OpenedLinks() {
 
 void OpenedLinks::setHandler(Handler handler) {
     handler_ = std::move(handler);
-    for (const auto& link : std::exchange(waiting_, {})) handler_(link);
+    if (const auto link = std::exchange(waiting_, std::nullopt)) handler_(*link);
 }
 
 bool OpenedLinks::eventFilter(QObject*, QEvent* event) {
@@ -31,7 +31,7 @@ bool OpenedLinks::eventFilter(QObject*, QEvent* event) {
     if (handler_) {
         handler_(link);
     } else {
-        waiting_.push_back(std::move(link));
+        waiting_ = std::move(link);
     }
     return true;
 }

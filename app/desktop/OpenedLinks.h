@@ -2,16 +2,16 @@
 
 #include <QObject>
 #include <functional>
+#include <optional>
 #include <string>
-#include <vector>
 
 namespace tarnik {
 
-// Receives the links with our scheme that the system opens. Qt turns the system's event into a QFileOpenEvent
-// for the application object. This class filters that event. If a link started the program, its event arrives
-// when the event loop runs. Links are queued until a handler is set.
+// Receives the links that the toolkit reports as a QFileOpenEvent to the application object. On macOS these
+// are the links with our scheme that no handler of the platform receives. Links are queued until a handler is
+// set.
 //
-// Main thread only.
+// Owned by the desktop program. Main thread only.
 class OpenedLinks : public QObject {
 public:
     using Handler = std::function<void(const std::string& link)>;
@@ -25,7 +25,7 @@ public:
 
 private:
     Handler handler_;
-    std::vector<std::string> waiting_;
+    std::optional<std::string> waiting_;
 };
 
 }  // namespace tarnik
