@@ -74,7 +74,7 @@ sources() {
 
 # The sources of the tests.
 testSources() {
-    find tests devkit/children devkit/driver -name '*.cpp' ! -path 'tests/platform/*' ! -path 'tests/fuzz/*' | sort
+    find tests devkit/children devkit/driver -name '*.cpp' ! -path 'tests/platform/*' ! -path 'tests/darwin/*' ! -path 'tests/fuzz/*' | sort
 }
 
 # Fails if the compiler accepts an interface that is newer than the oldest supported macOS. std::to_chars of floating-point

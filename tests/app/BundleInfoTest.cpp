@@ -54,7 +54,7 @@ TEST(BuildSettings, areReadAsTheBuildWroteThem) {
     EXPECT_EQ(BundleInfo::parse(bytes).text("CFBundleIdentifier"), TarnikIdentity::bundleIdentifier);
     EXPECT_TRUE(bytes.contains("<string>" + std::string(TarnikIdentity::urlScheme) + "</string>"));
 
-    shell(bundle.path(), "sed -i s/CFBundleShortVersionString/Other/ Contents/Info.plist");
+    shell(bundle.path(), "sed -i.old s/CFBundleShortVersionString/Other/ Contents/Info.plist");
     EXPECT_EQ(bundleVersion(bundle.path()), "2026.1.10") << "the version of the build";
     EXPECT_EQ(bundleVersion("/none.app"), std::nullopt);
 }

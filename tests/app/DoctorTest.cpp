@@ -37,7 +37,7 @@ std::string releaseFile() {
 
 // A machine on which everything works and the helper is installed.
 struct Machine {
-    TemporaryFolder folder;
+    ShortTemporaryFolder folder;
     WallTime now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     std::expected<HttpAnswer, HttpError> release = HttpAnswer{.body = releaseFile(), .date = {}};
     std::expected<HttpAnswer, HttpError> service = HttpAnswer{.body = "hello", .date = {}};

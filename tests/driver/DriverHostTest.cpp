@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 
 // Uses a manual clock. A driver is ready if `ready` is set; `whileWaiting` is called at each check before.
 struct Fixture {
-    TemporaryFolder folder;
+    ShortTemporaryFolder folder;
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     std::shared_ptr<ManualQueue> queue = std::make_shared<ManualQueue>(clock);
     FakeSpawner spawner;

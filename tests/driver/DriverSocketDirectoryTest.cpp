@@ -12,6 +12,7 @@
 
 #include "core/foundation/UniqueFd.h"
 #include "core/process/Spawner.h"
+#include "tests/support/ChildPrograms.h"
 #include "tests/support/Shell.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Words.h"
@@ -32,7 +33,7 @@ void write(const std::string& path, const std::string& text) {
 // The parent is unreadable and passes its group on. Permissions don't apply to the superuser, so the test
 // switches to another user.
 TEST(DriverSocketDirectory, isPrivateWhateverTheUmaskAndTheParent) {
-    const TemporaryFolder folder;
+    const ShortTemporaryFolder folder;
     const uid_t before = ::geteuid();
     const uid_t user = before == 0 ? 4711 : before;
     if (::chown(folder.path().c_str(), user, static_cast<gid_t>(-1)) != 0) GTEST_SKIP() << "no other user";
@@ -63,14 +64,14 @@ TEST(DriverSocketDirectory, refusesRootsThatAreNotOurFolders) {
                                          {"", "/none/above"},
                                          {"touch tarnik", ""},
                                          {"chown 4711 . 2>&1 || touch tarnik", ""}}) {
-        const TemporaryFolder folder;
+        const ShortTemporaryFolder folder;
         shell(folder.path(), script);
         EXPECT_FALSE(DriverSocketDirectory::create(folder.path() + suffix)) << script;
     }
 }
 
 TEST(DriverSocketDirectory, refusesATooLongSocketPath) {
-    const TemporaryFolder folder;
+    const ShortTemporaryFolder folder;
     const std::size_t rest = std::string("//tarnik/cua/0123456789abcdef/cua.sock").size();
     const std::string longest = folder.path() + "/" + std::string(103 - folder.path().size() - rest, 's');
     EXPECT_EQ(DriverSocketDirectory::create(longest)->socketPath.size(), 103U);
@@ -79,7 +80,7 @@ TEST(DriverSocketDirectory, refusesATooLongSocketPath) {
 }
 
 TEST(DriverSocketDirectory, readsOnlyCompletePids) {
-    const TemporaryFolder folder;
+    const ShortTemporaryFolder folder;
     const auto made = DriverSocketDirectory::create(folder.path());
     ASSERT_TRUE(made);
     const std::string file = made->pidFilePath();
@@ -109,7 +110,7 @@ TEST(DriverSocketDirectory, cleansUpOnlyAnUnchangedFolder) {
                                                  {"mv $made old; cp -Rp old $made", 4},
                                                  {"mv $made old; ln -s old $made", 2}};
     for (const auto& [script, filesLeft] : cases) {
-        const TemporaryFolder folder;
+        const ShortTemporaryFolder folder;
         const auto made = DriverSocketDirectory::create(folder.path());
         ASSERT_TRUE(made && made->writeProcessIdentifier(4711));
         write(made->socketPath, "");
@@ -165,7 +166,7 @@ TEST(DriverSocketDirectory, stopsOnlyAProvenLeftoverDriver) {
         {"the first process", {}, {}, removed, "1"},
     };
     for (auto c : cases) {
-        const TemporaryFolder folder;
+        const ShortTemporaryFolder folder;
         const auto made = DriverSocketDirectory::create(folder.path());
         ASSERT_TRUE(made);
         write(made->pidFilePath(), c.pid);
@@ -177,13 +178,13 @@ TEST(DriverSocketDirectory, stopsOnlyAProvenLeftoverDriver) {
 
 // The driver ignores its pipe, and an upgrade has replaced its file.
 TEST(DriverSocketDirectory, stopsARealDriver) {
-    const TemporaryFolder folder;
+    const ShortTemporaryFolder folder;
     const std::string program = folder.path() + "/driver";
     fs::copy_file("/bin/sleep", program);
     const auto made = DriverSocketDirectory::create(folder.path());
     const auto child = Spawner::spawn({.executable = program, .arguments = {"60"}});
     ASSERT_TRUE(made && child && made->writeProcessIdentifier((*child)->pid()));
-    fs::copy_file("/bin/true", folder.path() + "/new");
+    fs::copy_file(childProgram("exit_with"), folder.path() + "/new");
     fs::rename(folder.path() + "/new", program);
 
     DriverSocketDirectory::reapStale(folder.path(), program, DriverSocketDirectory::Processes::production());
@@ -193,7 +194,7 @@ TEST(DriverSocketDirectory, stopsARealDriver) {
 }
 
 TEST(DriverSocketDirectory, neverWaitsForAConnection) {
-    const TemporaryFolder folder;
+    const ShortTemporaryFolder folder;
     const std::string path = folder.path() + "/s";
     const auto accepts = [](const std::string& at) { return DriverSocketDirectory::acceptsConnections(at); };
     sockaddr_un address{};

@@ -58,7 +58,8 @@ TEST(Spawner, failsForWhatCannotBeRun) {
         EXPECT_FALSE(Spawner::run({.executable = executable, .timeout = limit, .limit = 100}));
     }
     for (const int closed : {-1, 1 << 20})
-        EXPECT_FALSE(Spawner::spawn({.executable = "/bin/true", .standardOutput = Stdio::fd(closed)}));
+        EXPECT_FALSE(
+            Spawner::spawn({.executable = childProgram("exit_with"), .standardOutput = Stdio::fd(closed)}));
     EXPECT_TRUE(eventually([&] { return ProcessCounts::now().holdsNoMoreThan(before); }))
         << ProcessCounts::now();
 }
@@ -164,7 +165,7 @@ TEST(Spawner, worksWithTheStandardDescriptorsClosed) {
 TEST(Spawner, retriesAProgramThatIsBeingWritten) {
     const TemporaryFolder folder;
     const SpawnRequest request{.executable = folder.path() + "/true"};
-    std::filesystem::copy_file("/bin/true", request.executable);
+    std::filesystem::copy_file(childProgram("exit_with"), request.executable);
     for (const bool onTerminal : {false, true}) {
         UniqueFd writing(::open(request.executable.c_str(), O_RDWR | O_CLOEXEC));
         const auto written = std::async(std::launch::async, [&writing] {
@@ -216,7 +217,7 @@ TEST(Spawner, startsNoChildWithoutAThread) {
     ::pthread_attr_setstacksize(&attributes, std::size_t{1} << 47);
     ASSERT_EQ(setDefaults(&attributes), 0);
 
-    const SpawnRequest request{.executable = "/bin/true"};
+    const SpawnRequest request{.executable = childProgram("exit_with")};
     const auto errorOf = [](const auto& result) { return result ? SystemError{} : result.error(); };
     const auto never = [](ExitStatus) { ADD_FAILURE(); };
     const std::vector errors{errorOf(Spawner::spawn(request, never)),

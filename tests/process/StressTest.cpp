@@ -44,7 +44,8 @@ private:
 TEST_F(Stress, childrenInARow) {
     const int count = isSanitized() ? 1000 : 10000;
     for (int i = 0; i < count; ++i) {
-        const auto child = Spawner::spawn({i % 2 == 0 ? "/bin/true" : "/bin/false"}, expecting(i % 2));
+        const auto child =
+            Spawner::spawn({childProgram("exit_with"), {std::to_string(i % 2)}}, expecting(i % 2));
         ASSERT_TRUE(child && (*child)->waitForExit(limit));
     }
 }

@@ -58,7 +58,7 @@ public:
     std::size_t liveNodes() { return live(nodes) + live(terminals); }
     std::size_t liveDrivers() { return live(drivers); }
 
-    TemporaryFolder folder;
+    ShortTemporaryFolder folder;
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     ManualMainThread main{clock};
     FakeSpawner nodes;

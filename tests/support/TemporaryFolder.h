@@ -15,9 +15,8 @@ namespace tarnik {
 // An empty folder for one test. The destructor removes it with its contents.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        std::string name =
-            std::filesystem::canonical(std::filesystem::temp_directory_path()) / "tarnik-test.XXXXXX";
+    explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+        std::string name = std::filesystem::canonical(parent) / "tarnik-test.XXXXXX";
         if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
         path_ = name;
     }
@@ -48,6 +47,12 @@ public:
 
 private:
     std::string path_;
+};
+
+// A temporary folder for the driver's socket, whose path has at most 103 bytes. TMPDIR of macOS is too long
+// for it.
+struct ShortTemporaryFolder : TemporaryFolder {
+    ShortTemporaryFolder() : TemporaryFolder("/tmp") {}
 };
 
 }  // namespace tarnik
