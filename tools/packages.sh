@@ -61,6 +61,7 @@ clang-tidy-19|finds likely faults
 clang-format-19|checks the formatting
 llvm-19|reads and changes programs for macOS in the Darwin check
 shellcheck|checks the shell scripts
+yamllint|checks the description of the builds on Macs
 npm|downloads the compiler for the Darwin check
 libgnustep-gui-dev|declares Foundation and AppKit for the Darwin check
 '
