@@ -7,6 +7,7 @@ if(APPLE)
 endif()
 include(GNUInstallDirs)
 include(cmake/BundleSettings.cmake)
+include(cmake/RuntimePins.cmake)
 
 # The program is in a bundle folder as on macOS, so the same code finds its settings and its driver on both systems.
 # app/platform/linux/LinuxDesktop.cpp names this folder, so the folder is the same on every architecture.

@@ -5,15 +5,14 @@
 //
 // Without --key, signs the release with a new key and doesn't store the key.
 import path from 'node:path';
-import { fileURLToPath } from 'node:url';
 import { readArguments } from './commandLine.mjs';
 import { faults } from './release/faults.mjs';
-import { defaultVersion, machinePlatform, makeRelease } from './release/makeRelease.mjs';
-import { freshKey, keyInFile } from './release/signing.mjs';
+import { defaultVersion, machinePlatform, makeRelease, runtimeCache } from './release/makeRelease.mjs';
+import { isVersion } from '../tools/release/releaseFile.mjs';
+import { freshKey, keyInFile } from '../tools/release/signing.mjs';
 
 const usage = 'usage: node devkit/release.mjs --folder DIR [--key FILE] [--version V] [--platform KEY]'
   + ' [--channel NAME] [--helper-size MIB] [--runtime real|tiny|none] [--cache DIR] [--fault NAME]';
-const builtFolder = fileURLToPath(new URL('../build/devkit', import.meta.url));
 const options = {
   folder: { type: 'string' },
   key: { type: 'string' },
@@ -22,13 +21,13 @@ const options = {
   channel: { type: 'string', default: 'stable' },
   'helper-size': { type: 'string', default: '0' },
   runtime: { type: 'string', default: 'real' },
-  cache: { type: 'string', default: path.join(builtFolder, 'runtime') },
+  cache: { type: 'string', default: runtimeCache },
   fault: { type: 'string' },
 };
 
 const rules = [
   ['folder', (value) => value, 'a folder for the release'],
-  ['version', (value) => /^\d{4}\.\d{1,2}\.\d{1,3}(-\d{1,4})?$/.test(value), 'a version such as 2026.1.1'],
+  ['version', (value) => isVersion(value), 'a version such as 2026.1.1'],
   ['channel', (value) => ['stable', 'beta'].includes(value), 'stable or beta'],
   ['helper-size', (value) => /^\d{1,3}$/.test(value), 'a number of MiB'],
   ['runtime', (value) => ['real', 'tiny', 'none'].includes(value), 'real, tiny or none'],
@@ -44,7 +43,7 @@ function problemOf(values) {
 const values = readArguments(usage, options, problemOf);
 const release = await makeRelease({
   folder: path.resolve(values.folder),
-  key: values.key === undefined ? freshKey() : keyInFile(values.key),
+  key: values.key === undefined ? freshKey() : await keyInFile(values.key),
   version: values.version,
   platform: values.platform,
   channel: values.channel,

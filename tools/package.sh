@@ -2,8 +2,8 @@
 # package.sh [-DNAME=VALUE...]: builds the Debian packages of the release build in build/package/: tarnik-console, which
 # needs no display, and tarnik, which adds the window.
 #
-# -D passes the settings of cmake/BundleSettings.cmake; those of an earlier run are removed. The same commit, settings and
-# installed packages give the same packages, byte for byte (tools/check-reproducible.sh).
+# -D passes the settings of cmake/BundleSettings.cmake and cmake/RuntimePins.cmake; those of an earlier run are removed. The
+# same commit, settings and installed packages give the same packages, byte for byte (tools/check-reproducible.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 umask 022
@@ -73,6 +73,16 @@ make() {
     (cd "$out" && lintian --allow-root --fail-on error --tag-display-limit 0 "$name")
     echo "build/package/$name: $(stat -c %s "$out/$name") bytes; its debug symbols are beside it"
 }
+# warnOfSettings: names the settings without which the packaged program can't install a helper.
+warnOfSettings() {
+    local pair
+    for pair in TKNodeReleaseBase:TARNIK_NODE_RELEASE_BASE TKNodeReleasePublicKey:TARNIK_NODE_RELEASE_PUBLIC_KEY \
+        TKNodeRuntimeFile:TARNIK_NODE_RUNTIMES; do
+        grep -qF "<key>${pair%:*}</key>" "debian/tarnik-console/usr/lib/tarnik/Contents/Info.plist" ||
+            echo "The packaged program can't install a helper, because ${pair#*:} has no value for this machine."
+    done
+}
 cd "$work"
 for package in "${packages[@]}"; do make "${package%:*}"; done
+warnOfSettings
 rm -rf "$work"

@@ -44,6 +44,10 @@ desktop-file-utils|checks the desktop entry
 appstream|checks the data for software centres
 man-db|checks the man page
 '
+releasePackages='
+openssl|encrypts the private key of releases
+gpgv|verifies the digests of the Node.js project
+'
 benchPackages='
 libbenchmark-dev|runs the benchmarks
 curl|downloads for comparison

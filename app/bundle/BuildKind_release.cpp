@@ -6,8 +6,4 @@ bool isDevelopmentBuild() {
     return false;
 }
 
-std::optional<NodeRuntime> developmentRuntime(const BundleInfo&) {
-    return std::nullopt;
-}
-
 }  // namespace tarnik

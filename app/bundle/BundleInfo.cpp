@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "app/bundle/BuildKind.h"
 #include "core/foundation/Files.h"
 
 namespace tarnik {
@@ -12,6 +11,21 @@ namespace {
 std::optional<Url> address(const std::optional<std::string>& text) {
     auto url = Url::parse(text.value_or(""));
     return url && url->host() ? url : std::nullopt;
+}
+
+// Returns std::nullopt unless all five values are present.
+std::optional<NodeRuntime> runtimeIn(const BundleInfo& info) {
+    auto platform = info.text("TKNodeRuntimePlatform");
+    auto version = info.text("TKNodeRuntimeVersion");
+    auto base = info.text("TKNodeRuntimeBase");
+    auto file = info.text("TKNodeRuntimeFile");
+    auto sha256 = info.text("TKNodeRuntimeSHA256");
+    if (!platform || !version || !base || !file || !sha256) return std::nullopt;
+    return NodeRuntime{.platform = *std::move(platform),
+                       .version = *std::move(version),
+                       .base = *std::move(base),
+                       .file = *std::move(file),
+                       .sha256 = *std::move(sha256)};
 }
 
 // CMake rejects an invalid address.
@@ -47,7 +61,7 @@ BuildSettings BuildSettings::of(const BundleInfo& info) {
         .nodeReleaseBase = address(info.text("TKNodeReleaseBase")),
         .nodeReleasePublicKey = info.text("TKNodeReleasePublicKey"),
         .nodeMinVersion = info.text("TKNodeMinVersion"),
-        .developmentRuntime = tarnik::developmentRuntime(info),
+        .runtime = runtimeIn(info),
     };
 }
 

@@ -34,7 +34,7 @@ struct BuildSettings {
     std::optional<Url> nodeReleaseBase;
     std::optional<std::string> nodeReleasePublicKey;
     std::optional<std::string> nodeMinVersion;
-    std::optional<NodeRuntime> developmentRuntime;  // std::nullopt in a release build
+    std::optional<NodeRuntime> runtime;  // for a platform without a row in NodeRuntimePin::archives()
 
     // An invalid address or an address without a host counts as absent.
     static BuildSettings of(const BundleInfo& info);

@@ -17,9 +17,8 @@ bool wasInstalled(const Examination& examination) {
 }
 
 std::string wantedRuntime(const DoctorSubject& subject) {
-    const auto& development = subject.host.settings.developmentRuntime;
-    const bool isPinned = NodeRuntimePin::archives().contains(subject.host.platform);
-    return !isPinned && development ? development->version : std::string(NodeRuntimePin::version);
+    const auto runtime = NodeRuntimePin::runtimeFor(subject.host.platform, subject.host.settings.runtime);
+    return runtime ? runtime->version : std::string(NodeRuntimePin::version);
 }
 
 std::optional<Finding> checkRuntime(Examination& examination) {

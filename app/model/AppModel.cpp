@@ -170,7 +170,7 @@ void AppModel::startInstallation() {
                              .releasePublicKey = host_.settings.nodeReleasePublicKey,
                              .platform = host_.platform,
                              .minimumVersion = host_.settings.nodeMinVersion,
-                             .developmentRuntime = host_.settings.developmentRuntime},
+                             .runtime = host_.settings.runtime},
                             deps_.installer);
     const bool started = deps_.platform.detach(
         "tarnik.install", [this, installer = std::move(installer), home = *home_, toMain = toMain()] {

@@ -99,7 +99,7 @@ std::expected<NodeInstaller::Sources, InstallError> NodeInstaller::chooseSources
 
     const auto artifact = manifest->artifacts.find(settings_.platform);
     if (artifact == manifest->artifacts.end()) return fail(Kind::noArtifact, settings_.platform);
-    auto chosen = runtime();
+    auto chosen = NodeRuntimePin::runtimeFor(settings_.platform, settings_.runtime);
     if (!chosen) return fail(Kind::noArtifact, settings_.platform);
     const auto key = NodeRelease::base64url(*settings_.releasePublicKey).value_or("");
     return Sources{.runtime = std::move(*chosen),
@@ -118,17 +118,6 @@ std::expected<void, InstallError> NodeInstaller::checkVersion(const std::string&
     const auto installed = installedVersion();
     if (installed && !isAtLeast(version, *installed)) return fail(Kind::tooOld, version);
     return {};
-}
-
-std::optional<NodeRuntime> NodeInstaller::runtime() const {
-    const auto& pinned = NodeRuntimePin::archives();
-    if (const auto row = pinned.find(settings_.platform); row != pinned.end()) {
-        return NodeRuntime{settings_.platform, std::string(NodeRuntimePin::version),
-                           std::string(NodeRuntimePin::distBase), row->second.file, row->second.sha256};
-    }
-    const auto& development = settings_.developmentRuntime;
-    if (development && development->platform == settings_.platform) return development;
-    return std::nullopt;
 }
 
 std::expected<void, InstallError> NodeInstaller::claim() const {

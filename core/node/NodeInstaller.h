@@ -52,10 +52,10 @@ class NodeInstaller {
 public:
     struct Settings {
         std::optional<Url> releaseBase;
-        std::optional<std::string> releasePublicKey;    // base64url of 32 bytes
-        std::string platform;                           // as releases name it, such as "darwin-arm64"
-        std::optional<std::string> minimumVersion;      // older releases are refused
-        std::optional<NodeRuntime> developmentRuntime;  // for a platform without a pinned runtime
+        std::optional<std::string> releasePublicKey;  // base64url of 32 bytes
+        std::string platform;                         // as releases name it, such as "darwin-arm64"
+        std::optional<std::string> minimumVersion;    // older releases are refused
+        std::optional<NodeRuntime> runtime;           // of the build; see NodeRuntimePin::runtimeFor()
     };
 
     // Called on the installer's thread.
@@ -78,7 +78,6 @@ private:
 
     std::expected<Sources, InstallError> chooseSources() const;
     std::expected<void, InstallError> checkVersion(const std::string& version) const;
-    std::optional<NodeRuntime> runtime() const;
     std::expected<void, InstallError> claim() const;
     std::expected<void, InstallError> installRuntime(const Sources& sources, const Stage& stage,
                                                      const Progress& progress, InstallRecord& record) const;

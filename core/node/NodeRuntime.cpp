@@ -14,4 +14,14 @@ const std::map<std::string, Archive, std::less<>>& archives() {
     return pinned;
 }
 
+std::optional<NodeRuntime> runtimeFor(const std::string& platform,
+                                      const std::optional<NodeRuntime>& ofBuild) {
+    const auto& pinned = archives();
+    if (const auto row = pinned.find(platform); row != pinned.end()) {
+        return NodeRuntime{platform, std::string(version), std::string(distBase), row->second.file,
+                           row->second.sha256};
+    }
+    return ofBuild && ofBuild->platform == platform ? ofBuild : std::nullopt;
+}
+
 }  // namespace tarnik::NodeRuntimePin

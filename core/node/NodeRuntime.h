@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,10 @@ struct Archive {  // of one platform
 
 // Returns the archives of the pinned version by platform.
 const std::map<std::string, Archive, std::less<>>& archives();
+
+// Returns the runtime that is installed on this platform: the row of archives(), or else `ofBuild` if it is
+// for this platform. Returns std::nullopt if neither exists.
+std::optional<NodeRuntime> runtimeFor(const std::string& platform, const std::optional<NodeRuntime>& ofBuild);
 
 }  // namespace NodeRuntimePin
 

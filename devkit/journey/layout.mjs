@@ -3,12 +3,10 @@
 import { chmodSync, copyFileSync, mkdirSync, mkdtempSync, realpathSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
-import { fileURLToPath } from 'node:url';
-import { makeRelease } from '../release/makeRelease.mjs';
+import { makeRelease, runtimeCache } from '../release/makeRelease.mjs';
 import { startService } from '../service/startService.mjs';
 import { settingsFor, writeSettings } from './settings.mjs';
 
-const runtimeCache = fileURLToPath(new URL('../../build/devkit/runtime', import.meta.url));
 const here = '127.0.0.1,localhost';
 // The path of the driver's socket, deep in the home, must stay below 104 bytes.
 const longestRoot = 20;

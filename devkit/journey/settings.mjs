@@ -10,11 +10,11 @@ export function settingsFor(origin, release) {
     TKNodeReleaseBase: origin,
     TKNodeReleasePublicKey: release.publicKey,
     TKNodeMinVersion: minimumVersion,
-    TKDevRuntimePlatform: release.platform,
-    TKDevRuntimeVersion: release.runtime.version,
-    TKDevRuntimeBase: `${origin}/`,
-    TKDevRuntimeFile: release.runtime.file,
-    TKDevRuntimeSHA256: release.runtime.sha256,
+    TKNodeRuntimePlatform: release.platform,
+    TKNodeRuntimeVersion: release.runtime.version,
+    TKNodeRuntimeBase: `${origin}/`,
+    TKNodeRuntimeFile: release.runtime.file,
+    TKNodeRuntimeSHA256: release.runtime.sha256,
   };
 }
 

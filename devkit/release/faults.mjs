@@ -7,7 +7,7 @@
 //     signing    changes the signed release file
 import { writeFileSync } from 'node:fs';
 import { entry, wrapper } from './helperPackage.mjs';
-import { freshKey } from './signing.mjs';
+import { freshKey } from '../../tools/release/signing.mjs';
 import { file, folder, hardLink, link } from './tarball.mjs';
 
 const escaped = Buffer.from('escaped\n');

@@ -3,7 +3,9 @@ import { createReadStream, readFileSync, statSync } from 'node:fs';
 import path from 'node:path';
 import { Readable } from 'node:stream';
 
-const releaseFileName = /^[A-Za-z0-9_-][A-Za-z0-9._-]{0,199}$/;
+const releaseFileName = /^([A-Za-z0-9_-][A-Za-z0-9._-]{0,199}(\/(?!$)|$)){1,4}$/;
+// The release file changes with each release. An archive never changes.
+const cacheRules = { '.json': 'max-age=300', '.gz': 'max-age=31536000, immutable' };
 
 export function json(status, value) {
   const body = Buffer.from(`${JSON.stringify(value)}\n`);
@@ -26,6 +28,7 @@ export function releaseFile(folder, name) {
     status: 200,
     type: name.endsWith('.json') ? 'application/json' : 'application/gzip',
     length: found.size,
+    cache: cacheRules[path.extname(name)],
     open: () => createReadStream(target),
     whole: () => readFileSync(target),
   };

@@ -10,9 +10,10 @@ const dripPauseMs = 1000;
 const blockOfNoise = Buffer.alloc(64 * 1024, 'endless ');
 export const movedTo = '/devkit/moved';
 
-function start(response, { status, type, length }, headers = {}) {
+function start(response, { status, type, length, cache }, headers = {}) {
   const size = length === undefined ? {} : { 'content-length': length };
-  response.writeHead(status, { 'content-type': type, ...size, ...headers });
+  const caching = cache === undefined ? {} : { 'cache-control': cache };
+  response.writeHead(status, { 'content-type': type, ...size, ...caching, ...headers });
 }
 
 export async function deliver(response, answer) {

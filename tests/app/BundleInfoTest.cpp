@@ -34,18 +34,21 @@ TEST(BuildSettings, ignoreMalformedValues) {
 // The build's script writes the Info.plist of a macOS bundle.
 TEST(BuildSettings, areReadAsTheBuildWroteThem) {
     const TemporaryFolder bundle;
+    const std::string key = "k-_" + std::string(40, 'A');
     shell(bundle.path(),
           "mkdir Contents; PATH=$PATH:/opt/homebrew/bin:/usr/local/bin; cmake -DTARNIK_INFO_PLIST=" +
               bundle.path() +
               "/Contents/Info.plist -DPROJECT_VERSION=2026.1.10 -DTARNIK_WEB_ORIGIN=https://w.example "
-              "-DTARNIK_NODE_RELEASE_BASE='https://r/?a&b' -DTARNIK_NODE_RELEASE_PUBLIC_KEY=k-_ "
+              "-DTARNIK_NODE_RELEASE_BASE='https://r/?a&b' -DTARNIK_NODE_RELEASE_PUBLIC_KEY=" +
+              key +
+              " "
               "-DTARNIK_NODE_MIN_VERSION=2026.1.1 -DTARNIK_UPDATE_FEED='https://u/feed?a&b' "
               "-DTARNIK_UPDATE_PUBLIC_KEY=$(printf '%043d=') -P " TARNIK_SOURCE_DIR
               "/cmake/MacInfoPlist.cmake");
     const auto settings = BuildSettings::fromBundle(bundle.path());
     EXPECT_EQ(settings.webOrigin.text(), "https://w.example");
     EXPECT_EQ(settings.nodeReleaseBase.value_or(Url()).text(), "https://r/?a&b");
-    EXPECT_EQ(settings.nodeReleasePublicKey, "k-_");
+    EXPECT_EQ(settings.nodeReleasePublicKey, key);
     EXPECT_EQ(settings.nodeMinVersion, "2026.1.1");
     const UpdateSettings updates{"https://u/feed?a&b", std::string(43, '0') + "="};
     EXPECT_EQ(UpdateSettings::fromBundle(bundle.path()), updates);
@@ -57,6 +60,23 @@ TEST(BuildSettings, areReadAsTheBuildWroteThem) {
     shell(bundle.path(), "sed -i.old s/CFBundleShortVersionString/Other/ Contents/Info.plist");
     EXPECT_EQ(bundleVersion(bundle.path()), "2026.1.10") << "the version of the build";
     EXPECT_EQ(bundleVersion("/none.app"), std::nullopt);
+}
+
+TEST(BuildSettings, useOnlyACompleteRuntime) {
+    const NodeRuntime runtime{"linux-x64", "v24.1.0", "http://localhost/", "node.tar.gz", "ab"};
+    std::string entries;
+    for (const auto& [key, value] : {std::pair("Platform", runtime.platform),
+                                     {"Version", runtime.version},
+                                     {"Base", runtime.base},
+                                     {"File", runtime.file},
+                                     {"SHA256", runtime.sha256}}) {
+        entries += "<key>TKNodeRuntime" + std::string(key) + "</key><string>" + value + "</string>";
+        const auto info = BundleInfo::parse(propertyLists::xml("<dict>" + entries + "</dict>"));
+        EXPECT_EQ(BuildSettings::of(info).runtime.has_value(), key == std::string("SHA256")) << key;
+    }
+    EXPECT_EQ(
+        BuildSettings::of(BundleInfo::parse(propertyLists::xml("<dict>" + entries + "</dict>"))).runtime,
+        runtime);
 }
 
 TEST(BundleInfo, findsTheBundleOfAnExecutable) {

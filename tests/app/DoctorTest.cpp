@@ -50,7 +50,7 @@ struct Machine {
                                                 .nodeReleaseBase = Url::parse("https://release.example/x"),
                                                 .nodeReleasePublicKey = std::string(43, 'A'),
                                                 .nodeMinVersion = {},
-                                                .developmentRuntime = {}},
+                                                .runtime = {}},
                                    .platform = "cpu"},
                           .folders = {.applicationSupport = folder.path() + "/support",
                                       .logs = folder.path() + "/logs",

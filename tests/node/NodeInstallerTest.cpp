@@ -32,8 +32,7 @@ struct Fixture {
         .releaseBase = Url::parse("https://release.example/helper"),
         .releasePublicKey = std::string(43, 'A'),
         .platform = "test-cpu",
-        .developmentRuntime =
-            NodeRuntime{"test-cpu", "v1.2.3", "https://node.example/", "node.tar.gz", runtimeDigest}};
+        .runtime = NodeRuntime{"test-cpu", "v1.2.3", "https://node.example/", "node.tar.gz", runtimeDigest}};
     std::string version = "2026.5.1", runtimeFile = "bin/node";
     std::string packageBytes = packageDigest, runtimeBytes = runtimeDigest;
     std::vector<std::string> packageFiles{"bin/tarnik-node", "lib/node_modules/openclaw/openclaw.mjs"};
@@ -131,7 +130,7 @@ TEST(NodeInstaller, keepsTheInstalledHelperAfterARefusal) {
         {"tarnik's helper 2026.6.1 is older",
          installed(R"({"version":"2026.1.1"})" + std::string(70'000, ' '))},
         {"tarnik's helper 2026.6.1 is older", [](auto& f) { f.settings.minimumVersion = "2026.10.0"; }},
-        {"tarnik's helper isn't published", [](auto& f) { f.settings.developmentRuntime.reset(); }},
+        {"tarnik's helper isn't published", [](auto& f) { f.settings.runtime.reset(); }},
     };
     for (const auto& [message, arrange] : cases) {
         Fixture f;

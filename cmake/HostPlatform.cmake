@@ -1,0 +1,11 @@
+# Sets TARNIK_PROCESSORS to the processors of this build, and TARNIK_HOST_PLATFORMS to the names that releases use for them,
+# such as linux-x64. Only a universal build for macOS has more than one.
+set(TARNIK_PROCESSORS ${CMAKE_SYSTEM_PROCESSOR})
+if(APPLE AND CMAKE_OSX_ARCHITECTURES)
+  set(TARNIK_PROCESSORS ${CMAKE_OSX_ARCHITECTURES})
+endif()
+string(TOLOWER ${CMAKE_SYSTEM_NAME} system)
+set(TARNIK_HOST_PLATFORMS ${TARNIK_PROCESSORS})
+list(TRANSFORM TARNIK_HOST_PLATFORMS REPLACE "^(x86_64|AMD64|amd64)$" x64)
+list(TRANSFORM TARNIK_HOST_PLATFORMS REPLACE "^aarch64$" arm64)
+list(TRANSFORM TARNIK_HOST_PLATFORMS PREPEND ${system}-)
