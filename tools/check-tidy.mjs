@@ -19,7 +19,7 @@ const build = path.resolve(process.argv[2]);
 const memory = path.join(root, 'build/tidy/passed');
 const units = path.join(root, 'build/tidy/units');
 // Tests and benchmarks are not checked, because most of their code consists of the frameworks' macros.
-const checkedFolders = ['core', 'app', 'devkit'].map((folder) => path.join(root, folder) + path.sep);
+const checkedFolders = ['core', 'app', 'devkit', 'tools'].map((folder) => path.join(root, folder) + path.sep);
 
 // Folders with settings of their own.
 const ownSettings = ['app/views/', 'app/desktop/'].map((folder) => path.join(root, folder, '.clang-tidy'));

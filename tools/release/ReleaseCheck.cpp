@@ -102,10 +102,13 @@ std::expected<void, std::string> ReleaseCheck::check(const NodeReleaseManifest& 
     const auto home = NodeHome::resolve(request_.folder + "/" + platform, request_.folder);
     if (!home) return Failed(describe(home.error()));
     if (auto ready = prepare(*home, request_.installedVersion); !ready) return ready;
-    if (auto installed = install(*home, platform); !installed)
-        return Failed(name + ": " + sanitizedLine(installed.error(), longestLine));
+    const auto size = install(*home, platform);
+    if (!size) return Failed(name + ": " + sanitizedLine(size.error(), longestLine));
 
     const auto& artifact = manifest.artifacts.at(platform);
+    if (*size != artifact.size)
+        return Failed(name + ": the archive has " + std::to_string(*size) + " bytes, but the release says " +
+                      std::to_string(artifact.size) + ".");
     const auto version = installedVersion(*home);
     if (version != manifest.version)
         return Failed(name + ": the archive has the helper " +
@@ -126,14 +129,15 @@ std::expected<void, std::string> ReleaseCheck::check(const NodeReleaseManifest& 
 }
 
 // Without a runtime to check, the installer finds the right one installed.
-std::expected<void, std::string> ReleaseCheck::install(const NodeHome& home,
-                                                       const std::string& platform) const {
+std::expected<std::int64_t, std::string> ReleaseCheck::install(const NodeHome& home,
+                                                               const std::string& platform) const {
     auto deps = deps_;
     auto runtime = request_.runtime;
     if (!runtime || runtime->platform != platform) {
         runtime = NodeRuntime{.platform = platform, .version = "v0", .base = {}, .file = {}, .sha256 = {}};
-        const auto version = NodeRuntimePin::runtimeFor(platform, runtime).value_or(*runtime).version;
-        deps.runtimeVersion = [version](const std::string&) { return version; };
+        deps.runtimeVersion = [wanted = NodeRuntimePin::runtimeFor(platform, runtime)](const std::string&) {
+            return wanted ? std::optional(wanted->version) : std::nullopt;
+        };
     }
     std::int64_t size = 0;
     deps.download = [&](const std::string& url, const std::string& to, const Http::Progress& progress) {
@@ -151,7 +155,7 @@ std::expected<void, std::string> ReleaseCheck::install(const NodeHome& home,
                                   std::move(deps));
     const auto installed = installer.install({.text = [](const std::string&) {}});
     if (!installed) return Failed(describe(installed.error()));
-    return {};
+    return size;
 }
 
 }  // namespace tarnik

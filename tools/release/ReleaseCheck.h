@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <expected>
 #include <functional>
 #include <optional>
@@ -36,7 +37,8 @@ public:
 private:
     std::expected<void, std::string> check(const NodeReleaseManifest& manifest, const std::string& platform,
                                            const Report& report) const;
-    std::expected<void, std::string> install(const NodeHome& home, const std::string& platform) const;
+    // Returns the size of the package's archive in bytes.
+    std::expected<std::int64_t, std::string> install(const NodeHome& home, const std::string& platform) const;
 
     const Request request_;
     const NodeInstallerDeps deps_;
