@@ -97,15 +97,21 @@ void ControlHandler::connect(Client client, const ControlRequest& request) {
 
 void ControlHandler::restart(Client client, const ControlRequest& request) {
     const auto& state = model_->state();
-    const auto refused = [&](std::string_view why) { refuse(client, request, ControlErrors::refused, why); };
+    const auto refused = [this, client, request](std::string_view why) {
+        refuse(client, request, ControlErrors::refused, why);
+    };
     if (state.homeError) return refused(MachineTexts::homeUnusable);
     if (std::holds_alternative<Setups::Failed>(state.setup)) return refused(MachineTexts::installFailed);
     if (!std::holds_alternative<Setups::Ready>(state.setup)) return refused(LinkTexts::stillInstalling);
     if (std::holds_alternative<NodeStates::WaitingForLink>(state.node))
         return refuse(client, request, ControlErrors::notJoined, ControlTexts::notJoined);
-    model_->restartHelper(guard_.wrap([this, client, request](bool restarted) {
-        if (restarted) return answer(client, request);
-        refuse(client, request, ControlErrors::busy, ControlTexts::pairingInProgress);
+    model_->restartHelper(guard_.wrap([this, client, request, refused](bool restarted) {
+        if (!restarted) return refuse(client, request, ControlErrors::busy, ControlTexts::pairingInProgress);
+        const auto& node = model_->state().node;
+        if (std::holds_alternative<NodeStates::NotInstalled>(node))
+            return refused(ControlTexts::helperMissing);
+        if (std::holds_alternative<NodeStates::Restarting>(node)) return refused(ControlTexts::notStarted);
+        answer(client, request);
     }));
 }
 

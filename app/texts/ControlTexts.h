@@ -28,6 +28,9 @@ inline constexpr Text noPairing = "No pairing is in progress.";
 inline constexpr Text pairingInProgress = "A pairing is in progress. Wait until it has ended.";
 inline constexpr Text notJoined =
     "This computer isn't paired with an account yet. Ask for a link in your chat, then run: tarnik connect";
+inline constexpr Text helperMissing =
+    "tarnik's helper isn't there any more. Quit tarnik and start it again; it installs the helper.";
+inline constexpr Text notStarted = "The helper couldn't be started. Find out why with: tarnik doctor";
 inline constexpr Text homeUnusable = "tarnik can't use the folder for its helper.";
 
 }  // namespace tarnik::ControlTexts

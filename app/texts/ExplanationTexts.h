@@ -19,8 +19,9 @@ inline constexpr Text isRunningAgain = "It is running again.";
 inline constexpr Text startsWithSwitch = "It starts again when a switch changes.";
 inline constexpr Text helperWaiting = "The helper is installed and waits for a link from your chat.";
 inline constexpr Text helperMissing =
-    "tarnik's helper isn't there any more. Try again, or quit tarnik and open it again, to install it.";
-inline constexpr Text tryAgain = "Try again, or quit tarnik and open it again.";
+    "tarnik's helper isn't there any more. Try again in its window, or quit tarnik and "
+    "start it again, to install it.";
+inline constexpr Text tryAgain = "Try again in its window, or quit tarnik and start it again.";
 inline constexpr Text startAgain = "Start tarnik to try again.";
 inline constexpr Text offerWaits = "A link for another account waits for your answer.";
 inline constexpr Text linkChecked = "A link is being checked";

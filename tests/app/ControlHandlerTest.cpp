@@ -1,5 +1,8 @@
 #include "app/control/ControlHandler.h"
 
+#include <cerrno>
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include "app/control/StatusSource.h"
@@ -122,6 +125,11 @@ TEST(ControlHandler, restartsTheHelperWithoutADelay) {
     f.advance(1s);
     EXPECT_EQ(f.ask(1, Kind::restart), "1 {}") << "also a helper that runs";
     EXPECT_EQ(f.liveNodes(), 1U);
+
+    f.nodes.failure = SystemError{.call = "fork", .code = EAGAIN};
+    EXPECT_TRUE(f.ask(1, Kind::restart).contains("couldn't be started"));
+    std::filesystem::remove(f.home().entry());
+    EXPECT_TRUE(f.ask(1, Kind::restart).contains("isn't there any more"));
 
     EXPECT_EQ(f.ask(1, Kind::open), "1 {}");
     EXPECT_TRUE(f.ask(1, Kind::quit).starts_with(R"(1 {"pid":)"));

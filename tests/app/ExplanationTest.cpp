@@ -74,8 +74,8 @@ TEST(Explanation, namesTheFailureAndTheNextTry) {
          "The helper stopped with exit 3, 24 h ago. It is starting."},
         {{{0, installBegun}, {1, installRefused, "", 0, "The disk is full."}},
          61,
-         "tarnik couldn't install its helper, 60 s ago: The disk is full. Try again, or quit tarnik and open "
-         "it again."},
+         "tarnik couldn't install its helper, 60 s ago: The disk is full. Try again in its window, or quit "
+         "tarnik and start it again."},
         {{{0, installBegun}, {3, installStep}}, 5, "tarnik's helper is being installed, for 5 s: S."},
         {{{0, installBegun}, {1, installRefused}, {2, programEnded}}, 3, "tarnik ended, 1 s ago."},
         {{{0, helperWaiting}, {9, pairingConnected}}, 10, ""},
