@@ -234,7 +234,8 @@ export const stages = [
       const service = walk.serve();
       const started = await service.expect(/The helper .*started/, 0, walk.deadline);
       service.kill('SIGTERM');
-      return [started, await walk.exits(service)];
+      const exit = await walk.exits(service);
+      return [started, await service.expect(/tarnik ended with exit status 0/, 0, walk.deadline), exit];
     },
   },
   {
