@@ -436,7 +436,7 @@
     <message>
         <extracomment>LoginTexts::allowInSettings</extracomment>
         <source>Start at login: allow it in System Settings</source>
-        <translation>Bei der Anmeldung starten: in den Systemeinstellungen erlauben</translation>
+        <translation>Anmeldestart in den Systemeinstellungen erlauben</translation>
     </message>
     <message>
         <extracomment>LoginTexts::choiceFailed</extracomment>
@@ -496,7 +496,7 @@
     <message>
         <extracomment>SwitchSnapshot::staleHint</extracomment>
         <source>If tarnik already looks switched on in Accessibility, select it, remove it with −, then add /Applications/tarnik.app again and reopen tarnik.</source>
-        <translation>Ist tarnik unter „Bedienungshilfen“ schon eingeschaltet? Mit − entfernen, /Applications/tarnik.app neu hinzufügen, tarnik neu öffnen.</translation>
+        <translation>Dort schon eingeschaltet? tarnik mit − entfernen, /Applications/tarnik.app wieder hinzufügen, tarnik neu öffnen.</translation>
     </message>
     <message>
         <extracomment>ExplanationTexts::helper</extracomment>
