@@ -46,7 +46,7 @@ DetailsDialog::DetailsDialog(QWidget* parent)
     auto* const close = makeButton(WindowTexts::close, this);
     connect(close, &QPushButton::clicked, this, &QDialog::close);
     connect(copy_, &QPushButton::clicked, this, [this] {
-        QGuiApplication::clipboard()->setText(box_->toPlainText());
+        QGuiApplication::clipboard()->setText(report_);
         say(translated(WindowTexts::detailsCopied));
     });
     copy_->setDefault(true);
@@ -93,6 +93,7 @@ void DetailsDialog::say(const std::string& sentence) {
 void DetailsDialog::setReport(const std::string& report) {
     say(translated(WindowTexts::detailsText));
     progress_->hide();
+    report_ = qtText(report);
     box_->setLongText(report);
     copy_->setEnabled(true);
     copy_->setFocus();

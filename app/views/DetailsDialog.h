@@ -33,6 +33,8 @@ protected:
 private:
     void say(const std::string& sentence);
 
+    QString report_;  // what "Copy" copies
+
     // Children.
     TextLabel* text_;
     ProgressBar* progress_;

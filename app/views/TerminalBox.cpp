@@ -73,10 +73,24 @@ void TerminalBox::setSystemFont(const QFont& font) {
 }
 
 void TerminalBox::setLongText(const std::string& text) {
+    text_.clear();
+    clear();
     shows_ = Shows::beginning;
     followsEnd_ = false;
-    text_ = qtText(text);
-    setPlainText(text_);
+    rest_ = qtText(text);
+    addSlice();
+}
+
+void TerminalBox::addSlice() {
+    constexpr qsizetype length = 50'000;
+    // A slice ends with a line, so that it divides no character.
+    const auto lineEnd = rest_.indexOf(QLatin1Char('\n'), length);
+    const auto end = lineEnd < 0 ? rest_.size() : lineEnd + 1;
+    QTextCursor cursor(document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(rest_.left(end));
+    rest_.remove(0, end);
+    if (!rest_.isEmpty()) QMetaObject::invokeMethod(this, [this] { addSlice(); }, Qt::QueuedConnection);
 }
 
 void TerminalBox::setTerminal(const WindowContent::Terminal& terminal) {

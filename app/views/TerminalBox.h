@@ -13,8 +13,8 @@ public:
     explicit TerminalBox(QWidget* parent = nullptr);
 
     void setTerminal(const WindowContent::Terminal& terminal);
-    // Shows the beginning of a text of any length. Breaks only the lines that become visible, so the scroll
-    // bar is an estimate.
+    // Shows the beginning of a text of any length, and adds the rest in slices while the event loop runs.
+    // Breaks only the lines that become visible, so the scroll bar is an estimate. Call it once.
     void setLongText(const std::string& text);
     void reset();  // clears the text; call it between two programs
 
@@ -25,6 +25,7 @@ public:
     int preferredHeight(int room) const;
 
 private:
+    void addSlice();
     void replaceFrom(qsizetype position, const QString& text);
     void dropFront(qsizetype count);
     void scrollToEnd();
@@ -32,6 +33,7 @@ private:
     int heightOf(int lines) const;
 
     QString text_;
+    QString rest_;  // of a long text
     WindowContent::Terminal::Shows shows_ = WindowContent::Terminal::Shows::end;
     bool followsEnd_ = true;
     bool isChanging_ = false;

@@ -62,6 +62,16 @@ TEST(TerminalBox, showsItsBeginningIfItShould) {
     EXPECT_TRUE(f.atEnd());
 }
 
+TEST(TerminalBox, addsALongTextInSlices) {
+    Fixture f;
+    const auto text = lines(1, 3000);
+    f.box.setLongText(text);
+    EXPECT_LT(f.box.toPlainText().size(), 60'000);
+    while (f.box.document()->blockCount() <= 3000) QApplication::processEvents();
+    EXPECT_EQ(f.box.toPlainText().toStdString(), text);
+    EXPECT_EQ(f.box.verticalScrollBar()->value(), 0);
+}
+
 TEST(TerminalBox, keepsASelectionThroughChangesElsewhere) {
     const std::tuple<const char*, std::string, QString> cases[] = {
         {"appended text", lines(1, 30), "line 12"},
