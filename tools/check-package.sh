@@ -91,6 +91,9 @@ checkLinks tarnik
 tools/check-hardening.sh "$system"/usr/lib/tarnik/Contents/MacOS/*
 [[ $(run --list-screens) == *connected* ]] || fail "tarnik doesn't find tarnik-window"
 
+# Status 77 means that this user can't create another root.
+tools/try-package.sh build/package || [[ $? == 77 ]] || fail "the package can't be used"
+
 manage --purge tarnik tarnik-console
 left=$(find "$system" -mindepth 1)
 [[ -z $left ]] || fail "the removed packages left: $left"
