@@ -64,7 +64,7 @@ void AppDelegate::launch(const std::optional<RelocationOutcomes::StayWithMessage
     if (deps_.bundlePath == deps_.installPath) deps_.ensureLoginItem();
     updater_ = deps_.makeUpdater();
     deps_.presentation.makeStatusItem(
-        MenuContent::with(updater_->isAvailable() ? UpdateCheck::available : UpdateCheck::unavailable));
+        MenuContent::with(updater_->offersCheck() ? UpdateCheck::available : UpdateCheck::unavailable));
     const auto handed = deps_.takeHandedLink();
     const bool hasNewerLink = pendingLink_.has_value();
     model_->start(guard_.wrap([this] { modelStarted(); }));

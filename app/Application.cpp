@@ -8,6 +8,7 @@
 #include "app/ProcessSetup.h"
 #include "app/bundle/BuildKind.h"
 #include "app/control/ControlFolder.h"
+#include "app/control/PolicyStatus.h"
 #include "app/journal/ChildRecorder.h"
 #include "app/journal/RecordedOperations.h"
 #include "app/journal/StateRecorder.h"
@@ -34,6 +35,12 @@ Application::Platform withNodeHome(Application::Platform platform,
     return platform;
 }
 
+Journal::Deps journalDeps(const Policy& policy) {
+    auto deps = Journal::Deps::production();
+    if (policy.programLogBytes) deps.fileBytes = policy.programLogBytes->value;
+    return deps;
+}
+
 // Delays the launch until the switches are known or a time-out has passed. A launch that treats unknown
 // switches as off would show the window without a reason.
 OnRelocated whenSwitchesAreKnown(const SwitchOperations& switches, OnRelocated done) {
@@ -49,10 +56,11 @@ Application::Application(const CommandLine& line, HostEnvironment host, const Pr
                          Platform platform)
     : place_(place),
       platform_(withNodeHome(std::move(platform), line.nodeHome)),
-      journal_(std::make_shared<Journal>(Journal::pathIn(place_.folders))),
+      journal_(std::make_shared<Journal>(Journal::pathIn(place_.folders), journalDeps(host.policy.policy))),
       model_(makeModel(line, std::move(host))),
       facts_(JournalFacts::Deps::production(*model_, platform_.model.mainThread, tasks_), journal_, model_) {
     recordStart(*journal_, model_->state().homeError);
+    if (const auto warnings = model_->host().policy.warnings(); !warnings.empty()) warningLog()(warnings);
     model_->observe([journal = journal_](const AppState& now, const AppState& next) {
         recordChange(*journal, now, next);
         if (next.stopping && !now.stopping) endWithin(stopLimit, EXIT_FAILURE);
@@ -130,8 +138,9 @@ AppDelegate& Application::attach(Face face) {
                     auto updater = std::make_unique<Updater>(
                         settings, Updater::Deps{.framework = recorded(journal_, platform_.updates),
                                                 .mainThread = platform_.model.mainThread,
-                                                .log = platform_.updaterLog});
-                    facts_.setChecksForUpdates(updater->isAvailable());
+                                                .log = platform_.updaterLog,
+                                                .rule = model_->host().policy.policy.updates});
+                    facts_.setChecksForUpdates(updater->isAutomatic());
                     return updater;
                 },
             .takesLinks = std::move(face.onReady),
@@ -183,6 +192,7 @@ void Application::startControl(NodeHomeOwner::Face face) {
                                    .logs = place_.folders.stateFolder()},
                        .webOrigin = model_->webOrigin(),
                        .hasDriver = host.driverExecutable.has_value(),
+                       .policy = policyStatus(host.policy),
                        .checksForUpdates = [this] { return delegate_->hasUpdater(); }},
             .openWindow = std::move(openWindow),
             .quit = [this] { delegate_->quit(); },

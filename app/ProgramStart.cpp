@@ -7,6 +7,7 @@
 
 #include "app/options/ExitCode.h"
 #include "app/platform/SystemProxies.h"
+#include "app/policy/ManagedSettings.h"
 #include "app/texts/FailureTexts.h"
 #include "core/driver/DriverLaunch.h"
 #include "core/driver/ProcessInspection.h"
@@ -76,12 +77,18 @@ ProgramRun ProgramRun::current(const std::optional<std::string>& bundle, const c
 }
 
 HostEnvironment ProgramRun::host() const {
+    const auto build = place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::defaults();
+    using PolicyParser::Releases;
+    auto policy =
+        currentPolicy(environment, build.policyMaySetReleases ? Releases::bySettings : Releases::fixed);
+    auto settings = managedSettings(build, policy.policy);
     return {.userFolder = userFolder,
             .applicationSupport = place.folders.applicationSupport,
             .nodeLog = place.folders.stateFolder() + "/node.log",
             .driverExecutable = BundledDriver::path(resourceFolder(place.bundle)),
             .inherited = environment,
-            .settings = place.bundle ? BuildSettings::fromBundle(*place.bundle) : BuildSettings::defaults(),
+            .settings = std::move(settings),
+            .policy = std::move(policy),
             .platform = std::string(NodeRelease::hostPlatform),
             .proxies = {.environment = environment, .desktop = systemProxies()}};
 }

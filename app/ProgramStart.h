@@ -28,7 +28,7 @@ struct ProgramRun {
     // doesn't report the program's path.
     static ProgramRun current(const std::optional<std::string>& bundle, const char* name);
 
-    // Reads the settings of the bundle.
+    // Reads the settings of the bundle and of the organisation.
     HostEnvironment host() const;
 };
 

@@ -5,6 +5,7 @@ set(TARNIK_WEB_ORIGIN "" CACHE STRING "The service's website, instead of TARNIK_
 set(TARNIK_NODE_RELEASE_BASE "" CACHE STRING "The address of the helper's signed releases")
 set(TARNIK_NODE_RELEASE_PUBLIC_KEY "" CACHE STRING "The public key of those releases, base64url")
 set(TARNIK_NODE_MIN_VERSION "" CACHE STRING "The oldest release of the helper that may be installed")
+option(TARNIK_POLICY_MAY_SET_RELEASES "The policy of an organisation may name its own releases and key" OFF)
 set(TARNIK_DRIVER "" CACHE FILEPATH "The desktop driver's executable, which goes into the bundle as cua-driver")
 
 if(NOT TARNIK_WEB_ORIGIN MATCHES "^(https?://[A-Za-z0-9.-]+(:[0-9]+)?/?)?$")
@@ -24,8 +25,13 @@ if(TARNIK_DRIVER AND NOT EXISTS "${TARNIK_DRIVER}")
   message(FATAL_ERROR "TARNIK_DRIVER is not a file: ${TARNIK_DRIVER}")
 endif()
 
+set(policyMaySetReleases "")
+if(TARNIK_POLICY_MAY_SET_RELEASES)
+  set(policyMaySetReleases yes)
+endif()
 tarnik_plist_entries(TARNIK_PLIST_SETTINGS
   TKWebOrigin TARNIK_WEB_ORIGIN
   TKNodeReleaseBase TARNIK_NODE_RELEASE_BASE
   TKNodeReleasePublicKey TARNIK_NODE_RELEASE_PUBLIC_KEY
-  TKNodeMinVersion TARNIK_NODE_MIN_VERSION)
+  TKNodeMinVersion TARNIK_NODE_MIN_VERSION
+  TKPolicyMaySetReleases policyMaySetReleases)

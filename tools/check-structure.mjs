@@ -45,6 +45,7 @@ const largeTypes = new Map(Object.entries({
     NodeHome: 'names every path in the node home',
     NodeSupervisor: 'the state machine of the node, with its constants',
     PairingSession: 'the state machine of a pairing, with its terminal',
+    Policy: 'a plain value: one field for each key',
     WindowContent: 'a plain value: one field for each part of the window',
 }));
 const codeFolders = ['core', 'app', 'devkit', 'tools', 'bench', 'tests'];

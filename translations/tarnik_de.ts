@@ -444,6 +444,11 @@
         <translation>Der Start bei der Anmeldung blieb unverändert. Nutzen Sie die Einstellungen des Systems.</translation>
     </message>
     <message>
+        <extracomment>LoginTexts::lockedStartAtLogin</extracomment>
+        <source>Start at login – set by your organisation</source>
+        <translation>Bei der Anmeldung starten – von Ihrer Organisation festgelegt</translation>
+    </message>
+    <message>
         <extracomment>LinkTexts::checkingLink</extracomment>
         <source>Checking the link…</source>
         <translation>Link wird geprüft …</translation>
@@ -457,6 +462,16 @@
         <extracomment>LinkTexts::stillInstalling</extracomment>
         <source>tarnik's helper is still installing. Try again in a moment.</source>
         <translation>Das Hilfsprogramm von tarnik wird noch installiert. Versuchen Sie es gleich noch einmal.</translation>
+    </message>
+    <message>
+        <extracomment>LinkTexts::pairingNotAllowed</extracomment>
+        <source>Your organisation doesn't allow pairing this computer with an account.</source>
+        <translation>Ihre Organisation erlaubt es nicht, diesen Computer mit einem Konto zu koppeln.</translation>
+    </message>
+    <message>
+        <extracomment>LinkTexts::replacingNotAllowed</extracomment>
+        <source>Your organisation doesn't allow pairing this computer with another account.</source>
+        <translation>Ihre Organisation erlaubt es nicht, diesen Computer mit einem anderen Konto zu koppeln.</translation>
     </message>
     <message>
         <extracomment>LinkTexts::linkExpired</extracomment>

@@ -6,4 +6,8 @@ bool isDevelopmentBuild() {
     return false;
 }
 
+std::optional<std::string> developmentPolicyFolder(const Environment&) {
+    return std::nullopt;
+}
+
 }  // namespace tarnik

@@ -62,6 +62,7 @@ BuildSettings BuildSettings::of(const BundleInfo& info) {
         .nodeReleasePublicKey = info.text("TKNodeReleasePublicKey"),
         .nodeMinVersion = info.text("TKNodeMinVersion"),
         .runtime = runtimeIn(info),
+        .policyMaySetReleases = info.text("TKPolicyMaySetReleases") == "yes",
     };
 }
 

@@ -35,6 +35,7 @@ struct BuildSettings {
     std::optional<std::string> nodeReleasePublicKey;
     std::optional<std::string> nodeMinVersion;
     std::optional<NodeRuntime> runtime;  // for a platform without a row in NodeRuntimePin::archives()
+    bool policyMaySetReleases = false;   // the organisation may set the two release values
 
     // An invalid address or an address without a host counts as absent.
     static BuildSettings of(const BundleInfo& info);

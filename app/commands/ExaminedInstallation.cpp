@@ -7,6 +7,7 @@
 #include "app/commands/CommandHome.h"
 #include "app/control/ControlClient.h"
 #include "app/control/ControlFolder.h"
+#include "app/control/Status.h"
 
 namespace tarnik {
 namespace {
@@ -18,6 +19,14 @@ std::optional<bool> isOn(const Json& status, std::string_view which) {
     return text ? std::optional(*text == "on") : std::nullopt;
 }
 
+// A program of an earlier version doesn't report its policy.
+std::optional<std::string> policyOf(const Json& status) {
+    if (status.member("policy") == nullptr) return std::nullopt;
+    const auto parsed = Status::of(status);
+    if (!parsed) return std::nullopt;
+    return parsed->policy ? textOf(parsed->policy->settings) : "";
+}
+
 RunningCopy copyOf(const Json& status) {
     const Json* program = status.member("program");
     const Json* pid = program != nullptr ? program->member("pid") : nullptr;
@@ -26,7 +35,8 @@ RunningCopy copyOf(const Json& status) {
     return {.pid = number ? std::optional(static_cast<pid_t>(*number)) : std::nullopt,
             .hasWindow = face == nullptr || face->asString() == "window",
             .accessibility = isOn(status, "accessibility"),
-            .screenRecording = isOn(status, "screenRecording")};
+            .screenRecording = isOn(status, "screenRecording"),
+            .policy = policyOf(status)};
 }
 
 }  // namespace

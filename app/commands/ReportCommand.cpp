@@ -36,10 +36,12 @@ std::string versions(const DoctorSubject& subject) {
 
 std::string settings(const DoctorSubject& subject) {
     const auto& build = subject.host.settings;
+    const auto entries = subject.host.policy.policy.entries();
     return "web origin: " + build.webOrigin.text() + "\n" +
            "release base: " + (build.nodeReleaseBase ? build.nodeReleaseBase->text() : "absent") + "\n" +
            "release key: " + (build.nodeReleasePublicKey ? "present" : "absent") + "\n" +
            "minimum helper: " + build.nodeMinVersion.value_or("absent") + "\n" +
+           "organisation: " + (entries.empty() ? "absent" : textOf(entries)) + "\n" +
            "platform: " + subject.host.platform + "\n" + "executable: " + subject.executable + "\n" +
            "bundle: " + subject.bundle.value_or("absent") + "\n" +
            "helper's folder: " + (subject.home ? subject.home->path : describe(subject.home.error())) + "\n" +

@@ -107,7 +107,7 @@ private:
 };
 
 Status onDisk(const CommandOptions& options, const CommandDeps& deps) {
-    return statusOnDisk(homeOf(options, deps.run), deps.run.place.folders, now());
+    return statusOnDisk(homeOf(options, deps.run), deps.run.place.folders, now(), deps.run.host().policy);
 }
 
 // Shows each new status until the program ends.

@@ -20,6 +20,18 @@ public:
     void field(std::string_view name, const std::optional<WallTime>& value) {
         json_.addText(name, value ? std::optional(isoMilliseconds(*value)) : std::nullopt);
     }
+    void field(std::string_view name, const std::vector<PolicyEntry>& entries) {
+        std::string all;
+        for (const auto& [key, value, strength] : entries) {
+            JsonObject entry;
+            entry.addText("key", key);
+            entry.addText("value", value);
+            entry.addFlag("forced", strength == PolicyStrength::forced);
+            if (!all.empty()) all += ',';
+            all += entry.text();
+        }
+        json_.addJson(name, "[" + all + "]");
+    }
     void state(const std::string& value) { json_.addText("state", value); }
 
     template <class Group>
@@ -57,6 +69,18 @@ public:
     }
     void field(std::string_view name, std::optional<WallTime>& value) {
         value = parseIsoMilliseconds(textOf(name).value_or(""));
+    }
+    void field(std::string_view name, std::vector<PolicyEntry>& entries) {
+        const Json* found = json_.member(name);
+        if (found == nullptr) return;
+        for (const auto& element : found->elements()) {
+            const Reader inner(element);
+            const Json* forced = element.member("forced");
+            const bool isForced = forced != nullptr && forced->asBoolean().value_or(false);
+            entries.push_back({.key = inner.textOf("key").value_or(""),
+                               .value = inner.textOf("value").value_or(""),
+                               .strength = isForced ? PolicyStrength::forced : PolicyStrength::byDefault});
+        }
     }
     void state(std::string& value) {
         field("state", value);
@@ -166,6 +190,13 @@ void describe(Format& format, Group& folders) {
     format.field("socket", folders.socket);
 }
 
+template <class Format, Is<Status::Managed> Group>
+void describe(Format& format, Group& policy) {
+    format.state(policy.state);
+    format.field("sentence", policy.sentence);
+    format.field("settings", policy.settings);
+}
+
 template <class Format, Is<Status> Group>
 void describe(Format& format, Group& status) {
     format.group("program", status.program);
@@ -176,6 +207,7 @@ void describe(Format& format, Group& status) {
     format.group("update", status.update);
     format.group("install", status.install);
     format.group("folders", status.folders);
+    format.group("policy", status.policy);
 }
 
 }  // namespace

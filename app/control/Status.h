@@ -4,9 +4,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/control/RunHistory.h"
 #include "app/control/StatusWords.h"
+#include "app/policy/Policy.h"
 #include "core/foundation/Json.h"
 
 namespace tarnik {
@@ -70,6 +72,13 @@ struct Status {
         bool operator==(const Folders&) const = default;
     };
 
+    struct Managed {
+        std::string state;                    // one of PolicyState
+        std::optional<std::string> sentence;  // why files are ignored or damaged
+        std::vector<PolicyEntry> settings;
+        bool operator==(const Managed&) const = default;
+    };
+
     Program program;
     Connection connection;
     Child helper;
@@ -78,6 +87,7 @@ struct Status {
     Update update;
     Install install;
     Folders folders;
+    std::optional<Managed> policy;  // std::nullopt if the organisation has set nothing
 
     // Returns one JSON object with all fields; an absent value is null.
     std::string json() const;

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "app/bundle/BuildKind.h"
+#include "app/control/PolicyStatus.h"
 #include "app/journal/Explanation.h"
 #include "app/journal/Journal.h"
 #include "app/journal/JournalReader.h"
@@ -39,7 +40,7 @@ RunHistory pastOf(const std::vector<JournalEvent>& events) {
 }  // namespace
 
 Status statusOnDisk(const std::expected<NodeHome, NodeHome::ResolveError>& home, const SystemFolders& folders,
-                    WallTime now) {
+                    WallTime now, const PolicyReading& policy) {
     const auto path = folders.stateFolder() + "/" + std::string(Journal::fileName);
     const auto events = readJournal(path, Journal::keptEvents);
     const auto past = pastOf(events);
@@ -60,7 +61,8 @@ Status statusOnDisk(const std::expected<NodeHome, NodeHome::ResolveError>& home,
             .install = {.state = std::string(installState)},
             .folders = {.nodeHome = home ? std::optional(home->path) : std::nullopt,
                         .applicationSupport = folders.applicationSupport,
-                        .logs = folders.stateFolder()}};
+                        .logs = folders.stateFolder()},
+            .policy = policyStatus(policy)};
 }
 
 }  // namespace tarnik

@@ -138,7 +138,8 @@ Status StatusSource::at(const AppState& state, WallTime now) const {
                          .screenRecording = switchWord(state.status(Switch::screenRecording))},
             .update = {.state = std::string(update), .version = past.waitingUpdate},
             .install = installOf(state),
-            .folders = folders};
+            .folders = folders,
+            .policy = policy};
 }
 
 }  // namespace tarnik

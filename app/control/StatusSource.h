@@ -18,6 +18,7 @@ struct StatusSource {
     Status::Folders folders;
     Url webOrigin;
     bool hasDriver = false;
+    std::optional<Status::Managed> policy;
 
     std::function<std::vector<JournalEvent>()> events;          // the latest ones, the oldest first
     std::function<RunHistory()> history;                        // of this run

@@ -159,6 +159,15 @@ StatusRow foldersRow(const Status::Folders& folders) {
     return row;
 }
 
+StatusRow policyRow(const Status::Managed& policy) {
+    StatusRow row{.label = Texts::policy, .lines = {}};
+    for (const auto& [key, value, strength] : policy.settings)
+        row.lines.push_back(key + " = " + value +
+                            (strength == PolicyStrength::forced ? Texts::isForced : Texts::isDefault));
+    if (policy.sentence) row.lines.push_back(*policy.sentence);
+    return row;
+}
+
 }  // namespace
 
 std::vector<StatusRow> statusRows(const Status& status, WallTime now) {
@@ -170,6 +179,7 @@ std::vector<StatusRow> statusRows(const Status& status, WallTime now) {
                                 updateRow(status.update),
                                 installRow(status.install),
                                 foldersRow(status.folders)};
+    if (status.policy) rows.push_back(policyRow(*status.policy));
     for (auto& row : rows) {
         for (auto& line : row.lines) line = sanitizedLine(line, longestLine);
     }

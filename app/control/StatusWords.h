@@ -49,6 +49,14 @@ inline constexpr std::string_view stale = "stale";  // off, although the setting
 
 }  // namespace SwitchState
 
+namespace PolicyState {
+
+inline constexpr std::string_view inForce = "inForce";
+inline constexpr std::string_view ignored = "ignored";  // all files
+inline constexpr std::string_view damaged = "damaged";  // so the settings aren't used
+
+}  // namespace PolicyState
+
 namespace UpdateState {
 
 inline constexpr std::string_view unavailable = "unavailable";  // the system installs updates

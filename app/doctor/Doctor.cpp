@@ -13,8 +13,8 @@ namespace {
 
 std::vector<DoctorCheck> allChecks() {
     std::vector<DoctorCheck> all;
-    for (const auto& table :
-         {buildChecks(), homeChecks(), helperChecks(), driverChecks(), desktopChecks(), networkChecks()})
+    for (const auto& table : {buildChecks(), policyChecks(), homeChecks(), helperChecks(), driverChecks(),
+                              desktopChecks(), networkChecks()})
         all.insert(all.end(), table.begin(), table.end());
     return all;
 }

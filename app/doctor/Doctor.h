@@ -39,6 +39,7 @@ struct RunningCopy {
     bool hasWindow = true;  // false for a program in a terminal and for a service
     std::optional<bool> accessibility;
     std::optional<bool> screenRecording;
+    std::optional<std::string> policy = {};  // its settings as one text; std::nullopt if unknown
 };
 
 // The operations of a desktop that the doctor asks. An operation is absent if the system doesn't have it, or

@@ -26,6 +26,7 @@ struct DoctorCheck {
 
 // Return the tables of checks, in the order in which they run.
 std::vector<DoctorCheck> buildChecks();
+std::vector<DoctorCheck> policyChecks();
 std::vector<DoctorCheck> homeChecks();
 std::vector<DoctorCheck> helperChecks();
 std::vector<DoctorCheck> networkChecks();

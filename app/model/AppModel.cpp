@@ -28,6 +28,7 @@ AppModel::AppModel(HostEnvironment host, AppModelDeps deps)
                   .post = deps_.platform.mainThread.post,
                   .detach = deps_.platform.detach,
                   .log = deps_.platform.log,
+                  .managed = host_.policy.policy.startAtLogin,
                   .onState = [this](const LoginItem::State& login) {
                       change([&](AppState& next) {
                           next.startAtLogin = login.system;
@@ -37,6 +38,10 @@ AppModel::AppModel(HostEnvironment host, AppModelDeps deps)
     makePairing();
     state_.grantsGoStale = deps_.platform.switches.grantsGoStale;
     state_.hasDriver = host_.driverExecutable.has_value();
+    const auto& policy = host_.policy.policy;
+    state_.managed = {.allowsPairing = policy.allowsPairing(),
+                      .locksStartAtLogin = policy.locksStartAtLogin(),
+                      .hidesSwitches = policy.hidesSwitches()};
     state_.accessibilityWasOn = deps_.platform.defaults.flag(accessibilityWasOnKey);
     auto home = chosenHome(deps_.platform.defaults, host_.userFolder);
     if (!home) {
@@ -84,6 +89,8 @@ void AppModel::change(const std::function<void(AppState&)>& edit) {
 void AppModel::makePairing() {
     pairing_ = std::make_unique<LinkPairing>(
         LinkPairing::Deps{.webOrigin = webOrigin(),
+                          .permission = {.pairing = host_.policy.policy.allowsPairing(),
+                                         .replacing = host_.policy.policy.allowsReplacing()},
                           .isInstalled = [this] { return home_ && hasStarted() && home_->isInstalled(); },
                           .hasJoined = [this] { return home_ && home_->hasJoined(); },
                           .fetchAnswer = deps_.fetchAnswer,
@@ -129,7 +136,8 @@ void AppModel::start(const std::function<void()>& done) {
 // Called after the takeover, because an old agent may run a node on the same home.
 void AppModel::begin(const std::function<void()>& done) {
     if (state_.stopping) return;
-    running_->nodeLog = NodeLog::make(host_.nodeLog);
+    const auto& logBytes = host_.policy.policy.helperLogBytes;
+    running_->nodeLog = NodeLog::make(host_.nodeLog, logBytes ? logBytes->value : NodeLog::defaultCap);
     makeSupervisor();
     makeDriver();
     refreshSwitches();

@@ -15,7 +15,8 @@ Setup failedSetup(const InstallError& error) {
 bool AppState::needsAttention() const {
     return homeError || std::holds_alternative<Setups::Failed>(setup) ||
            std::holds_alternative<NodeStates::NotInstalled>(node) ||
-           std::holds_alternative<NodeStates::WaitingForLink>(node) || !switches.allOn() || pairing;
+           std::holds_alternative<NodeStates::WaitingForLink>(node) || pairing ||
+           (!switches.allOn() && !managed.hidesSwitches);
 }
 
 }  // namespace tarnik

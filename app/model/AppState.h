@@ -49,6 +49,14 @@ struct AppState {
         bool operator==(const Download&) const = default;
     };
 
+    // The settings of the organisation that a face shows. They stay the same for the whole run.
+    struct Managed {
+        bool allowsPairing = true;
+        bool locksStartAtLogin = false;
+        bool hidesSwitches = false;
+        bool operator==(const Managed&) const = default;
+    };
+
     // Facts about the helper beside its state.
     struct Helper {
         std::optional<WallTime> since;         // while it runs
@@ -71,6 +79,7 @@ struct AppState {
     std::optional<Download> download;           // of the file that Installing::text names
     std::optional<CuaDriverEndpoint> endpoint;  // std::nullopt unless the desktop driver is ready
     Helper helper;
+    Managed managed;
     std::optional<std::string> waitingUpdate;        // the version of an update that waits for a quiet moment
     bool checksForUpdates = false;                   // an updater is configured
     std::optional<LoginItemState> startAtLogin;      // std::nullopt if unknown or without a list of programs

@@ -72,11 +72,11 @@ std::string_view closingText(WindowSetting::Closing closing) {
     return {};
 }
 
-// A build without the desktop driver has no use for the switches.
+// A build without the desktop driver has no use for the switches. Hidden switches can't be pointed to.
 std::optional<WindowContent::Message> message(const AppState& state, const WindowSetting& setting) {
     const auto off = switchesThatAreOff(state);
     WindowContent::Message message;
-    if (off.empty() || !state.hasDriver) {
+    if (off.empty() || !state.hasDriver || state.managed.hidesSwitches) {
         message.text = translated(closingText(setting.closing));
     } else {
         message.kind = MessageKind::pointer;

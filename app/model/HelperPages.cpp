@@ -60,7 +60,8 @@ WindowContent missingHelperPage() {
 }
 
 std::string_view setupText(const AppState& state) {
-    if (state.switches.allOn() || !state.hasDriver) return MachineTexts::setupText;
+    if (state.switches.allOn() || !state.hasDriver || state.managed.hidesSwitches)
+        return MachineTexts::setupText;
     const bool oneIsOn = state.switches.accessibility || state.switches.screenRecording;
     return oneIsOn ? MachineTexts::setupOneSwitch : MachineTexts::setupBothSwitches;
 }

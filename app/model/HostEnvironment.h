@@ -5,6 +5,7 @@
 
 #include "app/bundle/BundleInfo.h"
 #include "app/platform/ProxySources.h"
+#include "app/policy/PolicyReading.h"
 #include "core/process/Environment.h"
 
 namespace tarnik {
@@ -17,6 +18,7 @@ struct HostEnvironment {
     std::optional<std::string> driverExecutable;  // std::nullopt if the build has no driver
     Environment inherited;                        // the application's environment
     BuildSettings settings;
+    PolicyReading policy = {};  // `settings` and `proxies` have its values already
     std::string platform;       // the name in release files, such as "darwin-arm64"
     ProxySources proxies = {};  // for all transfers
 };

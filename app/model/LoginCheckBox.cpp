@@ -27,11 +27,13 @@ std::optional<CheckBox> loginCheckBox(const AppState& state) {
     if (!state.startAtLogin) return std::nullopt;
     const auto system = *state.startAtLogin;
     const bool isWaiting = system == LoginItemState::waiting;
+    const bool isLocked = state.managed.locksStartAtLogin;
+    const auto free = isWaiting ? LoginTexts::allowInSettings : LoginTexts::startAtLogin;
     return CheckBox{
         .state = shown(system),
-        .title = translated(isWaiting ? LoginTexts::allowInSettings : LoginTexts::startAtLogin),
+        .title = translated(isLocked ? LoginTexts::lockedStartAtLogin : free),
         .intent = {.kind = UserIntent::Kind::setStartAtLogin, .startsAtLogin = system != LoginItemState::on},
-        .enabled = !state.stopping};
+        .enabled = !state.stopping && !isLocked};
 }
 
 std::optional<Message> loginMessage(const AppState& state) {

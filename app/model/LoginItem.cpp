@@ -24,7 +24,10 @@ bool LoginItem::isAddedAtLaunch(LoginItemState system, bool turnedOff) {
 }
 
 void LoginItem::ensureRegistered() {
-    request({.registers = true});
+    const auto& managed = deps_.managed;
+    if (!managed) return request({.registers = true});
+    if (!managed->isForced()) return request({.registers = managed->value});
+    request({.forced = managed->value ? LoginItemChoice::on : LoginItemChoice::off});
 }
 
 void LoginItem::refresh() {
@@ -33,7 +36,7 @@ void LoginItem::refresh() {
 }
 
 void LoginItem::choose(LoginItemChoice choice) {
-    if (!deps_.service.choose) return;
+    if (!deps_.service.choose || (deps_.managed && deps_.managed->isForced())) return;
     dismissFailure();
     if (choice == LoginItemChoice::off) {
         deps_.defaults.setFlag(turnedOffKey);
@@ -55,6 +58,7 @@ void LoginItem::request(const Work& more) {
     if (!next_) next_ = Work();
     next_->registers |= more.registers;
     if (more.choice) next_->choice = more.choice;
+    if (more.forced) next_->forced = more.forced;
     if (!working_) startWork();
 }
 
@@ -71,6 +75,10 @@ void LoginItem::startWork() {
 
 // Runs on a background thread.
 LoginItem::State LoginItem::perform(const LoginItemService& service, const Work& work) {
+    if (work.forced) {
+        if (service.choose && !agrees(service.state(), *work.forced)) (void)service.choose(*work.forced);
+        return {.system = service.state(), .failure = {}};
+    }
     if (!work.choice) {
         // Registering fails most often because the user removed the item from the list on purpose.
         if (work.registers && isAddedAtLaunch(service.state(), false)) (void)service.registerItem();

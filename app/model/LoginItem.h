@@ -9,6 +9,7 @@
 #include "app/platform/MainThread.h"
 #include "app/platform/SystemLog.h"
 #include "app/platform/UserDefaults.h"
+#include "app/policy/Policy.h"
 #include "core/foundation/CallbackGuard.h"
 
 namespace tarnik {
@@ -31,6 +32,7 @@ public:
         std::function<void(MainThread::Task)> post;
         std::function<bool(const std::string& label, BackgroundTasks::Task task)> detach;
         SystemLog log;
+        std::optional<PolicySetting<bool>> managed = {};  // the organisation's setting
         std::function<void(const State&)> onState;
     };
 
@@ -39,13 +41,14 @@ public:
     // Returns true if the launch adds the program. `turnedOff` is true if the user's last choice was off.
     static bool isAddedAtLaunch(LoginItemState system, bool turnedOff);
 
-    // Adds the program at launch, unless it is on the list or the user has turned it off. Ignores a failure;
-    // the next launch tries again.
+    // Adds the program at launch, unless it is on the list or the user has turned it off. With a setting of
+    // the organisation: a default of "off" adds nothing, and a forced value is carried out at each launch.
+    // Ignores a failure; the next launch tries again.
     void ensureRegistered();
     // Reads the list and dismisses the failure. Call when the user may have changed the list.
     void refresh();
-    // Remembers and carries out the user's choice. While the system waits for the user, `on` opens the
-    // system's settings instead.
+    // Remembers and carries out the user's choice. Ignored if the organisation forces a value. While the
+    // system waits for the user, `on` opens the system's settings instead.
     void choose(LoginItemChoice choice);
     void dismissFailure();
 
@@ -54,6 +57,7 @@ private:
     struct Work {
         bool registers = false;
         std::optional<LoginItemChoice> choice = {};
+        std::optional<LoginItemChoice> forced = {};  // by the organisation
     };
 
     static State perform(const LoginItemService& service, const Work& work);

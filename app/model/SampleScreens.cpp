@@ -190,6 +190,20 @@ AppState listedAtLogin(LoginItemState login) {
     return state;
 }
 
+// The organisation locks the start at login and hides the switches.
+AppState managed() {
+    auto state = connected();
+    state.startAtLogin = LoginItemState::on;
+    state.managed = {.locksStartAtLogin = true, .hidesSwitches = true};
+    return state;
+}
+
+AppState withoutPermission() {
+    auto state = unjoined();
+    state.managed.allowsPairing = false;
+    return state;
+}
+
 constexpr std::string_view report =
     "This is the report of tarnik. tarnik never sends it. Codes, keys, addresses and names are hidden where\n"
     "tarnik recognises them. Read the report before you pass it on.\n\n"
@@ -280,6 +294,8 @@ std::vector<SampleScreen> sampleScreens() {
         {"start-at-login-off", listedAtLogin(LoginItemState::off)},
         {"start-at-login-on", listedAtLogin(LoginItemState::on)},
         {"start-at-login-waiting", listedAtLogin(LoginItemState::waiting)},
+        {"managed", managed()},
+        {"pairing-not-allowed", withoutPermission()},
         {"replace-offer", offered()},
         {"stopping", stopping()},
         {"details", unjoined(), {}, {}, {}, report},

@@ -7,6 +7,7 @@
 #include "app/model/PageParts.h"
 #include "app/model/PairingPage.h"
 #include "app/texts/ComposedTexts.h"
+#include "app/texts/LinkTexts.h"
 #include "app/texts/MachineTexts.h"
 #include "app/texts/Translation.h"
 #include "app/texts/WindowTexts.h"
@@ -63,13 +64,15 @@ WindowContent linkPage(const AppState& state, const Url& webOrigin) {
              .accessibleName = translated(WindowTexts::linkFieldName),
              .onReturn = {.kind = Intent::connectPasted},
              .refused = state.linkMessage && !state.checkingLink,
-             .enabled = !state.checkingLink};
+             .enabled = !state.checkingLink && state.managed.allowsPairing};
     if (field.enabled) {
         field.paste = button(WindowTexts::paste, Intent::pasteLink);
         field.paste->accessibleName = translated(WindowTexts::pasteName);
     }
     content.buttons = {button(WindowTexts::linkContinue, Intent::connectPasted, Key::defaultKey)};
-    content.buttons.front().enabled = !state.checkingLink;
+    content.buttons.front().enabled = field.enabled;
+    if (!state.managed.allowsPairing)
+        content.message = {.kind = MessageKind::news, .text = translated(LinkTexts::pairingNotAllowed)};
     return content;
 }
 
@@ -127,6 +130,7 @@ WindowContent WindowContent::of(const AppState& state, const WindowSetting& sett
     auto content = upperHalf(state, setting);
     if (const auto failed = loginMessage(state)) content.message = *failed;  // about the last click
     content.startAtLogin = loginCheckBox(state);
+    if (state.managed.hidesSwitches) return content;
     content.switches.heading = translated(WindowTexts::switchesHeading);
     content.switches.text = translated(WindowTexts::switchesText);
     for (const Switch which : allCases) content.switches.rows.push_back(switchRow(state, which));

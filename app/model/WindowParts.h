@@ -98,7 +98,7 @@ struct SwitchRow {
     bool operator==(const SwitchRow&) const = default;
 };
 
-// The switches section.
+// The switches section. Empty if the organisation hides it.
 struct Switches {
     std::string heading;
     std::string text;

@@ -9,6 +9,12 @@
 
 namespace tarnik {
 
+// The links that the organisation allows.
+struct LinkPermission {
+    bool pairing = true;
+    bool replacing = true;  // a link on a machine that has joined
+};
+
 // A line about the last link.
 struct LinkMessage {
     std::string text;

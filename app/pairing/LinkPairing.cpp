@@ -44,6 +44,7 @@ void LinkPairing::refuse(std::string_view why, std::optional<FailureCause> cause
 
 void LinkPairing::connect(const std::string& link) {
     if (stopped_) return;
+    if (!deps_.permission.pairing) return refuse(LinkTexts::pairingNotAllowed);
     const auto code = JoinLink::code(link, deps_.webOrigin);
     if (!code) return refuse(LinkTexts::notALink);
     connect(*code, Replacing::no);
@@ -51,9 +52,12 @@ void LinkPairing::connect(const std::string& link) {
 
 void LinkPairing::connect(const JoinCode& code, Replacing replacing) {
     if (stopped_) return;
+    if (!deps_.permission.pairing) return refuse(LinkTexts::pairingNotAllowed);
+    const bool hasJoined = deps_.hasJoined();
+    if (hasJoined && !deps_.permission.replacing) return refuse(LinkTexts::replacingNotAllowed);
     if (!deps_.isInstalled()) return refuse(LinkTexts::stillInstalling);
     if (isInProgress()) return refuse(describe(PairingFailure::busy));
-    if (deps_.hasJoined() && replacing == Replacing::no) {
+    if (hasJoined && replacing == Replacing::no) {
         return change([&](State& next) {
             next.offer = code;
             next.message.reset();

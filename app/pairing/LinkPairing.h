@@ -49,9 +49,9 @@ public:
     // The effects of LinkPairing.
     struct Deps {
         Url webOrigin;
+        LinkPermission permission = {};
         std::function<bool()> isInstalled;  // true if the helper is installed and its supervisor exists
         std::function<bool()> hasJoined;
-
         // Returns the service's answer at this address. Blocks. Called on a detached thread.
         std::function<std::expected<std::string, HttpError>(const std::string& url)> fetchAnswer;
 

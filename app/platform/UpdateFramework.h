@@ -21,9 +21,9 @@ struct UpdateFramework {
     struct Controller {
         // Starts the updater without an alert. Returns the framework's reason if it can't start.
         std::function<std::expected<void, std::string>()> start;
-        std::function<void()> setAutomaticallyChecks;     // enables checks for this run and later runs
-        std::function<void()> setAutomaticallyDownloads;  // enables downloads for this run and later runs
-        std::function<void()> checkForUpdates;            // starts a check with the framework's own windows
+        std::function<void(bool)> setAutomaticallyChecks;     // for this run and later runs
+        std::function<void(bool)> setAutomaticallyDownloads;  // for this run and later runs
+        std::function<void()> checkForUpdates;   // starts a check with the framework's own windows
         std::function<void()> showStartFailure;  // starts the updater again; an alert shows a failure
     };
 

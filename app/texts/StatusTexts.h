@@ -22,6 +22,7 @@ inline constexpr Text switches = "Switches";
 inline constexpr Text update = "Update";
 inline constexpr Text install = "Install";
 inline constexpr Text folders = "Folders";
+inline constexpr Text policy = "Organisation";
 
 // The states.
 inline constexpr Text helperRunning = "running";
@@ -56,6 +57,8 @@ inline constexpr Text runningFor = "for ";
 inline constexpr Text lastExit = "last exit: ";
 inline constexpr Text after = " after ";
 inline constexpr Text ago = " ago";
+inline constexpr Text isForced = " (forced)";
+inline constexpr Text isDefault = " (default)";
 inline constexpr Text home = "helper  ";
 inline constexpr Text data = "data    ";
 inline constexpr Text logs = "logs    ";

@@ -1,5 +1,7 @@
 #include "app/updates/Updater.h"
 
+#include <chrono>
+#include <ctime>
 #include <utility>
 
 #include "core/foundation/TextCleanup.h"
@@ -18,16 +20,24 @@ std::string wholeSeconds(Seconds duration) {
 
 }  // namespace
 
+int Updater::localHour() {
+    const auto now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    return local.tm_hour;
+}
+
 Updater::Updater(const UpdateSettings& settings, Deps deps) : deps_(std::move(deps)) {
     if (!settings.isComplete() || !deps_.framework.makeController) return;
+    if (isRule(UpdateRule::Kind::never) && deps_.rule->isForced()) return;
     controller_ = deps_.framework.makeController(
         guard_.wrap([this](const std::string& version, UpdateFramework::Install install) {
             updateReady(version, std::move(install));
             return true;
         }));
     startFramework();
-    controller_->setAutomaticallyChecks();
-    controller_->setAutomaticallyDownloads();
+    controller_->setAutomaticallyChecks(isAutomatic());
+    controller_->setAutomaticallyDownloads(isAutomatic());
     timer_ = deps_.mainThread.repeat(QuietWatch::sampleEvery, [this] { look(); });
 }
 
@@ -63,6 +73,7 @@ void Updater::looked(std::uint64_t number, const ActivitySample& sample) {
     if (!looking_ || looking_->number != number) return;  // a late or repeated answer
     looking_.reset();
     const TimePoint now = deps_.now();
+    if (deps_.rule && !deps_.rule->value.allowsHour(deps_.hour())) return loop_.watch.observe(sample);
     if (loop_.observe(sample, now) != UpdateInstallAction::installNow) return;
     deps_.log("quiet for " + wholeSeconds(now - loop_.watch.quietSince().value_or(now)) +
               " s: installing the update and relaunching");

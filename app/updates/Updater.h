@@ -11,6 +11,7 @@
 #include "app/platform/MainThread.h"
 #include "app/platform/SystemLog.h"
 #include "app/platform/UpdateFramework.h"
+#include "app/policy/Policy.h"
 #include "core/foundation/CallbackGuard.h"
 #include "core/updates/UpdateLoop.h"
 
@@ -31,19 +32,34 @@ public:
         MainThread mainThread;
         SystemLog log;  // the channel "updater"
         std::function<TimePoint()> now = steadyNow;
+        std::function<int()> hour = &localHour;              // of the day
+        std::optional<PolicySetting<UpdateRule>> rule = {};  // the organisation's setting
     };
+
+    // Returns the present hour of the day in the local time zone.
+    static int localHour();
 
     // The time limit for a sample. Afterwards a new sample is taken, and a late answer is ignored.
     static constexpr Seconds longestLook{300};
 
-    // Starts the framework. The framework then checks for updates and downloads them.
+    // Starts the framework. The framework then checks for updates and downloads them, unless the organisation
+    // forbids it. A rule that is forced and forbids all updates leaves this object without a framework.
     Updater(const UpdateSettings& settings, Deps deps);
     ~Updater() = default;
     Updater(const Updater&) = delete;
     Updater& operator=(const Updater&) = delete;
 
-    // Returns true if the menu can offer to check for updates.
+    // Returns true if the framework exists and may be used.
     bool isAvailable() const { return controller_.has_value(); }
+
+    // Returns true if updates are found and installed without the user.
+    bool isAutomatic() const { return isAvailable() && !isRule(UpdateRule::Kind::never); }
+
+    // Returns true if the menu offers to check for updates. A forced window of hours withdraws the offer,
+    // because the user would install an update outside the window.
+    bool offersCheck() const {
+        return isAvailable() && !(isRule(UpdateRule::Kind::window) && deps_.rule->isForced());
+    }
 
     // Without a source, no moment counts as quiet.
     void setSampleSource(SampleSource sample) { sample_ = std::move(sample); }
@@ -62,6 +78,7 @@ private:
     };
 
     bool startFramework();
+    bool isRule(UpdateRule::Kind kind) const { return deps_.rule && deps_.rule->value.kind == kind; }
     void updateReady(const std::string& version, UpdateFramework::Install install);
     void look();
     void looked(std::uint64_t number, const ActivitySample& sample);

@@ -55,6 +55,8 @@ bool Page::setContent(const WindowContent& content) {
     section_ = content.section;
     connect_->setContent(content);
     switches_->setContent(content.switches);
+    switches_->setVisible(!content.switches.rows.empty());
+    divider_->setVisible(!switches_->isHidden());
     login_->setBox(content.startAtLogin);
     arrange();
     return controls() != before;

@@ -205,6 +205,12 @@ const Json::Object& Json::members() const {
     return object != nullptr ? *object : none;
 }
 
+const Json::Array& Json::elements() const {
+    static const Array none;
+    const auto* array = std::get_if<Array>(&value_);
+    return array != nullptr ? *array : none;
+}
+
 std::string Json::text() const {
     if (auto string = asString()) return *std::move(string);
     std::string json;

@@ -55,6 +55,8 @@ public:
     const Json* member(std::string_view key) const;
     // Returns the members ordered by key, or an empty list if this isn't an object.
     const Object& members() const;
+    // Returns the elements, or an empty list if this isn't an array.
+    const Array& elements() const;
 
     // Returns the contents of a string. Returns any other value as JSON without white space.
     std::string text() const;

@@ -50,6 +50,11 @@ std::optional<std::string> PropertyList::asString() const {
     return text != nullptr ? std::optional(*text) : std::nullopt;
 }
 
+std::optional<std::string> PropertyList::asLiteral() const {
+    const auto* other = std::get_if<Other>(&value_);
+    return other != nullptr && !other->literal.empty() ? std::optional(other->literal) : std::nullopt;
+}
+
 const PropertyList* PropertyList::entry(std::string_view key) const {
     const auto* entries = std::get_if<Dictionary>(&value_);
     if (entries == nullptr) return nullptr;
@@ -62,6 +67,12 @@ const PropertyList::Array& PropertyList::elements() const {
     static const Array none;
     const auto* array = std::get_if<Array>(&value_);
     return array != nullptr ? *array : none;
+}
+
+const PropertyList::Dictionary& PropertyList::entries() const {
+    static const Dictionary none;
+    const auto* entries = std::get_if<Dictionary>(&value_);
+    return entries != nullptr ? *entries : none;
 }
 
 }  // namespace tarnik

@@ -9,13 +9,17 @@
 
 namespace tarnik {
 
-// A parsed property list, or a value inside one. Distinguishes dictionaries, arrays and strings only.
+// A parsed property list, or a value inside one. Distinguishes dictionaries, arrays and strings. The XML
+// format also gives truth values and integers.
 //
 // A value type. Pointers to entries stay valid as long as this object exists unchanged.
 class PropertyList {
 public:
     struct Entry;
-    struct Other {};  // any other value, such as a number or data, or an invalid string of a binary list
+    // Any other value, such as a number or data, or an invalid string of a binary list.
+    struct Other {
+        std::string literal = {};  // in XML: "true", "false", or an integer as written; otherwise empty
+    };
     using Array = std::vector<PropertyList>;
     using Dictionary = std::vector<Entry>;  // ordered by key
     using Value = std::variant<Other, std::string, Array, Dictionary>;
@@ -34,10 +38,14 @@ public:
 
     bool isDictionary() const;
     std::optional<std::string> asString() const;
+    // Returns "true", "false" or an integer as written. Returns std::nullopt for any other value.
+    std::optional<std::string> asLiteral() const;
     // Returns null if the entry doesn't exist or this isn't a dictionary.
     const PropertyList* entry(std::string_view key) const;
     // Returns the elements, or an empty array if this isn't an array.
     const Array& elements() const;
+    // Returns the entries, also those with the same key, or an empty list if this isn't a dictionary.
+    const Dictionary& entries() const;
 
 private:
     Value value_;

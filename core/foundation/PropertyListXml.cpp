@@ -142,7 +142,10 @@ std::optional<PropertyList> XmlReader::value(const Tag& tag) {
     if (!isString && !(std::ranges::find(others, tag.name) != std::end(others))) return std::nullopt;
     auto content = text(tag);
     if (!content) return std::nullopt;
-    return isString ? PropertyList(*std::move(content)) : PropertyList(PropertyList::Other{});
+    if (isString) return PropertyList(*std::move(content));
+    if (tag.name == "integer") return PropertyList(PropertyList::Other{*std::move(content)});
+    const bool isTruth = tag.name == "true" || tag.name == "false";
+    return PropertyList(PropertyList::Other{isTruth ? std::string(tag.name) : std::string()});
 }
 
 std::optional<PropertyList> XmlReader::array(const Tag& tag) {

@@ -92,7 +92,7 @@ struct Fixture : FakeMachine {
     Updater::Deps updaterDeps() {
         const auto make = [this](auto handler) -> UpdateFramework::Controller {
             updateIsReady = std::move(handler);
-            return {[] { return std::expected<void, std::string>(); }, [] {}, [] {},
+            return {[] { return std::expected<void, std::string>(); }, [](bool) {}, [](bool) {},
                     calling("check for updates"), [] {}};
         };
         return {.framework = {.makeController = make},

@@ -63,6 +63,30 @@ TEST(LoginItem, isAddedAtLaunchUnlessItIsOnOrTheUserTurnedItOff) {
     }
 }
 
+TEST(LoginItem, followsTheOrganisationAtLaunch) {
+    using enum PolicyStrength;
+    const std::tuple<PolicySetting<bool>, LoginItemState, bool, std::string> cases[] = {
+        // the setting, the list, whether the user turned it off, and what happens; "r" is a registration
+        {{true, forced}, off, true, "+"},     {{true, forced}, waiting, false, ""},
+        {{false, forced}, on, false, "-"},    {{false, forced}, off, false, ""},
+        {{true, byDefault}, off, false, "r"}, {{true, byDefault}, off, true, ""},
+        {{false, byDefault}, off, false, ""}, {{false, byDefault}, on, false, ""},
+    };
+    for (const auto& [setting, system, turnedOff, done] : cases) {
+        Fixture f(system);
+        f.policy.startAtLogin = setting;
+        if (turnedOff) f.flags.insert("StartAtLoginWasTurnedOff");
+        f.item().ensureRegistered();
+        f.settle();
+        EXPECT_EQ(f.chosen + (f.registrations > 0 ? "r" : ""), done);
+        const auto before = f.chosen;
+        f.click();
+        f.settle();
+        EXPECT_EQ(f.chosen == before, setting.isForced()) << "the user's choice";
+        EXPECT_EQ(f.content().startAtLogin->enabled, !setting.isForced());
+    }
+}
+
 TEST(LoginItem, remembersAndCarriesOutAChoice) {
     Fixture f(on);
     f.item().refresh();

@@ -36,7 +36,11 @@ Status complete() {
             .switches = {"on", "off"},
             .update = {std::string(UpdateState::waiting), "0.2.0"},
             .install = {std::string(InstallState::running), "Downloading", 1, 2},
-            .folders = {"/home", "/data", "/logs", "/socket"}};
+            .folders = {"/home", "/data", "/logs", "/socket"},
+            .policy = Status::Managed{std::string(PolicyState::inForce),
+                                      "why",
+                                      {{"startAtLogin", "true", PolicyStrength::forced},
+                                       {"updates", "never", PolicyStrength::byDefault}}}};
 }
 
 void addNames(const Json& json, const std::string& prefix, std::set<std::string>& names) {
@@ -50,7 +54,7 @@ TEST(Status, hasExactlyTheDocumentedMembers) {
     std::set<std::string> names;
     addNames(*Json::parse(complete().json(), 65'536), "", names);
     for (const char* group :
-         {"program", "connection", "helper", "driver", "switches", "update", "install", "folders",
+         {"program", "connection", "helper", "driver", "switches", "update", "install", "folders", "policy",
           "driver.lastExit.at", "driver.lastExit.status", "driver.lastExit.ranForMs"})
         EXPECT_EQ(names.erase(group), 1U) << group;
 

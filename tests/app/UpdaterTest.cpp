@@ -24,6 +24,7 @@ struct Fixture {
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     ManualMainThread main{clock};
     bool busy = false;
+    int hour = 0;
     bool slow = false;    // samples wait for deliver()
     bool broken = false;  // the framework can't start
     std::vector<std::function<void()>> undelivered;
@@ -32,7 +33,8 @@ struct Fixture {
     std::string calls;  // log lines, and calls of the framework
     std::unique_ptr<Updater> updater;
 
-    explicit Fixture(const UpdateSettings& settings = {"https://feed/", "key"}, bool brokenAtFirst = false)
+    explicit Fixture(const UpdateSettings& settings = {"https://feed/", "key"},
+                     const std::optional<PolicySetting<UpdateRule>>& rule = {}, bool brokenAtFirst = false)
         : broken(brokenAtFirst) {
         const auto records = [this](const std::string& word) {
             return [this, word] { calls += word + ", "; };
@@ -44,11 +46,15 @@ struct Fixture {
                 if (broken) return std::unexpected("no key");
                 return {};
             };
-            return {start, records("checks"), records("downloads"), records("check"), records("alert")};
+            const auto notes = [this](const std::string& word) {
+                return [this, word](bool isOn) { calls += (isOn ? "" : "no ") + word + ", "; };
+            };
+            return {start, notes("checks"), notes("downloads"), records("check"), records("alert")};
         };
         const auto log = [this](const auto& line) { calls += lines.at(line) + ", "; };
         const auto now = [this] { return clock->now(); };
-        updater = std::make_unique<Updater>(settings, Updater::Deps{{make}, main.record(), log, now});
+        updater = std::make_unique<Updater>(
+            settings, Updater::Deps{{make}, main.record(), log, now, [this] { return hour; }, rule});
         updater->setSampleSource([this](auto done) {
             ++looks;
             const ActivitySample sample{.at = {clock->now(), {}}, .nodeHoldsAwake = busy};
@@ -116,9 +122,37 @@ TEST(Updater, installsAtAQuietMoment) {
 }
 
 TEST(Updater, startsTheFrameworkAgainFromTheMenu) {
-    Fixture f({"https://feed/", "key"}, true);
+    Fixture f({"https://feed/", "key"}, {}, true);
     for (const char* event : {"+60", "menu", "mend", "menu", "menu"}) f.act(event);
     EXPECT_EQ(f.calls, "start, failed, checks, downloads, start, failed, alert, start, check, check, ");
+}
+
+TEST(Updater, followsTheRuleOfTheOrganisation) {
+    using enum PolicyStrength;
+    const std::tuple<const char*, PolicyStrength, int, bool, std::string> cases[] = {
+        // the rule, the hour, whether the menu offers a check, and the calls
+        {"never", forced, 12, false, ""},
+        {"never", byDefault, 12, true, "start, no checks, no downloads, ready, "},
+        {"22-6", forced, 12, false, "start, checks, downloads, ready, "},
+        {"22-6", forced, 5, false, "start, checks, downloads, ready, quiet, install, "},
+        {"22-6", byDefault, 22, true, "start, checks, downloads, ready, quiet, install, "},
+        {"9-17", forced, 17, false, "start, checks, downloads, ready, "},
+        {"always", forced, 12, true, "start, checks, downloads, ready, quiet, install, "},
+    };
+    for (const auto& [rule, strength, hour, offers, calls] : cases) {
+        Fixture f({"https://feed/", "key"}, PolicySetting{UpdateRule::parse(rule).value(), strength});
+        f.hour = hour;
+        EXPECT_EQ(f.updater->offersCheck(), offers) << rule;
+        if (f.updater->isAvailable()) f.act("update");
+        f.act("+11");
+        EXPECT_EQ(f.calls, calls) << rule;
+    }
+    Fixture f({"https://feed/", "key"}, PolicySetting{UpdateRule::parse("22-6").value()});
+    f.hour = 21;
+    for (const char* event : {"update", "+10"}) f.act(event);
+    f.hour = 22;
+    f.act("+1");  // the quiet time before the window counts
+    EXPECT_TRUE(f.calls.ends_with("install, ")) << f.calls;
 }
 
 TEST(Updater, ignoresAnswersAfterItsEnd) {

@@ -87,6 +87,7 @@ const std::shared_ptr<AppModel>& FakeMachine::sharedModel() {
                                                         .driverExecutable = "/driver",
                                                         .inherited = {{"PATH", "/bin"}},
                                                         .settings = settings,
+                                                        .policy = {.policy = policy},
                                                         .platform = "darwin-arm64"},
                                         deps);
     model_->observe([this](const AppState&, const AppState& next) { states.push_back(next); });

@@ -79,6 +79,7 @@ public:
     bool windowInUse = false;
     std::vector<AppState> states;  // every published state
     std::optional<std::string> releaseBase;
+    Policy policy;
     std::map<std::string, std::shared_ptr<ManualQueue>> queues;  // by label
     AppModelDeps deps;
 

@@ -51,9 +51,9 @@ UpdateFramework::Controller makeController(UpdateFramework::WillInstallOnQuit ha
     TarnikUpdates* updates = [[TarnikUpdates alloc] initWithHandler:std::move(handler)];
     return {.start = [updates] { return start(updates); },
             .setAutomaticallyChecks =
-                [updates] { updates.controller.updater.automaticallyChecksForUpdates = YES; },
+                [updates](bool isOn) { updates.controller.updater.automaticallyChecksForUpdates = isOn; },
             .setAutomaticallyDownloads =
-                [updates] { updates.controller.updater.automaticallyDownloadsUpdates = YES; },
+                [updates](bool isOn) { updates.controller.updater.automaticallyDownloadsUpdates = isOn; },
             .checkForUpdates = [updates] { [updates.controller checkForUpdates:nil]; },
             .showStartFailure = [updates] { [updates.controller startUpdater]; }};
 }

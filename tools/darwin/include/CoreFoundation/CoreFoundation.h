@@ -14,12 +14,14 @@ typedef unsigned char UInt8;
 typedef unsigned int UInt32;
 typedef int OSStatus;
 typedef long CFIndex;
+typedef unsigned long CFOptionFlags;
 typedef unsigned long CFTypeID;
 typedef UInt32 CFStringEncoding;
 typedef const void* CFTypeRef;
 typedef CFTypeRef CFPropertyListRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
 typedef const struct __CFString* CFStringRef;
+typedef const struct __CFData* CFDataRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef const struct __CFURL* CFURLRef;
 typedef const struct __CFBoolean* CFBooleanRef;
@@ -73,9 +75,18 @@ CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef allocator, const
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
                                          CFIndex size);
 
+typedef enum : CFIndex {
+    kCFPropertyListXMLFormat_v1_0 = 100,
+} CFPropertyListFormat;
+CFDataRef CFPropertyListCreateData(CFAllocatorRef allocator, CFPropertyListRef list,
+                                   CFPropertyListFormat format, CFOptionFlags options, CFErrorRef* error);
+const UInt8* CFDataGetBytePtr(CFDataRef data);
+CFIndex CFDataGetLength(CFDataRef data);
+
 extern const CFStringRef kCFPreferencesCurrentApplication;
 CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application);
 Boolean CFPreferencesGetAppBooleanValue(CFStringRef key, CFStringRef application, Boolean* hasFormat);
+Boolean CFPreferencesAppValueIsForced(CFStringRef key, CFStringRef application);
 void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFStringRef application);
 Boolean CFPreferencesAppSynchronize(CFStringRef application);
 

@@ -1,0 +1,18 @@
+#include "app/policy/ManagedSettings.h"
+
+#include "core/node/ReleaseVersion.h"
+
+namespace tarnik {
+
+// A malformed minimum of the build refuses every release, and stays.
+BuildSettings managedSettings(BuildSettings build, const Policy& policy) {
+    if (policy.releaseBase) build.nodeReleaseBase = policy.releaseBase->value;
+    if (policy.releaseKey) build.nodeReleasePublicKey = policy.releaseKey->value;
+    if (!policy.minimumHelper) return build;
+    const auto& minimum = policy.minimumHelper->value;
+    if (!build.nodeMinVersion || ReleaseVersion::compare(minimum, *build.nodeMinVersion) == 1)
+        build.nodeMinVersion = minimum;
+    return build;
+}
+
+}  // namespace tarnik
