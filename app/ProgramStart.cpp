@@ -82,6 +82,7 @@ HostEnvironment ProgramRun::host() const {
     auto policy =
         currentPolicy(environment, build.policyMaySetReleases ? Releases::bySettings : Releases::fixed);
     auto settings = managedSettings(build, policy.policy);
+    auto proxies = managedProxies({.environment = environment, .desktop = systemProxies()}, policy.policy);
     return {.userFolder = userFolder,
             .applicationSupport = place.folders.applicationSupport,
             .nodeLog = place.folders.stateFolder() + "/node.log",
@@ -90,7 +91,7 @@ HostEnvironment ProgramRun::host() const {
             .settings = std::move(settings),
             .policy = std::move(policy),
             .platform = std::string(NodeRelease::hostPlatform),
-            .proxies = {.environment = environment, .desktop = systemProxies()}};
+            .proxies = std::move(proxies)};
 }
 
 int runProgram(const CommandLine& line, const char* name, const ProgramFace& face) {

@@ -31,6 +31,7 @@ const cases = [
   { name: 'updates', forced: { updates: 'never' }, changes: [] },  // the system installs them
   { name: 'startAtLogin', forced: { startAtLogin: true }, changes: [] },  // a program in a terminal isn't on the list
   { name: 'hideSwitches', forced: { hideSwitches: true }, changes: ['switches'] },
+  { name: 'proxy', forced: ({ service }) => ({ proxy: service.origin }), changes: ['install', 'release'] },
   { name: 'helperLogBytes', forced: { helperLogBytes: 65536 }, changes: ['helperLog'] },
   { name: 'programLogBytes', forced: { programLogBytes: 65536 }, changes: ['programLog'] },
   { name: 'allowPairing', forced: { allowPairing: false }, changes: ['field', 'link', 'command'] },

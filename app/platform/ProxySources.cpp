@@ -34,7 +34,8 @@ ProxyRoutes ProxySources::routesFor(const std::string& url) const {
         return {ProxyRoute{std::move(address)}};
     auto routes = desktop ? desktop(url) : ProxyRoutes();
     if (routes.size() > maxRoutes) routes.resize(maxRoutes);
-    return routes.empty() ? direct : routes;
+    if (routes.empty()) routes = {proposed.value_or(ProxyRoute())};
+    return routes;
 }
 
 }  // namespace tarnik

@@ -18,6 +18,9 @@ struct ProxySources {
     // The variables http_proxy, https_proxy and all_proxy, and the exceptions in no_proxy.
     Environment environment = {};
 
+    // The proxy that an administrator proposes. Used if no other source names one.
+    std::optional<ProxyRoute> proposed = {};
+
     // The settings of the system or of the desktop. Absent if they can't be read.
     ProxyLookup desktop = {};
 

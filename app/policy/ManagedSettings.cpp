@@ -15,4 +15,10 @@ BuildSettings managedSettings(BuildSettings build, const Policy& policy) {
     return build;
 }
 
+ProxySources managedProxies(ProxySources sources, const Policy& policy) {
+    if (!policy.proxy) return sources;
+    (policy.proxy->isForced() ? sources.forced : sources.proposed) = policy.proxy->value;
+    return sources;
+}
+
 }  // namespace tarnik

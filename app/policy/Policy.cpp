@@ -38,6 +38,10 @@ std::string textOf(const UpdateRule& value) {
     return value.text();
 }
 
+std::string textOf(const ProxyRoute& value) {
+    return value.isDirect() ? "direct" : value.address;
+}
+
 bool isLoopback(const std::string& host) {
     return host == "localhost" || host == "127.0.0.1" || host == "[::1]";
 }
@@ -122,6 +126,12 @@ std::optional<UpdateRule> readUpdates(const Json& value) {
 
 std::optional<bool> readTruth(const Json& value) {
     return value.asBoolean();
+}
+
+// Every user can read the policy, so it must not have a password.
+std::optional<ProxyRoute> readProxy(const Json& value) {
+    const auto text = value.asString();
+    return text && !text->contains('@') ? ProxyRoute::parse(*text) : std::nullopt;
 }
 
 std::optional<std::int64_t> readBytes(const Json& value) {

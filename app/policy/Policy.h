@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/foundation/ProxyRoute.h"
 #include "core/foundation/Url.h"
 
 namespace tarnik {
@@ -65,6 +66,7 @@ struct Policy {
     Setting<UpdateRule> updates;
     Setting<bool> startAtLogin;
     Setting<bool> hideSwitches;
+    Setting<ProxyRoute> proxy;
     Setting<std::int64_t> helperLogBytes;   // of node.log; one older file is kept
     Setting<std::int64_t> programLogBytes;  // of tarnik.log; one older file is kept
     Setting<bool> allowPairing;

@@ -26,6 +26,7 @@ std::optional<std::string> readKey(const Json& value);
 std::optional<std::string> readVersion(const Json& value);
 std::optional<UpdateRule> readUpdates(const Json& value);
 std::optional<bool> readTruth(const Json& value);
+std::optional<ProxyRoute> readProxy(const Json& value);
 std::optional<std::int64_t> readBytes(const Json& value);
 
 inline constexpr std::int64_t leastBytes = 65'536;
@@ -43,6 +44,8 @@ inline constexpr std::tuple all{
                     R"("always", "never", or hours of the day such as "22-6")"},
     Key<bool>{"startAtLogin", &Policy::startAtLogin, readTruth, truth},
     Key<bool>{"hideSwitches", &Policy::hideSwitches, readTruth, truth},
+    Key<ProxyRoute>{"proxy", &Policy::proxy, readProxy,
+                    R"("direct", or a proxy's scheme, host and port without a name and a password)"},
     Key<std::int64_t>{"helperLogBytes", &Policy::helperLogBytes, readBytes, bytes},
     Key<std::int64_t>{"programLogBytes", &Policy::programLogBytes, readBytes, bytes},
     Key<bool>{"allowPairing", &Policy::allowPairing, readTruth, truth},

@@ -73,6 +73,9 @@ TEST(Policy, acceptsOnlyValidValues) {
         {"updates",
          {R"("always")", R"("never")", R"("22-6")", R"("0-23")"},
          {R"("24-6")", R"("6-6")", R"("-1-6")", R"("22-")", R"("022-6")", R"("off")", "false"}},
+        {"proxy",
+         {R"("direct")", R"("proxy.example:3128")", R"("socks5://127.0.0.1:1")"},
+         {R"("http://u:p@h:1")", R"("ftp://h:1")", R"("")", "true"}},
         {"helperLogBytes", {"65536", "1073741824"}, {"65535", "1073741825", "1e300", R"("65536")"}},
         {"programLogBytes", {"65536.0"}, {"-1", "70000.5"}},
     };
@@ -175,6 +178,23 @@ TEST(ManagedSettings, neverWeakenTheBuild) {
     for (const auto& [build, policy, result] : cases)
         EXPECT_EQ(managedSettings({.nodeMinVersion = build}, {.minimumHelper = {{policy}}}).nodeMinVersion,
                   result);
+}
+
+TEST(ManagedProxies, areTheFirstOrTheLastSource) {
+    const ProxyRoute ours{"http://ours:1"}, theirs{"http://theirs:1"};
+    const std::tuple<Policy, bool, ProxyRoutes> cases[] = {
+        // the policy, whether the person has set a proxy, and the routes
+        {{}, false, {ProxyRoute()}},
+        {{.proxy = {{ours}}}, true, {ours}},
+        {{.proxy = {{ours, PolicyStrength::byDefault}}}, true, {theirs}},
+        {{.proxy = {{ours, PolicyStrength::byDefault}}}, false, {ours}},
+        {{.proxy = {{ProxyRoute()}}}, true, {ProxyRoute()}},
+    };
+    for (const auto& [policy, hasOwn, routes] : cases) {
+        ProxySources person;
+        if (hasOwn) person.environment = {{"https_proxy", theirs.address}};
+        EXPECT_EQ(managedProxies(person, policy).routesFor("https://h/"), routes);
+    }
 }
 
 TEST(ManagedPairing, isRefusedBeforeAnythingStarts) {
