@@ -38,7 +38,7 @@ function claimByHand({ marker }) {
 const release = [
   ['404', notLoaded('release')],
   ['407', notLoaded('release'), /requires a name and a password/],
-  ['portal', mentions('the release file is not JSON'), /requires a sign-in/],
+  ['portal', mentions('the release file is not JSON'), /require a sign-in/],
   ['cut-off', notDownloaded],
   ['endless', notDownloaded],
   ['redirect-to-file', notDownloaded],
