@@ -21,7 +21,7 @@
 namespace tarnik {
 namespace {
 
-constexpr Seconds stopLimit = Seconds(50);  // stopping the children takes up to 40 s
+constexpr Seconds stopLimit = Seconds(50);  // stopping the children takes up to 36 s
 constexpr Seconds finishLimit = Seconds(5);
 
 // Replaces the node home of the preferences with the node home of the command line.

@@ -20,10 +20,11 @@
 namespace tarnik {
 
 // Creates and owns the journal, the model, the relocator, the lock of the node home, the delegate, and the
-// control socket. Works with each face (the window or the console).
+// control socket. Works with each face: the window, the console and the
+// service.
 //
-// Owned by runDesktop() or runConsole(). Main thread only. The constructor creates the model. The caller then
-// creates the face, and attach() creates the delegate.
+// Owned by runDesktop(), runConsole() or runServe(). Main thread only. The constructor creates the model. The
+// caller then creates the face, and attach() creates the delegate.
 class Application {
 public:
     // The operations of the system on which the face runs.

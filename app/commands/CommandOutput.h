@@ -7,7 +7,7 @@
 namespace tarnik {
 
 // Returns true if text on this descriptor should be coloured: it is a terminal other than "dumb", and
-// NO_COLOR isn't set.
+// NO_COLOR is absent or empty.
 bool wantsColours(int fd);
 
 // Writes the results of a command to standard output, and its messages to standard error.
@@ -33,7 +33,7 @@ public:
     // Writes "tarnik: message" as one line to standard error.
     void error(std::string_view message);
 
-    // Writes a line to standard error that is not an error, such as progress.
+    // Writes a line that isn't an error, such as progress, to standard error.
     void note(std::string_view message);
 
     // Returns true if standard output couldn't be written, as on a full disk.

@@ -59,7 +59,7 @@ private:
     // The link of the command line.
     struct StartLink {
         std::optional<std::string> link;
-        bool isGiven = false;  // to the model, which has not answered yet
+        bool isGiven = false;  // true until the model has accepted or refused the link
     };
 
     const MainThread mainThread_;

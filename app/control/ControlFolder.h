@@ -14,8 +14,8 @@ inline constexpr const char* socketName = "control.sock";
 // Returns the folders in which the socket may be, the preferred one first. The running program uses the first
 // one that it can; other programs try each, because their environment may differ.
 //
-// Linux prefers the user's runtime folder, if it exists: $XDG_RUNTIME_DIR, or /run/user/UID if the variable
-// is not set. Both systems have the application support folder.
+// On Linux the first is the folder `tarnik` in $XDG_RUNTIME_DIR, or in /run/user/UID if the variable is not
+// set and that folder is private. The last, which macOS has alone, is in the application support folder.
 std::vector<std::string> candidates(const Environment& environment, const SystemFolders& folders);
 
 // Returns the path of the socket in this folder.

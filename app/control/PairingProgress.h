@@ -10,14 +10,14 @@
 
 namespace tarnik {
 
-// The progress of the current link, in the stream of `connect`.
+// The progress of the current link, as each answer to the request `connect` of the control socket reports it.
 struct PairingProgress {
     std::string phase;                       // one of PairingWord
     std::string text = {};                   // the end of the helper's output; untrusted, show as plain text
     std::uint64_t textStart = 0;             // the number of bytes of output before `text`
     std::optional<std::string> status = {};  // of an ended pairing: "exit 3"
 
-    // `state` has a link that is checked, or a session.
+    // Call only while a link is being checked, or while `state` has a pairing session.
     static PairingProgress of(const AppState& state);
 
     std::string json() const;

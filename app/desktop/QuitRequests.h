@@ -5,8 +5,8 @@
 
 namespace tarnik {
 
-// Delays a quit request of the system, such as the end of the session, until everything has stopped. The
-// event loop runs meanwhile, also below a modal window.
+// Delays a quit request of the system, such as the end of the session, until everything has stopped. A
+// nested event loop runs meanwhile, even if a modal window is open.
 //
 // Owned by the desktop program. Main thread only. Create it when the application object exists.
 class QuitRequests : public QObject {

@@ -5,8 +5,8 @@
 #include "app/platform/BundleOperations.h"
 #include "core/process/ProcessEntry.h"
 
-// The order of the running copies of the application. A copy that starts asks the earlier copies to quit, so
-// the order decides which of two copies yields.
+// The order of the running copies of the application. A copy that starts compares itself with the earlier
+// copies only; Relocation::runningCopyAction() decides which of the two yields.
 namespace tarnik::CopyOrder {
 
 // Returns the copies that started before process `ourselves`, with their start times from `table`. The lower

@@ -8,8 +8,8 @@ namespace tarnik {
 
 // Decodes base64 text in the standard alphabet, the URL alphabet (RFC 4648, section 5) or a mixture. All or
 // part of the padding may be missing. Returns std::nullopt for any other character, for excess padding, for
-// an impossible length, and for set bits after the last byte. So no two valid texts differ only in these
-// bits.
+// an impossible length, and if a bit after the last whole byte is set. So, apart from the padding, each
+// value has one text in each alphabet.
 std::optional<std::string> decodeBase64(std::string_view text);
 
 // Returns two lower-case hexadecimal digits for each byte.

@@ -8,7 +8,7 @@
 
 namespace tarnik {
 
-// One way to a server: through a proxy, or directly.
+// One way to a server: through a proxy, or directly. ProxySources (app/platform/) chooses the routes.
 struct ProxyRoute {
     std::string address = {};  // as libcurl accepts it; empty for a direct connection
 

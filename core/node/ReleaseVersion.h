@@ -5,7 +5,7 @@
 #include <string_view>
 
 // The version of a helper release: year.month.patch with an optional build number, as in "2026.3.1-2".
-// Leading zeros are ignored.
+// Leading zeros are ignored. NodeInstaller decides which version may replace the installed one.
 namespace tarnik::ReleaseVersion {
 
 // Year, month, patch and build. An absent build is 0.

@@ -1,3 +1,4 @@
+// app/texts/LinkTexts.h has the sentences about links that the service refuses.
 #include "core/pairing/PairingFailureTexts.h"
 
 #include "core/pairing/PairingSession.h"

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+// Cleans the output of a terminal. PairingSession searches it for the prompt.
 namespace tarnik::TerminalText {
 
 // Returns terminal output without escape sequences, and without characters below U+0020 except tabs and line

@@ -13,7 +13,8 @@ inline constexpr Seconds gracefulQuitWait = StopSequences::otherCopy[0].wait;
 // The result of ending another copy.
 enum class TakeoverResult { quitGracefully, neededForce, stillRunning };
 
-// The operations that end another copy. takeOver() asks the copy to quit, waits, kills the copy and waits.
+// The operations that end another copy, after runningCopyAction() (Relocation.h) has chosen that. takeOver()
+// asks the copy to quit, waits, kills the copy and waits.
 struct TakeoverSteps {
     std::function<bool()> isRunning;
     std::function<void()> terminate;
