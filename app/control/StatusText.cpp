@@ -161,9 +161,10 @@ StatusRow foldersRow(const Status::Folders& folders) {
 
 StatusRow policyRow(const Status::Managed& policy) {
     StatusRow row{.label = Texts::policy, .lines = {}};
-    for (const auto& [key, value, strength] : policy.settings)
-        row.lines.push_back(key + " = " + value +
-                            (strength == PolicyStrength::forced ? Texts::isForced : Texts::isDefault));
+    for (const auto& [key, value, strength] : policy.settings) {
+        const auto* kind = strength == PolicyStrength::forced ? Texts::isForced : Texts::isDefault;
+        row.lines.push_back(std::string(key).append(" = ").append(value).append(kind));
+    }
     if (policy.sentence) row.lines.push_back(*policy.sentence);
     return row;
 }
