@@ -1,5 +1,6 @@
 #include "app/platform/ProxySources.h"
 
+#include <algorithm>
 #include <initializer_list>
 
 #include "core/foundation/Url.h"
@@ -34,7 +35,8 @@ ProxyRoutes ProxySources::routesFor(const std::string& url) const {
         return {ProxyRoute{std::move(address)}};
     auto routes = desktop ? desktop(url) : ProxyRoutes();
     if (routes.size() > maxRoutes) routes.resize(maxRoutes);
-    if (routes.empty()) routes = {proposed.value_or(ProxyRoute())};
+    // A system without a proxy usually answers with a direct route.
+    if (std::ranges::all_of(routes, &ProxyRoute::isDirect)) return {proposed.value_or(ProxyRoute())};
     return routes;
 }
 

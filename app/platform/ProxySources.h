@@ -18,7 +18,9 @@ struct ProxySources {
     // The variables http_proxy, https_proxy and all_proxy, and the exceptions in no_proxy.
     Environment environment = {};
 
-    // The proxy that an administrator proposes. Used if no other source names one.
+    // The proxy that an administrator proposes. Used if no other source names one for an address. The answer
+    // of `desktop` doesn't distinguish an exception from a system without a proxy; a direct route from there
+    // names none.
     std::optional<ProxyRoute> proposed = {};
 
     // The settings of the system or of the desktop. Absent if they can't be read.

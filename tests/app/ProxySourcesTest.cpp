@@ -17,9 +17,12 @@ std::string textOf(const ProxyRoutes& routes) {
 
 TEST(ProxySources, asksTheStrongestSourceThatNamesAProxy) {
     const auto desktop = [](const std::string& url) {
+        if (url.contains("plain")) return ProxyRoutes{ProxyRoute()};
         return url.contains("inside") ? ProxyRoutes() : ProxyRoutes(9, ProxyRoute{"http://desk:1"});
     };
     const ProxySources without{.desktop = desktop};
+    ProxySources proposed = without;
+    proposed.proposed = ProxyRoute{"http://proposed:1"};
     const ProxySources with{.environment = {{"https_proxy", ""},
                                             {"ALL_PROXY", "all:1"},
                                             {"http_proxy", "http://env:1"},
@@ -31,6 +34,10 @@ TEST(ProxySources, asksTheStrongestSourceThatNamesAProxy) {
     const std::tuple<const ProxySources&, const char*, std::string> cases[] = {
         {without, "https://inside", "direct;"},
         {without, "https://outside", "http://desk:1;http://desk:1;http://desk:1;http://desk:1;"},
+        {without, "https://plain", "direct;"},
+        {proposed, "https://plain", "http://proposed:1;"},
+        {proposed, "https://inside", "http://proposed:1;"},
+        {proposed, "https://outside", "http://desk:1;http://desk:1;http://desk:1;http://desk:1;"},
         {with, "https://outside", "all:1;"},
         {with, "http://outside", "http://env:1;"},
         {with, "https://a.example/", "direct;"},
