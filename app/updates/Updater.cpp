@@ -80,7 +80,9 @@ void Updater::looked(std::uint64_t number, const ActivitySample& sample) {
     install();
 }
 
+// A face without this entry in its menu may still have a command.
 void Updater::checkForUpdates() {
+    if (!offersCheck()) return;
     const auto action = loop_.menuClick();
     if (action == UpdateInstallAction::checkWithSparkle && controller_) {
         const auto& next = startFramework() ? controller_->checkForUpdates : controller_->showStartFailure;

@@ -65,7 +65,8 @@ public:
     void setSampleSource(SampleSource sample) { sample_ = std::move(sample); }
 
     // Installs the waiting update, or asks the framework to check for one. Starts the framework again if it
-    // could not start before, and shows the framework's reason if it still can't.
+    // could not start before, and shows the framework's reason if it still can't. Ignored if offersCheck()
+    // returns false.
     void checkForUpdates();
 
     // Stops the sampling and disables all later installs by this object.

@@ -146,7 +146,15 @@ TEST(Updater, followsTheRuleOfTheOrganisation) {
         if (f.updater->isAvailable()) f.act("update");
         f.act("+11");
         EXPECT_EQ(f.calls, calls) << rule;
+        if (!offers) f.act("menu");
+        EXPECT_EQ(f.calls, calls) << rule;
     }
+    Fixture f({"https://feed/", "key"}, PolicySetting{UpdateRule::parse("22-6").value()});
+    f.hour = 21;
+    for (const char* event : {"update", "+10"}) f.act(event);
+    f.hour = 22;
+    f.act("+1");  // the quiet time before the window counts
+    EXPECT_TRUE(f.calls.ends_with("install, ")) << f.calls;
 }
 
 TEST(Updater, ignoresAnswersAfterItsEnd) {
