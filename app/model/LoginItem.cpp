@@ -75,19 +75,20 @@ void LoginItem::startWork() {
 
 // Runs on a background thread.
 LoginItem::State LoginItem::perform(const LoginItemService& service, const Work& work) {
+    const auto wanted = work.forced ? work.forced : work.choice;
     if (work.forced) {
-        if (service.choose && !agrees(service.state(), *work.forced)) (void)service.choose(*work.forced);
-        return {.system = service.state(), .failure = {}};
+        const auto state = service.state();
+        if (!service.choose || agrees(state, *wanted)) return {.system = state, .failure = {}};
     }
-    if (!work.choice) {
+    if (!wanted) {
         // Registering fails most often because the user removed the item from the list on purpose.
         if (work.registers && isAddedAtLaunch(service.state(), false)) (void)service.registerItem();
         return {.system = service.state(), .failure = {}};
     }
-    const auto done = service.choose(*work.choice);
+    const auto done = service.choose(*wanted);
     const auto state = service.state();
     // The list decides: the system may report a failure and wait for the user.
-    if (agrees(state, *work.choice)) return {.system = state, .failure = {}};
+    if (agrees(state, *wanted)) return {.system = state, .failure = {}};
     return {.system = state, .failure = done ? std::string() : done.error()};
 }
 

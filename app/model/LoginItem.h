@@ -43,7 +43,7 @@ public:
 
     // Adds the program at launch, unless it is on the list or the user has turned it off. With a setting of
     // the organisation: a default of "off" adds nothing, and a forced value is carried out at each launch.
-    // Ignores a failure; the next launch tries again.
+    // Ignores a failure, but for a line in the log if a value is forced; the next launch tries again.
     void ensureRegistered();
     // Reads the list and dismisses the failure. Call when the user may have changed the list.
     void refresh();

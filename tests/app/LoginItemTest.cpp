@@ -85,6 +85,12 @@ TEST(LoginItem, followsTheOrganisationAtLaunch) {
         EXPECT_EQ(f.chosen == before, setting.isForced()) << "the user's choice";
         EXPECT_EQ(f.content().startAtLogin->enabled, !setting.isForced());
     }
+    Fixture f(off, false);
+    f.policy.startAtLogin = {true};
+    f.item().ensureRegistered();
+    f.settle();
+    EXPECT_EQ(f.log.size(), 1U) << "a forced value that has no effect";
+    EXPECT_FALSE(f.state().startAtLoginFailure);
 }
 
 TEST(LoginItem, remembersAndCarriesOutAChoice) {
