@@ -35,7 +35,7 @@ std::string programEnded(int exitStatus) {
 
 std::string programWarning(std::string line) {
     if (!line.empty()) line[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(line[0])));
-    return line + ".";
+    return line.ends_with('.') ? line : line + ".";
 }
 
 std::string relocationMessage(const std::string& title) {
