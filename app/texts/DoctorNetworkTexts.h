@@ -14,8 +14,8 @@ inline constexpr Text noServers{
     "No server of tarnik can be reached, although this computer is on a network.",
     "Check whether this network or a firewall blocks tarnik, or use another network."};
 inline constexpr Text deadProxy{" can't be reached through the proxy ",
-                                "Check the proxy in the network settings of this computer, or the variables "
-                                "https_proxy and http_proxy."};
+                                "Check the proxy in the network settings of this computer, the variables "
+                                "https_proxy and http_proxy, or the settings of your organisation."};
 inline constexpr Text badTransfer{" doesn't answer as it should: ", "Try again later."};
 inline constexpr Text badRelease{"The server's release can't be used: ",
                                  "Try again later; if it stays so, report it."};

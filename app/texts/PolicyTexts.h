@@ -44,8 +44,10 @@ inline constexpr Text ignored = "{file} is ignored, because it {reason}.";
 inline constexpr const char* inForce = "Your organisation has set: ";
 inline constexpr DoctorTexts::Text damagedRemedy{
     "", "Ask your administrator to correct that file, then quit tarnik and start it again."};
-inline constexpr DoctorTexts::Text ignoredRemedy{
-    "", "Ask your administrator to give that file and its folders to root, writable by root only."};
+inline constexpr DoctorTexts::Text ignoredRemedy{"",
+                                                 "Ask your administrator to set it by a file that only root "
+                                                 "can change, in folders that only root can change, "
+                                                 "or on macOS by a configuration profile."};
 inline constexpr DoctorTexts::Text changed{
     "The settings of your organisation have changed since tarnik was started.",
     "Quit tarnik and start it again; it reads them at its start."};
