@@ -26,7 +26,8 @@ version=$(dpkg-parsechangelog -l "$changelog" -S Version)
 : "${SOURCE_DATE_EPOCH:=$(git log -1 --format=%ct 2>/dev/null || dpkg-parsechangelog -l "$changelog" -S Timestamp)}"
 export SOURCE_DATE_EPOCH
 
-cmake --preset release -U 'TARNIK_NODE_*' -U TARNIK_WEB_ORIGIN -U TARNIK_DEFAULT_WEB_ORIGIN -U TARNIK_DRIVER "$@" >/dev/null
+cmake --preset release -U 'TARNIK_NODE_*' -U TARNIK_WEB_ORIGIN -U TARNIK_DEFAULT_WEB_ORIGIN \
+    -U 'TARNIK_POLICY_*' -U TARNIK_DRIVER "$@" >/dev/null
 tools/build.sh release tarnik
 
 rm -rf "$out"
