@@ -21,6 +21,10 @@ if(NOT releaseKey MATCHES "^[A-Za-z0-9_-]*$" OR NOT releaseKeyLength MATCHES "^(
   message(FATAL_ERROR
     "TARNIK_NODE_RELEASE_PUBLIC_KEY is not an Ed25519 key in base64url: ${TARNIK_NODE_RELEASE_PUBLIC_KEY}")
 endif()
+# The program installs nothing if it can't compare the minimum with a release.
+if(NOT TARNIK_NODE_MIN_VERSION MATCHES "^([0-9][0-9][0-9][0-9]\\.[0-9][0-9]?\\.[0-9][0-9]?[0-9]?(-[0-9]+)?)?$")
+  message(FATAL_ERROR "TARNIK_NODE_MIN_VERSION is not a version such as 2026.3.1: ${TARNIK_NODE_MIN_VERSION}")
+endif()
 if(TARNIK_DRIVER AND NOT EXISTS "${TARNIK_DRIVER}")
   message(FATAL_ERROR "TARNIK_DRIVER is not a file: ${TARNIK_DRIVER}")
 endif()
