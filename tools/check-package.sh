@@ -92,8 +92,12 @@ tools/check-hardening.sh "$system"/usr/lib/tarnik/Contents/MacOS/*
 [[ $(run --list-screens) == *connected* ]] || fail "tarnik doesn't find tarnik-window"
 
 # Status 77 means that this user can't create another root.
-tools/try-package.sh build/package || [[ $? == 77 ]] || fail "the package can't be used"
+tried=0
+tools/try-package.sh build/package || tried=$?
+((tried == 0 || tried == 77)) || fail "the package can't be used"
 
 manage --purge tarnik tarnik-console
 left=$(find "$system" -mindepth 1)
 [[ -z $left ]] || fail "the removed packages left: $left"
+((tried == 0)) || echo "skipped: the package was not tried whole; all other checks of it passed"
+exit "$tried"
