@@ -34,6 +34,8 @@ at-spi2-core|provides the accessibility bus
 xdotool|simulates mouse and keyboard
 libglib2.0-bin|calls the program over the session bus
 iproute2|prepares a private network for the tests
+gpg|signs a list of digests in the tests
+gpg-agent|keeps the key of that signature
 fonts-noto-core|draws the text in the window
 '
 packagePackages='
