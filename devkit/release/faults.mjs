@@ -45,6 +45,11 @@ export const faults = {
       ...members, hardLink(inside('shared'), `${outside}/precious`), file(inside('shared'), escaped),
     ],
   },
+  // Each name is inside the package, and the place is not.
+  'around-a-link': {
+    members: (members) => [...members, link(inside('bin/up'), '../lib'), link(inside('way-out'), 'bin/up/../../..')],
+  },
+  'behind-a-link': { members: (members) => [...members, link(inside('short'), 'lib'), file(inside('./short/file'), escaped)] },
   // A refused package contains a folder that can't be listed. The installer must still remove that folder.
   'locked-folder': {
     members: (members) => [

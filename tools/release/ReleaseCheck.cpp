@@ -38,18 +38,21 @@ std::expected<void, std::string> prepare(const NodeHome& home, const std::option
     return {};
 }
 
-// Returns false if a link in `folder` has a target outside the package. Paths are relative to the package.
+// Returns false if a link in `folder` can have a target outside the package. Paths are relative to the
+// package. Only the first parts of a target may be "..": a name may be another link, whose parent is
+// elsewhere.
 bool staysInside(const std::string& entry, const std::string& target) {
     if (target.empty() || target.starts_with('/')) return false;
     auto depth = std::ranges::count(entry, '/');
+    bool hasName = false;
     for (std::size_t from = 0; from <= target.size();) {
         const auto end = std::min(target.find('/', from), target.size());
         const auto part = target.substr(from, end - from);
         if (part == "..")
             --depth;
         else if (!part.empty() && part != ".")
-            ++depth;
-        if (depth < 0) return false;
+            hasName = true;
+        if (depth < 0 || (hasName && part == "..")) return false;
         from = end + 1;
     }
     return true;

@@ -35,6 +35,8 @@ function extendedValues(body) {
     const length = Number(body.toString('latin1', at, space));
     refuseIf(!(length > space - at), 'the archive has a malformed extended header.');
     const [, key, value] = /^([^=]*)=([^]*)\n$/.exec(body.toString('latin1', space + 1, at + length)) ?? [];
+    const isMalformed = key === 'size' && !/^\d+$/.test(value);
+    refuseIf(isMalformed || key?.startsWith('GNU.sparse.'), `the archive has an extended header with ${key}=${value}.`);
     if (key !== undefined) values[key] = value;
     at += length;
   }
@@ -86,6 +88,10 @@ class TarReader {
     refuseIf(size > longestName, 'the archive has a name that is too long.');
     if (this.#rest.length < blockSize + whole) return undefined;
     const body = this.#rest.subarray(blockSize, blockSize + size);
+    // Some programs apply a global header to all members, and others ignore it.
+    const global = type === 'g' ? extendedValues(body) : {};
+    const renames = ['path', 'linkpath', 'size'].find((key) => Object.hasOwn(global, key));
+    refuseIf(renames, `the archive has a global header with ${renames}.`);
     if (type === 'x') Object.assign(this.#next, extendedValues(body));
     if (type === 'L') this.#next.path = textAt(body, 0, size);
     if (type === 'K') this.#next.linkpath = textAt(body, 0, size);
@@ -102,14 +108,12 @@ class TarReader {
   }
 }
 
-// Returns false for a path outside the folder in which it is, and for an absolute path.
-function isInside(parts) {
-  let depth = 0;
-  return parts.every((part) => {
-    if (part === '..') depth -= 1;
-    else if (part !== '.' && part !== '') depth += 1;
-    return depth >= 0;
-  });
+// Returns false if a link that is `depth` folders below the package's top can lead to a place above it. Only the first parts
+// may be "..": a name may be another link, whose parent is elsewhere.
+function isInside(depth, parts) {
+  const names = parts.findIndex((part) => part !== '..' && part !== '.' && part !== '');
+  const rising = names < 0 ? parts : parts.slice(0, names);
+  return rising.filter((part) => part === '..').length <= depth && !parts.slice(rising.length).includes('..');
 }
 
 function problemOf({ kind, name, to }, top) {
@@ -117,10 +121,12 @@ function problemOf({ kind, name, to }, top) {
   if (kind === undefined) return 'is neither a file, a folder nor a link';
   if (!/^[ -~]+$/.test(name)) return 'has a name that is not plain ASCII';
   if (name.startsWith('/') || parts.includes('..')) return 'is outside the package';
+  if (parts.includes('.') || parts.includes('')) return 'has a name that is not in its shortest form';
   if (parts[0] !== top) return `is not in the archive's folder ${top}`;
-  const from = kind === 'link' ? parts.slice(1, -1) : [];
+  if (kind.endsWith('link') && !/^[ -~]*$/.test(to)) return 'is a link to a name that is not plain ASCII';
+  const depth = kind === 'link' ? parts.length - 2 : 0;
   const target = kind === 'hard link' ? to.split('/').slice(1) : to.split('/');
-  const isForeign = to.startsWith('/') || to === '' || !isInside([...from, ...target]);
+  const isForeign = to.startsWith('/') || to === '' || !isInside(depth, target);
   if (kind.endsWith('link') && isForeign) return `is a link to a place outside the package: ${to}`;
   if (kind === 'hard link' && to.split('/')[0] !== top) return `is a link to a place outside the package: ${to}`;
   return undefined;
@@ -132,7 +138,7 @@ export async function checkMembers(file) {
   const links = new Set();
   const reader = new TarReader((member) => {
     const parts = member.name.replace(/\/+$/, '').split('/');
-    top ??= parts[0] === '.' ? undefined : parts[0];
+    top ??= parts[0] === '.' || parts[0] === '' ? undefined : parts[0];
     refuseIf(top === undefined, 'the archive must have one folder at its top.');
     const problem = problemOf(member, top);
     refuseIf(problem, `the archive's member ${JSON.stringify(member.name)} ${problem}.`);
@@ -140,13 +146,20 @@ export async function checkMembers(file) {
     refuseIf(through, `the archive's member ${JSON.stringify(member.name)} is behind the link ${through}.`);
     if (member.kind === 'link') links.add(parts.join('/'));
   });
+  let cause;  // the pipeline may report its own end instead
   try {
     await pipeline(createReadStream(file), createGunzip(), async (source) => {
-      for await (const piece of source) reader.take(piece);
+      try {
+        for await (const piece of source) reader.take(piece);
+        reader.end();
+      } catch (error) {
+        cause = error;
+        throw error;
+      }
     });
-    reader.end();
   } catch (error) {
-    if (error instanceof Refusal) throw new Refusal(`${file}: ${error.message}`);
+    cause ??= error;
+    if (cause instanceof Refusal) throw new Refusal(`${file}: ${cause.message}`);
     throw new Refusal(`${file}: the archive is not compressed with gzip, or is damaged.`);
   }
 }
