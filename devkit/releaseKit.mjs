@@ -4,7 +4,7 @@
 //
 // PATH is the program; the release check that was built with it is used.
 import { execFileSync, spawnSync } from 'node:child_process';
-import { existsSync, mkdirSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -22,9 +22,8 @@ const at = (...names) => path.join(root, ...names);
 const secret = 'a long passphrase';
 
 function run(words, { input = '', env = {} } = {}) {
-  const { NO_PROXY, ...inherited } = process.env;
   const { status, stdout, stderr } = spawnSync(process.execPath, [kit, ...words], {
-    input, encoding: 'utf8', env: { ...inherited, TARNIK_RELEASE_CHECK: checker, no_proxy: '127.0.0.1', ...env },
+    input, encoding: 'utf8', env: { ...process.env, TARNIK_RELEASE_CHECK: checker, http_proxy: 'http://127.0.0.1:9', ...env },
   });
   return { status, stdout, stderr };
 }
@@ -55,6 +54,9 @@ const cases = {
     succeeds(['keygen', at('old')], 'key id');
     demand(modeOf(keyOf('old')) === '600', 'others may read the key');
     refuses(['keygen', at('old')], 'never overwritten');
+    mkdirSync(at('apart'));
+    writeFileSync(at('apart', 'release-key.pub'), 'of a key that is kept elsewhere');
+    refuses(['keygen', at('apart')], 'never overwritten');
     succeeds(['keygen', at('new'), '--passphrase'], 'key id', { input: `${secret}\n` });
     demand(readFileSync(keyOf('new'), 'utf8').includes('ENCRYPTED'), 'the key is not encrypted');
     refuses(['keygen', at('short'), '--passphrase'], 'at least 8', { input: 'short\n' });
@@ -98,6 +100,7 @@ const cases = {
     const sentences = {
       'dot-dot-member': 'is outside the package', 'absolute-member': 'is outside the package',
       'through-a-link': 'is a link to a place outside', 'hard-link-out': 'is a link to a place outside',
+      'around-a-link': 'is a link to a place outside', 'behind-a-link': 'is not in its shortest form',
       'not-a-tar': 'not compressed with gzip', 'missing-wrapper': 'missing a file', 'missing-entry': 'missing a file',
     };
     for (const [fault, sentence] of Object.entries(sentences)) {
@@ -117,10 +120,17 @@ const cases = {
       `${String(index).repeat(64)}  node-v24.22.1-${platform}.tar.gz`));
     writeFileSync(at('list'), `${digests.join('\n')}\n`);
     gpg('--clearsign', '--output', at('list.asc'), at('list'));
+    const [revocation] = readdirSync(path.join(home, 'openpgp-revocs.d'));
+    const certificate = readFileSync(path.join(home, 'openpgp-revocs.d', revocation), 'utf8');
+    writeFileSync(at('revocation'), certificate.replace(/^:-/m, '-'));
+    gpg('--import', at('revocation'));
+    const revoked = gpg('--export');
     spawnSync('gpgconf', ['--homedir', home, '--kill', 'all']);
     const words = ['pins', at('list.asc'), '--keyring', at('keys.gpg')];
     succeeds(words, `=linux-x64=node-v24.22.1-linux-x64.tar.gz=${'0'.repeat(64)},linux-arm64=`);
     refuses(['pins', at('list.asc'), '--keyring', at('other.gpg')], "isn't signed");
+    writeFileSync(at('revoked.gpg'), revoked);
+    refuses(['pins', at('list.asc'), '--keyring', at('revoked.gpg')], 'is revoked');
     writeFileSync(at('list.asc'), readFileSync(at('list.asc'), 'utf8').replace('000', '001'));
     refuses(words, "isn't signed");
   },

@@ -3,7 +3,8 @@
 // The release is made in the folder's .staging, checked there as a program would check it, and then moved into place: the
 // archives first, the release file last. So a reader of the folder sees the old release or the whole new one.
 import {
-  closeSync, copyFileSync, existsSync, fsyncSync, mkdirSync, openSync, readFileSync, renameSync, rmSync, statSync, writeFileSync,
+  chmodSync, closeSync, copyFileSync, existsSync, fsyncSync, mkdirSync, openSync, readFileSync, renameSync, rmdirSync, rmSync,
+  statSync, writeFileSync,
 } from 'node:fs';
 import path from 'node:path';
 import { startService } from '../../devkit/service/startService.mjs';
@@ -41,12 +42,16 @@ async function artifactsOf(archives) {
 
 function publishedIn(releaseFile) {
   if (!existsSync(releaseFile)) return undefined;
+  let published;
   try {
     const { manifest, keyId } = JSON.parse(readFileSync(releaseFile, 'utf8'));
-    return { ...JSON.parse(manifest), keyId };
+    published = { ...JSON.parse(manifest), keyId };
   } catch {
-    return refuseIf(true, `${releaseFile} is damaged; restore it or use another folder.`);
+    published = {};
   }
+  const isWhole = isVersion(published.version) && published.artifacts;
+  refuseIf(!isWhole, `${releaseFile} is damaged; restore it or use another folder.`);
+  return published;
 }
 
 // Refuses a release that programs with the published one would refuse.
@@ -57,6 +62,10 @@ function checkAgainst(published, manifest, key) {
     `The folder's release is signed with key ${published.keyId}, not ${key.keyId}; each key needs its own folder.`);
   const order = compareVersions(manifest.version, version);
   refuseIf(order < 0, `The folder has release ${version}, and programs refuse an older one; use a higher version.`);
+  const lost = Object.keys(artifacts).filter((name) => !manifest.artifacts[name]);
+  if (order > 0 && lost.length > 0) {
+    console.log(`Unlike release ${version}, this one has no archive for ${lost.join(', ')}: computers of that kind can't install it.`);
+  }
   if (order > 0) return;
   const changed = Object.keys(artifacts).find((name) => artifacts[name].sha256 !== manifest.artifacts[name]?.sha256);
   refuseIf(changed, `Release ${version} is published with another archive for ${changed}; use a higher version.`);
@@ -68,12 +77,23 @@ function flush(file) {
   closeSync(descriptor);
 }
 
+// The server may run as another user, so everybody may read the files.
 function moveInto(folder, staging, names) {
   for (const name of names) {
+    chmodSync(path.join(staging, name), 0o644);
     flush(path.join(staging, name));
     renameSync(path.join(staging, name), path.join(folder, name));
   }
   flush(folder);
+}
+
+// Removes the empty folders from `folder` up to `top`. Another release may be in one of them by now.
+function removeEmpty(folder, top) {
+  try {
+    for (let at = path.resolve(folder); at.startsWith(path.resolve(top)); at = path.dirname(at)) rmdirSync(at);
+  } catch (error) {
+    if (error.code !== 'ENOTEMPTY') throw error;
+  }
 }
 
 async function checkStaged(staging, key) {
@@ -147,7 +167,8 @@ export const make = {
       await publish({ folder, staging, manifest, key, archives, channel });
       isPublished = true;
     } finally {
-      rmSync(created && !isPublished ? created : staging, { recursive: true, force: true });
+      rmSync(staging, { recursive: true, force: true });
+      if (created && !isPublished) removeEmpty(folder, created);
     }
     console.log(`Published ${version} in ${folder}, signed with key ${key.keyId}.`);
   },

@@ -4,7 +4,7 @@ import { createInterface } from 'node:readline';
 import { Writable } from 'node:stream';
 import { refuseIf } from './refusal.mjs';
 
-const variable = 'TARNIK_RELEASE_PASSPHRASE';
+export const passphraseVariable = 'TARNIK_RELEASE_PASSPHRASE';
 const shortest = 8;
 
 async function readLine(prompt) {
@@ -24,15 +24,15 @@ async function readLine(prompt) {
 }
 
 export async function askPassphrase() {
-  const given = process.env[variable] ?? await readLine('Passphrase: ');
-  refuseIf(given === '', `The private key has a passphrase; type it, or set ${variable}.`);
+  const given = process.env[passphraseVariable] ?? await readLine('Passphrase: ');
+  refuseIf(given === '', `The private key has a passphrase; type it, or set ${passphraseVariable}.`);
   return given;
 }
 
 export async function newPassphrase() {
-  const given = process.env[variable] ?? await readLine('New passphrase: ');
+  const given = process.env[passphraseVariable] ?? await readLine('New passphrase: ');
   refuseIf(given.length < shortest, `The passphrase must have at least ${shortest} characters.`);
-  if (process.env[variable] === undefined && process.stdin.isTTY) {
+  if (process.env[passphraseVariable] === undefined && process.stdin.isTTY) {
     refuseIf(await readLine('The same again: ') !== given, 'The two passphrases differ.');
   }
   return given;

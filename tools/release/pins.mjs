@@ -1,6 +1,7 @@
 // pins: reads the signed list of digests of a Node.js release, and prints the build settings for its Linux runtimes.
 //
-// The list is SHASUMS256.txt.asc beside the archives. gpgv verifies it with the given keyrings of the Node.js project.
+// The list is SHASUMS256.txt.asc beside the archives. gpgv verifies it with the given keyrings of the Node.js project. It
+// accepts revoked and expired keys too, so its report of each signature is read.
 import { spawnSync } from 'node:child_process';
 import { readFileSync, statSync } from 'node:fs';
 import { Refusal, refuseIf } from './refusal.mjs';
@@ -11,9 +12,14 @@ const pinned = ['linux-x64', 'linux-arm64'];
 // Returns the text that the signature covers.
 function verifiedText(list, keyrings) {
   const rings = keyrings.flatMap((name) => ['--keyring', name]);
-  const { status, stdout, error } = spawnSync('gpgv', [...rings, '--output', '-', list], { encoding: 'utf8', maxBuffer: largestList });
+  const { status, stdout, output, error } = spawnSync('gpgv', [...rings, '--status-fd', '3', '--output', '-', '--', list], {
+    encoding: 'utf8', maxBuffer: largestList, stdio: ['ignore', 'pipe', 'pipe', 'pipe'],
+  });
   if (error) throw new Refusal("gpgv can't be run; install the package gpgv.");
-  refuseIf(status !== 0, `${list} isn't signed with a key of ${keyrings.join(' or ')}.`);
+  refuseIf(status !== 0, `${list} isn't signed with a key of ${keyrings.join(' or ')}, or that isn't a keyring as gpg --export writes it.`);
+  const [, fault] = /^\[GNUPG:\] (REVKEYSIG|EXPKEYSIG|EXPSIG) /m.exec(output[3]) ?? [];
+  refuseIf(fault === 'REVKEYSIG', `The key that signed ${list} is revoked.`);
+  refuseIf(fault !== undefined || !/^\[GNUPG:\] GOODSIG /m.test(output[3]), `The signature of ${list}, or its key, has expired.`);
   return stdout;
 }
 

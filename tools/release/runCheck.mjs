@@ -4,10 +4,17 @@ import { once } from 'node:events';
 import { mkdtempSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
+import { passphraseVariable } from './passphrase.mjs';
 import { Refusal } from './refusal.mjs';
 
 // ./dev sets this variable after it has built the program.
 const program = () => process.env.TARNIK_RELEASE_CHECK ?? 'tarnik_release_check';
+
+// The release of a folder is served at 127.0.0.1, which no proxy of the environment reaches.
+function environment() {
+  const { [passphraseVariable]: _, NO_PROXY, no_proxy: exempt = NO_PROXY, ...inherited } = process.env;
+  return { ...inherited, no_proxy: exempt === '*' ? '*' : [exempt, '127.0.0.1'].filter(Boolean).join(',') };
+}
 
 // Returns the printed sentences. Throws a Refusal with the first problem. The archives are unpacked in a temporary folder.
 // `options` are those of the program, without --folder.
@@ -16,7 +23,7 @@ export async function runCheck(options) {
   const words = Object.entries({ ...options, folder })
     .filter(([, value]) => value !== undefined).flatMap(([name, value]) => [`--${name}`, value]);
   try {
-    const child = spawn(program(), words, { stdio: ['ignore', 'pipe', 'pipe'] });
+    const child = spawn(program(), words, { stdio: ['ignore', 'pipe', 'pipe'], env: environment() });
     const output = { stdout: '', stderr: '' };
     for (const name of ['stdout', 'stderr']) {
       child[name].setEncoding('utf8').on('data', (text) => { output[name] += text; });
