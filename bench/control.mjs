@@ -41,7 +41,7 @@ function milliseconds(file, args, env) {
   return Number(process.hrtime.bigint() - start) / 1e6;
 }
 
-const median = (numbers) => numbers.toSorted((a, b) => a - b)[numbers.length >> 1];
+const median = (numbers) => [...numbers].sort((a, b) => a - b)[numbers.length >> 1];
 
 // Starts the program, waits until it is idle, calls `measure`, and ends it.
 async function whileRunning(prepare, errors, measure) {

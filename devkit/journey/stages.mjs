@@ -344,7 +344,7 @@ export const stages = [
       const { requests } = walk.place.service;
       const before = requests.length;
       await walk.command('doctor').expectExit(walk.deadline);
-      const asked = requests.slice(before).toSorted().join(', ');
+      const asked = requests.slice(before).sort().join(', ');
       demand(asked === 'GET /, GET /stable.json', `it sent ${asked}`);
       return [asked];
     },
