@@ -60,6 +60,7 @@ resolve() {
     local folder candidates=''
     found=
     case $1 in
+        /*/../*) return 1 ;;
         /usr/lib/* | /System/*) return ;;
         @rpath/*)
             while IFS= read -r folder; do
