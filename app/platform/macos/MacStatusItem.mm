@@ -73,6 +73,7 @@
     const bool isEmpty = image.representations.count == 0;
     [image setTemplate:YES];
     [_item.button setImage:isEmpty ? nil : image];
+    [_item.button setImagePosition:isEmpty ? NSNoImage : NSImageOnly];
     [_item.button setTitle:isEmpty ? tarnik::cocoaText(_content.title) : @""];
 }
 
