@@ -45,7 +45,9 @@ std::function<void(const OtherCopy&)> whileRunning(void (*action)(NSRunningAppli
     return [action](const OtherCopy& copy) {
         if (!isRunning(copy)) return;
         @autoreleasepool {
-            action([NSRunningApplication runningApplicationWithProcessIdentifier:copy.pid]);
+            NSRunningApplication* application =
+                [NSRunningApplication runningApplicationWithProcessIdentifier:copy.pid];
+            if (application) action(application);
         }
     };
 }
