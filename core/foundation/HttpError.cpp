@@ -38,6 +38,9 @@ HttpError through(const ProxyRoute& route, HttpError error) {
     const bool isLogin =
         error.kind == HttpError::Kind::badStatus && error.code == HttpError::proxyLoginStatus;
     if (isLogin) error = {.kind = HttpError::Kind::proxyLogin};
+    // libcurl quotes the address of a proxy that it can't parse, with the user's name and password.
+    const bool mayBeSecret = route.address.contains('@') && isWithoutConnection(error);
+    if (mayBeSecret && !error.text.empty()) error.text = "no connection";
     error.proxy = route.name();
     return error;
 }

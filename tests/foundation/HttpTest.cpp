@@ -203,6 +203,8 @@ TEST_F(HttpTest, triesTheRoutesUntilOneConnects) {
     EXPECT_EQ(direct.proxy, "");
     options.proxies = [](const auto&) { return ProxyRoutes{{"http://127.0.0.1:1"}, {"127.0.0.1:2"}}; };
     EXPECT_TRUE(describe(failureOf("http://127.0.0.1", options)).contains("proxy 127.0.0.1:2 failed"));
+    options.proxies = [](const auto&) { return ProxyRoutes{{"http://me:sec ret@127.0.0.1:1"}}; };
+    EXPECT_FALSE(describe(failureOf("http://127.0.0.1", options)).contains("sec"));
     ::unsetenv("http_proxy");
     ::unsetenv("no_proxy");
 }
