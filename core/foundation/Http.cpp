@@ -202,8 +202,8 @@ bool Transfer::takeOnlyTheWeb() {
     return curl_.set(handle_.get(), protocols, bits) == CURLE_OK;
 }
 
-// Tries the routes in their order until one makes a connection. Without routes, libcurl reads the
-// environment.
+// Tries the routes in their order until one makes a connection. The routes share the time that is left, so a
+// route that fails at once takes none. Without routes, libcurl reads the environment.
 Transfer::Next Transfer::request(const std::string& url) {
     if (url.find('\0') != std::string::npos) return std::unexpected(transportError("the address is broken"));
     if (!takeOnlyTheWeb()) return std::unexpected(transportError("libcurl lacks what is needed"));
@@ -212,13 +212,14 @@ Transfer::Next Transfer::request(const std::string& url) {
 
     const auto routes = options_.proxies ? options_.proxies(url) : ProxyRoutes();
     if (routes.empty()) return next(performWithin(options_.timeout));
+    const TimePoint deadline = after(steadyNow(), options_.timeout);
     Next last;
-    for (const auto& route : routes) {
+    for (auto remaining = static_cast<double>(routes.size()); const auto& route : routes) {
         // These replace the environment's proxy and exceptions. An empty proxy is a direct connection.
         if (curl_.set(handle_.get(), CURLOPT_PROXY, route.address.c_str()) != CURLE_OK ||
             curl_.set(handle_.get(), CURLOPT_NOPROXY, "") != CURLE_OK)
             return std::unexpected(transportError("the proxy's address is broken"));
-        last = next(performWithin(options_.timeout / static_cast<double>(routes.size())));
+        last = next(performWithin(Seconds(deadline - steadyNow()) / remaining--));
         if (last) return last;
         last.error() = through(route, std::move(last.error()));
         if (pace_.isConnected() || !isWithoutConnection(last.error())) return last;
@@ -243,7 +244,6 @@ CURLcode Transfer::performWithin(Seconds connectTimeout) {
     }
 }
 
-// Converts the result of one request.
 Transfer::Next Transfer::next(CURLcode result) {
     const auto status = info<long>(CURLINFO_RESPONSE_CODE);
     const bool redirected = status >= 300 && status < 400;
