@@ -22,6 +22,14 @@ std::string environmentProxy(const Environment& environment, std::string_view sc
     return firstOf(environment, {"http_proxy", "all_proxy", "ALL_PROXY"});
 }
 
+// Returns the URL without its path and query, which may have a pairing code. The lookup may run a script that
+// somebody else wrote.
+std::string originOf(const Url& url) {
+    std::string origin = url.scheme() + "://" + *url.host();
+    if (url.port()) origin += ":" + *url.port();
+    return origin + "/";
+}
+
 }  // namespace
 
 ProxyRoutes ProxySources::routesFor(const std::string& url) const {
@@ -33,7 +41,7 @@ ProxyRoutes ProxySources::routesFor(const std::string& url) const {
     // libcurl parses the variable's text, and accepts more forms than ProxyRoute::parse().
     if (auto address = environmentProxy(environment, parsed->scheme()); !address.empty())
         return {ProxyRoute{std::move(address)}};
-    auto routes = desktop ? desktop(url) : ProxyRoutes();
+    auto routes = desktop ? desktop(originOf(*parsed)) : ProxyRoutes();
     if (routes.size() > maxRoutes) routes.resize(maxRoutes);
     // A system without a proxy usually answers with a direct route.
     if (std::ranges::all_of(routes, &ProxyRoute::isDirect)) return {proposed.value_or(ProxyRoute())};

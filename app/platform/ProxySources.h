@@ -23,7 +23,8 @@ struct ProxySources {
     // names none.
     std::optional<ProxyRoute> proposed = {};
 
-    // The settings of the system or of the desktop. Absent if they can't be read.
+    // The settings of the system or of the desktop. Absent if they can't be read. The lookup gets the address
+    // of the server without a path.
     ProxyLookup desktop = {};
 
     // A transfer tries at most this number of routes.

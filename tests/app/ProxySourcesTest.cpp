@@ -17,6 +17,7 @@ std::string textOf(const ProxyRoutes& routes) {
 
 TEST(ProxySources, asksTheStrongestSourceThatNamesAProxy) {
     const auto desktop = [](const std::string& url) {
+        EXPECT_FALSE(url.contains("code")) << url;
         if (url.contains("plain")) return ProxyRoutes{ProxyRoute()};
         return url.contains("inside") ? ProxyRoutes() : ProxyRoutes(9, ProxyRoute{"http://desk:1"});
     };
@@ -33,6 +34,8 @@ TEST(ProxySources, asksTheStrongestSourceThatNamesAProxy) {
     forced.forced = ProxyRoute{"http://forced:1"};
     const std::tuple<const ProxySources&, const char*, std::string> cases[] = {
         {without, "https://inside", "direct;"},
+        {without, "https://[::1]:8443/inside?code",
+         "http://desk:1;http://desk:1;http://desk:1;http://desk:1;"},
         {without, "https://outside", "http://desk:1;http://desk:1;http://desk:1;http://desk:1;"},
         {without, "https://plain", "direct;"},
         {proposed, "https://plain", "http://proposed:1;"},
