@@ -4,6 +4,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 
 #include "app/platform/CfText.h"
+#include "core/foundation/Mutex.h"
 #include "core/foundation/Time.h"
 
 namespace tarnik {
@@ -73,9 +74,13 @@ void scriptDone(void* context, CFArrayRef list, CFErrorRef /*error*/) {
 
 // Runs the script in a mode of our own, so that no other source of this thread's run loop runs meanwhile.
 // Invalidates the source at the end, so that the callback can't run after `result` has gone.
+// Runs one script at a time, because CFNetwork may fail if two threads run scripts at once. The mutex is
+// never destroyed, because a transfer may still run when the program exits.
 std::optional<SystemProxyList> runScript(const std::string& script, CFURLRef target) {
+    static auto& scripts = *new Mutex;
     const auto url = urlOf(script);
     if (!url) return std::nullopt;
+    const MutexLock lock(scripts);
     ScriptResult result;
     CFStreamClientContext context{};
     context.info = &result;
