@@ -33,11 +33,10 @@ std::string originOf(const Url& url) {
 }  // namespace
 
 ProxyRoutes ProxySources::routesFor(const std::string& url) const {
-    const ProxyRoutes direct{ProxyRoute()};
     if (forced) return {*forced};
     const auto parsed = Url::parse(url);
-    if (!parsed || !parsed->host()) return direct;
-    if (bypassesProxy(*parsed->host(), firstOf(environment, {"no_proxy", "NO_PROXY"}))) return direct;
+    if (!parsed || !parsed->host()) return {ProxyRoute()};
+    if (bypassesProxy(*parsed->host(), firstOf(environment, {"no_proxy", "NO_PROXY"}))) return {ProxyRoute()};
     // libcurl parses the variable's text, and accepts more forms than ProxyRoute::parse().
     if (auto address = environmentProxy(environment, parsed->scheme()); !address.empty())
         return {ProxyRoute{std::move(address)}};
