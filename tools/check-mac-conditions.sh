@@ -14,9 +14,9 @@ programs=(bash cat chmod cp csh dash date dd df echo ed expr hostname kill ksh l
 temporary=/folders/zz/zyxvpxvq6csfxvn_n000000000000000000000/T
 target=/private$temporary
 
+# Also in a hosted CI, because the CI decides what it allows and not the change under test.
 skip() {
     echo "skipped: $*"
-    if [[ ${CI-} == true ]]; then exit 1; fi
     exit 77
 }
 
@@ -99,7 +99,7 @@ preset=${1-development}
 # The superuser needs no user namespace, and would lose the right to change owners in it.
 namespaces=(--mount)
 if (($(id -u) != 0)); then namespaces+=(--user --map-root-user); fi
-unshare "${namespaces[@]}" true 2>/dev/null || skip "this system doesn't allow mount namespaces"
+unshare "${namespaces[@]}" mount -t tmpfs tmpfs /mnt 2>/dev/null || skip "this system doesn't allow mount namespaces"
 tools/build.sh "$preset"
 root=$(mktemp -d)
 trap 'rmdir "$root"' EXIT

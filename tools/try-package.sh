@@ -9,8 +9,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 packages=${1?the folder of the packages is missing}
 if [[ ${2-} != inside ]]; then
-    unshare --mount true 2>/dev/null || {
-        echo "skipped: only root can create another root"
+    unshare --mount bash -c 'mount -t tmpfs tmpfs /mnt && mkdir /mnt/{upper,work,root} &&
+        mount -t overlay -o lowerdir=/,upperdir=/mnt/upper,workdir=/mnt/work overlay /mnt/root' 2>/dev/null || {
+        echo "skipped: this user or system can't create another root"
         exit 77
     }
     # All processes of the namespace end with its first one.
