@@ -57,14 +57,15 @@ public:
     void readFiles(UniqueFd folder, const std::string& path) {
         std::vector<std::string> names;
         DirectoryReader entries(std::move(folder));
-        while (const char* next = entries.next()) {
+        while (const char* next = names.size() <= maxFiles ? entries.next() : nullptr) {
             const std::string_view name = next;
             if (name.ends_with(".json") && !name.starts_with('.')) names.emplace_back(name);
         }
         if (entries.hasFailed()) return refuse(path, unreadable(EIO));
         if (names.size() > maxFiles) return refuse(path, std::string(Texts::tooManyFiles));
         std::ranges::sort(names);
-        for (const auto& name : names) readFile(entries.descriptor(), name, path + "/" + name);
+        for (const auto& name : names)
+            readFile(entries.descriptor(), name, std::string(path).append("/").append(name));
     }
 
     PolicyReading finish() {

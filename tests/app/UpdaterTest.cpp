@@ -140,7 +140,8 @@ TEST(Updater, followsTheRuleOfTheOrganisation) {
         {"always", forced, 12, true, "start, checks, downloads, ready, quiet, install, "},
     };
     for (const auto& [rule, strength, hour, offers, calls] : cases) {
-        Fixture f({"https://feed/", "key"}, PolicySetting{UpdateRule::parse(rule).value(), strength});
+        Fixture f({"https://feed/", "key"},
+                  PolicySetting<UpdateRule>{UpdateRule::parse(rule).value(), strength});
         f.hour = hour;
         EXPECT_EQ(f.updater->offersCheck(), offers) << rule;
         if (f.updater->isAvailable()) f.act("update");
@@ -149,7 +150,7 @@ TEST(Updater, followsTheRuleOfTheOrganisation) {
         if (!offers) f.act("menu");
         EXPECT_EQ(f.calls, calls) << rule;
     }
-    Fixture f({"https://feed/", "key"}, PolicySetting{UpdateRule::parse("22-6").value()});
+    Fixture f({"https://feed/", "key"}, PolicySetting<UpdateRule>{UpdateRule::parse("22-6").value()});
     f.hour = 21;
     for (const char* event : {"update", "+10"}) f.act(event);
     f.hour = 22;
