@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <utility>
 
 #include <arpa/inet.h>
-#include <strings.h>
 #include <sys/socket.h>
 
 #include "core/foundation/Url.h"
@@ -55,7 +55,8 @@ bool isInRange(const AddressBytes& address, std::string_view entry) {
 }
 
 bool sameText(std::string_view one, std::string_view other) {
-    return one.size() == other.size() && ::strncasecmp(one.data(), other.data(), one.size()) == 0;
+    const auto lower = [](unsigned char byte) { return std::tolower(byte); };
+    return std::ranges::equal(one, other, {}, lower, lower);
 }
 
 bool isBelow(std::string_view host, std::string_view entry) {
