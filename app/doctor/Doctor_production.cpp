@@ -1,6 +1,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <ifaddrs.h>
@@ -70,7 +71,7 @@ DoctorDeps DoctorDeps::production(const DoctorSubject& subject, std::optional<Ru
             .runtimeVersion = versionOf,
             .freeBytes = roomIn,
             .isLocked = isHeld,
-            .runningCopy = [running] { return running; },
+            .runningCopy = [running = std::move(running)] { return running; },
             .detach = [tasks](const std::string& label,
                               BackgroundTasks::Task task) { return tasks.start(label, std::move(task)); },
             .crypto = ReleaseCrypto::platform(),
