@@ -32,6 +32,7 @@ TEST(ProxySources, asksTheStrongestSourceThatNamesAProxy) {
                             .desktop = desktop};
     ProxySources forced = with;
     forced.forced = ProxyRoute{"http://forced:1"};
+    const ProxySources header{.environment = {{"HTTP_PROXY", "http://header:1"}}};
     const std::tuple<const ProxySources&, const char*, std::string> cases[] = {
         {without, "https://inside", "direct;"},
         {without, "https://[::1]:8443/inside?code",
@@ -45,7 +46,7 @@ TEST(ProxySources, asksTheStrongestSourceThatNamesAProxy) {
         {with, "http://outside", "http://env:1;"},
         {with, "https://a.example/", "direct;"},
         {forced, "https://a.example/", "http://forced:1;"},
-        {{.environment = {{"HTTP_PROXY", "http://header:1"}}}, "http://outside", "direct;"},
+        {header, "http://outside", "direct;"},
     };
     for (const auto& [sources, url, expected] : cases)
         EXPECT_EQ(textOf(sources.lookup()(url)), expected) << url;
